@@ -1,0 +1,11 @@
+# What every target of this project is compiled with.
+add_library(velkor_compile INTERFACE)
+target_include_directories(velkor_compile INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_options(velkor_compile INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef -Werror)
+if(VELKOR_SANITIZE)
+  target_compile_options(velkor_compile INTERFACE
+    -fsanitize=${VELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+  target_link_options(velkor_compile INTERFACE -fsanitize=${VELKOR_SANITIZE})
+endif()

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/code_page.h"
+
+namespace velkor {
+
+// A C source file of the analysis. Two functions are in the same file exactly when their entries
+// are the same object.
+struct StkFileEntry {
+  std::string name;  // as the module that came first gives it
+  uint32_t hash = 0;
+
+  // What stands after the last ":", "\" or "/".
+  std::string_view BaseName(const CodePage& codePage) const;
+};
+
+// The C source file names met in modules, told apart ignoring letter case. Owns its entries until
+// Clear. Lookups stay constant on average: the number of chains grows with the entries.
+class StkFileTable {
+ public:
+  explicit StkFileTable(const CodePage& codePage) : codePage_(codePage) {}
+
+  const StkFileEntry& Intern(std::string_view fileName);
+  void Clear();
+  size_t size() const { return entries_.size(); }
+
+ private:
+  void Rehash(size_t slots);
+
+  const CodePage& codePage_;
+  std::vector<std::unique_ptr<StkFileEntry>> entries_;
+  std::vector<uint32_t> slots_;  // open addressing: index + 1 into entries_, 0 free
+};
+
+}  // namespace velkor

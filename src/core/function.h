@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/adjustment.h"
+#include "core/file_table.h"
+#include "core/function_list.h"
+#include "core/string_list.h"
+
+namespace velkor {
+
+// Sizes are bytes, limited to kSizeLimit; a larger one is held as kOverSize.
+constexpr uint32_t kSizeLimit = 65535;
+constexpr uint32_t kOverSize = 0xFFFFFFFF;
+constexpr int32_t kMaxChainCount = 2147483647;
+constexpr uint32_t kFixedExtraSize = 6;
+
+enum FunctionFlag : uint32_t {
+  FN_DEFINED = 0x1,        // defined in an assembler source module file
+  FN_GLOBAL = 0x2,         // public symbol; a defined function without it is static
+  FN_INDIRECT_CALL = 0x8,  // makes a call whose target its module does not name
+  FN_RECURSIVE = 0x10,     // can reach itself through callees and extra callees
+  FN_ROOT = 0x20,          // top-level: stands in the root list
+  FN_LIBRARY = 0x40,       // librarySize comes from a system library stack size table
+  FN_FIXED_EXTRA = 0x100,  // librarySize is the fixed 6 bytes of a preset margin
+};
+
+// One function of the analysis. Owned by the StkFunctionTable from its insertion until the table
+// is cleared; lists of functions only refer to it. Not locked: one thread at a time.
+struct StkFunction {
+  std::string name;                     // assembler symbol; C functions carry a leading "_"
+  const StkFileEntry* file = nullptr;   // none for a function that is only called
+  uint32_t index = 0;                   // position in the table's insertion order
+  uint32_t frameSize = 0;
+  uint32_t flags = 0;
+  uint32_t librarySize = 0;             // added when there is no adjustment
+  uint32_t totalStackSize = 0;          // result of Recompute
+  uint32_t maxCalleeSize = 0;           // largest total among callees and extra callees
+  int32_t chainCount = 1;               // call chains that start here, at most kMaxChainCount
+  std::unique_ptr<StkStringList> callNames;  // only from the reading of its module to resolution
+  StkFunctionList callees;              // sorted by name once resolved; no duplicates
+  StkFunctionList extraCallees;         // targets of indirect calls, as the adjustment states them
+  StkFunctionList callers;              // no duplicates
+  StkFunctionList extraCallers;
+  std::unique_ptr<StkAdjustment> pendingAdjustment;  // read from a file, not yet applied
+  std::unique_ptr<StkAppliedAdjustment> adjustment;  // in force; its presence: adjusted
+
+  bool Is(uint32_t flag) const { return (flags & flag) != 0; }
+  bool IsUnknown() const { return !Is(FN_DEFINED) && !Is(FN_LIBRARY); }
+  bool IsStatic() const { return Is(FN_DEFINED) && !Is(FN_GLOBAL); }
+
+  // Nothing happens when an equal name (case-sensitive) is there.
+  void AddCallName(std::string_view callName);
+  bool CallsDirectly(const StkFunction& function) const;
+  void AddCaller(StkFunction& caller);
+  void SetFixedExtra();
+  // 0..14: the image of the function in a view. onMaximumChain: the view marks a callee whose
+  // total is the largest among its siblings; calleeRow: a row below the list view's first one.
+  int IconIndex(bool onMaximumChain, bool calleeRow) const;
+};
+
+}  // namespace velkor

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+
+#include "messages/channels.h"
+
+namespace velkor {
+
+enum class SpecificationKind { kUserFile, kLibraryTable, kSystemFile };
+
+// What the computation asks about the file whose specifications it is about to apply.
+class SpecificationSource {
+ public:
+  virtual ~SpecificationSource() = default;
+  virtual SpecificationKind Kind() const = 0;
+  virtual const std::string& Path() const = 0;
+  virtual StopAnswer Answer() const = 0;
+};
+
+}  // namespace velkor

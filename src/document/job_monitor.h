@@ -1,0 +1,43 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "document/document.h"
+
+namespace velkor {
+
+// A progress display. User-interface thread.
+class ProgressBar {
+ public:
+  virtual ~ProgressBar() = default;
+  virtual void SetPosition(uint64_t position) = 0;
+  virtual void SetRange(uint64_t range) = 0;  // 0 to range
+  virtual void StepIt() = 0;                  // by one
+};
+
+// What a main window does with the notifications of the jobs, the same for every face: registers
+// and clears the stop operations, drives the progress display and calls the document's finishing
+// operations. One slot for each kind of job. User-interface thread.
+class StkJobMonitor {
+ public:
+  StkJobMonitor(CStkDoc& document, ProgressBar& progress);
+
+  // A notification that was posted to the main window. Unknown numbers are ignored.
+  void Handle(uint32_t message, uint64_t parameter);
+  // Whether the Stop command is enabled.
+  bool CanStop() const;
+  // The Stop command: stops every job whose slot is filled and clears the slots.
+  void Stop();
+
+ private:
+  enum Slot { kAnalysis, kSpecRead, kSpecWrite, kChainSave, kSlotCount };
+
+  void Restart(uint64_t range);
+
+  CStkDoc& document_;
+  ProgressBar& progress_;
+  std::array<bool, kSlotCount> slots_{};
+};
+
+}  // namespace velkor

@@ -1,0 +1,4 @@
+#pragma once
+
+#include "document/analysis_job.h"
+#include "document/spec_read_job.h"

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/function_table.h"
+#include "core/specification_source.h"
+#include "files/byte_source.h"
+#include "messages/reporter.h"
+#include "platform/host.h"
+
+namespace velkor {
+
+// One stack size specification file to read: a user's file, a system library table or the stk
+// system file. Parses line by line against the function table; a line without error takes effect
+// at once, an erroneous line has none. Made for one reading, used by one job's thread.
+class StkSpecReader : public SpecificationSource {
+ public:
+  static constexpr uint32_t kMaxLines = 32767;
+  static constexpr size_t kLineBufferSize = 5120;  // at most one byte less is kept of a line
+  static constexpr size_t kMaxFunctionName = 1022;
+  static constexpr uint32_t kMaxCallees = 1024;
+
+  StkSpecReader(SpecificationKind kind, std::string path, Host& host, StkReporter& reporter);
+
+  SpecificationKind Kind() const override { return kind_; }
+  const std::string& Path() const override { return path_; }
+  StopAnswer Answer() const override { return answer_; }
+
+  // The open file, or none after having reported as the kind requires.
+  virtual std::unique_ptr<StkByteSource> Open();
+
+  // Takes the next line. False: the file is read no further (the answer is Abort).
+  // length: of the whole line, of which text holds what was kept.
+  bool ParseLine(StkFunctionTable& table, uint32_t lineNumber, std::string_view text,
+                 uint64_t length, Event& stopEvent);
+
+  uint32_t SpecCount() const { return specCount_; }
+  bool CallsSeen() const { return callsSeen_; }
+
+ protected:
+  // The file at the path; none when that fails, with nothing reported.
+  std::unique_ptr<StkByteSource> OpenFile();
+  bool NotFound() const { return notFound_; }
+
+  const SpecificationKind kind_;
+  const std::string path_;
+  Host& host_;
+  StkReporter& reporter_;
+
+ private:
+  friend class SpecLineParser;
+
+  bool notFound_ = false;
+  uint32_t specCount_ = 0;
+  bool callsSeen_ = false;
+  StopAnswer answer_ = StopAnswer::kRetry;
+};
+
+// The stk system file, where the user's adjustments live between runs. A missing one is normal.
+class StkSystemFileReader : public StkSpecReader {
+ public:
+  StkSystemFileReader(std::string path, Host& host, StkReporter& reporter)
+      : StkSpecReader(SpecificationKind::kSystemFile, std::move(path), host, reporter) {}
+
+  std::unique_ptr<StkByteSource> Open() override;
+};
+
+}  // namespace velkor

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string>
+
+#include "files/byte_source.h"
+#include "files/text_line.h"
+
+namespace velkor {
+
+// Lines of a byte source that end at a line feed, a carriage return followed by a line feed, or a
+// carriage return alone. A last line without line end is a line; a carriage return that is the
+// last byte ends the last line. Reads chunks of 10240 bytes and allocates nothing for a line.
+class StkTextReader {
+ public:
+  explicit StkTextReader(StkByteSource& source) : source_(source) {}
+
+  // False at the end of the data. At most size - 1 characters of the line are kept; size is at
+  // most 5120.
+  bool ReadLine(TextLine& line, size_t size);
+  // Bytes taken from the source for the lines answered so far.
+  uint64_t Position() const { return position_; }
+
+ private:
+  int GetByte();
+
+  StkByteSource& source_;
+  std::array<char, 10240> buffer_;
+  size_t next_ = 0;
+  size_t end_ = 0;
+  int pushback_ = -1;
+  uint64_t position_ = 0;
+  std::array<char, 5120> line_;
+};
+
+}  // namespace velkor

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "files/text_line.h"
+#include "messages/message_key.h"
+#include "platform/host.h"
+
+namespace velkor {
+
+// A text-mode file, opened for one of two uses:
+// - writing lines, with limits: a line feed is written as CR LF;
+// - reading lines: CR LF reads as LF, a CR alone is an ordinary character, 0x1A ends the text.
+// Used by one job: constructed, opened, given its limits, used, closed. Reports nothing itself.
+class StkTextWriter {
+ public:
+  explicit StkTextWriter(Host& host) : host_(host) {}
+  ~StkTextWriter();
+
+  struct Opened {
+    bool ok = false;
+    MessageKey failure = MessageKey::kW9401;  // when not ok
+  };
+
+  // W9431 when the file does not exist, W9401 for every other cause.
+  Opened OpenForRead(std::string_view path);
+  // Creates the file, or empties it when it exists, for exclusive use. W9402 on failure.
+  Opened OpenForWrite(std::string_view path);
+  const std::string& Path() const { return path_; }
+
+  // 0: no limit. Set after opening.
+  void SetLimits(uint32_t maxLines, uint32_t maxCharsPerLine, bool wrapLongLines);
+  uint32_t LinesWritten() const { return linesWritten_; }
+  bool LineLimitReached() const { return lineLimitReached_; }
+  bool CharLimitReached() const { return charLimitReached_; }
+
+  // Lines end at a line feed or the end of the file; at most limit - 1 characters are kept, limit
+  // being at most 5120. False at the end of the file before a first character. The full length
+  // counts the characters of the line as text mode delivers them.
+  bool ReadLine(TextLine& line, size_t limit);
+
+  // False at a limit (LineLimitReached or CharLimitReached tells which) or when the device does
+  // not take the bytes. What was written before stays. After a failure: Abort.
+  [[nodiscard]] bool WriteString(std::string_view text);
+  // Writes everything that is buffered to the device; false when that fails.
+  [[nodiscard]] bool Flush();
+  // False when something written could not be brought to the file.
+  [[nodiscard]] bool Close();
+  void Abort();
+
+ private:
+  bool Refill();
+  [[nodiscard]] bool Put(std::string_view bytes);
+  [[nodiscard]] bool WriteLimited(std::string_view text);
+  [[nodiscard]] bool EndLine();
+
+  Host& host_;
+  std::string path_;
+  std::unique_ptr<InputFile> input_;
+  std::unique_ptr<OutputFile> output_;
+  std::string buffer_;
+  size_t next_ = 0;  // reading: next byte of buffer_
+  bool endOfInput_ = false;
+  std::string carried_;  // reading: a line that spans chunks
+  uint32_t maxLines_ = 0;
+  uint32_t maxCharsPerLine_ = 0;
+  bool wrapLongLines_ = false;
+  uint32_t linesWritten_ = 0;
+  uint32_t charsInLine_ = 0;
+  bool lineLimitReached_ = false;
+  bool charLimitReached_ = false;
+};
+
+}  // namespace velkor

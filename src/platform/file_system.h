@@ -1,0 +1,65 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace velkor {
+
+enum class FileFailure {
+  kNone,
+  kNotFound,  // no such file: a missing last component or a missing folder on the way
+  kOther,     // everything else: a directory, a device, no permission, a sharing violation
+};
+
+// A regular file open for reading. Others may read it meanwhile, but not open it for writing.
+// Closed by its destructor. Used by one thread at a time.
+class InputFile {
+ public:
+  virtual ~InputFile() = default;
+  // Bytes read into buffer, 0 at the end. A read failure ends the data.
+  virtual size_t Read(char* buffer, size_t size) = 0;
+  virtual uint64_t Length() const = 0;
+};
+
+// A file open for writing, exclusively. The destructor closes and reports nothing.
+class OutputFile {
+ public:
+  virtual ~OutputFile() = default;
+  // False when not every byte could be written; what was written stays.
+  virtual bool Write(std::string_view bytes) = 0;
+  // Hands everything to the device; false when that fails.
+  virtual bool Synchronize() = 0;
+  // False when the file could not be closed without loss. Nothing may be called afterwards.
+  virtual bool Close() = 0;
+};
+
+template <typename File>
+struct OpenResult {
+  std::unique_ptr<File> file;  // none exactly when failure is not kNone
+  FileFailure failure = FileFailure::kNone;
+};
+
+// The files of the host under the system's own path names (drive letters, backslashes). One
+// implementation works on the host, others in memory or failing on purpose, for tests.
+// Operations may be called from several threads at once.
+class FileSystem {
+ public:
+  virtual ~FileSystem() = default;
+  virtual OpenResult<InputFile> OpenForRead(std::string_view path) = 0;
+  // Creates the file, or empties it once it is held exclusively. The folder must exist.
+  virtual OpenResult<OutputFile> OpenForWrite(std::string_view path) = 0;
+  virtual bool Exists(std::string_view path) = 0;
+  virtual bool IsDirectory(std::string_view path) = 0;
+  // True when both name the same existing file, whatever their spelling.
+  virtual bool IsSameFile(std::string_view left, std::string_view right) = 0;
+  // Puts the file `from` in the place of `to` in one step, and waits until the folder says so
+  // after a crash too. False when `to` is held by another (its lock) or the step fails; then
+  // both are as before.
+  virtual bool Replace(std::string_view from, std::string_view to) = 0;
+  virtual bool Remove(std::string_view path) = 0;
+};
+
+}  // namespace velkor

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <thread>
+
+#include "platform/event.h"
+
+namespace velkor {
+
+// A thread that is made suspended, does its work once after Resume, and stays valid after the
+// work has ended, until its owner destroys it. The destructor resumes a thread that was never
+// resumed with nothing to do, and joins; it never detaches.
+// An exception that leaves the work ends the program: work handles its own failures.
+class WorkerThread {
+ public:
+  explicit WorkerThread(std::function<void()> work);
+  ~WorkerThread();
+  WorkerThread(const WorkerThread&) = delete;
+  WorkerThread& operator=(const WorkerThread&) = delete;
+
+  void Resume();
+  // Without time-out, until the work has ended. Must have been resumed.
+  void Wait();
+
+ private:
+  std::function<void()> work_;
+  Event resumed_{Event::Reset::kManual};
+  bool abandoned_ = false;
+  std::thread thread_;
+};
+
+}  // namespace velkor

@@ -1,0 +1,106 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace velkor {
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::vector<std::string> kFolders = {"platform", "messages", "core", "files",
+                                           "readers",  "document", "cli",  "ui"};
+
+bool IsCode(const fs::path& path) {
+  return path.extension() == ".h" || path.extension() == ".cpp";
+}
+
+std::ptrdiff_t Floor(const std::string& folder) {
+  const auto found = std::find(kFolders.begin(), kFolders.end(), folder);
+  return found == kFolders.end() ? -1 : found - kFolders.begin();
+}
+
+bool IsPosix(const std::string& header) {
+  static const std::set<std::string> kNames = {
+      "unistd.h", "fcntl.h",  "pthread.h", "dirent.h", "signal.h", "poll.h",     "iconv.h",
+      "dlfcn.h",  "strings.h", "termios.h", "langinfo.h", "xlocale.h", "sys/types.h"};
+  return kNames.contains(header) || header.starts_with("sys/");
+}
+
+// Whether a file of `folder` may hold the include line `name` (quoted: one of ours).
+std::string Complaint(const std::string& folder, const std::string& name, bool quoted) {
+  const std::string target = name.substr(0, name.find('/'));
+  if (quoted) {
+    if (Floor(target) < 0) {
+      return "names no folder of src/";
+    }
+    if (Floor(target) > Floor(folder)) {
+      return "points upwards";
+    }
+    if (folder == "ui" && target == "cli") {
+      return "makes one face depend on the other";
+    }
+    return "";
+  }
+  if (folder != "ui" && std::regex_search(name, std::regex("^Q[A-Z]|^Qt"))) {
+    return "brings Qt into the engine";
+  }
+  if (folder != "platform" && IsPosix(name)) {
+    return "asks the operating system outside platform/";
+  }
+  if (Floor(folder) <= Floor("document") &&
+      std::regex_search(name, std::regex("^(fmt|CLI|rapidjson|boost)/"))) {
+    return "makes the engine need more than the standard library";
+  }
+  return "";
+}
+
+TEST(Arrows, EveryIncludePointsToAFolderListedAbove) {
+  const std::regex include(R"(^\s*#\s*include\s*([<"])([^>"]+)[>"])");
+  int seen = 0;
+  for (const std::string& folder : kFolders) {
+    const fs::path root = fs::path(VELKOR_SOURCE_DIR) / "src" / folder;
+    if (!fs::exists(root)) {
+      continue;
+    }
+    for (const auto& entry : fs::recursive_directory_iterator(root)) {
+      if (!IsCode(entry.path())) {
+        continue;
+      }
+      std::ifstream file(entry.path());
+      std::string line;
+      for (int number = 1; std::getline(file, line); ++number) {
+        std::smatch match;
+        if (std::regex_search(line, match, include)) {
+          ++seen;
+          EXPECT_EQ(Complaint(folder, match[2], match[1] == "\""), "")
+              << entry.path() << ":" << number << ": " << line;
+        }
+        if (folder != "platform") {
+          EXPECT_FALSE(std::regex_search(line, std::regex(R"(^\s*#\s*if)")))
+              << entry.path() << ":" << number << ": only platform/ knows variants of the host";
+        }
+      }
+    }
+  }
+  EXPECT_GT(seen, 100);
+}
+
+TEST(Arrows, TheCheckFindsWrongOnes) {
+  EXPECT_NE(Complaint("core", "files/paths.h", true), "");
+  EXPECT_NE(Complaint("ui", "cli/analyze.h", true), "");
+  EXPECT_NE(Complaint("document", "QString", false), "");
+  EXPECT_NE(Complaint("files", "unistd.h", false), "");
+  EXPECT_NE(Complaint("core", "fmt/format.h", false), "");
+  EXPECT_EQ(Complaint("files", "core/function.h", true), "");
+  EXPECT_EQ(Complaint("ui", "QString", false), "");
+}
+
+}  // namespace
+}  // namespace velkor

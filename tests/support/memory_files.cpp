@@ -1,0 +1,190 @@
+#include "support/memory_files.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace velkor::testing {
+
+class MemoryFileSystem::Input : public InputFile {
+ public:
+  Input(MemoryFileSystem& files, std::string path) : files_(files), path_(std::move(path)) {}
+
+  ~Input() override {
+    const std::lock_guard lock(files_.mutex_);
+    --files_.entries_[path_].readers;
+  }
+
+  size_t Read(char* buffer, size_t size) override {
+    std::function<void()> action;
+    {
+      const std::lock_guard lock(files_.mutex_);
+      action = files_.entries_[path_].onRead;
+    }
+    if (action) {
+      action();
+    }
+    const std::lock_guard lock(files_.mutex_);
+    const std::string& bytes = *files_.entries_[path_].bytes;
+    const size_t count = std::min(size, bytes.size() - std::min(position_, bytes.size()));
+    std::memcpy(buffer, bytes.data() + position_, count);
+    position_ += count;
+    return count;
+  }
+
+  uint64_t Length() const override {
+    const std::lock_guard lock(files_.mutex_);
+    return files_.entries_[path_].bytes->size();
+  }
+
+ private:
+  MemoryFileSystem& files_;
+  const std::string path_;
+  size_t position_ = 0;
+};
+
+class MemoryFileSystem::Output : public OutputFile {
+ public:
+  Output(MemoryFileSystem& files, std::string path) : files_(files), path_(std::move(path)) {}
+
+  ~Output() override {
+    const std::lock_guard lock(files_.mutex_);
+    const auto entry = files_.entries_.find(path_);
+    if (entry != files_.entries_.end()) {
+      entry->second.written = false;
+    }
+  }
+
+  bool Write(std::string_view bytes) override {
+    const std::lock_guard lock(files_.mutex_);
+    std::string& content = *files_.entries_[path_].bytes;
+    if (!files_.capacity_) {
+      content.append(bytes);
+      return true;
+    }
+    const size_t taken = std::min(bytes.size(), *files_.capacity_);
+    content.append(bytes.substr(0, taken));
+    *files_.capacity_ -= taken;
+    return taken == bytes.size();
+  }
+
+  bool Synchronize() override { return true; }
+  bool Close() override { return true; }
+
+ private:
+  MemoryFileSystem& files_;
+  const std::string path_;
+};
+
+void MemoryFileSystem::Put(const std::string& path, std::string bytes) {
+  const std::lock_guard lock(mutex_);
+  *entries_[path].bytes = std::move(bytes);
+}
+
+std::optional<std::string> MemoryFileSystem::Get(const std::string& path) const {
+  const std::lock_guard lock(mutex_);
+  const auto entry = entries_.find(path);
+  if (entry == entries_.end()) {
+    return std::nullopt;
+  }
+  return *entry->second.bytes;
+}
+
+void MemoryFileSystem::AddDirectory(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  directories_.insert(path);
+}
+
+void MemoryFileSystem::Refuse(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  refused_.insert(path);
+}
+
+void MemoryFileSystem::SetCapacity(std::optional<size_t> bytes) {
+  const std::lock_guard lock(mutex_);
+  capacity_ = bytes;
+}
+
+void MemoryFileSystem::OnRead(const std::string& path, std::function<void()> action) {
+  const std::lock_guard lock(mutex_);
+  entries_[path].onRead = std::move(action);
+}
+
+std::vector<std::string> MemoryFileSystem::Paths() const {
+  const std::lock_guard lock(mutex_);
+  std::vector<std::string> paths;
+  for (const auto& [path, entry] : entries_) {
+    paths.push_back(path);
+  }
+  return paths;
+}
+
+OpenResult<InputFile> MemoryFileSystem::OpenForRead(std::string_view path) {
+  const std::lock_guard lock(mutex_);
+  if (refused_.contains(path) || directories_.contains(path)) {
+    return {nullptr, FileFailure::kOther};
+  }
+  const auto entry = entries_.find(path);
+  if (entry == entries_.end()) {
+    return {nullptr, FileFailure::kNotFound};
+  }
+  if (entry->second.written) {
+    return {nullptr, FileFailure::kOther};
+  }
+  ++entry->second.readers;
+  return {std::make_unique<Input>(*this, std::string(path)), FileFailure::kNone};
+}
+
+OpenResult<OutputFile> MemoryFileSystem::OpenForWrite(std::string_view path) {
+  const std::lock_guard lock(mutex_);
+  if (refused_.contains(path) || directories_.contains(path)) {
+    return {nullptr, FileFailure::kOther};
+  }
+  Entry& entry = entries_[std::string(path)];
+  if (entry.written || entry.readers > 0) {
+    return {nullptr, FileFailure::kOther};
+  }
+  entry.written = true;
+  entry.bytes->clear();
+  return {std::make_unique<Output>(*this, std::string(path)), FileFailure::kNone};
+}
+
+bool MemoryFileSystem::Exists(std::string_view path) {
+  const std::lock_guard lock(mutex_);
+  return entries_.contains(path) || directories_.contains(path);
+}
+
+bool MemoryFileSystem::IsDirectory(std::string_view path) {
+  const std::lock_guard lock(mutex_);
+  return directories_.contains(path);
+}
+
+bool MemoryFileSystem::IsSameFile(std::string_view left, std::string_view right) {
+  return left == right && Exists(left);
+}
+
+bool MemoryFileSystem::Replace(std::string_view from, std::string_view to) {
+  const std::lock_guard lock(mutex_);
+  const auto source = entries_.find(from);
+  if (source == entries_.end() || refused_.contains(to)) {
+    return false;
+  }
+  Entry& target = entries_[std::string(to)];
+  if (target.written || target.readers > 0) {
+    return false;
+  }
+  target.bytes = source->second.bytes;
+  entries_.erase(source);
+  return true;
+}
+
+bool MemoryFileSystem::Remove(std::string_view path) {
+  const std::lock_guard lock(mutex_);
+  const auto entry = entries_.find(path);
+  if (entry == entries_.end()) {
+    return false;
+  }
+  entries_.erase(entry);
+  return true;
+}
+
+}  // namespace velkor::testing
