@@ -1,0 +1,39 @@
+# What the scripts share. Sourced with the repository's root as the current folder.
+
+# Installs the packages of scripts/packages.txt that this machine lacks; touches nothing when it
+# has them all.
+install_missing() {
+  local missing=()
+  local package
+  for package in $(grep -v '^#' scripts/packages.txt); do
+    if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
+      missing+=("$package")
+    fi
+  done
+  if [ "${#missing[@]}" -eq 0 ]; then
+    return
+  fi
+  echo "Installing: ${missing[*]}" >&2
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    as_root=(sudo)
+  fi
+  "${as_root[@]}" apt-get update -qq >&2
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
+}
+
+# build PRESET [TARGET...]: configures and builds, quietly unless something fails.
+build() {
+  local preset=$1
+  shift
+  local log
+  log=$(mktemp)
+  if ! { cmake --preset "$preset" && cmake --build "build/$preset" --parallel "$(nproc)" \
+           ${1:+--target "$@"}; } >"$log" 2>&1; then
+    cat "$log" >&2
+    rm -f "$log"
+    return 1
+  fi
+  rm -f "$log"
+}
