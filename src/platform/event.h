@@ -34,6 +34,19 @@ class Event {
     bool pending = false;
   };
 
+  // Has a wakeup told about every signal of the event for as long as it exists.
+  class Listening {
+   public:
+    Listening(Event& event, std::shared_ptr<Wakeup> wakeup);
+    ~Listening();
+    Listening(const Listening&) = delete;
+    Listening& operator=(const Listening&) = delete;
+
+   private:
+    Event& event_;
+    const std::shared_ptr<Wakeup> wakeup_;
+  };
+
   bool TestLocked();
 
   const Reset reset_;

@@ -28,7 +28,8 @@ class MessageQueue {
   // Handles what is queued, and what its handlers queue, until nothing is left; does not wait.
   // Answers whether anything was handled.
   bool Drain();
-  // Handles everything that arrives until finished() holds; tests it before every handler.
+  // Handles everything that arrives until finished() holds; tests it before every handler and
+  // sleeps while nothing is queued, so whoever makes it hold from another thread posts afterwards.
   void RunUntil(const std::function<bool()>& finished);
 
  private:
