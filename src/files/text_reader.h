@@ -23,13 +23,16 @@ class StkTextReader {
   uint64_t Position() const { return position_; }
 
  private:
-  int GetByte();
+  // False at the end of the data.
+  bool Refill();
+  // The next byte of the data when it is a line feed is taken.
+  void SkipLineFeed();
 
   StkByteSource& source_;
   std::array<char, 10240> buffer_;
   size_t next_ = 0;
   size_t end_ = 0;
-  int pushback_ = -1;
+  bool endOfData_ = false;
   uint64_t position_ = 0;
   std::array<char, 5120> line_;
 };

@@ -45,26 +45,42 @@ class StkTextWriter {
   // False at a limit (LineLimitReached or CharLimitReached tells which) or when the device does
   // not take the bytes. What was written before stays. After a failure: Abort.
   [[nodiscard]] bool WriteString(std::string_view text);
-  // Writes everything that is buffered to the device; false when that fails.
+  // Hands everything that is buffered to the file; false when that fails.
   [[nodiscard]] bool Flush();
+  // The same, and waits until the device has it.
+  [[nodiscard]] bool Synchronize();
   // False when something written could not be brought to the file.
   [[nodiscard]] bool Close();
+  // Closes and reports nothing; what was written before a failure stays in the file.
   void Abort();
 
  private:
+  // Reading. False at the end of the text.
   bool Refill();
+  // The bytes at hand belong to the line and are followed by more.
+  void Carry(std::string_view bytes, size_t limit);
+
+  // Writing. Text without a line feed, as it stands.
   [[nodiscard]] bool Put(std::string_view bytes);
+  [[nodiscard]] bool WriteUnlimited(std::string_view text);
   [[nodiscard]] bool WriteLimited(std::string_view text);
   [[nodiscard]] bool EndLine();
+  [[nodiscard]] bool FailAtLimit(bool& reached);
 
   Host& host_;
   std::string path_;
   std::unique_ptr<InputFile> input_;
   std::unique_ptr<OutputFile> output_;
+
   std::string buffer_;
   size_t next_ = 0;  // reading: next byte of buffer_
+  size_t end_ = 0;
   bool endOfInput_ = false;
-  std::string carried_;  // reading: a line that spans chunks
+  std::string carried_;         // reading: what is kept of a line that began in earlier chunks
+  uint64_t carriedLength_ = 0;  // its length so far, carriage returns included
+  bool carriageReturnLast_ = false;
+
+  bool writeFailed_ = false;
   uint32_t maxLines_ = 0;
   uint32_t maxCharsPerLine_ = 0;
   bool wrapLongLines_ = false;
