@@ -1,0 +1,51 @@
+#include "platform/charset_converter.h"
+
+#include <cerrno>
+#include <cstddef>
+#include <cstdint>
+#include <iconv.h>
+
+namespace velkor {
+
+CharsetConverter::CharsetConverter(const std::string& from, const std::string& to)
+    : descriptor_(iconv_open(to.c_str(), from.c_str())),
+      isOpen_(reinterpret_cast<intptr_t>(descriptor_) != -1) {}
+
+CharsetConverter::~CharsetConverter() {
+  if (isOpen_) {
+    iconv_close(descriptor_);
+  }
+}
+
+CharsetConverter::Outcome CharsetConverter::Append(std::string_view text, std::string& result) {
+  if (!isOpen_) {
+    return Outcome::kNoSuchCharacter;
+  }
+  constexpr size_t kFailed = static_cast<size_t>(-1);
+  char* input = const_cast<char*>(text.data());
+  size_t inputLeft = text.size();
+  char buffer[256];
+  bool flushing = false;
+  iconv(descriptor_, nullptr, nullptr, nullptr, nullptr);
+  while (true) {
+    char* output = buffer;
+    size_t outputLeft = sizeof buffer;
+    // The last call has no input: some sets hold a letter back until its accent has come.
+    const size_t converted = iconv(descriptor_, flushing ? nullptr : &input,
+                                   flushing ? nullptr : &inputLeft, &output, &outputLeft);
+    const int error = converted == kFailed ? errno : 0;
+    result.append(buffer, static_cast<size_t>(output - buffer));
+    if (error == EINVAL) {
+      return Outcome::kIncomplete;
+    }
+    if (error != 0 && error != E2BIG) {
+      return Outcome::kNoSuchCharacter;
+    }
+    if (error == 0 && flushing) {
+      return Outcome::kConverted;
+    }
+    flushing = flushing || error == 0;
+  }
+}
+
+}  // namespace velkor

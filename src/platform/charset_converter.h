@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velkor {
+
+// The host's own conversion from one character set to another. Used by one thread at a time;
+// opening one is cheap after the first of its kind.
+class CharsetConverter {
+ public:
+  enum class Outcome {
+    kConverted,
+    kNoSuchCharacter,  // malformed, or without a place in the target set
+    kIncomplete,       // the text ends inside a character
+  };
+
+  CharsetConverter(const std::string& from, const std::string& to);
+  ~CharsetConverter();
+  CharsetConverter(const CharsetConverter&) = delete;
+  CharsetConverter& operator=(const CharsetConverter&) = delete;
+
+  // False when the host does not know one of the two sets; nothing converts then.
+  bool IsOpen() const { return isOpen_; }
+  // Appends the converted text to result; after another outcome than kConverted, perhaps a part.
+  Outcome Append(std::string_view text, std::string& result);
+
+ private:
+  void* descriptor_;
+  bool isOpen_;
+};
+
+}  // namespace velkor

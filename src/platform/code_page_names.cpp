@@ -1,0 +1,171 @@
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <initializer_list>
+#include <langinfo.h>
+#include <locale.h>
+#include <utility>
+#include <vector>
+
+#include "platform/charset_converter.h"
+#include "platform/code_page.h"
+#include "platform/letter_case.h"
+
+namespace velkor {
+namespace {
+
+constexpr size_t kCharacters = 256;
+constexpr char16_t kNothing = 0xFFFD;
+constexpr size_t kLongestName = 64;
+
+// In upper case; without blanks, and without "-" and "_" when squeezed.
+std::string CleanName(std::string_view name, bool squeezed) {
+  std::string clean;
+  for (const char character : name) {
+    const bool skipped = character == ' ' || character == '\t' ||
+                         (squeezed && (character == '-' || character == '_'));
+    if (!skipped) {
+      clean += static_cast<char>(UpperAscii(static_cast<unsigned char>(character)));
+    }
+  }
+  return clean;
+}
+
+bool IsPlainName(std::string_view name) {
+  return !name.empty() && std::all_of(name.begin(), name.end(), [](char character) {
+    return std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '-' ||
+           character == '_' || character == '.' || character == ':';
+  });
+}
+
+bool IsOneOf(std::string_view name, std::initializer_list<std::string_view> names) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
+
+// The spellings under which the host may know a set, most literal first.
+std::vector<std::string> Spellings(std::string_view name) {
+  const std::string squeezed = CleanName(name, true);
+  std::vector<std::string> spellings = {CleanName(name, false), squeezed, "CP" + squeezed};
+  constexpr std::string_view kVendorPrefix = "WINDOWS";
+  if (squeezed.starts_with(kVendorPrefix)) {
+    spellings.push_back("CP" + squeezed.substr(kVendorPrefix.size()));
+  }
+  return spellings;
+}
+
+// What each byte is in Unicode; none for a set that is not of single bytes over ASCII.
+std::optional<std::u16string> ReadSingleByteSet(const std::string& name) {
+  CharsetConverter converter(name, "UTF-16LE");
+  if (!converter.IsOpen()) {
+    return std::nullopt;
+  }
+  std::u16string unicode(kCharacters, kNothing);
+  for (size_t byte = 0; byte < kCharacters; ++byte) {
+    const char text = static_cast<char>(byte);
+    std::string unit;
+    const CharsetConverter::Outcome outcome = converter.Append({&text, 1}, unit);
+    if (outcome == CharsetConverter::Outcome::kIncomplete) {
+      return std::nullopt;
+    }
+    if (outcome == CharsetConverter::Outcome::kConverted && unit.size() == 2) {
+      unicode[byte] = static_cast<char16_t>(static_cast<unsigned char>(unit[0]) |
+                                            (static_cast<unsigned char>(unit[1]) << 8));
+    }
+    if (byte < 0x80 && unicode[byte] != byte) {
+      return std::nullopt;
+    }
+  }
+  return unicode;
+}
+
+std::string UpperCaseBytes(const std::u16string& unicode) {
+  std::string upper;
+  for (size_t byte = 0; byte < kCharacters; ++byte) {
+    const char32_t character = unicode[byte];
+    const auto place = std::find(unicode.begin(), unicode.end(), UpperUnicode(character));
+    upper += character == kNothing || place == unicode.end()
+                 ? static_cast<char>(byte)
+                 : static_cast<char>(place - unicode.begin());
+  }
+  return upper;
+}
+
+std::string LocaleName() {
+  for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    const char* const value = std::getenv(variable);
+    if (value != nullptr && *value != '\0') {
+      return value;
+    }
+  }
+  return "";
+}
+
+std::string CharacterSetOf(const std::string& localeName) {
+  const size_t dot = localeName.find('.');
+  if (dot != std::string::npos) {
+    return localeName.substr(dot + 1, localeName.find('@', dot) - dot - 1);
+  }
+  if (IsOneOf(localeName, {"", "C", "POSIX"})) {
+    return "";
+  }
+  const locale_t locale = newlocale(LC_CTYPE_MASK, localeName.c_str(), nullptr);
+  if (locale == nullptr) {
+    return "";
+  }
+  const std::string set = nl_langinfo_l(CODESET, locale);
+  freelocale(locale);
+  return set;
+}
+
+}  // namespace
+
+CodePage::CodePage(Kind kind, std::string name) : kind_(kind), name_(std::move(name)) {}
+
+std::optional<CodePage> CodePage::FromName(std::string_view name) {
+  if (name.size() > kLongestName || !IsPlainName(CleanName(name, false))) {
+    return std::nullopt;
+  }
+  const std::string squeezed = CleanName(name, true);
+  if (IsOneOf(squeezed, {"UTF8", "CP65001", "65001"})) {
+    return Utf8();
+  }
+  if (IsOneOf(squeezed, {"932", "CP932", "MS932", "SJIS", "SHIFTJIS", "WINDOWS31J"})) {
+    return ShiftJis();
+  }
+  if (IsOneOf(squeezed, {"LATIN1", "ISO88591"})) {
+    return Latin1();
+  }
+  for (const std::string& spelling : Spellings(name)) {
+    if (std::optional<std::u16string> unicode = ReadSingleByteSet(spelling)) {
+      CodePage page(Kind::kSingleByte, spelling);
+      page.unicode_ = std::move(*unicode);
+      page.upper_ = UpperCaseBytes(page.unicode_);
+      return page;
+    }
+  }
+  return std::nullopt;
+}
+
+CodePage CodePage::FromLocale() {
+  const std::optional<CodePage> page = FromName(CharacterSetOf(LocaleName()));
+  return page ? *page : Utf8();
+}
+
+CodePage CodePage::Utf8() {
+  return CodePage(Kind::kUtf8, "UTF-8");
+}
+
+CodePage CodePage::ShiftJis() {
+  return CodePage(Kind::kShiftJis, "CP932");
+}
+
+CodePage CodePage::Latin1() {
+  CodePage page(Kind::kSingleByte, "ISO-8859-1");
+  for (size_t byte = 0; byte < kCharacters; ++byte) {
+    page.unicode_ += static_cast<char16_t>(byte);
+  }
+  page.upper_ = UpperCaseBytes(page.unicode_);
+  return page;
+}
+
+}  // namespace velkor
