@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -45,14 +46,16 @@ class StkReporter {
 
   // A background job: asks whether reading shall stop. current is the file's answer so far; the
   // result is its new one. A signalled stop event ends the wait with Abort. The stop event is
-  // not consumed when it has manual reset.
+  // not consumed when it has manual reset. A request that cannot be delivered, or that the view
+  // drops unhandled, counts as Abort.
   StopAnswer AskStopReading(Event& stopEvent, StopAnswer current, std::string_view text);
 
   // User-interface thread: what the log view does with a request that was posted to it.
   void HandleLogRequest(LogRequest request);
 
  private:
-  bool Post(LogRequest request);
+  void Append(std::string_view text);
+  bool Post(uint32_t message, std::string_view text, std::shared_ptr<StopQuestion> question);
 
   const StkMessages& messages_;
   MessageBoxes& boxes_;

@@ -1,0 +1,128 @@
+#include "messages/messages.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+namespace velkor {
+
+namespace embedded {
+extern const std::string_view englishCatalogue;
+}  // namespace embedded
+
+namespace {
+
+// A message is built this far past its limit, so that the cut sees whether the character at the
+// limit is whole; whatever lies further on is never looked at.
+constexpr size_t kBuildLimit = StkMessages::kMaxMessageLength + 8;
+
+void AppendBounded(std::string& message, std::string_view text) {
+  message += text.substr(0, kBuildLimit - message.size());
+}
+
+// "\n" and "\\" replaced; any other backslash stands for itself.
+std::string Unescape(const CodePage& codePage, std::string_view text) {
+  std::string result;
+  for (size_t i = 0; i < text.size();) {
+    const size_t length = codePage.CharLength(text, i);
+    const std::string_view character = text.substr(i, length);
+    const char next = i + 1 < text.size() ? text[i + 1] : '\0';
+    if (character == "\\" && (next == 'n' || next == '\\')) {
+      result += next == 'n' ? '\n' : '\\';
+      i += 2;
+    } else {
+      result += character;
+      i += length;
+    }
+  }
+  return result;
+}
+
+std::optional<uint32_t> ReadKey(std::string_view digits) {
+  uint32_t key = 0;
+  const char* end = digits.data() + digits.size();
+  const auto [stop, error] = std::from_chars(digits.data(), end, key);
+  if (error != std::errc() || stop != end) {
+    return std::nullopt;
+  }
+  return key;
+}
+
+enum class Placeholder { kText, kHiddenText, kNumber, kCharacter, kPercent };
+
+struct PlaceholderForm {
+  std::string_view form;
+  Placeholder kind;
+};
+
+constexpr PlaceholderForm kPlaceholders[] = {
+    {"%s", Placeholder::kText},    {"%.0s", Placeholder::kHiddenText},
+    {"%lu", Placeholder::kNumber}, {"%c", Placeholder::kCharacter},
+    {"%%", Placeholder::kPercent},
+};
+
+const PlaceholderForm* FindPlaceholder(std::string_view text) {
+  const auto* found = std::ranges::find_if(
+      kPlaceholders, [text](const PlaceholderForm& each) { return text.starts_with(each.form); });
+  return found == std::end(kPlaceholders) ? nullptr : found;
+}
+
+void AppendArgument(std::string& message, Placeholder kind, const MessageArgument& argument) {
+  if (const auto* text = std::get_if<std::string_view>(&argument);
+      text != nullptr && kind == Placeholder::kText) {
+    AppendBounded(message, *text);
+  } else if (const auto* number = std::get_if<uint32_t>(&argument);
+             number != nullptr && kind == Placeholder::kNumber) {
+    AppendBounded(message, std::to_string(*number));
+  } else if (const auto* character = std::get_if<char>(&argument);
+             character != nullptr && kind == Placeholder::kCharacter) {
+    AppendBounded(message, std::string_view(character, 1));
+  }
+}
+
+}  // namespace
+
+StkMessages::StkMessages(const CodePage& codePage, std::string_view catalogue)
+    : codePage_(codePage) {
+  while (!catalogue.empty()) {
+    const std::string_view line = catalogue.substr(0, catalogue.find('\n'));
+    catalogue.remove_prefix(std::min(line.size() + 1, catalogue.size()));
+    const size_t blank = line.find(' ');
+    const std::optional<uint32_t> key = ReadKey(line.substr(0, blank));
+    if (key && blank != std::string_view::npos) {
+      texts_.emplace(*key, Unescape(codePage_, line.substr(blank + 1)));
+    }
+  }
+}
+
+StkMessages StkMessages::English(const CodePage& codePage) {
+  return {codePage, embedded::englishCatalogue};
+}
+
+std::string_view StkMessages::Text(MessageKey key) const {
+  const auto found = texts_.find(static_cast<uint32_t>(key));
+  return found == texts_.end() ? std::string_view() : std::string_view(found->second);
+}
+
+std::string StkMessages::FormatMessageText(MessageKey key, MessageArguments arguments) const {
+  std::string message;
+  const auto* argument = arguments.begin();
+  std::string_view rest = Text(key);
+  while (!rest.empty() && message.size() < kBuildLimit) {
+    const size_t plain = std::min(rest.find('%'), rest.size());
+    AppendBounded(message, rest.substr(0, plain));
+    rest.remove_prefix(plain);
+    const PlaceholderForm* placeholder = FindPlaceholder(rest);
+    const size_t length = placeholder != nullptr ? placeholder->form.size() : rest.empty() ? 0 : 1;
+    if (placeholder == nullptr || placeholder->kind == Placeholder::kPercent) {
+      AppendBounded(message, rest.substr(0, 1));
+    } else if (argument != arguments.end()) {
+      AppendArgument(message, placeholder->kind, *argument++);
+    }
+    rest.remove_prefix(length);
+  }
+  message.resize(codePage_.CutLength(message, kMaxMessageLength));
+  return message;
+}
+
+}  // namespace velkor
