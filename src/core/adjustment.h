@@ -12,9 +12,9 @@ constexpr uint32_t kNoDepth = 0;
 
 // An adjustment as a specification file or the dialog states it.
 struct StkAdjustment {
-  uint32_t margin = kNoMargin;  // bytes to add to the total
-  uint32_t depth = kNoDepth;    // rounds of the function's recursion
-  uint32_t line = 0;            // of the specification file; 0 from the dialog
+  uint32_t margin = kNoMargin;             // bytes to add to the total
+  uint32_t depth = kNoDepth;               // rounds of the function's recursion
+  uint32_t line = 0;                       // of the specification file; 0 from the dialog
   std::optional<StkFunctionList> callees;  // none: not given
 
   // Takes a copy and sorts it by name.

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/slot_index.h"
 #include "platform/code_page.h"
 
 namespace velkor {
@@ -31,11 +32,9 @@ class StkFileTable {
   size_t size() const { return entries_.size(); }
 
  private:
-  void Rehash(size_t slots);
-
   const CodePage& codePage_;
   std::vector<std::unique_ptr<StkFileEntry>> entries_;
-  std::vector<uint32_t> slots_;  // open addressing: index + 1 into entries_, 0 free
+  SlotIndex index_;  // of entries_
 };
 
 }  // namespace velkor

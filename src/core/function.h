@@ -32,19 +32,19 @@ enum FunctionFlag : uint32_t {
 // One function of the analysis. Owned by the StkFunctionTable from its insertion until the table
 // is cleared; lists of functions only refer to it. Not locked: one thread at a time.
 struct StkFunction {
-  std::string name;                     // assembler symbol; C functions carry a leading "_"
-  const StkFileEntry* file = nullptr;   // none for a function that is only called
-  uint32_t index = 0;                   // position in the table's insertion order
+  std::string name;                    // assembler symbol; C functions carry a leading "_"
+  const StkFileEntry* file = nullptr;  // none for a function that is only called
+  uint32_t index = 0;                  // position in the table's insertion order
   uint32_t frameSize = 0;
   uint32_t flags = 0;
-  uint32_t librarySize = 0;             // added when there is no adjustment
-  uint32_t totalStackSize = 0;          // result of Recompute
-  uint32_t maxCalleeSize = 0;           // largest total among callees and extra callees
-  int32_t chainCount = 1;               // call chains that start here, at most kMaxChainCount
+  uint32_t librarySize = 0;                  // added when there is no adjustment
+  uint32_t totalStackSize = 0;               // result of Recompute
+  uint32_t maxCalleeSize = 0;                // largest total among callees and extra callees
+  int32_t chainCount = 1;                    // call chains that start here, at most kMaxChainCount
   std::unique_ptr<StkStringList> callNames;  // only from the reading of its module to resolution
-  StkFunctionList callees;              // sorted by name once resolved; no duplicates
-  StkFunctionList extraCallees;         // targets of indirect calls, as the adjustment states them
-  StkFunctionList callers;              // no duplicates
+  StkFunctionList callees;                   // sorted by name once resolved; no duplicates
+  StkFunctionList extraCallees;  // targets of indirect calls, as the adjustment states them
+  StkFunctionList callers;       // no duplicates
   StkFunctionList extraCallers;
   std::unique_ptr<StkAdjustment> pendingAdjustment;  // read from a file, not yet applied
   std::unique_ptr<StkAppliedAdjustment> adjustment;  // in force; its presence: adjusted

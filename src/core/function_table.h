@@ -3,12 +3,13 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "core/function.h"
 
 namespace velkor {
+
+class FunctionNameIndex;
 
 // All functions of one analysis: owns the records, keeps their insertion order and finds them by
 // name. Records are never removed one by one. Not locked: one thread at a time.
@@ -61,11 +62,11 @@ class StkFunctionTable {
   void SetOverflow(bool overflow) { overflow_ = overflow; }
 
  private:
-  struct NameIndex;  // the lookup structure
+  void ResolveCallsOf(StkFunction& caller);
 
   const CodePage& codePage_;
   std::vector<std::unique_ptr<StkFunction>> functions_;
-  std::unique_ptr<NameIndex> nameIndex_;
+  std::unique_ptr<FunctionNameIndex> nameIndex_;
   uint32_t unknownCount_ = 0;
   uint32_t adjustedCount_ = 0;
   bool overflow_ = false;

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/slot_index.h"
 #include "platform/code_page.h"
 
 namespace velkor {
@@ -30,12 +32,10 @@ class StkStringList {
  private:
   uint32_t Hash(std::string_view text) const;
   bool Equal(std::string_view left, std::string_view right) const;
-  size_t Find(std::string_view text) const;
-  void Rehash(size_t slots);
 
   const CodePage* codePage_ = nullptr;  // none: exact
   std::vector<std::string> texts_;
-  std::vector<uint32_t> slots_;  // open addressing: index + 1 into texts_, 0 free; empty while short
+  SlotIndex index_;  // of texts_; empty while the list is short
 };
 
 }  // namespace velkor

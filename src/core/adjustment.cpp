@@ -1,0 +1,10 @@
+#include "core/adjustment.h"
+
+namespace velkor {
+
+void StkAdjustment::SetCallees(const StkFunctionList& functions, const CodePage& codePage) {
+  callees = functions;
+  SortByName(*callees, codePage);
+}
+
+}  // namespace velkor
