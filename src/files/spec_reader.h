@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -14,6 +13,8 @@
 #include "platform/host.h"
 
 namespace velkor {
+
+class SpecLineParser;
 
 // One stack size specification file to read: a user's file, a system library table or the stk
 // system file. Parses line by line against the function table; a line without error takes effect
@@ -53,7 +54,10 @@ class StkSpecReader : public SpecificationSource {
   StkReporter& reporter_;
 
  private:
-  friend class SpecLineParser;
+  // What a line without error states takes effect.
+  void Apply(StkFunctionTable& table, const SpecLineParser& line, uint32_t lineNumber);
+  // False: the file is read no further.
+  bool HandleError(MessageKey key, const std::string& text, uint32_t lineNumber, Event& stopEvent);
 
   bool notFound_ = false;
   uint32_t specCount_ = 0;

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
+#include "core/function_table.h"
+#include "core/specification_source.h"
+#include "messages/messages.h"
+
+namespace velkor {
+
+// One line of a stack size specification file, checked against the function table, which it only
+// reads. What the line states takes effect elsewhere. Used once, where it was made.
+class SpecLineParser {
+ public:
+  struct Context {
+    const StkFunctionTable& table;
+    SpecificationKind kind;
+    const std::string& path;
+    uint32_t lineNumber;
+    const StkMessages& messages;
+  };
+
+  SpecLineParser(const Context& context, std::string_view text);
+
+  // False when the line has an error.
+  bool Parse();
+
+  // Of the error.
+  MessageKey ErrorKey() const { return errorKey_; }
+  const std::string& ErrorText() const { return errorText_; }
+
+  // None for an empty line and a comment.
+  StkFunction* Function() const { return function_; }
+  // At least one attribute was accepted. A callee that the function has already counts for none.
+  bool AttributeSeen() const { return attributeSeen_; }
+  uint32_t Margin() const { return margin_; }
+  uint32_t Depth() const { return depth_; }
+  // In the order in which they were first met, without repetition.
+  const StkFunctionList& Callees() const { return callees_; }
+
+ private:
+  struct Keyword;
+  struct Name;
+
+  bool ParseFunction();
+  bool ParseAttribute();
+  bool ReadMargin(std::string_view value);
+  bool ReadDepth(std::string_view value);
+  bool ReadCallee(std::string_view value);
+  bool SplitName(std::string_view written, MessageKey brokenBracket, Name& name);
+  bool CheckName(const Name& name);
+  StkFunction* Find(std::string_view written, const Name& name) const;
+  bool IsDirectCallee(const StkFunction& callee) const;
+
+  void SkipBlanks();
+  std::string_view TakeWord();
+  bool AtEnd() const { return position_ == text_.size(); }
+
+  bool Fail(MessageKey key);
+  bool Fail(MessageKey key, std::string_view argument);
+  MessageKey FormatError() const;
+
+  const Context context_;
+  const CodePage& codePage_;
+  const std::string_view text_;
+  size_t position_ = 0;
+  bool afterCall_ = false;  // the value read last was a callee's name
+  MessageKey errorKey_{};
+  std::string errorText_;
+
+  StkFunction* function_ = nullptr;
+  bool attributeSeen_ = false;
+  uint32_t margin_ = kNoMargin;
+  uint32_t depth_ = kNoDepth;
+  uint32_t callCount_ = 0;
+  StkFunctionList callees_;
+  std::unordered_set<const StkFunction*> calleeSet_;  // asked, never walked
+};
+
+}  // namespace velkor

@@ -1,0 +1,95 @@
+#include "files/spec_reader.h"
+
+#include <utility>
+
+#include "files/spec_line_parser.h"
+
+namespace velkor {
+
+StkSpecReader::StkSpecReader(SpecificationKind kind, std::string path, Host& host,
+                             StkReporter& reporter)
+    : kind_(kind), path_(std::move(path)), host_(host), reporter_(reporter) {}
+
+std::unique_ptr<StkByteSource> StkSpecReader::OpenFile() {
+  OpenResult<InputFile> opened = host_.files.OpenForRead(path_);
+  notFound_ = opened.failure == FileFailure::kNotFound;
+  if (opened.failure != FileFailure::kNone) {
+    return nullptr;
+  }
+  return std::make_unique<StkFileSource>(std::move(opened.file));
+}
+
+std::unique_ptr<StkByteSource> StkSpecReader::Open() {
+  std::unique_ptr<StkByteSource> source = OpenFile();
+  if (source == nullptr) {
+    reporter_.PostWarning(notFound_ ? MessageKey::kW9400 : MessageKey::kW9401, {path_});
+    reporter_.PostLog(MessageKey::kReadingAborted, {path_});
+  }
+  return source;
+}
+
+std::unique_ptr<StkByteSource> StkSystemFileReader::Open() {
+  std::unique_ptr<StkByteSource> source = OpenFile();
+  if (source == nullptr && !NotFound()) {
+    reporter_.PostWarning(MessageKey::kW9429, {path_});
+  }
+  return source;
+}
+
+bool StkSpecReader::ParseLine(StkFunctionTable& table, uint32_t lineNumber, std::string_view text,
+                              uint64_t length, Event& stopEvent) {
+  if (length >= kLineBufferSize) {
+    const MessageKey key = MessageKey::kW9425;
+    return HandleError(key, reporter_.FormatMessageText(key, {path_, lineNumber}), lineNumber,
+                       stopEvent);
+  }
+  SpecLineParser line({table, kind_, path_, lineNumber, reporter_.Messages()}, text);
+  if (!line.Parse()) {
+    return HandleError(line.ErrorKey(), line.ErrorText(), lineNumber, stopEvent);
+  }
+  if (line.Function() != nullptr && line.AttributeSeen()) {
+    Apply(table, line, lineNumber);
+    ++specCount_;
+  }
+  return true;
+}
+
+void StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
+                          uint32_t lineNumber) {
+  StkFunction& function = *line.Function();
+  if (kind_ == SpecificationKind::kLibraryTable) {
+    if (line.Margin() != kNoMargin && !function.Is(FN_DEFINED)) {
+      table.SetLibrarySize(function, line.Margin());
+    }
+    return;
+  }
+  StkAdjustment adjustment;
+  adjustment.margin = line.Margin();
+  adjustment.depth = line.Depth();
+  adjustment.line = lineNumber;
+  if (!line.Callees().empty()) {
+    adjustment.SetCallees(line.Callees(), table.GetCodePage());
+    callsSeen_ = true;
+  }
+  table.SetPendingAdjustment(function, std::move(adjustment));
+}
+
+bool StkSpecReader::HandleError(MessageKey key, const std::string& text, uint32_t lineNumber,
+                                Event& stopEvent) {
+  const bool unknownName = key == MessageKey::kW9410 || key == MessageKey::kW9418;
+  if (kind_ != SpecificationKind::kUserFile && unknownName) {
+    return true;
+  }
+  if (kind_ == SpecificationKind::kLibraryTable) {
+    reporter_.PostWarning(MessageKey::kW9428, {path_, lineNumber});
+    answer_ = StopAnswer::kAbort;
+  } else if (kind_ == SpecificationKind::kSystemFile && reporter_.OpenedFromCommandLine()) {
+    reporter_.PostWarning(MessageKey::kW9429, {path_});
+    answer_ = StopAnswer::kAbort;
+  } else {
+    answer_ = reporter_.AskStopReading(stopEvent, answer_, text);
+  }
+  return answer_ != StopAnswer::kAbort;
+}
+
+}  // namespace velkor
