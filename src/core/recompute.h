@@ -5,8 +5,13 @@
 #include "core/function_table.h"
 #include "core/root_list.h"
 #include "core/specification_source.h"
-#include "messages/reporter.h"
 #include "platform/event.h"
+
+// A key of the catalogue has the name of a constant here; the two never meet in one scope.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
+#include "messages/reporter.h"
+#pragma GCC diagnostic pop
 
 namespace velkor {
 

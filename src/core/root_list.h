@@ -15,19 +15,19 @@ class StkRootList {
   bool empty() const { return functions_.empty(); }
   size_t size() const { return functions_.size(); }
   void Clear();
+  // To be called when a callee list holds the same functions as before, but otherwise arranged:
+  // the next computation then takes the functions in the order of the new lists. (When other
+  // functions are called, the next Recompute must rebuild instead.)
+  void ForgetOrder();
 
  private:
   friend class StkComputation;
 
-  // One step of the order in which totals are computed: a function after all those whose totals
-  // compete for its maximum.
-  struct Step {
-    uint32_t function = 0;  // index into the table
-    uint32_t root = 0;      // index of the top-level function that reached it first
-  };
-
+  // The order in which totals are computed: a depth-first walk from each top-level function in
+  // turn, each function where the walk leaves it. The total of a callee counts for its caller
+  // exactly when the callee comes before the caller in this order.
   StkFunctionList functions_;
-  std::vector<Step> order_;
+  std::vector<uint32_t> order_;     // indices into the table; empty when not known
   std::vector<uint32_t> position_;  // of each function in order_
 };
 

@@ -1,0 +1,158 @@
+#include "core/adjustments.h"
+
+#include <utility>
+
+#include "core/function_text.h"
+
+namespace velkor {
+
+namespace {
+
+void PutInForce(StkFunction& function, uint32_t margin, uint32_t depth) {
+  if (function.adjustment == nullptr) {
+    function.adjustment = std::make_unique<StkAppliedAdjustment>();
+  }
+  *function.adjustment = {margin, depth};
+}
+
+// Whether the function had extra callees.
+bool Cancel(StkFunction& function, StkReporter& reporter) {
+  const bool hadCallees = !function.extraCallees.empty();
+  function.adjustment.reset();
+  function.extraCallees.clear();
+  const std::string name = FunctionSpecName(function, reporter.Messages().GetCodePage());
+  reporter.LogMessage(MessageKey::kSpecificationCanceled, {name});
+  return hadCallees;
+}
+
+}  // namespace
+
+void ApplyPending(StkFunction& function, bool log, StkReporter& reporter) {
+  if (function.pendingAdjustment == nullptr) {
+    return;
+  }
+  const StkAdjustment& pending = *function.pendingAdjustment;
+  if (log) {
+    const std::string text =
+        AdjustmentInformation(pending, function, InformationMode::kNew, reporter.Messages()).text;
+    if (!text.empty()) {
+      const std::string name = FunctionSpecName(function, reporter.Messages().GetCodePage());
+      reporter.PostLog(MessageKey::kSpecificationAdjusted, {name, text});
+    }
+  }
+  PutInForce(function, pending.margin, pending.depth);
+  function.pendingAdjustment.reset();
+}
+
+bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& function,
+                    const StkAdjustment& adjustment, StkReporter& reporter) {
+  const AdjustmentInformationResult information =
+      AdjustmentInformation(adjustment, function, InformationMode::kCompare, reporter.Messages());
+  if (function.adjustment == nullptr) {
+    table.SetAdjustedCount(table.AdjustedCount() + 1);
+  }
+  PutInForce(function, adjustment.margin, adjustment.depth);
+  StkFunctionList callees = adjustment.callees.value_or(StkFunctionList());
+  if (callees != function.extraCallees) {
+    function.extraCallees = std::move(callees);
+    roots.ForgetOrder();
+  }
+  const std::string name = FunctionSpecName(function, table.GetCodePage());
+  if (!information.text.empty()) {
+    reporter.LogMessage(MessageKey::kSpecificationAdjusted, {name, information.text});
+  }
+  Recompute(table, roots, information.calleesChanged, nullptr, nullptr, reporter);
+  if (table.Overflow()) {
+    ReportOverflow(table, function, name, reporter);
+  }
+  return information.calleesChanged;
+}
+
+bool CancelAdjustment(StkFunctionTable& table, StkRootList& roots, StkFunction& function,
+                      StkReporter& reporter) {
+  if (function.adjustment == nullptr) {
+    return false;
+  }
+  const bool changed = Cancel(function, reporter);
+  table.SetAdjustedCount(table.AdjustedCount() - 1);
+  Recompute(table, roots, changed, nullptr, nullptr, reporter);
+  return changed;
+}
+
+bool CancelAllAdjustments(StkFunctionTable& table, StkRootList& roots, StkReporter& reporter) {
+  if (table.AdjustedCount() == 0) {
+    return false;
+  }
+  bool changed = false;
+  for (const auto& function : table.Functions()) {
+    if (function->adjustment != nullptr) {
+      changed = Cancel(*function, reporter) || changed;
+    }
+  }
+  table.SetAdjustedCount(0);
+  Recompute(table, roots, changed, nullptr, nullptr, reporter);
+  return changed;
+}
+
+void CheckRecursionDepths(StkFunctionTable& table, SpecificationSource& source, Event* stopEvent,
+                          StkReporter& reporter) {
+  const bool ask = source.Kind() == SpecificationKind::kUserFile;
+  Event neverStopped{Event::Reset::kManual};
+  StopAnswer answer = source.Answer();
+  for (const auto& function : table.Functions()) {
+    StkAdjustment* pending = function->pendingAdjustment.get();
+    if (pending == nullptr || pending->depth == kNoDepth || function->Is(FN_RECURSIVE)) {
+      continue;
+    }
+    if (ask) {
+      const std::string text =
+          reporter.FormatMessageText(MessageKey::kW9417, {source.Path(), pending->line});
+      answer =
+          reporter.AskStopReading(stopEvent != nullptr ? *stopEvent : neverStopped, answer, text);
+    }
+    pending->depth = kNoDepth;
+  }
+}
+
+// The proposed list leaves only from the function itself, so the question is whether the present
+// calls lead from its callees or the proposed functions back to it. Leaving out functions that
+// are known not to reach themselves now changes nothing, as long as they come before the function
+// in an order of callees before callers: such a function that led to this one would have been
+// placed after it, unless both can already reach each other, and then it is not left out.
+bool IsRecursiveWith(const StkFunctionTable& table, const StkFunction& function,
+                     const StkFunctionList& proposed) {
+  std::vector<bool> met(table.Count(), false);
+  std::vector<const StkFunction*> waiting;
+  const auto meet = [&](const StkFunctionList& list) {
+    for (const StkFunction* callee : list) {
+      if (!met[callee->index]) {
+        met[callee->index] = true;
+        waiting.push_back(callee);
+      }
+    }
+  };
+  meet(function.callees);
+  meet(proposed);
+  while (!waiting.empty() && !met[function.index]) {
+    const StkFunction& reached = *waiting.back();
+    waiting.pop_back();
+    meet(reached.callees);
+    meet(reached.extraCallees);
+  }
+  return met[function.index];
+}
+
+bool IsSizeUnknown(const StkFunction& function) {
+  return function.adjustment == nullptr && !function.Is(FN_LIBRARY) &&
+         (!function.Is(FN_DEFINED) || function.Is(FN_RECURSIVE | FN_INDIRECT_CALL));
+}
+
+bool IsAdjusted(const StkFunction& function) {
+  return function.adjustment != nullptr;
+}
+
+bool IsSystemLibrary(const StkFunction& function) {
+  return function.Is(FN_LIBRARY) && function.adjustment == nullptr;
+}
+
+}  // namespace velkor

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "core/function_table.h"
+
+namespace velkor {
+
+// The calls of one table as plain indices: for each function its callees, then its extra callees,
+// in the order of its lists. A copy, made for one computation so that its walks stay in a few
+// bytes a call; it does not follow later changes of the lists.
+class CallGraph {
+ public:
+  explicit CallGraph(const StkFunctionTable& table);
+
+  uint32_t Count() const { return static_cast<uint32_t>(first_.size() - 1); }
+  std::span<const uint32_t> Callees(uint32_t function) const {
+    return {callees_.data() + first_[function], first_[function + 1] - first_[function]};
+  }
+
+ private:
+  std::vector<uint32_t> first_;  // where each function's callees begin; one entry more at the end
+  std::vector<uint32_t> callees_;
+};
+
+// One function on the explicit stack of a depth-first walk, with the calls not yet followed.
+struct CallCursor {
+  uint32_t function = 0;
+  const uint32_t* next = nullptr;
+  const uint32_t* end = nullptr;
+
+  CallCursor(const CallGraph& graph, uint32_t entered)
+      : function(entered),
+        next(graph.Callees(entered).data()),
+        end(next + graph.Callees(entered).size()) {}
+  bool AtEnd() const { return next == end; }
+};
+
+}  // namespace velkor

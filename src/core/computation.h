@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "core/call_graph.h"
+#include "core/function_table.h"
+#include "core/root_list.h"
+
+namespace velkor {
+
+// The steps of Recompute, over one table and its root list.
+class StkComputation {
+ public:
+  StkComputation(StkFunctionTable& table, StkRootList& roots) : table_(table), roots_(roots) {}
+
+  // Makes extra callees of the callee lists of pending adjustments, links extra callers, marks
+  // recursion and top-level functions and fills the root list. Must not be left out when the root
+  // list is empty.
+  void Rebuild();
+
+  // Every total, largest callee total and chain count, and the overflow flag. Answers the
+  // functions in the order in which they were computed; pending adjustments are used but stay
+  // pending.
+  const std::vector<uint32_t>& ComputeTotals();
+
+ private:
+  void LinkExtraCallees();
+  void MarkFunctions();
+  void FindOrder();
+
+  StkFunctionTable& table_;
+  StkRootList& roots_;
+  std::optional<CallGraph> graph_;
+};
+
+}  // namespace velkor

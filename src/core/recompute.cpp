@@ -1,0 +1,23 @@
+#include "core/recompute.h"
+
+#include "core/adjustments.h"
+#include "core/computation.h"
+
+namespace velkor {
+
+void Recompute(StkFunctionTable& table, StkRootList& roots, bool rebuild,
+               SpecificationSource* source, Event* stopEvent, StkReporter& reporter) {
+  StkComputation computation(table, roots);
+  if (rebuild || roots.empty()) {
+    computation.Rebuild();
+  }
+  if (source != nullptr) {
+    CheckRecursionDepths(table, *source, stopEvent, reporter);
+  }
+  const bool log = source != nullptr && source->Kind() == SpecificationKind::kUserFile;
+  for (const uint32_t index : computation.ComputeTotals()) {
+    ApplyPending(*table.Functions()[index], log, reporter);
+  }
+}
+
+}  // namespace velkor

@@ -1,0 +1,74 @@
+#include <vector>
+
+#include "core/function_text.h"
+#include "core/recompute.h"
+
+namespace velkor {
+
+namespace {
+
+void ReportIfOver(const StkFunction& function, std::string_view name, MessageKey key,
+                  StkReporter& reporter) {
+  if (function.totalStackSize == kOverSize) {
+    reporter.ShowWarning(key, {name, reporter.Messages().Text(MessageKey::kSizeLimit), name});
+  }
+}
+
+// The functions that call one function, callers before extra callers, not yet looked at.
+struct CallerCursor {
+  const StkFunction* function;
+  size_t next = 0;
+
+  const StkFunction* Next() {
+    const size_t direct = function->callers.size();
+    const size_t position = next++;
+    if (position < direct) {
+      return function->callers[position];
+    }
+    return position - direct < function->extraCallers.size()
+               ? function->extraCallers[position - direct]
+               : nullptr;
+  }
+};
+
+// The top-level functions above a function, each once, in the order in which a walk upward along
+// simple paths first meets them. Each function is entered once. Entering one again by another path
+// would meet nothing new: when it was left, all its callers had been entered, and those that are
+// not on the path left as well, so whatever can be reached from it without crossing the path has
+// been met; and the path's own callers are still to come, in the same order.
+StkFunctionList TopLevelCallers(const StkFunctionTable& table, const StkFunction& start) {
+  StkFunctionList topLevel;
+  std::vector<bool> met(table.Count(), false);
+  met[start.index] = true;
+  std::vector<CallerCursor> path{{&start}};
+  while (!path.empty()) {
+    const StkFunction* caller = path.back().Next();
+    if (caller == nullptr) {
+      path.pop_back();
+    } else if (!met[caller->index]) {
+      met[caller->index] = true;
+      if (caller->Is(FN_ROOT)) {
+        topLevel.push_back(table.Functions()[caller->index].get());
+      } else {
+        path.push_back({caller});
+      }
+    }
+  }
+  return topLevel;
+}
+
+}  // namespace
+
+void ReportOverflow(const StkFunctionTable& table, const StkFunction& function,
+                    std::string_view name, StkReporter& reporter) {
+  const bool deep = function.adjustment != nullptr && function.adjustment->depth >= 2;
+  ReportIfOver(function, name, deep ? MessageKey::kW9465 : MessageKey::kW9466, reporter);
+  if (function.Is(FN_ROOT)) {
+    return;
+  }
+  for (const StkFunction* root : TopLevelCallers(table, function)) {
+    ReportIfOver(*root, FunctionSpecName(*root, table.GetCodePage()), MessageKey::kW9466, reporter);
+  }
+}
+
+}  // namespace velkor

@@ -1,0 +1,15 @@
+#include "core/root_list.h"
+
+namespace velkor {
+
+void StkRootList::Clear() {
+  functions_.clear();
+  ForgetOrder();
+}
+
+void StkRootList::ForgetOrder() {
+  order_.clear();
+  position_.clear();
+}
+
+}  // namespace velkor
