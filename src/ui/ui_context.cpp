@@ -1,0 +1,30 @@
+#include "ui/ui_context.h"
+
+namespace velkor {
+
+QString UiContext::Decoded(std::string_view bytes) const {
+  const std::string utf8 = host.codePage.ToUtf8(bytes);
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+}
+
+std::string UiContext::Encoded(const QString& text) const {
+  const QByteArray utf8 = text.toUtf8();
+  const std::string_view whole(utf8.constData(), static_cast<size_t>(utf8.size()));
+  if (auto encoded = host.codePage.FromUtf8(whole)) {
+    return *std::move(encoded);
+  }
+  std::string bytes;
+  for (const uint codePoint : text.toUcs4()) {
+    const QByteArray character = QString::fromUcs4(reinterpret_cast<const char32_t*>(&codePoint), 1)
+                                     .toUtf8();
+    bytes += host.codePage.FromUtf8({character.constData(), static_cast<size_t>(character.size())})
+                 .value_or("?");
+  }
+  return bytes;
+}
+
+QString UiContext::Text(uint32_t key) const {
+  return Decoded(messages.Text(static_cast<MessageKey>(key)));
+}
+
+}  // namespace velkor
