@@ -1,0 +1,71 @@
+#include "cli/analyze_command.h"
+
+#include <cstdio>
+
+#include "cli/csv_output.h"
+#include "cli/json_output.h"
+#include "cli/text_output.h"
+#include "core/completeness.h"
+
+namespace velkor {
+namespace {
+
+AnalysisResult ResultOf(Application& application) {
+  CStkDoc& document = application.Document();
+  const StkCompilerInfo& compiler = document.Project()->compilerInfo;
+  const StkFunctionTable& functions = *document.FunctionTable();
+  return {application.GetCodePage(),
+          document.PathName(),
+          std::string(application.Reporter().Messages().Text(MessageKey::kCompilerName)),
+          compiler.version != 0 ? std::optional(compiler.VersionText()) : std::nullopt,
+          application.Log().Lines(),
+          functions,
+          document.RootList()->Functions(),
+          CompleteFunctions(functions)};
+}
+
+void WriteResult(const AnalysisResult& result, const Options& options, ResultOutput& output) {
+  switch (options.format) {
+    case OutputFormat::kText:
+      return WriteText(result, options.full, output);
+    case OutputFormat::kJson:
+      return WriteJson(result, output);
+    case OutputFormat::kCsv:
+      return WriteCsv(result, output);
+  }
+}
+
+ExitStatus LoadFiles(Application& application, const Options& options) {
+  for (const std::string& file : options.loadFiles) {
+    if (!application.Document().LoadSpecFile(application.AbsolutePath(file), false)) {
+      application.SayNotRead(file, "the project has no functions");
+    }
+    if (!application.RunJobs()) {
+      return kStopped;
+    }
+  }
+  return kDone;
+}
+
+}  // namespace
+
+ExitStatus Analyze(Application& application, const Options& options) {
+  ExitStatus status = application.OpenAndAnalyse(options.project);
+  if (status == kDone) {
+    status = LoadFiles(application, options);
+  }
+  if (status != kDone) {
+    return status;
+  }
+  application.StopCatchingInterrupts();
+  ResultOutput output(stdout);
+  WriteResult(ResultOf(application), options, output);
+  if (!output.Finish()) {
+    std::fprintf(stderr, "velkor-cli: cannot write to standard output: %s\n",
+                 output.Failure().c_str());
+    return kOutputFailed;
+  }
+  return application.FinishedStatus();
+}
+
+}  // namespace velkor

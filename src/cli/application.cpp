@@ -1,0 +1,105 @@
+#include "cli/application.h"
+
+#include <cstdlib>
+
+#include "platform/terminal.h"
+
+namespace velkor {
+
+std::unique_ptr<Application> Application::Create(const Options& options, std::string& error) {
+  std::optional<CodePage> codePage = CodePage::FromLocale();
+  if (options.codePage) {
+    codePage = CodePage::FromName(*options.codePage);
+    if (!codePage) {
+      error = "--codepage: unknown code page " + *options.codePage;
+      return nullptr;
+    }
+  }
+  std::unique_ptr<Application> application(new Application(std::move(*codePage), options));
+  if (!application->AddMappings(options, error)) {
+    return nullptr;
+  }
+  return application;
+}
+
+Application::Application(CodePage codePage, const Options& options)
+    : codePage_(std::move(codePage)),
+      host_{codePage_, files_, paths_, resources_,
+            options.dataFolder.empty() ? "" : AbsolutePath(options.dataFolder)},
+      progress_(IsErrorTerminal(), ErrorTerminalWidth()),
+      boxes_(log_, options.onError),
+      messages_(StkMessages::English(codePage_)) {
+  log_.SetReporter(reporter_);
+  reporter_.RegisterLogView(&log_);
+  reporter_.SetOpenedFromCommandLine(true);
+  interrupt_.emplace([this] { queue_.Post([this] { StopJobs(); }); });
+}
+
+Application::~Application() {
+  interrupt_.reset();
+  StopJobs();
+  reporter_.RegisterLogView(nullptr);
+  progress_.Erase();
+}
+
+bool Application::AddMappings(const Options& options, std::string& error) {
+  const char* environment = std::getenv("VELKOR_MAP");
+  if (environment != nullptr && *environment != '\0' && !paths_.AddMappings(environment)) {
+    error = std::string("VELKOR_MAP: not of the form C:\\work=/home/me/work;...: ") + environment;
+    return false;
+  }
+  for (const std::string& mapping : options.mappings) {
+    if (!paths_.AddMapping(mapping)) {
+      error = "--map: not of the form C:\\work=/home/me/work: " + mapping;
+      return false;
+    }
+  }
+  return true;
+}
+
+ExitStatus Application::OpenAndAnalyse(std::string_view project) {
+  if (!document_.OnOpenDocument(AbsolutePath(project))) {
+    return kProjectNotRead;
+  }
+  document_.StartAnalysis();
+  return RunJobs() ? kDone : kStopped;
+}
+
+bool Application::RunJobs() {
+  queue_.RunUntil([this] { return !HasJobs(); });
+  // What a stopped job has said before it stopped, and a request to stop that came at the end.
+  queue_.Drain();
+  progress_.Erase();
+  return !stopped_;
+}
+
+void Application::SayNotRead(const std::string& path, std::string_view reason) {
+  somethingNotRead_ = true;
+  log_.Say("velkor-cli: " + path + " is not read: " + std::string(reason));
+}
+
+std::string Application::AbsolutePath(std::string_view path) const {
+  return paths_.FullPathName(path).value_or(std::string(path));
+}
+
+void Application::Post(uint32_t message, uint64_t parameter) {
+  queue_.Post([this, message, parameter] { monitor_.Handle(message, parameter); });
+}
+
+bool Application::HasJobs() const {
+  return document_.IsAnalysing() || document_.IsReadingSpecifications();
+}
+
+// The monitor knows a job only once its first notification has been handled.
+void Application::StopJobs() {
+  stopped_ = true;
+  monitor_.Stop();
+  if (document_.IsAnalysing()) {
+    document_.StopAnalysis();
+  }
+  if (document_.IsReadingSpecifications()) {
+    document_.StopSpecRead();
+  }
+}
+
+}  // namespace velkor

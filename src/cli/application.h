@@ -1,0 +1,74 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "cli/exit_status.h"
+#include "cli/options.h"
+#include "cli/progress_line.h"
+#include "cli/terminal_boxes.h"
+#include "cli/terminal_log.h"
+#include "document/document.h"
+#include "document/job_monitor.h"
+#include "platform/host_file_system.h"
+#include "platform/interrupt.h"
+
+namespace velkor {
+
+// The program while it runs one command: the host, the channels of its messages, the document,
+// and the loop that stands for a main window. Belongs to the main thread.
+class Application : private MessageTarget {
+ public:
+  // None when an option names nothing usable; error then says what, for the user.
+  static std::unique_ptr<Application> Create(const Options& options, std::string& error);
+  ~Application();
+
+  // Opens the project and runs its analysis to the end. kDone: the document holds it.
+  ExitStatus OpenAndAnalyse(std::string_view project);
+  // Until the document has no job left. False when the user has stopped them.
+  bool RunJobs();
+  // Ctrl-C ends the program from here on, as it does with others. The jobs have ended.
+  void StopCatchingInterrupts() { interrupt_.reset(); }
+  // Tells the user of a file that no message of the log is about.
+  void SayNotRead(const std::string& path, std::string_view reason);
+  // How a command ends that has done its work.
+  ExitStatus FinishedStatus() const {
+    return log_.AnyWarning() || somethingNotRead_ ? kNotEverythingRead : kDone;
+  }
+
+  const CodePage& GetCodePage() const { return codePage_; }
+  CStkDoc& Document() { return document_; }
+  StkReporter& Reporter() { return reporter_; }
+  const TerminalLog& Log() const { return log_; }
+  // The path against the current folder; as it stands when that has no result.
+  std::string AbsolutePath(std::string_view path) const;
+
+ private:
+  Application(CodePage codePage, const Options& options);
+
+  bool AddMappings(const Options& options, std::string& error);
+  void Post(uint32_t message, uint64_t parameter) override;
+  void StopJobs();
+  bool HasJobs() const;
+
+  const CodePage codePage_;
+  HostPaths paths_{codePage_};
+  HostFileSystem files_{paths_};
+  BuiltInResources resources_;
+  Host host_;
+  MessageQueue queue_;
+  ProgressLine progress_;
+  TerminalLog log_{codePage_, queue_, progress_};
+  TerminalBoxes boxes_;
+  StkMessages messages_;
+  StkReporter reporter_{messages_, boxes_};
+  CStkDoc document_{host_, reporter_, *this};
+  StkJobMonitor monitor_{document_, progress_};
+  bool stopped_ = false;
+  bool somethingNotRead_ = false;
+  std::optional<Interrupt> interrupt_;
+};
+
+}  // namespace velkor

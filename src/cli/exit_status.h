@@ -1,0 +1,15 @@
+#pragma once
+
+namespace velkor {
+
+// What the program's exit status says.
+enum ExitStatus : int {
+  kDone = 0,
+  kNotEverythingRead = 1,  // the analysis finished, with some warning
+  kWrongUsage = 2,
+  kProjectNotRead = 3,
+  kOutputFailed = 4,  // the results could not be written to standard output
+  kStopped = 130,
+};
+
+}  // namespace velkor

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "messages/channels.h"
+
+namespace velkor {
+
+enum class OutputFormat { kText, kJson, kCsv };
+
+// What the command line asks for. Texts are bytes as the caller gave them.
+struct Options {
+  enum class Command { kAnalyze };
+
+  Command command = Command::kAnalyze;
+  std::string project;
+  std::vector<std::string> loadFiles;  // applied in memory, in this order
+  OutputFormat format = OutputFormat::kText;
+  bool full = false;  // text output: nothing is left out of a long call chain
+
+  StopAnswer onError = StopAnswer::kIgnore;
+  std::vector<std::string> mappings;
+  std::optional<std::string> codePage;  // none: that of the locale
+  std::string dataFolder;               // empty: beside the program
+};
+
+struct ParsedArguments {
+  std::optional<Options> options;  // none: the program ends here, with status
+  int status = 0;
+};
+
+// Prints help on standard output and what is wrong on standard error.
+ParsedArguments ParseArguments(int argc, const char* const* argv);
+
+}  // namespace velkor

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "document/job_monitor.h"
+
+namespace velkor {
+
+// The progress display at the foot of a terminal: one line of standard error that is drawn over
+// and over. User-interface thread.
+class ProgressLine : public ProgressBar {
+ public:
+  // Not shown: draws nothing at all.
+  ProgressLine(bool shown, size_t width) : shown_(shown), width_(width) {}
+
+  void SetPosition(uint64_t position) override;
+  void SetRange(uint64_t range) override;
+  void StepIt() override;
+  // Takes the line away, to make room for others; the next change draws it again.
+  void Erase();
+
+ private:
+  void Draw();
+
+  const bool shown_;
+  const size_t width_;
+  uint64_t position_ = 0;
+  uint64_t range_ = 0;
+  std::string drawn_;
+};
+
+}  // namespace velkor

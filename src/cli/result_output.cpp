@@ -1,0 +1,40 @@
+#include "cli/result_output.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace velkor {
+namespace {
+
+constexpr size_t kBufferSize = size_t{64} << 10;
+
+}  // namespace
+
+void ResultOutput::Write(std::string_view text) {
+  buffer_ += text;
+  if (buffer_.size() >= kBufferSize) {
+    WriteBuffer();
+  }
+}
+
+void ResultOutput::Put(char c) {
+  Write(std::string_view(&c, 1));
+}
+
+bool ResultOutput::Finish() {
+  WriteBuffer();
+  if (failure_.empty() && std::fflush(file_) != 0) {
+    failure_ = std::strerror(errno);
+  }
+  return failure_.empty();
+}
+
+void ResultOutput::WriteBuffer() {
+  if (failure_.empty() && !buffer_.empty() &&
+      std::fwrite(buffer_.data(), 1, buffer_.size(), file_) != buffer_.size()) {
+    failure_ = std::strerror(errno);
+  }
+  buffer_.clear();
+}
+
+}  // namespace velkor

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "cli/terminal_log.h"
+#include "messages/channels.h"
+
+namespace velkor {
+
+// Message boxes where nobody can press a button: their texts stand in the log, and questions are
+// answered as the command line says. User-interface thread.
+class TerminalBoxes : public MessageBoxes {
+ public:
+  TerminalBoxes(TerminalLog& log, StopAnswer stopAnswer) : log_(log), stopAnswer_(stopAnswer) {}
+
+  BoxAnswer Show(std::string_view text, BoxIcon icon, BoxButtons buttons) override;
+
+ private:
+  TerminalLog& log_;
+  const StopAnswer stopAnswer_;
+};
+
+}  // namespace velkor

@@ -1,0 +1,40 @@
+#include "platform/terminal.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <initializer_list>
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+namespace velkor {
+
+void PrepareStandardStreams() {
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
+      // The lowest free descriptor is this one. Open for the direction that is never used, so
+      // that use fails.
+      const int direction = descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY;
+      if (open("/dev/null", direction) == -1) {
+        return;
+      }
+    }
+  }
+  struct sigaction ignore {};
+  ignore.sa_handler = SIG_IGN;
+  sigaction(SIGPIPE, &ignore, nullptr);
+}
+
+bool IsErrorTerminal() {
+  return isatty(STDERR_FILENO) == 1;
+}
+
+size_t ErrorTerminalWidth() {
+  winsize size{};
+  if (ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0) {
+    return size.ws_col;
+  }
+  return 80;
+}
+
+}  // namespace velkor
