@@ -4,10 +4,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "platform/code_page.h"
+#include "platform/path_text.h"
 
 namespace velkor {
 
@@ -34,8 +34,9 @@ class PathHost {
 // - a path on the drive of the project directory that no mapping covers is taken relative to the
 //   project directory, which stands for the folder of the project file (also for paths above it:
 //   a step ".." for each component that the two do not share);
+// - any other path with a drive letter or "\" lies below the current folder;
 // - a component that does not exist as spelt is looked up ignoring letter case (of several, the
-//   first in byte order).
+//   first in byte order), also under the name's UTF-8 form where the code page is another.
 // May be used from several threads; SetProject only while no file is in use.
 class HostPaths : public PathHost {
  public:
@@ -54,11 +55,22 @@ class HostPaths : public PathHost {
   std::string ExecutablePath() const override;
 
  private:
+  struct Mapping {
+    PathText prefix;
+    std::string target;
+  };
+  struct Project {
+    PathText directory;  // as stated, resolved; only when it has a drive or names a share
+    std::string folder;  // on the host
+  };
+
+  std::string ToHost(std::string_view path, const std::optional<Project>& project) const;
+  const Mapping* FindMapping(const PathText& path) const;
+
   const CodePage& codePage_;
-  std::vector<std::pair<std::string, std::string>> mappings_;
+  std::vector<Mapping> mappings_;
   mutable std::mutex mutex_;
-  std::string projectDirectory_;
-  std::string projectFolder_;
+  std::optional<Project> project_;
 };
 
 }  // namespace velkor

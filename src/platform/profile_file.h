@@ -12,14 +12,19 @@ namespace velkor {
 // An INI file read once: sections in brackets, then lines key=value. Names are compared ignoring
 // letter case; blanks around key and value are trimmed, one pair of quotes around a value is
 // removed, a line that begins with ";" is a comment, and the first of two equal sections or keys
-// wins. Memory is bounded: at most kMaxBytes of the file are looked at, and a value keeps at most
-// the bytes that its reader asks for.
+// wins: a later section of the same name is not looked at, even for keys that the first lacks. A
+// section's name reaches to the last "]" of its line. A line ends at LF, CR LF or CR alone; no
+// other byte ends anything. Memory is bounded: at most kMaxBytes and kMaxLines of the file (those
+// with a section or a key) are looked at. Not copied, not moved; any thread may ask.
 class ProfileFile {
  public:
   static constexpr size_t kMaxBytes = size_t{64} << 20;
+  static constexpr size_t kMaxLines = size_t{1} << 20;
 
   ProfileFile(const CodePage& codePage, InputFile& file);
   ProfileFile(const CodePage& codePage, std::string text);
+  ProfileFile(const ProfileFile&) = delete;
+  ProfileFile& operator=(const ProfileFile&) = delete;
 
   // The value, at most size - 1 bytes and never cut inside a character; empty when the section or
   // the key is missing.
@@ -27,16 +32,24 @@ class ProfileFile {
 
  private:
   struct Entry {
-    std::string_view section;
     std::string_view key;
     std::string_view value;
   };
+  struct Section {
+    std::string_view name;
+    size_t first;  // its entries: from here
+    size_t end;    // to before here
+  };
 
   void Parse();
+  void ParseLine(std::string_view line);
+  void Sort();
+  bool IsFull() const { return sections_.size() + entries_.size() >= kMaxLines; }
 
   const CodePage& codePage_;
-  std::string text_;            // entries_ point into it
-  std::vector<Entry> entries_;  // sorted by section and key, ignoring letter case; first ones only
+  std::string text_;               // everything below points into it
+  std::vector<Section> sections_;  // sorted by name, ignoring letter case; first ones only
+  std::vector<Entry> entries_;     // sorted by key within each section, equal ones as in the file
 };
 
 }  // namespace velkor

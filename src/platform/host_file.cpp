@@ -1,0 +1,58 @@
+#include "platform/host_file.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+namespace velkor {
+namespace {
+
+constexpr mode_t kNewFileMode = 0666;
+
+int Open(const std::string& hostPath, int flags) {
+  if (hostPath.find('\0') != std::string::npos) {
+    errno = ENOENT;  // no file can have that name
+    return -1;
+  }
+  int descriptor = -1;
+  do {
+    descriptor = open(hostPath.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kNewFileMode);
+  } while (descriptor < 0 && errno == EINTR);
+  return descriptor;
+}
+
+}  // namespace
+
+HostFile::HostFile(const std::string& hostPath, int flags) : descriptor_(Open(hostPath, flags)) {
+  error_ = IsOpen() ? 0 : errno;
+}
+
+FileFailure HostFile::Failure() const {
+  if (IsOpen()) {
+    return FileFailure::kNone;
+  }
+  return error_ == ENOENT || error_ == ENOTDIR ? FileFailure::kNotFound : FileFailure::kOther;
+}
+
+struct stat HostFile::Status() const {
+  struct stat status {};
+  fstat(descriptor_, &status);
+  return status;
+}
+
+bool HostFile::Lock(bool exclusively) const {
+  int result = -1;
+  do {
+    result = flock(descriptor_, (exclusively ? LOCK_EX : LOCK_SH) | LOCK_NB);
+  } while (result < 0 && errno == EINTR);
+  return result == 0 || errno != EWOULDBLOCK;
+}
+
+bool HostFile::Close() {
+  const int descriptor = std::exchange(descriptor_, -1);
+  // After an interruption the descriptor is gone all the same; nothing was lost.
+  return descriptor < 0 || close(descriptor) == 0 || errno == EINTR;
+}
+
+}  // namespace velkor

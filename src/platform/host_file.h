@@ -1,0 +1,38 @@
+#pragma once
+
+#include <string>
+#include <sys/stat.h>
+#include <utility>
+
+#include "platform/file_system.h"
+
+namespace velkor {
+
+// An open file descriptor of the host, closed by its destructor. Never inherited by other programs.
+class HostFile {
+ public:
+  // Does not wait for anything, a FIFO without a partner included. flags: those of open.
+  HostFile(const std::string& hostPath, int flags);
+  HostFile(HostFile&& other) noexcept
+      : descriptor_(std::exchange(other.descriptor_, -1)), error_(other.error_) {}
+  HostFile(const HostFile&) = delete;
+  HostFile& operator=(const HostFile&) = delete;
+  HostFile& operator=(HostFile&&) = delete;
+  ~HostFile() { Close(); }
+
+  bool IsOpen() const { return descriptor_ >= 0; }
+  int Descriptor() const { return descriptor_; }
+  // Why it is not open.
+  FileFailure Failure() const;
+  struct stat Status() const;
+  // False when another holds the file; true on file systems that know no locks.
+  bool Lock(bool exclusively) const;
+  // False when the data may not have reached the file.
+  bool Close();
+
+ private:
+  int descriptor_;
+  int error_ = 0;
+};
+
+}  // namespace velkor

@@ -1,0 +1,193 @@
+#include "platform/host_file_system.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <optional>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+#include <utility>
+
+#include "platform/host_file.h"
+
+namespace velkor {
+namespace {
+
+class HostInputFile : public InputFile {
+ public:
+  explicit HostInputFile(HostFile file)
+      : file_(std::move(file)), length_(static_cast<uint64_t>(file_.Status().st_size)) {}
+
+  size_t Read(char* buffer, size_t size) override {
+    ssize_t count = -1;
+    do {
+      count = read(file_.Descriptor(), buffer, size);
+    } while (count < 0 && errno == EINTR);
+    return count < 0 ? 0 : static_cast<size_t>(count);
+  }
+
+  uint64_t Length() const override { return length_; }
+
+ private:
+  HostFile file_;
+  const uint64_t length_;
+};
+
+class HostOutputFile : public OutputFile {
+ public:
+  explicit HostOutputFile(HostFile file) : file_(std::move(file)) {}
+
+  bool Write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      const ssize_t count = write(file_.Descriptor(), bytes.data(), bytes.size());
+      if (count < 0 && errno == EINTR) {
+        continue;
+      }
+      if (count <= 0) {
+        return false;
+      }
+      bytes.remove_prefix(static_cast<size_t>(count));
+    }
+    return true;
+  }
+
+  bool Synchronize() override {
+    // A device has nothing to hand on, and says so with EINVAL.
+    return fsync(file_.Descriptor()) == 0 || errno == EINVAL;
+  }
+
+  bool Close() override { return file_.Close(); }
+
+ private:
+  HostFile file_;
+};
+
+std::optional<struct stat> StatusOf(const std::string& hostPath) {
+  struct stat status {};
+  const bool found =
+      hostPath.find('\0') == std::string::npos && stat(hostPath.c_str(), &status) == 0;
+  return found ? std::optional(status) : std::nullopt;
+}
+
+bool IsSame(const struct stat& left, const struct stat& right) {
+  return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
+}
+
+// Empties a file that is open for writing and locks it; a device is used as it is.
+FileFailure Take(const HostFile& file, const std::string& hostPath) {
+  const struct stat status = file.Status();
+  if (S_ISCHR(status.st_mode)) {
+    fcntl(file.Descriptor(), F_SETFL, O_WRONLY);  // wait while it is busy
+    return FileFailure::kNone;
+  }
+  if (!S_ISREG(status.st_mode) || !file.Lock(true)) {
+    return FileFailure::kOther;
+  }
+  // Another file may have been put in its place before the lock was there.
+  const std::optional<struct stat> current = StatusOf(hostPath);
+  if (!current || !IsSame(*current, status) || ftruncate(file.Descriptor(), 0) != 0) {
+    return FileFailure::kOther;
+  }
+  return FileFailure::kNone;
+}
+
+// The file that a path leads to when its last component is a symbolic link, or a chain of them,
+// whether or not there is something at its end.
+std::string FollowLinks(std::string hostPath) {
+  constexpr int kMostLinks = 40;
+  for (int i = 0; i < kMostLinks; ++i) {
+    std::error_code error;
+    const std::filesystem::path target = std::filesystem::read_symlink(hostPath, error);
+    if (error) {
+      break;
+    }
+    hostPath = (std::filesystem::path(hostPath).parent_path() / target).string();
+  }
+  return hostPath;
+}
+
+// A file that takes another's place is its owner's and has its permissions. False when it cannot.
+bool TakeOver(const std::string& hostPath, const struct stat& before) {
+  constexpr mode_t kPermissions = 07777;
+  const bool owned = chown(hostPath.c_str(), before.st_uid, before.st_gid) == 0;
+  const mode_t set = owned ? kPermissions : 0777;
+  return chmod(hostPath.c_str(), before.st_mode & set) == 0;
+}
+
+bool Rename(const std::string& from, const std::string& to, const struct stat& status) {
+  if (rename(from.c_str(), to.c_str()) != 0) {
+    TakeOver(from, status);
+    return false;
+  }
+  const std::string folder = std::filesystem::path(to).parent_path().string();
+  const HostFile opened(folder.empty() ? "." : folder, O_RDONLY | O_DIRECTORY);
+  if (opened.IsOpen()) {
+    fsync(opened.Descriptor());  // a failure cannot undo what everybody sees already
+  }
+  return true;
+}
+
+}  // namespace
+
+OpenResult<InputFile> HostFileSystem::OpenForRead(std::string_view path) {
+  HostFile file(paths_.ToHost(path), O_RDONLY);
+  if (!file.IsOpen()) {
+    return {nullptr, file.Failure()};
+  }
+  if (!S_ISREG(file.Status().st_mode) || !file.Lock(false)) {
+    return {nullptr, FileFailure::kOther};
+  }
+  return {std::make_unique<HostInputFile>(std::move(file)), FileFailure::kNone};
+}
+
+OpenResult<OutputFile> HostFileSystem::OpenForWrite(std::string_view path) {
+  const std::string hostPath = paths_.ToHost(path);
+  HostFile file(hostPath, O_WRONLY | O_CREAT);
+  const FileFailure failure = file.IsOpen() ? Take(file, hostPath) : file.Failure();
+  if (failure != FileFailure::kNone) {
+    return {nullptr, failure};
+  }
+  return {std::make_unique<HostOutputFile>(std::move(file)), FileFailure::kNone};
+}
+
+bool HostFileSystem::Exists(std::string_view path) {
+  return StatusOf(paths_.ToHost(path)).has_value();
+}
+
+bool HostFileSystem::IsDirectory(std::string_view path) {
+  const std::optional<struct stat> status = StatusOf(paths_.ToHost(path));
+  return status && S_ISDIR(status->st_mode);
+}
+
+bool HostFileSystem::IsSameFile(std::string_view left, std::string_view right) {
+  const std::optional<struct stat> first = StatusOf(paths_.ToHost(left));
+  const std::optional<struct stat> second = StatusOf(paths_.ToHost(right));
+  return first && second && IsSame(*first, *second);
+}
+
+bool HostFileSystem::Replace(std::string_view from, std::string_view to) {
+  const std::string source = paths_.ToHost(from);
+  const std::string target = FollowLinks(paths_.ToHost(to));
+  const std::optional<struct stat> status = StatusOf(source);
+  if (!status || !S_ISREG(status->st_mode)) {
+    return false;
+  }
+  // Opened for writing: a file that its user protected is not replaced behind the protection.
+  const HostFile old(target, O_WRONLY);
+  if (!old.IsOpen()) {
+    return old.Failure() == FileFailure::kNotFound && Rename(source, target, *status);
+  }
+  if (!S_ISREG(old.Status().st_mode) || !old.Lock(true) || !TakeOver(source, old.Status())) {
+    return false;
+  }
+  return Rename(source, target, *status);
+}
+
+bool HostFileSystem::Remove(std::string_view path) {
+  const std::string hostPath = paths_.ToHost(path);
+  return hostPath.find('\0') == std::string::npos && unlink(hostPath.c_str()) == 0;
+}
+
+}  // namespace velkor

@@ -1,0 +1,139 @@
+#include "platform/profile_file.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace velkor {
+namespace {
+
+// Blanks, line ends, quotes and signs are no second byte of any character: bytes are enough.
+std::string_view Trim(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\v\f";
+  const size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) {
+    return {};
+  }
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+std::string_view Unquote(std::string_view value) {
+  const bool quoted = value.size() >= 2 && value.front() == value.back() &&
+                      (value.front() == '"' || value.front() == '\'');
+  return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+// "]" is one of the bytes that may also be the second half of a character.
+size_t FindLastBracket(std::string_view line, const CodePage& codePage) {
+  size_t last = std::string_view::npos;
+  for (size_t position = 0; position < line.size();
+       position += codePage.CharLength(line, position)) {
+    if (line[position] == ']') {
+      last = position;
+    }
+  }
+  return last;
+}
+
+std::string ReadAll(InputFile& file) {
+  constexpr size_t kChunk = size_t{64} << 10;
+  std::string text;
+  std::string chunk(kChunk, '\0');
+  while (text.size() < ProfileFile::kMaxBytes) {
+    const size_t wanted = std::min(kChunk, ProfileFile::kMaxBytes - text.size());
+    const size_t count = file.Read(chunk.data(), wanted);
+    if (count == 0) {
+      break;
+    }
+    text.append(chunk, 0, count);
+  }
+  return text;
+}
+
+}  // namespace
+
+ProfileFile::ProfileFile(const CodePage& codePage, InputFile& file)
+    : ProfileFile(codePage, ReadAll(file)) {}
+
+ProfileFile::ProfileFile(const CodePage& codePage, std::string text)
+    : codePage_(codePage), text_(std::move(text)) {
+  text_.resize(std::min(text_.size(), kMaxBytes));
+  Parse();
+  Sort();
+}
+
+void ProfileFile::Parse() {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  std::string_view rest = text_;
+  if (rest.starts_with(kByteOrderMark)) {
+    rest.remove_prefix(kByteOrderMark.size());
+  }
+  while (!rest.empty() && !IsFull()) {
+    // The LF of a CR LF ends an empty line, which says nothing.
+    const size_t length = std::min(rest.find_first_of("\r\n"), rest.size());
+    ParseLine(Trim(rest.substr(0, length)));
+    rest.remove_prefix(std::min(length + 1, rest.size()));
+  }
+}
+
+void ProfileFile::ParseLine(std::string_view line) {
+  if (line.empty() || line.front() == ';') {
+    return;
+  }
+  if (line.front() == '[') {
+    const size_t end = FindLastBracket(line, codePage_);
+    if (end != std::string_view::npos) {
+      sections_.push_back({Trim(line.substr(1, end - 1)), entries_.size(), entries_.size()});
+    }
+    return;
+  }
+  const size_t equals = line.find('=');
+  if (equals == std::string_view::npos || sections_.empty()) {
+    return;
+  }
+  entries_.push_back({Trim(line.substr(0, equals)), Unquote(Trim(line.substr(equals + 1)))});
+  sections_.back().end = entries_.size();
+}
+
+void ProfileFile::Sort() {
+  const auto at = [this](size_t index) {
+    return entries_.begin() + static_cast<std::ptrdiff_t>(index);
+  };
+  std::stable_sort(sections_.begin(), sections_.end(), [this](const Section& a, const Section& b) {
+    return codePage_.CompareIgnoreCase(a.name, b.name) < 0;
+  });
+  sections_.erase(std::unique(sections_.begin(), sections_.end(),
+                              [this](const Section& a, const Section& b) {
+                                return codePage_.EqualIgnoreCase(a.name, b.name);
+                              }),
+                  sections_.end());
+  for (const Section& section : sections_) {
+    std::stable_sort(at(section.first), at(section.end), [this](const Entry& a, const Entry& b) {
+      return codePage_.CompareIgnoreCase(a.key, b.key) < 0;
+    });
+  }
+}
+
+std::string ProfileFile::GetString(std::string_view section, std::string_view key,
+                                   size_t size) const {
+  const auto foundSection = std::lower_bound(sections_.begin(), sections_.end(), section,
+                                             [this](const Section& a, std::string_view name) {
+                                               return codePage_.CompareIgnoreCase(a.name, name) < 0;
+                                             });
+  if (size == 0 || foundSection == sections_.end() ||
+      !codePage_.EqualIgnoreCase(foundSection->name, section)) {
+    return "";
+  }
+  const auto end = entries_.begin() + static_cast<std::ptrdiff_t>(foundSection->end);
+  const auto foundEntry =
+      std::lower_bound(entries_.begin() + static_cast<std::ptrdiff_t>(foundSection->first), end,
+                       key, [this](const Entry& a, std::string_view name) {
+                         return codePage_.CompareIgnoreCase(a.key, name) < 0;
+                       });
+  if (foundEntry == end || !codePage_.EqualIgnoreCase(foundEntry->key, key)) {
+    return "";
+  }
+  const std::string_view value = foundEntry->value;
+  return std::string(value.substr(0, codePage_.CutLength(value, size - 1)));
+}
+
+}  // namespace velkor
