@@ -1,0 +1,70 @@
+#include "messages/messages.h"
+
+#include <gtest/gtest.h>
+
+namespace velkor {
+namespace {
+
+using namespace std::string_literals;
+
+constexpr MessageKey kKey{1};
+
+std::string Format(std::string_view text, MessageArguments arguments,
+                   const CodePage& codePage = CodePage::Utf8()) {
+  return StkMessages(codePage, "1 " + std::string(text)).FormatMessageText(kKey, arguments);
+}
+
+TEST(Messages, CatalogueLines) {
+  const CodePage codePage = CodePage::Utf8();
+  const StkMessages messages(codePage,
+                             "# 1 comment\n\nno key\n1 a\\nb\\\\n\\t\\\n2  two\n7\n3x no\n9 end");
+  EXPECT_EQ(messages.Text(kKey), "a\nb\\n\\t\\");
+  EXPECT_EQ(messages.Text(MessageKey{2}), " two");
+  EXPECT_EQ(messages.Text(MessageKey{9}), "end");
+  for (const uint32_t missing : {0U, 3U, 7U}) {
+    EXPECT_EQ(messages.Text(MessageKey{missing}), "");
+    EXPECT_EQ(messages.FormatMessageText(MessageKey{missing}, {"x"}), "");
+  }
+}
+
+TEST(Messages, ABackslashInsideADoubleByteCharacterIsNoEscape) {
+  const CodePage codePage = CodePage::ShiftJis();
+  const StkMessages messages(codePage, "1 \x83\\n\\n");
+  EXPECT_EQ(messages.Text(kKey), "\x83\\n\n");
+}
+
+TEST(Messages, PlaceholdersTakeTheArgumentsInOrder) {
+  EXPECT_EQ(Format("%s-%lu-%c-%.0s%s%%", {"a", 0U, 'x', "hidden", "b"}), "a-0-x-b%");
+  EXPECT_EQ(Format("%s|%s", {"%s%lu%%\n", "b"}), "%s%lu%%\n|b");
+  EXPECT_EQ(Format("[%s]", {"a\0b"s}), "[a\0b]"s);
+  EXPECT_EQ(Format("50% of %d%", {"x"}), "50% of %d%");
+}
+
+TEST(Messages, APlaceholderWithoutAFittingArgumentShowsNothing) {
+  EXPECT_EQ(Format("%s(%lu)%s", {"a"}), "a()");
+  EXPECT_EQ(Format("%s,%lu,%c,%s", {1U, "a", "b", "c"}), ",,,c");
+}
+
+TEST(Messages, AMessageIsCutAtACharacterBorder) {
+  const size_t limit = StkMessages::kMaxMessageLength;
+  const std::string fits(limit - 2, 'a');
+  EXPECT_EQ(Format("(%s)", {fits}), "(" + fits + ")");
+  EXPECT_EQ(Format("(%s)%lu", {fits, 7U}), "(" + fits + ")");
+  EXPECT_EQ(Format("(%s\xE3\x81\x82", {fits}), "(" + fits);
+  EXPECT_EQ(Format("%s\xE3\x81\x82", {std::string(limit - 3, 'a')}).size(), limit);
+
+  const std::string doubleBytes = "%s\x82\xA0\x82\xA0";
+  EXPECT_EQ(Format(doubleBytes, {fits}, CodePage::ShiftJis()).size(), limit);
+  EXPECT_EQ(Format(doubleBytes, {fits + "a"}, CodePage::ShiftJis()).size(), limit - 1);
+  EXPECT_EQ(Format(doubleBytes, {fits}, CodePage::Latin1()).size(), limit);
+}
+
+TEST(Messages, WhatLiesBeyondTheCutIsNeverCopied) {
+  const std::string huge(size_t{10} << 20, 'x');
+  const std::string message = Format("%s%s%s", {"a", huge, huge});
+  EXPECT_EQ(message.size(), StkMessages::kMaxMessageLength);
+  EXPECT_LT(message.capacity(), 4 * StkMessages::kMaxMessageLength);
+}
+
+}  // namespace
+}  // namespace velkor

@@ -1,0 +1,171 @@
+#include <chrono>
+#include <future>
+#include <gtest/gtest.h>
+#include <new>
+#include <thread>
+
+#include "support/recorder.h"
+
+namespace velkor {
+namespace {
+
+using testing::Recorder;
+using Lines = std::vector<std::string>;
+
+constexpr std::string_view kText = "W9426 Illegal format";
+
+class StopQuestionTest : public ::testing::Test {
+ protected:
+  std::future<StopAnswer> AskInJob(StopAnswer current = StopAnswer::kRetry) {
+    return std::async(std::launch::async, [this, current] {
+      return recorder_.reporter.AskStopReading(stop_, current, kText);
+    });
+  }
+
+  StopAnswer AskHere(StopAnswer current) {
+    return recorder_.reporter.AskStopReading(stop_, current, kText);
+  }
+
+  void HandleUntilABoxWasAnswered() {
+    recorder_.queue.RunUntil([this] { return !recorder_.boxes.boxes.empty(); });
+  }
+
+  CodePage codePage_ = CodePage::Utf8();
+  Recorder recorder_{codePage_};
+  Event stop_{Event::Reset::kManual};
+};
+
+TEST_F(StopQuestionTest, TheAnswerReachesTheJob) {
+  const std::pair<BoxAnswer, StopAnswer> cases[] = {{BoxAnswer::kAbort, StopAnswer::kAbort},
+                                                    {BoxAnswer::kRetry, StopAnswer::kRetry},
+                                                    {BoxAnswer::kIgnore, StopAnswer::kIgnore},
+                                                    {BoxAnswer::kOk, StopAnswer::kAbort}};
+  for (const auto& [pressed, expected] : cases) {
+    recorder_.boxes.boxes.clear();
+    recorder_.boxes.answerWith = [button = pressed](const auto&) { return button; };
+    auto answer = AskInJob();
+    HandleUntilABoxWasAnswered();
+    EXPECT_EQ(answer.get(), expected);
+    const auto& box = recorder_.boxes.boxes.front();
+    EXPECT_EQ(box.text, "W9426 Illegal format\nDo you want to stop reading?");
+    EXPECT_EQ(box.icon, BoxIcon::kQuestion);
+    EXPECT_EQ(box.buttons, BoxButtons::kAbortRetryIgnore);
+  }
+  EXPECT_EQ(recorder_.log.lines, Lines(4, std::string(kText)));
+}
+
+TEST_F(StopQuestionTest, IgnoredErrorsAreOnlyLogged) {
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_EQ(AskHere(StopAnswer::kIgnore), StopAnswer::kIgnore);
+  }
+  recorder_.queue.Drain();
+  EXPECT_EQ(recorder_.log.lines, Lines(3, std::string(kText)));
+  EXPECT_TRUE(recorder_.boxes.boxes.empty());
+}
+
+TEST_F(StopQuestionTest, NothingIsShownAfterAbortOrWithoutALogView) {
+  EXPECT_EQ(AskHere(StopAnswer::kAbort), StopAnswer::kAbort);
+  recorder_.reporter.RegisterLogView(nullptr);
+  EXPECT_EQ(AskHere(StopAnswer::kRetry), StopAnswer::kAbort);
+  EXPECT_EQ(AskHere(StopAnswer::kIgnore), StopAnswer::kAbort);
+  EXPECT_FALSE(recorder_.queue.Drain());
+}
+
+TEST_F(StopQuestionTest, AStopBeforeTheBoxEndsTheWait) {
+  auto answer = AskInJob();
+  stop_.Set();
+  EXPECT_EQ(answer.get(), StopAnswer::kAbort);
+  EXPECT_TRUE(stop_.Test());
+  recorder_.boxes.answerWith = [](const auto&) { return BoxAnswer::kIgnore; };
+  recorder_.queue.Drain();
+  EXPECT_EQ(recorder_.boxes.boxes.size(), 1U);
+}
+
+TEST_F(StopQuestionTest, AStopWhileTheBoxIsOpenEndsTheWait) {
+  auto answer = AskInJob();
+  recorder_.boxes.answerWith = [&](const auto&) {
+    stop_.Set();
+    EXPECT_EQ(answer.get(), StopAnswer::kAbort);
+    return BoxAnswer::kRetry;
+  };
+  HandleUntilABoxWasAnswered();
+}
+
+class ChoosyLog : public LogView {
+ public:
+  enum class Mode { kRefuse, kThrow, kDrop, kKeep };
+
+  explicit ChoosyLog(Mode mode) : mode_(mode) {}
+  void Append(std::string_view) override { ++appended; }
+  bool PostRequest(LogRequest request) override {
+    if (mode_ == Mode::kThrow) {
+      throw std::bad_alloc();
+    }
+    if (mode_ == Mode::kKeep) {
+      kept = std::move(request);
+      arrived.Set();
+    }
+    return mode_ != Mode::kRefuse;
+  }
+
+  LogRequest kept;
+  Event arrived{Event::Reset::kAutomatic};
+  int appended = 0;
+
+ private:
+  const Mode mode_;
+};
+
+TEST_F(StopQuestionTest, AnUndeliverableQuestionIsAbort) {
+  using enum ChoosyLog::Mode;
+  for (const ChoosyLog::Mode mode : {kRefuse, kThrow, kDrop}) {
+    ChoosyLog log(mode);
+    recorder_.reporter.RegisterLogView(&log);
+    EXPECT_EQ(AskHere(StopAnswer::kRetry), StopAnswer::kAbort);
+    if (mode != kDrop) {
+      EXPECT_EQ(AskHere(StopAnswer::kIgnore), StopAnswer::kAbort);
+    }
+    recorder_.reporter.PostLog(MessageKey::kReadingStarted, {"a"});
+    recorder_.reporter.RegisterLogView(nullptr);
+  }
+}
+
+TEST_F(StopQuestionTest, AViewThatGoesAwayMidQuestion) {
+  ChoosyLog log(ChoosyLog::Mode::kKeep);
+  recorder_.reporter.RegisterLogView(&log);
+  recorder_.boxes.answerWith = [](const auto&) { return BoxAnswer::kRetry; };
+  for (const bool handled : {true, false}) {
+    auto answer = AskInJob();
+    log.arrived.Wait();
+    recorder_.reporter.RegisterLogView(nullptr);
+    if (handled) {
+      recorder_.reporter.HandleLogRequest(std::move(log.kept));
+    }
+    log.kept = {};
+    EXPECT_EQ(answer.get(), handled ? StopAnswer::kRetry : StopAnswer::kAbort);
+    EXPECT_EQ(log.appended, 0);
+    recorder_.reporter.RegisterLogView(&log);
+  }
+  recorder_.reporter.RegisterLogView(nullptr);
+}
+
+TEST_F(StopQuestionTest, StopsAndAnswersRace) {
+  recorder_.boxes.answerWith = [](const auto&) { return BoxAnswer::kIgnore; };
+  for (int round = 0; round < 300; ++round) {
+    auto answer = AskInJob();
+    auto stopper = std::async(std::launch::async, [this] { stop_.Set(); });
+    while (answer.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+      recorder_.queue.Drain();
+      std::this_thread::yield();
+    }
+    stopper.get();
+    const StopAnswer given = answer.get();
+    EXPECT_TRUE(given == StopAnswer::kAbort || given == StopAnswer::kIgnore);
+    recorder_.queue.Drain();
+    stop_.ResetEvent();
+  }
+  EXPECT_EQ(recorder_.boxes.boxes.size(), 300U);
+}
+
+}  // namespace
+}  // namespace velkor
