@@ -9,8 +9,13 @@
 #include "core/function_table.h"
 #include "core/specification_source.h"
 #include "files/byte_source.h"
-#include "messages/reporter.h"
 #include "platform/host.h"
+
+// A key of the catalogue has the name of a constant of core; the two never meet in one scope.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wshadow"
+#include "messages/reporter.h"
+#pragma GCC diagnostic pop
 
 namespace velkor {
 

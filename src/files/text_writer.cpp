@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "messages/message_key.h"
+
 namespace velkor {
 
 namespace {
@@ -125,6 +127,11 @@ bool StkTextWriter::WriteUnlimited(std::string_view text) {
   return true;
 }
 
+size_t StkTextWriter::RoomInLine(size_t wanted) const {
+  const size_t left = maxCharsPerLine_ - std::min(maxCharsPerLine_, charsInLine_);
+  return maxCharsPerLine_ == 0 ? wanted : std::min(wanted, left);
+}
+
 bool StkTextWriter::WriteLimited(std::string_view text) {
   while (!text.empty()) {
     if (maxLines_ != 0 && linesWritten_ >= maxLines_) {
@@ -137,10 +144,7 @@ bool StkTextWriter::WriteLimited(std::string_view text) {
       text.remove_prefix(1);
       continue;
     }
-    size_t room = text.size();
-    if (maxCharsPerLine_ != 0) {
-      room = std::min<size_t>(room, maxCharsPerLine_ - std::min(maxCharsPerLine_, charsInLine_));
-    }
+    const size_t room = RoomInLine(text.size());
     if (room == 0) {
       if (!wrapLongLines_) {
         return FailAtLimit(charLimitReached_);

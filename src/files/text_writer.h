@@ -6,10 +6,11 @@
 #include <string_view>
 
 #include "files/text_line.h"
-#include "messages/message_key.h"
 #include "platform/host.h"
 
 namespace velkor {
+
+enum class MessageKey : uint32_t;
 
 // A text-mode file, opened for one of two uses:
 // - writing lines, with limits: a line feed is written as CR LF;
@@ -22,7 +23,7 @@ class StkTextWriter {
 
   struct Opened {
     bool ok = false;
-    MessageKey failure = MessageKey::kW9401;  // when not ok
+    MessageKey failure{};  // when not ok
   };
 
   // W9431 when the file does not exist, W9401 for every other cause.
@@ -64,6 +65,7 @@ class StkTextWriter {
   [[nodiscard]] bool Put(std::string_view bytes);
   [[nodiscard]] bool WriteUnlimited(std::string_view text);
   [[nodiscard]] bool WriteLimited(std::string_view text);
+  size_t RoomInLine(size_t wanted) const;
   [[nodiscard]] bool EndLine();
   [[nodiscard]] bool FailAtLimit(bool& reached);
 

@@ -1,0 +1,249 @@
+#include "files/text_writer.h"
+
+#include <gtest/gtest.h>
+
+#include "files/lines.h"
+#include "messages/message_key.h"
+#include "support/test_host.h"
+
+namespace velkor {
+namespace {
+
+using Lines = std::vector<testing::ReadLineResult>;
+
+constexpr char kPath[] = "C:\\p\\file.txt";
+
+// The files of a test host, read in small pieces.
+class TrickleFiles : public testing::MemoryFileSystem {
+ public:
+  OpenResult<InputFile> OpenForRead(std::string_view path) override {
+    return {std::make_unique<testing::TrickleFile>(*Get(std::string(path)), largest, seed),
+            FileFailure::kNone};
+  }
+  size_t largest = 1;
+  uint32_t seed = 0;
+};
+
+struct WriterTest : ::testing::Test {
+  Lines Read(const std::string& bytes, size_t limit) {
+    host.files.Put(kPath, bytes);
+    StkTextWriter file(host.host);
+    EXPECT_TRUE(file.OpenForRead(kPath).ok);
+    return testing::AllLines(file, limit);
+  }
+
+  testing::TestHost host;
+};
+
+using TextModeReading = WriterTest;
+using TextModeWriting = WriterTest;
+
+TEST_F(TextModeReading, LinesEndAtLineFeeds) {
+  EXPECT_EQ((Lines{{"a", 1}, {"b\rc", 3}, {"\r", 1}, {"d", 1}}), Read("a\r\nb\rc\r\n\r\r\nd\x1A"
+                                                                      "e\n",
+                                                                      5119));
+  EXPECT_EQ((Lines{{"a\r", 2}}), Read("a\r\x1A\n", 5119));
+  EXPECT_EQ(Lines{}, Read("", 5119));
+  EXPECT_EQ(Lines{}, Read("\x1A"
+                          "a",
+                          5119));
+  EXPECT_EQ((Lines{{"", 0}}), Read("\n\x1A", 5119));
+}
+
+TEST_F(TextModeReading, LongLinesAreCutAndCountedWhole) {
+  const std::string kept(5118, 'x');
+  EXPECT_EQ((Lines{{kept, 5118}}), Read(kept + "\r\n", 5119));
+  EXPECT_EQ((Lines{{kept, 5119}, {"", 0}}), Read(kept + "y\r\n\r\n", 5119));
+  // Across many chunks, its carriage return at a chunk's end.
+  const std::string huge((1 << 20) - 1, 'x');
+  EXPECT_EQ((Lines{{kept, huge.size()}, {"z", 1}}), Read(huge + "\r\nz", 5119));
+}
+
+TEST_F(TextModeReading, AgreesWithTheModelOnAnyBytesInAnyPieces) {
+  TrickleFiles files;
+  Host trickling{host.codePage, files, host.paths, host.resources, ""};
+  std::mt19937 random(20240602);
+  for (uint32_t round = 0; round < 4000; ++round) {
+    const std::string bytes = testing::RandomBytes(random, 40, true);
+    const size_t limit = 1 + round % 6;
+    std::string text = bytes.substr(0, bytes.find('\x1A'));
+    for (size_t at = 0; (at = text.find("\r\n", at)) != std::string::npos;) {
+      text.erase(at, 1);
+      ++at;
+    }
+    Lines expected;
+    for (size_t at = 0; at < text.size();) {
+      const size_t end = std::min(text.find('\n', at), text.size());
+      expected.push_back({text.substr(at, std::min(end - at, limit - 1)), end - at});
+      at = end + 1;
+    }
+    files.Put(kPath, bytes);
+    files.largest = 1 + round % 3;
+    files.seed = round;
+    StkTextWriter file(trickling);
+    ASSERT_TRUE(file.OpenForRead(kPath).ok);
+    ASSERT_EQ(expected, testing::AllLines(file, limit)) << ::testing::PrintToString(bytes);
+  }
+}
+
+TEST_F(TextModeReading, FailuresOfOpening) {
+  host.files.AddDirectory("C:\\p");
+  StkTextWriter file(host.host);
+  EXPECT_EQ(MessageKey::kW9431, file.OpenForRead("C:\\p\\missing.asm").failure);
+  EXPECT_EQ(MessageKey::kW9401, file.OpenForRead("C:\\p").failure);
+  EXPECT_EQ(MessageKey::kW9402, file.OpenForWrite("C:\\p").failure);
+  EXPECT_EQ("C:\\p", file.Path());
+  TextLine line;
+  EXPECT_FALSE(file.ReadLine(line, 5119));
+  EXPECT_FALSE(file.WriteString("x"));
+}
+
+TEST_F(TextModeWriting, LimitsHoldAtTheirExactCharacter) {
+  const std::string full(5119, 'x');
+  struct Case {
+    uint32_t maxLines;
+    uint32_t maxChars;
+    bool wrap;
+    std::vector<std::string> texts;  // the last one fails when a limit is reached
+    std::string file;
+    bool lineLimit;
+    bool charLimit;
+    uint32_t lines;
+  };
+  const Case cases[] = {
+      {0, 0, false, {"a\nb", "\n\nc"}, "a\r\nb\r\n\r\nc", false, false, 0},
+      {2, 0, false, {"a\nb\nc"}, "a\r\nb\r\n", true, false, 2},
+      {2, 0, false, {"a\nb\n"}, "a\r\nb\r\n", false, false, 2},
+      {2, 0, false, {"a\nb\n", "", "\n"}, "a\r\nb\r\n", true, false, 2},
+      {0,
+       5119,
+       true,
+       {full + std::string(81, 'y')},
+       full + "\r\n" + std::string(81, 'y'),
+       false,
+       false,
+       1},
+      {0, 5119, false, {full, "y"}, full, false, true, 0},
+      {0, 5119, false, {full + "\n" + full + "\n"}, full + "\r\n" + full + "\r\n", false, false, 2},
+      {3, 2, true, {"abcdefg"}, "ab\r\ncd\r\nef\r\n", true, false, 3},
+      {3, 2, true, {"abcdef", "\n"}, "ab\r\ncd\r\nef\r\n", false, false, 3},
+      {1, 2, false, {"ab\n", "cde"}, "ab\r\n", true, false, 1},
+  };
+  for (const Case& c : cases) {
+    StkTextWriter file(host.host);
+    ASSERT_TRUE(file.OpenForWrite(kPath).ok);
+    file.SetLimits(c.maxLines, c.maxChars, c.wrap);
+    bool ok = true;
+    for (const std::string& text : c.texts) {
+      EXPECT_TRUE(ok);
+      ok = file.WriteString(text);
+    }
+    EXPECT_EQ(!c.lineLimit && !c.charLimit, ok) << c.file;
+    EXPECT_EQ(c.lineLimit, file.LineLimitReached()) << c.file;
+    EXPECT_EQ(c.charLimit, file.CharLimitReached()) << c.file;
+    EXPECT_EQ(c.lines, file.LinesWritten()) << c.file;
+    // What precedes a limit is in the file before it is closed.
+    EXPECT_TRUE(ok || host.files.Get(kPath) == c.file) << c.file;
+    EXPECT_EQ(ok, file.Close());
+    EXPECT_EQ(c.file, host.files.Get(kPath));
+  }
+}
+
+// One character after the other.
+struct CharacterModel {
+  bool Write(std::string_view text) {
+    for (const char c : text) {
+      if (maxLines != 0 && lines >= maxLines) {
+        return false;
+      }
+      if (c != '\n' && maxChars != 0 && chars >= maxChars) {
+        if (!wrap) {
+          return false;
+        }
+        file += "\r\n";
+        ++lines;
+        chars = 0;
+        if (maxLines != 0 && lines >= maxLines) {
+          return false;
+        }
+      }
+      file += c == '\n' ? "\r\n" : std::string(1, c);
+      lines += c == '\n' ? 1 : 0;
+      chars = c == '\n' ? 0 : chars + 1;
+    }
+    return true;
+  }
+
+  uint32_t maxLines;
+  uint32_t maxChars;
+  bool wrap;
+  uint32_t lines = 0;
+  uint32_t chars = 0;
+  std::string file = {};
+};
+
+TEST_F(TextModeWriting, AgreesWithTheModelOnAnyTexts) {
+  std::mt19937 random(20240603);
+  for (uint32_t round = 0; round < 3000; ++round) {
+    CharacterModel model{1 + round % 7, round / 7 % 5, round % 2 == 0};
+    StkTextWriter file(host.host);
+    ASSERT_TRUE(file.OpenForWrite(kPath).ok);
+    file.SetLimits(model.maxLines, model.maxChars, model.wrap);
+    bool ok = true;
+    while (ok && model.file.size() < 60) {
+      const std::string text = testing::RandomBytes(random, 12, false);
+      ok = model.Write(text);
+      ASSERT_EQ(ok, file.WriteString(text));
+    }
+    ASSERT_EQ(ok, file.Close());
+    ASSERT_EQ(model.file, host.files.Get(kPath));
+  }
+}
+
+TEST_F(TextModeWriting, ManyPiecesFillTheBufferWithoutLoss) {
+  StkTextWriter file(host.host);
+  ASSERT_TRUE(file.OpenForWrite(kPath).ok);
+  std::string expected;
+  for (const size_t size : {1u, 65535u, 65536u, 65537u, 7u, 200000u, 65534u}) {
+    const std::string piece(size, static_cast<char>('a' + size % 26));
+    ASSERT_TRUE(file.WriteString(piece + "\n"));
+    expected += piece + "\r\n";
+  }
+  ASSERT_TRUE(file.Synchronize());
+  EXPECT_TRUE(expected == host.files.Get(kPath));
+  EXPECT_TRUE(file.Close());
+  EXPECT_TRUE(expected == host.files.Get(kPath));
+}
+
+TEST_F(TextModeWriting, AFullDeviceFailsTheWriteOrTheClose) {
+  host.files.SetCapacity(100000);
+  StkTextWriter large(host.host);
+  ASSERT_TRUE(large.OpenForWrite(kPath).ok);
+  ASSERT_TRUE(large.WriteString(std::string(65536, 'x')));
+  EXPECT_FALSE(large.WriteString(std::string(65536, 'x')));
+  EXPECT_FALSE(large.WriteString("y"));
+  EXPECT_FALSE(large.LineLimitReached() || large.CharLimitReached());
+  large.Abort();
+  EXPECT_TRUE(std::string(100000, 'x') == host.files.Get(kPath));
+
+  host.files.SetCapacity(1);
+  StkTextWriter small(host.host);
+  ASSERT_TRUE(small.OpenForWrite(kPath).ok);
+  EXPECT_TRUE(small.WriteString("ab"));
+  EXPECT_FALSE(small.Close());
+}
+
+TEST_F(TextModeWriting, AbandonedWritersLeaveWhatTheyWrote) {
+  {
+    StkTextWriter file(host.host);
+    ASSERT_TRUE(file.OpenForWrite(kPath).ok);
+    ASSERT_TRUE(file.WriteString("kept\n"));
+    // Nobody else may open it meanwhile.
+    EXPECT_EQ(MessageKey::kW9402, StkTextWriter(host.host).OpenForWrite(kPath).failure);
+    EXPECT_EQ(MessageKey::kW9401, StkTextWriter(host.host).OpenForRead(kPath).failure);
+  }
+  EXPECT_EQ("kept\r\n", host.files.Get(kPath));
+}
+
+}  // namespace
+}  // namespace velkor
