@@ -18,7 +18,7 @@ namespace velkor {
 // What Load reads of a project file while it works out the module list; gone afterwards.
 struct StkProjectFile {
   std::string path;
-  std::string projectDirectory;  // absolute, or relative to the current folder
+  std::string projectDirectory;  // absolute
   std::string outputSetting;     // project-wide; possibly empty
   std::string optionsSection;
   const ProfileFile& profile;
@@ -63,6 +63,8 @@ class StkProject : public StkProjectBase {
                         std::string& modulePath) override;
 
  private:
+  void ReportUnreadable(FileFailure failure);
+  void ReportIllegal();
   void ReadModules(const StkProjectFile& projectFile);
 
   Host& host_;
