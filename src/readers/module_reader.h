@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "core/file_table.h"
 #include "core/function_table.h"
@@ -12,6 +13,9 @@
 #include "readers/project.h"
 
 namespace velkor {
+
+class ModuleEntry;
+class ModuleParser;
 
 // Where a module's functions go.
 struct ModuleDestination {
@@ -35,11 +39,22 @@ class StkAsmModuleReader {
   // True: read to its end, with an accepted header. False: ended early, and reported.
   bool Read();
   // The user stopped the reading.
-  bool Aborted() const;
+  bool Aborted() const { return aborted_; }
 
  private:
-  class Parser;
-  std::unique_ptr<Parser> parser_;
+  bool PassesLimits(const TextLine& line);
+  bool Handle(const TextLine& line);
+  void LogAborted();
+  std::string_view FileKindText() const;
+
+  StkTextWriter& file_;
+  const std::string filePath_;
+  Event& stopEvent_;
+  StkReporter& reporter_;
+  uint32_t lineNumber_ = 0;
+  bool aborted_ = false;
+  std::unique_ptr<ModuleEntry> entry_;
+  std::unique_ptr<ModuleParser> parser_;
 };
 
 }  // namespace velkor

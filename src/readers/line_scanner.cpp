@@ -1,0 +1,72 @@
+#include "readers/line_scanner.h"
+
+#include <algorithm>
+
+namespace velkor {
+
+void StkLineScanner::SetLine(const TextLine& line) {
+  text_ = line.text.substr(0, line.text.find('\0'));
+  hasLineEnd_ = text_.size() == line.length;
+  cursor_ = 0;
+}
+
+bool StkLineScanner::SkipBlanks() {
+  if (cursor_ == End()) {
+    return false;
+  }
+  while (cursor_ < text_.size() && kBlanks.Has(text_[cursor_])) {
+    ++cursor_;
+  }
+  return true;
+}
+
+bool StkLineScanner::Expect(char character) {
+  if (cursor_ >= text_.size() || text_[cursor_] != character) {
+    return false;
+  }
+  ++cursor_;
+  return true;
+}
+
+bool StkLineScanner::Match(std::string_view literal) {
+  const std::string_view rest = text_.substr(std::min(cursor_, text_.size()));
+  if (rest.starts_with(literal)) {
+    cursor_ += literal.size();
+    return true;
+  }
+  if (!hasLineEnd_ && literal.starts_with(rest)) {
+    cursor_ = End();
+  }
+  return false;
+}
+
+bool StkLineScanner::Token(const CharacterSet& ends, std::string_view& token) {
+  const size_t start = std::min(cursor_, text_.size());
+  size_t end = start;
+  while (end < text_.size() && !ends.Has(text_[end])) {
+    const bool isAscii = static_cast<unsigned char>(text_[end]) < 0x80;
+    end += isAscii ? 1 : codePage_.CharLength(text_, end);
+  }
+  token = text_.substr(start, end - start);
+  const bool ended = end < text_.size() || (hasLineEnd_ && ends.Has(kLineEnd) && cursor_ < End());
+  cursor_ = ended ? end : End();
+  return ended;
+}
+
+bool StkLineScanner::SkipSeparators() {
+  while (cursor_ < text_.size() && kSeparators.Has(text_[cursor_])) {
+    ++cursor_;
+  }
+  return cursor_ < End();
+}
+
+bool StkLineScanner::SeekComma() {
+  const size_t comma = text_.find(',', cursor_);
+  if (comma == std::string_view::npos) {
+    return false;
+  }
+  cursor_ = comma;
+  return true;
+}
+
+}  // namespace velkor
