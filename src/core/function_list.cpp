@@ -20,7 +20,9 @@ int InsertByName(StkFunctionList& list, StkFunction& function, const CodePage& c
   const auto place = std::ranges::find_if(list, [&](const StkFunction* each) {
     return codePage.Compare(each->name, function.name) > 0;
   });
-  return static_cast<int>(list.insert(place, &function) - list.begin());
+  const auto position = static_cast<int>(place - list.begin());
+  list.insert(place, &function);
+  return position;
 }
 
 int RemoveFunction(StkFunctionList& list, const StkFunction& function) {

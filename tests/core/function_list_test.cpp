@@ -1,0 +1,122 @@
+#include "core/function_list.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/function.h"
+
+namespace velkor {
+namespace {
+
+class FunctionList : public ::testing::Test {
+ protected:
+  StkFunction& Make(std::string_view name) {
+    functions_.push_back(std::make_unique<StkFunction>());
+    functions_.back()->name = name;
+    functions_.back()->index = static_cast<uint32_t>(functions_.size());
+    return *functions_.back();
+  }
+
+  CodePage codePage_ = CodePage::Utf8();
+  std::vector<std::unique_ptr<StkFunction>> functions_;
+};
+
+TEST_F(FunctionList, SortsByNameAndThenByTableOrder) {
+  StkFunction& b1 = Make("_b");
+  StkFunction& upper = Make("_B");
+  StkFunction& plain = Make("a");
+  StkFunction& b2 = Make("_b");
+  StkFunction& prefix = Make("_");
+  StkFunctionList list{&plain, &b2, &prefix, &b1, &upper};
+  SortByName(list, codePage_);
+  EXPECT_EQ(list, (StkFunctionList{&prefix, &upper, &b1, &b2, &plain}));
+}
+
+TEST_F(FunctionList, DoubleByteCharactersFollowEverySingleByteOne) {
+  StkFunction& doubleByte = Make("_\x82\xA0");
+  StkFunction& singleByte = Make("_\xB1");
+  StkFunctionList list{&doubleByte, &singleByte};
+  SortByName(list, CodePage::ShiftJis());
+  EXPECT_EQ(list, (StkFunctionList{&singleByte, &doubleByte}));
+}
+
+TEST_F(FunctionList, InsertsBeforeTheFirstGreaterName) {
+  StkFunction& a = Make("_a");
+  StkFunction& c = Make("_c");
+  StkFunction& b = Make("_b");
+  StkFunction& otherA = Make("_a");
+  StkFunction& z = Make("_z");
+  StkFunctionList list{&a, &c};
+  EXPECT_EQ(InsertByName(list, b, codePage_), 1);
+  EXPECT_EQ(InsertByName(list, otherA, codePage_), 1);
+  EXPECT_EQ(InsertByName(list, z, codePage_), 4);
+  const StkFunctionList expected{&a, &otherA, &b, &c, &z};
+  EXPECT_EQ(list, expected);
+  EXPECT_EQ(InsertByName(list, b, codePage_), -1);
+  EXPECT_EQ(list, expected);
+
+  StkFunctionList unsorted{&z, &a};
+  EXPECT_EQ(InsertByName(unsorted, b, codePage_), 0);
+}
+
+TEST_F(FunctionList, RemovesTheFunctionItself) {
+  StkFunction& a = Make("_a");
+  StkFunction& otherA = Make("_a");
+  StkFunctionList list{&a, &otherA};
+  EXPECT_EQ(RemoveFunction(list, otherA), 1);
+  EXPECT_EQ(RemoveFunction(list, otherA), -1);
+  EXPECT_EQ(list, StkFunctionList{&a});
+}
+
+TEST_F(FunctionList, AnAdjustmentKeepsASortedCopy) {
+  StkFunction& a = Make("_a");
+  StkFunction& b = Make("_b");
+  const StkFunctionList stated{&b, &a};
+  StkAdjustment adjustment;
+  adjustment.SetCallees(stated, codePage_);
+  EXPECT_EQ(*adjustment.callees, (StkFunctionList{&a, &b}));
+  EXPECT_EQ(stated.front(), &b);
+  adjustment.SetCallees({}, codePage_);
+  EXPECT_TRUE(adjustment.callees.has_value());
+}
+
+TEST(FunctionRecord, CallersAndCallNamesHoldNoDuplicates) {
+  StkFunction function;
+  StkFunction caller;
+  function.AddCaller(caller);
+  function.AddCaller(function);
+  function.AddCaller(caller);
+  EXPECT_EQ(function.callers, (StkFunctionList{&caller, &function}));
+  for (const char* name : {"_f", "_F", "_f"}) {
+    function.AddCallName(name);
+  }
+  EXPECT_EQ(function.callNames->size(), 2U);
+}
+
+TEST(FunctionRecord, IconsFollowTheKind) {
+  StkFunction function;
+  const auto expectIcon = [&function](int icon) {
+    EXPECT_EQ(function.IconIndex(false, false), icon);
+    EXPECT_EQ(function.IconIndex(false, true), icon + 10);
+    EXPECT_EQ(function.IconIndex(true, false), 0);
+    EXPECT_EQ(function.IconIndex(true, true), 10);
+  };
+  expectIcon(3);
+  function.SetFixedExtra();
+  EXPECT_EQ(function.librarySize, 6U);
+  expectIcon(3);
+  function.flags |= FN_DEFINED;
+  expectIcon(4);
+  function.flags |= FN_RECURSIVE;
+  expectIcon(2);
+  function.flags |= FN_LIBRARY;
+  expectIcon(1);
+  function.flags &= ~uint32_t{FN_LIBRARY};
+  function.adjustment = std::make_unique<StkAppliedAdjustment>();
+  expectIcon(1);
+}
+
+}  // namespace
+}  // namespace velkor
