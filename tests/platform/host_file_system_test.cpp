@@ -1,0 +1,177 @@
+#include "platform/host_file_system.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "platform/temporary_folder.h"
+
+namespace velkor {
+namespace {
+
+namespace fs = std::filesystem;
+
+class HostFileSystemTest : public ::testing::Test {
+ protected:
+  FileFailure ReadFailure(std::string_view path) { return files_.OpenForRead(path).failure; }
+  FileFailure WriteFailure(std::string_view path) { return files_.OpenForWrite(path).failure; }
+
+  const testing::TemporaryFolder folder_;
+  const CodePage codePage_ = CodePage::Utf8();
+  const HostPaths paths_{codePage_};
+  HostFileSystem files_{paths_};
+};
+
+TEST_F(HostFileSystemTest, WritesAndReadsWholeFiles) {
+  const std::string bytes = std::string("a\r\n\0\x1A", 5) + std::string(100000, 'x');
+  folder_.Put("new", std::string(200000, 'o'));
+  auto output = files_.OpenForWrite("NEW");
+  ASSERT_TRUE(output.file);
+  EXPECT_TRUE(output.file->Write(bytes) && output.file->Write(""));
+  EXPECT_TRUE(output.file->Synchronize() && output.file->Close());
+  EXPECT_FALSE(output.file->Write("late"));
+  EXPECT_EQ(folder_.Get("new"), bytes);
+
+  auto input = files_.OpenForRead("new");
+  ASSERT_TRUE(input.file);
+  EXPECT_EQ(input.file->Length(), bytes.size());
+  std::string read;
+  char buffer[777];
+  while (const size_t count = input.file->Read(buffer, sizeof buffer)) {
+    read.append(buffer, count);
+  }
+  EXPECT_EQ(read, bytes);
+  EXPECT_EQ(input.file->Read(buffer, sizeof buffer), 0U);
+}
+
+TEST_F(HostFileSystemTest, LocksAdmitReadersOnlyAndSpareTheContents) {
+  folder_.Put("f", "kept");
+  auto reader = files_.OpenForRead("f");
+  EXPECT_EQ(ReadFailure("f"), FileFailure::kNone);
+  EXPECT_EQ(WriteFailure("f"), FileFailure::kOther);
+  EXPECT_EQ(folder_.Get("f"), "kept");
+  reader.file.reset();
+  auto writer = files_.OpenForWrite("f");
+  ASSERT_TRUE(writer.file);
+  EXPECT_EQ(ReadFailure("f"), FileFailure::kOther);
+  EXPECT_EQ(WriteFailure("f"), FileFailure::kOther);
+  EXPECT_TRUE(writer.file->Close());
+  EXPECT_EQ(ReadFailure("f"), FileFailure::kNone);
+}
+
+TEST_F(HostFileSystemTest, TellsMissingFilesFromOtherFailuresAndNeverWaits) {
+  fs::create_directory("folder");
+  folder_.Put("file", "");
+  ASSERT_EQ(mkfifo("fifo", 0666), 0);
+  fs::create_symlink("loop", "loop");
+  const std::pair<std::string, FileFailure> cases[] = {
+      {"missing", FileFailure::kNotFound},
+      {"missing/x", FileFailure::kNotFound},
+      {"file/x", FileFailure::kNotFound},
+      {std::string("file\0", 5), FileFailure::kNotFound},
+      {"folder", FileFailure::kOther},
+      {"fifo", FileFailure::kOther},
+      {"loop", FileFailure::kOther},
+      {"/dev/zero", FileFailure::kOther},
+      {std::string(300, 'n'), FileFailure::kOther}};
+  for (const auto& [path, failure] : cases) {
+    EXPECT_EQ(ReadFailure(path), failure) << path;
+    if (path != "missing" && path != "/dev/zero") {
+      EXPECT_EQ(WriteFailure(path), failure) << path;
+    }
+  }
+  EXPECT_FALSE(files_.OpenForRead("missing").file || files_.OpenForWrite("folder").file);
+  EXPECT_FALSE(fs::exists("missing"));
+}
+
+TEST_F(HostFileSystemTest, DevicesAreWrittenByAnyNumberAndMayBeFull) {
+  auto null = files_.OpenForWrite("/dev/null");
+  auto again = files_.OpenForWrite("/dev/null");
+  ASSERT_TRUE(null.file && again.file);
+  EXPECT_TRUE(null.file->Write("x") && null.file->Synchronize() && null.file->Close());
+  auto full = files_.OpenForWrite("/dev/full");
+  ASSERT_TRUE(full.file);
+  EXPECT_FALSE(full.file->Write("x"));
+}
+
+TEST_F(HostFileSystemTest, AsksWithoutOpening) {
+  folder_.Put("Folder/file", "");
+  fs::create_symlink("Folder/file", "link");
+  fs::create_symlink("nowhere", "dangling");
+  EXPECT_TRUE(files_.Exists("folder\\FILE") && files_.Exists("Folder") && files_.Exists("link"));
+  EXPECT_FALSE(files_.Exists("dangling") || files_.Exists("") || files_.Exists("Folder/file/x"));
+  EXPECT_TRUE(files_.IsDirectory("FOLDER\\"));
+  EXPECT_FALSE(files_.IsDirectory("link") || files_.IsDirectory("nowhere"));
+  EXPECT_TRUE(files_.IsSameFile("Folder\\..\\Folder/file", "link"));
+  EXPECT_FALSE(files_.IsSameFile("link", "Folder") || files_.IsSameFile("nowhere", "nowhere"));
+  EXPECT_TRUE(files_.Remove("link"));
+  EXPECT_FALSE(files_.Remove("link") || files_.Remove("Folder"));
+  EXPECT_TRUE(files_.Exists("Folder/file"));
+}
+
+TEST_F(HostFileSystemTest, ReplaceKeepsLinksAndPermissions) {
+  folder_.Put("data/old", "old");
+  ASSERT_EQ(chmod("data/old", 0640), 0);
+  fs::create_symlink("data/old", "middle");
+  fs::create_symlink(folder_ / "middle", "link");
+  folder_.Put("next", "new");
+  EXPECT_TRUE(files_.Replace("next", "link"));
+  EXPECT_EQ(folder_.Get("data/old"), "new");
+  EXPECT_TRUE(fs::is_symlink("link") && fs::is_symlink("middle"));
+  EXPECT_FALSE(fs::exists("next"));
+  struct stat status {};
+  ASSERT_EQ(stat("data/old", &status), 0);
+  EXPECT_EQ(status.st_mode & 07777U, 0640U);
+
+  fs::create_symlink("data/first", "dangling");
+  folder_.Put("next", "first");
+  EXPECT_TRUE(files_.Replace("next", "dangling"));
+  EXPECT_EQ(folder_.Get("data/first"), "first");
+  EXPECT_TRUE(fs::is_symlink("dangling"));
+  folder_.Put("next", "second");
+  EXPECT_TRUE(files_.Replace("next", "unseen"));
+  EXPECT_EQ(folder_.Get("unseen"), "second");
+}
+
+TEST_F(HostFileSystemTest, ReplaceRefusesWithoutATrace) {
+  folder_.Put("old", "old");
+  folder_.Put("next", "new");
+  fs::create_directory("folder");
+  ASSERT_EQ(mkfifo("fifo", 0666), 0);
+  {
+    const auto reader = files_.OpenForRead("old");
+    EXPECT_FALSE(files_.Replace("next", "old"));
+  }
+  EXPECT_FALSE(files_.Replace("next", "folder"));
+  EXPECT_FALSE(files_.Replace("next", "fifo"));
+  EXPECT_FALSE(files_.Replace("next", "missing/x"));
+  EXPECT_FALSE(files_.Replace("missing", "old"));
+  EXPECT_FALSE(files_.Replace("folder", "unseen"));
+  EXPECT_EQ(folder_.Get("old"), "old");
+  EXPECT_EQ(folder_.Get("next"), "new");
+  auto writer = files_.OpenForWrite("old");
+  EXPECT_FALSE(files_.Replace("next", "old"));
+  writer.file.reset();
+  EXPECT_TRUE(files_.Replace("next", "old"));
+  EXPECT_EQ(ReadFailure("old"), FileFailure::kNone);
+}
+
+TEST_F(HostFileSystemTest, WhatTheUserProtectedStays) {
+  if (geteuid() == 0) {
+    GTEST_SKIP() << "nothing is protected from this user";
+  }
+  folder_.Put("old", "old");
+  folder_.Put("next", "new");
+  ASSERT_EQ(chmod("old", 0444), 0);
+  EXPECT_EQ(WriteFailure("old"), FileFailure::kOther);
+  EXPECT_FALSE(files_.Replace("next", "old"));
+  ASSERT_EQ(chmod("old", 0), 0);
+  EXPECT_EQ(ReadFailure("old"), FileFailure::kOther);
+  ASSERT_EQ(chmod("old", 0644), 0);
+  EXPECT_EQ(folder_.Get("old"), "old");
+}
+
+}  // namespace
+}  // namespace velkor
