@@ -1,0 +1,172 @@
+#include "files/spec_writer.h"
+
+#include <random>
+#include <utility>
+
+#include "core/function_text.h"
+#include "files/paths.h"
+#include "files/spec_reader.h"
+
+namespace velkor {
+
+namespace {
+
+// A name beside the path that no other program, and no other save, uses at the same time.
+std::string SiblingOf(std::string_view path, const CodePage& codePage) {
+  constexpr size_t kMaxNamePart = 200;  // leaves room for the rest in one component
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::random_device random;
+  const uint64_t number = (static_cast<uint64_t>(random()) << 32) | random();
+  std::string name(FileNamePart(path, codePage));
+  name.resize(codePage.CutLength(name, kMaxNamePart));
+  name += '.';
+  for (unsigned shift = 0; shift < 64; shift += 4) {
+    name += kDigits[(number >> shift) & 0xF];
+  }
+  return std::string(DirectoryPart(path, codePage)) + name + ".tmp";
+}
+
+}  // namespace
+
+StkSpecWriter::StkSpecWriter(Mode mode, std::string path, const StkFunctionTable& table, Host& host)
+    : mode_(mode), path_(std::move(path)), table_(table), host_(host), file_(host) {}
+
+StkSpecWriter::~StkSpecWriter() {
+  Discard();
+}
+
+bool StkSpecWriter::Open() {
+  std::string target = path_;
+  if (mode_ == Mode::kAutomatic) {
+    target = SiblingOf(path_, host_.codePage);
+  }
+  const StkTextWriter::Opened opened = file_.OpenForWrite(target);
+  if (!opened.ok) {
+    failure_ = opened.failure;
+    return false;
+  }
+  if (mode_ == Mode::kAutomatic) {
+    sibling_ = std::move(target);
+  }
+  file_.SetLimits(kMaxOutputLines, kMaxOutputLineLength, false);
+  return true;
+}
+
+WriteEnd StkSpecWriter::Write(const AfterFunction& afterFunction) {
+  const bool written = WriteFunctions(true, afterFunction) &&
+                       (mode_ == Mode::kAutomatic || WriteFunctions(false, afterFunction));
+  if (written || (stopped_ && count_ == CountToWrite())) {
+    return Finish();
+  }
+  if (stopped_) {
+    return EndStopped();
+  }
+  return Fail(file_.LineLimitReached()   ? MessageKey::kW9406
+              : file_.CharLimitReached() ? MessageKey::kW9461
+                                         : MessageKey::kW9404);
+}
+
+bool StkSpecWriter::WriteFunctions(bool adjusted, const AfterFunction& afterFunction) {
+  for (const auto& function : table_.Functions()) {
+    const bool isAdjusted = function->adjustment != nullptr;
+    if (adjusted ? !isAdjusted : isAdjusted || !function->IsUnknown()) {
+      continue;
+    }
+    if (!WriteFunction(*function)) {
+      return false;
+    }
+    ++count_;
+    stopped_ = !afterFunction(count_);
+    if (stopped_) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool StkSpecWriter::WriteFunction(const StkFunction& function) {
+  if (!file_.WriteString(NameToRead(function))) {
+    return false;
+  }
+  const StkAppliedAdjustment* adjustment = function.adjustment.get();
+  if (adjustment != nullptr) {
+    if (adjustment->margin != kNoMargin && !WriteAttribute(", ADD=", adjustment->margin)) {
+      return false;
+    }
+    if (adjustment->depth != kNoDepth && !WriteAttribute(", RECTIME=", adjustment->depth)) {
+      return false;
+    }
+    for (const StkFunction* callee : function.extraCallees) {
+      if (!file_.WriteString(", CALL=") || !file_.WriteString(NameToRead(*callee))) {
+        return false;
+      }
+    }
+  }
+  return file_.WriteString("\n");
+}
+
+bool StkSpecWriter::WriteAttribute(std::string_view keyword, uint32_t value) {
+  return file_.WriteString(keyword) && file_.WriteString(std::to_string(value));
+}
+
+// A C name that begins with "_" is also the symbol of another C name, which a reader prefers. Only
+// brackets keep the two apart.
+std::string StkSpecWriter::NameToRead(const StkFunction& function) const {
+  std::string name = FunctionSpecName(function, host_.codePage);
+  const std::string_view cName = CName(function);
+  if (!cName.starts_with('_') || !function.Is(FN_DEFINED)) {
+    return name;
+  }
+  const std::string_view file =
+      function.IsStatic() ? function.file->BaseName(host_.codePage) : std::string_view();
+  const bool ambiguous = table_.FindBySpecName(file, cName, false) != &function &&
+                         table_.FindBySpecName(file, cName, true) == &function;
+  return ambiguous ? "[" + name + "]" : name;
+}
+
+WriteEnd StkSpecWriter::Finish() {
+  const bool synchronized = mode_ == Mode::kUser || file_.Synchronize();
+  if (!file_.Close() || !synchronized) {
+    return Fail(MessageKey::kW9404);
+  }
+  if (mode_ == Mode::kAutomatic && !host_.files.Replace(sibling_, path_)) {
+    // Somebody holds the file, or it is protected: what opening it for writing meets.
+    return Fail(MessageKey::kW9402);
+  }
+  sibling_.clear();
+  return WriteEnd::kCompleted;
+}
+
+WriteEnd StkSpecWriter::EndStopped() {
+  if (mode_ == Mode::kUser && !file_.Close()) {
+    return Fail(MessageKey::kW9404);
+  }
+  Discard();
+  return WriteEnd::kStopped;
+}
+
+WriteEnd StkSpecWriter::Fail(MessageKey key) {
+  failure_ = key;
+  Discard();
+  return WriteEnd::kFailed;
+}
+
+void StkSpecWriter::Discard() {
+  file_.Abort();
+  if (!sibling_.empty()) {
+    host_.files.Remove(sibling_);
+    sibling_.clear();
+  }
+}
+
+void StkSpecWriter::PostFailure(StkReporter& reporter) const {
+  if (failure_ == MessageKey::kW9406) {
+    reporter.PostWarning(failure_, {path_, kMaxOutputLines});
+  } else if (failure_ == MessageKey::kW9461) {
+    reporter.PostWarning(failure_, {});
+  } else {
+    reporter.PostWarning(failure_, {path_});
+  }
+}
+
+}  // namespace velkor

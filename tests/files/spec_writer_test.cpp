@@ -1,0 +1,251 @@
+#include "files/spec_writer.h"
+
+#include <gtest/gtest.h>
+#include <random>
+
+#include "files/spec_reading.h"
+
+namespace velkor {
+namespace {
+
+using testing::Graph;
+using testing::SpecReading;
+using Mode = StkSpecWriter::Mode;
+
+constexpr char kPath[] = "C:\\p\\p.psg";
+
+bool GoOn(uint32_t) {
+  return true;
+}
+
+void Adjust(Graph& graph, StkFunction& function, uint32_t margin = kNoMargin,
+            uint32_t depth = kNoDepth) {
+  if (function.adjustment == nullptr) {
+    graph.functions.SetAdjustedCount(graph.functions.AdjustedCount() + 1);
+  }
+  function.adjustment = std::make_unique<StkAppliedAdjustment>();
+  *function.adjustment = {margin, depth};
+}
+
+struct SpecWriterTest : ::testing::Test {
+  explicit SpecWriterTest(std::string_view graphText = "main 4\n") : reading(graphText) {}
+
+  std::string Write(Mode mode, Graph& graph, WriteEnd end = WriteEnd::kCompleted,
+                    const StkSpecWriter::AfterFunction& after = GoOn) {
+    StkSpecWriter writer(mode, kPath, graph.functions, reading.host.host);
+    EXPECT_TRUE(writer.Open());
+    const WriteEnd ended = writer.Write(after);
+    EXPECT_EQ(end, ended);
+    if (ended == WriteEnd::kFailed) {
+      writer.PostFailure(reading.recorder.reporter);
+      reading.recorder.queue.Drain();
+    }
+    return reading.host.files.Get(kPath).value_or("no file");
+  }
+  std::string LastWarning() { return reading.recorder.log.lines.back(); }
+  // No trace of a new file that did not take the old one's place.
+  void ExpectOnlyTheFile() {
+    EXPECT_EQ(std::vector<std::string>{kPath}, reading.host.files.Paths());
+  }
+
+  SpecReading reading;
+};
+
+TEST_F(SpecWriterTest, OneLinePerFunction) {
+  Graph graph("main 4 -> x y lib => f main\nstatic g 6 => z\nf 6\nother 2\nstatic h 2");
+  graph["main"].extraCallees.push_back(&graph["g"]);
+  Adjust(graph, graph["main"], 10, 2);
+  Adjust(graph, graph["y"], 0);
+  Adjust(graph, graph["h"], kNoMargin, 4294967295u);
+  graph.functions.SetLibrarySize(graph["lib"], 8);
+  const std::string adjusted =
+      "main, ADD=10, RECTIME=2, CALL=f, CALL=main, CALL=g.c#g\r\n"
+      "g.c#g, CALL=[z]\r\n"
+      "h.c#h, RECTIME=4294967295\r\n"
+      "[y], ADD=0\r\n";
+  EXPECT_EQ(adjusted, Write(Mode::kAutomatic, graph));
+  EXPECT_EQ(adjusted + "[x]\r\n[z]\r\n", Write(Mode::kUser, graph));
+  Graph none("main 4");
+  EXPECT_EQ("", Write(Mode::kAutomatic, none));
+  ExpectOnlyTheFile();
+}
+
+TEST_F(SpecWriterTest, CountsAndStops) {
+  std::string text;
+  for (int i = 0; i < 30; ++i) {
+    text += (i % 2 == 0 ? "? u" : "d") + std::to_string(i) + (i % 2 == 0 ? "\n" : " 1\n");
+  }
+  Graph graph(text);
+  for (int i = 1; i < 30; i += 2) {
+    Adjust(graph, graph["d" + std::to_string(i)]);
+  }
+  reading.host.files.Put(kPath, "old");
+  std::vector<uint32_t> counts;
+  const auto stopAt = [&](uint32_t last) {
+    return [&counts, last](uint32_t count) {
+      counts.push_back(count);
+      return count < last;
+    };
+  };
+  // What a stopped automatic save would have replaced is still there.
+  EXPECT_EQ("old", Write(Mode::kAutomatic, graph, WriteEnd::kStopped, stopAt(14)));
+  ExpectOnlyTheFile();
+  EXPECT_EQ(14u, counts.size());
+  const std::string saved = Write(Mode::kAutomatic, graph, WriteEnd::kCompleted, stopAt(15));
+  EXPECT_EQ(0u, saved.find("d1\r\nd3\r\n"));
+
+  EXPECT_EQ(saved, Write(Mode::kUser, graph, WriteEnd::kStopped, stopAt(15)));
+  counts.clear();
+  EXPECT_EQ(saved + "[u0]\r\n", Write(Mode::kUser, graph, WriteEnd::kStopped, stopAt(16)));
+  EXPECT_EQ(16u, counts.back());
+  EXPECT_EQ(16u, counts.size());
+  const std::string all = Write(Mode::kUser, graph, WriteEnd::kCompleted, stopAt(30));
+  EXPECT_EQ("[u28]\r\n", all.substr(all.size() - 7));
+}
+
+TEST_F(SpecWriterTest, LongLines) {
+  // "first, CALL=" and the callee's name fill the line to the last character.
+  for (const size_t excess : {0u, 1u}) {
+    const std::string callee(5119 - 12 + excess, 'n');
+    Graph graph("before 1\nfirst 1 => " + callee + "\n" + callee + " 2\nafter 1");
+    Adjust(graph, graph["before"]);
+    Adjust(graph, graph["after"]);
+    const std::string line = "before\r\nfirst, CALL=" + std::string(5107, 'n');
+    reading.host.files.Put(kPath, "old");
+    const WriteEnd end = excess == 0 ? WriteEnd::kCompleted : WriteEnd::kFailed;
+    EXPECT_TRUE((excess == 0 ? line + "\r\nafter\r\n" : "old") ==
+                Write(Mode::kAutomatic, graph, end));
+    ExpectOnlyTheFile();
+    EXPECT_TRUE((excess == 0 ? line + "\r\nafter\r\n" : line) == Write(Mode::kUser, graph, end));
+  }
+  EXPECT_EQ("W9461 Too many characters in specification for one function.\nThe limit is 5119.",
+            LastWarning());
+}
+
+TEST_F(SpecWriterTest, ManyLines) {
+  std::string text;
+  for (int i = 0; i < 32768; ++i) {
+    text += "? f" + std::to_string(i) + "\n";
+  }
+  Graph graph(text);
+  Adjust(graph, graph["f0"]);
+  graph.functions.SetLibrarySize(*graph.functions.Functions().back(), 1);
+  const std::string whole = Write(Mode::kUser, graph);
+  EXPECT_EQ("[f32766]\r\n", whole.substr(whole.size() - 10));
+  Adjust(graph, *graph.functions.Functions().back());
+  EXPECT_TRUE(whole.size() == Write(Mode::kUser, graph, WriteEnd::kFailed).size());
+  EXPECT_EQ("W9406 Too many lines in file (C:\\p\\p.psg).\nThe limit is 32767.", LastWarning());
+}
+
+TEST_F(SpecWriterTest, FailuresOfTheDevice) {
+  Graph graph("main 4");
+  Adjust(graph, graph["main"], 10);
+  const std::string w9402 =
+      "W9402 Cannot open file to write (C:\\p\\p.psg).\nCheck that both the file and the folder "
+      "are "
+      "writable.";
+  const std::string w9404 = "W9404 File write error (C:\\p\\p.psg).";
+  reading.host.files.Put(kPath, "old");
+  reading.host.files.SetCapacity(5);
+  EXPECT_EQ("old", Write(Mode::kAutomatic, graph, WriteEnd::kFailed));
+  EXPECT_EQ(w9404, LastWarning());
+  ExpectOnlyTheFile();
+  reading.host.files.SetCapacity(5);
+  EXPECT_EQ("main,", Write(Mode::kUser, graph, WriteEnd::kFailed));
+  EXPECT_EQ(w9404, LastWarning());
+  reading.host.files.SetCapacity(std::nullopt);
+  {
+    const auto holder = reading.host.files.OpenForRead(kPath);
+    EXPECT_EQ("main,", Write(Mode::kAutomatic, graph, WriteEnd::kFailed));
+    EXPECT_EQ(w9402, LastWarning());
+    ExpectOnlyTheFile();
+    StkSpecWriter writer(Mode::kUser, kPath, graph.functions, reading.host.host);
+    EXPECT_FALSE(writer.Open());
+    writer.PostFailure(reading.recorder.reporter);
+    reading.recorder.queue.Drain();
+    EXPECT_EQ(w9402, LastWarning());
+  }
+  // A writer that is given up in the middle leaves nothing behind either.
+  {
+    StkSpecWriter writer(Mode::kAutomatic, kPath, graph.functions, reading.host.host);
+    EXPECT_TRUE(writer.Open());
+    EXPECT_EQ(2u, reading.host.files.Paths().size());
+  }
+  ExpectOnlyTheFile();
+}
+
+// Names that a reader could take for one another.
+void Populate(Graph& graph, std::mt19937& random) {
+  const auto& one = graph.files.Intern("C:\\p\\one.c");
+  const auto& two = graph.files.Intern("C:\\p\\TWO.C");
+  for (const char* name : {"_f", "__f", "___f", "_g", "__g"}) {
+    for (const StkFileEntry* file : {&one, &two}) {
+      if (random() % 2 == 0) {
+        graph.functions.AddDefined(name, *file);
+      }
+    }
+    if (random() % 2 == 0) {
+      graph.functions.AddDefined(name, one).flags |= FN_GLOBAL;
+    }
+  }
+  for (const char* name : {"_u", "__u", "_v"}) {
+    auto unknown = std::make_unique<StkFunction>();
+    unknown->name = name;
+    graph.functions.Insert(std::move(unknown));
+  }
+}
+
+void AdjustAtRandom(Graph& graph, std::mt19937& random) {
+  const auto& functions = graph.functions.Functions();
+  for (const auto& function : functions) {
+    if (random() % 3 == 0) {
+      continue;
+    }
+    Adjust(graph, *function,
+           static_cast<uint32_t>(random() % 2 == 0 ? kNoMargin : random() % 65536),
+           static_cast<uint32_t>(random() % 2 == 0 ? kNoDepth : 1 + random() % 1000));
+    for (const auto& callee : functions) {
+      if (random() % 4 == 0) {
+        InsertByName(function->extraCallees, *callee, graph.codePage);
+      }
+    }
+  }
+}
+
+TEST_F(SpecWriterTest, WhatIsWrittenReadsBackAsItWas) {
+  for (uint32_t seed = 0; seed < 400; ++seed) {
+    std::mt19937 random(seed);
+    Graph graph("");
+    Populate(graph, random);
+    AdjustAtRandom(graph, random);
+    const std::string written = Write(Mode::kUser, graph);
+
+    SpecReading fresh("");
+    random.seed(seed);
+    Populate(fresh.graph, random);
+    ASSERT_TRUE(fresh.Read(SpecificationKind::kUserFile, written));
+    ASSERT_EQ(std::vector<std::string>{}, fresh.recorder.log.lines) << written;
+    for (uint32_t i = 0; i < graph.functions.Count(); ++i) {
+      const StkFunction& before = *graph.functions.Functions()[i];
+      StkFunction& after = *fresh.graph.functions.Functions()[i];
+      const bool stated = before.adjustment &&
+                          (before.adjustment->margin != kNoMargin ||
+                           before.adjustment->depth != kNoDepth || !before.extraCallees.empty());
+      ASSERT_EQ(stated, after.pendingAdjustment != nullptr) << written;
+      if (stated) {
+        const StkAdjustment& read = *after.pendingAdjustment;
+        ASSERT_EQ(before.adjustment->margin, read.margin) << written;
+        ASSERT_EQ(before.adjustment->depth, read.depth) << written;
+        const StkFunctionList callees = read.callees.value_or(StkFunctionList());
+        ASSERT_EQ(before.extraCallees.size(), callees.size()) << written;
+        for (const StkFunction* callee : before.extraCallees) {
+          const StkFunction* same = fresh.graph.functions.Functions()[callee->index].get();
+          ASSERT_NE(callees.end(), std::find(callees.begin(), callees.end(), same)) << written;
+        }
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace velkor
