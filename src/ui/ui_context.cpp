@@ -1,5 +1,7 @@
 #include "ui/ui_context.h"
 
+#include <QList>
+
 namespace velkor {
 
 QString UiContext::Decoded(std::string_view bytes) const {

@@ -1,0 +1,50 @@
+#include "ui/arrow_header.h"
+
+#include <QPainter>
+#include <QStyleOptionHeader>
+
+#include "ui/function_icons.h"
+
+namespace velkor {
+
+ArrowHeader::ArrowHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
+  setSectionsClickable(true);
+  setHighlightSections(false);
+}
+
+void ArrowHeader::SetArrow(int section, bool descending) {
+  arrowSection_ = section;
+  descending_ = descending;
+  viewport()->update();
+}
+
+void ArrowHeader::paintSection(QPainter* painter, const QRect& rect, int section) const {
+  if (section != arrowSection_) {
+    painter->save();
+    QHeaderView::paintSection(painter, rect, section);
+    painter->restore();
+    return;
+  }
+  QStyleOptionHeaderV2 option;
+  initStyleOption(&option);
+  initStyleOptionForIndex(&option, section);
+  option.rect = rect;
+  painter->save();
+  style()->drawControl(QStyle::CE_HeaderSection, &option, painter, this);
+  QRect label = style()->subElementRect(QStyle::SE_HeaderLabel, &option, this);
+  const int gap = kArrowSize.width() / 2;
+  label.setRight(std::max(label.left(), label.right() - kArrowSize.width() - gap));
+  const QString text = option.fontMetrics.elidedText(option.text, Qt::ElideRight, label.width());
+  const QColor color = option.palette.color(QPalette::ButtonText);
+  painter->setPen(color);
+  const QRect shown = style()->itemTextRect(option.fontMetrics, label,
+                                            static_cast<int>(option.textAlignment), true, text);
+  painter->drawText(label, static_cast<int>(option.textAlignment) | Qt::TextSingleLine, text);
+  QRect arrow(QPoint(0, 0), kArrowSize);
+  arrow.moveLeft(std::min(shown.right(), label.right()) + gap);
+  arrow.moveTop(label.center().y() - kArrowSize.height() / 2);
+  PaintArrow(*painter, arrow, descending_, color);
+  painter->restore();
+}
+
+}  // namespace velkor

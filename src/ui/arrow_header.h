@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QHeaderView>
+
+namespace velkor {
+
+// A table's header that draws the arrow of the sorted column at the right of its text.
+class ArrowHeader : public QHeaderView {
+ public:
+  explicit ArrowHeader(QWidget* parent);
+
+  // section -1: no arrow.
+  void SetArrow(int section, bool descending);
+  int ArrowSection() const { return arrowSection_; }
+  bool ArrowDescending() const { return descending_; }
+
+ protected:
+  void paintSection(QPainter* painter, const QRect& rect, int section) const override;
+
+ private:
+  int arrowSection_ = -1;
+  bool descending_ = false;
+};
+
+}  // namespace velkor

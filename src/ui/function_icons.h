@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QIcon>
+#include <QRect>
+
+class QPainter;
+
+namespace velkor {
+
+// The drawn images of the tree and the list: sharp at every scale. User-interface thread.
+
+// 16 x 16: a box in the colour of the function's kind; icon index 0 to 4.
+QIcon TreeIcon(int iconIndex);
+// 32 x 16: the box in the left half for the first row (0 to 4), in the right half for a callee row
+// (10 to 14).
+QIcon ListIcon(int iconIndex);
+
+constexpr QSize kTreeIconSize(16, 16);
+constexpr QSize kListIconSize(32, 16);
+constexpr QSize kArrowSize(9, 5);
+
+// The triangle of a sorted column: up for an ascending order, down for a descending one.
+void PaintArrow(QPainter& painter, const QRect& rect, bool descending, const QColor& color);
+
+}  // namespace velkor

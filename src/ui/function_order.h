@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+#include "core/function.h"
+
+namespace velkor {
+
+// By what the function list can be sorted. The number of a key is the column that carries its
+// arrow, except for kIcon, whose arrow stands on column 0.
+enum class SortKey { kName, kTotal, kFrame, kMargin, kFile, kIcon };
+
+// What a function's adjustment, or else its library size, adds to its stack, in bytes; kOverSize
+// above the limit.
+uint32_t AdditionalAmount(const StkFunction& function);
+
+// What a function's row is sorted by, as it stood when the row was made: sorting reads no function
+// that a job may be changing. Refers to the function's name and file, which stay.
+struct SortValues {
+  std::string_view name;  // the symbol
+  const StkFileEntry* file = nullptr;
+  // A size doubled, so that among zeros the lowest bit tells which comes first.
+  uint64_t total = 0;
+  uint64_t frame = 0;
+  uint64_t margin = 0;
+  int icon = 0;
+  uint32_t tableIndex = 0;  // decides between equal rows, in both directions
+};
+
+SortValues SortValuesOf(const StkFunction& function, int icon);
+
+// The positions of the rows in their sorted order. The first row stays the first.
+std::vector<uint32_t> SortedPositions(const std::vector<SortValues>& rows, SortKey key,
+                                      bool descending, const CodePage& codePage);
+
+}  // namespace velkor
