@@ -1,0 +1,85 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "readers/module_reader.h"
+#include "support/recorder.h"
+#include "support/test_host.h"
+
+namespace velkor::testing {
+
+// One analysis whose modules a test writes and reads.
+class ModuleReading {
+ public:
+  explicit ModuleReading(CodePage page = CodePage::Utf8()) : host_(std::move(page)) {}
+
+  static constexpr const char* kPath = "C:\\p\\m.asm";
+
+  bool Read(std::string bytes) {
+    host_.files.Put(kPath, std::move(bytes));
+    StkTextWriter file(host_.host);
+    EXPECT_TRUE(file.OpenForRead(kPath).ok);
+    StkAsmModuleReader reader(file, kPath, stopEvent, {functions, files, project}, host_.host,
+                              recorder.reporter);
+    const bool whole = reader.Read();
+    aborted = reader.Aborted();
+    recorder.queue.Drain();
+    return whole;
+  }
+
+  const std::vector<std::string>& Log() const { return recorder.log.lines; }
+  size_t BoxCount() const { return recorder.boxes.boxes.size(); }
+  MemoryFileSystem& HostFiles() { return host_.files; }
+
+  // The last record of that name; fails the test when there is none.
+  const StkFunction& Function(std::string_view name) const {
+    static const StkFunction none;
+    const StkFunction* found = nullptr;
+    for (const auto& function : functions.Functions()) {
+      found = function->name == name ? function.get() : found;
+    }
+    EXPECT_NE(found, nullptr) << name;
+    return found == nullptr ? none : *found;
+  }
+  std::vector<std::string> CallNames(std::string_view name) const {
+    const StkFunction& function = Function(name);
+    return function.callNames == nullptr
+               ? std::vector<std::string>()
+               : std::vector<std::string>(function.callNames->begin(), function.callNames->end());
+  }
+
+ private:
+  TestHost host_;
+
+ public:
+  Recorder recorder{host_.codePage};
+  StkFunctionTable functions{host_.codePage};
+  StkFileTable files{host_.codePage};
+  StkProject project{host_.host, recorder.reporter};
+  Event stopEvent{Event::Reset::kManual};
+  bool aborted = false;
+};
+
+inline const std::string kHeader = "; Tarn C Compiler V3.70 Assembler Source\n";
+inline const std::string kAborted = "C:\\p\\m.asm Reading aborted.";
+
+inline std::string FormatErrorAt(uint32_t line) {
+  return "W9432 Illegal format in assembler source module file (C:\\p\\m.asm:line " +
+         std::to_string(line) + ").\nCheck the file.";
+}
+
+// A module of one function _f, made of the given pieces.
+struct ModuleText {
+  std::string header = kHeader;
+  std::string symbols = "$DGS GLV_SYM, _f, 0, 0, 0, 0, 0, 02H\n";
+  std::string code = "@@D\tDSEG\n@@C\tCSEG\n_f:\n";
+  std::string file = "; *** Code Information ***\n; $FILE C:\\p\\m.c\n;\n";
+  std::string functions = "; $FUNC f()\n; CODE SIZE=9 bytes, 0, STACK_SIZE=10 bytes\n";
+
+  std::string All() const { return header + symbols + code + file + functions; }
+};
+
+}  // namespace velkor::testing
