@@ -1,8 +1,11 @@
 #pragma once
 
+#include <string>
+
 #include "core/file_table.h"
-#include "core/function_table.h"
+#include "core/recompute.h"
 #include "document/job.h"
+#include "files/text_writer.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
 #include "readers/project.h"
@@ -18,21 +21,29 @@ struct AnalysisParts {
   StkFunctionTable& functions;
 };
 
-// Reads the modules of the project in order and resolves their calls.
+// Reads the modules of the project in order and resolves their calls. When it is stopped it
+// empties the function table and posts no end notification.
 class StkAnalysisJob : public StkJob {
  public:
   StkAnalysisJob(AnalysisParts parts, MessageTarget& mainWindow);
   ~StkAnalysisJob() override;
 
+  // Every module of the project was tried and their calls are resolved. Valid after Wait; false
+  // too when not one module file exists.
+  bool Completed() const { return completed_; }
+
  protected:
   void Run() override;
+  void Abandon() override;
 
  private:
   bool AnyModuleExists();
-  // False when the user stopped it.
-  bool ReadModule(const std::string& path);
+  void ReadModule(const std::string& path);
+  bool OpenModule(StkTextWriter& file, const std::string& path);
 
   AnalysisParts parts_;
+  std::string currentPath_;
+  bool completed_ = false;
 };
 
 }  // namespace velkor

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -36,8 +38,17 @@ class View {
 //
 // Tables are never discarded or changed while a job uses them: opening, recalculating and the
 // destructor stop every running job first; the operations that change the analysis wait for a
-// running automatic save, and do nothing (answering false) while an analysis, a specification
-// reading or a chain report runs.
+// running writing of a specification file, and do nothing (answering false) while an analysis, a
+// specification reading or a chain report runs.
+//
+// Adjustments are not lost on the way to the stk system file: opening, recalculating and the
+// destructor let an automatic save end instead of stopping it, and make up for one that the user
+// stopped; a stk system file of which this analysis could not take everything is kept beside the
+// new one (StkSystemFileKeeper).
+//
+// A job is finished (FinishAnalysis and its like) on its end notification. One that was posted
+// by a job that has been stopped since finds no job, or a newer one that still works; then
+// nothing happens, and the newer one is finished on its own notification.
 class CStkDoc {
  public:
   CStkDoc(Host& host, StkReporter& reporter, MessageTarget& mainWindow);
@@ -50,10 +61,13 @@ class CStkDoc {
   // Every view but the sender is told.
   void UpdateAllViews(View* sender, ViewHint hint);
 
+  // Does not start the analysis. False after a message: then the document is empty and has no
+  // path name.
   bool OnOpenDocument(std::string_view path);
+  // No project and no tables; running jobs are stopped before.
   void DeleteContents();
 
-  // None, and empty, without a project.
+  // The project file. Kept when a recalculation could not load it, so that it can be tried again.
   const std::string& PathName() const { return pathName_; }
   StkProject* Project() { return project_.get(); }
   StkFunctionTable* FunctionTable() { return functionTable_.get(); }
@@ -63,15 +77,29 @@ class CStkDoc {
   void SetCurrentSelection(StkFunction* function) { currentSelection_ = function; }
 
   bool LoadProject(std::string_view path);
+  // Only with a project that has no tables yet.
   void StartAnalysis();
+  // Leaves a project with empty tables.
   void StopAnalysis();
+  // Goes on with StartSpecRead, unless no module could be looked at.
   void FinishAnalysis();
   void StartSpecRead();
   // saveAfter: rewrite the stk system file when the file has been read.
+  // False without a function to specify.
   bool LoadSpecFile(std::string_view path, bool saveAfter = true);
+  // The views are not told.
   void StopSpecRead();
   void FinishSpecRead();
   void Recalculate();
+  // Rewrites the stk system file in the background. A save that runs is waited for; requests made
+  // meanwhile become one, which writes the newest state. Nothing without functions.
+  void SaveSystemFile();
+  // Waits for a running save. False without functions, or while they are being read.
+  bool SaveSpecFile(std::string_view path);
+  // What an automatic save had to write is written later.
+  void StopSpecWrite();
+  void FinishSpecWrite();
+  // Each is followed by SaveSystemFile, also when nothing has changed.
   bool AdjustFunction(StkFunction& function, const StkAdjustment& adjustment);
   bool CancelAdjustment(StkFunction& function);
   bool CancelAllAdjustments();
@@ -79,11 +107,21 @@ class CStkDoc {
   // A job of this kind exists (it may have ended and not yet been finished).
   bool IsAnalysing() const { return analysisJob_ != nullptr; }
   bool IsReadingSpecifications() const { return specReadJob_ != nullptr; }
+  bool IsWritingSpecifications() const { return specWriteJob_ != nullptr; }
   // No running job keeps the analysis from being changed.
   bool CanChangeAnalysis() const;
 
  private:
   void StopAllJobs();
+  bool StartChange();
+  void ChangeEnded(bool calleesChanged);
+  void StartReading(std::vector<std::unique_ptr<StkSpecReader>> sources);
+  void TakeReadingResult();
+  bool HasFunctionsToWrite() const;
+  void StartWriting(StkSpecWriter::Mode mode, std::string path);
+  void EndSpecWrite();
+  void SettleSystemSave();
+  std::vector<std::string> InputPaths(bool withSources);
 
   Host& host_;
   StkReporter& reporter_;
@@ -95,9 +133,14 @@ class CStkDoc {
   std::unique_ptr<StkFunctionTable> functionTable_;
   std::unique_ptr<StkRootList> rootList_;
   bool readFromUserFile_ = false;
+  bool saveAfterReading_ = false;
   StkFunction* currentSelection_ = nullptr;
   std::unique_ptr<StkAnalysisJob> analysisJob_;
   std::unique_ptr<StkSpecReadJob> specReadJob_;
+  std::unique_ptr<StkSpecWriteJob> specWriteJob_;
+  bool systemSaveDue_ = false;
+  // Fingerprint of the stk system file whose adjustments are all in force.
+  std::optional<uint64_t> knownSystemFile_;
 };
 
 }  // namespace velkor

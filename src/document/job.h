@@ -10,9 +10,12 @@
 namespace velkor {
 
 // Owns one worker thread and one stop event. Made, started, waited for (or stopped) and destroyed
-// by the document, in the user-interface thread. The destructor stops and joins a job that still
-// runs. Run is the work, in the worker's thread; it reports through notifications and the
-// worker-side reporting operations only, and lets no exception out.
+// by the document, in the user-interface thread. Run is the work, in the worker's thread; it
+// reports through notifications and the worker-side reporting operations only. An exception that
+// leaves Run (memory has run out) ends the job through Abandon and goes no further.
+//
+// The destructor of every derived job calls Stop: the thread must have ended before the members
+// that Run uses go.
 class StkJob {
  public:
   virtual ~StkJob();
@@ -26,20 +29,35 @@ class StkJob {
   void Stop();
   // The worker has seen the stop event. Valid after Wait or Stop.
   bool Stopped() const { return stopped_; }
+  // The job ended through Abandon. Valid after Wait or Stop.
+  bool Failed() const { return failed_; }
+  // The end notification is on its way: the thread does nothing any more and Wait returns at
+  // once. False while an end notification that arrives can only be one of an earlier job.
+  bool EndPosted() const { return endPosted_; }
 
  protected:
   StkJob(Event::Reset reset, MessageTarget& mainWindow);
 
   virtual void Run() = 0;
+  // Brings what the job works on into a state that may be shown, and posts the end notification.
+  // In the worker's thread, or in Start when there is no thread to be had.
+  virtual void Abandon() = 0;
   void Post(uint32_t message, uint64_t parameter = 0) { mainWindow_.Post(message, parameter); }
+  // The last thing that a job does.
+  void PostEnd(uint32_t message);
   void SetStopped() { stopped_ = true; }
 
   Event stopEvent_;
 
  private:
+  void RunGuarded();
+  void AbandonGuarded();
+
   MessageTarget& mainWindow_;
   std::unique_ptr<WorkerThread> thread_;
   std::atomic<bool> stopped_{false};
+  std::atomic<bool> failed_{false};
+  std::atomic<bool> endPosted_{false};
 };
 
 }  // namespace velkor

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 #include "document/document.h"
@@ -18,7 +19,8 @@ class ProgressBar {
 
 // What a main window does with the notifications of the jobs, the same for every face: registers
 // and clears the stop operations, drives the progress display and calls the document's finishing
-// operations. One slot for each kind of job. User-interface thread.
+// operations. One slot for each kind of job. What is left in the queue of a job that has been
+// stopped moves nothing any more. User-interface thread.
 class StkJobMonitor {
  public:
   StkJobMonitor(CStkDoc& document, ProgressBar& progress);
@@ -31,8 +33,12 @@ class StkJobMonitor {
   void Stop();
 
  private:
-  enum Slot { kAnalysis, kSpecRead, kSpecWrite, kChainSave, kSlotCount };
+  enum Slot : size_t { kAnalysis, kSpecRead, kSpecWrite, kChainSave, kSlotCount };
 
+  static Slot SlotOf(uint32_t message);
+  bool HasJob(Slot slot) const;
+  void HandleProgress(uint32_t message, uint64_t parameter);
+  void HandleEnd(uint32_t message);
   void Restart(uint64_t range);
 
   CStkDoc& document_;

@@ -2,3 +2,4 @@
 
 #include "document/analysis_job.h"
 #include "document/spec_read_job.h"
+#include "document/spec_write_job.h"

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
-#include "core/function_table.h"
-#include "core/root_list.h"
+#include "core/recompute.h"
 #include "document/job.h"
 #include "files/spec_reader.h"
 #include "messages/reporter.h"
@@ -12,26 +13,35 @@
 namespace velkor {
 
 // Reads an ordered list of specification sources, which it owns, and computes the totals after
-// each.
+// each. The totals are computed at least once, also when no source can be opened or the job is
+// stopped.
 class StkSpecReadJob : public StkJob {
  public:
   StkSpecReadJob(std::vector<std::unique_ptr<StkSpecReader>> sources, StkFunctionTable& functions,
                  StkRootList& roots, StkReporter& reporter, MessageTarget& mainWindow);
   ~StkSpecReadJob() override;
 
+  // The fingerprint of the stk system file, if one was read and everything that it states is in
+  // force now: such a file may be replaced. Valid after Wait or Stop.
+  std::optional<uint64_t> TakenSystemFile() const { return takenSystemFile_; }
+
  protected:
   void Run() override;
+  void Abandon() override;
 
  private:
   void ReadSource(StkSpecReader& source);
   // True when the end of the file was reached.
   bool ReadLines(StkSpecReader& source, StkByteSource& bytes);
   void HandOver(StkSpecReader& source);
+  StkFunctionList PendingDepths() const;
 
   std::vector<std::unique_ptr<StkSpecReader>> sources_;
   StkFunctionTable& functions_;
   StkRootList& roots_;
   StkReporter& reporter_;
+  uint32_t statements_ = 0;  // lines of the current source that state something
+  std::optional<uint64_t> takenSystemFile_;
 };
 
 }  // namespace velkor

@@ -1,0 +1,230 @@
+#include "document/document.h"
+
+#include <algorithm>
+
+#include "core/adjustments.h"
+#include "files/paths.h"
+
+namespace velkor {
+
+CStkDoc::CStkDoc(Host& host, StkReporter& reporter, MessageTarget& mainWindow)
+    : host_(host), reporter_(reporter), mainWindow_(mainWindow) {}
+
+CStkDoc::~CStkDoc() {
+  DeleteContents();
+}
+
+void CStkDoc::AddView(View& view) {
+  views_.push_back(&view);
+}
+
+void CStkDoc::RemoveView(View& view) {
+  std::erase(views_, &view);
+}
+
+void CStkDoc::UpdateAllViews(View* sender, ViewHint hint) {
+  const std::vector<View*> views = views_;
+  for (View* view : views) {
+    if (view != sender) {
+      view->OnUpdate(hint);
+    }
+  }
+}
+
+bool CStkDoc::OnOpenDocument(std::string_view path) {
+  std::string opened(path);
+  StopAllJobs();
+  UpdateAllViews(nullptr, HINT_CLEAR);
+  currentSelection_ = nullptr;
+  pathName_.clear();
+  if (!LoadProject(opened)) {
+    return false;
+  }
+  pathName_ = std::move(opened);
+  return true;
+}
+
+void CStkDoc::DeleteContents() {
+  StopAllJobs();
+  currentSelection_ = nullptr;
+  project_.reset();
+  fileTable_.reset();
+  rootList_.reset();
+  functionTable_.reset();
+  knownSystemFile_.reset();
+}
+
+bool CStkDoc::LoadProject(std::string_view path) {
+  DeleteContents();
+  if (path.size() > kMaxPathLength) {
+    reporter_.ShowWarning(MessageKey::kW9407, {path});
+    return false;
+  }
+  auto project = std::make_unique<StkProject>(host_, reporter_);
+  if (!project->Load(path)) {
+    return false;
+  }
+  project_ = std::move(project);
+  return true;
+}
+
+void CStkDoc::StartAnalysis() {
+  if (!project_ || fileTable_) {
+    return;
+  }
+  fileTable_ = std::make_unique<StkFileTable>(host_.codePage);
+  functionTable_ = std::make_unique<StkFunctionTable>(host_.codePage);
+  rootList_ = std::make_unique<StkRootList>();
+  analysisJob_ = std::make_unique<StkAnalysisJob>(
+      AnalysisParts{host_, reporter_, *project_, *fileTable_, *functionTable_}, mainWindow_);
+  analysisJob_->Start();
+}
+
+// A job that had just read its last module has not emptied the table itself; functions without
+// totals must not be left behind.
+void CStkDoc::StopAnalysis() {
+  if (!analysisJob_) {
+    return;
+  }
+  analysisJob_->Stop();
+  analysisJob_.reset();
+  functionTable_->Clear();
+  fileTable_->Clear();
+}
+
+void CStkDoc::FinishAnalysis() {
+  if (!analysisJob_ || !analysisJob_->EndPosted()) {
+    return;
+  }
+  analysisJob_->Wait();
+  const bool completed = analysisJob_->Completed();
+  analysisJob_.reset();
+  if (completed) {
+    StartSpecRead();
+  }
+}
+
+void CStkDoc::StartSpecRead() {
+  if (!project_ || !functionTable_ || !CanChangeAnalysis()) {
+    return;
+  }
+  readFromUserFile_ = false;
+  saveAfterReading_ = false;
+  StartReading(project_->BuildSpecSources());
+}
+
+bool CStkDoc::LoadSpecFile(std::string_view path, bool saveAfter) {
+  if (!StartChange()) {
+    return false;
+  }
+  readFromUserFile_ = true;
+  saveAfterReading_ = saveAfter;
+  std::vector<std::unique_ptr<StkSpecReader>> sources;
+  sources.push_back(std::make_unique<StkSpecReader>(SpecificationKind::kUserFile, std::string(path),
+                                                    host_, reporter_));
+  StartReading(std::move(sources));
+  return true;
+}
+
+void CStkDoc::StartReading(std::vector<std::unique_ptr<StkSpecReader>> sources) {
+  specReadJob_ = std::make_unique<StkSpecReadJob>(std::move(sources), *functionTable_, *rootList_,
+                                                  reporter_, mainWindow_);
+  specReadJob_->Start();
+}
+
+void CStkDoc::StopSpecRead() {
+  if (!specReadJob_) {
+    return;
+  }
+  specReadJob_->Stop();
+  // A stop that came after the last line has stopped nothing: what was loaded is to be kept.
+  if (specReadJob_->EndPosted() && !specReadJob_->Failed() && saveAfterReading_) {
+    systemSaveDue_ = true;
+  }
+  TakeReadingResult();
+}
+
+void CStkDoc::TakeReadingResult() {
+  if (!readFromUserFile_) {
+    knownSystemFile_ = specReadJob_->TakenSystemFile();
+  }
+  specReadJob_.reset();
+}
+
+void CStkDoc::FinishSpecRead() {
+  if (!specReadJob_ || !specReadJob_->EndPosted()) {
+    return;
+  }
+  specReadJob_->Wait();
+  const bool save = saveAfterReading_ && !specReadJob_->Failed();
+  TakeReadingResult();
+  UpdateAllViews(nullptr, HINT_RESULTS);
+  if (save) {
+    SaveSystemFile();
+  }
+}
+
+void CStkDoc::Recalculate() {
+  if (pathName_.empty()) {
+    return;
+  }
+  reporter_.SetOpenedFromCommandLine(false);
+  StopAllJobs();
+  UpdateAllViews(nullptr, HINT_CLEAR);
+  currentSelection_ = nullptr;
+  if (LoadProject(pathName_)) {
+    StartAnalysis();
+  }
+}
+
+bool CStkDoc::AdjustFunction(StkFunction& function, const StkAdjustment& adjustment) {
+  if (!StartChange()) {
+    return false;
+  }
+  ChangeEnded(velkor::AdjustFunction(*functionTable_, *rootList_, function, adjustment, reporter_));
+  return true;
+}
+
+bool CStkDoc::CancelAdjustment(StkFunction& function) {
+  if (!StartChange()) {
+    return false;
+  }
+  ChangeEnded(velkor::CancelAdjustment(*functionTable_, *rootList_, function, reporter_));
+  return true;
+}
+
+bool CStkDoc::CancelAllAdjustments() {
+  if (!StartChange()) {
+    return false;
+  }
+  ChangeEnded(velkor::CancelAllAdjustments(*functionTable_, *rootList_, reporter_));
+  return true;
+}
+
+bool CStkDoc::CanChangeAnalysis() const {
+  return !analysisJob_ && !specReadJob_;
+}
+
+bool CStkDoc::StartChange() {
+  if (!CanChangeAnalysis() || !functionTable_ || functionTable_->Count() == 0) {
+    return false;
+  }
+  EndSpecWrite();
+  return true;
+}
+
+void CStkDoc::ChangeEnded(bool calleesChanged) {
+  UpdateAllViews(nullptr, calleesChanged ? HINT_STRUCTURE : HINT_SIZES);
+  SaveSystemFile();
+}
+
+void CStkDoc::StopAllJobs() {
+  StopAnalysis();
+  StopSpecRead();
+  if (specWriteJob_ && !specWriteJob_->IsAutomatic()) {
+    StopSpecWrite();
+  }
+  SettleSystemSave();
+}
+
+}  // namespace velkor

@@ -1,0 +1,101 @@
+#include <utility>
+
+#include "document/document.h"
+
+namespace velkor {
+
+void CStkDoc::SaveSystemFile() {
+  if (!HasFunctionsToWrite()) {
+    return;
+  }
+  if (specWriteJob_ && !specWriteJob_->EndPosted()) {
+    systemSaveDue_ = true;
+    return;
+  }
+  EndSpecWrite();
+  systemSaveDue_ = false;
+  StartWriting(StkSpecWriter::Mode::kAutomatic, project_->SystemFilePath());
+}
+
+bool CStkDoc::SaveSpecFile(std::string_view path) {
+  if (!HasFunctionsToWrite()) {
+    return false;
+  }
+  std::string target(path);
+  SettleSystemSave();
+  StartWriting(StkSpecWriter::Mode::kUser, std::move(target));
+  return true;
+}
+
+void CStkDoc::StopSpecWrite() {
+  if (!specWriteJob_) {
+    return;
+  }
+  const bool automatic = specWriteJob_->IsAutomatic();
+  specWriteJob_->Stop();
+  EndSpecWrite();
+  if (!automatic && systemSaveDue_) {
+    SaveSystemFile();
+  }
+}
+
+void CStkDoc::FinishSpecWrite() {
+  if (!specWriteJob_ || !specWriteJob_->EndPosted()) {
+    return;
+  }
+  EndSpecWrite();
+  if (systemSaveDue_) {
+    SaveSystemFile();
+  }
+}
+
+bool CStkDoc::HasFunctionsToWrite() const {
+  return project_ && functionTable_ && functionTable_->Count() != 0 && !analysisJob_ &&
+         !specReadJob_;
+}
+
+void CStkDoc::StartWriting(StkSpecWriter::Mode mode, std::string path) {
+  const bool automatic = mode == StkSpecWriter::Mode::kAutomatic;
+  specWriteJob_ = std::make_unique<StkSpecWriteJob>(
+      SpecWriteOrder{mode, std::move(path), InputPaths(!automatic), knownSystemFile_},
+      *functionTable_, host_, reporter_, mainWindow_);
+  specWriteJob_->Start();
+}
+
+void CStkDoc::EndSpecWrite() {
+  if (!specWriteJob_) {
+    return;
+  }
+  specWriteJob_->Wait();
+  if (specWriteJob_->IsAutomatic()) {
+    if (specWriteJob_->Completed()) {
+      knownSystemFile_ = specWriteJob_->Written();
+    } else if (specWriteJob_->Stopped()) {
+      systemSaveDue_ = true;
+    }
+  }
+  specWriteJob_.reset();
+}
+
+// Until no automatic save runs or is due. One that fails has said so and is not tried again.
+void CStkDoc::SettleSystemSave() {
+  EndSpecWrite();
+  if (systemSaveDue_) {
+    SaveSystemFile();
+    EndSpecWrite();
+    systemSaveDue_ = false;
+  }
+}
+
+std::vector<std::string> CStkDoc::InputPaths(bool withSources) {
+  std::vector<std::string> paths{project_->Path()};
+  paths.insert(paths.end(), project_->Modules().begin(), project_->Modules().end());
+  if (withSources) {
+    for (const auto& source : project_->BuildSpecSources()) {
+      paths.push_back(source->Path());
+    }
+  }
+  return paths;
+}
+
+}  // namespace velkor

@@ -1,0 +1,172 @@
+#include "document/spec_read_job.h"
+
+#include <algorithm>
+#include <string>
+
+#include "core/recompute.h"
+#include "document/fingerprint.h"
+#include "document/notifications.h"
+#include "files/paths.h"
+#include "files/text_reader.h"
+
+namespace velkor {
+
+namespace {
+
+constexpr uint32_t kLinesPerStopTest = 10;
+
+// Whether a line of a specification file states something: it is no comment, and more than blanks
+// or a name alone.
+bool IsStatement(std::string_view line, const CodePage& codePage) {
+  bool inName = false;
+  bool afterName = false;
+  for (size_t i = 0; i < line.size(); i += codePage.CharLength(line, i)) {
+    const bool blank = codePage.IsBlank(line, i);
+    if (blank) {
+      afterName = inName;
+    } else if (!inName && line[i] == '#') {
+      return false;
+    } else if (afterName || line[i] == ',') {
+      return true;
+    } else {
+      inName = true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+StkSpecReadJob::StkSpecReadJob(std::vector<std::unique_ptr<StkSpecReader>> sources,
+                               StkFunctionTable& functions, StkRootList& roots,
+                               StkReporter& reporter, MessageTarget& mainWindow)
+    : StkJob(Event::Reset::kManual, mainWindow),
+      sources_(std::move(sources)),
+      functions_(functions),
+      roots_(roots),
+      reporter_(reporter) {}
+
+StkSpecReadJob::~StkSpecReadJob() {
+  Stop();
+}
+
+void StkSpecReadJob::Run() {
+  Post(WM_STK_SPECREAD_START);
+  for (const auto& source : sources_) {
+    ReadSource(*source);
+    if (Stopped()) {
+      return;
+    }
+  }
+  if (roots_.empty()) {
+    Recompute(functions_, roots_, true, nullptr, &stopEvent_, reporter_);
+  }
+  PostEnd(WM_STK_SPECREAD_END);
+}
+
+// Half-computed totals must not be taken for results: without the memory to compute them there is
+// no analysis.
+void StkSpecReadJob::Abandon() {
+  takenSystemFile_.reset();
+  functions_.DiscardPendingAdjustments();
+  try {
+    Recompute(functions_, roots_, true, nullptr, &stopEvent_, reporter_);
+  } catch (...) {
+    roots_.Clear();
+    functions_.Clear();
+  }
+  PostEnd(WM_STK_SPECREAD_END);
+}
+
+void StkSpecReadJob::ReadSource(StkSpecReader& source) {
+  const bool logged = source.Kind() != SpecificationKind::kSystemFile;
+  if (logged) {
+    reporter_.PostLog(MessageKey::kReadingStarted, {source.Path()});
+  }
+  if (source.Path().size() > kMaxPathLength) {
+    reporter_.PostWarning(MessageKey::kW9407, {source.Path()});
+    return;
+  }
+  std::unique_ptr<StkByteSource> bytes = source.Open();
+  if (!bytes) {
+    return;
+  }
+  Post(WM_STK_SPECREAD_FILE, bytes->Length());
+  StkFingerprint fingerprint;
+  bytes = std::make_unique<StkFingerprintSource>(std::move(bytes), fingerprint);
+  const bool reachedEnd = ReadLines(source, *bytes);
+  bytes.reset();
+  if (logged) {
+    reporter_.PostLog(reachedEnd ? MessageKey::kReadingCompleted : MessageKey::kReadingAborted,
+                      {source.Path()});
+  }
+  const bool systemFile = source.Kind() == SpecificationKind::kSystemFile;
+  const StkFunctionList depths = systemFile ? PendingDepths() : StkFunctionList();
+  HandOver(source);
+  if (Stopped()) {
+    return;
+  }
+  const bool depthsKept = std::all_of(depths.begin(), depths.end(), [](StkFunction* function) {
+    return function->adjustment && function->adjustment->depth != kNoDepth;
+  });
+  if (systemFile && reachedEnd && source.SpecCount() == statements_ && depthsKept) {
+    takenSystemFile_ = fingerprint.Value();
+  }
+  Post(WM_STK_SPECREAD_FILE_END);
+}
+
+bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
+  StkTextReader reader(bytes);
+  TextLine line;
+  statements_ = 0;
+  for (uint32_t number = 1; reader.ReadLine(line, StkSpecReader::kLineBufferSize); ++number) {
+    if (number > StkSpecReader::kMaxLines) {
+      reporter_.PostWarning(MessageKey::kW9406, {source.Path(), StkSpecReader::kMaxLines});
+      return false;
+    }
+    if (number % kLinesPerStopTest == 0) {
+      if (stopEvent_.Test()) {
+        SetStopped();
+        return false;
+      }
+      Post(WM_STK_SPECREAD_PROGRESS, reader.Position());
+    }
+    if (IsStatement(line.text, functions_.GetCodePage())) {
+      ++statements_;
+    }
+    if (!source.ParseLine(functions_, number, line.text, line.length, stopEvent_)) {
+      if (stopEvent_.Test()) {
+        SetStopped();  // it ended the stop question
+      }
+      return false;
+    }
+  }
+  return true;
+}
+
+void StkSpecReadJob::HandOver(StkSpecReader& source) {
+  const bool discarded = Stopped() || source.Answer() == StopAnswer::kAbort;
+  if (discarded) {
+    functions_.DiscardPendingAdjustments();
+  }
+  // The sizes that a library table set before it ended early stay: the totals must contain them.
+  const bool library = source.Kind() == SpecificationKind::kLibraryTable;
+  const bool changed = source.SpecCount() != 0 && (library || !discarded);
+  if (roots_.empty()) {
+    Recompute(functions_, roots_, true, &source, &stopEvent_, reporter_);
+  } else if (changed) {
+    Recompute(functions_, roots_, source.CallsSeen(), &source, &stopEvent_, reporter_);
+  }
+}
+
+StkFunctionList StkSpecReadJob::PendingDepths() const {
+  StkFunctionList list;
+  for (const auto& function : functions_.Functions()) {
+    if (function->pendingAdjustment && function->pendingAdjustment->depth != kNoDepth) {
+      list.push_back(function.get());
+    }
+  }
+  return list;
+}
+
+}  // namespace velkor

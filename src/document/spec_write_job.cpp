@@ -1,0 +1,92 @@
+#include "document/spec_write_job.h"
+
+#include <utility>
+
+#include "document/fingerprint.h"
+#include "document/notifications.h"
+#include "document/output_path.h"
+#include "document/system_file_keeper.h"
+
+namespace velkor {
+
+namespace {
+
+constexpr uint32_t kFunctionsPerStopTest = 10;
+
+}  // namespace
+
+StkSpecWriteJob::StkSpecWriteJob(SpecWriteOrder order, const StkFunctionTable& functions,
+                                 Host& host, StkReporter& reporter, MessageTarget& mainWindow)
+    : StkJob(Event::Reset::kAutomatic, mainWindow),
+      order_(std::move(order)),
+      functions_(functions),
+      host_(host),
+      reporter_(reporter) {}
+
+StkSpecWriteJob::~StkSpecWriteJob() {
+  Stop();
+}
+
+void StkSpecWriteJob::Run() {
+  StkSpecWriter writer(order_.mode, order_.path, functions_, host_);
+  Post(WM_STK_SPECWRITE_START, writer.CountToWrite());
+  if (PathAllowed()) {
+    if (writer.Open()) {
+      Write(writer);
+    } else {
+      writer.PostFailure(reporter_);
+    }
+  }
+  PostEnd(WM_STK_SPECWRITE_END);
+}
+
+void StkSpecWriteJob::Abandon() {
+  try {
+    reporter_.PostWarning(MessageKey::kW9404, {order_.path});
+  } catch (...) {
+    // The warning has no room; the notification is what matters.
+  }
+  PostEnd(WM_STK_SPECWRITE_END);
+}
+
+bool StkSpecWriteJob::PathAllowed() {
+  if (!CheckOutputPath(order_.path, order_.inputs, host_, reporter_)) {
+    return false;
+  }
+  if (IsAutomatic() && !StkSystemFileKeeper(order_.path, host_, reporter_).Keep(order_.known)) {
+    reporter_.PostWarning(MessageKey::kW9402, {order_.path});
+    return false;
+  }
+  return true;
+}
+
+void StkSpecWriteJob::Write(StkSpecWriter& writer) {
+  if (!IsAutomatic()) {
+    reporter_.PostLog(MessageKey::kWritingStarted, {order_.path});
+  }
+  const WriteEnd end = writer.Write([this](uint32_t count) { return AfterFunction(count); });
+  completed_ = end == WriteEnd::kCompleted;
+  if (end == WriteEnd::kFailed) {
+    writer.PostFailure(reporter_);
+  }
+  if (!IsAutomatic()) {
+    reporter_.PostLog(completed_ ? MessageKey::kWritingCompleted : MessageKey::kWritingAborted,
+                      {order_.path});
+  } else if (completed_) {
+    written_ = FileFingerprint(host_.files, order_.path);
+  }
+}
+
+bool StkSpecWriteJob::AfterFunction(uint32_t count) {
+  if ((count - 1) % kFunctionsPerStopTest != 0) {
+    return true;
+  }
+  if (stopEvent_.Test()) {
+    SetStopped();
+    return false;
+  }
+  Post(WM_STK_SPECWRITE_PROGRESS, count);
+  return true;
+}
+
+}  // namespace velkor

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "core/recompute.h"
+#include "document/job.h"
+#include "files/spec_writer.h"
+#include "messages/reporter.h"
+#include "platform/host.h"
+
+namespace velkor {
+
+struct SpecWriteOrder {
+  StkSpecWriter::Mode mode = StkSpecWriter::Mode::kAutomatic;
+  std::string path;
+  // Files that the analysis is made from: none of them is overwritten.
+  std::vector<std::string> inputs;
+  // Automatic mode: the fingerprint of a stk system file that may be replaced as it stands. Any
+  // other content is kept beside the new file (StkSystemFileKeeper).
+  std::optional<uint64_t> known;
+};
+
+// Writes the adjustments in force into a stack size specification file. Posts its end
+// notification at every end. The function table must not change meanwhile.
+class StkSpecWriteJob : public StkJob {
+ public:
+  StkSpecWriteJob(SpecWriteOrder order, const StkFunctionTable& functions, Host& host,
+                  StkReporter& reporter, MessageTarget& mainWindow);
+  ~StkSpecWriteJob() override;
+
+  bool IsAutomatic() const { return order_.mode == StkSpecWriter::Mode::kAutomatic; }
+  // Valid after Wait or Stop: everything was written.
+  bool Completed() const { return completed_; }
+  // The fingerprint of what an automatic save that completed has written.
+  std::optional<uint64_t> Written() const { return written_; }
+
+ protected:
+  void Run() override;
+  void Abandon() override;
+
+ private:
+  // False after having reported.
+  bool PathAllowed();
+  void Write(StkSpecWriter& writer);
+  bool AfterFunction(uint32_t count);
+
+  const SpecWriteOrder order_;
+  const StkFunctionTable& functions_;
+  Host& host_;
+  StkReporter& reporter_;
+  bool completed_ = false;
+  std::optional<uint64_t> written_;
+};
+
+}  // namespace velkor

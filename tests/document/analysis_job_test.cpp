@@ -1,0 +1,149 @@
+#include "document/analysis_job.h"
+
+#include "document_host.h"
+#include "stoppable.h"
+
+namespace velkor {
+namespace {
+
+using testing::DocumentHost;
+using Job = testing::Stoppable<StkAnalysisJob>;
+
+class AnalysisJobTest : public DocumentHost {
+ protected:
+  void Load() { ASSERT_TRUE(project.Load(kProject)); }
+  void RunJob() {
+    window.monitor = nullptr;
+    job.Start();
+    job.Wait();
+    recorder.queue.Drain();
+  }
+  std::vector<uint32_t> Notifications() const {
+    std::vector<uint32_t> numbers;
+    for (const auto& [message, parameter] : window.handled) {
+      numbers.push_back(message);
+    }
+    return numbers;
+  }
+
+  StkProject project{host.host, recorder.reporter};
+  StkFileTable files{host.codePage};
+  StkFunctionTable functions{host.codePage};
+  Job job{AnalysisParts{host.host, recorder.reporter, project, files, functions}, window};
+};
+
+using Numbers = std::vector<uint32_t>;
+
+TEST_F(AnalysisJobTest, ReadsEveryModuleThatCanBeRead) {
+  PutProject({"a", "missing", "locked", "broken", "b"});
+  PutModule("a", {"main 10 g"});
+  host.files.Put(ModulePath("locked"), "");
+  host.files.Refuse(ModulePath("locked"));
+  host.files.Put(ModulePath("broken"), "no header\n");
+  PutModule("b", {"g 30"});
+  Load();
+  RunJob();
+  EXPECT_TRUE(job.Completed());
+  EXPECT_EQ(functions.Count(), 2u);
+  EXPECT_EQ(functions.UnknownCount(), 0u);
+  EXPECT_EQ(functions.Functions()[0]->callees.size(), 1u);
+  const Numbers step(5, WM_STK_ANALYSIS_STEP);
+  Numbers expected{WM_STK_ANALYSIS_START};
+  expected.insert(expected.end(), step.begin(), step.end());
+  expected.push_back(WM_STK_ANALYSIS_END);
+  EXPECT_EQ(Notifications(), expected);
+  EXPECT_EQ(window.handled[0].second, 5u);
+  EXPECT_EQ(
+      recorder.log.lines,
+      (std::vector<std::string>{
+          "C:\\p\\a.asm Reading...", "C:\\p\\a.asm Reading completed.",
+          "W9431 Cannot find CCTarn generated assembler source module file (C:\\p\\missing.asm).\n"
+          "Check \"Compiler Options\" specified for the corresponding C source file and rebuild.",
+          "C:\\p\\missing.asm Reading aborted.",
+          "W9401 Cannot open file to read (C:\\p\\locked.asm).\nCheck that the file is readable.",
+          "C:\\p\\locked.asm Reading aborted.", "C:\\p\\broken.asm Reading...",
+          "W9432 Illegal format in assembler source module file (C:\\p\\broken.asm:line 1).\n"
+          "Check the file.",
+          "C:\\p\\broken.asm Reading aborted.", "C:\\p\\b.asm Reading...",
+          "C:\\p\\b.asm Reading completed."}));
+}
+
+TEST_F(AnalysisJobTest, AModulePathMayHave255Characters) {
+  const std::string longName(251, 'x');
+  PutProject({longName, "a"});
+  PutModule("a", {"main 10"});
+  host.files.Put(ModulePath(longName), Module("x.c", {"x 1"}));
+  Load();
+  RunJob();
+  EXPECT_EQ(functions.Count(), 1u);
+  EXPECT_EQ(recorder.log.lines[0],
+            "W9407 Too long file name (" + ModulePath(longName) + ").\nThe limit is 255.");
+}
+
+TEST_F(AnalysisJobTest, WithoutAnyModuleFileNothingIsReadButTheEndIsTold) {
+  PutProject({"a", "b"});
+  Load();
+  RunJob();
+  EXPECT_FALSE(job.Completed());
+  EXPECT_EQ(Notifications(), (Numbers{WM_STK_ANALYSIS_START, WM_STK_ANALYSIS_END}));
+  ASSERT_EQ(recorder.log.lines.size(), 1u);
+  EXPECT_EQ(recorder.log.lines[0].substr(0, 66),
+            "W9430 Cannot find CCTarn generated assembler source module file.\nS");
+}
+
+TEST_F(AnalysisJobTest, AStopInsideAModuleEndsWithin100Lines) {
+  PutProject({"a", "b", "c"});
+  PutModule("a", {"main 10"});
+  PutModule("c", {"g 10"});
+  std::string lines;
+  for (int i = 0; i < 6000; ++i) {
+    lines += std::string(99, ';') + "\n";
+  }
+  host.files.Put(ModulePath("b"), Module("b.c", {"f 10"}) + lines);
+  int reads = 0;
+  host.files.OnRead(ModulePath("b"), [this, &reads] {
+    if (++reads == 2) {
+      job.RequestStop();
+    }
+  });
+  Load();
+  RunJob();
+  EXPECT_TRUE(job.Stopped());
+  EXPECT_EQ(reads, 2);
+  EXPECT_EQ(functions.Count(), 0u);
+  EXPECT_FALSE(job.EndPosted());
+  EXPECT_EQ(Notifications(),
+            (Numbers{WM_STK_ANALYSIS_START, WM_STK_ANALYSIS_STEP, WM_STK_ANALYSIS_STEP}));
+  EXPECT_EQ(recorder.log.lines.back(), "C:\\p\\b.asm Reading aborted.");
+}
+
+TEST_F(AnalysisJobTest, AStopDoesNotWaitForManyShortModules) {
+  PutProject({"a", "b", "c"});
+  for (const char* name : {"a", "b", "c"}) {
+    PutModule(name, {std::string(name) + " 10"});
+  }
+  host.files.OnRead(ModulePath("a"), [this] { job.RequestStop(); });
+  Load();
+  RunJob();
+  EXPECT_TRUE(job.Stopped());
+  EXPECT_EQ(functions.Count(), 0u);
+  EXPECT_EQ(recorder.log.lines.back(), "C:\\p\\a.asm Reading completed.");
+  EXPECT_EQ(Notifications(), (Numbers{WM_STK_ANALYSIS_START, WM_STK_ANALYSIS_STEP}));
+}
+
+TEST_F(AnalysisJobTest, RunningOutOfMemoryEndsTheJobWithEmptyTables) {
+  PutProject({"a", "b"});
+  PutModule("a", {"main 10"});
+  PutModule("b", {"g 10"});
+  host.files.OnRead(ModulePath("b"), [] { throw std::bad_alloc(); });
+  Load();
+  RunJob();
+  EXPECT_TRUE(job.Failed());
+  EXPECT_FALSE(job.Completed());
+  EXPECT_EQ(functions.Count(), 0u);
+  EXPECT_EQ(Notifications().back(), WM_STK_ANALYSIS_END);
+  EXPECT_EQ(recorder.log.lines.back(), "C:\\p\\b.asm Reading aborted.");
+}
+
+}  // namespace
+}  // namespace velkor

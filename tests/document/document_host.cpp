@@ -1,0 +1,96 @@
+#include "document_host.h"
+
+#include <sstream>
+
+namespace velkor::testing {
+
+namespace {
+
+struct Words {
+  bool isStatic = false;
+  bool indirect = false;
+  std::string name;
+  std::string frame;
+  std::vector<std::string> callees;
+};
+
+Words Split(const std::string& line) {
+  std::istringstream in(line);
+  Words words;
+  while (in >> words.name) {
+    if (words.name == "static") {
+      words.isStatic = true;
+    } else if (words.name == "indirect") {
+      words.indirect = true;
+    } else {
+      break;
+    }
+  }
+  in >> words.frame;
+  for (std::string callee; in >> callee;) {
+    words.callees.push_back(callee);
+  }
+  return words;
+}
+
+}  // namespace
+
+std::string DocumentHost::Module(const std::string& file,
+                                 const std::vector<std::string>& functions) {
+  std::string symbols;
+  std::string block = "; *** Code Information ***\n; $FILE C:\\p\\" + file + "\n;\n";
+  for (const std::string& line : functions) {
+    const Words words = Split(line);
+    symbols += "$DGS " + std::string(words.isStatic ? "STA_SYM" : "GLV_SYM") + ", _" + words.name +
+               ", 0, 0, 0, 0, 0, 02H\n";
+    block += "; $FUNC " + words.name + "()\n; CODE SIZE=12 bytes, 0, STACK_SIZE=" + words.frame +
+             " bytes\n";
+    for (const std::string& callee : words.callees) {
+      symbols += "$DGS GLV_SYM, _" + callee + ", 0, 0, 0, 0, 0, 02H\n";
+      block += "; $CALL " + callee + "()\n";
+    }
+    block += words.indirect ? "; $CALL pointer()\n" : "";
+  }
+  return "; Tarn C Compiler V3.70 Assembler Source\n" + symbols + "@@CODE DSEG\n" + block;
+}
+
+std::string DocumentHost::Lines(size_t count) {
+  std::string text;
+  for (size_t i = 0; i < count; ++i) {
+    text += ";\n";
+  }
+  return text;
+}
+
+void DocumentHost::PutProject(const std::vector<std::string>& sources) {
+  std::string text = "[ProjectManager]\nPath=C:\\p\n[SrcFile]\n";
+  for (size_t i = 0; i < sources.size(); ++i) {
+    text += "Source" + std::to_string(i + 1) + "=" + sources[i] + ".c\n";
+  }
+  host.files.Put(kProject, text);
+}
+
+void DocumentHost::PutChain() {
+  PutProject({"a", "b"});
+  host.files.Put(ModulePath("a"), Module("a.c", {"main 10 f", "f 20 g"}) + Lines(1000));
+  host.files.Put(ModulePath("b"), Module("b.c", {"g 30"}) + Lines(1000));
+}
+
+void DocumentHost::Finish() {
+  recorder.queue.RunUntil([this] {
+    return !document.IsAnalysing() && !document.IsReadingSpecifications() &&
+           !document.IsWritingSpecifications();
+  });
+  recorder.queue.Drain();
+}
+
+bool DocumentHost::Logged(const std::string& part) const {
+  for (const std::string& line : recorder.log.lines) {
+    if (line.find(part) != std::string::npos) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace velkor::testing

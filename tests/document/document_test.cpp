@@ -1,0 +1,163 @@
+#include "document/document.h"
+
+#include "core/function_text.h"
+#include "document_host.h"
+
+namespace velkor {
+namespace {
+
+using testing::DocumentHost;
+using Hints = std::vector<ViewHint>;
+
+class DocumentTest : public DocumentHost {};
+
+TEST_F(DocumentTest, AnAnalysisGoesFromTheProjectToResults) {
+  PutChain();
+  host.files.Put(kSystemFile, "f, ADD=5\r\n");
+  ASSERT_TRUE(document.OnOpenDocument(kProject));
+  EXPECT_EQ(document.PathName(), kProject);
+  EXPECT_NE(document.Project(), nullptr);
+  EXPECT_EQ(document.FunctionTable(), nullptr);
+  EXPECT_EQ(view.Take(), Hints{HINT_CLEAR});
+  EXPECT_TRUE(document.CanChangeAnalysis());
+
+  document.StartAnalysis();
+  EXPECT_TRUE(document.IsAnalysing());
+  EXPECT_FALSE(document.CanChangeAnalysis());
+  document.StartAnalysis();  // once only
+  Finish();
+  EXPECT_EQ(view.Take(), Hints{HINT_RESULTS});
+  EXPECT_TRUE(document.CanChangeAnalysis());
+  ASSERT_EQ(document.RootList()->size(), 1u);
+  EXPECT_EQ(document.RootList()->Functions()[0], Find("main"));
+  EXPECT_EQ(Total("main"), 65u);
+  EXPECT_EQ(Find("f")->adjustment->margin, 5u);
+}
+
+TEST_F(DocumentTest, AFailedOpenLeavesAnEmptyDocument) {
+  PutChain();
+  OpenAndFinish();
+  view.Take();
+  document.SetCurrentSelection(Find("f"));
+  EXPECT_FALSE(document.OnOpenDocument("C:\\p\\none.prj"));
+  EXPECT_EQ(view.Take(), Hints{HINT_CLEAR});
+  EXPECT_EQ(document.PathName(), "");
+  EXPECT_EQ(document.Project(), nullptr);
+  EXPECT_EQ(document.FunctionTable(), nullptr);
+  EXPECT_EQ(document.RootList(), nullptr);
+  EXPECT_EQ(document.CurrentSelection(), nullptr);
+  ASSERT_EQ(recorder.boxes.boxes.back().text, "E9300 Cannot find project file (C:\\p\\none.prj).");
+  document.StartAnalysis();
+  EXPECT_FALSE(document.IsAnalysing());
+  document.Recalculate();
+  EXPECT_TRUE(view.Take().empty());
+}
+
+TEST_F(DocumentTest, APathMayHave255Characters) {
+  const std::string longest = "C:\\" + std::string(248, 'p') + ".prj";
+  host.files.Put(longest, "[ProjectManager]\nPath=C:\\p\n");
+  EXPECT_TRUE(document.OnOpenDocument(longest));
+  const std::string tooLong = "C:\\" + std::string(249, 'p') + ".prj";
+  host.files.Put(tooLong, "[ProjectManager]\nPath=C:\\p\n");
+  EXPECT_FALSE(document.OnOpenDocument(tooLong));
+  EXPECT_EQ(recorder.boxes.boxes.back().text,
+            "W9407 Too long file name (" + tooLong + ").\nThe limit is 255.");
+  EXPECT_EQ(document.Project(), nullptr);
+}
+
+TEST_F(DocumentTest, RecalculateReadsEverythingAgain) {
+  PutChain();
+  recorder.reporter.SetOpenedFromCommandLine(true);
+  OpenAndFinish();
+  document.SetCurrentSelection(Find("f"));
+  view.Take();
+  PutModule("b", {"g 40"});
+  document.Recalculate();
+  EXPECT_FALSE(recorder.reporter.OpenedFromCommandLine());
+  EXPECT_EQ(document.CurrentSelection(), nullptr);
+  EXPECT_EQ(view.Take(), Hints{HINT_CLEAR});
+  Finish();
+  EXPECT_EQ(view.Take(), Hints{HINT_RESULTS});
+  EXPECT_EQ(Total("main"), 70u);
+}
+
+TEST_F(DocumentTest, ARecalculationThatFailsCanBeTriedAgain) {
+  PutChain();
+  OpenAndFinish();
+  host.files.Remove(kProject);
+  document.Recalculate();
+  EXPECT_FALSE(document.IsAnalysing());
+  EXPECT_EQ(document.Project(), nullptr);
+  EXPECT_EQ(document.PathName(), kProject);
+  PutChain();
+  document.Recalculate();
+  Finish();
+  EXPECT_EQ(Total("main"), 60u);
+}
+
+TEST_F(DocumentTest, AdjustmentsTellWhetherACalleeListChanged) {
+  PutProject({"a"});
+  PutModule("a", {"indirect main 10", "f 20", "g 30"});
+  OpenAndFinish();
+  view.Take();
+  StkFunction& main = *Find("main");
+  StkAdjustment adjustment;
+  adjustment.margin = 4;
+  EXPECT_TRUE(document.AdjustFunction(main, adjustment));
+  EXPECT_EQ(view.Take(), Hints{HINT_SIZES});
+  EXPECT_EQ(main.totalStackSize, 14u);
+  adjustment.SetCallees({Find("g")}, host.codePage);
+  EXPECT_TRUE(document.AdjustFunction(main, adjustment));
+  EXPECT_EQ(view.Take(), Hints{HINT_STRUCTURE});
+  EXPECT_EQ(main.totalStackSize, 44u);
+  EXPECT_TRUE(document.CancelAdjustment(main));
+  EXPECT_EQ(view.Take(), Hints{HINT_STRUCTURE});
+  EXPECT_TRUE(document.CancelAdjustment(main));
+  EXPECT_EQ(view.Take(), Hints{HINT_SIZES});
+  EXPECT_TRUE(document.AdjustFunction(main, adjustment));
+  view.Take();
+  EXPECT_TRUE(document.CancelAllAdjustments());
+  EXPECT_EQ(view.Take(), Hints{HINT_STRUCTURE});
+  EXPECT_EQ(main.totalStackSize, 10u);
+}
+
+TEST_F(DocumentTest, LoadingAUsersFileReturnsToReading) {
+  PutChain();
+  OpenAndFinish();
+  view.Take();
+  host.files.Put("C:\\u.txt", "g, ADD=7\n");
+  EXPECT_TRUE(document.LoadSpecFile("C:\\u.txt", false));
+  EXPECT_TRUE(document.IsReadingSpecifications());
+  EXPECT_FALSE(document.LoadSpecFile("C:\\u.txt", false));
+  EXPECT_FALSE(document.CancelAllAdjustments());
+  Finish();
+  EXPECT_EQ(view.Take(), Hints{HINT_RESULTS});
+  EXPECT_EQ(Total("main"), 67u);
+  EXPECT_TRUE(Logged("C:\\u.txt Reading completed."));
+  EXPECT_FALSE(host.files.Get(kSystemFile).has_value());
+}
+
+TEST_F(DocumentTest, WhatChangesAnAnalysisNeedsOne) {
+  EXPECT_FALSE(document.LoadSpecFile("C:\\u.txt"));
+  EXPECT_FALSE(document.CancelAllAdjustments());
+  PutChain();
+  Open();
+  document.StopAnalysis();
+  EXPECT_FALSE(document.LoadSpecFile("C:\\u.txt"));
+  EXPECT_FALSE(document.CancelAllAdjustments());
+  EXPECT_FALSE(host.files.Get(kSystemFile).has_value());
+}
+
+TEST_F(DocumentTest, OnlyOtherViewsHearOfAView) {
+  testing::RecordingView other;
+  document.AddView(other);
+  document.UpdateAllViews(&view, HINT_SELECTION);
+  EXPECT_TRUE(view.Take().empty());
+  EXPECT_EQ(other.Take(), Hints{HINT_SELECTION});
+  document.RemoveView(other);
+  document.UpdateAllViews(nullptr, HINT_SIZES);
+  EXPECT_TRUE(other.Take().empty());
+}
+
+}  // namespace
+}  // namespace velkor

@@ -1,0 +1,243 @@
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "document_host.h"
+
+namespace velkor {
+namespace {
+
+using testing::DocumentHost;
+
+class SavingTest : public DocumentHost {
+ protected:
+  void PutAdjustable() {
+    PutProject({"a"});
+    PutModule("a", {"main 10 f outside", "f 20"});
+  }
+  void Adjust(const char* name, uint32_t margin) {
+    StkAdjustment adjustment;
+    adjustment.margin = margin;
+    ASSERT_TRUE(document.AdjustFunction(*Find(name), adjustment));
+  }
+  std::string SystemFile() { return host.files.Get(kSystemFile).value_or("none"); }
+  std::string Backup(const std::string& suffix) {
+    return host.files.Get(std::string(kSystemFile) + suffix).value_or("none");
+  }
+  size_t Count(uint32_t message) const {
+    return static_cast<size_t>(
+        std::count_if(window.handled.begin(), window.handled.end(),
+                      [message](const auto& handled) { return handled.first == message; }));
+  }
+};
+
+TEST_F(SavingTest, EveryChangeIsSavedAndComesBack) {
+  PutAdjustable();
+  OpenAndFinish();
+  Adjust("f", 5);
+  Finish();
+  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n");
+  document.Recalculate();
+  Finish();
+  EXPECT_EQ(Total("main"), 35u);
+  EXPECT_TRUE(document.CancelAdjustment(*Find("f")));
+  Finish();
+  EXPECT_EQ(SystemFile(), "");
+  window.handled.clear();
+  EXPECT_TRUE(document.CancelAllAdjustments());  // nothing changes, and is saved all the same
+  Finish();
+  EXPECT_EQ(Count(WM_STK_SPECWRITE_END), 1u);
+  EXPECT_EQ(Backup(".bak"), "none");
+  EXPECT_EQ(host.files.Paths().size(), 3u);
+}
+
+TEST_F(SavingTest, AnAdjustmentSurvivesARecalculationAndTheEndRightAfterIt) {
+  PutAdjustable();
+  OpenAndFinish();
+  Adjust("f", 5);
+  document.Recalculate();
+  Finish();
+  EXPECT_EQ(Total("main"), 35u);
+  {
+    CStkDoc second(host.host, recorder.reporter, window);
+    ASSERT_TRUE(second.OnOpenDocument(kProject));
+    second.StartAnalysis();
+    window.monitor = nullptr;
+    while (second.IsAnalysing() || second.IsReadingSpecifications()) {
+      second.FinishAnalysis();
+      second.FinishSpecRead();
+    }
+    StkAdjustment adjustment;
+    adjustment.margin = 9;
+    ASSERT_TRUE(
+        second.AdjustFunction(*second.FunctionTable()->FindBySpecName("", "f", false), adjustment));
+  }
+  EXPECT_EQ(SystemFile(), "f, ADD=9\r\n");
+}
+
+TEST_F(SavingTest, RequestsDuringASaveBecomeOne) {
+  PutAdjustable();
+  OpenAndFinish();
+  Adjust("f", 5);
+  Finish();
+  Event reached(Event::Reset::kAutomatic);
+  Event go(Event::Reset::kManual);
+  host.files.OnRead(kSystemFile, [&] {  // the save looks at the old file first
+    reached.Set();
+    go.Wait();
+  });
+  window.handled.clear();
+  document.SaveSystemFile();
+  reached.Wait();
+  document.SaveSystemFile();
+  document.SaveSystemFile();
+  go.Set();
+  Finish();
+  EXPECT_EQ(Count(WM_STK_SPECWRITE_START), 2u);
+  EXPECT_EQ(Count(WM_STK_SPECWRITE_END), 2u);
+}
+
+TEST_F(SavingTest, AStoppedAutomaticSaveIsMadeUpFor) {
+  PutAdjustable();
+  host.files.Put(kSystemFile, "main, ADD=1\r\n");
+  OpenAndFinish();
+  Event reached(Event::Reset::kAutomatic);
+  Event go(Event::Reset::kManual);
+  std::vector<std::string> written;
+  host.files.OnRead(kSystemFile, [&] {
+    reached.Set();
+    go.Wait();
+  });
+  Adjust("f", 5);
+  reached.Wait();
+  recorder.queue.Drain();
+  EXPECT_TRUE(monitor.CanStop());
+  std::thread release([&go] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    go.Set();
+  });
+  monitor.Stop();
+  release.join();
+  EXPECT_FALSE(document.IsWritingSpecifications());
+  EXPECT_EQ(SystemFile(), "main, ADD=1\r\n");
+  recorder.queue.Drain();
+  document.Recalculate();
+  EXPECT_EQ(SystemFile(), "main, ADD=1\r\nf, ADD=5\r\n");
+  Finish();
+  EXPECT_EQ(Total("main"), 36u);
+}
+
+TEST_F(SavingTest, LoadingAUsersFileRewritesTheSystemFile) {
+  PutAdjustable();
+  OpenAndFinish();
+  host.files.Put("C:\\u.txt", "f, ADD=7\n");
+  ASSERT_TRUE(document.LoadSpecFile("C:\\u.txt"));
+  Finish();
+  EXPECT_EQ(SystemFile(), "f, ADD=7\r\n");
+}
+
+TEST_F(SavingTest, AUsersFileListsUnknownFunctionsToo) {
+  PutAdjustable();
+  OpenAndFinish();
+  Adjust("f", 5);
+  ASSERT_TRUE(document.SaveSpecFile("C:\\mine.txt"));
+  Finish();
+  EXPECT_EQ(host.files.Get("C:\\mine.txt"), "f, ADD=5\r\n[outside]\r\n");
+  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n");
+  EXPECT_TRUE(Logged("C:\\mine.txt Writing..."));
+  EXPECT_TRUE(Logged("C:\\mine.txt Writing completed."));
+}
+
+TEST_F(SavingTest, NothingThatTheAnalysisIsMadeFromIsOverwritten) {
+  PutAdjustable();
+  host.files.Put(kSystemFile, "f, ADD=5\r\n");
+  OpenAndFinish();
+  const std::string tooLong = "C:\\" + std::string(253, 'x');
+  for (const std::string& path :
+       {std::string(kProject), ModulePath("a"), std::string(kSystemFile), tooLong}) {
+    SCOPED_TRACE(path);
+    const auto before = host.files.Get(path);
+    recorder.log.lines.clear();
+    window.handled.clear();
+    ASSERT_TRUE(document.SaveSpecFile(path));
+    Finish();
+    EXPECT_EQ(host.files.Get(path), before);
+    EXPECT_EQ(Count(WM_STK_SPECWRITE_END), 1u);
+    ASSERT_EQ(recorder.log.lines.size(), 1u);
+    EXPECT_EQ(recorder.log.lines[0].substr(0, 5), path == tooLong ? "W9407" : "W9402");
+  }
+}
+
+TEST_F(SavingTest, AProjectThatIsItsOwnSystemFileIsNotOverwritten) {
+  host.files.Put("C:\\p\\odd.psg", "[ProjectManager]\nPath=C:\\p\n[SrcFile]\nSource1=a.c\n");
+  PutModule("a", {"f 20"});
+  recorder.boxes.answerWith = [](const testing::RecordingBoxes::Box& box) {
+    return box.buttons == BoxButtons::kAbortRetryIgnore ? BoxAnswer::kAbort : BoxAnswer::kOk;
+  };
+  ASSERT_TRUE(document.OnOpenDocument("C:\\p\\odd.psg"));
+  document.StartAnalysis();
+  Finish();
+  const auto before = host.files.Get("C:\\p\\odd.psg");
+  Adjust("f", 5);
+  Finish();
+  EXPECT_EQ(host.files.Get("C:\\p\\odd.psg"), before);
+  EXPECT_TRUE(Logged("W9402"));
+}
+
+TEST_F(SavingTest, WhatCouldNotBeTakenIsKeptBesideTheNewFile) {
+  PutAdjustable();
+  const std::string old = "f, ADD=1\r\nlost.c#g, ADD=4\r\n";
+  host.files.Put(kSystemFile, old);
+  OpenAndFinish();
+  Adjust("f", 5);
+  Finish();
+  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n");
+  EXPECT_EQ(Backup(".bak"), old);
+  EXPECT_TRUE(Logged("C:\\p\\app.psg.bak Writing completed."));
+  Adjust("f", 6);
+  Finish();
+  EXPECT_EQ(Backup(".bak2"), "none");
+
+  // Another program has written it meanwhile.
+  host.files.Put(kSystemFile, "main, ADD=1\r\n");
+  Adjust("f", 7);
+  Finish();
+  EXPECT_EQ(Backup(".bak"), old);
+  EXPECT_EQ(Backup(".bak2"), "main, ADD=1\r\n");
+}
+
+TEST_F(SavingTest, ASystemFileThatCannotBeKeptIsNotReplaced) {
+  PutAdjustable();
+  const std::string old = "f, ADD=1\r\nlost.c#g, ADD=4\r\n";
+  host.files.Put(kSystemFile, old);
+  OpenAndFinish();
+  host.files.Refuse(std::string(kSystemFile) + ".bak");
+  Adjust("f", 5);
+  Finish();
+  EXPECT_EQ(SystemFile(), old);
+  EXPECT_TRUE(Logged("W9402 Cannot open file to write (C:\\p\\app.psg)."));
+  EXPECT_EQ(Find("f")->adjustment->margin, 5u);
+
+  host.files.Refuse(kSystemFile);
+  document.Recalculate();
+  Finish();
+  EXPECT_TRUE(Logged("W9429"));
+  Adjust("f", 5);
+  Finish();
+  EXPECT_EQ(SystemFile(), old);
+}
+
+TEST_F(SavingTest, AFullDiskKeepsTheOldFileAndSaysSo) {
+  PutAdjustable();
+  host.files.Put(kSystemFile, "f, ADD=1\r\n");
+  OpenAndFinish();
+  host.files.SetCapacity(3);
+  Adjust("main", 5);
+  Finish();
+  EXPECT_EQ(SystemFile(), "f, ADD=1\r\n");
+  EXPECT_TRUE(Logged("W9404 File write error (C:\\p\\app.psg)."));
+  EXPECT_EQ(host.files.Paths().size(), 3u);
+}
+
+}  // namespace
+}  // namespace velkor

@@ -1,0 +1,234 @@
+#include "document/spec_read_job.h"
+
+#include <algorithm>
+#include <chrono>
+#include <thread>
+
+#include "core/recompute.h"
+#include "document/fingerprint.h"
+#include "document_host.h"
+#include "stoppable.h"
+#include "support/graph.h"
+
+namespace velkor {
+namespace {
+
+using testing::Graph;
+using testing::QueuedMainWindow;
+using testing::Recorder;
+using testing::TestHost;
+using Job = testing::Stoppable<StkSpecReadJob>;
+using Posted = std::vector<std::pair<uint32_t, uint64_t>>;
+
+constexpr const char* kUser = "C:\\user.txt";
+constexpr const char* kSystem = "C:\\app.psg";
+constexpr const char* kTable = "C:\\table.txt";
+
+class SpecReadJobTest : public ::testing::Test {
+ protected:
+  void Add(SpecificationKind kind, const std::string& path) {
+    if (kind == SpecificationKind::kSystemFile) {
+      sources.push_back(std::make_unique<StkSystemFileReader>(path, host.host, recorder.reporter));
+    } else {
+      sources.push_back(std::make_unique<StkSpecReader>(kind, path, host.host, recorder.reporter));
+    }
+  }
+  Job& Make() {
+    job = std::make_unique<Job>(std::move(sources), graph.functions, roots, recorder.reporter,
+                                window);
+    return *job;
+  }
+  void Run() {
+    Make().Start();
+    // Questions are answered while the job runs.
+    recorder.queue.RunUntil([this] { return job->EndPosted(); });
+    job->Wait();
+    recorder.queue.Drain();
+  }
+  // The totals of an analysis whose tables have been read.
+  void Compute() { Recompute(graph.functions, roots, true, nullptr, nullptr, recorder.reporter); }
+  size_t PendingCount() {
+    return static_cast<size_t>(
+        std::count_if(graph.functions.Functions().begin(), graph.functions.Functions().end(),
+                      [](const auto& function) { return function->pendingAdjustment != nullptr; }));
+  }
+
+  TestHost host;
+  Recorder recorder{host.codePage};
+  QueuedMainWindow window{recorder.queue};
+  Graph graph{"main 10 -> f lib\nf 20 -> f\n? x\nh 5 -> lib2\n"};
+  StkRootList roots;
+  std::vector<std::unique_ptr<StkSpecReader>> sources;
+  std::unique_ptr<Job> job;
+};
+
+TEST_F(SpecReadJobTest, AppliesEachSourceAndTellsItsCourse) {
+  host.files.Put(kTable, "[lib], ADD=50\n");
+  std::string user = "f, RECTIME=3\n";
+  for (int i = 0; i < 9; ++i) {
+    user += "#2345\n";
+  }
+  host.files.Put(kUser, user);
+  Add(SpecificationKind::kLibraryTable, kTable);
+  Add(SpecificationKind::kSystemFile, kSystem);
+  Add(SpecificationKind::kUserFile, kUser);
+  Run();
+  EXPECT_EQ(graph["main"].totalStackSize, 70u);
+  EXPECT_EQ(graph["f"].totalStackSize, 60u);
+  EXPECT_EQ(window.handled, (Posted{{WM_STK_SPECREAD_START, 0},
+                                    {WM_STK_SPECREAD_FILE, 14},
+                                    {WM_STK_SPECREAD_FILE_END, 0},
+                                    {WM_STK_SPECREAD_FILE, user.size()},
+                                    {WM_STK_SPECREAD_PROGRESS, user.size()},
+                                    {WM_STK_SPECREAD_FILE_END, 0},
+                                    {WM_STK_SPECREAD_END, 0}}));
+  EXPECT_EQ(recorder.log.lines,
+            (std::vector<std::string>{
+                "C:\\table.txt Reading...", "C:\\table.txt Reading completed.",
+                "C:\\user.txt Reading...", "C:\\user.txt Reading completed.",
+                "Stack size specification of f adjusted. Recursion depth is set to 3."}));
+}
+
+TEST_F(SpecReadJobTest, TheTotalsAreComputedWhenNothingCanBeOpened) {
+  Add(SpecificationKind::kSystemFile, kSystem);
+  Add(SpecificationKind::kUserFile, kUser);
+  Add(SpecificationKind::kUserFile, "C:\\" + std::string(253, 'x'));
+  Run();
+  EXPECT_EQ(roots.size(), 3u);
+  EXPECT_EQ(graph["main"].totalStackSize, 30u);
+  EXPECT_EQ(window.handled, (Posted{{WM_STK_SPECREAD_START, 0}, {WM_STK_SPECREAD_END, 0}}));
+}
+
+TEST_F(SpecReadJobTest, AStopDiscardsTheInterruptedSourceAndStillComputes) {
+  for (const bool computed : {false, true}) {
+    std::string text = "f, ADD=1000\n";
+    text.append(3 * 10240, '\n');
+    host.files.Put(kUser, text);
+    int reads = 0;
+    host.files.OnRead(kUser, [this, &reads] {
+      if (++reads == 2) {
+        job->RequestStop();
+      }
+    });
+    roots.Clear();
+    if (computed) {
+      Compute();
+    }
+    Add(SpecificationKind::kUserFile, kUser);
+    Add(SpecificationKind::kUserFile, kTable);
+    Make().Start();
+    job->Wait();
+    window.handled.clear();
+    recorder.queue.Drain();
+    EXPECT_TRUE(job->Stopped());
+    EXPECT_EQ(reads, 2);
+    EXPECT_EQ(graph["main"].totalStackSize, 30u);
+    EXPECT_EQ(graph["f"].adjustment, nullptr);
+    EXPECT_EQ(PendingCount(), 0u);
+    EXPECT_EQ(graph.functions.AdjustedCount(), 0u);
+    EXPECT_EQ(window.handled.back().first, WM_STK_SPECREAD_PROGRESS);
+    EXPECT_EQ(recorder.log.lines.back(), "C:\\user.txt Reading aborted.");
+  }
+}
+
+TEST_F(SpecReadJobTest, AStopEndsAQuestionThatNobodyAnswers) {
+  host.files.Put(kUser, "f, ADD=5\nf, ADD=6\nf, ADD=7\n");
+  Compute();
+  Add(SpecificationKind::kUserFile, kUser);
+  Make().Start();
+  while (window.lastPosted != WM_STK_SPECREAD_FILE) {
+    std::this_thread::yield();
+  }
+  std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  job->Stop();
+  recorder.queue.Drain();
+  EXPECT_EQ(graph["f"].totalStackSize, 20u);
+  EXPECT_EQ(PendingCount(), 0u);
+}
+
+TEST_F(SpecReadJobTest, AbortIgnoresTheWholeFile) {
+  host.files.Put(kUser, "f, ADD=5\nbroken line\nh, ADD=7\n");
+  recorder.boxes.answerWith = [](const testing::RecordingBoxes::Box&) { return BoxAnswer::kAbort; };
+  Compute();
+  Add(SpecificationKind::kUserFile, kUser);
+  Run();
+  EXPECT_EQ(graph["f"].totalStackSize, 20u);
+  EXPECT_EQ(graph["h"].totalStackSize, 5u);
+  EXPECT_EQ(PendingCount(), 0u);
+  EXPECT_EQ(recorder.log.lines.back(), "C:\\user.txt Reading aborted.");
+}
+
+TEST_F(SpecReadJobTest, TotalsContainWhatABrokenTableSetBefore) {
+  host.files.Put(kTable, "[lib2], ADD=50\n[lib2], what\n[x], ADD=9\n");
+  Compute();
+  Add(SpecificationKind::kLibraryTable, kTable);
+  Run();
+  EXPECT_EQ(graph["h"].totalStackSize, 55u);
+  EXPECT_EQ(graph["x"].totalStackSize, 0u);
+  EXPECT_TRUE(graph["x"].IsUnknown());
+}
+
+TEST_F(SpecReadJobTest, AFileHas32767Lines) {
+  std::string text = "f, ADD=1\n" + std::string(32765, '\n') + "h, ADD=2\n";
+  host.files.Put(kUser, text);
+  Add(SpecificationKind::kUserFile, kUser);
+  Run();
+  EXPECT_EQ(graph["h"].totalStackSize, 7u);
+  EXPECT_EQ(recorder.log.lines[1], "C:\\user.txt Reading completed.");
+  recorder.log.lines.clear();
+  host.files.Put(kUser, text + "h, ADD=3\n");
+  Add(SpecificationKind::kUserFile, kUser);
+  Run();
+  EXPECT_EQ(graph["h"].totalStackSize, 7u);
+  EXPECT_EQ(recorder.log.lines[1],
+            "W9406 Too many lines in file (C:\\user.txt).\nThe limit is 32767.");
+  EXPECT_EQ(recorder.log.lines[2], "C:\\user.txt Reading aborted.");
+}
+
+TEST_F(SpecReadJobTest, TheStkSystemFileCountsAsTakenOnlyWhole) {
+  struct Case {
+    const char* text;
+    bool taken;
+  };
+  const Case cases[] = {
+      {"", true},
+      {"# by hand\n\n  \nf, ADD=5, RECTIME=2\nh, CALL=f\nmain\n", true},
+      {"f, ADD=5\ngone.c#g, ADD=4\n", false},  // a module that could not be read this time
+      {"h, ADD=5, CALL=gone\n", false},        // the same of a callee
+      {"f, ADD=5\nh, RECTIME=3\n", false},     // no recursion this time
+      {"f, ADD=5\nbroken line\nh, ADD=3\n", false},
+  };
+  for (const Case& test : cases) {
+    SCOPED_TRACE(test.text);
+    host.files.Put(kSystem, test.text);
+    Add(SpecificationKind::kSystemFile, kSystem);
+    Run();
+    EXPECT_EQ(job->TakenSystemFile().has_value(), test.taken);
+    if (test.taken) {
+      EXPECT_EQ(job->TakenSystemFile(), FileFingerprint(host.files, kSystem));
+    }
+  }
+  host.files.Refuse(kSystem);
+  Add(SpecificationKind::kSystemFile, kSystem);
+  Run();
+  EXPECT_FALSE(job->TakenSystemFile());
+}
+
+TEST_F(SpecReadJobTest, RunningOutOfMemoryKeepsTheTotalsComputed) {
+  host.files.Put(kUser, "f, ADD=5\n" + std::string(10240, '\n'));
+  int reads = 0;
+  host.files.OnRead(kUser, [&reads] {
+    if (++reads == 2) {
+      throw std::bad_alloc();
+    }
+  });
+  Add(SpecificationKind::kUserFile, kUser);
+  Run();
+  EXPECT_TRUE(job->Failed());
+  EXPECT_EQ(PendingCount(), 0u);
+  EXPECT_EQ(graph["main"].totalStackSize, 30u);
+  EXPECT_EQ(window.handled.back().first, WM_STK_SPECREAD_END);
+}
+
+}  // namespace
+}  // namespace velkor
