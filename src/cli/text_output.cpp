@@ -1,5 +1,6 @@
 #include "cli/text_output.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 
 #include "cli/chain_output.h"
@@ -16,9 +17,15 @@ void WriteHead(const AnalysisResult& result, ResultOutput& output) {
       fmt::format("Compiler   {}\n", result.compilerVersion
                                          ? result.compilerName + " V" + *result.compilerVersion
                                          : "unknown: no module was read"));
-  output.Write(fmt::format("Functions  {}, {} of them top-level, {} unknown, {} adjusted\n",
-                           functions.Count(), result.roots.size(), functions.UnknownCount(),
-                           functions.AdjustedCount()));
+  const auto uncertain =
+      std::count_if(result.roots.begin(), result.roots.end(),
+                    [&result](const StkFunction* root) { return !result.IsComplete(*root); });
+  output.Write(
+      fmt::format("Functions  {}, {} of them top-level\n", functions.Count(), result.roots.size()));
+  if (uncertain > 0) {
+    output.Write(
+        fmt::format("Uncertain  {} of the top-level totals are only lower bounds\n", uncertain));
+  }
 }
 
 }  // namespace

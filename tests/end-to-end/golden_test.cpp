@@ -1,0 +1,68 @@
+#include <cstdlib>
+#include <gtest/gtest.h>
+
+#include "program.h"
+#include "scratch_folder.h"
+
+namespace velkor {
+namespace {
+
+using testing::Program;
+using testing::ProgramRun;
+
+const std::string kSource = VELKOR_SOURCE_DIR;
+const std::string kFirmware = kSource + "/examples/firmware/app.prj";
+
+// Golden files do not know where this checkout and its build are.
+std::string WithoutPlaces(std::string text) {
+  const auto replace = [&text](const std::string& place, const std::string& name) {
+    for (size_t at = text.find(place); at != std::string::npos; at = text.find(place, at)) {
+      text.replace(at, place.size(), name);
+    }
+  };
+  replace(VELKOR_BUILD_DIR, "{build}");
+  replace(kSource, "{source}");
+  return text;
+}
+
+void ExpectGolden(const std::string& name, const std::string& output) {
+  const std::string path = kSource + "/tests/end-to-end/golden/" + name;
+  const std::string text = WithoutPlaces(output);
+  if (std::getenv("VELKOR_UPDATE_GOLDEN") != nullptr) {
+    testing::WriteFile(path, text);
+  }
+  EXPECT_EQ(text, testing::ReadFile(path)) << "VELKOR_UPDATE_GOLDEN=1 writes " << path;
+}
+
+TEST(Golden, FirmwareInEveryFormat) {
+  const ProgramRun text = Program({"analyze", kFirmware}).Run();
+  EXPECT_EQ(text.status, 0) << text.err;
+  ExpectGolden("firmware.txt", text.out);
+  ExpectGolden("firmware.log", text.err);
+  ExpectGolden("firmware.json", Program({"analyze", kFirmware, "--format", "json"}).Run().out);
+  ExpectGolden("firmware.csv", Program({"analyze", "--format=csv", kFirmware}).Run().out);
+}
+
+TEST(Golden, ASpecificationFileSettlesWhatIsUncertain) {
+  const std::string limits = kSource + "/examples/firmware/limits.txt";
+  const ProgramRun run = Program({"analyze", kFirmware, "--load", limits}).Run();
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out.find("≥"), run.out.rfind("≥")) << "only in the legend";
+  ExpectGolden("firmware-limits.txt", run.out);
+}
+
+TEST(Golden, ARealProgramGivesTheSameBytesOnEveryRun) {
+  const std::string lua = kSource + "/examples/lua/app.prj";
+  for (const std::string format : {"text", "json", "csv"}) {
+    const ProgramRun first = Program({"analyze", lua, "--format", format}).Run();
+    const ProgramRun second =
+        Program({"analyze", lua, "--format", format}).With("HOME", "/elsewhere").In("/").Run();
+    EXPECT_EQ(first.status, 0) << first.err;
+    EXPECT_GT(first.out.size(), 10000U);
+    EXPECT_EQ(first.out, second.out) << format;
+    EXPECT_EQ(first.err, second.err) << format;
+  }
+}
+
+}  // namespace
+}  // namespace velkor

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace velkor::testing {
+
+struct ProgramRun {
+  int status = -1;  // exit status; 1000 plus the signal when one ended it
+  std::string out;
+  std::string err;
+
+  // Whether standard error holds exactly this line.
+  bool Says(std::string_view line) const;
+};
+
+// The built command line program, run as its users run it.
+class Program {
+ public:
+  explicit Program(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {}
+
+  Program& In(const std::string& folder);
+  Program& With(const std::string& variable, const std::string& value);
+  // Standard output goes to this file, or nowhere at all, or to a pipe that nobody reads.
+  Program& OutputTo(const std::string& path);
+  Program& OutputClosed();
+  Program& OutputToBrokenPipe();
+  // Sends it this signal once standard error holds the text.
+  Program& SignalOn(std::string_view text, int signalNumber);
+
+  ProgramRun Run();
+
+ private:
+  enum class Output { kCaptured, kFile, kClosed, kBrokenPipe };
+
+  [[noreturn]] void Become(const std::string& out, const std::string& err) const;
+  void ConnectOutput(const std::string& out) const;
+  int Wait(int process, const std::string& err) const;
+
+  std::vector<std::string> arguments_;
+  std::string folder_ = ".";
+  std::map<std::string, std::string> environment_ = {{"LC_ALL", "C.UTF-8"}, {"VELKOR_MAP", ""}};
+  Output output_ = Output::kCaptured;
+  std::string outputPath_;
+  std::string signalText_;
+  int signalNumber_ = 0;
+};
+
+}  // namespace velkor::testing
