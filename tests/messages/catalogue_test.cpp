@@ -1,7 +1,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
-#include <regex>
 #include <sstream>
 #include <string>
 
@@ -19,11 +18,13 @@ std::string ReadSource(const std::string& path) {
 
 // Name to number, as the enumeration states them.
 std::map<std::string, uint32_t> AllKeys() {
-  const std::string source = ReadSource("messages/message_key.h");
-  const std::regex entry(R"(\bk(\w+) = (\d+),)");
+  std::istringstream lines(ReadSource("messages/message_key.h"));
   std::map<std::string, uint32_t> keys;
-  for (std::sregex_iterator i(source.begin(), source.end(), entry), end; i != end; ++i) {
-    keys[(*i)[1]] = static_cast<uint32_t>(std::stoul((*i)[2]));
+  for (std::string line; std::getline(lines, line);) {
+    const size_t equals = line.find(" = ");
+    if (line.starts_with("  k") && equals != std::string::npos) {
+      keys[line.substr(3, equals - 3)] = static_cast<uint32_t>(std::stoul(line.substr(equals + 3)));
+    }
   }
   return keys;
 }
