@@ -6,6 +6,8 @@ target_compile_options(velkor_compile INTERFACE
   -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef -Werror)
 if(VELKOR_SANITIZE)
   target_compile_options(velkor_compile INTERFACE
-    -fsanitize=${VELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+    -fsanitize=${VELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1
+    # The sanitizers' own code makes g++ 12 see uninitialised values in the standard library.
+    -Wno-maybe-uninitialized)
   target_link_options(velkor_compile INTERFACE -fsanitize=${VELKOR_SANITIZE})
 endif()
