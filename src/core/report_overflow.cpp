@@ -10,7 +10,7 @@ namespace {
 void ReportIfOver(const StkFunction& function, std::string_view name, MessageKey key,
                   StkReporter& reporter) {
   if (function.totalStackSize == kOverSize) {
-    reporter.ShowWarning(key, {name, reporter.Messages().Text(MessageKey::kSizeLimit), name});
+    reporter.ShowWarning(key, {name, reporter.Messages().Text(MessageKey::kSizeLimitText), name});
   }
 }
 

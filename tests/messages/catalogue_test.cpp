@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <map>
@@ -94,6 +95,24 @@ TEST_F(Catalogue, CodedMessagesBeginWithTheCodeOfTheirKey) {
   EXPECT_TRUE(messages_.Text(MessageKey::kW9432NoLine).starts_with("W9432 "));
 }
 
+TEST_F(Catalogue, TheJapaneseSetHasEveryTextWithTheSameArguments) {
+  const StkMessages japanese(codePage_, {StkMessages::JapaneseCatalogue()});
+  const CodePage shiftJis = CodePage::ShiftJis();
+  const StkMessages converted(shiftJis, {StkMessages::JapaneseCatalogue()});
+  for (const auto& [name, key] : AllKeys()) {
+    const std::string_view english = messages_.Text(MessageKey{key});
+    const std::string_view text = japanese.Text(MessageKey{key});
+    EXPECT_EQ(PlaceholderKinds(text), ArgumentKinds(key)) << name;
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'),
+              std::count(english.begin(), english.end(), '\n'))
+        << name;
+    if (english.size() > 5 && english[5] == ' ' && key < 41000) {
+      EXPECT_EQ(text.substr(0, 6), english.substr(0, 6)) << name;
+    }
+    EXPECT_EQ(shiftJis.ToUtf8(converted.Text(MessageKey{key})), text) << name;
+  }
+}
+
 TEST_F(Catalogue, HoldsNoLineThatNoKeyNames) {
   std::istringstream lines(ReadSource("resources/catalogue.en.txt"));
   std::map<uint32_t, int> left;
@@ -114,7 +133,7 @@ TEST_F(Catalogue, FullTexts) {
   const auto format = [this](MessageKey key, MessageArguments arguments) {
     return messages_.FormatMessageText(key, arguments);
   };
-  const std::string_view limit = messages_.Text(MessageKey::kSizeLimit);
+  const std::string_view limit = messages_.Text(MessageKey::kSizeLimitText);
   EXPECT_EQ(format(MessageKey::kW9465, {"main", limit, "main"}),
             "W9465 Total stack size exceeds 65535 in function (main).\nReduce recursion depth.");
   EXPECT_EQ(format(MessageKey::kW9427, {"C:\\d\\lt.txt", "velkor", "lt.txt"}),
