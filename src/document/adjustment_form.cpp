@@ -1,0 +1,139 @@
+#include "document/adjustment_form.h"
+
+#include <algorithm>
+
+#include "files/numbers.h"
+
+namespace velkor {
+
+namespace {
+
+// None for a text that counts as empty. Only for texts that were accepted.
+std::optional<uint32_t> StatedNumber(std::string_view text) {
+  uint32_t value = 0;
+  char wrong = 0;
+  const bool stated = ParseNumberText(text, value, wrong) == NumberResult::kOk;
+  return stated ? std::optional(value) : std::nullopt;
+}
+
+}  // namespace
+
+AdjustmentForm::AdjustmentForm(const StkFunctionTable& functions, const StkFunction& function)
+    : functions_(functions),
+      function_(function),
+      addedCallees_(function.extraCallees),
+      canReset_(function.adjustment != nullptr),
+      recursionEnabled_(function.Is(FN_RECURSIVE)) {
+  if (const StkAppliedAdjustment* inForce = function.adjustment.get()) {
+    marginText_ = inForce->margin == kNoMargin ? "" : std::to_string(inForce->margin);
+    depthText_ = inForce->depth == kNoDepth ? "" : std::to_string(inForce->depth);
+  } else if (ShowsLibrarySize()) {
+    marginText_ = std::to_string(function.librarySize);
+  }
+}
+
+bool AdjustmentForm::CanAdd(const StkFunction& callee) const {
+  return !function_.CallsDirectly(callee) && !CanDelete(callee);
+}
+
+bool AdjustmentForm::CanDelete(const StkFunction& callee) const {
+  return std::find(addedCallees_.begin(), addedCallees_.end(), &callee) != addedCallees_.end();
+}
+
+int AdjustmentForm::Add(StkFunction& callee) {
+  if (IsFull()) {
+    return -1;
+  }
+  recursionEnabled_.reset();
+  return InsertByName(addedCallees_, callee, functions_.GetCodePage());
+}
+
+int AdjustmentForm::Delete(const StkFunction& callee) {
+  recursionEnabled_.reset();
+  return RemoveFunction(addedCallees_, callee);
+}
+
+void AdjustmentForm::DeleteAll() {
+  recursionEnabled_.reset();
+  addedCallees_.clear();
+}
+
+bool AdjustmentForm::RecursionEnabled() const {
+  if (!recursionEnabled_) {
+    recursionEnabled_ = IsRecursiveWith(functions_, function_, addedCallees_);
+  }
+  return *recursionEnabled_;
+}
+
+void AdjustmentForm::Reset() {
+  marginText_ = ShowsLibrarySize() ? std::to_string(function_.librarySize) : "";
+  depthText_.clear();
+  DeleteAll();
+  canReset_ = false;
+}
+
+std::optional<AdjustmentForm::Refusal> AdjustmentForm::Validate() const {
+  const std::optional<Refusal> refusal = ValidateMargin();
+  return refusal ? refusal : ValidateDepth();
+}
+
+std::optional<AdjustmentForm::Refusal> AdjustmentForm::ValidateMargin() const {
+  uint32_t value = 0;
+  char wrong = 0;
+  const NumberResult result = ParseNumberText(marginText_, value, wrong);
+  if (result == NumberResult::kNoNumber) {
+    return Refusal{MessageKey::kW9462, wrong, Field::kMargin};
+  }
+  if (result == NumberResult::kTooLarge || (result == NumberResult::kOk && value > kSizeLimit)) {
+    return Refusal{MessageKey::kW9464, 0, Field::kMargin};
+  }
+  return std::nullopt;
+}
+
+std::optional<AdjustmentForm::Refusal> AdjustmentForm::ValidateDepth() const {
+  uint32_t value = 0;
+  char wrong = 0;
+  const NumberResult result = ParseNumberText(depthText_, value, wrong);
+  if (result == NumberResult::kNoNumber) {
+    return Refusal{MessageKey::kW9463, wrong, Field::kDepth};
+  }
+  if (result == NumberResult::kOk && value == kNoDepth) {
+    return Refusal{MessageKey::kW9463, '0', Field::kDepth};
+  }
+  if (result == NumberResult::kTooLarge) {
+    return Refusal{MessageKey::kW9464, 0, Field::kDepth};
+  }
+  return std::nullopt;
+}
+
+std::optional<StkAdjustment> AdjustmentForm::BuildAdjustment() const {
+  const std::optional<uint32_t> margin = StatedNumber(marginText_);
+  const std::optional<uint32_t> depth = StatedNumber(depthText_);
+  StkAdjustment adjustment;
+  bool stated = false;
+  if (depth && RecursionEnabled()) {
+    adjustment.depth = *depth;
+    stated = true;
+  }
+  if (!addedCallees_.empty()) {
+    adjustment.callees = addedCallees_;
+    stated = true;
+  }
+  // A library size that was left as it was shown states nothing by itself.
+  const bool onlyShown = !stated && ShowsLibrarySize() && margin == function_.librarySize;
+  if (margin && !onlyShown) {
+    adjustment.margin = *margin;
+    stated = true;
+  }
+  return stated ? std::optional(std::move(adjustment)) : std::nullopt;
+}
+
+void ShowRefusal(const AdjustmentForm::Refusal& refusal, StkReporter& reporter) {
+  if (refusal.message == MessageKey::kW9464) {
+    reporter.ShowWarning(refusal.message, {reporter.Messages().Text(MessageKey::kSizeLimitText)});
+  } else {
+    reporter.ShowWarning(refusal.message, {refusal.wrong});
+  }
+}
+
+}  // namespace velkor
