@@ -8,6 +8,7 @@ namespace velkor {
 
 namespace embedded {
 extern const std::string_view englishCatalogue;
+extern const std::string_view japaneseCatalogue;
 }  // namespace embedded
 
 namespace {
@@ -21,18 +22,15 @@ void AppendBounded(std::string& message, std::string_view text) {
 }
 
 // "\n" and "\\" replaced; any other backslash stands for itself.
-std::string Unescape(const CodePage& codePage, std::string_view text) {
+std::string Unescape(std::string_view text) {
   std::string result;
-  for (size_t i = 0; i < text.size();) {
-    const size_t length = codePage.CharLength(text, i);
-    const std::string_view character = text.substr(i, length);
+  for (size_t i = 0; i < text.size(); ++i) {
     const char next = i + 1 < text.size() ? text[i + 1] : '\0';
-    if (character == "\\" && (next == 'n' || next == '\\')) {
+    if (text[i] == '\\' && (next == 'n' || next == '\\')) {
       result += next == 'n' ? '\n' : '\\';
-      i += 2;
+      ++i;
     } else {
-      result += character;
-      i += length;
+      result += text[i];
     }
   }
   return result;
@@ -82,21 +80,39 @@ void AppendArgument(std::string& message, Placeholder kind, const MessageArgumen
 
 }  // namespace
 
-StkMessages::StkMessages(const CodePage& codePage, std::string_view catalogue)
+StkMessages::StkMessages(const CodePage& codePage,
+                         std::initializer_list<std::string_view> catalogues)
     : codePage_(codePage) {
+  for (const std::string_view catalogue : catalogues) {
+    Add(catalogue);
+  }
+}
+
+void StkMessages::Add(std::string_view catalogue) {
   while (!catalogue.empty()) {
     const std::string_view line = catalogue.substr(0, catalogue.find('\n'));
     catalogue.remove_prefix(std::min(line.size() + 1, catalogue.size()));
     const size_t blank = line.find(' ');
     const std::optional<uint32_t> key = ReadKey(line.substr(0, blank));
-    if (key && blank != std::string_view::npos) {
-      texts_.emplace(*key, Unescape(codePage_, line.substr(blank + 1)));
+    if (!key || blank == std::string_view::npos) {
+      continue;
+    }
+    if (auto text = codePage_.FromUtf8(Unescape(line.substr(blank + 1)))) {
+      texts_.insert_or_assign(*key, *std::move(text));
     }
   }
 }
 
 StkMessages StkMessages::English(const CodePage& codePage) {
-  return {codePage, embedded::englishCatalogue};
+  return {codePage, {EnglishCatalogue()}};
+}
+
+std::string_view StkMessages::EnglishCatalogue() {
+  return embedded::englishCatalogue;
+}
+
+std::string_view StkMessages::JapaneseCatalogue() {
+  return embedded::japaneseCatalogue;
 }
 
 std::string_view StkMessages::Text(MessageKey key) const {

@@ -16,18 +16,24 @@ namespace velkor {
 using MessageArgument = std::variant<std::string_view, uint32_t, char>;
 using MessageArguments = std::initializer_list<MessageArgument>;
 
-// The catalogue: every text that a user sees, by its key, in one language. Read-only once made;
-// usable from any thread. A key without a text is a mistake of the build that the tests find; it
-// reads as an empty text.
+// The catalogue: every text that a user sees, by its key, as bytes of the run's code page.
+// Read-only once made; usable from any thread. A key without a text is a mistake of the build
+// that the tests find; it reads as an empty text.
 class StkMessages {
  public:
   // A formatted message holds at most this many bytes.
   static constexpr size_t kMaxMessageLength = 5119;
 
-  // catalogue: lines of key, one space and text, with "\n" and "\\" as escapes and "#" comments.
-  StkMessages(const CodePage& codePage, std::string_view catalogue);
-  // The English set that is linked into the program.
+  // Each catalogue is UTF-8: lines of key, one space and text, with "\n" and "\\" as escapes and
+  // "#" comments. A later one adds keys and replaces texts of the earlier ones; a text that the
+  // code page has no characters for is passed over, so that the earlier one stays.
+  StkMessages(const CodePage& codePage, std::initializer_list<std::string_view> catalogues);
+  // The English messages, without the texts of the window.
   static StkMessages English(const CodePage& codePage);
+
+  // The messages that are linked into the program.
+  static std::string_view EnglishCatalogue();
+  static std::string_view JapaneseCatalogue();
 
   const CodePage& GetCodePage() const { return codePage_; }
 
@@ -39,6 +45,8 @@ class StkMessages {
   std::string FormatMessageText(MessageKey key, MessageArguments arguments) const;
 
  private:
+  void Add(std::string_view catalogue);
+
   const CodePage& codePage_;
   std::unordered_map<uint32_t, std::string> texts_;
 };

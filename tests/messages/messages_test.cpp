@@ -11,13 +11,13 @@ constexpr MessageKey kKey{1};
 
 std::string Format(std::string_view text, MessageArguments arguments,
                    const CodePage& codePage = CodePage::Utf8()) {
-  return StkMessages(codePage, "1 " + std::string(text)).FormatMessageText(kKey, arguments);
+  return StkMessages(codePage, {"1 " + std::string(text)}).FormatMessageText(kKey, arguments);
 }
 
 TEST(Messages, CatalogueLines) {
   const CodePage codePage = CodePage::Utf8();
   const StkMessages messages(codePage,
-                             "# 1 comment\n\nno key\n1 a\\nb\\\\n\\t\\\n2  two\n7\n3x no\n9 end");
+                             {"# 1 comment\n\nno key\n1 a\\nb\\\\n\\t\\\n2  two\n7\n3x no\n9 end"});
   EXPECT_EQ(messages.Text(kKey), "a\nb\\n\\t\\");
   EXPECT_EQ(messages.Text(MessageKey{2}), " two");
   EXPECT_EQ(messages.Text(MessageKey{9}), "end");
@@ -27,10 +27,24 @@ TEST(Messages, CatalogueLines) {
   }
 }
 
-TEST(Messages, ABackslashInsideADoubleByteCharacterIsNoEscape) {
+TEST(Messages, TextsAreConvertedToTheCodePage) {
+  // A character whose second byte is a backslash there, followed by one that is an escape.
   const CodePage codePage = CodePage::ShiftJis();
-  const StkMessages messages(codePage, "1 \x83\\n\\n");
-  EXPECT_EQ(messages.Text(kKey), "\x83\\n\n");
+  EXPECT_EQ(StkMessages(codePage, {"1 \u30BD\\n\\\\"}).Text(kKey), "\x83\\\n\\");
+}
+
+TEST(Messages, LaterCataloguesAddAndReplaceWhatTheCodePageCanShow) {
+  const auto text = [](const CodePage& codePage, uint32_t key) {
+    const StkMessages messages(codePage,
+                               {"1 one\n2 two", "2 \u4E8C\n3 \u00E9", "3 three\n4 \u56DB"});
+    return std::string(messages.Text(MessageKey{key}));
+  };
+  EXPECT_EQ(text(CodePage::Utf8(), 1), "one");
+  EXPECT_EQ(text(CodePage::Utf8(), 2), "\u4E8C");
+  EXPECT_EQ(text(CodePage::Utf8(), 3), "three");
+  EXPECT_EQ(text(CodePage::Utf8(), 4), "\u56DB");
+  EXPECT_EQ(text(CodePage::Latin1(), 2), "two");
+  EXPECT_EQ(text(CodePage::Latin1(), 4), "");
 }
 
 TEST(Messages, PlaceholdersTakeTheArgumentsInOrder) {
@@ -53,10 +67,10 @@ TEST(Messages, AMessageIsCutAtACharacterBorder) {
   EXPECT_EQ(Format("(%s\xE3\x81\x82", {fits}), "(" + fits);
   EXPECT_EQ(Format("%s\xE3\x81\x82", {std::string(limit - 3, 'a')}).size(), limit);
 
-  const std::string doubleBytes = "%s\x82\xA0\x82\xA0";
+  const std::string doubleBytes = "%s\u3042\u3042";
   EXPECT_EQ(Format(doubleBytes, {fits}, CodePage::ShiftJis()).size(), limit);
   EXPECT_EQ(Format(doubleBytes, {fits + "a"}, CodePage::ShiftJis()).size(), limit - 1);
-  EXPECT_EQ(Format(doubleBytes, {fits}, CodePage::Latin1()).size(), limit);
+  EXPECT_EQ(Format("%s\u00C2\u00A0", {fits}, CodePage::Latin1()).size(), limit);
 }
 
 TEST(Messages, WhatLiesBeyondTheCutIsNeverCopied) {
