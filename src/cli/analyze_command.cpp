@@ -35,37 +35,40 @@ void WriteResult(const AnalysisResult& result, const Options& options, ResultOut
   }
 }
 
+// kNotEverythingRead: some file had nothing to apply to.
 ExitStatus LoadFiles(Application& application, const Options& options) {
+  ExitStatus status = kDone;
   for (const std::string& file : options.loadFiles) {
     if (!application.Document().LoadSpecFile(application.AbsolutePath(file), false)) {
-      application.SayNotRead(file, "the project has no functions");
+      application.Say(file + " is not read: the project has no functions");
+      status = kNotEverythingRead;
     }
     if (!application.RunJobs()) {
       return kStopped;
     }
   }
-  return kDone;
+  return status;
 }
 
 }  // namespace
 
 ExitStatus Analyze(Application& application, const Options& options) {
-  ExitStatus status = application.OpenAndAnalyse(options.project);
-  if (status == kDone) {
-    status = LoadFiles(application, options);
+  const ExitStatus analysed = application.OpenAndAnalyse(options.project);
+  if (analysed != kDone) {
+    return analysed;
   }
-  if (status != kDone) {
-    return status;
+  const ExitStatus loaded = LoadFiles(application, options);
+  if (loaded == kStopped) {
+    return kStopped;
   }
   application.StopCatchingInterrupts();
   ResultOutput output(stdout);
   WriteResult(ResultOf(application), options, output);
   if (!output.Finish()) {
-    std::fprintf(stderr, "velkor-cli: cannot write to standard output: %s\n",
-                 output.Failure().c_str());
+    application.Say("cannot write to standard output: " + output.Failure());
     return kOutputFailed;
   }
-  return application.FinishedStatus();
+  return loaded == kDone ? application.FinishedStatus() : loaded;
 }
 
 }  // namespace velkor

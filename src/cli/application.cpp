@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "cli/function_lookup.h"
 #include "platform/terminal.h"
 
 namespace velkor {
@@ -73,9 +74,31 @@ bool Application::RunJobs() {
   return !stopped_;
 }
 
-void Application::SayNotRead(const std::string& path, std::string_view reason) {
-  somethingNotRead_ = true;
-  log_.Say("velkor-cli: " + path + " is not read: " + std::string(reason));
+ExitStatus Application::RunWritingJob() {
+  const size_t warningsBefore = log_.WarningCount();
+  if (!RunJobs()) {
+    return kStopped;
+  }
+  return log_.WarningCount() == warningsBefore ? FinishedStatus() : kOutputFailed;
+}
+
+void Application::Say(std::string_view text) {
+  log_.Say("velkor-cli: " + std::string(text));
+}
+
+StkFunction* Application::FindFunction(const std::string& name) {
+  const StkFunctionTable& functions = *document_.FunctionTable();
+  StkFunctionList found = FindFunctions(functions, name);
+  if (found.empty()) {
+    // Names are typed in the terminal's character set, which need not be that of the project.
+    const std::optional<std::string> typed = codePage_.FromUtf8(name);
+    found = typed ? FindFunctions(functions, *typed) : found;
+  }
+  if (found.size() != 1) {
+    Say(LookupError(functions, name, found));
+    return nullptr;
+  }
+  return found.front();
 }
 
 std::string Application::AbsolutePath(std::string_view path) const {
@@ -87,7 +110,8 @@ void Application::Post(uint32_t message, uint64_t parameter) {
 }
 
 bool Application::HasJobs() const {
-  return document_.IsAnalysing() || document_.IsReadingSpecifications();
+  return document_.IsAnalysing() || document_.IsReadingSpecifications() ||
+         document_.IsWritingSpecifications();
 }
 
 // The monitor knows a job only once its first notification has been handled.
@@ -99,6 +123,9 @@ void Application::StopJobs() {
   }
   if (document_.IsReadingSpecifications()) {
     document_.StopSpecRead();
+  }
+  if (document_.IsWritingSpecifications()) {
+    document_.StopSpecWrite();
   }
 }
 

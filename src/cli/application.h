@@ -29,14 +29,16 @@ class Application : private MessageTarget {
   ExitStatus OpenAndAnalyse(std::string_view project);
   // Until the document has no job left. False when the user has stopped them.
   bool RunJobs();
+  // The same for a command's last job, which writes a file: how the command ends.
+  ExitStatus RunWritingJob();
   // Ctrl-C ends the program from here on, as it does with others. The jobs have ended.
   void StopCatchingInterrupts() { interrupt_.reset(); }
-  // Tells the user of a file that no message of the log is about.
-  void SayNotRead(const std::string& path, std::string_view reason);
+  // Tells the user what no message of the log says. Bytes of the code page.
+  void Say(std::string_view text);
+  // The one function that the name of the command line stands for; none after having said why.
+  StkFunction* FindFunction(const std::string& name);
   // How a command ends that has done its work.
-  ExitStatus FinishedStatus() const {
-    return log_.AnyWarning() || somethingNotRead_ ? kNotEverythingRead : kDone;
-  }
+  ExitStatus FinishedStatus() const { return log_.AnyWarning() ? kNotEverythingRead : kDone; }
 
   const CodePage& GetCodePage() const { return codePage_; }
   CStkDoc& Document() { return document_; }
@@ -67,7 +69,6 @@ class Application : private MessageTarget {
   CStkDoc document_{host_, reporter_, *this};
   StkJobMonitor monitor_{document_, progress_};
   bool stopped_ = false;
-  bool somethingNotRead_ = false;
   std::optional<Interrupt> interrupt_;
 };
 

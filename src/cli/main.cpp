@@ -3,10 +3,28 @@
 
 #include "cli/analyze_command.h"
 #include "cli/application.h"
+#include "cli/change_commands.h"
+#include "cli/output_commands.h"
 #include "platform/terminal.h"
 
 namespace velkor {
 namespace {
+
+ExitStatus RunCommand(Application& application, const Options& options) {
+  switch (options.command) {
+    case Options::Command::kAnalyze:
+      return Analyze(application, options);
+    case Options::Command::kAdjust:
+      return Adjust(application, options);
+    case Options::Command::kReset:
+      return Reset(application, options);
+    case Options::Command::kLoad:
+      return Load(application, options);
+    case Options::Command::kSave:
+      return Save(application, options);
+  }
+  return kWrongUsage;
+}
 
 int Run(int argc, const char* const* argv) {
   const ParsedArguments arguments = ParseArguments(argc, argv);
@@ -19,7 +37,7 @@ int Run(int argc, const char* const* argv) {
     std::fprintf(stderr, "velkor-cli: %s\n", error.c_str());
     return kWrongUsage;
   }
-  return Analyze(*application, *arguments.options);
+  return RunCommand(*application, *arguments.options);
 }
 
 }  // namespace

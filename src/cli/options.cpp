@@ -8,11 +8,21 @@
 namespace velkor {
 namespace {
 
+const char* const kFunctionHelp =
+    "function as specification files name it: main, util.c#step, [memcpy]";
+
+CLI::App& AddCommand(CLI::App& app, Options& options, Options::Command command,
+                     const std::string& name, const std::string& help) {
+  CLI::App& added = *app.add_subcommand(name, help);
+  added.add_option("PROJECT", options.project, "project file (.prj)")->required();
+  added.callback([&options, command] { options.command = command; });
+  return added;
+}
+
 void AddRunOptions(CLI::App& command, Options& options) {
   static const std::map<std::string, StopAnswer> kAnswers = {{"abort", StopAnswer::kAbort},
                                                              {"retry", StopAnswer::kRetry},
                                                              {"ignore", StopAnswer::kIgnore}};
-  command.add_option("PROJECT", options.project, "project file (.prj)")->required();
   command
       .add_option("--on-error", options.onError,
                   "what a wrong line of a specification file does: abort drops the file, retry and "
@@ -37,8 +47,8 @@ void AddRunOptions(CLI::App& command, Options& options) {
 void AddAnalyze(CLI::App& app, Options& options) {
   static const std::map<std::string, OutputFormat> kFormats = {
       {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"csv", OutputFormat::kCsv}};
-  CLI::App& command = *app.add_subcommand("analyze", "print the stack use of every function");
-  AddRunOptions(command, options);
+  CLI::App& command = AddCommand(app, options, Options::Command::kAnalyze, "analyze",
+                                 "print the stack use of every function");
   command
       .add_option("--load", options.loadFiles,
                   "stack size specification file to apply, in memory only; may be repeated")
@@ -48,7 +58,58 @@ void AddAnalyze(CLI::App& app, Options& options) {
       ->transform(CLI::CheckedTransformer(kFormats))
       ->option_text("text|json|csv");
   command.add_flag("--full", options.full, "text: leave nothing out of a long call chain");
-  command.callback([&options] { options.command = Options::Command::kAnalyze; });
+  AddRunOptions(command, options);
+}
+
+void AddAdjust(CLI::App& app, Options& options) {
+  CLI::App& command = AddCommand(
+      app, options, Options::Command::kAdjust, "adjust",
+      "state the margin, recursion depth or indirect callees of a function, and save it");
+  command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
+  command.add_option("--margin", options.margin, "bytes to add; '' takes the margin away")
+      ->option_text("N");
+  command.add_option("--depth", options.depth, "rounds of its recursion; '' takes the depth away")
+      ->option_text("N");
+  CLI::Option* callees =
+      command
+          .add_option("--callee", options.callees,
+                      "function that its indirect calls reach; repeat it for the whole list")
+          ->allow_extra_args(false)
+          ->option_text("NAME");
+  command.add_flag("--no-callees", options.noCallees, "take the list of callees away")
+      ->excludes(callees);
+  AddRunOptions(command, options);
+}
+
+void AddReset(CLI::App& app, Options& options) {
+  CLI::App& command = AddCommand(app, options, Options::Command::kReset, "reset",
+                                 "take the adjustments of a function, or of all functions, away");
+  CLI::Option* function = command.add_option("FUNCTION", options.function, kFunctionHelp);
+  command.add_flag("--all", options.all, "every function")->excludes(function);
+  command.callback([&options] {
+    options.command = Options::Command::kReset;
+    if (!options.function && !options.all) {
+      throw CLI::RequiredError("FUNCTION or --all");
+    }
+  });
+  AddRunOptions(command, options);
+}
+
+void AddLoad(CLI::App& app, Options& options) {
+  CLI::App& command = AddCommand(app, options, Options::Command::kLoad, "load",
+                                 "apply a stack size specification file, and save it");
+  command.add_option("FILE", options.loadFiles, "stack size specification file")
+      ->required()
+      ->expected(1);
+  AddRunOptions(command, options);
+}
+
+void AddSave(CLI::App& app, Options& options) {
+  CLI::App& command =
+      AddCommand(app, options, Options::Command::kSave, "save",
+                 "write all adjustments and the unknown functions as a specification file");
+  command.add_option("--output", options.output, "where to write")->required()->option_text("FILE");
+  AddRunOptions(command, options);
 }
 
 }  // namespace
@@ -59,6 +120,10 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   app.set_version_flag("--version", "velkor " VELKOR_VERSION);
   app.require_subcommand(1);
   AddAnalyze(app, options);
+  AddAdjust(app, options);
+  AddReset(app, options);
+  AddLoad(app, options);
+  AddSave(app, options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -28,7 +28,7 @@ void TerminalLog::Append(std::string_view text) {
 }
 
 void TerminalLog::Say(std::string_view text) {
-  anyWarning_ = anyWarning_ || HasWarningCode(text);
+  warningCount_ += HasWarningCode(text) ? 1U : 0U;
   progress_.Erase();
   const std::string line = OneLine(codePage_.ToUtf8(text)) + "\n";
   std::fwrite(line.data(), 1, line.size(), stderr);

@@ -27,8 +27,9 @@ class TerminalLog : public LogView {
 
   // Every message, as it was given: bytes of the code page, with its line breaks.
   const std::vector<std::string>& Lines() const { return lines_; }
-  // Whether a message with the code of an error or a warning has been said.
-  bool AnyWarning() const { return anyWarning_; }
+  // How many messages with the code of an error or a warning have been said.
+  size_t WarningCount() const { return warningCount_; }
+  bool AnyWarning() const { return warningCount_ > 0; }
 
  private:
   const CodePage& codePage_;
@@ -36,7 +37,7 @@ class TerminalLog : public LogView {
   ProgressLine& progress_;
   StkReporter* reporter_ = nullptr;
   std::vector<std::string> lines_;
-  bool anyWarning_ = false;
+  size_t warningCount_ = 0;
 };
 
 }  // namespace velkor

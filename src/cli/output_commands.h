@@ -1,0 +1,11 @@
+#pragma once
+
+#include "cli/application.h"
+
+namespace velkor {
+
+// The commands that write what the analysis found into a file of the user's choice. They change
+// nothing in the project.
+ExitStatus Save(Application& application, const Options& options);
+
+}  // namespace velkor
