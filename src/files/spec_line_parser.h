@@ -7,11 +7,9 @@
 
 #include "core/function_table.h"
 #include "core/specification_source.h"
+#include "messages/messages.h"
 
 namespace velkor {
-
-class StkMessages;
-enum class MessageKey : uint32_t;
 
 // One line of a stack size specification file, checked against the function table, which it only
 // reads. What the line states takes effect elsewhere. Used once, where it was made.

@@ -9,13 +9,8 @@
 #include "core/function_table.h"
 #include "core/specification_source.h"
 #include "files/byte_source.h"
-#include "platform/host.h"
-
-// A key of the catalogue has the name of a constant of core; the two never meet in one scope.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wshadow"
 #include "messages/reporter.h"
-#pragma GCC diagnostic pop
+#include "platform/host.h"
 
 namespace velkor {
 

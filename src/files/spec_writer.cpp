@@ -5,7 +5,6 @@
 
 #include "core/function_text.h"
 #include "files/paths.h"
-#include "files/spec_reader.h"
 
 namespace velkor {
 

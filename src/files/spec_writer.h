@@ -8,11 +8,10 @@
 #include "core/function_table.h"
 #include "files/text_writer.h"
 #include "files/write_end.h"
+#include "messages/reporter.h"
 #include "platform/host.h"
 
 namespace velkor {
-
-class StkReporter;
 
 // Writes the adjustments in force as a stack size specification file, which reads back as the same
 // adjustments. Made for one writing: Open, then Write. Used by one job's thread; the table must

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "messages/message_key.h"
-
 namespace velkor {
 
 namespace {

@@ -6,11 +6,10 @@
 #include <string_view>
 
 #include "files/text_line.h"
+#include "messages/message_key.h"
 #include "platform/host.h"
 
 namespace velkor {
-
-enum class MessageKey : uint32_t;
 
 // A text-mode file, opened for one of two uses:
 // - writing lines, with limits: a line feed is written as CR LF;
