@@ -56,8 +56,13 @@ class ComponentSearch {
   }
 
   void Enter(uint32_t function) {
+    const std::span<const uint32_t> callees = graph_.Callees(function);
+    for (const uint32_t callee : callees) {
+      __builtin_prefetch(&lowest_[callee]);  // one wait for all of them instead of one for each
+      graph_.Prefetch(callee);
+    }
     lowest_[function] = ++entered_;
-    path_.push_back({CallCursor(graph_, function), entered_, false});
+    path_.push_back({CallCursor(function, callees), entered_, false});
     open_.push_back(function);
   }
 

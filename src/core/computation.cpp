@@ -9,7 +9,9 @@ namespace velkor {
 
 namespace {
 
-constexpr uint32_t kNoPosition = 0xFFFFFFFF;
+// How many functions ahead of the one that is computed a record is fetched: the order jumps about
+// in memory.
+constexpr size_t kFetchAhead = 8;
 
 // What a function's callees bring to it.
 struct CalleeResults {
@@ -19,50 +21,53 @@ struct CalleeResults {
 
 // The results so far, packed, so that looking at a callee touches no record.
 //
-// The order is that of a depth-first walk: when a function is computed, each callee is either
-// computed already, and then comes before it, or is just being computed further up the path, and
-// then comes after it (or is the function itself). Of the latter, the top-level function at the
-// head of the path counts for nothing and any other ends one chain. No other function of a path
-// is top-level: a top-level function that can be reached from another one stands before it in the
-// table, or the other's mark would have kept it from being top-level; so it is computed by then.
+// The functions come in the order in which a depth-first walk leaves them: a callee either has a
+// result already, or it is just being computed further up the path of the walk (or is the function
+// itself). Of the latter, the top-level function at the head of the path counts for nothing and
+// any other ends one chain. No other function of a path is top-level: a top-level function that
+// can be reached from another one stands before it in the table, or the other's mark would have
+// kept it from being top-level; so it has its result by then.
 class ResultsSoFar {
  public:
-  ResultsSoFar(const CallGraph& graph, const std::vector<uint32_t>& position,
-               const StkFunctionList& roots)
+  ResultsSoFar(const CallGraph& graph, const StkFunctionList& roots)
       : graph_(graph),
-        position_(position),
-        isRoot_(graph.Count(), false),
-        totals_(graph.Count(), 0),
-        chainCounts_(graph.Count(), 1) {
+        results_(graph.Count()),
+        isComputed_(graph.Count(), false),
+        isRoot_(graph.Count(), false) {
     for (const StkFunction* root : roots) {
       isRoot_[root->index] = true;
     }
   }
 
   CalleeResults OfCallees(uint32_t function) const {
-    CalleeResults results;
+    CalleeResults gathered;
     for (const uint32_t callee : graph_.Callees(function)) {
-      if (position_[callee] < position_[function]) {
-        results.maxSize = std::max(results.maxSize, totals_[callee]);
-        results.chains += static_cast<uint64_t>(chainCounts_[callee]);
+      if (isComputed_[callee]) {
+        gathered.maxSize = std::max(gathered.maxSize, results_[callee].total);
+        gathered.chains += results_[callee].chains;
       } else if (!isRoot_[callee]) {
-        ++results.chains;
+        ++gathered.chains;
       }
     }
-    return results;
+    return gathered;
   }
 
   void Add(const StkFunction& function) {
-    totals_[function.index] = function.totalStackSize;
-    chainCounts_[function.index] = function.chainCount;
+    results_[function.index] = {function.totalStackSize,
+                                static_cast<uint32_t>(function.chainCount)};
+    isComputed_[function.index] = true;
   }
 
  private:
+  struct Result {
+    uint32_t total;
+    uint32_t chains;
+  };
+
   const CallGraph& graph_;
-  const std::vector<uint32_t>& position_;
+  std::vector<Result> results_;
+  std::vector<bool> isComputed_;
   std::vector<bool> isRoot_;
-  std::vector<uint32_t> totals_;
-  std::vector<int32_t> chainCounts_;
 };
 
 struct AdjustmentValues {
@@ -104,91 +109,101 @@ uint32_t TotalOf(const StkFunction& function, uint32_t maxCalleeSize) {
 
 void StkComputation::Rebuild() {
   roots_.Clear();
-  LinkExtraCallees();
-  graph_.emplace(table_);
-  MarkFunctions();
-  FindOrder();
-}
-
-void StkComputation::LinkExtraCallees() {
-  for (const auto& function : table_.Functions()) {
-    function->extraCallers.clear();
-    if (const StkAdjustment* pending = function->pendingAdjustment.get()) {
-      function->extraCallees = pending->callees.value_or(StkFunctionList());
-    }
-  }
-  for (const auto& function : table_.Functions()) {
-    for (StkFunction* callee : function->extraCallees) {
-      callee->extraCallers.push_back(function.get());
-    }
-  }
-}
-
-void StkComputation::MarkFunctions() {
+  const std::vector<uint32_t> marked = ReadCalls();
   const Components components = FindComponents(*graph_);
-  const std::vector<bool> topLevel = DecideTopLevel(table_, *graph_, components);
+  const std::vector<bool> topLevel = DecideTopLevel(*graph_, components, marked);
   for (const auto& function : table_.Functions()) {
+    const bool recursive = components.recursive[components.of[function->index]];
     function->flags &= ~uint32_t{FN_RECURSIVE | FN_ROOT};
-    if (components.recursive[components.of[function->index]]) {
-      function->flags |= FN_RECURSIVE;
-    }
+    function->flags |= recursive ? uint32_t{FN_RECURSIVE} : 0u;
     if (topLevel[function->index]) {
       function->flags |= FN_ROOT;
       roots_.functions_.push_back(function.get());
     }
   }
+  FindOrder();
+}
+
+// One pass over the records does all that needs one. Answers the functions marked FN_ROOT.
+std::vector<uint32_t> StkComputation::ReadCalls() {
+  CallGraph& graph = graph_.emplace();
+  std::vector<uint32_t> marked;
+  StkFunctionList withExtraCallees;
+  for (const auto& function : table_.Functions()) {
+    function->extraCallers.clear();
+    if (const StkAdjustment* pending = function->pendingAdjustment.get()) {
+      function->extraCallees = pending->callees.value_or(StkFunctionList());
+    }
+    if (!function->extraCallees.empty()) {
+      withExtraCallees.push_back(function.get());
+    }
+    if (function->Is(FN_ROOT)) {
+      marked.push_back(function->index);
+    }
+    graph.Append(*function);
+  }
+  for (StkFunction* function : withExtraCallees) {
+    for (StkFunction* callee : function->extraCallees) {
+      callee->extraCallers.push_back(function);
+    }
+  }
+  return marked;
 }
 
 void StkComputation::FindOrder() {
-  const CallGraph& graph = *graph_;
   std::vector<uint32_t>& order = roots_.order_;
   order.clear();
-  order.reserve(graph.Count());
-  roots_.position_.assign(graph.Count(), kNoPosition);
-  std::vector<bool> entered(graph.Count(), false);
+  order.reserve(graph_->Count());
+  std::vector<bool> entered(graph_->Count(), false);
   std::vector<CallCursor> path;
-  for (const StkFunction* root : roots_.functions_) {
-    if (!entered[root->index]) {
-      entered[root->index] = true;
-      path.emplace_back(graph, root->index);
+  const auto enter = [&](uint32_t function) {
+    if (!entered[function]) {
+      entered[function] = true;
+      path.emplace_back(function, graph_->Callees(function));
     }
+  };
+  for (const StkFunction* root : roots_.functions_) {
+    enter(root->index);
     while (!path.empty()) {
       CallCursor& calls = path.back();
       if (calls.AtEnd()) {
-        roots_.position_[calls.function] = static_cast<uint32_t>(order.size());
         order.push_back(calls.function);
         path.pop_back();
-        continue;
-      }
-      const uint32_t callee = *calls.next++;
-      if (!entered[callee]) {
-        entered[callee] = true;
-        path.emplace_back(graph, callee);
+      } else {
+        enter(*calls.next++);
       }
     }
   }
 }
 
-const std::vector<uint32_t>& StkComputation::ComputeTotals() {
+StkFunctionList StkComputation::ComputeTotals() {
   if (!graph_) {
     graph_.emplace(table_);
   }
-  if (roots_.position_.size() != graph_->Count()) {
+  const std::vector<uint32_t>& order = roots_.order_;
+  if (order.size() != graph_->Count()) {
     FindOrder();
   }
-  ResultsSoFar results(*graph_, roots_.position_, roots_.functions_);
-  for (const uint32_t index : roots_.order_) {
-    StkFunction& function = *table_.Functions()[index];
-    const CalleeResults callees = results.OfCallees(index);
+  StkFunctionList pending;
+  ResultsSoFar results(*graph_, roots_.functions_);
+  for (size_t i = 0; i < order.size(); ++i) {
+    if (i + kFetchAhead < order.size()) {
+      __builtin_prefetch(&table_.Functions()[order[i + kFetchAhead]]->totalStackSize, 1);
+    }
+    StkFunction& function = *table_.Functions()[order[i]];
+    const CalleeResults callees = results.OfCallees(function.index);
     function.maxCalleeSize = callees.maxSize;
     function.chainCount = static_cast<int32_t>(
         std::clamp<uint64_t>(callees.chains, 1, static_cast<uint64_t>(kMaxChainCount)));
     function.totalStackSize = TotalOf(function, callees.maxSize);
     results.Add(function);
+    if (function.pendingAdjustment != nullptr) {
+      pending.push_back(&function);
+    }
   }
   const auto isOver = [](const StkFunction* root) { return root->totalStackSize == kOverSize; };
   table_.SetOverflow(std::any_of(roots_.functions_.begin(), roots_.functions_.end(), isOver));
-  return roots_.order_;
+  return pending;
 }
 
 }  // namespace velkor

@@ -21,13 +21,12 @@ class StkComputation {
   void Rebuild();
 
   // Every total, largest callee total and chain count, and the overflow flag. Answers the
-  // functions in the order in which they were computed; pending adjustments are used but stay
-  // pending.
-  const std::vector<uint32_t>& ComputeTotals();
+  // functions with a pending adjustment, in the order in which they were computed; the pending
+  // adjustments are used but stay pending.
+  StkFunctionList ComputeTotals();
 
  private:
-  void LinkExtraCallees();
-  void MarkFunctions();
+  std::vector<uint32_t> ReadCalls();
   void FindOrder();
 
   StkFunctionTable& table_;

@@ -15,8 +15,8 @@ void Recompute(StkFunctionTable& table, StkRootList& roots, bool rebuild,
     CheckRecursionDepths(table, *source, stopEvent, reporter);
   }
   const bool log = source != nullptr && source->Kind() == SpecificationKind::kUserFile;
-  for (const uint32_t index : computation.ComputeTotals()) {
-    ApplyPending(*table.Functions()[index], log, reporter);
+  for (StkFunction* function : computation.ComputeTotals()) {
+    ApplyPending(*function, log, reporter);
   }
 }
 

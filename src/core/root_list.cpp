@@ -9,7 +9,6 @@ void StkRootList::Clear() {
 
 void StkRootList::ForgetOrder() {
   order_.clear();
-  position_.clear();
 }
 
 }  // namespace velkor

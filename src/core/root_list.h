@@ -23,12 +23,11 @@ class StkRootList {
  private:
   friend class StkComputation;
 
-  // The order in which totals are computed: a depth-first walk from each top-level function in
-  // turn, each function where the walk leaves it. The total of a callee counts for its caller
-  // exactly when the callee comes before the caller in this order.
   StkFunctionList functions_;
-  std::vector<uint32_t> order_;     // indices into the table; empty when not known
-  std::vector<uint32_t> position_;  // of each function in order_
+  // The functions by index in the order in which their totals are computed: a depth-first walk
+  // from each top-level function in turn, each function where the walk leaves it. Empty when not
+  // known. It depends on nothing but the callee lists and the top-level functions.
+  std::vector<uint32_t> order_;
 };
 
 }  // namespace velkor

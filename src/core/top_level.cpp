@@ -11,40 +11,34 @@ namespace {
 // components: what holds above one is handed down to the components that it calls.
 class TopLevelDecision {
  public:
-  TopLevelDecision(const StkFunctionTable& table, const CallGraph& graph,
-                   const Components& components)
-      : table_(table),
-        graph_(graph),
+  TopLevelDecision(const CallGraph& graph, const Components& components)
+      : graph_(graph),
         components_(components),
+        isCalled_(graph.Count(), false),
         belowPlain_(components.Count(), false),
         belowDecided_(components.Count(), false),
         endOfOldMarks_(components.Count(), 0) {}
 
-  std::vector<bool> Run() {
-    NoteOldMarks();
+  std::vector<bool> Run(const std::vector<uint32_t>& marked) {
+    for (const uint32_t function : marked) {
+      endOfOldMarks_[components_.of[function]] = function + 1;
+    }
     HandDown();
-    std::vector<bool> topLevel(table_.Count(), false);
-    for (const auto& function : table_.Functions()) {
-      topLevel[function->index] = IsTopLevel(*function);
+    std::vector<bool> topLevel(graph_.Count(), false);
+    for (uint32_t function = 0; function < graph_.Count(); ++function) {
+      topLevel[function] = IsTopLevel(function);
     }
     return topLevel;
   }
 
  private:
-  void NoteOldMarks() {
-    for (const auto& function : table_.Functions()) {
-      if (function->Is(FN_ROOT)) {
-        endOfOldMarks_[components_.of[function->index]] = function->index + 1;
-      }
-    }
-  }
-
   // Callers first: components are numbered from the callees up.
   void HandDown() {
     for (uint32_t component = components_.Count(); component-- > 0;) {
       const bool plain = belowPlain_[component] || !components_.recursive[component];
       for (const uint32_t member : components_.Members(component)) {
         for (const uint32_t callee : graph_.Callees(member)) {
+          isCalled_[callee] = true;
           const uint32_t below = components_.of[callee];
           if (below != component) {
             belowPlain_[below] = belowPlain_[below] || plain;
@@ -55,13 +49,13 @@ class TopLevelDecision {
     }
   }
 
-  bool IsTopLevel(const StkFunction& function) {
-    if (function.callers.empty() && function.extraCallers.empty()) {
+  bool IsTopLevel(uint32_t function) {
+    if (!isCalled_[function]) {
       return true;
     }
-    const uint32_t component = components_.of[function.index];
+    const uint32_t component = components_.of[function];
     if (!components_.recursive[component] || belowPlain_[component] || belowDecided_[component] ||
-        endOfOldMarks_[component] > function.index + 1) {
+        endOfOldMarks_[component] > function + 1) {
       return false;
     }
     MarkBelow(component);
@@ -88,9 +82,9 @@ class TopLevelDecision {
     }
   }
 
-  const StkFunctionTable& table_;
   const CallGraph& graph_;
   const Components& components_;
+  std::vector<bool> isCalled_;  // of each function: by anything, itself included
   // Of each component, about its members and all that can reach them:
   std::vector<bool> belowPlain_;         // one outside it is not recursive
   std::vector<bool> belowDecided_;       // one was decided to be top-level, recursive
@@ -99,9 +93,9 @@ class TopLevelDecision {
 
 }  // namespace
 
-std::vector<bool> DecideTopLevel(const StkFunctionTable& table, const CallGraph& graph,
-                                 const Components& components) {
-  return TopLevelDecision(table, graph, components).Run();
+std::vector<bool> DecideTopLevel(const CallGraph& graph, const Components& components,
+                                 const std::vector<uint32_t>& marked) {
+  return TopLevelDecision(graph, components).Run(marked);
 }
 
 }  // namespace velkor

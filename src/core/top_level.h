@@ -1,10 +1,10 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "core/call_graph.h"
 #include "core/components.h"
-#include "core/function_table.h"
 
 namespace velkor {
 
@@ -12,10 +12,10 @@ namespace velkor {
 //
 // A function that nothing calls is. A recursive one that something calls is when every other
 // function that can reach it is recursive and carries no FN_ROOT: the functions before it in the
-// table as they have just been decided, those after it as their flags still say (from the
-// previous time). So of a closed cycle one function is chosen. Reads FN_ROOT and changes no flag.
+// table as they have just been decided, those after it as they were marked the previous time.
+// So of a closed cycle one function is chosen. marked: the previous ones, by index, ascending.
 // Linear in functions and calls.
-std::vector<bool> DecideTopLevel(const StkFunctionTable& table, const CallGraph& graph,
-                                 const Components& components);
+std::vector<bool> DecideTopLevel(const CallGraph& graph, const Components& components,
+                                 const std::vector<uint32_t>& marked);
 
 }  // namespace velkor
