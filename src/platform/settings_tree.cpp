@@ -1,0 +1,154 @@
+#include "platform/settings_tree.h"
+
+#include <algorithm>
+
+namespace velkor {
+
+namespace {
+
+std::string_view Trim(std::string_view text) {
+  constexpr std::string_view kBlanks = " \t\v\f";
+  const size_t first = text.find_first_not_of(kBlanks);
+  if (first == std::string_view::npos) {
+    return {};
+  }
+  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
+}
+
+std::string_view Unquote(std::string_view value) {
+  const bool quoted = value.size() >= 2 && value.front() == value.back() &&
+                      (value.front() == '"' || value.front() == '\'');
+  return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+// Takes the next component off a path. "\" and "]" may also be the second half of a character.
+std::string_view TakeComponent(std::string_view& path, const CodePage& codePage) {
+  size_t end = 0;
+  while (end < path.size() && path[end] != '\\') {
+    end += codePage.CharLength(path, end);
+  }
+  const std::string_view component = path.substr(0, end);
+  path.remove_prefix(std::min(end + 1, path.size()));
+  return component;
+}
+
+// The name of a section, without a line's brackets; none for a line that is no section.
+std::optional<std::string_view> SectionName(std::string_view line, const CodePage& codePage) {
+  std::optional<size_t> end;
+  for (size_t position = 0; position < line.size();
+       position += codePage.CharLength(line, position)) {
+    if (line[position] == ']') {
+      end = position;
+    }
+  }
+  if (!line.starts_with('[') || !end) {
+    return std::nullopt;
+  }
+  return Trim(line.substr(1, *end - 1));
+}
+
+std::string ReadStart(InputFile& file) {
+  std::string text(SettingsTree::kMaxBytes, '\0');
+  size_t size = 0;
+  while (size < text.size()) {
+    const size_t count = file.Read(text.data() + size, text.size() - size);
+    if (count == 0) {
+      break;
+    }
+    size += count;
+  }
+  text.resize(size);
+  return text;
+}
+
+}  // namespace
+
+SettingsTree::SettingsTree(const CodePage& codePage) : codePage_(&codePage), nodes_(1) {}
+
+SettingsTree::SettingsTree(const CodePage& codePage, InputFile& file)
+    : SettingsTree(codePage, ReadStart(file)) {}
+
+SettingsTree::SettingsTree(const CodePage& codePage, std::string_view text)
+    : SettingsTree(codePage) {
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  text = text.substr(0, kMaxBytes);
+  if (text.starts_with(kByteOrderMark)) {
+    text.remove_prefix(kByteOrderMark.size());
+  }
+  std::optional<Key> current;
+  while (!text.empty()) {
+    const size_t length = std::min(text.find_first_of("\r\n"), text.size());
+    ParseLine(Trim(text.substr(0, length)), current);
+    text.remove_prefix(std::min(length + 1, text.size()));
+  }
+}
+
+void SettingsTree::ParseLine(std::string_view line, std::optional<Key>& current) {
+  if (line.empty() || line.front() == ';') {
+    return;
+  }
+  if (const std::optional<std::string_view> section = SectionName(line, *codePage_)) {
+    current = Make(*section);
+  } else if (current && line.front() != '[') {
+    AddSetting(*current, line);
+  }
+}
+
+void SettingsTree::AddSetting(Key key, std::string_view line) {
+  const size_t equals = line.find('=');
+  if (equals != std::string_view::npos) {
+    nodes_[key].settings.push_back({std::string(Trim(line.substr(0, equals))),
+                                    std::string(Unquote(Trim(line.substr(equals + 1))))});
+  }
+}
+
+SettingsTree::Key SettingsTree::Make(std::string_view path) {
+  Key key = 0;
+  while (!path.empty()) {
+    const std::string_view component = TakeComponent(path, *codePage_);
+    std::optional<Key> subkey = FindSubkey(key, component);
+    if (!subkey) {
+      subkey = nodes_.size();
+      nodes_[key].subkeys.push_back(*subkey);
+      nodes_.push_back({std::string(component), {}, {}});
+    }
+    key = *subkey;
+  }
+  return key;
+}
+
+std::optional<SettingsTree::Key> SettingsTree::FindSubkey(Key key, std::string_view name) const {
+  for (const size_t subkey : nodes_[key].subkeys) {
+    if (codePage_->EqualIgnoreCase(nodes_[subkey].name, name)) {
+      return subkey;
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<SettingsTree::Key> SettingsTree::Open(std::string_view path) const {
+  std::optional<Key> key = 0;
+  while (key && !path.empty()) {
+    key = FindSubkey(*key, TakeComponent(path, *codePage_));
+  }
+  return key;
+}
+
+std::optional<std::string> SettingsTree::Value(Key key, std::string_view name, size_t size) const {
+  for (const Setting& setting : nodes_[key].settings) {
+    if (codePage_->EqualIgnoreCase(setting.name, name)) {
+      return setting.value.size() < size ? std::optional(setting.value) : std::nullopt;
+    }
+  }
+  return std::nullopt;
+}
+
+std::vector<std::string> SettingsTree::Subkeys(Key key) const {
+  std::vector<std::string> names;
+  for (const size_t subkey : nodes_[key].subkeys) {
+    names.push_back(nodes_[subkey].name);
+  }
+  return names;
+}
+
+}  // namespace velkor
