@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "core/chain_walk.h"
+#include "files/text_writer.h"
+#include "files/write_end.h"
+#include "messages/reporter.h"
+#include "platform/host.h"
+
+namespace velkor {
+
+// Writes the call chains from one function into a file, as a drawing or as comma-separated values.
+// Made for one report: Open, then Write. Used by one job's thread; the functions must not change
+// meanwhile. What was written before a failure or a stop stays in the file. A report costs what it
+// writes.
+class StkChainReport {
+ public:
+  enum class Format { kText, kCsv };
+  // Called after each chain with the number of lines in the file so far. False stops.
+  using AfterChain = std::function<bool(uint32_t lines)>;
+
+  StkChainReport(Format format, std::string path, Host& host, const StkMessages& messages);
+
+  // kCsv for a path whose extension is "csv" in any letter case.
+  static Format FormatOf(std::string_view path, const CodePage& codePage);
+
+  bool Open();
+  WriteEnd Write(const StkFunction& start, ChainMode mode, const AfterChain& afterChain);
+  // The warning that belongs to an Open that answered false, or to kFailed.
+  void PostFailure(StkReporter& reporter) const;
+
+ private:
+  const Format format_;
+  const std::string path_;
+  Host& host_;
+  const StkMessages& messages_;
+  StkTextWriter file_;
+  MessageKey failure_{};
+};
+
+}  // namespace velkor

@@ -1,0 +1,324 @@
+#include "files/chain_report.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "core/function_text.h"
+#include "core/recompute.h"
+#include "files/paths.h"
+#include "support/graph.h"
+#include "support/recorder.h"
+#include "support/test_host.h"
+
+namespace velkor {
+namespace {
+
+using testing::Graph;
+using Format = StkChainReport::Format;
+
+constexpr char kPath[] = "C:\\p\\chains.txt";
+const std::string kHeading = "Function,Total Stack Size,Frame Size,Adjustment Information\r\n";
+
+// Functions, computed, and where their reports go.
+struct Reports {
+  explicit Reports(std::string_view graphText, CodePage page = CodePage::Utf8())
+      : graph(graphText, page), host(page), recorder(host.codePage) {
+    Compute();
+  }
+  void Compute() { Recompute(graph.functions, roots, true, nullptr, nullptr, recorder.reporter); }
+
+  std::string Write(
+      Format format, ChainMode mode, std::string_view start = "main",
+      WriteEnd end = WriteEnd::kCompleted,
+      const StkChainReport::AfterChain& after = [](uint32_t) { return true; }) {
+    StkChainReport report(format, kPath, host.host, recorder.messages);
+    EXPECT_TRUE(report.Open());
+    const WriteEnd ended = report.Write(graph[start], mode, after);
+    EXPECT_EQ(end, ended);
+    if (ended == WriteEnd::kFailed) {
+      report.PostFailure(recorder.reporter);
+      recorder.queue.Drain();
+    }
+    return host.files.Get(kPath).value_or("no file");
+  }
+  std::string Text(ChainMode mode, std::string_view start = "main") {
+    return Write(Format::kText, mode, start);
+  }
+  std::string Csv(ChainMode mode, std::string_view start = "main") {
+    return Write(Format::kCsv, mode, start);
+  }
+  std::string LastWarning() { return recorder.log.lines.back(); }
+
+  Graph graph;
+  testing::TestHost host;
+  testing::Recorder recorder;
+  StkRootList roots;
+};
+
+TEST(ChainReport, TwoCalleesOfTheSameTotal) {
+  Reports reports("main 4\nstatic f 6\ng 6\nh 2");
+  for (const char* callee : {"f", "g", "h"}) {
+    reports.graph["main"].callees.push_back(&reports.graph[callee]);
+    reports.graph[callee].callers.push_back(&reports.graph["main"]);
+  }
+  reports.graph["f"].file = &reports.graph.files.Intern("C:\\p\\a.c");
+  reports.Compute();
+  EXPECT_EQ("main(10,4)+--a.c#f(6,6)\r\n          +--g(6,6)\r\n",
+            reports.Text(ChainMode::kMaximum));
+  EXPECT_EQ(kHeading + "main,10,4,0,a.c#f,6,6,0\r\nmain,10,4,0,g,6,6,0\r\n",
+            reports.Csv(ChainMode::kMaximum));
+  EXPECT_EQ("main(10,4)+--a.c#f(6,6)\r\n          +--g(6,6)\r\n          +--h(2,2)\r\n",
+            reports.Text(ChainMode::kAll));
+  EXPECT_EQ("h(2,2)\r\n", reports.Text(ChainMode::kAll, "h"));
+  EXPECT_EQ(kHeading + "h,2,2,0\r\n", reports.Csv(ChainMode::kAll, "h"));
+}
+
+TEST(ChainReport, BarsRecursionAndWhatIsUncertain) {
+  Reports reports("main 4 -> a c\na 2 -> b x\nb 2 -> a b\nc 2 -> d\nd 1 => main d\n? x");
+  reports.graph["d"].flags |= FN_INDIRECT_CALL;
+  reports.graph["a"].adjustment = std::make_unique<StkAppliedAdjustment>();
+  *reports.graph["a"].adjustment = {10, 3};
+  reports.graph["b"].adjustment = std::make_unique<StkAppliedAdjustment>();
+  reports.graph["b"].adjustment->depth = 3;
+  const auto item = [&](const char* name) {
+    return TextItem(reports.graph[name], ",", reports.graph.codePage);
+  };
+  const auto blanks = [](const std::string& text) { return std::string(text.size(), ' '); };
+  reports.Compute();
+  EXPECT_EQ("[x](?,?)", item("x"));
+  EXPECT_NE(std::string::npos, item("a").find(",+10*3)"));
+  EXPECT_NE(std::string::npos, item("b").find(",*3)"));
+  const std::string main = item("main"), a = item("a"), b = item("b"), c = item("c"), d = item("d");
+  const std::string underMain = blanks(main) + "|  ";
+  const std::string underA = underMain + blanks(a);
+  const std::string underC = blanks(main) + "   " + blanks(c) + "   " + blanks(d);
+  EXPECT_EQ(main + "+--" + a + "+--" + b + "+--" + a + "\r\n" + underA + "|  " + blanks(b) + "+--" +
+                b + "\r\n" + underA + "+--[x](?,?)\r\n" + blanks(main) + "+--" + c + "---" + d +
+                "+--" + main + "\r\n" + underC + "+--" + d + "\r\n",
+            reports.Text(ChainMode::kAll));
+  EXPECT_EQ(0u, d.find("d*&("));
+
+  Reports self("main 4 -> main");
+  EXPECT_EQ("main*(4,4)---main*(4,4)\r\n", self.Text(ChainMode::kAll));
+  // One of three callees is followed, but all of them decide the mark.
+  Reports three("main 4 -> f g h\nf 9\ng 2\nh 2");
+  EXPECT_EQ("main(13,4)+--f(9,9)\r\n", three.Text(ChainMode::kMaximum));
+  // A function that is a callee and an extra callee is followed twice.
+  Reports twice("main 4 -> f => f\nf 9");
+  EXPECT_EQ("main(13,4)+--f(9,9)\r\n          +--f(9,9)\r\n", twice.Text(ChainMode::kAll));
+}
+
+TEST(ChainReport, DoubleByteNamesAreIndentedByTheirBytes) {
+  const std::string name = "\x83\x5C\x83\x5C";
+  Reports reports(name + " 4 -> f g\nf 6\ng 6", CodePage::ShiftJis());
+  EXPECT_EQ(name + "(10,4)+--f(6,6)\r\n          +--g(6,6)\r\n",
+            reports.Text(ChainMode::kAll, name));
+}
+
+// The rules of both formats, written down as a recursion.
+struct Model {
+  void Walk(const StkFunction& function) {
+    const std::string item = csv ? CsvItem(function, page) : TextItem(function, ",", page);
+    out += item;
+    const bool repeated = std::find(path.begin(), path.end(), &function) != path.end();
+    const StkFunctionList next = repeated ? StkFunctionList() : Next(function);
+    if (next.empty()) {
+      out += "\r\n";
+      return;
+    }
+    path.push_back(&function);
+    const std::string before = prefix;
+    prefix += csv ? item + "," : std::string(item.size(), ' ');
+    for (size_t i = 0; i < next.size(); ++i) {
+      out += i != 0 ? prefix : csv ? "," : "";
+      if (csv) {
+        Walk(*next[i]);
+        continue;
+      }
+      const size_t all = function.callees.size() + function.extraCallees.size();
+      out += all == 1 ? "---" : "+--";
+      const std::string outer = prefix;
+      prefix += i + 1 < next.size() ? "|  " : "   ";
+      Walk(*next[i]);
+      prefix = outer;
+    }
+    prefix = before;
+    path.pop_back();
+  }
+
+  StkFunctionList Next(const StkFunction& function) const {
+    StkFunctionList next = function.callees;
+    next.insert(next.end(), function.extraCallees.begin(), function.extraCallees.end());
+    uint32_t most = 0;
+    for (const StkFunction* callee : next) {
+      most = std::max(most, callee->totalStackSize);
+    }
+    if (mode == ChainMode::kMaximum) {
+      std::erase_if(next,
+                    [&](const StkFunction* callee) { return callee->totalStackSize != most; });
+    }
+    return next;
+  }
+
+  bool csv;
+  ChainMode mode;
+  const CodePage& page;
+  std::string out = {};
+  std::string prefix = {};
+  std::vector<const StkFunction*> path = {};
+};
+
+TEST(ChainReport, AgreesWithTheModelOnSmallGraphs) {
+  std::mt19937 random(20240604);
+  for (int round = 0; round < 400; ++round) {
+    const size_t count = 1 + random() % 5;
+    std::string text;
+    for (size_t i = 0; i < count; ++i) {
+      text += "f" + std::to_string(i) + " " + std::to_string(random() % 3);
+      for (const char* arrow : {" ->", " =>"}) {
+        text += random() % 2 == 0 ? arrow : "";
+        for (size_t callee = 0; text.ends_with('>') && callee < count; ++callee) {
+          if (random() % 3 == 0) {
+            text += " f" + std::to_string(callee);
+            text += callee + 1 < count ? " f" + std::to_string(callee + 1) : "";
+            break;
+          }
+        }
+      }
+      text += "\n";
+    }
+    Reports reports(text);
+    for (const ChainMode mode : {ChainMode::kMaximum, ChainMode::kAll}) {
+      for (const bool csv : {false, true}) {
+        Model model{csv, mode, reports.graph.codePage, csv ? kHeading : ""};
+        model.Walk(reports.graph["f0"]);
+        ASSERT_EQ(model.out, reports.Write(csv ? Format::kCsv : Format::kText, mode, "f0")) << text;
+      }
+    }
+  }
+}
+
+TEST(ChainReport, LongLinesWrapOrFail) {
+  const std::string w9451 =
+      "W9451 Number of characters in one line reached limit (5119) in output.";
+  // "main,7,4,0," and the callee's item fill a CSV line to the last character.
+  for (const size_t excess : {0u, 1u}) {
+    const std::string callee(5119 - 11 - 6 + excess, 'n');
+    Reports reports("main 4 -> " + callee + " o\n" + callee + " 3\no 3");
+    const std::string row = "main,7,4,0," + callee + ",3,3,0";
+    if (excess == 0) {
+      EXPECT_TRUE(kHeading + row + "\r\nmain,7,4,0,o,3,3,0\r\n" == reports.Csv(ChainMode::kAll));
+    } else {
+      EXPECT_TRUE(kHeading + row.substr(0, 5119) ==
+                  reports.Write(Format::kCsv, ChainMode::kAll, "main", WriteEnd::kFailed));
+      EXPECT_EQ(w9451, reports.LastWarning());
+    }
+  }
+  // The drawing goes on below, its indentation too.
+  const std::string first(5000, 'm');
+  const std::string second(200, 'n');
+  Reports reports(first + " 4 -> " + second + " o\n" + second + " 3\no 3");
+  const std::string line = first + "(7,4)+--" + second + "(3,3)";
+  const std::string branch = std::string(5005, ' ') + "+--o(3,3)";
+  EXPECT_TRUE(line.substr(0, 5119) + "\r\n" + line.substr(5119) + "\r\n" + branch + "\r\n" ==
+              reports.Text(ChainMode::kAll, first));
+}
+
+TEST(ChainReport, LinesAreLimitedInBothFormats) {
+  for (const size_t chains : {32766u, 32767u, 32768u}) {
+    std::string text = "main 4 ->";
+    for (size_t i = 0; i < chains; ++i) {
+      text += " f" + std::to_string(i);
+    }
+    Reports reports(text);
+    for (const Format format : {Format::kText, Format::kCsv}) {
+      const size_t heading = format == Format::kCsv ? 1 : 0;
+      const bool fits = chains + heading <= 32767;
+      const std::string file = reports.Write(format, ChainMode::kAll, "main",
+                                             fits ? WriteEnd::kCompleted : WriteEnd::kFailed);
+      EXPECT_EQ(fits ? static_cast<long>(chains + heading) : 32767,
+                std::count(file.begin(), file.end(), '\n'));
+      EXPECT_TRUE(file.ends_with("\r\n"));
+      if (!fits) {
+        EXPECT_EQ("W9450 Number of lines reached limit (32767) in output.", reports.LastWarning());
+      }
+    }
+  }
+  // 2^60 chains.
+  std::string ladder;
+  for (int i = 0; i < 60; ++i) {
+    const std::string next = " -> a" + std::to_string(i + 1) + " b" + std::to_string(i + 1) + "\n";
+    ladder += "a" + std::to_string(i) + " 1" + next + "b" + std::to_string(i) + " 1" + next;
+  }
+  Reports reports(ladder);
+  const std::string file =
+      reports.Write(Format::kText, ChainMode::kMaximum, "a0", WriteEnd::kFailed);
+  EXPECT_EQ(32767, std::count(file.begin(), file.end(), '\n'));
+}
+
+TEST(ChainReport, AVeryDeepChain) {
+  constexpr uint32_t kDepth = 300000;
+  Reports reports("main 0");
+  StkFunction* last = &reports.graph["main"];
+  StkFunction* const start = last;
+  const StkFileEntry& file = reports.graph.files.Intern("C:\\p\\deep.c");
+  for (uint32_t i = 0; i < kDepth; ++i) {
+    StkFunction& next = reports.graph.functions.AddDefined("_f" + std::to_string(i), file);
+    next.flags |= FN_GLOBAL;
+    last->callees.push_back(&next);
+    next.callers.push_back(last);
+    last = &next;
+  }
+  // A second branch half way down needs the whole indentation.
+  StkFunction& middle = *reports.graph.functions.Functions()[kDepth / 2];
+  middle.callees.push_back(&middle);
+  reports.Compute();
+  StkChainReport report(Format::kText, kPath, reports.host.host, reports.recorder.messages);
+  ASSERT_TRUE(report.Open());
+  EXPECT_EQ(WriteEnd::kCompleted,
+            report.Write(*start, ChainMode::kAll, [](uint32_t) { return true; }));
+  const std::string written = reports.host.files.Get(kPath).value_or("");
+  EXPECT_EQ("main(0,0)---f0(0,0)---f1(0,0)", written.substr(0, 29));
+  const std::string end = "+--" + TextItem(middle, ",", reports.graph.codePage) + "\r\n";
+  EXPECT_TRUE(std::string(written).erase(0, written.size() - end.size()) == end);
+}
+
+TEST(ChainReport, StopsAndFailures) {
+  Reports reports("main 4 -> f g h\nf 1\ng 1\nh 1");
+  std::vector<uint32_t> lines;
+  const auto stopAtThree = [&](uint32_t count) {
+    lines.push_back(count);
+    return count < 3;
+  };
+  EXPECT_EQ(kHeading + "main,5,4,0,f,1,1,0\r\nmain,5,4,0,g,1,1,0\r\n",
+            reports.Write(Format::kCsv, ChainMode::kAll, "main", WriteEnd::kStopped, stopAtThree));
+  EXPECT_EQ((std::vector<uint32_t>{2, 3}), lines);
+
+  reports.host.files.SetCapacity(10);
+  EXPECT_EQ("main(5,4)+", reports.Write(Format::kText, ChainMode::kAll, "main", WriteEnd::kFailed));
+  EXPECT_EQ("W9404 File write error (C:\\p\\chains.txt).", reports.LastWarning());
+
+  reports.host.files.Refuse(kPath);
+  StkChainReport refused(Format::kText, kPath, reports.host.host, reports.recorder.messages);
+  EXPECT_FALSE(refused.Open());
+  refused.PostFailure(reports.recorder.reporter);
+  reports.recorder.queue.Drain();
+  EXPECT_EQ(
+      "W9402 Cannot open file to write (C:\\p\\chains.txt).\nCheck that both the file and the "
+      "folder are writable.",
+      reports.LastWarning());
+}
+
+TEST(ChainReport, TheExtensionDecidesTheFormat) {
+  const CodePage page = CodePage::Utf8();
+  for (const char* path : {"a.csv", "C:\\x.txt\\a.b.CsV"}) {
+    EXPECT_EQ(Format::kCsv, StkChainReport::FormatOf(path, page)) << path;
+  }
+  for (const char* path : {"a.txt", "csv", ".csv", "a.csv.txt", "a.csv\\b", "a.csv "}) {
+    EXPECT_EQ(Format::kText, StkChainReport::FormatOf(path, page)) << path;
+  }
+}
+
+}  // namespace
+}  // namespace velkor
