@@ -17,4 +17,9 @@ void CallGraph::Append(const StkFunction& function) {
   first_.push_back(static_cast<uint32_t>(callees_.size()));
 }
 
+void CallGraph::Append(std::span<const uint32_t> callees) {
+  callees_.insert(callees_.end(), callees.begin(), callees.end());
+  first_.push_back(static_cast<uint32_t>(callees_.size()));
+}
+
 }  // namespace velkor

@@ -18,6 +18,7 @@ class CallGraph {
 
   // The function of the next index.
   void Append(const StkFunction& function);
+  void Append(std::span<const uint32_t> callees);
 
   uint32_t Count() const { return static_cast<uint32_t>(first_.size() - 1); }
   std::span<const uint32_t> Callees(uint32_t function) const {
