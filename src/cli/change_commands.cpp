@@ -1,56 +1,70 @@
 #include "cli/change_commands.h"
 
-#include "cli/adjust_form.h"
+#include <algorithm>
+#include <optional>
+
 #include "core/function_text.h"
+#include "document/adjustment_form.h"
 
 namespace velkor {
 namespace {
 
-bool FillCallees(Application& application, const StkFunction& function, const Options& options,
-                 AdjustForm& form) {
-  if (options.noCallees || !options.callees.empty()) {
-    form.ClearCallees();
+bool AddCallee(Application& application, const StkFunction& function, StkFunction& callee,
+               AdjustmentForm& form) {
+  if (function.CallsDirectly(callee)) {
+    application.Say(FunctionSpecName(function, application.GetCodePage()) + " calls " +
+                    FunctionSpecName(callee, application.GetCodePage()) +
+                    " directly: it cannot be stated once more");
+    return false;
   }
-  for (const std::string& name : options.callees) {
-    StkFunction* callee = application.FindFunction(name);
-    if (callee == nullptr) {
-      return false;
-    }
-    if (function.CallsDirectly(*callee)) {
-      application.Say(FunctionSpecName(function, application.GetCodePage()) + " calls " +
-                      FunctionSpecName(*callee, application.GetCodePage()) +
-                      " directly: it cannot be stated once more");
-      return false;
-    }
-    if (!form.AddCallee(*callee)) {
-      return false;
-    }
+  if (form.IsFull() && form.CanAdd(callee)) {
+    application.Reporter().ShowWarning(MessageKey::kW9460, {});
+    return false;
   }
+  form.Add(callee);
   return true;
 }
 
+bool FillCallees(Application& application, const StkFunction& function, const Options& options,
+                 AdjustmentForm& form) {
+  if (options.noCallees || !options.callees.empty()) {
+    form.DeleteAll();
+  }
+  return std::all_of(options.callees.begin(), options.callees.end(), [&](const std::string& name) {
+    StkFunction* callee = application.FindFunction(name);
+    return callee != nullptr && AddCallee(application, function, *callee, form);
+  });
+}
+
 bool FillDepth(Application& application, const StkFunction& function, const Options& options,
-               AdjustForm& form) {
+               AdjustmentForm& form) {
   if (!options.depth) {
     return true;
   }
-  if (!options.depth->empty() && !form.DepthEnabled()) {
+  if (!options.depth->empty() && !form.RecursionEnabled()) {
     application.Say(FunctionSpecName(function, application.GetCodePage()) +
                     " is not recursive: it has no recursion depth");
     return false;
   }
-  form.SetDepth(*options.depth);
+  form.SetDepthText(*options.depth);
   return true;
 }
 
 // False after having said why the form cannot be confirmed.
 bool FillForm(Application& application, const StkFunction& function, const Options& options,
-              AdjustForm& form) {
+              AdjustmentForm& form) {
   if (options.margin) {
-    form.SetMargin(*options.margin);
+    form.SetMarginText(*options.margin);
   }
-  return FillCallees(application, function, options, form) &&
-         FillDepth(application, function, options, form) && form.Validate();
+  if (!FillCallees(application, function, options, form) ||
+      !FillDepth(application, function, options, form)) {
+    return false;
+  }
+  const std::optional<AdjustmentForm::Refusal> refusal = form.Validate();
+  if (refusal) {
+    ShowRefusal(*refusal, application.Reporter());
+  }
+  return !refusal;
 }
 
 }  // namespace
@@ -65,11 +79,11 @@ ExitStatus Adjust(Application& application, const Options& options) {
     return kWrongUsage;
   }
   CStkDoc& document = application.Document();
-  AdjustForm form(*document.FunctionTable(), *function, application.Reporter());
+  AdjustmentForm form(*document.FunctionTable(), *function);
   if (!FillForm(application, *function, options, form)) {
     return kWrongUsage;
   }
-  if (const std::optional<StkAdjustment> adjustment = form.Build()) {
+  if (const std::optional<StkAdjustment> adjustment = form.BuildAdjustment()) {
     document.AdjustFunction(*function, *adjustment);
   } else if (function->adjustment != nullptr) {
     document.CancelAdjustment(*function);

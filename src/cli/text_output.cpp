@@ -23,8 +23,8 @@ void WriteHead(const AnalysisResult& result, ResultOutput& output) {
   output.Write(
       fmt::format("Functions  {}, {} of them top-level\n", functions.Count(), result.roots.size()));
   if (uncertain > 0) {
-    output.Write(
-        fmt::format("Uncertain  {} of the top-level totals are only lower bounds\n", uncertain));
+    output.Write(fmt::format("Uncertain  {} of the top-level ones: their totals are lower bounds\n",
+                             uncertain));
   }
 }
 

@@ -103,7 +103,7 @@ TEST(Outputs, TextOfASmallAnalysis) {
             "Project    app.prj\n"
             "Compiler   CCTarn V3.70\n"
             "Functions  5, 2 of them top-level\n"
-            "Uncertain  2 of the top-level totals are only lower bounds\n"
+            "Uncertain  2 of the top-level ones: their totals are lower bounds\n"
             "\n"
             "Top-level functions, largest total first, each with the calls that take it.\n"
             "≥: at least, for what is named beneath.  *: recursive.  &: calls indirectly.\n"
