@@ -21,7 +21,7 @@ namespace velkor {
 // Memory is bounded: at most kMaxBytes of the file are looked at. Any thread may ask.
 class SettingsTree {
  public:
-  static constexpr size_t kMaxBytes = size_t{64} << 10;
+  static constexpr size_t kMaxBytes = size_t{16} << 10;
 
   // A key of this tree; handed out by Open.
   using Key = size_t;

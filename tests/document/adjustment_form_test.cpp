@@ -1,0 +1,203 @@
+#include "document/adjustment_form.h"
+
+#include <gtest/gtest.h>
+
+#include "core/recompute.h"
+#include "support/graph.h"
+#include "support/recorder.h"
+
+namespace velkor {
+namespace {
+
+using testing::Graph;
+using testing::Recorder;
+
+// A graph with its recursion marks, and what the form reports.
+struct Analysis : Graph {
+  explicit Analysis(std::string_view text) : Graph(text), recorder(codePage) {
+    Recompute(functions, roots, true, nullptr, nullptr, recorder.reporter);
+  }
+  AdjustmentForm Form(std::string_view cName) { return {functions, (*this)[cName]}; }
+  void PutInForce(std::string_view cName, uint32_t margin, uint32_t depth) {
+    (*this)[cName].adjustment = std::make_unique<StkAppliedAdjustment>();
+    (*this)[cName].adjustment->margin = margin;
+    (*this)[cName].adjustment->depth = depth;
+  }
+
+  Recorder recorder;
+  StkRootList roots;
+};
+
+std::string Names(const StkFunctionList& functions) {
+  std::string names;
+  for (const StkFunction* function : functions) {
+    names += function->name + " ";
+  }
+  return names;
+}
+
+// "margin 4, depth 3, callees _a _b", or "none".
+std::string Text(const std::optional<StkAdjustment>& adjustment) {
+  if (!adjustment) {
+    return "none";
+  }
+  std::string text;
+  text += adjustment->margin == kNoMargin ? "" : "margin " + std::to_string(adjustment->margin);
+  text += adjustment->depth == kNoDepth ? "" : " depth " + std::to_string(adjustment->depth);
+  text += adjustment->callees ? " callees " + Names(*adjustment->callees) : "";
+  EXPECT_EQ(adjustment->line, 0u);
+  return text;
+}
+
+TEST(AdjustmentForm, AcceptsAndRefusesNumbersAsStated) {
+  constexpr std::string_view kTooBig = "W9464 Too big additional margin.\nThe limit is 65535.";
+  struct Case {
+    std::string margin;
+    std::string depth;
+    std::string_view message;  // empty: accepted
+    AdjustmentForm::Field field = AdjustmentForm::Field::kMargin;
+  };
+  constexpr auto kDepth = AdjustmentForm::Field::kDepth;
+  const Case cases[] = {
+      {"", "", ""},
+      {"0", "1", ""},
+      {"65535", "4294967295", ""},
+      {"0xFFFF", "0XffffFFFF", ""},
+      {"0x", "0X", ""},
+      {"65536", "", kTooBig},
+      {"4294967296", "", kTooBig},
+      {"4294967295", "", kTooBig},
+      {"99999999999999999999999", "", kTooBig},
+      {"12a", "", "W9462 Illegal value (a) for additional margin."},
+      {" 1", "", "W9462 Illegal value ( ) for additional margin."},
+      {"1 ", "", "W9462 Illegal value ( ) for additional margin."},
+      {"-1", "", "W9462 Illegal value (-) for additional margin."},
+      {"x", "y", "W9462 Illegal value (x) for additional margin."},
+      {"", "0", "W9463 Illegal value (0) for recursion depth.", kDepth},
+      {"", "0x0", "W9463 Illegal value (0) for recursion depth.", kDepth},
+      {"", "1%", "W9463 Illegal value (%) for recursion depth.", kDepth},
+      {"1", "4294967296", kTooBig, kDepth},
+  };
+  // Not recursive: the depth is validated although it is disabled.
+  Analysis analysis("f 1");
+  for (const Case& entry : cases) {
+    AdjustmentForm form = analysis.Form("f");
+    form.SetMarginText(entry.margin);
+    form.SetDepthText(entry.depth);
+    const auto refusal = form.Validate();
+    ASSERT_EQ(refusal.has_value(), !entry.message.empty()) << entry.margin << "|" << entry.depth;
+    if (refusal) {
+      ShowRefusal(*refusal, analysis.recorder.reporter);
+      EXPECT_EQ(analysis.recorder.boxes.boxes.back().text, entry.message);
+      EXPECT_EQ(refusal->field, entry.field);
+    }
+  }
+}
+
+TEST(AdjustmentForm, BuildsOnlyWhatIsStated) {
+  struct Case {
+    std::string function;
+    std::string margin;
+    std::string depth;
+    std::string callee;
+    std::string result;
+  };
+  const Case cases[] = {
+      {"plain", "", "", "", "none"},
+      {"plain", "0x10", "", "", "margin 16"},
+      {"plain", "0", "", "", "margin 0"},
+      {"plain", "0x", "5", "", "none"},  // an empty prefix, and a depth that is disabled
+      {"loop", "", "5", "", " depth 5"},
+      {"loop", "2", "0x3", "plain", "margin 2 depth 3 callees _plain "},
+      {"lib", "8", "", "", "none"},  // as it was shown
+      {"lib", "0x8", "", "", "none"},
+      {"lib", "9", "", "", "margin 9"},
+      {"lib", "", "", "", "none"},
+      {"lib", "8", "", "plain", "margin 8 callees _plain "},
+      {"preset", "6", "", "", "none"},
+      {"plain", "6", "", "", "margin 6"},
+      {"plain", "", "2", "plain", " depth 2 callees _plain "},  // recursive by its callee
+  };
+  Analysis analysis("plain 1\nloop 2 -> loop\n? lib\npreset 3");
+  analysis.functions.SetLibrarySize(analysis["lib"], 8);
+  analysis["preset"].SetFixedExtra();
+  for (const Case& entry : cases) {
+    AdjustmentForm form = analysis.Form(entry.function);
+    form.SetMarginText(entry.margin);
+    form.SetDepthText(entry.depth);
+    if (!entry.callee.empty()) {
+      form.Add(analysis[entry.callee]);
+    }
+    EXPECT_FALSE(form.Validate());
+    EXPECT_EQ(Text(form.BuildAdjustment()), entry.result)
+        << entry.function << " " << entry.margin << "|" << entry.depth;
+  }
+}
+
+TEST(AdjustmentForm, StartsFromWhatIsInForceAndResets) {
+  Analysis analysis("loop 2 -> loop => b\na 1\nb 1\n? lib");
+  analysis.functions.SetLibrarySize(analysis["lib"], 8);
+  AdjustmentForm library = analysis.Form("lib");
+  EXPECT_EQ(library.MarginText() + "|" + library.DepthText(), "8|");
+  EXPECT_FALSE(library.CanReset());
+  EXPECT_EQ(Text(library.BuildAdjustment()), "none");
+
+  analysis.PutInForce("lib", 4, kNoDepth);
+  AdjustmentForm adjusted = analysis.Form("lib");
+  EXPECT_EQ(adjusted.MarginText(), "4");
+  EXPECT_TRUE(adjusted.CanReset());
+  adjusted.Reset();
+  EXPECT_EQ(adjusted.MarginText(), "8");
+  EXPECT_FALSE(adjusted.CanReset());
+  EXPECT_EQ(Text(adjusted.BuildAdjustment()), "none");
+
+  analysis.PutInForce("loop", kNoMargin, 7);
+  AdjustmentForm form = analysis.Form("loop");
+  EXPECT_EQ(form.MarginText() + "|" + form.DepthText(), "|7");
+  EXPECT_EQ(Text(form.BuildAdjustment()), " depth 7 callees _b ");
+  form.Reset();
+  EXPECT_EQ(form.DepthText() + Names(form.AddedCallees()), "");
+  EXPECT_TRUE(form.RecursionEnabled()) << "by a callee of its own";
+  EXPECT_EQ(Text(form.BuildAdjustment()), "none");
+  EXPECT_EQ(Names(analysis["loop"].extraCallees), "_b ") << "nothing reaches the function";
+}
+
+TEST(AdjustmentForm, AddsAndDeletesCalleesInNameOrder) {
+  Analysis analysis("f 1 -> fixed\nfixed 1\nc 1 -> f\nb 1\na 1");
+  AdjustmentForm form = analysis.Form("f");
+  EXPECT_FALSE(form.CanAdd(analysis["fixed"]));
+  EXPECT_FALSE(form.CanDelete(analysis["fixed"]));
+  EXPECT_FALSE(form.RecursionEnabled());
+  EXPECT_EQ(form.Add(analysis["b"]), 0);
+  EXPECT_EQ(form.Add(analysis["a"]), 0);
+  EXPECT_FALSE(form.RecursionEnabled());
+  EXPECT_EQ(form.Add(analysis["c"]), 2);
+  EXPECT_TRUE(form.RecursionEnabled()) << "c calls f";
+  EXPECT_EQ(form.Add(analysis["b"]), -1);
+  EXPECT_EQ(Names(form.AddedCallees()), "_a _b _c ");
+  EXPECT_EQ(form.Delete(analysis["c"]), 2);
+  EXPECT_FALSE(form.RecursionEnabled());
+  EXPECT_EQ(form.Delete(analysis["c"]), -1);
+  EXPECT_TRUE(form.CanAdd(analysis["f"])) << "a function may call itself";
+  EXPECT_EQ(form.Add(analysis["f"]), 2);
+  EXPECT_TRUE(form.RecursionEnabled());
+}
+
+TEST(AdjustmentForm, HoldsAsManyCalleesAsAnAdjustmentMay) {
+  std::string graph = "f 1\n";
+  for (size_t i = 0; i <= AdjustmentForm::kMaxCallees; ++i) {
+    graph += "x" + std::to_string(i) + " 1\n";
+  }
+  Analysis analysis(graph);
+  AdjustmentForm form = analysis.Form("f");
+  for (size_t i = 0; i < AdjustmentForm::kMaxCallees; ++i) {
+    EXPECT_FALSE(form.IsFull());
+    form.Add(analysis["x" + std::to_string(i)]);
+  }
+  EXPECT_TRUE(form.IsFull());
+  EXPECT_EQ(form.Add(analysis["x1024"]), -1);
+  EXPECT_EQ(form.AddedCallees().size(), 1024u);
+}
+
+}  // namespace
+}  // namespace velkor
