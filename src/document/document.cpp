@@ -202,7 +202,7 @@ bool CStkDoc::CancelAllAdjustments() {
 }
 
 bool CStkDoc::CanChangeAnalysis() const {
-  return !analysisJob_ && !specReadJob_;
+  return !analysisJob_ && !specReadJob_ && !chainReportJob_;
 }
 
 bool CStkDoc::StartChange() {
@@ -221,6 +221,7 @@ void CStkDoc::ChangeEnded(bool calleesChanged) {
 void CStkDoc::StopAllJobs() {
   StopAnalysis();
   StopSpecRead();
+  StopChainSave();
   if (specWriteJob_ && !specWriteJob_->IsAutomatic()) {
     StopSpecWrite();
   }

@@ -99,6 +99,11 @@ class CStkDoc {
   // What an automatic save had to write is written later.
   void StopSpecWrite();
   void FinishSpecWrite();
+  // Waits for a report that runs. False without functions, or while they are being read.
+  bool SaveCallChains(std::string_view path, const StkFunction& function, bool allChains,
+                      StkChainReport::Format format);
+  void StopChainSave();
+  void FinishChainSave();
   // Each is followed by SaveSystemFile, also when nothing has changed.
   bool AdjustFunction(StkFunction& function, const StkAdjustment& adjustment);
   bool CancelAdjustment(StkFunction& function);
@@ -108,6 +113,7 @@ class CStkDoc {
   bool IsAnalysing() const { return analysisJob_ != nullptr; }
   bool IsReadingSpecifications() const { return specReadJob_ != nullptr; }
   bool IsWritingSpecifications() const { return specWriteJob_ != nullptr; }
+  bool IsSavingCallChains() const { return chainReportJob_ != nullptr; }
   // No running job keeps the analysis from being changed.
   bool CanChangeAnalysis() const;
 
@@ -138,6 +144,7 @@ class CStkDoc {
   std::unique_ptr<StkAnalysisJob> analysisJob_;
   std::unique_ptr<StkSpecReadJob> specReadJob_;
   std::unique_ptr<StkSpecWriteJob> specWriteJob_;
+  std::unique_ptr<StkChainReportJob> chainReportJob_;
   bool systemSaveDue_ = false;
   // Fingerprint of the stk system file whose adjustments are all in force.
   std::optional<uint64_t> knownSystemFile_;

@@ -49,6 +49,36 @@ void CStkDoc::FinishSpecWrite() {
   }
 }
 
+bool CStkDoc::SaveCallChains(std::string_view path, const StkFunction& function, bool allChains,
+                             StkChainReport::Format format) {
+  if (!HasFunctionsToWrite()) {
+    return false;
+  }
+  if (chainReportJob_) {
+    chainReportJob_->Wait();
+  }
+  chainReportJob_ = std::make_unique<StkChainReportJob>(
+      ChainReportOrder{std::string(path), function,
+                       allChains ? ChainMode::kAll : ChainMode::kMaximum, format, InputPaths(true)},
+      host_, reporter_, mainWindow_);
+  chainReportJob_->Start();
+  return true;
+}
+
+void CStkDoc::StopChainSave() {
+  if (chainReportJob_) {
+    chainReportJob_->Stop();
+    chainReportJob_.reset();
+  }
+}
+
+void CStkDoc::FinishChainSave() {
+  if (chainReportJob_ && chainReportJob_->EndPosted()) {
+    chainReportJob_->Wait();
+    chainReportJob_.reset();
+  }
+}
+
 bool CStkDoc::HasFunctionsToWrite() const {
   return project_ && functionTable_ && functionTable_->Count() != 0 && !analysisJob_ &&
          !specReadJob_;

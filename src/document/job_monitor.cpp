@@ -69,6 +69,10 @@ void StkJobMonitor::HandleEnd(uint32_t message) {
       document_.FinishSpecWrite();
       progress_.SetPosition(0);
       break;
+    case WM_STK_CHAINSAVE_END:
+      document_.FinishChainSave();
+      progress_.SetPosition(0);
+      break;
     default:
       break;
   }
@@ -96,6 +100,9 @@ void StkJobMonitor::Stop() {
   if (slots_[kSpecWrite]) {
     document_.StopSpecWrite();
   }
+  if (slots_[kChainSave]) {
+    document_.StopChainSave();
+  }
   slots_.fill(false);
   progress_.SetPosition(0);
 }
@@ -118,6 +125,8 @@ bool StkJobMonitor::HasJob(Slot slot) const {
       return document_.IsReadingSpecifications();
     case kSpecWrite:
       return document_.IsWritingSpecifications();
+    case kChainSave:
+      return document_.IsSavingCallChains();
     default:
       return false;
   }

@@ -79,7 +79,7 @@ void DocumentHost::PutChain() {
 void DocumentHost::Finish() {
   recorder.queue.RunUntil([this] {
     return !document.IsAnalysing() && !document.IsReadingSpecifications() &&
-           !document.IsWritingSpecifications();
+           !document.IsWritingSpecifications() && !document.IsSavingCallChains();
   });
   recorder.queue.Drain();
 }

@@ -1,0 +1,85 @@
+#include "document/chain_report_job.h"
+
+#include <utility>
+
+#include "core/chain_count.h"
+#include "document/notifications.h"
+#include "document/output_path.h"
+
+namespace velkor {
+
+namespace {
+
+constexpr uint32_t kLinesPerStopTest = 10;
+
+}  // namespace
+
+StkChainReportJob::StkChainReportJob(ChainReportOrder order, Host& host, StkReporter& reporter,
+                                     MessageTarget& mainWindow)
+    : StkJob(Event::Reset::kAutomatic, mainWindow),
+      order_(std::move(order)),
+      host_(host),
+      reporter_(reporter) {}
+
+StkChainReportJob::~StkChainReportJob() {
+  Stop();
+}
+
+void StkChainReportJob::Run() {
+  Post(WM_STK_CHAINSAVE_START, ExpectedLines());
+  if (CheckOutputPath(order_.path, order_.inputs, host_, reporter_)) {
+    StkChainReport report(order_.format, order_.path, host_, reporter_.Messages());
+    if (report.Open()) {
+      Write(report);
+    } else {
+      report.PostFailure(reporter_);
+    }
+  }
+  PostEnd(WM_STK_CHAINSAVE_END);
+}
+
+void StkChainReportJob::Abandon() {
+  try {
+    reporter_.PostWarning(MessageKey::kW9404, {order_.path});
+    if (started_) {
+      reporter_.PostLog(MessageKey::kWritingAborted, {order_.path});
+    }
+  } catch (...) {
+    // The messages have no room; the notification is what matters.
+  }
+  PostEnd(WM_STK_CHAINSAVE_END);
+}
+
+uint32_t StkChainReportJob::ExpectedLines() const {
+  const uint32_t heading = order_.format == StkChainReport::Format::kCsv ? 1 : 0;
+  return static_cast<uint32_t>(CountChains(order_.start, order_.mode)) + heading;
+}
+
+void StkChainReportJob::Write(StkChainReport& report) {
+  reporter_.PostLog(MessageKey::kWritingStarted, {order_.path});
+  started_ = true;
+  const WriteEnd end =
+      report.Write(order_.start, order_.mode, [this](uint32_t lines) { return AfterChain(lines); });
+  if (end == WriteEnd::kFailed) {
+    report.PostFailure(reporter_);
+  }
+  reporter_.PostLog(
+      end == WriteEnd::kCompleted ? MessageKey::kWritingCompleted : MessageKey::kWritingAborted,
+      {order_.path});
+}
+
+// A chain may take several lines: what counts is that a tenth line was passed.
+bool StkChainReportJob::AfterChain(uint32_t lines) {
+  const uint32_t before = std::exchange(lines_, lines);
+  if (before / kLinesPerStopTest == lines / kLinesPerStopTest) {
+    return true;
+  }
+  if (stopEvent_.Test()) {
+    SetStopped();
+    return false;
+  }
+  Post(WM_STK_CHAINSAVE_PROGRESS, lines);
+  return true;
+}
+
+}  // namespace velkor
