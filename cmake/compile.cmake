@@ -3,11 +3,11 @@ add_library(velkor_compile INTERFACE)
 target_include_directories(velkor_compile INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(velkor_compile INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-  -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef -Werror)
+  -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef -Werror
+  # g++ 12 sees overlaps and uninitialised values in its own std::string that are not there.
+  -Wno-restrict -Wno-maybe-uninitialized)
 if(VELKOR_SANITIZE)
   target_compile_options(velkor_compile INTERFACE
-    -fsanitize=${VELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1
-    # The sanitizers' own code makes g++ 12 see uninitialised values in the standard library.
-    -Wno-maybe-uninitialized)
+    -fsanitize=${VELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
   target_link_options(velkor_compile INTERFACE -fsanitize=${VELKOR_SANITIZE})
 endif()
