@@ -5,9 +5,10 @@ target_compile_options(velkor_compile INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
   -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef -Werror
   # g++ 12 sees overlaps and uninitialised values in its own std::string that are not there.
-  -Wno-restrict -Wno-maybe-uninitialized)
+  -Wno-restrict $<$<CONFIG:Release>:-Wno-maybe-uninitialized>)
 if(VELKOR_SANITIZE)
   target_compile_options(velkor_compile INTERFACE
-    -fsanitize=${VELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+    -fsanitize=${VELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1
+    -Wno-maybe-uninitialized)
   target_link_options(velkor_compile INTERFACE -fsanitize=${VELKOR_SANITIZE})
 endif()
