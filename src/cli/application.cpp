@@ -111,7 +111,7 @@ void Application::Post(uint32_t message, uint64_t parameter) {
 
 bool Application::HasJobs() const {
   return document_.IsAnalysing() || document_.IsReadingSpecifications() ||
-         document_.IsWritingSpecifications();
+         document_.IsWritingSpecifications() || document_.IsSavingCallChains();
 }
 
 // The monitor knows a job only once its first notification has been handled.
@@ -126,6 +126,9 @@ void Application::StopJobs() {
   }
   if (document_.IsWritingSpecifications()) {
     document_.StopSpecWrite();
+  }
+  if (document_.IsSavingCallChains()) {
+    document_.StopChainSave();
   }
 }
 

@@ -14,6 +14,8 @@ ExitStatus RunCommand(Application& application, const Options& options) {
   switch (options.command) {
     case Options::Command::kAnalyze:
       return Analyze(application, options);
+    case Options::Command::kChains:
+      return Chains(application, options);
     case Options::Command::kAdjust:
       return Adjust(application, options);
     case Options::Command::kReset:

@@ -61,6 +61,17 @@ void AddAnalyze(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
+void AddChains(CLI::App& app, Options& options) {
+  CLI::App& command = AddCommand(app, options, Options::Command::kChains, "chains",
+                                 "write the call chains of a function into a file");
+  command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
+  command.add_flag("--all", options.all, "all call chains, not only those with the maximum stack");
+  command.add_option("--output", options.output, "where to write; .csv gives CSV, else text")
+      ->required()
+      ->option_text("FILE");
+  AddRunOptions(command, options);
+}
+
 void AddAdjust(CLI::App& app, Options& options) {
   CLI::App& command = AddCommand(
       app, options, Options::Command::kAdjust, "adjust",
@@ -120,6 +131,7 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   app.set_version_flag("--version", "velkor " VELKOR_VERSION);
   app.require_subcommand(1);
   AddAnalyze(app, options);
+  AddChains(app, options);
   AddAdjust(app, options);
   AddReset(app, options);
   AddLoad(app, options);

@@ -13,17 +13,17 @@ enum class OutputFormat { kText, kJson, kCsv };
 // What the command line asks for. Texts are bytes as the caller gave them. Which fields have a
 // meaning depends on the command.
 struct Options {
-  enum class Command { kAnalyze, kAdjust, kReset, kLoad, kSave };
+  enum class Command { kAnalyze, kChains, kAdjust, kReset, kLoad, kSave };
 
   Command command = Command::kAnalyze;
   std::string project;
   std::optional<std::string> function;
   std::vector<std::string> loadFiles;  // analyze: applied in memory, in this order; load: the one
-  std::string output;                  // save
+  std::string output;                  // chains, save
 
   OutputFormat format = OutputFormat::kText;
   bool full = false;  // text output: nothing is left out of a long call chain
-  bool all = false;   // reset: all functions
+  bool all = false;   // chains: all call chains; reset: all functions
 
   // adjust: none leaves the field as it is, an empty text empties it.
   std::optional<std::string> margin;

@@ -1,6 +1,23 @@
 #include "cli/output_commands.h"
 
+#include "files/chain_report.h"
+
 namespace velkor {
+
+ExitStatus Chains(Application& application, const Options& options) {
+  const ExitStatus analysed = application.OpenAndAnalyse(options.project);
+  if (analysed != kDone) {
+    return analysed;
+  }
+  const StkFunction* function = application.FindFunction(*options.function);
+  if (function == nullptr) {
+    return kWrongUsage;
+  }
+  const std::string output = application.AbsolutePath(options.output);
+  application.Document().SaveCallChains(
+      output, *function, options.all, StkChainReport::FormatOf(output, application.GetCodePage()));
+  return application.RunWritingJob();
+}
 
 ExitStatus Save(Application& application, const Options& options) {
   const ExitStatus analysed = application.OpenAndAnalyse(options.project);

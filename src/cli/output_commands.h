@@ -6,6 +6,7 @@ namespace velkor {
 
 // The commands that write what the analysis found into a file of the user's choice. They change
 // nothing in the project.
+ExitStatus Chains(Application& application, const Options& options);
 ExitStatus Save(Application& application, const Options& options);
 
 }  // namespace velkor

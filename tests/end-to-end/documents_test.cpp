@@ -19,11 +19,7 @@ std::string BlockAfter(const std::string& text, size_t position) {
   return text.substr(start, text.find(fence, start) - start);
 }
 
-// The files that the page shows are put down as they stand, and the program must print what the
-// page says it prints.
-TEST(Documents, TheExamplesOfTheFormatsWork) {
-  const std::string page = testing::ReadFile(kSource + "/docs/file-formats.md");
-  const ScratchFolder folder;
+void PutExamples(const std::string& page, const ScratchFolder& folder) {
   const std::regex example("<!-- example: (.*) -->");
   int files = 0;
   for (std::sregex_iterator match(page.begin(), page.end(), example), end; match != end; ++match) {
@@ -31,11 +27,37 @@ TEST(Documents, TheExamplesOfTheFormatsWork) {
     ++files;
   }
   ASSERT_EQ(files, 3);
+}
+
+// The files that the page shows are put down as they stand, and the program must print what the
+// page says it prints.
+TEST(Documents, TheExamplesOfTheFormatsWork) {
+  const std::string page = testing::ReadFile(kSource + "/docs/file-formats.md");
+  const ScratchFolder folder;
+  PutExamples(page, folder);
   const ProgramRun run = Program({"analyze", "app.prj", "--load", "limits.txt", "--format", "csv"})
                              .In(folder.Root())
                              .Run();
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(run.out, BlockAfter(page, page.find("<!-- output -->")));
+}
+
+std::string WithoutCarriageReturns(std::string text) {
+  std::erase(text, '\r');
+  return text;
+}
+
+TEST(Documents, TheReportsAreAsShown) {
+  const std::string page = testing::ReadFile(kSource + "/docs/file-formats.md");
+  const ScratchFolder folder;
+  PutExamples(page, folder);
+  for (const std::string name : {"chains.txt", "chains.csv"}) {
+    const ProgramRun run =
+        Program({"chains", "app.prj", "main", "--all", "--output", name}).In(folder.Root()).Run();
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(WithoutCarriageReturns(testing::ReadFile(folder.Path(name))),
+              BlockAfter(page, page.find("<!-- chains: " + name)));
+  }
 }
 
 TEST(Documents, TheReadmeShowsRealOutput) {

@@ -1,0 +1,91 @@
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "program.h"
+#include "scratch_folder.h"
+
+namespace velkor {
+namespace {
+
+using testing::ModuleFunction;
+using testing::ModuleText;
+using testing::Program;
+using testing::ProgramRun;
+using testing::ProjectText;
+using testing::ScratchFolder;
+
+class Chains : public ::testing::Test {
+ protected:
+  void Put(const std::vector<ModuleFunction>& functions) {
+    folder_.Put("a.asm", ModuleText("a.c", functions));
+    project_ = folder_.Put("app.prj", ProjectText(".", {"a.c"}));
+  }
+
+  ProgramRun Report(const std::string& function, const std::string& output,
+                    std::vector<std::string> more = {}) {
+    std::vector<std::string> arguments = {"chains", project_, function, "--output", output};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return Program(arguments).In(folder_.Root()).Run();
+  }
+  std::string Written(const std::string& name) { return testing::ReadFile(folder_.Path(name)); }
+
+  ScratchFolder folder_;
+  std::string project_;
+};
+
+TEST_F(Chains, TheExtensionChoosesTheFormat) {
+  Put({{"main", "4", {"f", "g", "h"}}, {"f", "6", {}, true}, {"g", "6", {}}, {"h", "2", {}}});
+  const ProgramRun run = Report("main", "max.txt");
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_TRUE(run.Says(folder_.Path("max.txt") + " Writing completed.")) << run.err;
+  EXPECT_EQ(Written("max.txt"), "main(10,4)+--a.c#f(6,6)\r\n          +--g(6,6)\r\n");
+  EXPECT_EQ(Report("main", "max.CSV").status, 0);
+  EXPECT_EQ(Written("max.CSV"),
+            "Function,Total Stack Size,Frame Size,Adjustment Information\r\n"
+            "main,10,4,0,a.c#f,6,6,0\r\nmain,10,4,0,g,6,6,0\r\n");
+  EXPECT_EQ(Report("f", "one.txt", {"--all"}).status, 0);
+  EXPECT_EQ(Written("one.txt"), "a.c#f(6,6)\r\n");
+}
+
+TEST_F(Chains, ALimitOfTheReportIsAFailure) {
+  // Every step doubles the number of chains.
+  std::vector<ModuleFunction> ladder;
+  for (int i = 0; i < 60; ++i) {
+    const std::string next = std::to_string(i + 1);
+    ladder.push_back({"n" + std::to_string(i), "2", {"a" + next, "b" + next}});
+    ladder.push_back({"a" + next, "2", {"n" + next}});
+    ladder.push_back({"b" + next, "2", {"n" + next}});
+  }
+  ladder.push_back({"n60", "2", {}});
+  Put(ladder);
+  const ProgramRun lines = Report("n0", "all.txt", {"--all"});
+  EXPECT_EQ(lines.status, 4);
+  EXPECT_TRUE(lines.Says("W9450 Number of lines reached limit (32767) in output.")) << lines.err;
+  EXPECT_TRUE(lines.Says(folder_.Path("all.txt") + " Writing aborted.")) << lines.err;
+
+  std::vector<ModuleFunction> row;
+  for (int i = 0; i < 600; ++i) {
+    row.push_back({"f" + std::to_string(i), "2", {"f" + std::to_string(i + 1)}});
+  }
+  Put(row);
+  const ProgramRun width = Report("f0", "wide.csv");
+  EXPECT_EQ(width.status, 4);
+  EXPECT_TRUE(width.Says("W9451 Number of characters in one line reached limit (5119) in output."))
+      << width.err;
+}
+
+TEST_F(Chains, NoInputIsOverwrittenAndNothingIsWrittenForAWrongName) {
+  Put({{"main", "4", {}}});
+  const std::string module = Written("a.asm");
+  for (const std::string& output :
+       std::vector<std::string>{"app.prj", "./a.asm", folder_.Root(), "none/x.txt", "/dev/full",
+                                std::string(260, 'x')}) {
+    EXPECT_EQ(Report("main", output).status, 4) << output;
+  }
+  EXPECT_EQ(Written("a.asm"), module);
+  EXPECT_EQ(Report("mainn", "none.txt").status, 2);
+  EXPECT_FALSE(std::filesystem::exists(folder_.Path("none.txt")));
+}
+
+}  // namespace
+}  // namespace velkor
