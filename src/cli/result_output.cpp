@@ -18,7 +18,10 @@ void ResultOutput::Write(std::string_view text) {
 }
 
 void ResultOutput::Put(char c) {
-  Write(std::string_view(&c, 1));
+  buffer_.push_back(c);
+  if (buffer_.size() >= kBufferSize) {
+    WriteBuffer();
+  }
 }
 
 bool ResultOutput::Finish() {
