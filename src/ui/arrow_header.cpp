@@ -8,7 +8,6 @@
 namespace velkor {
 
 ArrowHeader::ArrowHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
-  setSectionsClickable(true);
   setHighlightSections(false);
 }
 

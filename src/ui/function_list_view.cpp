@@ -86,6 +86,7 @@ void CStkListView::SetUp() {
   colors.setColor(QPalette::Inactive, QPalette::Highlight, colors.color(QPalette::Base));
   colors.setColor(QPalette::Inactive, QPalette::HighlightedText, colors.color(QPalette::Text));
   setPalette(colors);
+  header_->setSectionsClickable(true);  // a tree view without sorting of its own turns this off
   header_->setStretchLastSection(false);
   for (int column = 0; column < FunctionListModel::kColumnCount; ++column) {
     setColumnWidth(column, std::max(kColumnWidths[column], header_->sectionSizeHint(column)));

@@ -7,6 +7,7 @@
 
 #include "core/function.h"
 #include "platform/code_page.h"
+#include "ui/commands.h"
 #include "ui/ui_context.h"
 
 namespace velkor {
@@ -27,9 +28,9 @@ using KindDescriptions = std::array<QString, 5>;
 
 // Texts of the catalogue that only assistive technology reads: the names of the two views, and
 // kKindDescriptionKey + icon index 0 to 4.
-constexpr uint32_t kCallTreeNameKey = 1000101;
-constexpr uint32_t kFunctionListNameKey = 1000102;
-constexpr uint32_t kKindDescriptionKey = 1000110;
+constexpr uint32_t kCallTreeNameKey = kDialogTextKey * 500 + 1001;
+constexpr uint32_t kFunctionListNameKey = kDialogTextKey * 500 + 1002;
+constexpr uint32_t kKindDescriptionKey = kDialogTextKey * 500 + 1010;
 
 KindDescriptions KindsFrom(const UiContext& context);
 
