@@ -17,8 +17,7 @@ struct AdjustmentInformationResult {
 
 // What adopting the adjustment changes: compared with what is in force, or with nothing.
 AdjustmentInformationResult AdjustmentInformation(const StkAdjustment& adjustment,
-                                                  const StkFunction& function,
-                                                  InformationMode mode,
+                                                  const StkFunction& function, InformationMode mode,
                                                   const StkMessages& messages);
 
 // The pending adjustment becomes the one in force. log: post what it changes.

@@ -5,13 +5,8 @@
 #include "core/function_table.h"
 #include "core/root_list.h"
 #include "core/specification_source.h"
-#include "platform/event.h"
-
-// A key of the catalogue has the name of a constant here; the two never meet in one scope.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wshadow"
 #include "messages/reporter.h"
-#pragma GCC diagnostic pop
+#include "platform/event.h"
 
 namespace velkor {
 

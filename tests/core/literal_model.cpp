@@ -84,14 +84,12 @@ void LiteralModel::AppendInPostOrder(size_t f, IndexList& order) {
 IndexList LiteralModel::PostOrder() {
   IndexList order;
   ClearDone();
-  for (size_t f = 0; f < functions.size(); ++f) {
-    if (functions[f].callers.empty() && functions[f].extraCallers.empty()) {
-      AppendInPostOrder(f, order);
-    }
-  }
-  for (size_t f = 0; f < functions.size(); ++f) {
-    if (!functions[f].done) {
-      AppendInPostOrder(f, order);
+  for (const bool all : {false, true}) {
+    for (size_t f = 0; f < functions.size(); ++f) {
+      const bool isCalled = !functions[f].callers.empty() || !functions[f].extraCallers.empty();
+      if (!functions[f].done && (all || !isCalled)) {
+        AppendInPostOrder(f, order);
+      }
     }
   }
   ClearDone();
@@ -236,10 +234,8 @@ uint32_t LiteralModel::Total(const ModelFunction& f) const {
   if (f.pending || f.applied) {
     const uint32_t margin = f.pending ? f.pending->margin : f.applied->margin;
     const uint32_t depth = f.pending ? f.pending->depth : f.applied->depth;
-    if (margin != kNoMargin) {
-      total += margin;
-      over = over || total > 65535;
-    }
+    total += margin != kNoMargin ? margin : 0;
+    over = over || total > 65535;
     if (total != 0 && f.Is(FN_RECURSIVE) && depth != 0) {
       over = over || 65535 / total < depth;
       total *= depth;
@@ -315,15 +311,20 @@ bool LiteralModel::AdjustFunction(size_t index, const ModelAdjustment& adjustmen
   return changed;
 }
 
-bool LiteralModel::CancelAdjustment(size_t index) {
-  ModelFunction& function = functions[index];
-  if (!function.applied) {
-    return false;
-  }
+// Whether the function had extra callees.
+bool LiteralModel::Cancel(ModelFunction& function) {
   const bool changed = !function.extraCallees.empty();
   function.applied.reset();
   function.extraCallees.clear();
   log.push_back("Stack size specification of " + function.name + " canceled.");
+  return changed;
+}
+
+bool LiteralModel::CancelAdjustment(size_t index) {
+  if (!functions[index].applied) {
+    return false;
+  }
+  const bool changed = Cancel(functions[index]);
   Recompute(changed, std::nullopt);
   return changed;
 }
@@ -334,10 +335,7 @@ bool LiteralModel::CancelAllAdjustments() {
   for (ModelFunction& function : functions) {
     if (function.applied) {
       any = true;
-      changed |= !function.extraCallees.empty();
-      function.applied.reset();
-      function.extraCallees.clear();
-      log.push_back("Stack size specification of " + function.name + " canceled.");
+      changed |= Cancel(function);
     }
   }
   if (any) {

@@ -74,6 +74,7 @@ class LiteralModel {
   void ApplyPending(ModelFunction& function, bool logPending);
   std::string Information(const ModelAdjustment& adjustment, const ModelFunction& function,
                           bool compare, bool& changed) const;
+  bool Cancel(ModelFunction& function);
   void WalkUp(size_t function, size_t current, IndexList& path);
   void Warn(const ModelFunction& function, bool depth);
 };
