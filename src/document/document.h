@@ -69,6 +69,8 @@ class CStkDoc {
 
   // The project file. Kept when a recalculation could not load it, so that it can be tried again.
   const std::string& PathName() const { return pathName_; }
+  // The tables belong to the job while IsAnalysing or IsReadingSpecifications holds: nothing of
+  // them may be read meanwhile, not even a count.
   StkProject* Project() { return project_.get(); }
   StkFunctionTable* FunctionTable() { return functionTable_.get(); }
   StkRootList* RootList() { return rootList_.get(); }

@@ -146,8 +146,8 @@ TEST_F(StopTest, AtRandomMomentsLeavesAConsistentDocument) {
   std::mt19937 random(20240611);
   document.OnOpenDocument(kProject);
   for (int i = 0; i < 1000; ++i) {
-    if (document.FunctionTable() != nullptr && document.FunctionTable()->Count() != 0 &&
-        document.CanChangeAnalysis() && random() % 2 == 0) {
+    if (document.CanChangeAnalysis() && document.FunctionTable() != nullptr &&
+        document.FunctionTable()->Count() != 0 && random() % 2 == 0) {
       document.LoadSpecFile("C:\\u.txt", false);
     } else {
       document.Recalculate();
