@@ -81,8 +81,13 @@ bool FunctionRowsModel::NameStartsWith(const StkFunction& function, std::string_
   if (StartsWith(CName(function), search)) {
     return true;
   }
-  const bool isPlain = function.Is(FN_DEFINED) && function.Is(FN_GLOBAL);
-  return !isPlain && StartsWith(FunctionSpecName(function, codePage_), search);
+  if (function.Is(FN_DEFINED) && !function.IsStatic()) {
+    return false;
+  }
+  // The whole text is made only where it can begin alike.
+  const std::string_view before = function.IsStatic() ? function.file->BaseName(codePage_) : "[";
+  return StartsWith(before, search.substr(0, 1)) &&
+         StartsWith(FunctionSpecName(function, codePage_), search);
 }
 
 QModelIndexList FunctionRowsModel::match(const QModelIndex& start, int role, const QVariant& value,
