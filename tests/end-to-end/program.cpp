@@ -1,6 +1,5 @@
 #include "program.h"
 
-#include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <signal.h>
@@ -45,6 +44,11 @@ Program& Program::OutputToBrokenPipe() {
 Program& Program::SignalOn(std::string_view text, int signalNumber) {
   signalText_ = text;
   signalNumber_ = signalNumber;
+  return *this;
+}
+
+Program& Program::KillAfter(std::chrono::microseconds time) {
+  lifetime_ = time;
   return *this;
 }
 
@@ -114,6 +118,10 @@ void Program::ConnectOutput(const std::string& out) const {
 int Program::Wait(int process, const std::string& err) const {
   constexpr int kEndedBySignal = 1000;
   int status = 0;
+  if (lifetime_) {
+    std::this_thread::sleep_for(*lifetime_);
+    kill(process, SIGKILL);
+  }
   bool sent = signalNumber_ == 0;
   while (waitpid(process, &status, sent ? 0 : WNOHANG) == 0) {
     if (ReadFile(err).find(signalText_) != std::string::npos) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <chrono>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,6 +31,8 @@ class Program {
   Program& OutputToBrokenPipe();
   // Sends it this signal once standard error holds the text.
   Program& SignalOn(std::string_view text, int signalNumber);
+  // Kills it this long after its start, unless it has ended by then.
+  Program& KillAfter(std::chrono::microseconds time);
 
   ProgramRun Run();
 
@@ -46,6 +50,7 @@ class Program {
   std::string outputPath_;
   std::string signalText_;
   int signalNumber_ = 0;
+  std::optional<std::chrono::microseconds> lifetime_;
 };
 
 }  // namespace velkor::testing
