@@ -23,6 +23,8 @@ function(velkor_test name)
   endif()
   add_executable(${name}_test ${sources})
   target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_precompile_headers(${name}_test PRIVATE
+    <gtest/gtest.h> <map> <memory> <random> <string> <string_view> <vector>)
   target_compile_definitions(${name}_test PRIVATE VELKOR_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   target_link_libraries(${name}_test PRIVATE velkor_compile velkor_test_support GTest::gtest_main)
   foreach(room ${TEST_DEPENDS})
