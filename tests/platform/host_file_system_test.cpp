@@ -25,7 +25,8 @@ class HostFileSystemTest : public ::testing::Test {
 };
 
 TEST_F(HostFileSystemTest, WritesAndReadsWholeFiles) {
-  const std::string bytes = std::string("a\r\n\0\x1A", 5) + std::string(100000, 'x');
+  std::string bytes("a\r\n\0\x1A", 5);
+  bytes.append(100000, 'x');
   folder_.Put("new", std::string(200000, 'o'));
   auto output = files_.OpenForWrite("NEW");
   ASSERT_TRUE(output.file);
