@@ -1,0 +1,96 @@
+#include "ui/application.h"
+
+#include "ui/file_name_checks.h"
+#include "ui/wait_cursor.h"
+
+namespace velkor {
+
+CStkApp::CStkApp(ApplicationParts parts)
+    : parts_(std::move(parts)),
+      boxes_(parts_.boxes, posted_),
+      reporter_(parts_.messages, boxes_),
+      document_(parts_.host, reporter_, posted_),
+      context_{parts_.host, parts_.messages, reporter_, document_},
+      frame_(context_, posted_, MakeFrameParts()) {
+  reporter_.SetCloseRequest([this] {
+    QMetaObject::invokeMethod(
+        &frame_, [this] { frame_.close(); }, Qt::QueuedConnection);
+  });
+}
+
+FrameParts CStkApp::MakeFrameParts() {
+  return {
+      .application = *this,
+      .fileDialogs = parts_.fileDialogs,
+      .productName = parts_.version.productName,
+      .language = parts_.language,
+      .adjust = [this](StkFunction& function,
+                       QWidget* parent) { return parts_.adjust(context_, function, parent); },
+      .functionLists = [this](QWidget* parent) { parts_.functionLists(context_, frame_, parent); },
+      .showHelp = parts_.showHelp,
+      .openProject = [this](const QString& path) { OpenDropped(path); },
+      .closed = parts_.closed};
+}
+
+bool CStkApp::Start(const std::optional<std::string>& project) {
+  if (project) {
+    reporter_.SetOpenedFromCommandLine(true);
+    if (!OpenDocumentFile(*project)) {
+      return false;
+    }
+  }
+  frame_.show();
+  return true;
+}
+
+bool CStkApp::OpenDocumentFile(std::string_view path) {
+  const WaitCursor waiting;
+  const bool opened = document_.OnOpenDocument(path);
+  if (opened) {
+    document_.StartAnalysis();
+  }
+  frame_.DocumentChanged();
+  return opened;
+}
+
+std::optional<CommandState> CStkApp::StateOf(Command command) {
+  switch (command) {
+    case Command::kOpenProject:
+    case Command::kExit:
+    case Command::kAbout:
+      return CommandState{true};
+    default:
+      return std::nullopt;
+  }
+}
+
+void CStkApp::Execute(Command command) {
+  switch (command) {
+    case Command::kOpenProject:
+      return OpenProject();
+    case Command::kExit:
+      frame_.close();
+      return;
+    case Command::kAbout:
+      parts_.about(context_, parts_.version, &frame_);
+      return;
+    default:
+      return;
+  }
+}
+
+void CStkApp::OpenProject() {
+  reporter_.SetOpenedFromCommandLine(false);
+  if (const auto path = parts_.fileDialogs.ProjectToOpen(context_, &frame_)) {
+    OpenDocumentFile(*path);
+  }
+}
+
+void CStkApp::OpenDropped(const QString& path) {
+  reporter_.SetOpenedFromCommandLine(false);
+  if (const auto name = NameToOpen(path, context_)) {
+    OpenDocumentFile(*name);
+  }
+}
+
+}  // namespace velkor

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QString>
+#include <QWidget>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "core/adjustment.h"
+#include "core/function.h"
+#include "ui/command_target.h"
+#include "ui/file_dialogs.h"
+#include "ui/language.h"
+
+namespace velkor {
+
+// How the Adjust Stack Size dialog ended.
+struct AdjustAnswer {
+  bool accepted = false;                    // with OK
+  std::optional<StkAdjustment> adjustment;  // none: the function shall have none
+};
+
+// What the main frame works with beside the analysis: the windows that it opens, and whoever owns
+// the frame. Replaced in tests.
+struct FrameParts {
+  CommandTarget& application;  // the last on the way of a command
+  FileDialogs& fileDialogs;
+  std::string productName;
+  Language language = Language::kEnglish;
+  std::function<AdjustAnswer(StkFunction&, QWidget* parent)> adjust;
+  std::function<void(QWidget* parent)> functionLists;
+  std::function<void(int topic)> showHelp;
+  // A project file that was dropped on the window.
+  std::function<void(const QString& path)> openProject;
+  // The window has closed.
+  std::function<void()> closed;
+};
+
+}  // namespace velkor

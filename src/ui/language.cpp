@@ -1,0 +1,49 @@
+#include "ui/language.h"
+
+#include <QLocale>
+#include <cctype>
+#include <cstdlib>
+#include <string_view>
+
+namespace velkor {
+
+namespace embedded {
+extern const std::string_view englishWindowTexts;
+extern const std::string_view japaneseWindowTexts;
+}  // namespace embedded
+
+Language ChooseLanguage(std::initializer_list<const char*> settings, bool systemIsJapanese) {
+  for (const char* setting : settings) {
+    const std::string_view text = setting == nullptr ? "" : setting;
+    if (!text.empty()) {
+      const bool wholeCode =
+          text.size() <= 2 || std::isalpha(static_cast<unsigned char>(text[2])) == 0;
+      return text.starts_with("ja") && wholeCode ? Language::kJapanese : Language::kEnglish;
+    }
+  }
+  return systemIsJapanese ? Language::kJapanese : Language::kEnglish;
+}
+
+Language UserLanguage() {
+  return ChooseLanguage({std::getenv("LC_ALL"), std::getenv("LC_MESSAGES"), std::getenv("LANG")},
+                        QLocale::system().language() == QLocale::Japanese);
+}
+
+StkMessages WindowMessages(const CodePage& codePage, Language language) {
+  if (language == Language::kEnglish) {
+    return {codePage, {StkMessages::EnglishCatalogue(), EnglishWindowTexts()}};
+  }
+  return {codePage,
+          {StkMessages::EnglishCatalogue(), EnglishWindowTexts(), StkMessages::JapaneseCatalogue(),
+           JapaneseWindowTexts()}};
+}
+
+std::string_view EnglishWindowTexts() {
+  return embedded::englishWindowTexts;
+}
+
+std::string_view JapaneseWindowTexts() {
+  return embedded::japaneseWindowTexts;
+}
+
+}  // namespace velkor

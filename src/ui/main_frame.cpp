@@ -1,0 +1,195 @@
+#include "ui/main_frame.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMimeData>
+#include <QScreen>
+#include <QToolBar>
+#include <algorithm>
+
+#include "files/paths.h"
+#include "ui/toolbar_icons.h"
+#include "ui/wait_cursor.h"
+
+namespace velkor {
+
+namespace {
+
+constexpr uint32_t kIdlePrompt = 57345;
+constexpr uint32_t kNames = kDialogTextKey * 500;
+constexpr uint32_t kProgressName = kNames + 1004;
+constexpr uint32_t kToolBarName = kNames + 1005;
+constexpr uint32_t kUntitled = kNames + 1006;
+
+constexpr QSize kInitialSize(1024, 640);
+constexpr int kTreeWidth = 200;
+constexpr int kListHeight = 300;
+constexpr int kLogHeight = 50;
+
+// The one project file that is being dragged, or nothing.
+QString DraggedProject(const QMimeData& data) {
+  const QList<QUrl> urls = data.urls();
+  const QString path = urls.size() == 1 ? urls.front().toLocalFile() : QString();
+  return path.endsWith(".prj", Qt::CaseInsensitive) ? path : QString();
+}
+
+}  // namespace
+
+CMainFrame::CMainFrame(UiContext& context, PostedMessages& posted, FrameParts parts)
+    : context_(context),
+      posted_(posted),
+      parts_(std::move(parts)),
+      actions_(*this, context, parts_.productName, [this](Command command) { Route(command); }),
+      statusBar_(new CStkStatusBar(context.Text(kIdlePrompt), context.Text(kProgressName), this)),
+      monitor_(context.document, *statusBar_) {
+  setWindowIcon(ProgramIcon());
+  setAcceptDrops(true);
+  setContextMenuPolicy(Qt::NoContextMenu);
+  CreateBars();
+  CreateViews();
+  SetInitialSizes();
+  connect(qApp, &QApplication::focusChanged, this,
+          [this](QWidget*, QWidget* focused) { FollowFocus(focused); });
+  posted_.SetHandlers(
+      {[this](uint32_t message, uint64_t parameter) { monitor_.Handle(message, parameter); },
+       [this](LogRequest request) { context_.reporter.HandleLogRequest(std::move(request)); },
+       [this] { UpdateCommands(); }});
+  DocumentChanged();
+}
+
+CMainFrame::~CMainFrame() {
+  posted_.ClearHandlers();
+  disconnect(qApp, nullptr, this, nullptr);
+  activeView_ = nullptr;
+  // The views tell this frame of changes while they go.
+  delete takeCentralWidget();
+  logView_ = nullptr;
+}
+
+void CMainFrame::CreateBars() {
+  actions_.FillMenuBar(*menuBar(), context_, [this] { UpdateCommands(); });
+  auto* toolBar = new QToolBar(context_.Text(kToolBarName), this);
+  toolBar->setAccessibleName(context_.Text(kToolBarName));
+  toolBar->setIconSize(kToolbarIconSize);
+  toolBar->setAllowedAreas(Qt::AllToolBarAreas);
+  actions_.FillToolBar(*toolBar);
+  addToolBar(Qt::TopToolBarArea, toolBar);
+  setStatusBar(statusBar_);
+}
+
+void CMainFrame::CreateViews() {
+  outerSplitter_ = new QSplitter(Qt::Horizontal, this);
+  rightSplitter_ = new QSplitter(Qt::Vertical, outerSplitter_);
+  treeView_ = new CStkTreeView(context_, *this);
+  listView_ = new CStkListView(context_, *this, [this] { return treeView_->SelectedRecord(); });
+  logView_ = new CStkLogView(context_, *this, posted_, parts_.language);
+  outerSplitter_->insertWidget(0, treeView_);
+  outerSplitter_->setStretchFactor(0, 0);
+  outerSplitter_->setStretchFactor(1, 1);
+  outerSplitter_->setChildrenCollapsible(false);
+  rightSplitter_->setFrameShape(QFrame::StyledPanel);
+  rightSplitter_->addWidget(listView_);
+  rightSplitter_->addWidget(logView_);
+  rightSplitter_->setStretchFactor(0, 0);
+  rightSplitter_->setStretchFactor(1, 1);
+  rightSplitter_->setChildrenCollapsible(false);
+  setCentralWidget(outerSplitter_);
+  activeView_ = treeView_;
+  treeView_->setFocus();
+}
+
+// On a small screen the log keeps its part.
+void CMainFrame::SetInitialSizes() {
+  const QSize available = screen()->availableSize();
+  resize(
+      kInitialSize.boundedTo(available - QSize(available.width() / 20, available.height() / 10)));
+  const int bars = menuBar()->sizeHint().height() + kToolbarIconSize.height() * 2 +
+                   statusBar_->sizeHint().height();
+  const int views = std::max(height() - bars, 2 * kLogHeight);
+  const int list = std::min(kListHeight, views * 3 / 5);
+  rightSplitter_->setSizes({list, views - list});
+  outerSplitter_->setSizes({kTreeWidth, std::max(width() - kTreeWidth, kTreeWidth)});
+}
+
+void CMainFrame::DocumentChanged() {
+  const std::string& path = context_.document.PathName();
+  const QString name = path.empty() ? context_.Text(kUntitled)
+                                    : context_.Decoded(FileNamePart(path, context_.host.codePage));
+  setWindowTitle(name + " - " + context_.Decoded(parts_.productName));
+  UpdateCommands();
+}
+
+void CMainFrame::FollowFocus(QWidget* focused) {
+  if (!focused) {
+    return;
+  }
+  const auto holds = [focused](QWidget* view) {
+    return view == focused || view->isAncestorOf(focused);
+  };
+  if (holds(treeView_)) {
+    activeView_ = treeView_;
+  } else if (holds(listView_)) {
+    activeView_ = listView_;
+  } else if (holds(logView_)) {
+    activeView_ = logView_;
+  }
+  UpdateCommands();
+}
+
+void CMainFrame::closeEvent(QCloseEvent* event) {
+  event->accept();
+  if (closed_) {
+    return;
+  }
+  Stop();
+  if (!IsModal()) {
+    LetGoOfDocument();
+  }
+  closed_ = true;
+  if (parts_.closed) {
+    parts_.closed();
+  }
+}
+
+// Now rather than when everything is torn down: if the adjustments cannot be saved, the user is
+// still there to be told.
+void CMainFrame::LetGoOfDocument() {
+  const WaitCursor waiting;
+  context_.document.UpdateAllViews(nullptr, HINT_CLEAR);
+  context_.document.DeleteContents();
+  posted_.HandleAll();
+}
+
+void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {
+  if (!IsModal() && !DraggedProject(*event->mimeData()).isEmpty()) {
+    event->acceptProposedAction();
+  }
+}
+
+// Opened once the drag has ended: opening may show a box.
+void CMainFrame::dropEvent(QDropEvent* event) {
+  const QString path = DraggedProject(*event->mimeData());
+  if (IsModal() || path.isEmpty()) {
+    return;
+  }
+  event->acceptProposedAction();
+  QMetaObject::invokeMethod(
+      this,
+      [this, path] {
+        if (!IsModal()) {
+          parts_.openProject(path);
+        }
+      },
+      Qt::QueuedConnection);
+}
+
+bool CMainFrame::IsModal() const {
+  return posted_.IsHeld() || QApplication::activeModalWidget() != nullptr;
+}
+
+QWidget* CMainFrame::DialogParent() {
+  QWidget* modal = QApplication::activeModalWidget();
+  return modal ? modal : this;
+}
+
+}  // namespace velkor

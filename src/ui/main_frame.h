@@ -1,0 +1,93 @@
+#pragma once
+
+#include <QMainWindow>
+#include <QSplitter>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "document/job_monitor.h"
+#include "ui/call_tree_view.h"
+#include "ui/command_actions.h"
+#include "ui/command_target.h"
+#include "ui/frame_operations.h"
+#include "ui/frame_parts.h"
+#include "ui/function_list_view.h"
+#include "ui/log_view.h"
+#include "ui/posted_messages.h"
+#include "ui/status_bar.h"
+#include "ui/ui_context.h"
+
+namespace velkor {
+
+// The main window: menus, toolbar, status bar and the three views; the way of every command; and
+// what the notifications of the jobs do. Asked to close, it stops every job first.
+//
+// A command goes to the view that had the focus last, then to the frame, then to the application;
+// a sort command goes to the function list before that. The first that knows it decides.
+class CMainFrame : public QMainWindow, public FrameOperations, public CommandTarget {
+ public:
+  CMainFrame(UiContext& context, PostedMessages& posted, FrameParts parts);
+  ~CMainFrame() override;
+
+  // Another document, or none: the title and the commands follow.
+  void DocumentChanged();
+
+  void SaveCallChain(StkFunction& function, bool allChains) override;
+  bool AdjustStackSize(StkFunction& function) override;
+  void ResetFunction(StkFunction& function) override;
+  void UpdateCommands() override;
+
+  // The commands of the frame itself.
+  std::optional<CommandState> StateOf(Command command) override;
+  void Execute(Command command) override;
+
+  // A command on its whole way.
+  CommandState RoutedState(Command command);
+  void Route(Command command);
+
+  CStkTreeView& TreeView() { return *treeView_; }
+  CStkListView& ListView() { return *listView_; }
+  CStkLogView& GetLogView() { return *logView_; }
+  CStkStatusBar& StatusBar() { return *statusBar_; }
+  const CommandActions& Actions() const { return actions_; }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  void CreateBars();
+  void CreateViews();
+  void SetInitialSizes();
+  void FollowFocus(QWidget* focused);
+  std::vector<CommandTarget*> Targets(Command command);
+  bool HasReadableFunctions() const;
+  void LoadSpecFile();
+  void SaveSpecFile();
+  void ResetAllFunctions();
+  void Stop();
+  void LetGoOfDocument();
+  // A dialog or a box is open: what it works on must not go away under it.
+  bool IsModal() const;
+  // In front of which a dialog opens.
+  QWidget* DialogParent();
+
+  UiContext& context_;
+  PostedMessages& posted_;
+  FrameParts parts_;
+  CommandActions actions_;
+  // Owned by their Qt parents.
+  CStkStatusBar* statusBar_;
+  QSplitter* outerSplitter_ = nullptr;
+  QSplitter* rightSplitter_ = nullptr;
+  CStkTreeView* treeView_ = nullptr;
+  CStkListView* listView_ = nullptr;
+  CStkLogView* logView_ = nullptr;
+  CommandTarget* activeView_ = nullptr;
+  StkJobMonitor monitor_;
+  bool closed_ = false;
+};
+
+}  // namespace velkor

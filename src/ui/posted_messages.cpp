@@ -1,0 +1,139 @@
+#include "ui/posted_messages.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QEvent>
+#include <QScopedValueRollback>
+
+namespace velkor {
+
+namespace {
+
+constexpr qint64 kSliceMilliseconds = 15;
+
+}  // namespace
+
+PostedMessages::Hold::Hold(PostedMessages& posted) : posted_(posted) {
+  ++posted_.holds_;
+}
+
+PostedMessages::Hold::~Hold() {
+  --posted_.holds_;
+  posted_.goOn_.start();
+}
+
+PostedMessages::PostedMessages() {
+  goOn_.setSingleShot(true);
+  goOn_.setInterval(0);
+  connect(&goOn_, &QTimer::timeout, this, [this] { HandleSome(); });
+}
+
+void PostedMessages::SetHandlers(Handlers handlers) {
+  handlers_ = std::move(handlers);
+  goOn_.start();
+}
+
+void PostedMessages::ClearHandlers() {
+  handlers_ = {};
+}
+
+void PostedMessages::Post(uint32_t message, uint64_t parameter) {
+  const std::lock_guard lock(mutex_);
+  notifications_.push_back({nextNumber_++, message, parameter});
+  Wake();
+}
+
+void PostedMessages::PostRequest(LogRequest request) {
+  const std::lock_guard lock(mutex_);
+  requests_.push_back({nextNumber_++, std::move(request)});
+  Wake();
+}
+
+void PostedMessages::Wake() {
+  if (!awake_) {
+    QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    awake_ = true;
+  }
+}
+
+bool PostedMessages::event(QEvent* event) {
+  if (event->type() != QEvent::User) {
+    return QObject::event(event);
+  }
+  {
+    const std::lock_guard lock(mutex_);
+    awake_ = false;
+  }
+  HandleSome();
+  return true;
+}
+
+void PostedMessages::HandleAll() {
+  while (HandleOne()) {
+  }
+  TellNotified();
+}
+
+// The rest waits for a timer, not for another posted event: those would be handled before the
+// user's input.
+void PostedMessages::HandleSome() {
+  QElapsedTimer slice;
+  slice.start();
+  while (slice.elapsed() < kSliceMilliseconds && HandleOne()) {
+  }
+  TellNotified();
+  const std::lock_guard lock(mutex_);
+  if (WhatIsNext() != Next::kNothing) {
+    goOn_.start();
+  }
+}
+
+void PostedMessages::TellNotified() {
+  if (std::exchange(notified_, false) && handlers_.notified) {
+    handlers_.notified();
+  }
+}
+
+// Under the lock.
+PostedMessages::Next PostedMessages::WhatIsNext() const {
+  const bool notification = !notifications_.empty() && handlers_.notification && !notifying_;
+  const bool request = !requests_.empty() && handlers_.request && !notifying_ && holds_ == 0;
+  if (notification && request) {
+    return notifications_.front().number < requests_.front().number ? Next::kNotification
+                                                                    : Next::kRequest;
+  }
+  return notification ? Next::kNotification : request ? Next::kRequest : Next::kNothing;
+}
+
+bool PostedMessages::HandleOne() {
+  std::unique_lock lock(mutex_);
+  switch (WhatIsNext()) {
+    case Next::kNothing:
+      return false;
+    case Next::kNotification: {
+      const Notification notification = notifications_.front();
+      notifications_.pop_front();
+      lock.unlock();
+      HandleNotification(notification);
+      return true;
+    }
+    case Next::kRequest: {
+      LogRequest request = std::move(requests_.front().request);
+      requests_.pop_front();
+      lock.unlock();
+      TellNotified();  // a box may stay open for long
+      const Hold hold(*this);
+      handlers_.request(std::move(request));
+      return true;
+    }
+  }
+  return false;
+}
+
+void PostedMessages::HandleNotification(const Notification& notification) {
+  const QScopedValueRollback notifying(notifying_, true);
+  notified_ = true;
+  handlers_.notification(notification.message, notification.parameter);
+}
+
+}  // namespace velkor

@@ -1,0 +1,43 @@
+#include "ui/status_bar.h"
+
+#include <QLabel>
+#include <algorithm>
+
+namespace velkor {
+
+namespace {
+
+constexpr int kParts = 1000;
+
+}  // namespace
+
+CStkStatusBar::CStkStatusBar(const QString& idleText, const QString& progressName, QWidget* parent)
+    : QStatusBar(parent), bar_(new QProgressBar(this)) {
+  addWidget(new QLabel(idleText, this), 1);
+  bar_->setRange(0, kParts);
+  bar_->setValue(0);
+  bar_->setTextVisible(false);
+  bar_->setFixedWidth(kProgressWidth);
+  bar_->setMaximumHeight(fontMetrics().height());
+  bar_->setAccessibleName(progressName);
+  addPermanentWidget(bar_);
+}
+
+// A range of nothing shows nothing.
+void CStkStatusBar::SetPosition(uint64_t position) {
+  position_ = std::min(position, range_);
+  const double part =
+      range_ == 0 ? 0 : static_cast<double>(position_) / static_cast<double>(range_);
+  bar_->setValue(static_cast<int>(part * kParts));
+}
+
+void CStkStatusBar::SetRange(uint64_t range) {
+  range_ = range;
+  SetPosition(position_);
+}
+
+void CStkStatusBar::StepIt() {
+  SetPosition(position_ + 1);
+}
+
+}  // namespace velkor

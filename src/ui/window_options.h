@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace velkor {
+
+// What the window's command line asks for. Texts are bytes as the caller gave them.
+struct WindowOptions {
+  std::optional<std::string> project;
+  std::vector<std::string> mappings;
+  std::optional<std::string> codePage;  // none: that of the locale
+  std::string dataFolder;               // empty: beside the program
+};
+
+struct WindowArguments {
+  std::optional<WindowOptions> options;  // none: the program ends here, with status
+  int status = 0;
+};
+
+constexpr int kWindowWrongUsage = 2;
+constexpr int kWindowProjectNotRead = 3;
+
+// Prints help on standard output and what is wrong on standard error.
+WindowArguments ParseWindowArguments(int argc, const char* const* argv);
+// Whether they ask for what can be answered without a display.
+bool AskOnlyForText(int argc, const char* const* argv);
+
+}  // namespace velkor
