@@ -4,8 +4,8 @@
 
 namespace velkor::testing {
 
-// The one application object of the test program, made when first asked for and never destroyed
-// before the program ends.
+// The one application object of the test program, made when first asked for and destroyed after
+// the last test.
 QApplication& TestApplication();
 
 }  // namespace velkor::testing

@@ -1,0 +1,73 @@
+#include "ui/language.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <map>
+#include <regex>
+#include <sstream>
+#include <string>
+
+namespace velkor {
+namespace {
+
+TEST(LanguageChoice, TheStrongestSettingDecides) {
+  const auto choose = [](const char* all, const char* messages, const char* lang,
+                         bool system = false) {
+    return ChooseLanguage({all, messages, lang}, system) == Language::kJapanese;
+  };
+  EXPECT_TRUE(choose("ja_JP.UTF-8", "C", "en_US.UTF-8"));
+  EXPECT_TRUE(choose("", "ja", "en_US.UTF-8"));
+  EXPECT_TRUE(choose(nullptr, "", "ja.SJIS"));
+  EXPECT_FALSE(choose("C", "ja_JP", "ja_JP", true));
+  EXPECT_FALSE(choose(nullptr, nullptr, "jam_JM"));
+  EXPECT_FALSE(choose(nullptr, nullptr, "j"));
+  EXPECT_TRUE(choose(nullptr, "", nullptr, true));
+  EXPECT_FALSE(choose(nullptr, "", nullptr, false));
+}
+
+std::map<uint32_t, std::string> Texts(std::string_view catalogue) {
+  std::istringstream lines{std::string(catalogue)};
+  std::map<uint32_t, std::string> texts;
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.starts_with('#')) {
+      const size_t blank = line.find(' ');
+      EXPECT_TRUE(texts.emplace(std::stoul(line), line.substr(blank + 1)).second) << line;
+    }
+  }
+  return texts;
+}
+
+std::string Shape(const std::string& text) {
+  static const std::regex parts(R"(%s|\\n|&|\||\.\.\.$)");
+  std::string shape;
+  for (std::sregex_iterator i(text.begin(), text.end(), parts), end; i != end; ++i) {
+    shape += i->str();
+  }
+  std::sort(shape.begin(), shape.end());
+  return shape;
+}
+
+TEST(WindowTexts, BothSetsHaveTheSameKeysAndShapes) {
+  const auto english = Texts(EnglishWindowTexts());
+  const auto japanese = Texts(JapaneseWindowTexts());
+  EXPECT_GT(english.size(), 80U);
+  for (const auto& [key, text] : english) {
+    ASSERT_TRUE(japanese.contains(key)) << key;
+    EXPECT_EQ(Shape(japanese.at(key)), Shape(text)) << key;
+  }
+  EXPECT_EQ(japanese.size(), english.size());
+}
+
+TEST(WindowTexts, ACodePageWithoutTheLanguageStaysEnglish) {
+  const CodePage utf8 = CodePage::Utf8();
+  const CodePage latin = CodePage::Latin1();
+  const CodePage shiftJis = CodePage::ShiftJis();
+  const MessageKey stop{1032777};
+  EXPECT_EQ(WindowMessages(utf8, Language::kEnglish).Text(stop), "&Stop");
+  EXPECT_EQ(WindowMessages(utf8, Language::kJapanese).Text(stop), "\u4E2D\u6B62(&S)");
+  EXPECT_EQ(WindowMessages(shiftJis, Language::kJapanese).Text(stop), "\x92\x86\x8E\x7E(&S)");
+  EXPECT_EQ(WindowMessages(latin, Language::kJapanese).Text(stop), "&Stop");
+}
+
+}  // namespace
+}  // namespace velkor

@@ -1,0 +1,127 @@
+#include <QClipboard>
+#include <QElapsedTimer>
+#include <QTest>
+#include <QTextBlock>
+#include <QTimer>
+#include <thread>
+
+#include "main_window.h"
+
+namespace velkor {
+namespace {
+
+using testing::MainWindow;
+
+class LogViewOfTheWindow : public MainWindow {
+ protected:
+  LogViewOfTheWindow() { Start(std::nullopt); }
+  CStkLogView& View() { return app->Frame().GetLogView(); }
+  bool Enabled(Command command) { return View().StateOf(command)->enabled; }
+};
+
+TEST_F(LogViewOfTheWindow, AMessageIsOneLine) {
+  View().Append("W9400 Cannot find file (a).\nCheck that the specified file name is correct.");
+  View().Append(
+      "a\rb\xE2\x80\xA8"
+      "c\xE2\x80\xA9"
+      "d\xFF");
+  EXPECT_EQ(Log(),
+            "W9400 Cannot find file (a). Check that the specified file name is correct.\n"
+            "a b c d\xEF\xBF\xBD\n");
+  EXPECT_EQ(View().blockCount(), 3);
+
+  CStkLogView japanese(app->Context(), app->Frame(), app->Posted(), Language::kJapanese);
+  japanese.Append("a\nb");
+  japanese.ShowAll();
+  EXPECT_EQ(japanese.toPlainText(), "ab\n");
+  app->Context().reporter.RegisterLogView(&View());
+}
+
+TEST_F(LogViewOfTheWindow, TheOldestLinesDisappear) {
+  constexpr int kKept = CStkLogView::kMaxLines - 1;
+  for (int i = 1; i <= kKept; ++i) {
+    View().Append(std::to_string(i));
+  }
+  View().ShowAll();
+  EXPECT_EQ(View().blockCount(), CStkLogView::kMaxLines);
+  EXPECT_EQ(View().document()->firstBlock().text(), "1");
+  View().Append("next");
+  View().ShowAll();
+  EXPECT_EQ(View().blockCount(), CStkLogView::kMaxLines);
+  EXPECT_EQ(View().document()->firstBlock().text(), "2");
+  EXPECT_EQ(View().document()->lastBlock().text(), "");
+  for (int i = 1; i <= 100000; ++i) {
+    View().Append(std::to_string(i));
+  }
+  View().ShowAll();
+  EXPECT_EQ(View().document()->firstBlock().text().toInt(), 100000 - kKept + 1);
+  EXPECT_EQ(View().document()->lastBlock().previous().text(), "100000");
+}
+
+TEST_F(LogViewOfTheWindow, ClearAndCopyFollowTheText) {
+  EXPECT_FALSE(Enabled(Command::kClearLog));
+  EXPECT_FALSE(Enabled(Command::kCopy));
+  View().Append("one");
+  View().Append("two");
+  EXPECT_TRUE(Enabled(Command::kClearLog)) << "also before it is on the screen";
+  View().ShowAll();
+  View().selectAll();
+  EXPECT_TRUE(Enabled(Command::kCopy));
+  Focus(View());
+  EXPECT_TRUE(IsEnabled(Command::kCopy));
+  Choose(Command::kCopy);
+  EXPECT_EQ(QGuiApplication::clipboard()->text(), "one\ntwo\n");
+  View().Append("three");
+  View().ShowAll();
+  EXPECT_FALSE(Enabled(Command::kCopy)) << "a new line takes the selection away";
+  EXPECT_TRUE(View().textCursor().atEnd());
+  View().Append("late");
+  Choose(Command::kClearLog);
+  HandleEvents();
+  EXPECT_EQ(Log(), "");
+  EXPECT_FALSE(IsEnabled(Command::kClearLog));
+}
+
+TEST_F(LogViewOfTheWindow, TypingChangesNothing) {
+  View().Append("text");
+  View().ShowAll();
+  Focus(View());
+  QTest::keyClicks(&View(), "abc");
+  QTest::keyClick(&View(), Qt::Key_Backspace);
+  QTest::keyClick(&View(), Qt::Key_V, Qt::ControlModifier);
+  QTest::keyClick(&View(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Log(), "text\n");
+}
+
+TEST_F(LogViewOfTheWindow, ManyLinesDoNotKeepTheWindowFromAnswering) {
+  qint64 longest = 0;
+  QElapsedTimer since;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, [&] { longest = std::max(longest, since.restart()); });
+  timer.start(0);
+  since.start();
+  std::thread job([this] {
+    for (int i = 0; i < 100000; ++i) {
+      app->Context().reporter.PostLog(MessageKey::kReadingStarted, {"C:\\p\\some\\module.asm"});
+    }
+    app->Context().reporter.PostLog(MessageKey::kReadingCompleted, {"last"});
+  });
+  const auto lastLine = [this] { return View().document()->lastBlock().previous().text(); };
+  EXPECT_TRUE(WaitUntil([&] { return lastLine() == "last Reading completed."; }));
+  job.join();
+  RecordProperty("longest", static_cast<int>(longest));
+  EXPECT_LT(longest, 1000) << "far above what it takes, for machines that are busy";
+}
+
+TEST_F(LogViewOfTheWindow, MessagesOfJobsAndOfTheUserInterface) {
+  StkReporter& reporter = app->Context().reporter;
+  reporter.PostWarning(MessageKey::kW9404, {"a"});
+  reporter.PostLog(MessageKey::kReadingStarted, {"b"});
+  HandleEvents();
+  reporter.ShowWarning(MessageKey::kW9404, {"c"});
+  EXPECT_EQ(Log(), "W9404 File write error (a).\nb Reading...\nW9404 File write error (c).\n");
+  EXPECT_EQ(BoxTexts(), "W9404 File write error (a).|W9404 File write error (c).|");
+}
+
+}  // namespace
+}  // namespace velkor
