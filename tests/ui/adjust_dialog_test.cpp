@@ -1,0 +1,198 @@
+#include "ui/adjust_dialog.h"
+
+#include <QLabel>
+
+#include "dialog_window.h"
+#include "ui/help_location.h"
+
+namespace velkor {
+namespace {
+
+using testing::DialogWindow;
+
+class AdjustDialog : public DialogWindow {
+ protected:
+  AdjustDialog() : DialogWindow({"main 10 work", "work 4 leaf", "leaf 3", "loop 6 loop", "aim 2"}) {
+    Open();
+    recorder.boxes.boxes.clear();
+  }
+
+  CAdjustStackSizeDialog& OpenFor(const std::string& cName) {
+    dialog = std::make_unique<CAdjustStackSizeDialog>(dialogContext, Function(cName), showHelp);
+    const QList<FunctionRows*> lists = dialog->findChildren<FunctionRows*>();
+    callees = lists[0];
+    all = lists[1];
+    const QList<QLineEdit*> fields = dialog->findChildren<QLineEdit*>();
+    margin = fields[2];
+    depth = fields[3];
+    Show(*dialog);
+    return *dialog;
+  }
+  void SetInForce(const std::string& cName, uint32_t marginInForce, uint32_t depthInForce) {
+    Function(cName).adjustment = std::make_unique<StkAppliedAdjustment>();
+    Function(cName).adjustment->margin = marginInForce;
+    Function(cName).adjustment->depth = depthInForce;
+  }
+  void Press(const QString& text) { QTest::mouseClick(&Button(*dialog, text), Qt::LeftButton); }
+  bool CanPress(const QString& text) { return Button(*dialog, text).isEnabled(); }
+  // Which of Add and Delete can be pressed.
+  std::string AddOrDelete() {
+    return std::string(CanPress("Add") ? "add" : "") + (CanPress("Delete") ? "delete" : "");
+  }
+  std::string LastBox() {
+    return recorder.boxes.boxes.empty() ? "" : recorder.boxes.boxes.back().text;
+  }
+
+  std::unique_ptr<CAdjustStackSizeDialog> dialog;
+  FunctionRows* callees = nullptr;
+  FunctionRows* all = nullptr;
+  QLineEdit* margin = nullptr;
+  QLineEdit* depth = nullptr;
+};
+
+// Rows of all: aim leaf loop main work.
+TEST_F(AdjustDialog, ShowsTheFunctionAndAllOthers) {
+  Function("loop").extraCallees = {&Function("aim")};
+  SetInForce("loop", 2, 5);
+  OpenFor("loop");
+  EXPECT_EQ(dialog->windowTitle(), "Adjust Stack Size");
+  std::string fields;
+  for (const QLineEdit* field : dialog->findChildren<QLineEdit*>()) {
+    fields += field->text().toStdString() + (field->isReadOnly() ? " (read) " : " ");
+  }
+  EXPECT_EQ(fields, "loop* (read) 6 (read) 2 5 ");
+  EXPECT_TRUE(depth->isEnabled());
+  EXPECT_EQ(RowsOf(*callees), "loop*(6:6:+2*5)\n+aim(2:2)\n");
+  EXPECT_EQ(RowsOf(*all), "aim(2:2)\nleaf(3:3)\nloop*(6:6:+2*5)\nmain(17:10)\nwork(7:4)\n");
+  EXPECT_TRUE(CanPress("Reset"));
+  EXPECT_EQ(AddOrDelete(), "");
+  EXPECT_EQ(dialog->focusWidget(), margin);
+
+  OpenFor("main");
+  EXPECT_FALSE(CanPress("Reset"));
+  EXPECT_FALSE(depth->isEnabled());
+  for (const QLabel* label : dialog->findChildren<QLabel*>()) {
+    EXPECT_EQ(label->isEnabled(), label->text() != "&Recursion Depth:");
+  }
+}
+
+TEST_F(AdjustDialog, TheListThatHadTheFocusLastDecidesTheButtons) {
+  OpenFor("main");
+  Select(*all, 0);
+  EXPECT_EQ(AddOrDelete(), "add");
+  margin->setFocus();
+  EXPECT_EQ(AddOrDelete(), "add") << "had the focus last";
+  Select(*all, 4);
+  EXPECT_EQ(AddOrDelete(), "") << "work is called directly";
+  Select(*all, 3);
+  EXPECT_EQ(AddOrDelete(), "add") << "the function itself";
+  callees->setFocus();
+  EXPECT_EQ(AddOrDelete(), "") << "nothing is selected there";
+  Select(*callees, 0);
+  EXPECT_EQ(AddOrDelete(), "") << "a fixed callee";
+  all->setFocus();
+  EXPECT_EQ(AddOrDelete(), "add");
+  Press("Add");
+  EXPECT_EQ(AddOrDelete(), "") << "it is there now";
+  Select(*callees, 1);
+  EXPECT_EQ(AddOrDelete(), "delete");
+}
+
+TEST_F(AdjustDialog, AddsAndDeletesRowsAndFollowsTheRecursion) {
+  OpenFor("main");
+  Select(*all, 3);
+  Press("Add");
+  EXPECT_TRUE(depth->isEnabled());
+  EXPECT_EQ(dialog->focusWidget(), all);
+  depth->setText("7");
+  Select(*all, 2);
+  Press("Add");
+  Select(*all, 0);
+  Press("Add");
+  EXPECT_EQ(RowsOf(*callees), "work(7:4)\n+aim(2:2)\n+loop*(6:6)\n+main(17:10)\n");
+  Select(*callees, 3);
+  Press("Delete");
+  EXPECT_EQ(RowsOf(*callees), "work(7:4)\n+aim(2:2)\n+loop*(6:6)\n");
+  EXPECT_EQ(dialog->focusWidget(), callees);
+  EXPECT_EQ(AddOrDelete(), "") << "no other row becomes selected";
+  EXPECT_FALSE(depth->isEnabled());
+  EXPECT_EQ(depth->text(), "7");
+  Press("OK");
+  EXPECT_EQ(dialog->result(), QDialog::Accepted);
+  const std::optional<StkAdjustment> adjustment = dialog->BuildAdjustment();
+  ASSERT_TRUE(adjustment);
+  EXPECT_EQ(adjustment->depth, kNoDepth) << "not recursive";
+  EXPECT_EQ(adjustment->margin, kNoMargin);
+  EXPECT_EQ(*adjustment->callees, (StkFunctionList{&Function("aim"), &Function("loop")}));
+  EXPECT_TRUE(Function("main").extraCallees.empty());
+}
+
+TEST_F(AdjustDialog, RefusesOneCalleeTooMany) {
+  StkFunctionList& extra = Function("main").extraCallees;
+  for (size_t i = 0; i < AdjustmentForm::kMaxCallees; ++i) {
+    extra.push_back(&document.FunctionTable()->AddDefined("_x" + std::to_string(1000 + i),
+                                                          *Function("main").file));
+  }
+  OpenFor("main");
+  Select(*all, 0);
+  Press("Add");
+  EXPECT_EQ(LastBox(), "W9460 Too many callee functions.\nThe limit is 1024.");
+  EXPECT_EQ(callees->model()->rowCount(), 1025);
+  extra.clear();
+}
+
+TEST_F(AdjustDialog, KeepsARefusedFieldInFront) {
+  OpenFor("loop");
+  margin->setText("70000");
+  depth->setText("0");
+  Press("OK");
+  EXPECT_EQ(LastBox(), "W9464 Too big additional margin.\nThe limit is 65535.");
+  EXPECT_TRUE(dialog->isVisible());
+  EXPECT_EQ(dialog->focusWidget(), margin);
+  EXPECT_EQ(margin->selectedText(), "70000");
+  margin->setText("0x10");
+  QTest::keyClick(margin, Qt::Key_Return);
+  EXPECT_EQ(LastBox(), "W9463 Illegal value (0) for recursion depth.");
+  EXPECT_EQ(dialog->focusWidget(), depth);
+  EXPECT_EQ(depth->selectedText(), "0");
+  depth->setText("3");
+  Press("OK");
+  EXPECT_FALSE(dialog->isVisible());
+  const std::optional<StkAdjustment> adjustment = dialog->BuildAdjustment();
+  ASSERT_TRUE(adjustment);
+  EXPECT_EQ(adjustment->margin, 16u);
+  EXPECT_EQ(adjustment->depth, 3u);
+}
+
+TEST_F(AdjustDialog, ResetEmptiesEverythingOnce) {
+  document.FunctionTable()->SetLibrarySize(Function("work"), 8);
+  Function("work").extraCallees = {&Function("aim"), &Function("work")};
+  SetInForce("work", 4, 2);
+  OpenFor("work");
+  Select(*callees, 2);
+  Press("Reset");
+  EXPECT_EQ(margin->text() + "|" + depth->text(), "8|");
+  EXPECT_EQ(RowsOf(*callees), "leaf(3:3)\n");
+  EXPECT_FALSE(depth->isEnabled());
+  EXPECT_FALSE(CanPress("Reset"));
+  EXPECT_EQ(AddOrDelete(), "");
+  Press("OK");
+  EXPECT_EQ(dialog->result(), QDialog::Accepted);
+  EXPECT_FALSE(dialog->BuildAdjustment());
+  EXPECT_EQ(Function("work").extraCallees.size(), 2u);
+}
+
+TEST_F(AdjustDialog, CancelsAndShowsHelp) {
+  OpenFor("main");
+  margin->setText("x");
+  QTest::keyClick(dialog.get(), Qt::Key_F1);
+  Press("Help");
+  EXPECT_EQ(helpTopics, (std::vector<int>{kAdjustHelp, kAdjustHelp}));
+  QTest::keyClick(margin, Qt::Key_Escape);
+  EXPECT_EQ(dialog->result(), QDialog::Rejected);
+  EXPECT_FALSE(dialog->isVisible());
+  EXPECT_EQ(LastBox(), "");
+}
+
+}  // namespace
+}  // namespace velkor
