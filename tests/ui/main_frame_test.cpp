@@ -1,6 +1,9 @@
+#include <QDropEvent>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QStatusTipEvent>
 #include <QToolBar>
+#include <QUrl>
 #include <chrono>
 #include <thread>
 
@@ -287,6 +290,34 @@ TEST_F(MainWindow, ClosingKeepsAdjustmentsAndSaysWhenItCannot) {
   const bool saved = host.files.Get(kSystemFile).value_or("").find("main") != std::string::npos;
   const bool told = BoxTexts().find(kSystemFile) != std::string::npos;
   EXPECT_TRUE(saved || told) << BoxTexts();
+}
+
+TEST_F(MainWindow, ADroppedProjectIsOpened) {
+  Start(std::nullopt);
+  host.files.Put("/p/App.PRJ", *host.files.Get(kProject));
+  const auto drop = [this](const QList<QUrl>& urls) {
+    QMimeData data;
+    data.setUrls(urls);
+    QDragEnterEvent enter(QPoint(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QCoreApplication::sendEvent(&app->Frame(), &enter);
+    QDropEvent event(QPointF(50, 50), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&app->Frame(), &event);
+    HandleEvents();
+    return enter.isAccepted();
+  };
+  const QUrl project = QUrl::fromLocalFile("/p/App.PRJ");
+  EXPECT_FALSE(drop({QUrl::fromLocalFile("/p/app.txt")}));
+  EXPECT_FALSE(drop({project, project}));
+  {
+    const PostedMessages::Hold box(app->Posted());
+    EXPECT_FALSE(drop({project})) << "a box is open";
+  }
+  EXPECT_EQ(app->Frame().windowTitle(), "Untitled - velkor");
+  EXPECT_TRUE(drop({project}));
+  Finish();
+  EXPECT_EQ(app->Frame().windowTitle(), "App.PRJ - velkor");
+  EXPECT_EQ(Document().FunctionTable()->Count(), 4U);
 }
 
 TEST_F(MainWindow, PromptsAndProgressShareTheStatusBar) {
