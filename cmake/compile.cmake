@@ -7,7 +7,8 @@ target_compile_options(velkor_compile INTERFACE
   # g++ 12 sees overlaps, overruns and uninitialised values in its own std::string that are not
   # there.
   -Wno-restrict
-  $<$<CONFIG:Release>:-Wno-maybe-uninitialized;-Wno-array-bounds;-Wno-stringop-overflow>)
+  $<$<CONFIG:Release>:-Wno-maybe-uninitialized;-Wno-array-bounds;-Wno-stringop-overflow>
+  $<$<CONFIG:Release>:-Wno-stringop-overread>)
 if(VELKOR_SANITIZE)
   target_compile_options(velkor_compile INTERFACE
     -fsanitize=${VELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1
