@@ -12,6 +12,6 @@ target_compile_options(velkor_compile INTERFACE
 if(VELKOR_SANITIZE)
   target_compile_options(velkor_compile INTERFACE
     -fsanitize=${VELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1
-    -Wno-maybe-uninitialized)
+    -Wno-maybe-uninitialized -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
   target_link_options(velkor_compile INTERFACE -fsanitize=${VELKOR_SANITIZE})
 endif()
