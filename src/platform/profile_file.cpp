@@ -3,36 +3,10 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/ini_text.h"
+
 namespace velkor {
 namespace {
-
-// Blanks, line ends, quotes and signs are no second byte of any character: bytes are enough.
-std::string_view Trim(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\v\f";
-  const size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) {
-    return {};
-  }
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-std::string_view Unquote(std::string_view value) {
-  const bool quoted = value.size() >= 2 && value.front() == value.back() &&
-                      (value.front() == '"' || value.front() == '\'');
-  return quoted ? value.substr(1, value.size() - 2) : value;
-}
-
-// "]" is one of the bytes that may also be the second half of a character.
-size_t FindLastBracket(std::string_view line, const CodePage& codePage) {
-  size_t last = std::string_view::npos;
-  for (size_t position = 0; position < line.size();
-       position += codePage.CharLength(line, position)) {
-    if (line[position] == ']') {
-      last = position;
-    }
-  }
-  return last;
-}
 
 std::string ReadAll(InputFile& file) {
   constexpr size_t kChunk = size_t{64} << 10;
@@ -70,7 +44,7 @@ void ProfileFile::Parse() {
   while (!rest.empty() && !IsFull()) {
     // The LF of a CR LF ends an empty line, which says nothing.
     const size_t length = std::min(rest.find_first_of("\r\n"), rest.size());
-    ParseLine(Trim(rest.substr(0, length)));
+    ParseLine(TrimIniText(rest.substr(0, length)));
     rest.remove_prefix(std::min(length + 1, rest.size()));
   }
 }
@@ -80,9 +54,9 @@ void ProfileFile::ParseLine(std::string_view line) {
     return;
   }
   if (line.front() == '[') {
-    const size_t end = FindLastBracket(line, codePage_);
+    const size_t end = FindLastIniBracket(line, codePage_);
     if (end != std::string_view::npos) {
-      sections_.push_back({Trim(line.substr(1, end - 1)), entries_.size(), entries_.size()});
+      sections_.push_back({TrimIniText(line.substr(1, end - 1)), entries_.size(), entries_.size()});
     }
     return;
   }
@@ -90,7 +64,8 @@ void ProfileFile::ParseLine(std::string_view line) {
   if (equals == std::string_view::npos || sections_.empty()) {
     return;
   }
-  entries_.push_back({Trim(line.substr(0, equals)), Unquote(Trim(line.substr(equals + 1)))});
+  entries_.push_back(
+      {TrimIniText(line.substr(0, equals)), UnquoteIniValue(TrimIniText(line.substr(equals + 1)))});
   sections_.back().end = entries_.size();
 }
 

@@ -2,24 +2,11 @@
 
 #include <algorithm>
 
+#include "platform/ini_text.h"
+
 namespace velkor {
 
 namespace {
-
-std::string_view Trim(std::string_view text) {
-  constexpr std::string_view kBlanks = " \t\v\f";
-  const size_t first = text.find_first_not_of(kBlanks);
-  if (first == std::string_view::npos) {
-    return {};
-  }
-  return text.substr(first, text.find_last_not_of(kBlanks) - first + 1);
-}
-
-std::string_view Unquote(std::string_view value) {
-  const bool quoted = value.size() >= 2 && value.front() == value.back() &&
-                      (value.front() == '"' || value.front() == '\'');
-  return quoted ? value.substr(1, value.size() - 2) : value;
-}
 
 // Takes the next component off a path. "\" and "]" may also be the second half of a character.
 std::string_view TakeComponent(std::string_view& path, const CodePage& codePage) {
@@ -34,17 +21,11 @@ std::string_view TakeComponent(std::string_view& path, const CodePage& codePage)
 
 // The name of a section, without a line's brackets; none for a line that is no section.
 std::optional<std::string_view> SectionName(std::string_view line, const CodePage& codePage) {
-  std::optional<size_t> end;
-  for (size_t position = 0; position < line.size();
-       position += codePage.CharLength(line, position)) {
-    if (line[position] == ']') {
-      end = position;
-    }
-  }
-  if (!line.starts_with('[') || !end) {
+  const size_t end = FindLastIniBracket(line, codePage);
+  if (!line.starts_with('[') || end == std::string_view::npos) {
     return std::nullopt;
   }
-  return Trim(line.substr(1, *end - 1));
+  return TrimIniText(line.substr(1, end - 1));
 }
 
 std::string ReadStart(InputFile& file) {
@@ -78,7 +59,7 @@ SettingsTree::SettingsTree(const CodePage& codePage, std::string_view text)
   std::optional<Key> current;
   while (!text.empty()) {
     const size_t length = std::min(text.find_first_of("\r\n"), text.size());
-    ParseLine(Trim(text.substr(0, length)), current);
+    ParseLine(TrimIniText(text.substr(0, length)), current);
     text.remove_prefix(std::min(length + 1, text.size()));
   }
 }
@@ -97,8 +78,9 @@ void SettingsTree::ParseLine(std::string_view line, std::optional<Key>& current)
 void SettingsTree::AddSetting(Key key, std::string_view line) {
   const size_t equals = line.find('=');
   if (equals != std::string_view::npos) {
-    nodes_[key].settings.push_back({std::string(Trim(line.substr(0, equals))),
-                                    std::string(Unquote(Trim(line.substr(equals + 1))))});
+    nodes_[key].settings.push_back(
+        {std::string(TrimIniText(line.substr(0, equals))),
+         std::string(UnquoteIniValue(TrimIniText(line.substr(equals + 1))))});
   }
 }
 
