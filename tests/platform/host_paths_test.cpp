@@ -86,9 +86,9 @@ TEST(ToHostTest, MappingsReplaceWholeComponents) {
   const TemporaryFolder folder;
   const CodePage page = CodePage::Utf8();
   HostPaths paths(page);
-  EXPECT_TRUE(paths.AddMapping("C:\\work=/none/old"));
+  EXPECT_TRUE(paths.AddMapping("C:\\proj=/none/old"));
   EXPECT_TRUE(
-      paths.AddMappings("c:/work/=/none/work;C:\\Work\\Lib=/none/lib;;D:=/none/d;"
+      paths.AddMappings("c:/proj/=/none/proj;C:\\Proj\\Lib=/none/lib;;D:=/none/d;"
                         "\\\\srv\\share=/none/srv"));
   for (const char* wrong : {"", "=", "C:\\x", "=/none", "C:\\x="}) {
     EXPECT_FALSE(paths.AddMapping(wrong)) << wrong;
@@ -96,17 +96,17 @@ TEST(ToHostTest, MappingsReplaceWholeComponents) {
   EXPECT_FALSE(paths.AddMappings("E:=/none/e;wrong;F:=/none/f"));
   EXPECT_TRUE(paths.AddMappings(""));
   const Case cases[] = {
-      {"C:\\WORK\\a\\b.c", "/none/work/a/b.c"},  // of equal ones the last
-      {"c:/work/lib\\x", "/none/lib/x"},         // the longest
-      {"C:\\work", "/none/work"},
-      {"C:\\works\\x", "C:/works/x"},
-      {"C:\\work\\..\\x", "C:/x"},
+      {"C:\\PROJ\\a\\b.c", "/none/proj/a/b.c"},  // of equal ones the last
+      {"c:/proj/lib\\x", "/none/lib/x"},         // the longest
+      {"C:\\proj", "/none/proj"},
+      {"C:\\projs\\x", "C:/projs/x"},
+      {"C:\\proj\\..\\x", "C:/x"},
       {"D:x", "/none/d/x"},
       {"E:\\x", "/none/e/x"},
       {"F:\\x", "F:/x"},
       {"\\\\SRV\\share\\..\\x", "/none/srv/x"},
       {"\\\\srv\\other\\x", "srv/other/x"},
-      {"/C:/work", "/C:/work"},
+      {"/C:/proj", "/C:/proj"},
       {"", ""},
   };
   for (const Case& one : cases) {
