@@ -8,7 +8,7 @@ std::optional<CommandState> FunctionCommandState(Command command, const StkFunct
     case Command::kSaveMaximumChain:
     case Command::kSaveAllChains:
       return CommandState{function && !document.IsAnalysing() &&
-                          !document.IsReadingSpecifications()};
+                          !document.IsReadingSpecifications() && !document.IsSavingCallChains()};
     case Command::kAdjustStackSize:
       return CommandState{function && document.CanChangeAnalysis()};
     case Command::kResetFunction:
