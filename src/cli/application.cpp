@@ -1,35 +1,23 @@
 #include "cli/application.h"
 
-#include <cstdlib>
-
 #include "cli/function_lookup.h"
 #include "platform/terminal.h"
 
 namespace velkor {
 
 std::unique_ptr<Application> Application::Create(const Options& options, std::string& error) {
-  std::optional<CodePage> codePage = CodePage::FromLocale();
-  if (options.codePage) {
-    codePage = CodePage::FromName(*options.codePage);
-    if (!codePage) {
-      error = "--codepage: unknown code page " + *options.codePage;
-      return nullptr;
-    }
-  }
-  std::unique_ptr<Application> application(new Application(std::move(*codePage), options));
-  if (!application->AddMappings(options, error)) {
+  std::unique_ptr<LocalMachine> machine = LocalMachine::Create(options.machine, error);
+  if (machine == nullptr) {
     return nullptr;
   }
-  return application;
+  return std::unique_ptr<Application>(new Application(std::move(machine), options));
 }
 
-Application::Application(CodePage codePage, const Options& options)
-    : codePage_(std::move(codePage)),
-      host_{codePage_, files_, paths_, resources_,
-            options.dataFolder.empty() ? "" : AbsolutePath(options.dataFolder)},
+Application::Application(std::unique_ptr<LocalMachine> machine, const Options& options)
+    : machine_(std::move(machine)),
       progress_(IsErrorTerminal(), ErrorTerminalWidth()),
       boxes_(log_, options.onError),
-      messages_(StkMessages::English(codePage_)) {
+      messages_(StkMessages::English(GetCodePage())) {
   log_.SetReporter(reporter_);
   reporter_.RegisterLogView(&log_);
   reporter_.SetOpenedFromCommandLine(true);
@@ -41,21 +29,6 @@ Application::~Application() {
   StopJobs();
   reporter_.RegisterLogView(nullptr);
   progress_.Erase();
-}
-
-bool Application::AddMappings(const Options& options, std::string& error) {
-  const char* environment = std::getenv("VELKOR_MAP");
-  if (environment != nullptr && *environment != '\0' && !paths_.AddMappings(environment)) {
-    error = std::string("VELKOR_MAP: not of the form C:\\work=/home/me/work;...: ") + environment;
-    return false;
-  }
-  for (const std::string& mapping : options.mappings) {
-    if (!paths_.AddMapping(mapping)) {
-      error = "--map: not of the form C:\\work=/home/me/work: " + mapping;
-      return false;
-    }
-  }
-  return true;
 }
 
 ExitStatus Application::OpenAndAnalyse(std::string_view project) {
@@ -91,7 +64,7 @@ StkFunction* Application::FindFunction(const std::string& name) {
   StkFunctionList found = FindFunctions(functions, name);
   if (found.empty()) {
     // Names are typed in the terminal's character set, which need not be that of the project.
-    const std::optional<std::string> typed = codePage_.FromUtf8(name);
+    const std::optional<std::string> typed = GetCodePage().FromUtf8(name);
     found = typed ? FindFunctions(functions, *typed) : found;
   }
   if (found.size() != 1) {
@@ -99,10 +72,6 @@ StkFunction* Application::FindFunction(const std::string& name) {
     return nullptr;
   }
   return found.front();
-}
-
-std::string Application::AbsolutePath(std::string_view path) const {
-  return paths_.FullPathName(path).value_or(std::string(path));
 }
 
 void Application::Post(uint32_t message, uint64_t parameter) {

@@ -12,8 +12,8 @@
 #include "cli/terminal_log.h"
 #include "document/document.h"
 #include "document/job_monitor.h"
-#include "platform/host_file_system.h"
 #include "platform/interrupt.h"
+#include "platform/local_machine.h"
 
 namespace velkor {
 
@@ -40,33 +40,28 @@ class Application : private MessageTarget {
   // How a command ends that has done its work.
   ExitStatus FinishedStatus() const { return log_.AnyWarning() ? kNotEverythingRead : kDone; }
 
-  const CodePage& GetCodePage() const { return codePage_; }
+  const CodePage& GetCodePage() const { return machine_->GetCodePage(); }
   CStkDoc& Document() { return document_; }
   StkReporter& Reporter() { return reporter_; }
   const TerminalLog& Log() const { return log_; }
   // The path against the current folder; as it stands when that has no result.
-  std::string AbsolutePath(std::string_view path) const;
+  std::string AbsolutePath(std::string_view path) const { return machine_->AbsolutePath(path); }
 
  private:
-  Application(CodePage codePage, const Options& options);
+  Application(std::unique_ptr<LocalMachine> machine, const Options& options);
 
-  bool AddMappings(const Options& options, std::string& error);
   void Post(uint32_t message, uint64_t parameter) override;
   void StopJobs();
   bool HasJobs() const;
 
-  const CodePage codePage_;
-  HostPaths paths_{codePage_};
-  HostFileSystem files_{paths_};
-  BuiltInResources resources_;
-  Host host_;
+  const std::unique_ptr<LocalMachine> machine_;
   MessageQueue queue_;
   ProgressLine progress_;
-  TerminalLog log_{codePage_, queue_, progress_};
+  TerminalLog log_{GetCodePage(), queue_, progress_};
   TerminalBoxes boxes_;
   StkMessages messages_;
   StkReporter reporter_{messages_, boxes_};
-  CStkDoc document_{host_, reporter_, *this};
+  CStkDoc document_{machine_->GetHost(), reporter_, *this};
   StkJobMonitor monitor_{document_, progress_};
   bool stopped_ = false;
   std::optional<Interrupt> interrupt_;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "messages/channels.h"
+#include "platform/local_machine.h"
 
 namespace velkor {
 
@@ -32,9 +33,7 @@ struct Options {
   bool noCallees = false;
 
   StopAnswer onError = StopAnswer::kIgnore;
-  std::vector<std::string> mappings;
-  std::optional<std::string> codePage;  // none: that of the locale
-  std::string dataFolder;               // empty: beside the program
+  MachineOptions machine;
 };
 
 struct ParsedArguments {

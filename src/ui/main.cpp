@@ -4,13 +4,14 @@
 #include <cstdio>
 #include <exception>
 
+#include "platform/local_machine.h"
 #include "platform/terminal.h"
 #include "ui/about_box.h"
 #include "ui/adjust_dialog.h"
 #include "ui/application.h"
 #include "ui/function_lists_dialog.h"
 #include "ui/help_viewer.h"
-#include "ui/window_host.h"
+#include "ui/toolbar_icons.h"
 #include "ui/window_options.h"
 
 namespace velkor {
@@ -19,12 +20,13 @@ namespace {
 // The application with the real windows. The toolkit's application object outlives it.
 class Program {
  public:
-  explicit Program(WindowHost& host)
-      : messages_(WindowMessages(host.GetHost().codePage, language_)),
-        help_(host.GetHost(), messages_,
-              FindHelp(InstallationSettings(host.GetHost()), version_.versionSource), language_,
+  explicit Program(LocalMachine& machine)
+      : messages_(WindowMessages(machine.GetHost().codePage, language_)),
+        help_(machine.GetHost(), messages_,
+              FindHelp(InstallationSettings(machine.GetHost()), version_.versionSource), language_,
               QString::fromStdString(version_.productName)),
-        application_(MakeParts(host.GetHost())) {
+        application_(MakeParts(machine.GetHost())) {
+    QApplication::setWindowIcon(ProgramIcon());
     boxes_.SetMainWindow(&application_.Frame());
     TranslateToolkit();
   }
@@ -96,16 +98,16 @@ int Run(int argc, char** argv) {
     return arguments.status;
   }
   std::string error;
-  const auto host = WindowHost::Create(*arguments.options, error);
-  if (host == nullptr) {
+  const auto machine = LocalMachine::Create(arguments.options->machine, error);
+  if (machine == nullptr) {
     std::fprintf(stderr, "velkor: %s\n", error.c_str());
     return kWindowWrongUsage;
   }
   std::optional<std::string> project = arguments.options->project;
   if (project) {
-    project = host->AbsolutePath(*project);
+    project = machine->AbsolutePath(*project);
   }
-  return Program(*host).Run(project);
+  return Program(*machine).Run(project);
 }
 
 }  // namespace

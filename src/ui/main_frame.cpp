@@ -42,7 +42,6 @@ CMainFrame::CMainFrame(UiContext& context, PostedMessages& posted, FrameParts pa
       actions_(*this, context, parts_.productName, [this](Command command) { Route(command); }),
       statusBar_(new CStkStatusBar(context.Text(kIdlePrompt), context.Text(kProgressName), this)),
       monitor_(context.document, *statusBar_) {
-  setWindowIcon(ProgramIcon());
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
   CreateBars();

@@ -2,16 +2,15 @@
 
 #include <optional>
 #include <string>
-#include <vector>
+
+#include "platform/local_machine.h"
 
 namespace velkor {
 
 // What the window's command line asks for. Texts are bytes as the caller gave them.
 struct WindowOptions {
   std::optional<std::string> project;
-  std::vector<std::string> mappings;
-  std::optional<std::string> codePage;  // none: that of the locale
-  std::string dataFolder;               // empty: beside the program
+  MachineOptions machine;
 };
 
 struct WindowArguments {

@@ -1,30 +1,31 @@
-#include "ui/window_host.h"
+#include "platform/local_machine.h"
 
 #include <cstdlib>
 
 namespace velkor {
 
-std::unique_ptr<WindowHost> WindowHost::Create(const WindowOptions& options, std::string& error) {
+std::unique_ptr<LocalMachine> LocalMachine::Create(const MachineOptions& options,
+                                                   std::string& error) {
   std::optional<CodePage> codePage =
       options.codePage ? CodePage::FromName(*options.codePage) : CodePage::FromLocale();
   if (!codePage) {
     error = "--codepage: unknown code page " + *options.codePage;
     return nullptr;
   }
-  std::unique_ptr<WindowHost> host(new WindowHost(*std::move(codePage), options));
-  return host->AddMappings(options, error) ? std::move(host) : nullptr;
+  std::unique_ptr<LocalMachine> machine(new LocalMachine(*std::move(codePage), options));
+  return machine->AddMappings(options, error) ? std::move(machine) : nullptr;
 }
 
-WindowHost::WindowHost(CodePage codePage, const WindowOptions& options)
+LocalMachine::LocalMachine(CodePage codePage, const MachineOptions& options)
     : codePage_(std::move(codePage)),
       host_{codePage_, files_, paths_, resources_,
             options.dataFolder.empty() ? "" : AbsolutePath(options.dataFolder)} {}
 
-std::string WindowHost::AbsolutePath(const std::string& path) const {
-  return paths_.FullPathName(path).value_or(path);
+std::string LocalMachine::AbsolutePath(std::string_view path) const {
+  return paths_.FullPathName(path).value_or(std::string(path));
 }
 
-bool WindowHost::AddMappings(const WindowOptions& options, std::string& error) {
+bool LocalMachine::AddMappings(const MachineOptions& options, std::string& error) {
   const char* environment = std::getenv("VELKOR_MAP");
   if (environment != nullptr && *environment != '\0' && !paths_.AddMappings(environment)) {
     error = std::string("VELKOR_MAP: not of the form C:\\work=/home/me/work;...: ") + environment;

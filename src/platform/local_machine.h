@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/host.h"
+#include "platform/host_file_system.h"
+
+namespace velkor {
+
+// What a program's command line says of the machine. Texts are bytes as the caller gave them.
+struct MachineOptions {
+  std::vector<std::string> mappings;    // 'C:\work=/home/me/work'
+  std::optional<std::string> codePage;  // none: that of the locale
+  std::string dataFolder;               // empty: beside the program
+};
+
+// The machine that the program runs on, as its command line and environment describe it: owns all
+// that a Host refers to.
+class LocalMachine {
+ public:
+  // None when an option names nothing usable; error then says what, for the user.
+  static std::unique_ptr<LocalMachine> Create(const MachineOptions& options, std::string& error);
+
+  Host& GetHost() { return host_; }
+  const CodePage& GetCodePage() const { return codePage_; }
+  // The path against the current folder; as it stands when that has no result.
+  std::string AbsolutePath(std::string_view path) const;
+
+ private:
+  LocalMachine(CodePage codePage, const MachineOptions& options);
+
+  bool AddMappings(const MachineOptions& options, std::string& error);
+
+  const CodePage codePage_;
+  HostPaths paths_{codePage_};
+  HostFileSystem files_{paths_};
+  BuiltInResources resources_;
+  Host host_;
+};
+
+}  // namespace velkor
