@@ -1,9 +1,9 @@
 #include "ui/toolbar_icons.h"
 
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPixmap>
+
+#include "ui/drawn_icon.h"
 
 namespace velkor {
 
@@ -16,39 +16,6 @@ constexpr QRgb kGreen = 0xFF2E8B57;
 constexpr QRgb kYellow = 0xFFE8B020;
 
 using Drawing = void (*)(QPainter&);
-
-// Paints a drawing of a given size into whatever rectangle is asked for.
-class DrawnEngine : public QIconEngine {
- public:
-  DrawnEngine(Drawing drawing, QSize size) : drawing_(drawing), size_(size) {}
-
-  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-    const double scale = std::min(static_cast<double>(rect.width()) / size_.width(),
-                                  static_cast<double>(rect.height()) / size_.height());
-    painter->save();
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setOpacity(mode == QIcon::Disabled ? 0.35 : 1);
-    painter->translate(rect.x() + (rect.width() - size_.width() * scale) / 2,
-                       rect.y() + (rect.height() - size_.height() * scale) / 2);
-    painter->scale(scale, scale);
-    drawing_(*painter);
-    painter->restore();
-  }
-
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap image(size);
-    image.fill(Qt::transparent);
-    QPainter painter(&image);
-    paint(&painter, QRect(QPoint(0, 0), size), mode, state);
-    return image;
-  }
-
-  QIconEngine* clone() const override { return new DrawnEngine(*this); }
-
- private:
-  Drawing drawing_;
-  QSize size_;
-};
 
 QPen Line(QRgb color, double width) {
   return {QColor::fromRgb(color), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
@@ -147,11 +114,11 @@ Drawing DrawingOf(Command command) {
 
 QIcon ToolbarIcon(Command command) {
   const Drawing drawing = DrawingOf(command);
-  return drawing ? QIcon(new DrawnEngine(drawing, kToolbarIconSize)) : QIcon();
+  return drawing ? DrawnIcon(drawing, kToolbarIconSize) : QIcon();
 }
 
 QIcon ProgramIcon() {
-  return QIcon(new DrawnEngine(DrawProgram, QSize(16, 16)));
+  return DrawnIcon(DrawProgram, QSize(16, 16));
 }
 
 }  // namespace velkor
