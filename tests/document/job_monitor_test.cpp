@@ -64,6 +64,22 @@ TEST_F(JobMonitorTest, StopEndsTheAnalysisAndWhatItLeftInTheQueueMovesNothing) {
   EXPECT_EQ(document.FunctionTable()->Count(), 0u);
 }
 
+TEST_F(JobMonitorTest, OfTwoJobsTheOneThatIsLeftCanStillBeStopped) {
+  PutChain();
+  Open();
+  Finish();
+  ASSERT_TRUE(document.SaveSpecFile("C:\\p\\spec.txt"));
+  ASSERT_TRUE(document.SaveCallChains("C:\\p\\all.csv", *document.RootList()->Functions().front(),
+                                      true, StkChainReport::Format::kCsv));
+  monitor.Handle(WM_STK_SPECWRITE_START, 10);
+  monitor.Handle(WM_STK_CHAINSAVE_START, 10);
+  monitor.Handle(WM_STK_SPECWRITE_END, 0);
+  EXPECT_TRUE(monitor.CanStop());
+  monitor.Handle(WM_STK_CHAINSAVE_END, 0);
+  EXPECT_FALSE(monitor.CanStop());
+  Finish();
+}
+
 TEST_F(JobMonitorTest, WithoutModuleFilesStopIsDisabledAgain) {
   PutProject({"a"});
   Open();
