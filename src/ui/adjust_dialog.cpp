@@ -32,13 +32,12 @@ constexpr uint32_t kCalleesLabel = 2005;
 constexpr uint32_t kAllLabel = 2006;
 constexpr uint32_t kHelp = 57670;
 
-StkFunctionList AllByName(const StkFunctionTable& functions) {
+StkFunctionList AllOf(const StkFunctionTable& functions) {
   StkFunctionList all;
   all.reserve(functions.Count());
-  for (const std::unique_ptr<StkFunction>& function : functions.Functions()) {
+  for (const auto& function : functions.Functions()) {
     all.push_back(function.get());
   }
-  SortByName(all, functions.GetCodePage());
   return all;
 }
 
@@ -91,9 +90,7 @@ void CAdjustStackSizeDialog::Fill(const StkFunction& function) {
   StkFunctionList callees = form_.FixedCallees();
   callees.insert(callees.end(), form_.AddedCallees().begin(), form_.AddedCallees().end());
   callees_->SetFunctions(std::move(callees), form_.FixedCallees().size());
-  StkFunctionList all = AllByName(*context_.document.FunctionTable());
-  const size_t count = all.size();
-  all_->SetFunctions(std::move(all), count);
+  all_->SetFunctionsByName(AllOf(*context_.document.FunctionTable()));
 }
 
 QLabel* CAdjustStackSizeDialog::Label(uint32_t item, QWidget* buddy) {

@@ -28,15 +28,18 @@ using Rule = bool (*)(const StkFunction&);
 constexpr std::array<Rule, 3> kRules = {IsSizeUnknown, IsAdjusted, IsSystemLibrary};
 constexpr std::array<uint32_t, 3> kLabels = {2001, 2002, 2003};
 
-StkFunctionList ByNameWhere(Rule rule, const StkFunctionTable& functions) {
-  StkFunctionList found;
-  for (const std::unique_ptr<StkFunction>& function : functions.Functions()) {
-    if (rule(*function)) {
-      found.push_back(function.get());
+// In one walk: no function keeps two rules.
+std::array<StkFunctionList, kRules.size()> ByRule(const StkFunctionTable& functions) {
+  std::array<StkFunctionList, kRules.size()> lists;
+  for (const auto& function : functions.Functions()) {
+    for (size_t i = 0; i < kRules.size(); ++i) {
+      if (kRules[i](*function)) {
+        lists[i].push_back(function.get());
+        break;
+      }
     }
   }
-  SortByName(found, functions.GetCodePage());
-  return found;
+  return lists;
 }
 
 }  // namespace
@@ -116,10 +119,9 @@ void CFunctionListsDialog::Connect() {
 }
 
 void CFunctionListsDialog::Fill() {
+  auto functions = ByRule(*context_.document.FunctionTable());
   for (size_t i = 0; i < lists_.size(); ++i) {
-    StkFunctionList functions = ByNameWhere(kRules[i], *context_.document.FunctionTable());
-    const size_t count = functions.size();
-    lists_[i]->SetFunctions(std::move(functions), count);
+    lists_[i]->SetFunctionsByName(std::move(functions[i]));
   }
   UpdateSelectedFunction();
 }

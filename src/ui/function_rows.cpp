@@ -1,5 +1,6 @@
 #include "ui/function_rows.h"
 
+#include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
@@ -12,6 +13,10 @@
 namespace velkor {
 
 namespace {
+
+constexpr size_t kSortedAtOnce = 4096;
+constexpr int kLaidOutAtOnce = 20000;
+constexpr qint64 kSliceMilliseconds = 10;
 
 std::string RowText(const StkFunction& function, bool added, const CodePage& codePage) {
   std::string text = (added ? "+" : "") + TextItem(function, ":", codePage);
@@ -133,11 +138,15 @@ class FunctionRows::Delegate : public QStyledItemDelegate {
 
 FunctionRows::FunctionRows(const CodePage& codePage, QWidget* parent)
     : QListView(parent),
+      codePage_(codePage),
       rows_(new FunctionRowsModel(codePage, this)),
       delegate_(new Delegate(this)) {
   setModel(rows_);
   setItemDelegate(delegate_);
   setUniformItemSizes(true);
+  // So that very many rows are not laid out in one go.
+  setLayoutMode(Batched);
+  setBatchSize(kLaidOutAtOnce);
   setSelectionMode(SingleSelection);
   setEditTriggers(NoEditTriggers);
   setTextElideMode(Qt::ElideNone);
@@ -145,6 +154,8 @@ FunctionRows::FunctionRows(const CodePage& codePage, QWidget* parent)
   setTabKeyNavigation(false);
   connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
           &FunctionRows::SelectionChanged);
+  sortLater_.setInterval(0);
+  connect(&sortLater_, &QTimer::timeout, this, [this] { SortSome(); });
 }
 
 StkFunction* FunctionRows::SelectedFunction() const {
@@ -153,12 +164,43 @@ StkFunction* FunctionRows::SelectedFunction() const {
 }
 
 void FunctionRows::SetFunctions(StkFunctionList functions, size_t firstAdded) {
+  sorter_.reset();
+  sortLater_.stop();
   delegate_->Forget();
   rows_->SetRows(std::move(functions), firstAdded);
 }
 
+void FunctionRows::SetFunctionsByName(StkFunctionList functions) {
+  const bool isShort = functions.size() <= kSortedAtOnce;
+  SetFunctions({}, 0);
+  sorter_ = std::make_unique<NameSorter>(std::move(functions), codePage_);
+  if (isShort) {
+    while (sorter_->Step()) {
+    }
+    ShowSorted();
+  } else {
+    sortLater_.start();
+  }
+}
+
+void FunctionRows::SortSome() {
+  QElapsedTimer slice;
+  slice.start();
+  while (slice.elapsed() < kSliceMilliseconds) {
+    if (!sorter_->Step()) {
+      return ShowSorted();
+    }
+  }
+}
+
+void FunctionRows::ShowSorted() {
+  StkFunctionList functions = sorter_->Take();
+  const size_t count = functions.size();
+  SetFunctions(std::move(functions), count);
+}
+
 QSize FunctionRows::sizeHint() const {
-  return {fontMetrics().averageCharWidth() * 28, fontMetrics().height() * 8};
+  return {fontMetrics().averageCharWidth() * 34, fontMetrics().height() * 8};
 }
 
 void FunctionRows::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {

@@ -2,9 +2,12 @@
 
 #include <QAbstractListModel>
 #include <QListView>
+#include <QTimer>
+#include <memory>
 
 #include "core/function_list.h"
 #include "platform/code_page.h"
+#include "ui/name_sorter.h"
 
 namespace velkor {
 
@@ -51,6 +54,9 @@ class FunctionRows : public QListView {
   StkFunction* SelectedFunction() const;
   // Another set of rows: scrolled to the first, nothing selected.
   void SetFunctions(StkFunctionList functions, size_t firstAdded);
+  // In name order, none of them added. Of very many the rows come a moment later, when they have
+  // been sorted.
+  void SetFunctionsByName(StkFunctionList functions);
 
   QSize sizeHint() const override;
 
@@ -68,9 +74,14 @@ class FunctionRows : public QListView {
   class Delegate;
 
   void WidenToShownRows();
+  void SortSome();
+  void ShowSorted();
 
+  const CodePage& codePage_;
   FunctionRowsModel* rows_;
   Delegate* delegate_;
+  std::unique_ptr<NameSorter> sorter_;  // of the rows that are to come
+  QTimer sortLater_;
 };
 
 }  // namespace velkor
