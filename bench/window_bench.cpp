@@ -1,0 +1,237 @@
+// window_bench FOLDER [FUNCTIONS]: how long the window stands still at most while it shows a large
+// project, which is written into the folder unless one is there. Needs no display.
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMenu>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <functional>
+
+#include "large_project.h"
+#include "platform/local_machine.h"
+#include "ui/adjust_dialog.h"
+#include "ui/application.h"
+#include "ui/function_lists_dialog.h"
+
+namespace velkor {
+namespace {
+
+// Beats every millisecond when the event loop runs; how long it once did not.
+class Heartbeat {
+ public:
+  Heartbeat() {
+    beat_.setTimerType(Qt::PreciseTimer);
+    beat_.setInterval(1);
+    QObject::connect(&beat_, &QTimer::timeout, [this] { Beat(); });
+    last_.start();
+    beat_.start();
+  }
+  void Reset() {
+    longest_ = 0;
+    last_.start();
+  }
+  double LongestMilliseconds() {
+    Beat();
+    return static_cast<double>(longest_) / 1e6;
+  }
+
+ private:
+  void Beat() {
+    longest_ = std::max(longest_, last_.nsecsElapsed());
+    last_.start();
+  }
+
+  QTimer beat_;
+  QElapsedTimer last_;
+  qint64 longest_ = 0;
+};
+
+class NoBoxes : public MessageBoxes {
+ public:
+  BoxAnswer Show(std::string_view text, BoxIcon, BoxButtons) override {
+    std::printf("box: %.*s\n", static_cast<int>(text.size()), text.data());
+    return BoxAnswer::kOk;
+  }
+};
+
+class WindowBench {
+ public:
+  explicit WindowBench(LocalMachine& machine)
+      : messages_(WindowMessages(machine.GetHost().codePage, Language::kEnglish)),
+        application_(
+            {.host = machine.GetHost(),
+             .messages = messages_,
+             .boxes = boxes_,
+             .fileDialogs = fileDialogs_,
+             .version = {},
+             .language = Language::kEnglish,
+             .adjust = [this](UiContext& context, StkFunction& function,
+                              QWidget* parent) { return Adjust(context, function, parent); },
+             .functionLists =
+                 [this](UiContext& context, FrameOperations& frame, QWidget* parent) {
+                   CFunctionListsDialog dialog(
+                       context, frame, [](int) {}, parent);
+                   Show(dialog);
+                 },
+             .about = [](UiContext&, const VersionTexts&, QWidget*) {},
+             .showHelp = [](int) {},
+             .closed = [] {}}) {}
+
+  void Run(const std::string& project) {
+    std::printf("%-44s %14s %10s\n", "step", "stands still", "takes");
+    Measure("open and analyse", [&] {
+      application_.Start(project);
+      Finish();
+    });
+    ShowViews();
+    Adjustments();
+    WhileAnalysing();
+  }
+
+ private:
+  void Measure(const char* step, const std::function<void()>& action) {
+    Idle();
+    heart_.Reset();
+    QElapsedTimer time;
+    time.start();
+    action();
+    Idle();
+    std::printf("%-44s %11.1f ms %7lld ms\n", step, heart_.LongestMilliseconds(),
+                static_cast<long long>(time.elapsed()));
+    std::fflush(stdout);
+  }
+  static void Idle() { QTest::qWait(50); }
+  void Finish() {
+    const CStkDoc& document = application_.Context().document;
+    while (document.IsAnalysing() || document.IsReadingSpecifications() ||
+           document.IsWritingSpecifications()) {
+      QTest::qWait(5);
+    }
+  }
+  void Choose(Command command) { application_.Frame().Actions().Of(command).trigger(); }
+  void Show(QDialog& dialog) {
+    dialog.setModal(true);
+    dialog.show();
+    QTest::qWait(kDialogMilliseconds);
+  }
+  AdjustAnswer Adjust(UiContext& context, StkFunction& function, QWidget* parent) {
+    if (shows_) {
+      CAdjustStackSizeDialog dialog(
+          context, function, [](int) {}, parent);
+      Show(dialog);
+      return {};
+    }
+    StkAdjustment adjustment;
+    adjustment.margin = ++margin_;
+    if (callee_) {
+      adjustment.SetCallees({callee_}, context.host.codePage);
+    }
+    return {true, adjustment};
+  }
+
+  void ShowViews() {
+    CStkTreeView& tree = application_.Frame().TreeView();
+    Measure("expand a node with many callees", [&] { tree.expand(tree.model()->index(0, 0)); });
+    Measure("select it, filling the list", [&] {
+      tree.setCurrentIndex(tree.model()->index(1, 0));
+      tree.setCurrentIndex(tree.model()->index(0, 0));
+    });
+    static constexpr std::pair<Command, const char*> kSorts[] = {
+        {Command::kSortByName, "sort the list by name"},
+        {Command::kSortByTotal, "sort the list by total"},
+        {Command::kSortByFrame, "sort the list by frame size"},
+        {Command::kSortByMargin, "sort the list by margin"},
+        {Command::kSortByFile, "sort the list by file"},
+        {Command::kSortByIcon, "sort the list by icon"}};
+    for (const auto& [command, step] : kSorts) {
+      Measure(step, [&, command = command] { Choose(command); });
+    }
+    Measure("type ahead in the tree", [&] { QTest::keyClicks(&tree, "driver_1000_"); });
+    tree.setCurrentIndex(tree.model()->index(0, 0));
+  }
+
+  void Adjustments() {
+    Measure("adjust: margin", [&] {
+      Choose(Command::kAdjustStackSize);
+      Finish();
+    });
+    CStkDoc& document = application_.Context().document;
+    Measure("views alone: sizes", [&] { document.UpdateAllViews(nullptr, HINT_SIZES); });
+    Measure("views alone: structure", [&] { document.UpdateAllViews(nullptr, HINT_STRUCTURE); });
+    callee_ = document.FunctionTable()->Functions().back().get();
+    Measure("adjust: a callee", [&] {
+      Choose(Command::kAdjustStackSize);
+      Finish();
+    });
+    shows_ = true;
+    Measure("Adjust Stack Size dialog", [&] { Choose(Command::kAdjustStackSize); });
+    Measure("Adjust Stack Size dialog again", [&] { Choose(Command::kAdjustStackSize); });
+    Measure("Function lists dialog", [&] { Choose(Command::kFunctionLists); });
+  }
+
+  void WhileAnalysing() {
+    Measure("recalculate", [&] {
+      Choose(Command::kRecalculate);
+      Finish();
+    });
+    Measure("recalculate, a menu after a second", [&] {
+      Choose(Command::kRecalculate);
+      QTest::qWait(1000);
+      OpenMenu();
+    });
+    Measure("stop", [&] { Choose(Command::kStop); });
+    Measure("exit", [&] { Choose(Command::kExit); });
+  }
+  void OpenMenu() {
+    QElapsedTimer time;
+    time.start();
+    QMenu* menu = application_.Frame().menuBar()->actions().at(1)->menu();
+    menu->popup(QPoint(10, 10));
+    const bool shown = QTest::qWaitForWindowExposed(menu);
+    const bool canStop = application_.Frame().Actions().Of(Command::kStop).isEnabled();
+    std::printf("  after %lld ms the menu is %s and Stop %s\n",
+                static_cast<long long>(time.elapsed()), shown ? "open" : "not open",
+                canStop ? "enabled" : "disabled");
+    menu->close();
+  }
+
+  static constexpr int kDialogMilliseconds = 4000;
+
+  const StkMessages messages_;
+  NoBoxes boxes_;
+  WindowFileDialogs fileDialogs_;
+  bool shows_ = false;
+  uint32_t margin_ = 0;
+  StkFunction* callee_ = nullptr;
+  Heartbeat heart_;
+  CStkApp application_;
+};
+
+int Run(int argc, char** argv) {
+  if (argc < 2) {
+    std::fprintf(stderr, "usage: window_bench FOLDER [FUNCTIONS]\n");
+    return 2;
+  }
+  LargeProject project;
+  if (argc > 2) {
+    project.functions = std::strtoull(argv[2], nullptr, 10);
+  }
+  const std::string path = WriteLargeProject(argv[1], project);
+  std::string error;
+  const auto machine = LocalMachine::Create({}, error);
+  WindowBench(*machine).Run(machine->AbsolutePath(path));
+  return 0;
+}
+
+}  // namespace
+}  // namespace velkor
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  QApplication toolkit(argc, argv);
+  return velkor::Run(argc, argv);
+}
