@@ -7,6 +7,12 @@
 
 namespace velkor {
 
+namespace {
+
+constexpr int kArrowGap = 4;
+
+}  // namespace
+
 ArrowHeader::ArrowHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
   setHighlightSections(false);
 }
@@ -15,6 +21,10 @@ void ArrowHeader::SetArrow(int section, bool descending) {
   arrowSection_ = section;
   descending_ = descending;
   viewport()->update();
+}
+
+QSize ArrowHeader::sectionSizeFromContents(int section) const {
+  return QHeaderView::sectionSizeFromContents(section) + QSize(kArrowSize.width() + kArrowGap, 0);
 }
 
 void ArrowHeader::paintSection(QPainter* painter, const QRect& rect, int section) const {
@@ -31,8 +41,7 @@ void ArrowHeader::paintSection(QPainter* painter, const QRect& rect, int section
   painter->save();
   style()->drawControl(QStyle::CE_HeaderSection, &option, painter, this);
   QRect label = style()->subElementRect(QStyle::SE_HeaderLabel, &option, this);
-  const int gap = kArrowSize.width() / 2;
-  label.setRight(std::max(label.left(), label.right() - kArrowSize.width() - gap));
+  label.setRight(std::max(label.left(), label.right() - kArrowSize.width() - kArrowGap));
   const QString text = option.fontMetrics.elidedText(option.text, Qt::ElideRight, label.width());
   const QColor color = option.palette.color(QPalette::ButtonText);
   painter->setPen(color);
@@ -40,7 +49,7 @@ void ArrowHeader::paintSection(QPainter* painter, const QRect& rect, int section
                                             static_cast<int>(option.textAlignment), true, text);
   painter->drawText(label, static_cast<int>(option.textAlignment) | Qt::TextSingleLine, text);
   QRect arrow(QPoint(0, 0), kArrowSize);
-  arrow.moveLeft(std::min(shown.right(), label.right()) + gap);
+  arrow.moveLeft(std::min(shown.right(), label.right()) + kArrowGap);
   arrow.moveTop(label.center().y() - kArrowSize.height() / 2);
   PaintArrow(*painter, arrow, descending_, color);
   painter->restore();

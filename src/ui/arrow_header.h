@@ -15,6 +15,8 @@ class ArrowHeader : public QHeaderView {
   bool ArrowDescending() const { return descending_; }
 
  protected:
+  // With room for an arrow.
+  QSize sectionSizeFromContents(int section) const override;
   void paintSection(QPainter* painter, const QRect& rect, int section) const override;
 
  private:

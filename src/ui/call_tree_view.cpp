@@ -4,6 +4,7 @@
 #include <QHeaderView>
 #include <QPainter>
 #include <QScrollBar>
+#include <algorithm>
 
 #include "ui/call_tree_model.h"
 #include "ui/function_commands.h"
@@ -53,7 +54,12 @@ void CStkTreeView::SetUp() {
   header()->setResizeContentsPrecision(0);
   connect(this, &QTreeView::collapsed, this,
           [this](const QModelIndex& index) { SelectVisibleAncestor(index); });
-  connect(this, &QTreeView::expanded, this, [this] { GrowColumn(); });
+  connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
+    if (!rebuilding_) {
+      ScrollToChildren(index);
+      GrowColumn();
+    }
+  });
   connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { GrowColumn(); });
   announceLater_.setInterval(kAnnounceAgainMilliseconds);
   announceLater_.setSingleShot(true);
@@ -266,6 +272,16 @@ void CStkTreeView::SelectVisibleAncestor(const QModelIndex& collapsed) {
   }
   if (above.isValid()) {
     setCurrentIndex(collapsed);
+  }
+}
+
+// As many of them as fit below the node.
+void CStkTreeView::ScrollToChildren(const QModelIndex& index) {
+  const int fitting = viewport()->height() / std::max(1, rowHeight(index)) - 1;
+  const int last = std::min(model_->rowCount(index), fitting) - 1;
+  if (last >= 0) {
+    scrollTo(model_->index(last, 0, index));
+    scrollTo(index);
   }
 }
 

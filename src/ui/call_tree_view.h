@@ -55,6 +55,7 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
   void Select(const QModelIndex& index);
   void AnnounceSelection();
   void SelectVisibleAncestor(const QModelIndex& collapsed);
+  void ScrollToChildren(const QModelIndex& index);
   void GrowColumn();
   void ShowMenu(const QModelIndex& index, const QPoint& position);
 

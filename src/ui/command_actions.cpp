@@ -100,9 +100,10 @@ CommandActions::CommandActions(QWidget& window, const UiContext& context,
     const MessageKey menuText{kMenuTextKey + key};
     auto* action = new QAction(
         context.Decoded(context.messages.FormatMessageText(menuText, {productName})), &window);
-    const QStringList prompt = context.Text(key).split(u'\n');
-    action->setStatusTip(prompt.value(0));
-    action->setToolTip(prompt.value(1, prompt.value(0)));
+    const QString prompt = PromptOf(command, context);
+    const QString tip = context.Text(key).section(u'\n', 1, 1);
+    action->setStatusTip(prompt);
+    action->setToolTip(tip.isEmpty() ? prompt : tip);
     action->setShortcuts(KeysOf(command));
     action->setIcon(ToolbarIcon(command));
     action->setIconVisibleInMenu(false);

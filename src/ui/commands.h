@@ -33,8 +33,8 @@ enum class Command : uint32_t {
 
 // Texts of the window beside prompts and messages, by their catalogue keys:
 //   kMenuTextKey + command          menu item, with "&" mnemonics and "%s" for the product name
-//   kMenuTextKey + 1 to 4           the menus File, View, Option, Help; + 5 the submenu "Sort &List by"
-//   kDialogTextKey * dialog + item  texts of a dialog's item; item 0 is the title
+//   kMenuTextKey + 1 to 4           the menus File, View, Option, Help; + 5 the submenu "Sort &List
+//   by" kDialogTextKey * dialog + item  texts of a dialog's item; item 0 is the title
 constexpr uint32_t kMenuTextKey = 1000000;
 constexpr uint32_t kDialogTextKey = 100000;
 

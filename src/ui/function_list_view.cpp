@@ -17,6 +17,8 @@ namespace {
 
 constexpr uint32_t kHeaderTextKey = 35000;
 constexpr int kColumnWidths[] = {100, 80, 80, 80, 300};
+// Average width of a character of the font that these widths are made for.
+constexpr int kCharacterWidth = 5;
 
 struct SortCommand {
   Command command;
@@ -91,6 +93,9 @@ void CStkListView::SetUp() {
   for (int column = 0; column < FunctionListModel::kColumnCount; ++column) {
     setColumnWidth(column, std::max(kColumnWidths[column], header_->sectionSizeHint(column)));
   }
+  // Names are the longer the larger the font; of the other columns the titles are the widest.
+  setColumnWidth(0, std::max(kColumnWidths[0], kColumnWidths[0] * fontMetrics().averageCharWidth() /
+                                                   kCharacterWidth));
   connect(header_, &QHeaderView::sectionClicked, this, [this](int column) {
     if (CanSort()) {
       SortBy(static_cast<SortKey>(column));
@@ -146,6 +151,7 @@ void CStkListView::contextMenuEvent(QContextMenuEvent* event) {
   AddCommands(*menu, context_, {Command::kAdjustStackSize}, stateOf, act);
   AddCommands(*menu->addMenu(context_.Text(kSortMenuText)), context_,
               {std::begin(kSortCommands), std::end(kSortCommands)}, stateOf, act);
+  ShowPrompts(*menu, *this);
   menu->popup(event->globalPos());
   event->accept();
 }

@@ -110,6 +110,7 @@ void CStkLogView::contextMenuEvent(QContextMenuEvent* event) {
       *menu, context_, {Command::kCopy, Command::kClearLog},
       [this](Command command) { return StateOf(command).value_or(CommandState()); },
       [this](Command command) { Execute(command); });
+  ShowPrompts(*menu, *this);
   menu->popup(event->globalPos());
   event->accept();
 }

@@ -17,8 +17,8 @@ std::string UiContext::Encoded(const QString& text) const {
   }
   std::string bytes;
   for (const uint codePoint : text.toUcs4()) {
-    const QByteArray character = QString::fromUcs4(reinterpret_cast<const char32_t*>(&codePoint), 1)
-                                     .toUtf8();
+    const QByteArray character =
+        QString::fromUcs4(reinterpret_cast<const char32_t*>(&codePoint), 1).toUtf8();
     bytes += host.codePage.FromUtf8({character.constData(), static_cast<size_t>(character.size())})
                  .value_or("?");
   }

@@ -164,6 +164,26 @@ TEST_F(AdjustDialog, KeepsARefusedFieldInFront) {
   EXPECT_EQ(adjustment->depth, 3u);
 }
 
+// Its depth counts for nothing then, but a number it must be.
+TEST_F(AdjustDialog, RefusesABadDepthAlsoWhileItCannotBeEdited) {
+  OpenFor("main");
+  Select(*all, 3);
+  Press("Add");
+  depth->setText("0");
+  Select(*callees, 1);
+  Press("Delete");
+  ASSERT_FALSE(depth->isEnabled());
+  Press("OK");
+  EXPECT_EQ(LastBox(), "W9463 Illegal value (0) for recursion depth.");
+  EXPECT_TRUE(dialog->isVisible());
+  EXPECT_EQ(depth->text(), "0");
+  Select(*all, 3);
+  Press("Add");
+  depth->setText("2");
+  Press("OK");
+  EXPECT_FALSE(dialog->isVisible());
+}
+
 TEST_F(AdjustDialog, ResetEmptiesEverythingOnce) {
   document.FunctionTable()->SetLibrarySize(Function("work"), 8);
   Function("work").extraCallees = {&Function("aim"), &Function("work")};

@@ -58,6 +58,9 @@ TEST_F(CallTreeView, SelectionFillsTheList) {
   EXPECT_EQ(document.CurrentSelection(), nullptr);
   EXPECT_EQ(List(), "");
   EXPECT_FALSE(Enabled(tree, Command::kAdjustStackSize));
+  Finish();
+  EXPECT_EQ(Tree(), "main <\nother\n");
+  EXPECT_EQ(List(), "main|35|10|\na|25|20|\nb|25|20|\nspin*|3|3|\n");
 }
 
 TEST_F(CallTreeView, KeysReachNodesButNeverOpenAWholeBranch) {
@@ -66,6 +69,22 @@ TEST_F(CallTreeView, KeysReachNodesButNeverOpenAWholeBranch) {
   EXPECT_EQ(Tree(), "main <\n  a\n  b\n  spin*\nother\n");
   QTest::keyClicks(&tree, "oth");
   EXPECT_EQ(document.CurrentSelection(), &Function("other"));
+}
+
+TEST_F(CallTreeView, ChildrenComeIntoSightWhenTheirNodeOpens) {
+  Open();
+  const auto isInSight = [this](const QModelIndex& index) {
+    return tree.viewport()->rect().contains(tree.visualRect(index));
+  };
+  const int row = tree.visualRect(Node("main")).height();
+  tree.resize(300, row * 3 + tree.height() - tree.viewport()->height());
+  tree.expand(Node("main"));
+  EXPECT_TRUE(isInSight(Node("main"))) << "more children than fit never push their node out";
+  tree.collapse(Node("main"));
+  tree.resize(300, row * 2 + tree.height() - tree.viewport()->height());
+  tree.expand(Node("other"));
+  EXPECT_TRUE(isInSight(Node("a")));
+  EXPECT_TRUE(isInSight(Node("other")));
 }
 
 TEST_F(CallTreeView, MarksFollowAnAdjustmentAndBranchesStayOpen) {

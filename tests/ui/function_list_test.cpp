@@ -6,6 +6,7 @@
 
 #include "analysis_window.h"
 #include "ui/arrow_header.h"
+#include "ui/function_icons.h"
 
 namespace velkor {
 namespace {
@@ -110,9 +111,28 @@ TEST_F(FunctionListView, SearchesNamesWhateverColumnIsCurrent) {
 TEST_F(FunctionListView, HeadersAreAtLeastAsWideAsStatedAndWhole) {
   const int widths[] = {100, 80, 80, 80, 300};
   for (int column = 0; column < 5; ++column) {
-    EXPECT_EQ(list.columnWidth(column),
-              std::max(widths[column], list.header()->sectionSizeHint(column)));
+    EXPECT_GE(list.columnWidth(column), widths[column]);
+    const QString title = list.model()->headerData(column, Qt::Horizontal).toString();
+    EXPECT_GE(list.columnWidth(column),
+              list.header()->fontMetrics().horizontalAdvance(title) + kArrowSize.width());
   }
+}
+
+TEST_F(FunctionListView, ShowsItsSelectionOnlyWithTheFocus) {
+  Open();
+  const auto picture = [this] { return list.viewport()->grab().toImage(); };
+  const auto focus = [](QWidget& view) {
+    view.activateWindow();
+    view.setFocus();
+    return QTest::qWaitFor([&view] { return view.hasFocus(); });
+  };
+  const QImage plain = picture();
+  list.setCurrentIndex(list.model()->index(1, 0));
+  ASSERT_TRUE(focus(list));
+  EXPECT_NE(picture(), plain);
+  ASSERT_TRUE(focus(tree));
+  EXPECT_EQ(picture(), plain);
+  EXPECT_EQ(list.SelectedFunction(), &Function("a"));
 }
 
 class WideWindow : public AnalysisWindow {

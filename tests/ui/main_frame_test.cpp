@@ -1,4 +1,6 @@
+#include <QContextMenuEvent>
 #include <QDropEvent>
+#include <QMenu>
 #include <QMenuBar>
 #include <QMimeData>
 #include <QStatusTipEvent>
@@ -213,6 +215,35 @@ TEST_F(MainWindow, RecalculatingBringsAdjustmentsBack) {
   EXPECT_EQ(boxes.boxes.size(), 0U);
 }
 
+// While a job changes the functions, the list must not look at them.
+TEST_F(MainWindow, ASelectionMadeDuringAReadingReachesTheListAfterIt) {
+  StartAndFinish();
+  host.files.Put("C:\\p\\spec.txt", "main, ADD=5\n");
+  host.files.OnRead("C:\\p\\spec.txt", [this] {
+    reached.Set();
+    released.Wait();
+  });
+  dialogs.answers = {"C:\\p\\spec.txt"};
+  Choose(Command::kLoadSpecFile);
+  WaitUntilBlocked();
+  const auto first = [this] {
+    return app->Frame().ListView().model()->index(0, 0).data().toString().toStdString();
+  };
+  app->Frame().TreeView().setCurrentIndex(app->Frame().TreeView().model()->index(1, 0));
+  HandleEvents();
+  EXPECT_EQ(first(), "main");
+  EXPECT_FALSE(IsEnabled(Command::kAdjustStackSize));
+  std::thread later([this] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    Release();
+  });
+  Choose(Command::kStop);
+  later.join();
+  EXPECT_TRUE(WaitUntil([&first] { return first() == "g"; })) << first();
+  EXPECT_EQ(Document().CurrentSelection(), &Function("g"));
+  EXPECT_TRUE(IsEnabled(Command::kAdjustStackSize));
+}
+
 TEST_F(MainWindow, ResettingAsksFirst) {
   StartAndFinish();
   adjustAnswer.accepted = true;
@@ -318,6 +349,10 @@ TEST_F(MainWindow, ADroppedProjectIsOpened) {
   Finish();
   EXPECT_EQ(app->Frame().windowTitle(), "App.PRJ - velkor");
   EXPECT_EQ(Document().FunctionTable()->Count(), 4U);
+  for (const QAbstractScrollArea* view : app->Frame().findChildren<QAbstractScrollArea*>()) {
+    EXPECT_FALSE(view->acceptDrops() || view->viewport()->acceptDrops())
+        << "a view would keep the drop for itself";
+  }
 }
 
 TEST_F(MainWindow, PromptsAndProgressShareTheStatusBar) {
@@ -336,6 +371,30 @@ TEST_F(MainWindow, PromptsAndProgressShareTheStatusBar) {
   EXPECT_TRUE(bar->isVisible());
   EXPECT_EQ(frame.Actions().Of(Command::kSaveAllChains).statusTip(),
             "Save all the chains starting with the selected function.");
+}
+
+TEST_F(MainWindow, ContextMenusShowTheirPrompts) {
+  StartAndFinish();
+  const auto prompt = [this](QWidget& view, const std::vector<int>& way) {
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), QPoint(5, 5));
+    QApplication::sendEvent(&view, &event);
+    QMenu* menu = view.findChild<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
+    QMenu* shown = menu;
+    for (const int item : way) {
+      QAction* action = shown->actions()[item];
+      shown->setActiveAction(action);
+      shown = action->menu() ? action->menu() : shown;
+    }
+    std::string message = app->Frame().StatusBar().currentMessage().toStdString();
+    menu->close();
+    EXPECT_EQ(app->Frame().StatusBar().currentMessage(), "");
+    delete menu;
+    return message;
+  };
+  app->Frame().ListView().setCurrentIndex(app->Frame().ListView().model()->index(1, 0));
+  EXPECT_EQ(prompt(app->Frame().GetLogView(), {1}), "Clear the errors that are displaying.");
+  EXPECT_EQ(prompt(app->Frame().ListView(), {0}), "Open the \"Adjust Stack Size\" dialog.");
+  EXPECT_EQ(prompt(app->Frame().ListView(), {1, 2}), "Sort the list by total stack size.");
 }
 
 TEST_F(MainWindow, ProgressOfAnyRange) {
