@@ -3,9 +3,7 @@
 #include <algorithm>
 
 #include "document/notifications.h"
-#include "files/paths.h"
-#include "files/text_writer.h"
-#include "readers/module_reader.h"
+#include "readers/module_entry.h"
 
 namespace velkor {
 
@@ -25,19 +23,9 @@ void StkAnalysisJob::Run() {
     PostEnd(WM_STK_ANALYSIS_END);
     return;
   }
-  for (const std::string& path : modules) {
-    // The reader looks at the stop event every 100 lines only: many short modules must not keep
-    // a stop waiting.
-    if (stopEvent_.Test()) {
-      SetStopped();
-    } else {
-      Post(WM_STK_ANALYSIS_STEP);
-      ReadModule(path);
-    }
-    if (Stopped()) {
-      parts_.functions.Clear();
-      return;
-    }
+  if (!ReadModules()) {
+    parts_.functions.Clear();
+    return;
   }
   parts_.functions.ResolveAllCalls();
   completed_ = true;
@@ -62,44 +50,55 @@ bool StkAnalysisJob::AnyModuleExists() {
                      [this](const std::string& path) { return parts_.host.files.Exists(path); });
 }
 
-void StkAnalysisJob::ReadModule(const std::string& path) {
+bool StkAnalysisJob::ReadModules() {
+  ModuleReadAhead modules(parts_.project.Modules(), parts_.host, stopEvent_);
+  for (size_t i = 0; i < parts_.project.Modules().size(); ++i) {
+    // The reading looks at the stop event every 100 lines only: many short modules must not keep
+    // a stop waiting.
+    if (stopEvent_.Test()) {
+      SetStopped();
+    } else {
+      Post(WM_STK_ANALYSIS_STEP);
+      EnterModule(modules, i);
+    }
+    if (Stopped()) {
+      return false;
+    }
+  }
+  return true;
+}
+
+void StkAnalysisJob::EnterModule(ModuleReadAhead& modules, size_t number) {
   StkReporter& reporter = parts_.reporter;
-  currentPath_ = path;
-  if (path.size() > kMaxPathLength) {
-    reporter.PostWarning(MessageKey::kW9407, {path});
+  currentPath_ = parts_.project.Modules()[number];
+  const StkTextWriter::Opened opened = modules.Open(number);
+  if (!opened.ok) {
+    ReportNotOpened(opened.failure, currentPath_);
     return;
   }
-  StkTextWriter file(parts_.host);
-  if (!OpenModule(file, path)) {
-    return;
-  }
-  reporter.PostLog(MessageKey::kReadingStarted, {path});
-  StkAsmModuleReader reader(file, path, stopEvent_,
-                            {parts_.functions, parts_.files, parts_.project}, parts_.host,
-                            reporter);
-  if (reader.Read()) {
-    reporter.PostLog(MessageKey::kReadingCompleted, {path});
-  } else if (reader.Aborted()) {
+  reporter.PostLog(MessageKey::kReadingStarted, {currentPath_});
+  ModuleEntry entry(currentPath_, {parts_.functions, parts_.files, parts_.project}, parts_.host,
+                    reporter);
+  const ModuleEntry::Result result = entry.Enter(modules.Read());
+  if (result == ModuleEntry::Result::kWhole) {
+    reporter.PostLog(MessageKey::kReadingCompleted, {currentPath_});
+  } else if (result == ModuleEntry::Result::kStopped) {
     SetStopped();
   }
 }
 
-bool StkAnalysisJob::OpenModule(StkTextWriter& file, const std::string& path) {
-  const StkTextWriter::Opened opened = file.OpenForRead(path);
-  if (opened.ok) {
-    return true;
-  }
+void StkAnalysisJob::ReportNotOpened(MessageKey failure, const std::string& path) {
   StkReporter& reporter = parts_.reporter;
-  if (opened.failure == MessageKey::kW9431) {
+  if (failure == MessageKey::kW9431) {
     const StkMessages& messages = reporter.Messages();
-    reporter.PostWarning(opened.failure,
-                         {messages.Text(MessageKey::kCompilerName),
-                          messages.Text(MessageKey::kAssemblerSourceModuleFile), path});
+    reporter.PostWarning(failure, {messages.Text(MessageKey::kCompilerName),
+                                   messages.Text(MessageKey::kAssemblerSourceModuleFile), path});
   } else {
-    reporter.PostWarning(opened.failure, {path});
+    reporter.PostWarning(failure, {path});
   }
-  reporter.PostLog(MessageKey::kReadingAborted, {path});
-  return false;
+  if (failure != MessageKey::kW9407) {
+    reporter.PostLog(MessageKey::kReadingAborted, {path});
+  }
 }
 
 }  // namespace velkor

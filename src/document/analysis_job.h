@@ -5,7 +5,7 @@
 #include "core/file_table.h"
 #include "core/recompute.h"
 #include "document/job.h"
-#include "files/text_writer.h"
+#include "document/module_read_ahead.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
 #include "readers/project.h"
@@ -21,7 +21,7 @@ struct AnalysisParts {
   StkFunctionTable& functions;
 };
 
-// Reads the modules of the project in order and resolves their calls. When it is stopped it
+// Enters the modules of the project in order and resolves their calls. When it is stopped it
 // empties the function table and posts no end notification.
 class StkAnalysisJob : public StkJob {
  public:
@@ -38,8 +38,10 @@ class StkAnalysisJob : public StkJob {
 
  private:
   bool AnyModuleExists();
-  void ReadModule(const std::string& path);
-  bool OpenModule(StkTextWriter& file, const std::string& path);
+  // False after a stop.
+  bool ReadModules();
+  void EnterModule(ModuleReadAhead& modules, size_t number);
+  void ReportNotOpened(MessageKey failure, const std::string& path);
 
   AnalysisParts parts_;
   std::string currentPath_;

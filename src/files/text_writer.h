@@ -41,6 +41,11 @@ class StkTextWriter {
   // being at most 5120. False at the end of the file before a first character. The full length
   // counts the characters of the line as text mode delivers them.
   bool ReadLine(TextLine& line, size_t limit);
+  // What is in memory of the lines that follow, as the file has them: a line feed ends each,
+  // perhaps after a CR. The last one may be incomplete. Valid until the next ReadLine.
+  std::string_view BytesAtHand() const { return {buffer_.data() + next_, end_ - next_}; }
+  // Passes whole lines at the start of BytesAtHand.
+  void SkipBytes(size_t count) { next_ += count; }
 
   // False at a limit (LineLimitReached or CharLimitReached tells which) or when the device does
   // not take the bytes. What was written before stays. After a failure: Abort.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "platform/code_page.h"
@@ -18,6 +19,8 @@ struct Host {
   const ResourceStore& resources;
   // Folder of the system library table files; empty: "..\dattarn\" beside the executable.
   std::string dataFolder;
+  // How many threads may read modules at once; 0: as many as run at once on this machine.
+  size_t readingThreads = 0;
 };
 
 }  // namespace velkor

@@ -1,5 +1,6 @@
 #include "platform/worker_thread.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace velkor {
@@ -28,6 +29,10 @@ void WorkerThread::Wait() {
   if (thread_.joinable()) {
     thread_.join();
   }
+}
+
+size_t WorkerThread::MostAtOnce() {
+  return std::max(std::thread::hardware_concurrency(), 1U);
 }
 
 }  // namespace velkor

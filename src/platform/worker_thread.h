@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <thread>
@@ -22,6 +23,9 @@ class WorkerThread {
   void Resume();
   // Without time-out, until the work has ended. Must have been resumed.
   void Wait();
+
+  // How many threads this host runs at once for this program; at least 1.
+  static size_t MostAtOnce();
 
  private:
   std::function<void()> work_;

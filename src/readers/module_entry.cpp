@@ -1,12 +1,14 @@
 #include "readers/module_entry.h"
 
 #include "readers/library_table.h"
+#include "readers/module_reader.h"
 
 namespace velkor {
 
 namespace {
 
 constexpr uint32_t kPrologueHelperSize = 2;  // what one call of it took of the stack, in bytes
+constexpr uint32_t kMaxLineLength = 5119;    // in characters
 
 uint32_t SeriesOfFamily(std::string_view family, const StkMessages& messages) {
   const std::string_view familyName = messages.Text(MessageKey::kFamilyName);
@@ -22,8 +24,42 @@ ModuleEntry::ModuleEntry(const std::string& modulePath, ModuleDestination destin
                          StkReporter& reporter)
     : modulePath_(modulePath), destination_(destination), host_(host), reporter_(reporter) {}
 
-bool ModuleEntry::AcceptHeader(const HeaderLine& header) {
-  const uint32_t series = SeriesOfFamily(header.family, reporter_.Messages());
+ModuleEntry::Result ModuleEntry::Enter(const ModuleRecording& recording) {
+  for (const ModuleRecording::Event event : recording.events) {
+    if (!EnterEvent(recording, event)) {
+      LogAborted();
+      return Result::kFailed;
+    }
+  }
+  return ReportEnd(recording);
+}
+
+bool ModuleEntry::EnterEvent(const ModuleRecording& recording, ModuleRecording::Event event) {
+  using Step = ModuleRecording::Step;
+  switch (event.step) {
+    case Step::kLongLine:
+      reporter_.PostLog(MessageKey::kW9405, {modulePath_, event.value, kMaxLineLength});
+      break;
+    case Step::kHeader:
+      return AcceptHeader(recording);
+    case Step::kSourceFile:
+      currentFile_ = &destination_.files.Intern(recording.sourceFile);
+      break;
+    case Step::kFunction:
+      AddFunction(recording, event.value);
+      break;
+    case Step::kCallee:
+      currentRecord_->AddCallName(recording.names.Name(event.value));
+      break;
+    case Step::kIndirectCall:
+      currentRecord_->flags |= FN_INDIRECT_CALL;
+      break;
+  }
+  return true;
+}
+
+bool ModuleEntry::AcceptHeader(const ModuleRecording& recording) {
+  const uint32_t series = SeriesOfFamily(recording.family, reporter_.Messages());
   if (series == 0) {
     reporter_.PostWarning(MessageKey::kW9434, {modulePath_});
     return false;
@@ -31,9 +67,9 @@ bool ModuleEntry::AcceptHeader(const HeaderLine& header) {
   StkCompilerInfo& projectInfo = destination_.project.compilerInfo;
   const bool isFirst = projectInfo.series == 0;
   moduleInfo_.AdoptOrMatchSeries(series);
-  moduleInfo_.AdoptOrMatchVersion(header.version);
+  moduleInfo_.AdoptOrMatchVersion(recording.version);
   projectInfo.AdoptOrMatchSeries(series);
-  if (!projectInfo.AdoptOrMatchVersion(header.version)) {
+  if (!projectInfo.AdoptOrMatchVersion(recording.version)) {
     reporter_.PostWarning(MessageKey::kW9435, {modulePath_});
     return false;
   }
@@ -43,12 +79,33 @@ bool ModuleEntry::AcceptHeader(const HeaderLine& header) {
   return true;
 }
 
-void ModuleEntry::SetSourceFile(std::string_view fileName) {
-  currentFile_ = &destination_.files.Intern(fileName);
+ModuleEntry::Result ModuleEntry::ReportEnd(const ModuleRecording& recording) {
+  using End = ModuleRecording::End;
+  const std::string_view kind = reporter_.Messages().Text(MessageKey::kAssemblerSourceModuleFile);
+  switch (recording.end) {
+    case End::kWhole:
+      return Result::kWhole;
+    case End::kStopped:
+      LogAborted();
+      return Result::kStopped;
+    case End::kTooManyLines:
+      reporter_.PostWarning(MessageKey::kW9406, {modulePath_, StkAsmModuleReader::kMaxLines});
+      return Result::kFailed;
+    case End::kNoLine:
+      reporter_.PostLog(MessageKey::kW9432NoLine, {kind, modulePath_});
+      break;
+    case End::kFormatError:
+      reporter_.PostWarning(MessageKey::kW9432, {kind, modulePath_, recording.lastLine});
+      break;
+  }
+  LogAborted();
+  return Result::kFailed;
 }
 
-void ModuleEntry::AddFunction(const ModuleFunction& function) {
-  StkFunction& record = destination_.functions.AddDefined(function.name, *currentFile_);
+void ModuleEntry::AddFunction(const ModuleRecording& recording, uint32_t number) {
+  const ModuleRecording::Function& function = recording.functions[number];
+  StkFunction& record =
+      destination_.functions.AddDefined(recording.names.Name(function.name), *currentFile_);
   if (!function.isStatic) {
     record.flags |= FN_GLOBAL;
   }
@@ -56,21 +113,13 @@ void ModuleEntry::AddFunction(const ModuleFunction& function) {
     record.SetFixedExtra();
   }
   currentRecord_ = &record;
-  if (function.runtimeCalls.CallsHelpers(function.name)) {
-    AddRuntimeHelpers(function);
+  if (function.callsHelpers) {
+    AddRuntimeHelpers(recording, number);
   }
   record.frameSize = FrameSize(function);
 }
 
-void ModuleEntry::AddCallee(std::string_view name) {
-  currentRecord_->AddCallName(name);
-}
-
-void ModuleEntry::AddIndirectCall() {
-  currentRecord_->flags |= FN_INDIRECT_CALL;
-}
-
-void ModuleEntry::AddRuntimeHelpers(const ModuleFunction& function) {
+void ModuleEntry::AddRuntimeHelpers(const ModuleRecording& recording, uint32_t number) {
   if (!moduleInfo_.RuntimeHelpersAccepted()) {
     if (!versionWarned_) {
       reporter_.PostWarning(MessageKey::kW9433, {moduleInfo_.VersionText()});
@@ -78,34 +127,41 @@ void ModuleEntry::AddRuntimeHelpers(const ModuleFunction& function) {
     }
     return;
   }
-  for (const uint32_t helper : function.runtimeCalls.Helpers(function.name)) {
-    if (IsInHelperTable(function.runtimeCalls, helper)) {
-      currentRecord_->AddCallName("_@" + std::string(function.runtimeCalls.HelperName(helper)));
+  const size_t end = number + size_t{1} < recording.functions.size()
+                         ? recording.functions[number + size_t{1}].firstHelper
+                         : recording.helpers.size();
+  for (size_t i = recording.functions[number].firstHelper; i < end; ++i) {
+    const uint32_t helper = recording.helpers[i];
+    if (IsInHelperTable(recording.helperNames, helper)) {
+      currentRecord_->AddCallName("_@" + std::string(recording.helperNames.Name(helper)));
     }
   }
 }
 
-bool ModuleEntry::IsInHelperTable(const StkRuntimeCallTable& calls, uint32_t helper) {
+bool ModuleEntry::IsInHelperTable(const StkNameSet& helperNames, uint32_t helper) {
   if (helper >= listed_.size()) {
-    listed_.resize(helper + 1, Listed::kNotLookedUp);
+    listed_.resize(helperNames.size(), Listed::kNotLookedUp);
   }
   Listed& listed = listed_[helper];
   if (listed == Listed::kNotLookedUp) {
-    const std::string name = "@" + std::string(calls.HelperName(helper));
+    const std::string name = "@" + std::string(helperNames.Name(helper));
     listed = destination_.project.runtimeNames.Contains(name) ? Listed::kYes : Listed::kNo;
   }
   return listed == Listed::kYes;
 }
 
-uint32_t ModuleEntry::FrameSize(const ModuleFunction& function) const {
+uint32_t ModuleEntry::FrameSize(const ModuleRecording::Function& function) const {
   const uint32_t figure = function.stackFigure;
   if (figure == kOverSize || !moduleInfo_.OldStackFigure()) {
     return figure;
   }
-  const uint64_t correction =
-      uint64_t{kPrologueHelperSize} * function.runtimeCalls.Cprep2Count(function.name);
+  const uint64_t correction = uint64_t{kPrologueHelperSize} * function.cprep2Count;
   // A figure that does not contain its correction is kept: the result must not be too small.
   return figure < correction ? figure : figure - static_cast<uint32_t>(correction);
+}
+
+void ModuleEntry::LogAborted() {
+  reporter_.PostLog(MessageKey::kReadingAborted, {modulePath_});
 }
 
 }  // namespace velkor

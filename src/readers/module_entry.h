@@ -4,33 +4,52 @@
 #include <string>
 #include <vector>
 
+#include "core/file_table.h"
+#include "core/function_table.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
-#include "readers/module_reader.h"
-#include "readers/module_sink.h"
+#include "readers/module_recording.h"
+#include "readers/project.h"
 
 namespace velkor {
 
-// Enters what the parser of one module tells into the function database, and checks that the
-// module comes from the compiler of this analysis.
-class ModuleEntry : public ModuleSink {
+// Where a module's functions go.
+struct ModuleDestination {
+  StkFunctionTable& functions;
+  StkFileTable& files;
+  StkProject& project;  // compilerInfo and runtimeNames
+};
+
+// Enters what was recorded of one module into the function database, checks that the module comes
+// from the compiler of this analysis, and reports what its reading met. In the analysis job's
+// thread, one module after the other in the order of the project: the first accepted one decides
+// on the compiler's version and brings the runtime helper names.
+class ModuleEntry {
  public:
+  enum class Result {
+    kWhole,   // read to its end, with an accepted header
+    kFailed,  // ended early, and reported; the records made before stay
+    kStopped,
+  };
+
   // modulePath must outlive the entry.
   ModuleEntry(const std::string& modulePath, ModuleDestination destination, Host& host,
               StkReporter& reporter);
 
-  bool AcceptHeader(const HeaderLine& header) override;
-  void SetSourceFile(std::string_view fileName) override;
-  void AddFunction(const ModuleFunction& function) override;
-  void AddCallee(std::string_view name) override;
-  void AddIndirectCall() override;
+  Result Enter(const ModuleRecording& recording);
 
  private:
   enum class Listed : uint8_t { kNotLookedUp, kYes, kNo };
 
-  void AddRuntimeHelpers(const ModuleFunction& function);
-  bool IsInHelperTable(const StkRuntimeCallTable& calls, uint32_t helper);
-  uint32_t FrameSize(const ModuleFunction& function) const;
+  // False: the module is refused.
+  bool EnterEvent(const ModuleRecording& recording, ModuleRecording::Event event);
+  bool AcceptHeader(const ModuleRecording& recording);
+  Result ReportEnd(const ModuleRecording& recording);
+  void AddFunction(const ModuleRecording& recording, uint32_t number);
+  void AddRuntimeHelpers(const ModuleRecording& recording, uint32_t number);
+  bool IsInHelperTable(const StkNameSet& helperNames, uint32_t helper);
+  uint32_t FrameSize(const ModuleRecording::Function& function) const;
+  void LogAborted();
 
   const std::string& modulePath_;
   ModuleDestination destination_;

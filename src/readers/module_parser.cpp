@@ -4,6 +4,7 @@
 
 #include "readers/code_line.h"
 #include "readers/code_size_line.h"
+#include "readers/header_line.h"
 #include "readers/symbol_line.h"
 
 namespace velkor {
@@ -26,53 +27,52 @@ struct ModuleParser::StateHandlers {
   };
 };
 
-ModuleParser::ModuleParser(const CodePage& codePage, ModuleSink& sink)
-    : sink_(sink), scanner_(codePage), nameBuffer_(codePage) {}
+ModuleParser::ModuleParser(const CodePage& codePage, ModuleRecording& recording)
+    : recording_(recording), scanner_(codePage), nameBuffer_(codePage) {}
 
-LineResult ModuleParser::HandleLine(const TextLine& line) {
+bool ModuleParser::HandleLine(const TextLine& line) {
   return (this->*StateHandlers::kOfState[state_])(line);
 }
 
-LineResult ModuleParser::HandleHeader(const TextLine& line) {
+bool ModuleParser::HandleHeader(const TextLine& line) {
   scanner_.SetLine(line);
   const std::optional<HeaderLine> header = ParseHeaderLine(scanner_);
   if (!header) {
-    return LineResult::kFormatError;
+    return false;
   }
-  if (!sink_.AcceptHeader(*header)) {
-    return LineResult::kRefused;
-  }
-  headerAccepted_ = true;
+  recording_.family = header->family;
+  recording_.version = header->version;
+  Record(ModuleRecording::Step::kHeader);
   state_ = kBeforeSymbols;
-  return LineResult::kDone;
+  return true;
 }
 
-LineResult ModuleParser::HandleBeforeSymbols(const TextLine& line) {
+bool ModuleParser::HandleBeforeSymbols(const TextLine& line) {
   if (TakeSymbolLine(line)) {
     state_ = kSymbols;
   }
-  return LineResult::kDone;
+  return true;
 }
 
-LineResult ModuleParser::HandleSymbols(const TextLine& line) {
+bool ModuleParser::HandleSymbols(const TextLine& line) {
   if (FindSegmentDirective(line).segment) {
     state_ = kOutsideCode;
   } else {
     TakeSymbolLine(line);
   }
-  return LineResult::kDone;
+  return true;
 }
 
-LineResult ModuleParser::HandleOutsideCode(const TextLine& line) {
+bool ModuleParser::HandleOutsideCode(const TextLine& line) {
   if (!TakeInformationHeading(line) && FindSegmentDirective(line).code) {
     state_ = kBeforeLabel;
   }
-  return LineResult::kDone;
+  return true;
 }
 
-LineResult ModuleParser::HandleBeforeLabel(const TextLine& line) {
+bool ModuleParser::HandleBeforeLabel(const TextLine& line) {
   if (TakeInformationHeading(line)) {
-    return LineResult::kDone;
+    return true;
   }
   const SegmentDirective directive = FindSegmentDirective(line);
   if (directive.segment && !directive.code) {
@@ -82,12 +82,12 @@ LineResult ModuleParser::HandleBeforeLabel(const TextLine& line) {
   if (TakeLabel(line)) {
     state_ = kFunctionCode;
   }
-  return LineResult::kDone;
+  return true;
 }
 
-LineResult ModuleParser::HandleFunctionCode(const TextLine& line) {
+bool ModuleParser::HandleFunctionCode(const TextLine& line) {
   if (TakeInformationHeading(line)) {
-    return LineResult::kDone;
+    return true;
   }
   const SegmentDirective directive = FindSegmentDirective(line);
   if (directive.segment) {
@@ -95,12 +95,12 @@ LineResult ModuleParser::HandleFunctionCode(const TextLine& line) {
   } else if (!TakeLabel(line)) {
     TakeCall(line);
   }
-  return LineResult::kDone;
+  return true;
 }
 
-LineResult ModuleParser::HandleBeforeFileName(const TextLine& line) {
+bool ModuleParser::HandleBeforeFileName(const TextLine& line) {
   if (!EnterInformationLine(line) || !scanner_.Match("$FILE")) {
-    return LineResult::kDone;
+    return true;
   }
   std::string_view name;
   if (scanner_.SkipBlanks() && scanner_.Token(kOnlyLineEnd, name) && !name.empty()) {
@@ -108,69 +108,70 @@ LineResult ModuleParser::HandleBeforeFileName(const TextLine& line) {
     nameBuffer_.Append(name);
     state_ = kFileName;
   }
-  return LineResult::kDone;
+  return true;
 }
 
-LineResult ModuleParser::HandleFileName(const TextLine& line) {
+bool ModuleParser::HandleFileName(const TextLine& line) {
   std::string_view part;
   if (!EnterInformationLine(line) || !scanner_.Token(kOnlyLineEnd, part)) {
-    return LineResult::kDone;
+    return true;
   }
   if (!part.empty()) {
     nameBuffer_.Append(part);
-    return LineResult::kDone;
+    return true;
   }
-  sink_.SetSourceFile(nameBuffer_.Text());
+  recording_.sourceFile = nameBuffer_.Text();
+  Record(ModuleRecording::Step::kSourceFile);
   state_ = kBetweenFunctions;
-  return LineResult::kDone;
+  return true;
 }
 
-LineResult ModuleParser::HandleBetweenFunctions(const TextLine& line) {
+bool ModuleParser::HandleBetweenFunctions(const TextLine& line) {
   if (!EnterInformationLine(line)) {
-    return LineResult::kDone;
+    return true;
   }
   const bool isCall = scanner_.Match("$CALL");
   if ((!isCall && !scanner_.Match("$FUNC")) || !scanner_.SkipBlanks()) {
-    return LineResult::kDone;
+    return true;
   }
   nameBuffer_.Clear();
   nameBuffer_.Append("_");
   const bool ended = GatherName();
   if (isCall) {
     state_ = kCalleeName;
-    return ended ? EndCallee() : LineResult::kDone;
+    return ended ? EndCallee() : true;
   }
   if (!ended) {
     state_ = kFunctionName;
   } else if (nameBuffer_.Text() != "_") {
     BeginFunction();
   }
-  return LineResult::kDone;
+  return true;
 }
 
-LineResult ModuleParser::HandleFunctionName(const TextLine& line) {
+bool ModuleParser::HandleFunctionName(const TextLine& line) {
   if (EnterInformationLine(line) && GatherName()) {
     BeginFunction();
   }
-  return LineResult::kDone;
+  return true;
 }
 
-LineResult ModuleParser::HandleCalleeName(const TextLine& line) {
-  return EnterInformationLine(line) && GatherName() ? EndCallee() : LineResult::kDone;
+bool ModuleParser::HandleCalleeName(const TextLine& line) {
+  return EnterInformationLine(line) && GatherName() ? EndCallee() : true;
 }
 
-LineResult ModuleParser::HandleBeforeCodeSize(const TextLine& line) {
+bool ModuleParser::HandleBeforeCodeSize(const TextLine& line) {
   if (!EnterInformationLine(line) || !scanner_.Match("CODE SIZE=")) {
-    return LineResult::kDone;
+    return true;
   }
   state_ = kBetweenFunctions;
   if (const std::optional<uint32_t> figure = ParseStackFigure(scanner_)) {
     AddFunction(*figure);
-  } else if (record_ == Record::kMade) {
+  } else if (owner_ == Owner::kMade) {
     // The calls that follow belong to the function that could not be read, not to the last one.
-    record_ = Record::kNotMade;
+    owner_ = Owner::kNotMade;
   }
-  return LineResult::kDone;
+  return true;
 }
 
 bool ModuleParser::TakeSymbolLine(const TextLine& line) {
@@ -186,14 +187,10 @@ bool ModuleParser::TakeSymbolLine(const TextLine& line) {
   if (!symbol) {
     return true;
   }
-  if (symbol->presetMargin) {
-    presetMarginNames_.Insert(symbol->name);
-  }
-  if (symbol->isFunction) {
-    functionSymbols_.Insert(symbol->name);
-  }
-  if (symbol->isStatic) {
-    staticNames_.Insert(symbol->name);
+  const int marks = (symbol->isFunction ? kFunction : 0) | (symbol->isStatic ? kStatic : 0) |
+                    (symbol->presetMargin ? kPresetMargin : 0);
+  if (marks != 0) {
+    MarksOf(recording_.names.Insert(symbol->name)) |= static_cast<uint8_t>(marks);
   }
   return true;
 }
@@ -249,29 +246,57 @@ void ModuleParser::BeginFunction() {
   state_ = kBeforeCodeSize;
 }
 
-LineResult ModuleParser::EndCallee() {
+bool ModuleParser::EndCallee() {
   state_ = kBetweenFunctions;
-  const std::string_view name = nameBuffer_.Text();
-  switch (record_) {
-    case Record::kNone:
-      return LineResult::kFormatError;
-    case Record::kNotMade:
-      return LineResult::kDone;
-    case Record::kMade:
+  switch (owner_) {
+    case Owner::kNone:
+      return false;
+    case Owner::kNotMade:
+      return true;
+    case Owner::kMade:
       break;
   }
-  if (name != "_" && functionSymbols_.Contains(name)) {
-    sink_.AddCallee(name);
+  const std::string_view name = nameBuffer_.Text();
+  const std::optional<uint32_t> symbol = name == "_" ? std::nullopt : recording_.names.Find(name);
+  if (symbol && (MarksOf(*symbol) & kFunction) != 0) {
+    Record(ModuleRecording::Step::kCallee, *symbol);
   } else {
-    sink_.AddIndirectCall();
+    Record(ModuleRecording::Step::kIndirectCall);
   }
-  return LineResult::kDone;
+  return true;
 }
 
 void ModuleParser::AddFunction(uint32_t stackFigure) {
-  record_ = Record::kMade;
-  sink_.AddFunction({currentName_, staticNames_.Contains(currentName_),
-                     presetMarginNames_.Contains(currentName_), stackFigure, runtimeCalls_});
+  owner_ = Owner::kMade;
+  const uint32_t name = recording_.names.Insert(currentName_);
+  const uint8_t marks = MarksOf(name);
+  const auto firstHelper = static_cast<uint32_t>(recording_.helpers.size());
+  const bool callsHelpers = runtimeCalls_.CallsHelpers(currentName_);
+  if (callsHelpers) {
+    for (const uint32_t helper : runtimeCalls_.Helpers(currentName_)) {
+      recording_.helpers.push_back(recording_.helperNames.Insert(runtimeCalls_.HelperName(helper)));
+    }
+  }
+  Record(ModuleRecording::Step::kFunction, static_cast<uint32_t>(recording_.functions.size()));
+  recording_.functions.push_back(
+      {.name = name,
+       .isStatic = (marks & kStatic) != 0,
+       .presetMargin = (marks & kPresetMargin) != 0,
+       .callsHelpers = callsHelpers,
+       .stackFigure = stackFigure,
+       .cprep2Count = callsHelpers ? runtimeCalls_.Cprep2Count(currentName_) : 0,
+       .firstHelper = firstHelper});
+}
+
+uint8_t& ModuleParser::MarksOf(uint32_t name) {
+  if (name >= marks_.size()) {
+    marks_.resize(name + size_t{1});
+  }
+  return marks_[name];
+}
+
+void ModuleParser::Record(ModuleRecording::Step step, uint32_t value) {
+  recording_.events.push_back({step, value});
 }
 
 }  // namespace velkor

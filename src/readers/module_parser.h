@@ -1,32 +1,28 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "readers/line_scanner.h"
-#include "readers/module_sink.h"
+#include "readers/module_recording.h"
 #include "readers/name_buffer.h"
-#include "readers/name_set.h"
+#include "readers/runtime_call_table.h"
 
 namespace velkor {
 
-enum class LineResult {
-  kDone,
-  kFormatError,
-  kRefused,  // by the sink
-};
-
 // The state machine that a module's lines go through, one small handler for each state. Turns
-// bytes into what it tells the sink; touches nothing else and reports nothing.
+// bytes into what it records; touches nothing else and reports nothing.
 class ModuleParser {
  public:
-  ModuleParser(const CodePage& codePage, ModuleSink& sink);
+  ModuleParser(const CodePage& codePage, ModuleRecording& recording);
 
-  // The line's bytes are not kept. After anything but kDone no further line may be given.
-  LineResult HandleLine(const TextLine& line);
-  bool HeaderAccepted() const { return headerAccepted_; }
+  // The line's bytes are not kept. False: a format error, after which no further line may be given.
+  bool HandleLine(const TextLine& line);
+  // The next line is one of a function's code.
+  bool InFunctionCode() const { return state_ == kFunctionCode; }
 
  private:
-  using Handler = LineResult (ModuleParser::*)(const TextLine&);
+  using Handler = bool (ModuleParser::*)(const TextLine&);
   struct StateHandlers;
 
   enum State : uint8_t {
@@ -45,20 +41,22 @@ class ModuleParser {
     kStateCount,
   };
   // Whom a "$CALL" line belongs to.
-  enum class Record { kNone, kMade, kNotMade };
+  enum class Owner { kNone, kMade, kNotMade };
+  // What the symbol lines say of a name.
+  enum Mark : uint8_t { kFunction = 1, kStatic = 2, kPresetMargin = 4 };
 
-  LineResult HandleHeader(const TextLine& line);
-  LineResult HandleBeforeSymbols(const TextLine& line);
-  LineResult HandleSymbols(const TextLine& line);
-  LineResult HandleOutsideCode(const TextLine& line);
-  LineResult HandleBeforeLabel(const TextLine& line);
-  LineResult HandleFunctionCode(const TextLine& line);
-  LineResult HandleBeforeFileName(const TextLine& line);
-  LineResult HandleFileName(const TextLine& line);
-  LineResult HandleBetweenFunctions(const TextLine& line);
-  LineResult HandleFunctionName(const TextLine& line);
-  LineResult HandleCalleeName(const TextLine& line);
-  LineResult HandleBeforeCodeSize(const TextLine& line);
+  bool HandleHeader(const TextLine& line);
+  bool HandleBeforeSymbols(const TextLine& line);
+  bool HandleSymbols(const TextLine& line);
+  bool HandleOutsideCode(const TextLine& line);
+  bool HandleBeforeLabel(const TextLine& line);
+  bool HandleFunctionCode(const TextLine& line);
+  bool HandleBeforeFileName(const TextLine& line);
+  bool HandleFileName(const TextLine& line);
+  bool HandleBetweenFunctions(const TextLine& line);
+  bool HandleFunctionName(const TextLine& line);
+  bool HandleCalleeName(const TextLine& line);
+  bool HandleBeforeCodeSize(const TextLine& line);
 
   bool TakeSymbolLine(const TextLine& line);
   bool TakeInformationHeading(const TextLine& line);
@@ -67,19 +65,18 @@ class ModuleParser {
   bool EnterInformationLine(const TextLine& line);
   bool GatherName();
   void BeginFunction();
-  LineResult EndCallee();
+  bool EndCallee();
   void AddFunction(uint32_t stackFigure);
+  uint8_t& MarksOf(uint32_t name);
+  void Record(ModuleRecording::Step step, uint32_t value = 0);
 
-  ModuleSink& sink_;
+  ModuleRecording& recording_;
   State state_ = kHeader;
-  bool headerAccepted_ = false;
-  Record record_ = Record::kNone;
+  Owner owner_ = Owner::kNone;
   std::string currentName_;  // the last code label; in the information block, the last "$FUNC"
   StkLineScanner scanner_;
   NameBuffer nameBuffer_;
-  StkNameSet staticNames_;
-  StkNameSet functionSymbols_;
-  StkNameSet presetMarginNames_;
+  std::vector<uint8_t> marks_;  // by name of the recording; may end before the last one
   StkRuntimeCallTable runtimeCalls_;
 };
 

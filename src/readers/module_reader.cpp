@@ -1,7 +1,8 @@
 #include "readers/module_reader.h"
 
-#include "readers/module_entry.h"
-#include "readers/module_parser.h"
+#include <algorithm>
+
+#include "readers/code_skip.h"
 
 namespace velkor {
 
@@ -12,68 +13,46 @@ constexpr uint32_t kMaxLineLength = 5119;  // a longer line is reported
 
 }  // namespace
 
-StkAsmModuleReader::StkAsmModuleReader(StkTextWriter& file, std::string filePath, Event& stopEvent,
-                                       ModuleDestination destination, Host& host,
-                                       StkReporter& reporter)
-    : file_(file),
-      filePath_(std::move(filePath)),
-      stopEvent_(stopEvent),
-      reporter_(reporter),
-      entry_(std::make_unique<ModuleEntry>(filePath_, destination, host, reporter)),
-      parser_(std::make_unique<ModuleParser>(host.codePage, *entry_)) {}
+StkAsmModuleReader::StkAsmModuleReader(StkTextWriter& file, Event& stopEvent,
+                                       const CodePage& codePage, ModuleRecording& recording)
+    : file_(file), stopEvent_(stopEvent), recording_(recording), parser_(codePage, recording) {}
 
-StkAsmModuleReader::~StkAsmModuleReader() = default;
+void StkAsmModuleReader::Read() {
+  recording_.end = ReadLines();
+  recording_.lastLine = lineNumber_;
+}
 
-bool StkAsmModuleReader::Read() {
+ModuleRecording::End StkAsmModuleReader::ReadLines() {
+  using End = ModuleRecording::End;
   TextLine line;
   while (file_.ReadLine(line, kReadLimit)) {
     ++lineNumber_;
-    if (!PassesLimits(line) || !Handle(line)) {
-      return false;
+    if (lineNumber_ % kLinesPerStopTest == 0 && stopEvent_.Test()) {
+      return End::kStopped;
+    }
+    if (lineNumber_ > kMaxLines) {
+      return End::kTooManyLines;
+    }
+    if (line.length > kMaxLineLength) {
+      recording_.events.push_back({ModuleRecording::Step::kLongLine, lineNumber_});
+    }
+    if (!parser_.HandleLine(line)) {
+      return End::kFormatError;
+    }
+    if (parser_.InFunctionCode()) {
+      SkipCode();
     }
   }
-  if (!parser_->HeaderAccepted()) {
-    reporter_.PostLog(MessageKey::kW9432NoLine, {FileKindText(), filePath_});
-    LogAborted();
-    return false;
-  }
-  return true;
+  return lineNumber_ == 0 ? End::kNoLine : End::kWhole;
 }
 
-bool StkAsmModuleReader::PassesLimits(const TextLine& line) {
-  if (lineNumber_ % kLinesPerStopTest == 0 && stopEvent_.Test()) {
-    LogAborted();
-    aborted_ = true;
-    return false;
-  }
-  if (lineNumber_ > kMaxLines) {
-    reporter_.PostWarning(MessageKey::kW9406, {filePath_, kMaxLines});
-    return false;
-  }
-  if (line.length > kMaxLineLength) {
-    reporter_.PostLog(MessageKey::kW9405, {filePath_, lineNumber_, kMaxLineLength});
-  }
-  return true;
-}
-
-bool StkAsmModuleReader::Handle(const TextLine& line) {
-  const LineResult result = parser_->HandleLine(line);
-  if (result == LineResult::kDone) {
-    return true;
-  }
-  if (result == LineResult::kFormatError) {
-    reporter_.PostWarning(MessageKey::kW9432, {FileKindText(), filePath_, lineNumber_});
-  }
-  LogAborted();
-  return false;
-}
-
-void StkAsmModuleReader::LogAborted() {
-  reporter_.PostLog(MessageKey::kReadingAborted, {filePath_});
-}
-
-std::string_view StkAsmModuleReader::FileKindText() const {
-  return reporter_.Messages().Text(MessageKey::kAssemblerSourceModuleFile);
+// Not the line at which the stop event is tested next, and none behind the last line allowed.
+void StkAsmModuleReader::SkipCode() {
+  const uint32_t beforeTest = kLinesPerStopTest - 1 - lineNumber_ % kLinesPerStopTest;
+  const uint32_t mostLines = std::min(beforeTest, kMaxLines - lineNumber_);
+  const SkippedLines skipped = SkipPlainCode(file_.BytesAtHand(), mostLines, kReadLimit - 1);
+  file_.SkipBytes(skipped.bytes);
+  lineNumber_ += skipped.lines;
 }
 
 }  // namespace velkor

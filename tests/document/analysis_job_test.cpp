@@ -11,6 +11,8 @@ using Job = testing::Stoppable<StkAnalysisJob>;
 
 class AnalysisJobTest : public DocumentHost {
  protected:
+  // One thread reads nothing before its turn, so that a test can count on what has been read.
+  AnalysisJobTest() { host.host.readingThreads = 1; }
   void Load() { ASSERT_TRUE(project.Load(kProject)); }
   void RunJob() {
     window.monitor = nullptr;

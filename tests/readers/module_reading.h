@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "readers/module_entry.h"
 #include "readers/module_reader.h"
 #include "support/recorder.h"
 #include "support/test_host.h"
@@ -22,12 +23,14 @@ class ModuleReading {
     host_.files.Put(kPath, std::move(bytes));
     StkTextWriter file(host_.host);
     EXPECT_TRUE(file.OpenForRead(kPath).ok);
-    StkAsmModuleReader reader(file, kPath, stopEvent, {functions, files, project}, host_.host,
-                              recorder.reporter);
-    const bool whole = reader.Read();
-    aborted = reader.Aborted();
+    ModuleRecording recording;
+    StkAsmModuleReader(file, stopEvent, host_.codePage, recording).Read();
+    const std::string path = kPath;
+    ModuleEntry entry(path, {functions, files, project}, host_.host, recorder.reporter);
+    const ModuleEntry::Result result = entry.Enter(recording);
+    aborted = result == ModuleEntry::Result::kStopped;
     recorder.queue.Drain();
-    return whole;
+    return result == ModuleEntry::Result::kWhole;
   }
 
   const std::vector<std::string>& Log() const { return recorder.log.lines; }
