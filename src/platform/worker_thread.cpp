@@ -1,6 +1,7 @@
 #include "platform/worker_thread.h"
 
 #include <algorithm>
+#include <sched.h>
 #include <utility>
 
 namespace velkor {
@@ -32,7 +33,13 @@ void WorkerThread::Wait() {
 }
 
 size_t WorkerThread::MostAtOnce() {
-  return std::max(std::thread::hardware_concurrency(), 1U);
+  cpu_set_t allowed;
+  CPU_ZERO(&allowed);
+  // Fails on a machine with more processors than the set has room for.
+  const int count = sched_getaffinity(0, sizeof allowed, &allowed) == 0
+                        ? CPU_COUNT(&allowed)
+                        : static_cast<int>(std::thread::hardware_concurrency());
+  return static_cast<size_t>(std::max(count, 1));
 }
 
 }  // namespace velkor

@@ -133,10 +133,71 @@ TEST_F(AnalysisJobTest, AStopDoesNotWaitForManyShortModules) {
   EXPECT_EQ(Notifications(), (Numbers{WM_STK_ANALYSIS_START, WM_STK_ANALYSIS_STEP}));
 }
 
-TEST_F(AnalysisJobTest, RunningOutOfMemoryEndsTheJobWithEmptyTables) {
-  PutProject({"a", "b"});
-  PutModule("a", {"main 10"});
-  PutModule("b", {"g 10"});
+// Everything that an analysis of a project shows, read by so many threads: what is logged, told to
+// the main window and found.
+class ReadingThreads : public DocumentHost {
+ protected:
+  // Modules of all kinds and sizes; the first of them is not the first that is accepted.
+  void PutModules() {
+    host.files.Put(ModulePath("m0"), "no header\n");
+    host.files.Put(ModulePath("m1"), "; Other C Compiler V3.70 Assembler Source\n");
+    std::vector<std::string> sources{"m0", "m1", "missing", std::string(251, 'x')};
+    for (int i = 2; i < 60; ++i) {
+      const std::string name = "m" + std::to_string(i);
+      sources.push_back(name);
+      std::string text = Module(name + ".c", {"main 10 f" + std::to_string(i - 1),
+                                              "f" + std::to_string(i) + " 20 main g"});
+      text.replace(text.find("V3.70"), 5, i % 7 == 3 ? "V3.60" : "V3.30");
+      text += i % 5 == 0 ? std::string(6000, 'x') + "\n" : "";
+      text += i % 11 == 0 ? Lines(70000) : Lines(static_cast<size_t>(i * i * 4));
+      host.files.Put(ModulePath(name), text);
+    }
+    PutProject(sources);
+  }
+  std::string Analyse(size_t threads) {
+    host.host.readingThreads = threads;
+    recorder.log.lines.clear();
+    window.handled.clear();
+    OpenAndFinish();
+    std::string shown;
+    for (const std::string& line : recorder.log.lines) {
+      shown += line + "\n";
+    }
+    for (const auto& [message, parameter] : window.handled) {
+      shown += std::to_string(message) + " " + std::to_string(parameter) + "\n";
+    }
+    for (const auto& function : document.FunctionTable()->Functions()) {
+      shown += function->name + " " + std::to_string(function->totalStackSize);
+      for (const StkFunction* callee : function->callees) {
+        shown += " " + std::to_string(callee->index);
+      }
+      shown += "\n";
+    }
+    return shown;
+  }
+};
+
+TEST_F(ReadingThreads, MakeNoDifference) {
+  PutModules();
+  const std::string shown = Analyse(1);
+  EXPECT_NE(shown.find("W9405"), std::string::npos);
+  EXPECT_NE(shown.find("W9406"), std::string::npos);
+  EXPECT_NE(shown.find("W9435"), std::string::npos);
+  EXPECT_GT(document.FunctionTable()->Count(), 80U);
+  for (const size_t threads : {2U, 3U, 8U, 8U, 100U}) {
+    EXPECT_EQ(Analyse(threads), shown) << threads;
+  }
+}
+
+class OutOfMemory : public AnalysisJobTest, public ::testing::WithParamInterface<size_t> {};
+INSTANTIATE_TEST_SUITE_P(, OutOfMemory, ::testing::Values(1, 4));
+
+TEST_P(OutOfMemory, EndsTheJobWithEmptyTables) {
+  host.host.readingThreads = GetParam();
+  PutProject({"a", "b", "c"});
+  for (const char* name : {"a", "b", "c"}) {
+    PutModule(name, {std::string(name) + " 10"});
+  }
   host.files.OnRead(ModulePath("b"), [] { throw std::bad_alloc(); });
   Load();
   RunJob();

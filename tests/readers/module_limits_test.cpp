@@ -82,7 +82,7 @@ TEST(ModuleLimits, StopsAtTheNextHundredthLine) {
   const auto used = static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
   const auto readUpTo = [&](size_t last) {
     ModuleReading reading;
-    reading.stopEvent.Set();
+    reading.stopped = true;
     const bool whole = reading.Read(text + EmptyLines(last - used - 2) + function);
     EXPECT_EQ(reading.aborted, !whole);
     EXPECT_EQ(reading.Log(), whole ? Lines() : Lines({kAborted}));

@@ -12,20 +12,30 @@
 
 namespace velkor::testing {
 
+inline constexpr const char* kModulePath = "C:\\p\\m.asm";
+
+// What the reader records of a module of these bytes.
+inline ModuleRecording Record(TestHost& host, std::string bytes, bool stopped = false) {
+  host.files.Put(kModulePath, std::move(bytes));
+  StkTextWriter file(host.host);
+  EXPECT_TRUE(file.OpenForRead(kModulePath).ok);
+  Event stopEvent(Event::Reset::kManual);
+  if (stopped) {
+    stopEvent.Set();
+  }
+  ModuleRecording recording;
+  StkAsmModuleReader(file, stopEvent, host.codePage, recording).Read();
+  return recording;
+}
+
 // One analysis whose modules a test writes and reads.
 class ModuleReading {
  public:
   explicit ModuleReading(CodePage page = CodePage::Utf8()) : host_(std::move(page)) {}
 
-  static constexpr const char* kPath = "C:\\p\\m.asm";
-
   bool Read(std::string bytes) {
-    host_.files.Put(kPath, std::move(bytes));
-    StkTextWriter file(host_.host);
-    EXPECT_TRUE(file.OpenForRead(kPath).ok);
-    ModuleRecording recording;
-    StkAsmModuleReader(file, stopEvent, host_.codePage, recording).Read();
-    const std::string path = kPath;
+    const ModuleRecording recording = Record(host_, std::move(bytes), stopped);
+    const std::string path = kModulePath;
     ModuleEntry entry(path, {functions, files, project}, host_.host, recorder.reporter);
     const ModuleEntry::Result result = entry.Enter(recording);
     aborted = result == ModuleEntry::Result::kStopped;
@@ -62,7 +72,7 @@ class ModuleReading {
   StkFunctionTable functions{host_.codePage};
   StkFileTable files{host_.codePage};
   StkProject project{host_.host, recorder.reporter};
-  Event stopEvent{Event::Reset::kManual};
+  bool stopped = false;  // the stop event of the next Read is set
   bool aborted = false;
 };
 
