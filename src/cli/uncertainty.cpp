@@ -12,51 +12,82 @@ void NamedFunctions::Add(StkFunction& function) {
 }
 
 UncertaintySearch::UncertaintySearch(const AnalysisResult& result, uint64_t mostCalls)
-    : result_(result), callsLeft_(mostCalls), visitedBy_(result.functions.Count(), 0) {}
+    : result_(result), callsLeft_(mostCalls), visitedBy_(result.functions.Count(), 0) {
+  firstCall_.reserve(visitedBy_.size() + 1);
+  kinds_.reserve(visitedBy_.size());
+  for (const auto& function : result.functions.Functions()) {
+    firstCall_.push_back(static_cast<uint32_t>(calls_.size()));
+    const bool complete = result.IsComplete(*function);
+    kinds_.push_back(complete ? uint8_t{0} : KindsOf(*function));
+    if (!complete) {
+      AddCalls(function->callees);
+      AddCalls(function->extraCallees);
+    }
+  }
+  firstCall_.push_back(static_cast<uint32_t>(calls_.size()));
+}
+
+uint8_t UncertaintySearch::KindsOf(const StkFunction& function) {
+  if (!IsSizeUnknown(function)) {
+    return 0;
+  }
+  return static_cast<uint8_t>((function.Is(FN_DEFINED) ? 0 : kUnknown) |
+                              (function.Is(FN_RECURSIVE) ? kRecursive : 0) |
+                              (function.Is(FN_INDIRECT_CALL) ? kIndirect : 0));
+}
+
+void UncertaintySearch::AddCalls(const StkFunctionList& callees) {
+  for (const StkFunction* callee : callees) {
+    if (!result_.IsComplete(*callee)) {  // below a complete one there is nothing to find
+      calls_.push_back(callee->index);
+    }
+  }
+}
 
 Uncertainty UncertaintySearch::Below(StkFunction& start) {
   Uncertainty found;
   ++walk_;
   queue_.clear();
-  Enter({&start});
+  if (!result_.IsComplete(start)) {
+    Enter(start.index);
+  }
   for (size_t next = 0; next < queue_.size(); ++next) {
-    StkFunction& function = *queue_[next];
-    Note(function, found);
-    const uint64_t calls = 1 + function.callees.size() + function.extraCallees.size();
+    const uint32_t function = queue_[next];
+    if (kinds_[function] != 0) {
+      Note(function, found);
+    }
+    const uint32_t end = firstCall_[function + 1];
+    const uint64_t calls = uint64_t{1} + end - firstCall_[function];
     if (calls > callsLeft_) {
       callsLeft_ = 0;
       found.cutShort = true;
       break;
     }
     callsLeft_ -= calls;
-    Enter(function.callees);
-    Enter(function.extraCallees);
+    for (uint32_t call = firstCall_[function]; call < end; ++call) {
+      Enter(calls_[call]);
+    }
   }
   return found;
 }
 
-void UncertaintySearch::Note(StkFunction& function, Uncertainty& found) {
-  if (!IsSizeUnknown(function)) {
-    return;
-  }
-  if (!function.Is(FN_DEFINED)) {
+void UncertaintySearch::Note(uint32_t index, Uncertainty& found) {
+  StkFunction& function = *result_.functions.Functions()[index];
+  if ((kinds_[index] & kUnknown) != 0) {
     found.unknown.Add(function);
   }
-  if (function.Is(FN_RECURSIVE)) {
+  if ((kinds_[index] & kRecursive) != 0) {
     found.recursive.Add(function);
   }
-  if (function.Is(FN_INDIRECT_CALL)) {
+  if ((kinds_[index] & kIndirect) != 0) {
     found.indirect.Add(function);
   }
 }
 
-// Below a complete function there is nothing to find.
-void UncertaintySearch::Enter(const StkFunctionList& callees) {
-  for (StkFunction* callee : callees) {
-    if (visitedBy_[callee->index] != walk_ && !result_.IsComplete(*callee)) {
-      visitedBy_[callee->index] = walk_;
-      queue_.push_back(callee);
-    }
+void UncertaintySearch::Enter(uint32_t function) {
+  if (visitedBy_[function] != walk_) {
+    visitedBy_[function] = walk_;
+    queue_.push_back(function);
   }
 }
 

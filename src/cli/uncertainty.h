@@ -28,7 +28,8 @@ struct Uncertainty {
 
 // Finds what is uncertain below functions, one after another. All walks together look at a
 // bounded number of calls, so that a program with very many top-level functions does not take
-// time in the square of its size; walks beyond that are cut short and say so.
+// time in the square of its size; walks beyond that are cut short and say so. The graph must not
+// change meanwhile.
 class UncertaintySearch {
  public:
   static constexpr uint64_t kMostCalls = 50'000'000;
@@ -38,14 +39,22 @@ class UncertaintySearch {
   Uncertainty Below(StkFunction& start);
 
  private:
-  void Note(StkFunction& function, Uncertainty& found);
-  void Enter(const StkFunctionList& callees);
+  enum Kind : uint8_t { kUnknown = 1, kRecursive = 2, kIndirect = 4 };
+
+  static uint8_t KindsOf(const StkFunction& function);
+  void AddCalls(const StkFunctionList& callees);
+  void Note(uint32_t index, Uncertainty& found);
+  void Enter(uint32_t function);
 
   const AnalysisResult& result_;
   uint64_t callsLeft_;
+  // Of the functions that are not complete, by index: all that a walk looks at, close together.
+  std::vector<uint32_t> firstCall_;  // in calls_, up to that of the next function
+  std::vector<uint32_t> calls_;      // the called ones that are not complete either
+  std::vector<uint8_t> kinds_;       // why it is uncertain itself
   std::vector<uint32_t> visitedBy_;  // number of the last walk that met the function
   uint32_t walk_ = 0;
-  StkFunctionList queue_;
+  std::vector<uint32_t> queue_;
 };
 
 }  // namespace velkor
