@@ -13,8 +13,8 @@ struct SkippedLines {
 
 // The lines at the start of text that certainly store nothing when they stand in a function's
 // code: nearly all instructions and comments. text begins at the start of a line. Skips no line
-// that lacks its line feed or is longer than maxLength bytes. A line that it does not skip may
-// store nothing all the same.
+// that is longer than maxLength bytes, nor the last few bytes of text. A line that it does not
+// skip may store nothing all the same.
 SkippedLines SkipPlainCode(std::string_view text, uint32_t maxLines, size_t maxLength);
 
 }  // namespace velkor

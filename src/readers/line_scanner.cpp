@@ -4,30 +4,6 @@
 
 namespace velkor {
 
-void StkLineScanner::SetLine(const TextLine& line) {
-  text_ = line.text.substr(0, line.text.find('\0'));
-  hasLineEnd_ = text_.size() == line.length;
-  cursor_ = 0;
-}
-
-bool StkLineScanner::SkipBlanks() {
-  if (cursor_ == End()) {
-    return false;
-  }
-  while (cursor_ < text_.size() && kBlanks.Has(text_[cursor_])) {
-    ++cursor_;
-  }
-  return true;
-}
-
-bool StkLineScanner::Expect(char character) {
-  if (cursor_ >= text_.size() || text_[cursor_] != character) {
-    return false;
-  }
-  ++cursor_;
-  return true;
-}
-
 bool StkLineScanner::Match(std::string_view literal) {
   const std::string_view rest = text_.substr(std::min(cursor_, text_.size()));
   if (rest.starts_with(literal)) {
@@ -51,13 +27,6 @@ bool StkLineScanner::Token(const CharacterSet& ends, std::string_view& token) {
   const bool ended = end < text_.size() || (hasLineEnd_ && ends.Has(kLineEnd) && cursor_ < End());
   cursor_ = ended ? end : End();
   return ended;
-}
-
-bool StkLineScanner::SkipSeparators() {
-  while (cursor_ < text_.size() && kSeparators.Has(text_[cursor_])) {
-    ++cursor_;
-  }
-  return cursor_ < End();
 }
 
 bool StkLineScanner::SeekComma() {

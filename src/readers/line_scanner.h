@@ -37,25 +37,49 @@ class StkLineScanner {
  public:
   explicit StkLineScanner(const CodePage& codePage) : codePage_(codePage) {}
 
-  void SetLine(const TextLine& line);
+  void SetLine(const TextLine& line) {
+    text_ = line.text.substr(0, line.text.find('\0'));
+    hasLineEnd_ = text_.size() == line.length;
+    cursor_ = 0;
+  }
   // Back to the start of the line; cannot fail.
   void ResetCursor() { cursor_ = 0; }
   // Fails only when the cursor stands at the end before it starts.
-  bool SkipBlanks();
+  bool SkipBlanks() {
+    if (cursor_ == End()) {
+      return false;
+    }
+    SkipOver(kBlanks);
+    return true;
+  }
   // The cursor stays where it is when the character is another one.
-  bool Expect(char character);
+  bool Expect(char character) {
+    if (cursor_ >= text_.size() || text_[cursor_] != character) {
+      return false;
+    }
+    ++cursor_;
+    return true;
+  }
   // On a difference the cursor stays; when the text ends first it moves to the end.
   bool Match(std::string_view literal);
   // What stands before the first character of ends, on which the cursor stops. When the text
   // holds none, fails with the rest of it, the line-end mark left out, and the cursor at the end.
   bool Token(const CharacterSet& ends, std::string_view& token);
   // Fails when the text ends before another character.
-  bool SkipSeparators();
+  bool SkipSeparators() {
+    SkipOver(kSeparators);
+    return cursor_ < End();
+  }
   // Up to the next comma, which is not consumed.
   bool SeekComma();
 
  private:
   size_t End() const { return text_.size() + (hasLineEnd_ ? 1 : 0); }
+  void SkipOver(const CharacterSet& characters) {
+    while (cursor_ < text_.size() && characters.Has(text_[cursor_])) {
+      ++cursor_;
+    }
+  }
 
   const CodePage& codePage_;
   std::string_view text_;
