@@ -3,15 +3,18 @@ add_library(velkor_compile INTERFACE)
 target_include_directories(velkor_compile INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(velkor_compile INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
-  -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef -Werror
+  -Woverloaded-virtual -Wold-style-cast -Wcast-qual -Wformat=2 -Wundef -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
   # g++ 12 sees overlaps, overruns and uninitialised values in its own std::string that are not
   # there.
-  -Wno-restrict
-  $<$<CONFIG:Release>:-Wno-maybe-uninitialized;-Wno-array-bounds;-Wno-stringop-overflow>
-  $<$<CONFIG:Release>:-Wno-stringop-overread>)
+  set(falseAlarms -Wno-maybe-uninitialized -Wno-array-bounds -Wno-stringop-overflow
+                  -Wno-stringop-overread)
+  target_compile_options(velkor_compile INTERFACE
+    -Wno-restrict "$<$<CONFIG:Release>:${falseAlarms}>")
+endif()
 if(VELKOR_SANITIZE)
   target_compile_options(velkor_compile INTERFACE
     -fsanitize=${VELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1
-    -Wno-maybe-uninitialized -Wno-array-bounds -Wno-stringop-overflow -Wno-stringop-overread)
+    ${falseAlarms})
   target_link_options(velkor_compile INTERFACE -fsanitize=${VELKOR_SANITIZE})
 endif()

@@ -1,11 +1,11 @@
 # What the scripts share. Sourced with the repository's root as the current folder.
 
-# Installs the packages of scripts/packages.txt that this machine lacks; touches nothing when it
-# has them all.
+# install_missing [LIST...]: installs the packages of scripts/packages.txt, and of further lists,
+# that this machine lacks; touches nothing when it has them all.
 install_missing() {
   local missing=()
   local package
-  for package in $(grep -v '^#' scripts/packages.txt); do
+  for package in $(grep -hv '^#' scripts/packages.txt "$@"); do
     if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
       missing+=("$package")
     fi
