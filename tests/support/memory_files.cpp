@@ -25,7 +25,8 @@ class MemoryFileSystem::Input : public InputFile {
     }
     const std::lock_guard lock(files_.mutex_);
     const std::string& bytes = *files_.entries_[path_].bytes;
-    const size_t count = std::min(size, bytes.size() - std::min(position_, bytes.size()));
+    const size_t left = bytes.size() - std::min(position_, bytes.size());
+    const size_t count = std::min({size, left, files_.readLimit_});
     std::memcpy(buffer, bytes.data() + position_, count);
     position_ += count;
     return count;
@@ -102,6 +103,11 @@ void MemoryFileSystem::Refuse(const std::string& path) {
 void MemoryFileSystem::SetCapacity(std::optional<size_t> bytes) {
   const std::lock_guard lock(mutex_);
   capacity_ = bytes;
+}
+
+void MemoryFileSystem::SetReadLimit(size_t bytes) {
+  const std::lock_guard lock(mutex_);
+  readLimit_ = bytes;
 }
 
 void MemoryFileSystem::OnRead(const std::string& path, std::function<void()> action) {

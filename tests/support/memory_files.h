@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
@@ -26,6 +28,8 @@ class MemoryFileSystem : public FileSystem {
   void SetCapacity(std::optional<size_t> bytes);
   // Runs in the reading thread before each Read of the path.
   void OnRead(const std::string& path, std::function<void()> action);
+  // No Read answers more than this many bytes.
+  void SetReadLimit(size_t bytes);
   std::vector<std::string> Paths() const;
 
   OpenResult<InputFile> OpenForRead(std::string_view path) override;
@@ -52,6 +56,7 @@ class MemoryFileSystem : public FileSystem {
   std::set<std::string, std::less<>> directories_;
   std::set<std::string, std::less<>> refused_;
   std::optional<size_t> capacity_;
+  size_t readLimit_ = SIZE_MAX;
 };
 
 }  // namespace velkor::testing

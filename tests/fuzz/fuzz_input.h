@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "platform/code_page.h"
+
+namespace velkor::testing {
+
+// Takes an input apart: its first bytes choose, what is left is text. Nothing left reads as zeros
+// and empty texts, so that every input is a whole one.
+class FuzzInput {
+ public:
+  // Stands between two sections on a line of its own.
+  static constexpr std::string_view kSectionBreak = "\n@@@@\n";
+
+  explicit FuzzInput(std::string_view bytes) : rest_(bytes) {}
+
+  uint8_t Byte();
+  // 0 to count - 1. A digit's character chooses its value, so that inputs can be written by hand.
+  uint32_t Below(uint32_t count) { return (Byte() + 256u - '0') % 256u % count; }
+  // UTF-8, Shift-JIS or a single-byte set.
+  const CodePage& Page();
+  // Up to the next section break, or the next line feed, which is taken as well.
+  std::string_view Section() { return UpTo(kSectionBreak); }
+  std::string_view Line() { return UpTo("\n"); }
+  std::string_view Rest() const { return rest_; }
+  bool AtEnd() const { return rest_.empty(); }
+
+ private:
+  std::string_view UpTo(std::string_view mark);
+
+  std::string_view rest_;
+};
+
+}  // namespace velkor::testing

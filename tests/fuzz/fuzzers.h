@@ -1,0 +1,29 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace velkor::testing {
+
+// A fuzzer takes any bytes, gives them to a part of the engine and checks what must hold whatever
+// they are (Require). Its work is bounded by the input's length.
+using Fuzzer = void (*)(std::string_view bytes);
+
+void FuzzProject(std::string_view bytes);
+void FuzzModule(std::string_view bytes);
+void FuzzSpec(std::string_view bytes);
+void FuzzNumber(std::string_view bytes);
+void FuzzPath(std::string_view bytes);
+void FuzzGraph(std::string_view bytes);
+void FuzzAnalysis(std::string_view bytes);
+
+struct NamedFuzzer {
+  std::string_view name;  // of its program, its dictionary and its folder of the corpus
+  Fuzzer fuzzer;
+};
+
+std::span<const NamedFuzzer> AllFuzzers();
+// None of that name: the program ends.
+Fuzzer FindFuzzer(std::string_view name);
+
+}  // namespace velkor::testing

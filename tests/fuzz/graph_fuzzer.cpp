@@ -1,0 +1,253 @@
+#include <algorithm>
+#include <string>
+
+#include "core/adjustments.h"
+#include "core/chain_count.h"
+#include "core/chain_walk.h"
+#include "core/function_text.h"
+#include "core/literal_model.h"
+#include "core/test_source.h"
+#include "files/chain_report.h"
+#include "fuzz/fuzz_host.h"
+#include "fuzz/fuzz_input.h"
+#include "fuzz/fuzzers.h"
+#include "fuzz/invariants.h"
+#include "fuzz/reachability.h"
+#include "fuzz/require.h"
+
+namespace velkor::testing {
+
+namespace {
+
+constexpr uint32_t kMaxFunctions = 6;  // the literal model walks every path
+constexpr int kMaxSteps = 12;
+constexpr uint32_t kSizes[] = {0, 1, 10, 21845, 32768, 65535, kOverSize};
+constexpr uint32_t kMargins[] = {kNoMargin, 0, 1, 65535};
+constexpr uint32_t kDepths[] = {kNoDepth, 1, 2, 3, 65536, 0xFFFFFFFF};
+
+IndexList Indices(const StkFunctionList& list) {
+  IndexList indices;
+  for (const StkFunction* function : list) {
+    indices.push_back(function->index);
+  }
+  return indices;
+}
+
+// The chains from a function by a walk that recurses.
+uint32_t CountByWalking(const StkFunction& function, ChainMode mode, StkFunctionList& path) {
+  const StkFunctionList callees = AllCallees(function);
+  if (callees.empty() || std::find(path.begin(), path.end(), &function) != path.end()) {
+    return 1;
+  }
+  uint32_t largest = 0;
+  for (const StkFunction* callee : callees) {
+    largest = std::max(largest, callee->totalStackSize);
+  }
+  path.push_back(const_cast<StkFunction*>(&function));
+  uint32_t count = 0;
+  for (const StkFunction* callee : callees) {
+    if (mode == ChainMode::kAll || callee->totalStackSize == largest) {
+      count += CountByWalking(*callee, mode, path);
+    }
+  }
+  path.pop_back();
+  return count;
+}
+
+// One database of a few functions, its history, and the same done to the literal model.
+class GraphRun {
+ public:
+  explicit GraphRun(FuzzInput& input) : input_(input), host_(input.Page()) {
+    MakeFunctions();
+    model_.emplace(table_);
+  }
+
+  void Start() { Recompute(); }
+
+  void Step() {
+    switch (input_.Below(6)) {
+      case 0:
+        return Adjust();
+      case 1:
+        return Cancel();
+      case 2:
+        Require(
+            CancelAllAdjustments(table_, roots_, host_.reporter) == model_->CancelAllAdjustments(),
+            "all are cancelled alike");
+        return;
+      case 3:
+        return ReadAdjustments();
+      case 4:
+        return Report();
+      default:
+        return Recompute();
+    }
+  }
+
+  void Check() const {
+    CheckDatabase(table_);
+    CheckResults(table_, roots_);
+    host_.CheckAllMessages(true);
+    RequireEqual(Index(roots_.Functions()), Index(model_->roots), "the top-level functions");
+    RequireEqual(table_.Overflow(), model_->overflow, "the overflow flag");
+    for (const auto& function : table_.Functions()) {
+      const ModelFunction& expected = model_->functions[function->index];
+      RequireEqual(function->flags, expected.flags, "flags", function->name);
+      RequireEqual(function->totalStackSize, expected.total, "a total", function->name);
+      RequireEqual(function->maxCalleeSize, expected.maxCalleeSize, "the largest callee",
+                   function->name);
+      RequireEqual(static_cast<uint32_t>(function->chainCount),
+                   static_cast<uint32_t>(expected.chainCount), "a chain count", function->name);
+    }
+    RequireEqual(Joined(host_.log.lines), Joined(model_->log), "the log");
+  }
+
+ private:
+  static std::string Joined(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const std::string& line : lines) {
+      text += line + "\n";
+    }
+    return text;
+  }
+  static std::string Index(const StkFunctionList& list) { return Index(Indices(list)); }
+  static std::string Index(const IndexList& list) {
+    std::string text;
+    for (const size_t index : list) {
+      text += std::to_string(index) + " ";
+    }
+    return text;
+  }
+
+  template <typename T, size_t kCount>
+  T AnyOf(const T (&values)[kCount]) {
+    return values[input_.Below(kCount)];
+  }
+  StkFunction& AnyFunction() { return *table_.Functions()[input_.Below(table_.Count())]; }
+  StkFunctionList AnyFunctions() {
+    const uint32_t chosen = input_.Byte();
+    StkFunctionList list;
+    for (const auto& function : table_.Functions()) {
+      if ((chosen >> function->index & 1) != 0) {
+        list.push_back(function.get());
+      }
+    }
+    return list;
+  }
+  StkAdjustment AnyAdjustment(const StkFunction& function) {
+    StkAdjustment adjustment;
+    adjustment.margin = AnyOf(kMargins);
+    adjustment.depth = AnyOf(kDepths);
+    StkFunctionList callees = AnyFunctions();
+    std::erase_if(callees,
+                  [&](const StkFunction* callee) { return function.CallsDirectly(*callee); });
+    if (!callees.empty()) {
+      adjustment.SetCallees(callees, table_.GetCodePage());
+    }
+    return adjustment;
+  }
+
+  // A byte of callees and one of properties for each; names run against the table's order where
+  // the properties say so.
+  void MakeFunctions() {
+    const uint32_t count = 1 + input_.Below(kMaxFunctions);
+    const auto name = [count](uint32_t i) { return std::string("_") + char('a' + count - i); };
+    for (uint32_t i = 0; i < count; ++i) {
+      StkFunction& function =
+          table_.AddDefined(input_.Below(2) != 0 ? name(i) + "x" : name(i), files_.Intern("f.c"));
+      function.flags |= input_.Below(2) != 0 ? uint32_t{FN_GLOBAL} : 0u;
+      function.frameSize = AnyOf(kSizes);
+      if (input_.Below(4) == 1) {
+        function.SetFixedExtra();
+      }
+      const uint32_t callees = input_.Byte();
+      for (uint32_t callee = 0; callee <= count; ++callee) {
+        if ((callees >> callee & 1) != 0) {
+          function.AddCallName(name(callee));
+        }
+      }
+    }
+    table_.ResolveAllCalls();
+  }
+
+  void Recompute() {
+    const bool rebuild = input_.Below(2) != 0;
+    velkor::Recompute(table_, roots_, rebuild, nullptr, nullptr, host_.reporter);
+    model_->Recompute(rebuild, std::nullopt);
+  }
+
+  void Adjust() {
+    StkFunction& function = AnyFunction();
+    const StkAdjustment adjustment = AnyAdjustment(function);
+    Require(AdjustFunction(table_, roots_, function, adjustment, host_.reporter) ==
+                model_->AdjustFunction(function.index, ModelAdjustment(adjustment)),
+            "a change of callees is told");
+  }
+
+  void Cancel() {
+    StkFunction& function = AnyFunction();
+    Require(CancelAdjustment(table_, roots_, function, host_.reporter) ==
+                model_->CancelAdjustment(function.index),
+            "a change of callees is told");
+  }
+
+  void ReadAdjustments() {
+    const auto kind = static_cast<SpecificationKind>(input_.Below(3));
+    for (uint32_t count = input_.Below(4); count > 0; --count) {
+      StkFunction& function = AnyFunction();
+      if (function.pendingAdjustment == nullptr) {
+        StkAdjustment adjustment = AnyAdjustment(function);
+        model_->functions[function.index].pending = ModelAdjustment(adjustment);
+        table_.SetPendingAdjustment(function, std::move(adjustment));
+      }
+    }
+    const bool rebuild = input_.Below(2) != 0;
+    TestSource source(kind);
+    velkor::Recompute(table_, roots_, rebuild, &source, nullptr, host_.reporter);
+    model_->Recompute(rebuild, kind);
+  }
+
+  void Report() {
+    const StkFunction& start = AnyFunction();
+    const ChainMode mode = input_.Below(2) != 0 ? ChainMode::kAll : ChainMode::kMaximum;
+    const bool csv = input_.Below(2) != 0;
+    StkFunctionList path;
+    const uint32_t chains = CountByWalking(start, mode, path);
+    if (mode == ChainMode::kMaximum) {
+      RequireEqual(static_cast<uint32_t>(CountChains(start, mode)), chains,
+                   "as many maximum chains as a walk finds", start.name);
+    }
+    StkChainReport report(csv ? StkChainReport::Format::kCsv : StkChainReport::Format::kText,
+                          "C:\\p\\r.txt", host_.host, host_.reporter.Messages());
+    Require(report.Open(), "a report opens");
+    uint32_t lines = 0;
+    const WriteEnd end = report.Write(start, mode, [&lines](uint32_t written) {
+      lines = written;
+      return true;
+    });
+    Require(end == WriteEnd::kCompleted, "a small report is written whole");
+    RequireEqual(lines, chains + (csv ? 1 : 0), "a line for each chain", start.name);
+  }
+
+  FuzzInput& input_;
+  FuzzHost host_;
+  StkFileTable files_{host_.codePage};
+  StkFunctionTable table_{host_.codePage};
+  StkRootList roots_;
+  std::optional<LiteralModel> model_;
+};
+
+}  // namespace
+
+void FuzzGraph(std::string_view bytes) {
+  FuzzInput input(bytes);
+  GraphRun run(input);
+  run.Start();
+  run.Check();
+  for (int step = 0; step < kMaxSteps && !input.AtEnd(); ++step) {
+    run.Step();
+    run.Check();
+  }
+}
+
+}  // namespace velkor::testing

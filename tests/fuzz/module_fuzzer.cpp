@@ -1,0 +1,107 @@
+#include <string>
+
+#include "core/recompute.h"
+#include "fuzz/fuzz_host.h"
+#include "fuzz/fuzz_input.h"
+#include "fuzz/fuzzers.h"
+#include "fuzz/invariants.h"
+#include "fuzz/require.h"
+#include "readers/module_reader.h"
+
+namespace velkor::testing {
+
+namespace {
+
+constexpr const char* kModule = "C:\\p\\m.asm";
+
+// One analysis of modules that are read one after another.
+class ModuleRun {
+ public:
+  ModuleRun(const CodePage& page, size_t readLimit) : host(page) {
+    host.files.SetReadLimit(readLimit);
+  }
+
+  void Read(std::string_view text) {
+    host.files.Put(kModule, std::string(text));
+    StkTextWriter file(host.host);
+    Require(file.OpenForRead(kModule).ok, "a module opens");
+    StkAsmModuleReader reader(file, kModule, stopEvent_, {functions, files, project}, host.host,
+                              host.reporter);
+    const size_t linesBefore = host.log.lines.size();
+    const bool whole = reader.Read();
+    Require(!reader.Aborted(), "nobody stopped the reading");
+    Require(whole || host.log.lines.size() > linesBefore, "a module that is given up is reported");
+    if (functions.Count() > 0) {
+      Require(project.compilerInfo.series != 0 && project.runtimeNames.loaded,
+              "functions come from an accepted module");
+    }
+  }
+
+  // Everything that the modules have said, as text.
+  std::string Said() const {
+    std::string text = std::to_string(project.compilerInfo.version) + "\n";
+    for (const auto& function : functions.Functions()) {
+      text += function->name + " " + (function->file != nullptr ? function->file->name : "") + " " +
+              std::to_string(function->flags) + " " + std::to_string(function->frameSize) + " " +
+              std::to_string(function->librarySize) + ":";
+      if (function->callNames != nullptr) {
+        for (const std::string& name : *function->callNames) {
+          text += " " + name;
+        }
+      }
+      text += "\n";
+    }
+    for (const std::string& line : host.log.lines) {
+      text += line + "\n";
+    }
+    return text;
+  }
+
+  FuzzHost host;
+  StkFunctionTable functions{host.codePage};
+  StkFileTable files{host.codePage};
+  StkProject project{host.host, host.reporter};
+
+ private:
+  Event stopEvent_{Event::Reset::kManual};
+};
+
+void CheckRecords(const StkFunctionTable& functions) {
+  for (const auto& function : functions.Functions()) {
+    Require(function->Is(FN_DEFINED) && function->file != nullptr, "a module defines functions",
+            function->name);
+    Require(function->name.empty() || function->name.find_first_of("\n\t (") == std::string::npos,
+            "a name ends at a blank", function->name);
+  }
+}
+
+}  // namespace
+
+void FuzzModule(std::string_view bytes) {
+  FuzzInput input(bytes);
+  const CodePage& codePage = input.Page();
+  const size_t readLimit = 1 + input.Below(200);
+  const std::string_view first = input.Section();
+  const std::string_view second = input.Section();
+
+  ModuleRun atOnce(codePage, SIZE_MAX);
+  ModuleRun inPieces(codePage, readLimit);
+  for (ModuleRun* run : {&atOnce, &inPieces}) {
+    run->Read(first);
+    if (!second.empty()) {
+      run->Read(second);
+    }
+    CheckRecords(run->functions);
+  }
+  RequireEqual(inPieces.Said(), atOnce.Said(), "a module says the same however it is read");
+  atOnce.host.CheckAllMessages(IsWhole(first, codePage) && IsWhole(second, codePage));
+
+  StkRootList roots;
+  atOnce.functions.ResolveAllCalls();
+  CheckDatabase(atOnce.functions);
+  Recompute(atOnce.functions, roots, true, nullptr, nullptr, atOnce.host.reporter);
+  CheckResults(atOnce.functions, roots);
+  CheckTopLevel(atOnce.functions, std::vector<bool>(atOnce.functions.Count()));
+}
+
+}  // namespace velkor::testing

@@ -1,0 +1,171 @@
+#include <string>
+
+#include "core/adjustments.h"
+#include "document/spec_read_job.h"
+#include "files/spec_writer.h"
+#include "fuzz/fuzz_host.h"
+#include "fuzz/fuzz_input.h"
+#include "fuzz/fuzzers.h"
+#include "fuzz/invariants.h"
+#include "fuzz/require.h"
+#include "readers/library_table.h"
+#include "support/graph.h"
+
+namespace velkor::testing {
+
+namespace {
+
+constexpr const char* kSpecFile = "C:\\data\\lt.txt";  // where a library table is looked for
+
+// What the lines can name: plain, static and unknown functions, one name twice, names that begin
+// with "_", a recursion of two and one of one, and a name of which a byte looks like "\" in 932.
+std::string Functions(const CodePage& codePage) {
+  const bool wide = codePage.GetKind() == CodePage::Kind::kShiftJis;
+  const std::string letter = wide ? "\x83\x5C" : "\xC3\xA9";
+  return "main 10 -> f dup r1 memcpy\nf 20 -> g\ng 30\n_g 5\ndup 6 -> self\nstatic dup 4\n"
+         "static s 65000\nstatic t" +
+         letter +
+         " 8 -> s\nr1 5 -> r2 @lsmul\nr2 6 -> r1\n"
+         "self 3 -> self\n? memcpy\n? @lsmul\n? k" +
+         letter + "x\nbig 65535 -> memcpy\n";
+}
+
+struct Choices {
+  explicit Choices(FuzzInput& input)
+      : codePage(input.Page()),
+        kind(static_cast<SpecificationKind>(input.Below(3))),
+        answer(
+            std::array{BoxAnswer::kIgnore, BoxAnswer::kRetry, BoxAnswer::kAbort}[input.Below(3)]),
+        fromCommandLine(input.Below(2) != 0),
+        readLimit(1 + input.Below(200)) {}
+
+  const CodePage& codePage;
+  SpecificationKind kind;
+  BoxAnswer answer;
+  bool fromCommandLine;
+  size_t readLimit;
+};
+
+// One database and one file that is read for it.
+class SpecRun {
+ public:
+  explicit SpecRun(const Choices& choices, size_t readLimit)
+      : host(choices.codePage), graph(Functions(choices.codePage), choices.codePage) {
+    host.files.SetReadLimit(readLimit);
+    host.boxes.answerWith = [answer = choices.answer](const RecordingBoxes::Box& box) {
+      return box.buttons == BoxButtons::kOk ? BoxAnswer::kOk : answer;
+    };
+    host.reporter.SetOpenedFromCommandLine(choices.fromCommandLine);
+  }
+
+  void Read(SpecificationKind kind, std::string_view text) {
+    host.files.Put(kSpecFile, std::string(text));
+    std::vector<std::unique_ptr<StkSpecReader>> sources;
+    sources.push_back(Reader(kind));
+    StkSpecReadJob job(std::move(sources), graph.functions, roots, host.reporter, window_);
+    job.Start();
+    job.Wait();
+    Require(!job.Failed(), "a reading ends by itself");
+  }
+
+  std::string Write() {
+    StkSpecWriter writer(StkSpecWriter::Mode::kAutomatic, kSpecFile, graph.functions, host.host);
+    Require(writer.Open(), "a file opens");
+    Require(writer.Write([](uint32_t) { return true; }) == WriteEnd::kCompleted,
+            "a small file is written");
+    return host.files.Get(kSpecFile).value_or("");
+  }
+
+  // What is in force, as text. Adjustments that state nothing do not count: no file can hold them.
+  std::string InForce() const {
+    std::string text;
+    for (const auto& function : graph.functions.Functions()) {
+      const StkAppliedAdjustment* adjustment = function->adjustment.get();
+      if (adjustment == nullptr ||
+          (adjustment->margin == kNoMargin && adjustment->depth == kNoDepth &&
+           function->extraCallees.empty())) {
+        continue;
+      }
+      text += function->name + " " + std::to_string(adjustment->margin) + " " +
+              std::to_string(adjustment->depth);
+      for (const StkFunction* callee : function->extraCallees) {
+        text += " " + std::to_string(callee->index);
+      }
+      text += "\n";
+    }
+    return text;
+  }
+
+  FuzzHost host;
+  Graph graph;
+  StkRootList roots;
+
+ private:
+  std::unique_ptr<StkSpecReader> Reader(SpecificationKind kind) {
+    switch (kind) {
+      case SpecificationKind::kLibraryTable:
+        return std::make_unique<StkLibraryTable>(LibraryTableKind::kStandard, project_, host.host,
+                                                 host.reporter);
+      case SpecificationKind::kSystemFile:
+        return std::make_unique<StkSystemFileReader>(kSpecFile, host.host, host.reporter);
+      default:
+        return std::make_unique<StkSpecReader>(kind, kSpecFile, host.host, host.reporter);
+    }
+  }
+
+  StkProject project_{host.host, host.reporter};
+  NoWindow window_;
+};
+
+void CheckAdjustments(const StkFunctionTable& functions, SpecificationKind kind) {
+  for (const auto& function : functions.Functions()) {
+    const StkAppliedAdjustment* adjustment = function->adjustment.get();
+    if (kind == SpecificationKind::kLibraryTable) {
+      Require(adjustment == nullptr, "a library table adjusts nothing", function->name);
+    } else {
+      Require(!function->Is(FN_LIBRARY), "only a library table states library sizes",
+              function->name);
+    }
+    if (adjustment == nullptr) {
+      continue;
+    }
+    Require(adjustment->margin == kNoMargin || adjustment->margin <= kSizeLimit,
+            "a margin is in the limit", function->name);
+    Require(adjustment->depth == kNoDepth || function->Is(FN_RECURSIVE),
+            "only recursion has a depth", function->name);
+    for (const StkFunction* callee : function->extraCallees) {
+      Require(!function->CallsDirectly(*callee), "a stated callee is not called anyway",
+              function->name);
+    }
+  }
+}
+
+}  // namespace
+
+void FuzzSpec(std::string_view bytes) {
+  FuzzInput input(bytes);
+  const Choices choices(input);
+  const std::string_view text = input.Rest();
+
+  SpecRun atOnce(choices, SIZE_MAX);
+  atOnce.Read(choices.kind, text);
+  CheckDatabase(atOnce.graph.functions);
+  CheckResults(atOnce.graph.functions, atOnce.roots);
+  CheckTopLevel(atOnce.graph.functions, std::vector<bool>(atOnce.graph.functions.Count()));
+  CheckAdjustments(atOnce.graph.functions, choices.kind);
+  atOnce.host.CheckAllMessages(IsWhole(text, choices.codePage));
+
+  if (choices.readLimit <= 100) {
+    SpecRun inPieces(choices, choices.readLimit);
+    inPieces.Read(choices.kind, text);
+    RequireEqual(inPieces.InForce(), atOnce.InForce(), "a file says the same however it is read");
+    Require(inPieces.host.log.lines == atOnce.host.log.lines, "and is answered the same");
+  }
+
+  SpecRun readBack(choices, SIZE_MAX);
+  readBack.Read(SpecificationKind::kSystemFile, atOnce.Write());
+  RequireEqual(readBack.InForce(), atOnce.InForce(), "what is written reads back");
+  Require(readBack.host.log.lines.empty(), "what is written has no error");
+}
+
+}  // namespace velkor::testing
