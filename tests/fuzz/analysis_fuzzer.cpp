@@ -60,8 +60,9 @@ std::vector<std::optional<Statement>> InForce(const StkFunctionTable& table) {
 // A whole program's files, the document over them and what a user does with it.
 class AnalysisRun {
  public:
-  explicit AnalysisRun(const CodePage& codePage)
+  AnalysisRun(const CodePage& codePage, size_t readingThreads)
       : host_(codePage), reporter_(MessagesIn(codePage), boxes_) {
+    host_.host.readingThreads = readingThreads;
     log_.SetReporter(reporter_);
     reporter_.RegisterLogView(&log_);
     host_.files.AddDirectory("C:\\p");
@@ -233,8 +234,9 @@ class AnalysisRun {
 void FuzzAnalysis(std::string_view bytes) {
   FuzzInput input(bytes);
   const CodePage& codePage = input.Page();
+  const size_t readingThreads = 1 + input.Below(2);
   FuzzInput steps(input.Section());
-  AnalysisRun run(codePage);
+  AnalysisRun run(codePage, readingThreads);
   run.PutFiles(input);
   if (!run.Open()) {
     return;

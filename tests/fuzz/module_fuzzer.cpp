@@ -6,6 +6,7 @@
 #include "fuzz/fuzzers.h"
 #include "fuzz/invariants.h"
 #include "fuzz/require.h"
+#include "readers/module_entry.h"
 #include "readers/module_reader.h"
 
 namespace velkor::testing {
@@ -25,12 +26,15 @@ class ModuleRun {
     host.files.Put(kModule, std::string(text));
     StkTextWriter file(host.host);
     Require(file.OpenForRead(kModule).ok, "a module opens");
-    StkAsmModuleReader reader(file, kModule, stopEvent_, {functions, files, project}, host.host,
-                              host.reporter);
+    ModuleRecording recording;
+    StkAsmModuleReader(file, stopEvent_, host.codePage, recording).Read();
+    const std::string path = kModule;
+    ModuleEntry entry(path, {functions, files, project}, host.host, host.reporter);
     const size_t linesBefore = host.log.lines.size();
-    const bool whole = reader.Read();
-    Require(!reader.Aborted(), "nobody stopped the reading");
-    Require(whole || host.log.lines.size() > linesBefore, "a module that is given up is reported");
+    const ModuleEntry::Result result = entry.Enter(recording);
+    Require(result != ModuleEntry::Result::kStopped, "nobody stopped the reading");
+    Require(result == ModuleEntry::Result::kWhole || host.log.lines.size() > linesBefore,
+            "a module that is given up is reported");
     if (functions.Count() > 0) {
       Require(project.compilerInfo.series != 0 && project.runtimeNames.loaded,
               "functions come from an accepted module");
