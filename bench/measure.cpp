@@ -24,13 +24,20 @@ int64_t Microseconds(const timeval& time) {
   return int64_t{time.tv_sec} * 1000000 + time.tv_usec;
 }
 
-[[noreturn]] void Become(std::vector<std::string>& command) {
+struct Order {
+  int repeat = 5;
+  int status = 0;  // what the command is to end with
+  std::string output = "/dev/null";
+  std::vector<std::string> command;
+};
+
+[[noreturn]] void Become(Order& order) {
   const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
   dup2(nowhere, STDIN_FILENO);
-  dup2(nowhere, STDOUT_FILENO);
   dup2(nowhere, STDERR_FILENO);
+  dup2(open(order.output.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666), STDOUT_FILENO);
   std::vector<char*> arguments;
-  for (std::string& argument : command) {
+  for (std::string& argument : order.command) {
     arguments.push_back(argument.data());
   }
   arguments.push_back(nullptr);
@@ -39,11 +46,11 @@ int64_t Microseconds(const timeval& time) {
 }
 
 // None when the command did not end with the expected status.
-std::optional<Cost> RunOnce(std::vector<std::string>& command, int expectedStatus) {
+std::optional<Cost> RunOnce(Order& order) {
   const auto start = std::chrono::steady_clock::now();
   const pid_t process = fork();
   if (process == 0) {
-    Become(command);
+    Become(order);
   }
   int status = 0;
   rusage usage{};
@@ -51,8 +58,8 @@ std::optional<Cost> RunOnce(std::vector<std::string>& command, int expectedStatu
     return std::nullopt;
   }
   const auto elapsed = std::chrono::steady_clock::now() - start;
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != expectedStatus) {
-    std::fprintf(stderr, "measure: %s ended with status %d\n", command[0].c_str(),
+  if (!WIFEXITED(status) || WEXITSTATUS(status) != order.status) {
+    std::fprintf(stderr, "measure: %s ended with status %d\n", order.command[0].c_str(),
                  WIFEXITED(status) ? WEXITSTATUS(status) : 1000 + WTERMSIG(status));
     return std::nullopt;
   }
@@ -62,20 +69,19 @@ std::optional<Cost> RunOnce(std::vector<std::string>& command, int expectedStatu
 
 int Run(int argc, char** argv) {
   CLI::App application(
-      "Runs a command several times with its output thrown away, and prints of the fastest run: "
+      "Runs a command several times, and prints of the fastest run: "
       "microseconds elapsed, microseconds of processor time, kilobytes of memory at most.");
-  int repeat = 5;
-  int status = 0;
-  std::vector<std::string> command;
-  application.add_option("--repeat", repeat)->check(CLI::Range(1, 1000));
-  application.add_option("--status", status, "What the command is to end with");
-  application.add_option("COMMAND", command)->required();
+  Order order;
+  application.add_option("--repeat", order.repeat, "How often")->check(CLI::Range(1, 1000));
+  application.add_option("--status", order.status, "What the command is to end with");
+  application.add_option("--output", order.output, "Where its standard output goes");
+  application.add_option("COMMAND", order.command)->required();
   application.positionals_at_end();
   CLI11_PARSE(application, argc, argv);
 
   std::optional<Cost> best;
-  for (int run = 0; run < repeat; ++run) {
-    const std::optional<Cost> cost = RunOnce(command, status);
+  for (int run = 0; run < order.repeat; ++run) {
+    const std::optional<Cost> cost = RunOnce(order);
     if (!cost) {
       return 1;
     }
