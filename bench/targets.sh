@@ -124,3 +124,10 @@ measure_specification() {
   ratio_row "specification file of $1 lines" "$((elapsed > start ? elapsed - start : 0))" \
     - "wc -l" "$wc"
 }
+
+# The window with a million functions: a table of its own.
+measure_window() {
+  say "the window"
+  echo
+  QT_QPA_PLATFORM=offscreen "$programs/window_bench" "$data/window"
+}
