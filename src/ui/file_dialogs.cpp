@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QLineEdit>
+#include <QScreen>
 
 #include "ui/file_name_checks.h"
 
@@ -60,6 +61,8 @@ void CFileDialogEx::SetFilter(const QString& filter) {
 }
 
 std::optional<std::string> CFileDialogEx::Ask() {
+  // The toolkit's own size is too high for a small screen.
+  resize(size().boundedTo(screen()->availableSize() * 9 / 10));
   return exec() == Accepted ? name_ : std::nullopt;
 }
 

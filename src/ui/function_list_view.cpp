@@ -17,8 +17,8 @@ namespace {
 
 constexpr uint32_t kHeaderTextKey = 35000;
 constexpr int kColumnWidths[] = {100, 80, 80, 80, 300};
-// Average width of a character of the font that these widths are made for.
-constexpr int kCharacterWidth = 5;
+// As long a name as the Function column grows for by itself, in average characters.
+constexpr int kNameLength = 40;
 
 struct SortCommand {
   Command command;
@@ -93,9 +93,11 @@ void CStkListView::SetUp() {
   for (int column = 0; column < FunctionListModel::kColumnCount; ++column) {
     setColumnWidth(column, std::max(kColumnWidths[column], header_->sectionSizeHint(column)));
   }
-  // Names are the longer the larger the font; of the other columns the titles are the widest.
-  setColumnWidth(0, std::max(kColumnWidths[0], kColumnWidths[0] * fontMetrics().averageCharWidth() /
-                                                   kCharacterWidth));
+  connect(header_, &QHeaderView::sectionResized, this, [this](int column) {
+    if (column == FunctionListModel::kFunction && !fitting_) {
+      namesFollow_ = false;
+    }
+  });
   connect(header_, &QHeaderView::sectionClicked, this, [this](int column) {
     if (CanSort()) {
       SortBy(static_cast<SortKey>(column));
@@ -154,6 +156,24 @@ void CStkListView::contextMenuEvent(QContextMenuEvent* event) {
   ShowPrompts(*menu, *this);
   menu->popup(event->globalPos());
   event->accept();
+}
+
+void CStkListView::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  if (namesFollow_) {
+    FitNames();
+  }
+}
+
+// Names get the width that the other columns leave over, until the user gives them another.
+void CStkListView::FitNames() {
+  const int column = FunctionListModel::kFunction;
+  const int leftOver = viewport()->width() - header_->length() + columnWidth(column);
+  const int most = kListIconSize.width() + fontMetrics().averageCharWidth() * kNameLength;
+  fitting_ = true;
+  setColumnWidth(
+      column, std::clamp(leftOver, kColumnWidths[column], std::max(most, kColumnWidths[column])));
+  fitting_ = false;
 }
 
 void CStkListView::selectionChanged(const QItemSelection& selected,

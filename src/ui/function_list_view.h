@@ -36,11 +36,13 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
   void keyboardSearch(const QString& search) override;
 
  protected:
+  void resizeEvent(QResizeEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
  private:
   void SetUp();
+  void FitNames();
   void Clear();
   void Fill();
   // With toggling: the key that is in force already turns its direction round.
@@ -54,6 +56,8 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
   ArrowHeader* header_;
   std::optional<SortKey> sortKey_;
   bool descending_ = false;
+  bool namesFollow_ = true;  // the width of their column follows that of the view
+  bool fitting_ = false;
 };
 
 }  // namespace velkor

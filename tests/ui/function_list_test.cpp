@@ -118,6 +118,20 @@ TEST_F(FunctionListView, HeadersAreAtLeastAsWideAsStatedAndWhole) {
   }
 }
 
+TEST_F(FunctionListView, NamesGetTheWidthThatIsLeftOverUntilTheUserDecides) {
+  list.resize(500, 300);
+  EXPECT_EQ(list.columnWidth(0), 100);
+  const int others = list.header()->length() - list.columnWidth(0);
+  list.resize(others + 180, 300);
+  EXPECT_GT(list.columnWidth(0), 150);
+  EXPECT_LE(list.header()->length(), list.viewport()->width());
+  list.resize(3000, 300);
+  EXPECT_LT(list.columnWidth(0), 1000) << "no name needs so much";
+  list.setColumnWidth(0, 130);
+  list.resize(others + 200, 300);
+  EXPECT_EQ(list.columnWidth(0), 130);
+}
+
 TEST_F(FunctionListView, ShowsItsSelectionOnlyWithTheFocus) {
   Open();
   const auto picture = [this] { return list.viewport()->grab().toImage(); };
