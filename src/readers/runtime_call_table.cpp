@@ -10,18 +10,18 @@ constexpr std::string_view kCountedHelper = "cprep2";
 
 void StkRuntimeCallTable::AddHelper(std::string_view label, std::string_view helper) {
   Entry& entry = entries_[EntryNumber(label)];
-  entry.calls.push_back({HelperNumber(helper), 0, false});
+  entry.calls.push_back({helpers_.Insert(helper), 0, false});
   if (helper == kCountedHelper) {
     ++entry.cprep2Count;
   }
 }
 
 void StkRuntimeCallTable::AddStub(std::string_view label, std::string_view stub) {
-  const auto found = entryNumbers_.find(stub);
-  if (found == entryNumbers_.end()) {
+  const std::optional<uint32_t> found = labels_.Find(stub);
+  if (!found) {
     return;
   }
-  const uint32_t stubNumber = found->second;
+  const uint32_t stubNumber = *found;
   const uint32_t entryNumber = EntryNumber(label);
   const Entry& stubEntry = entries_[stubNumber];
   const auto stubCalls = static_cast<uint32_t>(stubEntry.calls.size());
@@ -45,63 +45,49 @@ uint32_t StkRuntimeCallTable::Cprep2Count(std::string_view label) const {
 
 const std::vector<uint32_t>& StkRuntimeCallTable::Helpers(std::string_view label) {
   listed_.clear();
-  const auto found = entryNumbers_.find(label);
-  if (found != entryNumbers_.end()) {
-    List(found->second);
+  if (const std::optional<uint32_t> entry = labels_.Find(label)) {
+    List(*entry);
   }
   return listed_;
 }
 
 const StkRuntimeCallTable::Entry* StkRuntimeCallTable::Find(std::string_view label) const {
-  const auto found = entryNumbers_.find(label);
-  return found == entryNumbers_.end() ? nullptr : &entries_[found->second];
+  const std::optional<uint32_t> entry = labels_.Find(label);
+  return entry ? &entries_[*entry] : nullptr;
 }
 
 uint32_t StkRuntimeCallTable::EntryNumber(std::string_view label) {
   if (!entries_.empty() && lastLabel_ == label) {
     return lastEntry_;
   }
-  const auto found = entryNumbers_.find(label);
-  if (found != entryNumbers_.end()) {
-    lastEntry_ = found->second;
-  } else {
-    lastEntry_ = static_cast<uint32_t>(entries_.size());
-    entryNumbers_.emplace(label, lastEntry_);
-    entries_.emplace_back();
-  }
+  lastEntry_ = labels_.Insert(label);
+  entries_.resize(labels_.size());
   lastLabel_ = label;
   return lastEntry_;
-}
-
-uint32_t StkRuntimeCallTable::HelperNumber(std::string_view helper) {
-  const auto found = helperNumbers_.find(helper);
-  if (found != helperNumbers_.end()) {
-    return found->second;
-  }
-  const auto number = static_cast<uint32_t>(helperNames_.size());
-  const auto added = helperNumbers_.emplace(helper, number).first;
-  helperNames_.push_back(&added->first);
-  return number;
 }
 
 // A stub's part of a list refers only to calls that were added before it, so the walk ends; what
 // followed_ says of an entry stands in the list already and is not walked again.
 void StkRuntimeCallTable::List(uint32_t entry) {
-  isListed_.assign(helperNames_.size(), false);
-  followed_.assign(entries_.size(), 0);
+  ++round_;
+  listedIn_.resize(helpers_.size(), 0);
+  followed_.resize(entries_.size());
   std::vector<Position> path{{entry, static_cast<uint32_t>(entries_[entry].calls.size())}};
   while (!path.empty()) {
     const Position position = path.back();
-    uint32_t& next = followed_[position.entry];
-    if (next >= position.end) {
+    Followed& followed = followed_[position.entry];
+    if (followed.round != round_) {
+      followed = {round_, 0};
+    }
+    if (followed.calls >= position.end) {
       path.pop_back();
       continue;
     }
-    const Call& call = entries_[position.entry].calls[next++];
+    const Call& call = entries_[position.entry].calls[followed.calls++];
     if (call.isStub) {
       path.push_back({call.number, call.stubCalls});
-    } else if (!isListed_[call.number]) {
-      isListed_[call.number] = true;
+    } else if (listedIn_[call.number] != round_) {
+      listedIn_[call.number] = round_;
       listed_.push_back(call.number);
     }
   }

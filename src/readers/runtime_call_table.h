@@ -3,8 +3,9 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
+
+#include "readers/name_set.h"
 
 namespace velkor {
 
@@ -23,7 +24,7 @@ class StkRuntimeCallTable {
   // The numbers of the label's helpers in the order of their first call, each once. Valid until
   // the next call; linear in the lines that added them.
   const std::vector<uint32_t>& Helpers(std::string_view label);
-  std::string_view HelperName(uint32_t helper) const { return *helperNames_[helper]; }
+  std::string_view HelperName(uint32_t helper) const { return helpers_.Name(helper); }
 
  private:
   struct Call {
@@ -39,29 +40,25 @@ class StkRuntimeCallTable {
     uint32_t entry;
     uint32_t end;
   };
-  struct Hash {
-    using is_transparent = void;
-    size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
-  };
-  using NumberOfName = std::unordered_map<std::string, uint32_t, Hash, std::equal_to<>>;
-
   const Entry* Find(std::string_view label) const;
   uint32_t EntryNumber(std::string_view label);
-  uint32_t HelperNumber(std::string_view helper);
   void List(uint32_t entry);
 
-  NumberOfName entryNumbers_;
-  std::vector<Entry> entries_;
+  StkNameSet labels_;
+  std::vector<Entry> entries_;  // by label
   std::string lastLabel_;
   uint32_t lastEntry_ = 0;  // of lastLabel_, when there are entries
+  StkNameSet helpers_;
 
-  NumberOfName helperNumbers_;
-  std::vector<const std::string*> helperNames_;  // keys of helperNumbers_
-
-  // While the helpers of one label are listed.
+  // While the helpers of one label are listed. What a round does not say of itself is not so.
+  struct Followed {
+    uint32_t round = 0;
+    uint32_t calls = 0;  // of the entry that are listed already
+  };
   std::vector<uint32_t> listed_;
-  std::vector<bool> isListed_;      // by helper
-  std::vector<uint32_t> followed_;  // by entry: its calls before this one are listed already
+  uint32_t round_ = 0;
+  std::vector<uint32_t> listedIn_;  // by helper: the last round that listed it
+  std::vector<Followed> followed_;  // by entry
 };
 
 }  // namespace velkor
