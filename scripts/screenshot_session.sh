@@ -2,8 +2,13 @@
 # sorts the list and takes the picture.
 set -euo pipefail
 output=$1
+# The log shows where the files are: nothing of this machine belongs into the picture.
+folder=$(mktemp -d /tmp/velkor.XXXX)
+trap 'rm -rf "$folder"' EXIT
+cp -r examples/lua "$folder/lua"
+cp -r build/release/dattarn "$folder/dattarn"
 openbox &
-build/release/bin/velkor examples/lua/app.prj &
+build/release/bin/velkor --data "$folder/dattarn" "$folder/lua/app.prj" &
 program=$!
 window=$(xdotool search --sync --onlyvisible --name velkor | head -1)
 xdotool windowsize --sync "$window" 1270 690
