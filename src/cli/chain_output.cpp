@@ -16,7 +16,7 @@ constexpr size_t kSizeWidth = 10;
 constexpr size_t kShownAtStart = 30;
 constexpr size_t kShownAtEnd = 10;
 constexpr size_t kDeepestIndentation = 40;   // levels: a line does not grow without end
-constexpr uint64_t kMostSteps = 50'000'000;  // calls looked at for all chains together
+constexpr uint64_t kMostSteps = 10'000'000;  // calls looked at for all chains together
 
 std::string Padded(const std::string& text) {
   const size_t length = CharacterCount(text);

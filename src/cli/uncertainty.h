@@ -32,7 +32,7 @@ struct Uncertainty {
 // change meanwhile.
 class UncertaintySearch {
  public:
-  static constexpr uint64_t kMostCalls = 50'000'000;
+  static constexpr uint64_t kMostCalls = 20'000'000;
 
   explicit UncertaintySearch(const AnalysisResult& result, uint64_t mostCalls = kMostCalls);
 
