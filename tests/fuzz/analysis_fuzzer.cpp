@@ -1,16 +1,16 @@
-#include <optional>
+#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "document/adjustment_form.h"
 #include "document/document_host.h"
 #include "files/paths.h"
-#include "files/spec_line_parser.h"
 #include "fuzz/fuzz_host.h"
 #include "fuzz/fuzz_input.h"
 #include "fuzz/fuzzers.h"
 #include "fuzz/invariants.h"
 #include "fuzz/require.h"
+#include "fuzz/statements.h"
 
 namespace velkor::testing {
 
@@ -21,48 +21,16 @@ constexpr const char* kSystemFile = "C:\\p\\app.psg";
 constexpr const char* kUserFile = "C:\\p\\user.txt";
 constexpr uint32_t kMaxSteps = 6;
 
-// What is stated about one function.
-struct Statement {
-  uint32_t margin = kNoMargin;
-  uint32_t depth = kNoDepth;
-  std::vector<uint32_t> callees;  // by index
-
-  bool operator==(const Statement&) const = default;
-  bool StatesNothing() const { return margin == kNoMargin && depth == kNoDepth && callees.empty(); }
-};
-
-std::vector<uint32_t> Indices(const StkFunctionList& list) {
-  std::vector<uint32_t> indices;
-  for (const StkFunction* function : list) {
-    indices.push_back(function->index);
-  }
-  std::sort(indices.begin(), indices.end());
-  return indices;
-}
-
-// In force, by index of the function. A depth counts only in recursion.
-std::vector<std::optional<Statement>> InForce(const StkFunctionTable& table) {
-  std::vector<std::optional<Statement>> all;
-  for (const auto& function : table.Functions()) {
-    std::optional<Statement>& statement = all.emplace_back();
-    if (function->adjustment != nullptr) {
-      statement = {function->adjustment->margin,
-                   function->Is(FN_RECURSIVE) ? function->adjustment->depth : kNoDepth,
-                   Indices(function->extraCallees)};
-      if (statement->StatesNothing()) {
-        statement.reset();
-      }
-    }
-  }
-  return all;
-}
-
 // A whole program's files, the document over them and what a user does with it.
 class AnalysisRun {
  public:
-  AnalysisRun(const CodePage& codePage, size_t readingThreads)
-      : host_(codePage), reporter_(MessagesIn(codePage), boxes_) {
+  // answer: to every stop question.
+  AnalysisRun(const CodePage& codePage, size_t readingThreads, BoxAnswer answer)
+      : answer_(answer), host_(codePage), reporter_(MessagesIn(codePage), boxes_) {
     host_.host.readingThreads = readingThreads;
+    boxes_.answerWith = [answer](const RecordingBoxes::Box& box) {
+      return box.buttons == BoxButtons::kOk ? BoxAnswer::kOk : answer;
+    };
     log_.SetReporter(reporter_);
     reporter_.RegisterLogView(&log_);
     host_.files.AddDirectory("C:\\p");
@@ -89,7 +57,10 @@ class AnalysisRun {
     document_.StartAnalysis();
     Finish();
     Check();
-    return document_.FunctionTable()->Count() > 0;
+    firstFile_ = SystemFile();
+    firstFileTaken_ =
+        StatedFile(firstFile_, Table(), reporter_.Messages()).IsCoveredBy(InForce(Table()));
+    return Table().Count() > 0;
   }
 
   void LoadUserFile() {
@@ -115,19 +86,26 @@ class AnalysisRun {
     Check();
   }
 
+  // What the saved file states in names that a reader understands (a symbol may hold what a line
+  // cannot, and two functions one name) is in force again after the next analysis.
   void CheckReload() {
-    const std::vector<std::optional<Statement>> stated = InForce(Table());
-    const std::vector<bool> kept = ReadableStatements();
+    CheckSavedLines();
+    CheckFirstFileIsKept();
+    const StatedFile saved(SystemFile(), Table(), reporter_.Messages());
+    const Statements stated = Effective(saved.Stated(), Table());
+    const Statements before = Effective(InForce(Table()), Table());
     const std::vector<std::string> names = Names();
     document_.Recalculate();
     Finish();
     Check();
     Require(Names() == names, "the same files have the same functions");
-    const std::vector<std::optional<Statement>> reloaded = InForce(Table());
+    if (answer_ == BoxAnswer::kAbort) {
+      return;  // the user has given the whole file up
+    }
+    const Statements after = Effective(InForce(Table()), Table());
     for (size_t i = 0; i < names.size(); ++i) {
-      if (kept[i]) {
-        Require(reloaded[i] == stated[i], "an adjustment outlives its analysis", names[i]);
-      }
+      Require(!before[i] || stated[i] != before[i] || after[i] == before[i],
+              "an adjustment outlives its analysis", names[i]);
     }
   }
 
@@ -191,33 +169,34 @@ class AnalysisRun {
     return names;
   }
 
-  // For each function whether the saved file states what is in force for it in names that a reader
-  // understands: a symbol may hold what a line cannot, or two functions one name.
-  std::vector<bool> ReadableStatements() {
-    std::vector<bool> readable(Table().Count());
-    std::vector<bool> named(Table().Count());
-    const std::vector<std::optional<Statement>> stated = InForce(Table());
-    std::string text = host_.files.Get(kSystemFile).value_or("");
-    FuzzInput lines(text);
-    while (!lines.AtEnd()) {
-      std::string line(lines.Line());
-      line = line.substr(0, line.find('\r'));
-      SpecLineParser parser(
-          {Table(), SpecificationKind::kSystemFile, systemFile_, 1, reporter_.Messages()}, line);
-      if (!parser.Parse() || parser.Function() == nullptr) {
-        continue;
-      }
-      const uint32_t index = parser.Function()->index;
-      const Statement statement{parser.Margin(),
-                                parser.Function()->Is(FN_RECURSIVE) ? parser.Depth() : kNoDepth,
-                                Indices(parser.Callees())};
-      readable[index] = !named[index] && stated[index] == statement;
-      named[index] = true;
+  std::string SystemFile() const { return host_.files.Get(kSystemFile).value_or(""); }
+
+  // A line that is too long is the one reason for which an adjustment is not in the file.
+  void CheckSavedLines() {
+    const std::string text = SystemFile();
+    const bool wholeNames =
+        std::none_of(Table().Functions().begin(), Table().Functions().end(),
+                     [](const auto& f) { return f->name.find('\r') != std::string::npos; });
+    const bool failed = std::any_of(log_.lines.begin(), log_.lines.end(),
+                                    [](const auto& line) { return line.starts_with("W9461"); });
+    if (wholeNames && !failed) {
+      RequireEqual(static_cast<uint64_t>(std::count(text.begin(), text.end(), '\n')),
+                   Table().AdjustedCount(), "the stk system file has a line for each adjustment");
     }
-    return readable;
   }
 
-  const std::string systemFile_ = kSystemFile;
+  // The first stk system file is in force, in its place or kept beside the new one.
+  void CheckFirstFileIsKept() const {
+    bool kept = firstFileTaken_;
+    for (const std::string& path : host_.files.Paths()) {
+      kept = kept || (path.starts_with(kSystemFile) && host_.files.Get(path) == firstFile_);
+    }
+    Require(kept, "an adjustment that could not be taken is kept");
+  }
+
+  const BoxAnswer answer_;
+  std::string firstFile_;
+  bool firstFileTaken_ = false;
   TestHost host_;
   RecordingBoxes boxes_;
   MessageQueue queue_;
@@ -234,9 +213,9 @@ class AnalysisRun {
 void FuzzAnalysis(std::string_view bytes) {
   FuzzInput input(bytes);
   const CodePage& codePage = input.Page();
-  const size_t readingThreads = 1 + input.Below(2);
+  const uint32_t choices = input.Below(4);
   FuzzInput steps(input.Section());
-  AnalysisRun run(codePage, readingThreads);
+  AnalysisRun run(codePage, 1 + choices % 2, choices < 2 ? BoxAnswer::kIgnore : BoxAnswer::kAbort);
   run.PutFiles(input);
   if (!run.Open()) {
     return;

@@ -1,4 +1,8 @@
+#include <algorithm>
+#include <array>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "core/adjustments.h"
 #include "document/spec_read_job.h"
@@ -7,7 +11,9 @@
 #include "fuzz/fuzz_input.h"
 #include "fuzz/fuzzers.h"
 #include "fuzz/invariants.h"
+#include "fuzz/literal_spec.h"
 #include "fuzz/require.h"
+#include "fuzz/statements.h"
 #include "readers/library_table.h"
 #include "support/graph.h"
 
@@ -76,25 +82,7 @@ class SpecRun {
     return host.files.Get(kSpecFile).value_or("");
   }
 
-  // What is in force, as text. Adjustments that state nothing do not count: no file can hold them.
-  std::string InForce() const {
-    std::string text;
-    for (const auto& function : graph.functions.Functions()) {
-      const StkAppliedAdjustment* adjustment = function->adjustment.get();
-      if (adjustment == nullptr ||
-          (adjustment->margin == kNoMargin && adjustment->depth == kNoDepth &&
-           function->extraCallees.empty())) {
-        continue;
-      }
-      text += function->name + " " + std::to_string(adjustment->margin) + " " +
-              std::to_string(adjustment->depth);
-      for (const StkFunction* callee : function->extraCallees) {
-        text += " " + std::to_string(callee->index);
-      }
-      text += "\n";
-    }
-    return text;
-  }
+  Statements Stated() const { return InForce(graph.functions); }
 
   FuzzHost host;
   Graph graph;
@@ -140,6 +128,90 @@ void CheckAdjustments(const StkFunctionTable& functions, SpecificationKind kind)
   }
 }
 
+// A file's effect as its lines taken one by one make it.
+class LiteralReading {
+ public:
+  LiteralReading(const Choices& choices, const StkFunctionTable& table)
+      : choices_(choices), table_(table), stated_(table.Count()), librarySizes_(table.Count()) {}
+
+  void Read(std::string_view text) {
+    std::vector<bool> taken(table_.Count());
+    for (const std::string& line : LiteralLines(text)) {
+      const LiteralLine read = ReadLiterally(line, choices_.kind, table_, taken);
+      if (!read.error.empty()) {
+        if (!GoesOnAfter(read.error)) {
+          return;
+        }
+      } else if (read.statesSomething) {
+        taken[read.function->index] = true;
+        Apply(read);
+      }
+    }
+  }
+
+  // Depths where there is no recursion are dropped once the callees are known.
+  void Check(const SpecRun& run) const {
+    std::vector<std::string> told;
+    for (const std::string& line : run.host.log.lines) {
+      const std::string code = line.substr(0, 5);
+      if (code.starts_with("W9") && code != "W9417") {
+        told.push_back(code);
+      }
+    }
+    Require(told == errors_, "each error is told once, and nothing else");
+    const StkFunctionTable& table = run.graph.functions;
+    Require(Effective(stated_, table) == InForce(table), "what the lines state is in force");
+    for (const auto& function : table.Functions()) {
+      const std::optional<uint32_t>& size = librarySizes_[function->index];
+      RequireEqual(function->Is(FN_LIBRARY), size.has_value(), "a library size is from its table",
+                   function->name);
+      RequireEqual(function->librarySize, size.value_or(0), "a library size", function->name);
+    }
+  }
+
+ private:
+  bool GoesOnAfter(const std::string& error) {
+    const bool unknownName = error == "W9410" || error == "W9418";
+    if (choices_.kind == SpecificationKind::kLibraryTable) {
+      if (!unknownName) {
+        errors_.emplace_back("W9428");
+      }
+      return unknownName;
+    }
+    const bool system = choices_.kind == SpecificationKind::kSystemFile;
+    if (system && unknownName) {
+      return true;
+    }
+    const bool givesUp = system && choices_.fromCommandLine;
+    errors_.push_back(givesUp ? "W9429" : error);
+    if (givesUp || choices_.answer == BoxAnswer::kAbort) {
+      stated_.assign(stated_.size(), std::nullopt);
+      return false;
+    }
+    return true;
+  }
+
+  void Apply(const LiteralLine& line) {
+    const uint32_t index = line.function->index;
+    if (choices_.kind != SpecificationKind::kLibraryTable) {
+      Statement statement{line.margin, line.depth, {}};
+      for (const StkFunction* callee : line.callees) {
+        statement.callees.push_back(callee->index);
+      }
+      std::sort(statement.callees.begin(), statement.callees.end());
+      stated_[index] = statement;
+    } else if (line.margin != kNoMargin && !line.function->Is(FN_DEFINED)) {
+      librarySizes_[index] = line.margin;
+    }
+  }
+
+  const Choices& choices_;
+  const StkFunctionTable& table_;  // as before the reading
+  Statements stated_;
+  std::vector<std::optional<uint32_t>> librarySizes_;
+  std::vector<std::string> errors_;
+};
+
 }  // namespace
 
 void FuzzSpec(std::string_view bytes) {
@@ -148,7 +220,10 @@ void FuzzSpec(std::string_view bytes) {
   const std::string_view text = input.Rest();
 
   SpecRun atOnce(choices, SIZE_MAX);
+  LiteralReading literal(choices, atOnce.graph.functions);
+  literal.Read(text);
   atOnce.Read(choices.kind, text);
+  literal.Check(atOnce);
   CheckDatabase(atOnce.graph.functions);
   CheckResults(atOnce.graph.functions, atOnce.roots);
   CheckTopLevel(atOnce.graph.functions, std::vector<bool>(atOnce.graph.functions.Count()));
@@ -158,13 +233,13 @@ void FuzzSpec(std::string_view bytes) {
   if (choices.readLimit <= 100) {
     SpecRun inPieces(choices, choices.readLimit);
     inPieces.Read(choices.kind, text);
-    RequireEqual(inPieces.InForce(), atOnce.InForce(), "a file says the same however it is read");
+    Require(inPieces.Stated() == atOnce.Stated(), "a file says the same however it is read");
     Require(inPieces.host.log.lines == atOnce.host.log.lines, "and is answered the same");
   }
 
   SpecRun readBack(choices, SIZE_MAX);
   readBack.Read(SpecificationKind::kSystemFile, atOnce.Write());
-  RequireEqual(readBack.InForce(), atOnce.InForce(), "what is written reads back");
+  Require(readBack.Stated() == atOnce.Stated(), "what is written reads back");
   Require(readBack.host.log.lines.empty(), "what is written has no error");
 }
 

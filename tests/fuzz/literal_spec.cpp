@@ -1,0 +1,275 @@
+#include "fuzz/literal_spec.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace velkor::testing {
+
+namespace {
+
+constexpr size_t kLineLimit = 5120;
+constexpr size_t kMostCallees = 1024;
+
+struct Name {
+  std::string written, file, function;
+  bool bracketed = false;
+  std::string error;
+};
+
+std::string FormatErrorOf(SpecificationKind kind) {
+  return kind == SpecificationKind::kUserFile       ? "W9426"
+         : kind == SpecificationKind::kLibraryTable ? "W9428"
+                                                    : "W9429";
+}
+
+// An ordinary number as C writes it, what follows its digits aside.
+std::optional<uint64_t> LeadingNumber(const std::string& text) {
+  int base = 10;
+  size_t first = 0;
+  if (text.starts_with("0x") || text.starts_with("0X")) {
+    base = 16;
+    first = 2;
+  } else if (text.starts_with("0")) {
+    base = 8;
+  }
+  const std::string digits =
+      std::string("0123456789abcdefABCDEF").substr(0, base == 16 ? 22 : static_cast<size_t>(base));
+  const size_t end = std::min(text.find_first_not_of(digits, first), text.size());
+  if (end == first) {
+    return std::nullopt;
+  }
+  const size_t significant = std::min(text.find_first_not_of('0', first), end);
+  if (end - significant > 11) {
+    return std::nullopt;
+  }
+  const uint64_t value =
+      std::stoull("0" + text.substr(significant, end - significant), nullptr, base);
+  return value > 0xFFFFFFFF ? std::nullopt : std::optional(value);
+}
+
+class LiteralParser {
+ public:
+  LiteralParser(std::string_view line, SpecificationKind kind, const StkFunctionTable& table)
+      : table_(table), codePage_(table.GetCodePage()), kind_(kind) {
+    const std::string_view text = line.substr(0, line.find('\0'));
+    for (size_t i = 0; i < text.size(); i += codePage_.CharLength(text, i)) {
+      characters_.emplace_back(text.substr(i, codePage_.CharLength(text, i)));
+    }
+  }
+
+  LiteralLine Parse(const std::vector<bool>& taken) {
+    SkipBlanks();
+    if (AtEnd() || Next() == "#") {
+      return line_;
+    }
+    const Name name = TakeName(FormatErrorOf(kind_));
+    if (Fails(name.error)) {
+      return line_;
+    }
+    line_.function = Find(name);
+    if (line_.function == nullptr) {
+      Fails("W9410");
+    } else if (kind_ != SpecificationKind::kLibraryTable && taken[line_.function->index]) {
+      Fails("W9424");
+    } else {
+      SkipBlanks();
+      while (line_.error.empty() && !AtEnd()) {
+        TakeAttribute();
+      }
+    }
+    return line_;
+  }
+
+ private:
+  bool AtEnd() const { return next_ == characters_.size(); }
+  const std::string& Next() const { return characters_[next_]; }
+  bool Fails(const std::string& error) {
+    line_.error = error;
+    return !error.empty();
+  }
+  bool AtBlank() const { return codePage_.IsBlank(Next(), 0); }
+  void SkipBlanks() {
+    while (!AtEnd() && AtBlank()) {
+      ++next_;
+    }
+  }
+  std::vector<std::string> TakeWord() {
+    std::vector<std::string> word;
+    while (!AtEnd() && Next() != "," && !AtBlank()) {
+      word.push_back(characters_[next_++]);
+    }
+    return word;
+  }
+  static std::string Joined(const std::vector<std::string>& word) {
+    std::string text;
+    for (const std::string& character : word) {
+      text += character;
+    }
+    return text;
+  }
+
+  Name TakeName(const std::string& brokenBracket) {
+    std::vector<std::string> word = TakeWord();
+    Name name;
+    name.written = Joined(word);
+    if (!word.empty() && word.front() == "[") {
+      if (word.size() < 2 || word.back() != "]") {
+        name.error = brokenBracket;
+        return name;
+      }
+      name.bracketed = true;
+      word = {word.begin() + 1, word.end() - 1};
+    }
+    const auto mark = std::find(word.rbegin(), word.rend(), "#");
+    const auto function = mark.base();
+    const bool qualified = mark != word.rend();
+    name.function = Joined({function, word.end()});
+    name.file = qualified ? Joined({word.begin(), function - 1}) : "";
+    if (qualified && name.file.empty()) {
+      name.error = "W9418";
+    } else if (name.file.size() > 255) {
+      name.error = "W9411";
+    } else if (name.function.size() > (name.bracketed ? 1021U : 1022U)) {
+      name.error = "W9412";
+    }
+    return name;
+  }
+
+  StkFunction* Find(const Name& name) const {
+    if (name.written.empty()) {
+      return nullptr;
+    }
+    StkFunction* found = nullptr;
+    if (!name.bracketed && name.function.starts_with('_')) {
+      found = FindSymbol(name.function, name.file);
+    }
+    return found != nullptr ? found : FindSymbol("_" + name.function, name.file);
+  }
+  StkFunction* FindSymbol(const std::string& symbol, const std::string& file) const {
+    StkFunction* other = nullptr;
+    for (const auto& function : table_.Functions()) {
+      if (function->name != symbol) {
+        continue;
+      }
+      const bool isStatic = function->Is(FN_DEFINED) && !function->Is(FN_GLOBAL);
+      if (!file.empty()) {
+        if (isStatic && codePage_.EqualIgnoreCase(function->file->BaseName(codePage_), file)) {
+          return function.get();
+        }
+      } else if (function->Is(FN_GLOBAL)) {
+        return function.get();
+      } else if (other == nullptr) {
+        other = function.get();
+      }
+    }
+    return other;
+  }
+
+  void TakeAttribute() {
+    if (Next() != ",") {
+      Fails(afterCallee_ ? "W9419" : FormatErrorOf(kind_));
+      return;
+    }
+    ++next_;
+    SkipBlanks();
+    const std::string rest =
+        Joined({characters_.begin() + static_cast<std::ptrdiff_t>(next_), characters_.end()});
+    afterCallee_ = rest.starts_with("CALL=");
+    if (rest.starts_with("ADD=")) {
+      next_ += 4;
+      TakeMargin(LeadingNumber(Joined(TakeWord())));
+    } else if (rest.starts_with("RECTIME=")) {
+      next_ += 8;
+      TakeDepth(LeadingNumber(Joined(TakeWord())));
+    } else if (afterCallee_) {
+      next_ += 5;
+      TakeCallee();
+    } else {
+      Fails(FormatErrorOf(kind_));
+    }
+    SkipBlanks();
+  }
+  void TakeMargin(std::optional<uint64_t> number) {
+    if (!number || *number > kSizeLimit) {
+      Fails("W9413");
+    } else if (line_.margin != kNoMargin) {
+      Fails("W9414");
+    } else {
+      line_.margin = static_cast<uint32_t>(*number);
+      line_.statesSomething = true;
+    }
+  }
+  void TakeDepth(std::optional<uint64_t> number) {
+    if (!number || *number == 0) {
+      Fails("W9415");
+    } else if (line_.depth != kNoDepth) {
+      Fails("W9416");
+    } else {
+      line_.depth = static_cast<uint32_t>(*number);
+      line_.statesSomething = true;
+    }
+  }
+  void TakeCallee() {
+    const Name name = TakeName("W9418");
+    if (Fails(name.error)) {
+      return;
+    }
+    if (++calleesMet_ > kMostCallees) {
+      Fails("W9423");
+      return;
+    }
+    StkFunction* callee = Find(name);
+    if (callee == nullptr) {
+      Fails("W9418");
+      return;
+    }
+    const auto has = [callee](const StkFunctionList& list) {
+      return std::find(list.begin(), list.end(), callee) != list.end();
+    };
+    if (!has(line_.function->callees) && !has(line_.callees)) {
+      line_.callees.push_back(callee);
+      line_.statesSomething = true;
+    }
+  }
+
+  const StkFunctionTable& table_;
+  const CodePage& codePage_;
+  const SpecificationKind kind_;
+  std::vector<std::string> characters_;
+  size_t next_ = 0;
+  bool afterCallee_ = false;
+  size_t calleesMet_ = 0;
+  LiteralLine line_;
+};
+
+}  // namespace
+
+LiteralLine ReadLiterally(std::string_view line, SpecificationKind kind,
+                          const StkFunctionTable& table, const std::vector<bool>& taken) {
+  if (line.size() >= kLineLimit) {
+    LiteralLine tooLong;
+    tooLong.error = "W9425";
+    return tooLong;
+  }
+  return LiteralParser(line, kind, table).Parse(taken);
+}
+
+std::vector<std::string> LiteralLines(std::string_view text) {
+  std::vector<std::string> lines;
+  std::string line;
+  for (size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\r' && text[i] != '\n') {
+      line += text[i];
+      continue;
+    }
+    lines.push_back(line);
+    line.clear();
+    i += text.substr(i, 2) == "\r\n" ? 1U : 0U;
+  }
+  if (!line.empty()) {
+    lines.push_back(line);
+  }
+  return lines;
+}
+
+}  // namespace velkor::testing
