@@ -157,7 +157,10 @@ class AnalysisRun {
     }
     if (const auto adjustment = form.BuildAdjustment()) {
       Require(document_.AdjustFunction(function, *adjustment), "a function can be adjusted");
-      Require(function.adjustment != nullptr, "then it is adjusted", function.name);
+      Require(function.adjustment != nullptr && function.adjustment->margin == adjustment->margin,
+              "then it is adjusted", function.name);
+      Require(function.extraCallees == form.AddedCallees(), "then it calls what was added",
+              function.name);
     }
   }
 

@@ -7,6 +7,7 @@
 #include "fuzz/invariants.h"
 #include "fuzz/require.h"
 #include "readers/module_entry.h"
+#include "readers/module_parser.h"
 #include "readers/module_reader.h"
 
 namespace velkor::testing {
@@ -15,10 +16,35 @@ namespace {
 
 constexpr const char* kModule = "C:\\p\\m.asm";
 
+enum class Reading {
+  kWhole,     // by the reader
+  kEachLine,  // by the parser alone: no line is passed over unseen
+};
+
+// What the reader must come to the same as.
+void ReadEachLine(StkTextWriter& file, const CodePage& codePage, ModuleRecording& recording) {
+  ModuleParser parser(codePage, recording);
+  TextLine line;
+  uint32_t number = 0;
+  bool accepted = true;
+  while (accepted && file.ReadLine(line, 5119)) {
+    ++number;
+    if (line.length > 5119) {
+      recording.events.push_back({ModuleRecording::Step::kLongLine, number});
+    }
+    accepted = parser.HandleLine(line);
+  }
+  recording.lastLine = number;
+  recording.end = !accepted     ? ModuleRecording::End::kFormatError
+                  : number == 0 ? ModuleRecording::End::kNoLine
+                                : ModuleRecording::End::kWhole;
+}
+
 // One analysis of modules that are read one after another.
 class ModuleRun {
  public:
-  ModuleRun(const CodePage& page, size_t readLimit) : host(page) {
+  ModuleRun(const CodePage& page, Reading reading, size_t readLimit)
+      : host(page), reading_(reading) {
     host.files.SetReadLimit(readLimit);
   }
 
@@ -27,7 +53,11 @@ class ModuleRun {
     StkTextWriter file(host.host);
     Require(file.OpenForRead(kModule).ok, "a module opens");
     ModuleRecording recording;
-    StkAsmModuleReader(file, stopEvent_, host.codePage, recording).Read();
+    if (reading_ == Reading::kEachLine) {
+      ReadEachLine(file, host.codePage, recording);
+    } else {
+      StkAsmModuleReader(file, stopEvent_, host.codePage, recording).Read();
+    }
     const std::string path = kModule;
     ModuleEntry entry(path, {functions, files, project}, host.host, host.reporter);
     const size_t linesBefore = host.log.lines.size();
@@ -67,6 +97,7 @@ class ModuleRun {
   StkProject project{host.host, host.reporter};
 
  private:
+  const Reading reading_;
   Event stopEvent_{Event::Reset::kManual};
 };
 
@@ -88,16 +119,17 @@ void FuzzModule(std::string_view bytes) {
   const std::string_view first = input.Section();
   const std::string_view second = input.Section();
 
-  ModuleRun atOnce(codePage, SIZE_MAX);
-  ModuleRun inPieces(codePage, readLimit);
-  for (ModuleRun* run : {&atOnce, &inPieces}) {
+  ModuleRun atOnce(codePage, Reading::kWhole, SIZE_MAX);
+  ModuleRun otherwise(codePage, readLimit % 2 == 0 ? Reading::kWhole : Reading::kEachLine,
+                      readLimit);
+  for (ModuleRun* run : {&atOnce, &otherwise}) {
     run->Read(first);
     if (!second.empty()) {
       run->Read(second);
     }
     CheckRecords(run->functions);
   }
-  RequireEqual(inPieces.Said(), atOnce.Said(), "a module says the same however it is read");
+  RequireEqual(otherwise.Said(), atOnce.Said(), "a module says the same however it is read");
   atOnce.host.CheckAllMessages(IsWhole(first, codePage) && IsWhole(second, codePage));
 
   StkRootList roots;

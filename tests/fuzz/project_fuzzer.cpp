@@ -17,6 +17,7 @@ namespace velkor::testing {
 namespace {
 
 constexpr const char* kProject = "C:\\p\\app.prj";
+constexpr const char* kFolder = "C:\\p\\out";  // the one that exists
 
 std::string Trimmed(const std::string& text) {
   const size_t first = text.find_first_not_of(" \t\v\f");
@@ -103,9 +104,13 @@ void CheckLookups(const LiteralProfile& literal, const ProfileFile& profile) {
   }
 }
 
-void CheckOptions(const StkProject& project, const LiteralProfile& literal) {
+std::string OptionsSection(const LiteralProfile& literal) {
   const std::string mode = literal.Value("Options.Tarn", "BuildMode");
-  const std::string section = "Options.CCTarn " + (mode.empty() ? "0" : mode);
+  return "Options.CCTarn " + (mode.empty() ? "0" : mode);
+}
+
+void CheckOptions(const StkProject& project, const LiteralProfile& literal) {
+  const std::string section = OptionsSection(literal);
   const auto isOn = [&](const char* key) {
     return std::strtol(literal.Value(section, key).c_str(), nullptr, 10) != 0;
   };
@@ -114,20 +119,50 @@ void CheckOptions(const StkProject& project, const LiteralProfile& literal) {
   Require(project.FloatingPoint() == isOn("Floatingpoint"), "the floating point option");
 }
 
-void CheckProject(StkProject& project, const LiteralProfile& literal, const CodePage& codePage) {
-  Require(!project.ProjectDirectory().empty(), "a project has a directory");
-  size_t sources = 0;
-  while (sources < StkProject::kMaxSources &&
-         !literal.Value("SrcFile", "Source" + std::to_string(sources + 1)).empty()) {
-    ++sources;
-  }
-  Require(project.Modules().size() <= sources, "a source has at most one module");
-  for (size_t i = 0; i < project.Modules().size(); ++i) {
-    Require(!project.Modules()[i].empty(), "a module has a path");
-    for (size_t earlier = 0; earlier < std::min<size_t>(i, 50); ++earlier) {
-      Require(!codePage.EqualIgnoreCase(project.Modules()[i], project.Modules()[earlier]),
-              "no module is listed twice", project.Modules()[i]);
+// Where the module of each C source lies, each path once.
+std::vector<std::string> LiteralModules(const StkProject& project, const LiteralProfile& literal,
+                                        const FuzzHost& host) {
+  const CodePage& codePage = host.codePage;
+  const std::string& folder = project.ProjectDirectory();
+  std::vector<std::string> modules;
+  for (int i = 1; i <= StkProject::kMaxSources; ++i) {
+    const std::string source = literal.Value("SrcFile", "Source" + std::to_string(i));
+    if (source.empty()) {
+      break;
     }
+    const std::string extension(Extension(source, codePage));
+    if (extension != ".c" && extension != ".C") {
+      continue;
+    }
+    const std::string file(FileNamePart(AbsoluteAgainst(source, folder, host.host), codePage));
+    std::string setting = literal.Value(OptionsSection(literal) + " " + file, "Outasmsrccmb0");
+    setting = setting.empty() ? literal.Value(OptionsSection(literal), "Outasmsrccmb0") : setting;
+    std::string path = AbsoluteAgainst(setting.empty() ? folder : setting, folder, host.host);
+    if (path == kFolder) {
+      path = Join(path, ReplaceExtension(file, ".asm", codePage), codePage);
+    } else if (Extension(path, codePage).empty()) {
+      path += ".asm";
+    } else if (Extension(path, codePage) == ".") {
+      path.pop_back();
+    }
+    if (path.starts_with('/')) {
+      path = host.paths.FullPathName(path).value_or(path);
+    }
+    if (std::none_of(modules.begin(), modules.end(), [&](const std::string& earlier) {
+          return codePage.EqualIgnoreCase(earlier, path);
+        })) {
+      modules.push_back(path);
+    }
+  }
+  return modules;
+}
+
+void CheckProject(StkProject& project, const LiteralProfile& literal, const FuzzHost& host) {
+  Require(!project.ProjectDirectory().empty(), "a project has a directory");
+  const std::vector<std::string> expected = LiteralModules(project, literal, host);
+  RequireEqual(project.Modules().size(), expected.size(), "a project has a module for each source");
+  for (size_t i = 0; i < expected.size(); ++i) {
+    RequireEqual(project.Modules()[i], expected[i], "a module is where it is looked for");
   }
   RequireEqual(project.SystemFilePath(), "C:\\p\\app.psg", "the stk system file");
   const auto specSources = project.BuildSpecSources();
@@ -145,7 +180,7 @@ void FuzzProject(std::string_view bytes) {
   const std::string_view text = input.Rest();
   FuzzHost host(codePage);
   host.files.SetReadLimit((choices & 4) != 0 ? 1 + choices % 7 : SIZE_MAX);
-  host.files.AddDirectory("C:\\p\\out");
+  host.files.AddDirectory(kFolder);
   host.files.Put(kProject, std::string(text));
   host.reporter.SetOpenedFromCommandLine((choices & 1) != 0);
 
@@ -157,7 +192,7 @@ void FuzzProject(std::string_view bytes) {
                "a project that states a directory is one");
   RequireEqual(host.boxes.boxes.size(), loaded ? 0 : 1, "a failure is told once");
   if (loaded) {
-    CheckProject(project, literal, codePage);
+    CheckProject(project, literal, host);
     CheckOptions(project, literal);
   }
   host.CheckAllMessages(IsWhole(text, codePage));
