@@ -24,7 +24,6 @@ void StkAnalysisJob::Run() {
     return;
   }
   if (!ReadModules()) {
-    parts_.functions.Clear();
     return;
   }
   parts_.functions.ResolveAllCalls();

@@ -21,8 +21,8 @@ struct AnalysisParts {
   StkFunctionTable& functions;
 };
 
-// Enters the modules of the project in order and resolves their calls. When it is stopped it
-// empties the function table and posts no end notification.
+// Enters the modules of the project in order and resolves their calls. When it is stopped it posts
+// no end notification, and what it has entered so far is the owner's to discard.
 class StkAnalysisJob : public StkJob {
  public:
   StkAnalysisJob(AnalysisParts parts, MessageTarget& mainWindow);

@@ -7,6 +7,13 @@
 
 namespace velkor {
 
+namespace {
+
+// Functions that are gone before a user notices.
+constexpr uint32_t kDestroyedAtOnce = 20000;
+
+}  // namespace
+
 CStkDoc::CStkDoc(Host& host, StkReporter& reporter, MessageTarget& mainWindow)
     : host_(host), reporter_(reporter), mainWindow_(mainWindow) {}
 
@@ -48,10 +55,23 @@ void CStkDoc::DeleteContents() {
   StopAllJobs();
   currentSelection_ = nullptr;
   project_.reset();
-  fileTable_.reset();
+  DiscardTables();
+  knownSystemFile_.reset();
+}
+
+void CStkDoc::MakeTables() {
+  fileTable_ = std::make_unique<StkFileTable>(host_.codePage);
+  functionTable_ = std::make_unique<StkFunctionTable>(host_.codePage);
+  rootList_ = std::make_unique<StkRootList>();
+}
+
+void CStkDoc::DiscardTables() {
+  if (functionTable_ && functionTable_->Count() > kDestroyedAtOnce) {
+    disposal_.Dispose({std::move(rootList_), std::move(functionTable_), std::move(fileTable_)});
+  }
   rootList_.reset();
   functionTable_.reset();
-  knownSystemFile_.reset();
+  fileTable_.reset();
 }
 
 bool CStkDoc::LoadProject(std::string_view path) {
@@ -72,24 +92,21 @@ void CStkDoc::StartAnalysis() {
   if (!project_ || fileTable_) {
     return;
   }
-  fileTable_ = std::make_unique<StkFileTable>(host_.codePage);
-  functionTable_ = std::make_unique<StkFunctionTable>(host_.codePage);
-  rootList_ = std::make_unique<StkRootList>();
+  MakeTables();
   analysisJob_ = std::make_unique<StkAnalysisJob>(
       AnalysisParts{host_, reporter_, *project_, *fileTable_, *functionTable_}, mainWindow_);
   analysisJob_->Start();
 }
 
-// A job that had just read its last module has not emptied the table itself; functions without
-// totals must not be left behind.
+// Functions without totals must not be left behind.
 void CStkDoc::StopAnalysis() {
   if (!analysisJob_) {
     return;
   }
   analysisJob_->Stop();
   analysisJob_.reset();
-  functionTable_->Clear();
-  fileTable_->Clear();
+  DiscardTables();
+  MakeTables();
 }
 
 void CStkDoc::FinishAnalysis() {

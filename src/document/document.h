@@ -11,6 +11,7 @@
 #include "core/file_table.h"
 #include "core/function_table.h"
 #include "core/root_list.h"
+#include "document/background_disposal.h"
 #include "document/jobs.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
@@ -121,6 +122,8 @@ class CStkDoc {
 
  private:
   void StopAllJobs();
+  void MakeTables();
+  void DiscardTables();
   bool StartChange();
   void ChangeEnded(bool calleesChanged);
   void StartReading(std::vector<std::unique_ptr<StkSpecReader>> sources);
@@ -150,6 +153,7 @@ class CStkDoc {
   bool systemSaveDue_ = false;
   // Fingerprint of the stk system file whose adjustments are all in force.
   std::optional<uint64_t> knownSystemFile_;
+  BackgroundDisposal disposal_;
 };
 
 }  // namespace velkor

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "platform/worker_thread.h"
+
+namespace velkor {
+
+// Destroys what is large in a thread of its own: a million records take longer to give back than a
+// user should wait. What is disposed of must need nothing else for its end. The destructor waits
+// until everything is gone; so does Dispose for what was disposed of before.
+class BackgroundDisposal {
+ public:
+  void Dispose(std::vector<std::shared_ptr<void>> things);
+
+ private:
+  std::unique_ptr<WorkerThread> thread_;
+};
+
+}  // namespace velkor
