@@ -25,11 +25,11 @@ measure_modules() {
   ratio_row "" "$elapsed" "$processor" "cat" "$cat"
 }
 
-# benchmark_times PROGRAM FILTER: prints name and microseconds of each benchmark: its counter
+# benchmark_times PROGRAM FILTER REPETITIONS: prints name and microseconds of each benchmark: its counter
 # median_ms where it has one, else the processor time of an iteration; of the fastest of several
 # repetitions.
 benchmark_times() {
-  "$programs/$1" --benchmark_filter="$2" --benchmark_repetitions=3 --benchmark_format=csv \
+  "$programs/$1" --benchmark_filter="$2" --benchmark_repetitions="$3" --benchmark_format=csv \
     2>/dev/null | tr -d '"' | awk -F, '
       BEGIN { unit["ns"] = 1e-3; unit["us"] = 1; unit["ms"] = 1e3; unit["s"] = 1e6 }
       $1 == "name" { for (i = 1; i <= NF; ++i) if ($i == "median_ms") median = i }
@@ -47,12 +47,12 @@ measure_recompute() {
   local name time
   while read -r name time; do
     limit_row "$name" "$time" "$time" 600000
-  done < <(benchmark_times recompute_bench '^Rebuild/.*/1000000')
+  done < <(benchmark_times recompute_bench '^Rebuild/.*/1000000' 3)
   local seen=
   while read -r name time; do
     seen=yes
     limit_row "$name, median" "$time" "$time" 1000
-  done < <(benchmark_times recompute_bench 'Margin/.*/1000000')
+  done < <(benchmark_times recompute_bench 'Margin/.*/1000000' 1)
   if [ -z "$seen" ]; then
     print_row "one margin change, median" "not measured" - - - "<= 1.0 ms" -
   fi
