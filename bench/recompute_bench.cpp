@@ -1,9 +1,13 @@
+#include <algorithm>
 #include <benchmark/benchmark.h>
+#include <chrono>
 #include <cstdint>
 #include <malloc.h>
 #include <memory>
 #include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "core/adjustments.h"
 #include "core/function_table.h"
@@ -28,13 +32,13 @@ struct Database {
     for (uint32_t i = 0; i < count; ++i) {
       StkFunction& function = functions.AddDefined(Name(i), files.Intern("C:\\p\\a.c"));
       function.flags |= FN_GLOBAL;
-      function.frameSize = 1 + i % 7;
+      function.frameSize = 8 + i % 61;
     }
   }
 
   std::string Name(uint32_t index) const { return "_function" + std::to_string(index); }
   void Call(uint32_t caller, uint32_t callee) {
-    functions.Functions()[caller]->AddCallName(Name(callee));
+    functions.AddCallName(*functions.Functions()[caller], Name(callee));
   }
   void Finish() {
     functions.ResolveAllCalls();
@@ -78,8 +82,7 @@ std::unique_ptr<Database> Random(uint32_t count) {
   auto database = std::make_unique<Database>(count);
   std::mt19937 random(1);
   for (uint32_t call = 0; call < 4 * count; ++call) {
-    const auto caller = static_cast<uint32_t>(random() % count);
-    database->Call(caller, static_cast<uint32_t>(random() % count));
+    database->Call(call / 4, static_cast<uint32_t>(random() % count));
   }
   return database;
 }
@@ -88,30 +91,110 @@ std::unique_ptr<Database> Random(uint32_t count) {
 std::unique_ptr<Database> Layered(uint32_t count) {
   auto database = std::make_unique<Database>(count);
   std::mt19937 random(2);
-  for (uint32_t call = 0; call < 4 * count; ++call) {
-    const auto caller = static_cast<uint32_t>(random() % (count - 1));
+  for (uint32_t call = 0; call < 4 * (count - 1); ++call) {
+    const uint32_t caller = call / 4;
     database->Call(caller, caller + 1 + static_cast<uint32_t>(random() % (count - 1 - caller)));
+  }
+  return database;
+}
+
+// Rings of ten functions, each of which calls into the next ring.
+std::unique_ptr<Database> ChainOfRings(uint32_t count) {
+  constexpr uint32_t kRing = 10;
+  auto database = std::make_unique<Database>(count);
+  for (uint32_t i = 0; i < count; ++i) {
+    database->Call(i, (i + 1) % kRing != 0 ? i + 1 : i + 1 - kRing);
+    if (i + kRing < count) {
+      database->Call(i, i + kRing);
+    }
+  }
+  return database;
+}
+
+// One function that all others call.
+std::unique_ptr<Database> Shared(uint32_t count) {
+  auto database = std::make_unique<Database>(count);
+  for (uint32_t i = 1; i < count; ++i) {
+    database->Call(i, 0);
   }
   return database;
 }
 
 using Generator = std::unique_ptr<Database> (*)(uint32_t count);
 
-void Run(benchmark::State& state, Generator generate, bool rebuild) {
+void Rebuild(benchmark::State& state, Generator generate) {
   const std::unique_ptr<Database> database = generate(static_cast<uint32_t>(state.range(0)));
   database->Finish();
   database->Compute(true);
   for (auto _ : state) {
-    database->Compute(rebuild);
+    database->Compute(true);
   }
   state.counters["bytes/function"] = database->BytesPerFunction();
 }
 
-void Rebuild(benchmark::State& state, Generator generate) {
-  Run(state, generate, true);
+double Milliseconds(const std::vector<double>& sorted, size_t percent) {
+  return 1000 * sorted[(sorted.size() - 1) * percent / 100];
 }
-void TotalsOnly(benchmark::State& state, Generator generate) {
-  Run(state, generate, false);
+
+// One adjustment after another, each of any function. shown: as the window does it, with the
+// warnings about what is over the limit; else only the totals.
+void OneMargin(benchmark::State& state, Generator generate, bool shown) {
+  const auto count = static_cast<uint32_t>(state.range(0));
+  const std::unique_ptr<Database> database = generate(count);
+  database->Finish();
+  database->Compute(true);
+  std::mt19937 random(3);
+  std::vector<double> seconds;
+  for (auto _ : state) {
+    StkAdjustment adjustment;
+    adjustment.margin = static_cast<uint32_t>(random() % 100);
+    StkFunction& function = *database->functions.Functions()[random() % count];
+    const auto start = std::chrono::steady_clock::now();
+    if (shown) {
+      AdjustFunction(database->functions, database->roots, function, adjustment,
+                     database->reporter);
+    } else {
+      database->functions.SetPendingAdjustment(function, std::move(adjustment));
+      database->Compute(false);
+    }
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+    seconds.push_back(took.count());
+  }
+  std::ranges::sort(seconds);
+  state.counters["median_ms"] = Milliseconds(seconds, 50);
+  state.counters["p99_ms"] = Milliseconds(seconds, 99);
+}
+
+// From the collected call names to linked functions.
+void Resolve(benchmark::State& state, Generator generate) {
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::unique_ptr<Database> database = generate(static_cast<uint32_t>(state.range(0)));
+    state.ResumeTiming();
+    database->Finish();
+    state.PauseTiming();
+    database.reset();
+    state.ResumeTiming();
+  }
+}
+
+// The names and call names as a reader hands them over.
+void Collect(benchmark::State& state, Generator generate) {
+  for (auto _ : state) {
+    std::unique_ptr<Database> database = generate(static_cast<uint32_t>(state.range(0)));
+    state.PauseTiming();
+    database.reset();
+    state.ResumeTiming();
+  }
+}
+
+void SortAll(benchmark::State& state, Generator generate) {
+  const std::unique_ptr<Database> database = generate(static_cast<uint32_t>(state.range(0)));
+  for (auto _ : state) {
+    StkFunctionList all = database->functions.Functions();
+    SortByName(all, database->codePage);
+    benchmark::DoNotOptimize(all);
+  }
 }
 
 void Sizes(benchmark::internal::Benchmark* bench) {
@@ -125,8 +208,13 @@ BENCHMARK_CAPTURE(Rebuild, chain, Chain)->Apply(Sizes);
 BENCHMARK_CAPTURE(Rebuild, ring, Ring)->Apply(Sizes);
 BENCHMARK_CAPTURE(Rebuild, random, Random)->Apply(Sizes);
 BENCHMARK_CAPTURE(Rebuild, layered, Layered)->Apply(Sizes);
-BENCHMARK_CAPTURE(TotalsOnly, random, Random)->Apply(Largest);
-BENCHMARK_CAPTURE(TotalsOnly, layered, Layered)->Apply(Largest);
+BENCHMARK_CAPTURE(Rebuild, chain_of_rings, ChainOfRings)->Apply(Sizes);
+BENCHMARK_CAPTURE(Rebuild, shared, Shared)->Apply(Sizes);
+BENCHMARK_CAPTURE(OneMargin, layered, Layered, true)->Apply(Largest)->Iterations(2000);
+BENCHMARK_CAPTURE(OneMargin, random, Random, false)->Apply(Largest)->Iterations(2000);
+BENCHMARK_CAPTURE(Collect, random, Random)->Apply(Largest);
+BENCHMARK_CAPTURE(Resolve, random, Random)->Apply(Largest);
+BENCHMARK_CAPTURE(SortAll, random, Random)->Apply(Largest);
 
 }  // namespace
 }  // namespace velkor

@@ -162,7 +162,7 @@ class WindowBench {
     CStkDoc& document = application_.Context().document;
     Measure("views alone: sizes", [&] { document.UpdateAllViews(nullptr, HINT_SIZES); });
     Measure("views alone: structure", [&] { document.UpdateAllViews(nullptr, HINT_STRUCTURE); });
-    callee_ = document.FunctionTable()->Functions().back().get();
+    callee_ = document.FunctionTable()->Functions().back();
     Measure("adjust: a callee", [&] {
       Choose(Command::kAdjustStackSize);
       Finish();

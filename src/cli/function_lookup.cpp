@@ -49,7 +49,7 @@ StkFunctionList Select(const StkFunctionTable& functions, Predicate holds) {
   StkFunctionList selected;
   for (const auto& function : functions.Functions()) {
     if (holds(*function)) {
-      selected.push_back(function.get());
+      selected.push_back(function);
     }
   }
   return selected;
@@ -126,7 +126,7 @@ std::vector<std::string> NearNames(const StkFunctionTable& functions, std::strin
   for (const auto& function : functions.Functions()) {
     const size_t farness = Farness(CName(*function), wanted, codePage);
     if (farness != kNotNear) {
-      near.emplace_back(farness, function.get());
+      near.emplace_back(farness, function);
     }
   }
   std::stable_sort(near.begin(), near.end(),

@@ -77,7 +77,7 @@ void WriteSection(const AnalysisResult& result, const FunctionSection& section,
   StkFunctionList functions;
   for (const auto& function : result.functions.Functions()) {
     if (section.holds(*function)) {
-      functions.push_back(function.get());
+      functions.push_back(function);
     }
   }
   SortByName(functions, result.codePage);

@@ -16,10 +16,11 @@ void PutInForce(StkFunction& function, uint32_t margin, uint32_t depth) {
 }
 
 // Whether the function had extra callees.
-bool Cancel(StkFunction& function, StkReporter& reporter) {
+bool Cancel(StkFunctionTable& table, StkFunction& function, StkReporter& reporter) {
   const bool hadCallees = !function.extraCallees.empty();
   function.adjustment.reset();
   function.extraCallees.clear();
+  table.Touch(function);
   const std::string name = FunctionSpecName(function, reporter.Messages().GetCodePage());
   reporter.LogMessage(MessageKey::kSpecificationCanceled, {name});
   return hadCallees;
@@ -52,6 +53,7 @@ bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& fu
     table.SetAdjustedCount(table.AdjustedCount() + 1);
   }
   PutInForce(function, adjustment.margin, adjustment.depth);
+  table.Touch(function);
   StkFunctionList callees = adjustment.callees.value_or(StkFunctionList());
   if (callees != function.extraCallees) {
     function.extraCallees = std::move(callees);
@@ -73,7 +75,7 @@ bool CancelAdjustment(StkFunctionTable& table, StkRootList& roots, StkFunction& 
   if (function.adjustment == nullptr) {
     return false;
   }
-  const bool changed = Cancel(function, reporter);
+  const bool changed = Cancel(table, function, reporter);
   table.SetAdjustedCount(table.AdjustedCount() - 1);
   Recompute(table, roots, changed, nullptr, nullptr, reporter);
   return changed;
@@ -84,9 +86,9 @@ bool CancelAllAdjustments(StkFunctionTable& table, StkRootList& roots, StkReport
     return false;
   }
   bool changed = false;
-  for (const auto& function : table.Functions()) {
+  for (StkFunction* function : table.Functions()) {
     if (function->adjustment != nullptr) {
-      changed = Cancel(*function, reporter) || changed;
+      changed = Cancel(table, *function, reporter) || changed;
     }
   }
   table.SetAdjustedCount(0);
@@ -99,7 +101,7 @@ void CheckRecursionDepths(StkFunctionTable& table, SpecificationSource& source, 
   const bool ask = source.Kind() == SpecificationKind::kUserFile;
   Event neverStopped{Event::Reset::kManual};
   StopAnswer answer = source.Answer();
-  for (const auto& function : table.Functions()) {
+  for (StkFunction* function : table.Functions()) {
     StkAdjustment* pending = function->pendingAdjustment.get();
     if (pending == nullptr || pending->depth == kNoDepth || function->Is(FN_RECURSIVE)) {
       continue;

@@ -3,15 +3,15 @@
 namespace velkor {
 
 CallGraph::CallGraph(const StkFunctionTable& table) {
-  for (const auto& function : table.Functions()) {
-    Append(*function);
+  for (const StkFunction* function : table.Functions()) {
+    Append(table, *function);
   }
 }
 
-void CallGraph::Append(const StkFunction& function) {
+void CallGraph::Append(const StkFunctionTable& table, const StkFunction& function) {
   for (const StkFunctionList* list : {&function.callees, &function.extraCallees}) {
     for (const StkFunction* callee : *list) {
-      callees_.push_back(callee->index);
+      callees_.push_back(table.IndexOf(*callee));
     }
   }
   first_.push_back(static_cast<uint32_t>(callees_.size()));
@@ -20,6 +20,20 @@ void CallGraph::Append(const StkFunction& function) {
 void CallGraph::Append(std::span<const uint32_t> callees) {
   callees_.insert(callees_.end(), callees.begin(), callees.end());
   first_.push_back(static_cast<uint32_t>(callees_.size()));
+}
+
+std::vector<uint32_t> CallGraph::UncalledFunctions() const {
+  std::vector<bool> isCalled(Count(), false);
+  for (const uint32_t callee : callees_) {
+    isCalled[callee] = true;
+  }
+  std::vector<uint32_t> uncalled;
+  for (uint32_t function = 0; function < Count(); ++function) {
+    if (!isCalled[function]) {
+      uncalled.push_back(function);
+    }
+  }
+  return uncalled;
 }
 
 }  // namespace velkor

@@ -17,13 +17,15 @@ class CallGraph {
   explicit CallGraph(const StkFunctionTable& table);
 
   // The function of the next index.
-  void Append(const StkFunction& function);
+  void Append(const StkFunctionTable& table, const StkFunction& function);
   void Append(std::span<const uint32_t> callees);
 
   uint32_t Count() const { return static_cast<uint32_t>(first_.size() - 1); }
   std::span<const uint32_t> Callees(uint32_t function) const {
     return {callees_.data() + first_[function], first_[function + 1] - first_[function]};
   }
+  // Those that nothing calls, themselves included, ascending.
+  std::vector<uint32_t> UncalledFunctions() const;
   // Makes a Callees of the near future quick.
   void Prefetch(uint32_t function) const { __builtin_prefetch(&first_[function]); }
 

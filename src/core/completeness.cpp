@@ -15,7 +15,7 @@ std::vector<bool> CompleteFunctions(const StkFunctionTable& table) {
       waiting.push_back(&function);
     }
   };
-  for (const auto& function : table.Functions()) {
+  for (StkFunction* function : table.Functions()) {
     if (IsSizeUnknown(*function)) {
       doubt(*function);
     }

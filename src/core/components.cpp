@@ -15,13 +15,16 @@ class ComponentSearch {
   explicit ComponentSearch(const CallGraph& graph) : graph_(graph), lowest_(graph.Count(), 0) {
     result_.of.resize(graph.Count());
     result_.members.reserve(graph.Count());
+    result_.order.reserve(graph.Count());
   }
 
-  Components Run() {
+  Components Run(std::span<const uint32_t> starts) {
+    for (const uint32_t start : starts) {
+      WalkFrom(start);
+    }
+    result_.reached = entered_;
     for (uint32_t function = 0; function < graph_.Count(); ++function) {
-      if (lowest_[function] == kNotEntered) {
-        WalkFrom(function);
-      }
+      WalkFrom(function);
     }
     result_.firstMember.push_back(graph_.Count());
     return std::move(result_);
@@ -38,7 +41,9 @@ class ComponentSearch {
   };
 
   void WalkFrom(uint32_t start) {
-    Enter(start);
+    if (lowest_[start] == kNotEntered) {
+      Enter(start);
+    }
     while (!path_.empty()) {
       Frame& frame = path_.back();
       if (frame.calls.AtEnd()) {
@@ -69,6 +74,7 @@ class ComponentSearch {
   void Leave() {
     const Frame frame = path_.back();
     path_.pop_back();
+    result_.order.push_back(frame.calls.function);
     if (lowest_[frame.calls.function] == frame.number) {
       Close(frame);
     } else {
@@ -105,8 +111,8 @@ class ComponentSearch {
 
 }  // namespace
 
-Components FindComponents(const CallGraph& graph) {
-  return ComponentSearch(graph).Run();
+Components FindComponents(const CallGraph& graph, std::span<const uint32_t> starts) {
+  return ComponentSearch(graph).Run(starts);
 }
 
 }  // namespace velkor

@@ -21,6 +21,8 @@ struct Components {
   std::vector<uint32_t> members;      // all functions, component after component
   std::vector<uint32_t> firstMember;  // where each component's begin; one entry more at the end
   std::vector<bool> recursive;        // of each component: its members can reach themselves
+  std::vector<uint32_t> order;        // all functions, each where the walk left it
+  uint32_t reached = 0;               // how many the walk met from the given starts
 
   uint32_t Count() const { return static_cast<uint32_t>(recursive.size()); }
   std::span<const uint32_t> Members(uint32_t component) const {
@@ -29,7 +31,8 @@ struct Components {
   }
 };
 
-// Linear in functions and calls; nothing recurses.
-Components FindComponents(const CallGraph& graph);
+// One depth-first walk, from each of the starts in turn and then from every function not yet met,
+// by index. Linear in functions and calls; nothing recurses.
+Components FindComponents(const CallGraph& graph, std::span<const uint32_t> starts = {});
 
 }  // namespace velkor

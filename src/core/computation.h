@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/call_graph.h"
+#include "core/components.h"
 #include "core/function_table.h"
 #include "core/root_list.h"
 
@@ -22,11 +23,14 @@ class StkComputation {
 
   // Every total, largest callee total and chain count, and the overflow flag. Answers the
   // functions with a pending adjustment, in the order in which they were computed; the pending
-  // adjustments are used but stay pending.
+  // adjustments are used but stay pending. Where the graph and its order are those of the last
+  // computation, only what the touched functions of the table change is computed.
   StkFunctionList ComputeTotals();
 
  private:
   std::vector<uint32_t> ReadCalls();
+  void MarkRecursion(const Components& components);
+  void MarkTopLevel(const std::vector<uint32_t>& topLevel);
   void FindOrder();
 
   StkFunctionTable& table_;

@@ -4,13 +4,6 @@
 
 namespace velkor {
 
-void StkFunction::AddCallName(std::string_view callName) {
-  if (!callNames) {
-    callNames = std::make_unique<StkStringList>();
-  }
-  callNames->Add(callName);
-}
-
 bool StkFunction::CallsDirectly(const StkFunction& function) const {
   return std::ranges::find(callees, &function) != callees.end();
 }

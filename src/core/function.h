@@ -2,14 +2,11 @@
 
 #include <cstdint>
 #include <memory>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "core/adjustment.h"
 #include "core/file_table.h"
 #include "core/function_list.h"
-#include "core/string_list.h"
 
 namespace velkor {
 
@@ -29,20 +26,21 @@ enum FunctionFlag : uint32_t {
   FN_FIXED_EXTRA = 0x100,  // librarySize is the fixed 6 bytes of a preset margin
 };
 
-// One function of the analysis. Owned by the StkFunctionTable from its insertion until the table
-// is cleared; lists of functions only refer to it. Not locked: one thread at a time.
+// One function of the analysis. Made and owned by a StkFunctionTable, which also keeps the text of
+// the name, until the table is cleared; lists of functions only refer to it. Not locked: one
+// thread at a time. Once totals have been computed, what they depend on is changed by the
+// operations of the table and the adjustments, which note it for the next computation.
 struct StkFunction {
-  std::string name;                    // assembler symbol; C functions carry a leading "_"
+  std::string_view name;               // assembler symbol; C functions carry a leading "_"
   const StkFileEntry* file = nullptr;  // none for a function that is only called
   uint32_t index = 0;                  // position in the table's insertion order
   uint32_t frameSize = 0;
   uint32_t flags = 0;
-  uint32_t librarySize = 0;                  // added when there is no adjustment
-  uint32_t totalStackSize = 0;               // result of Recompute
-  uint32_t maxCalleeSize = 0;                // largest total among callees and extra callees
-  int32_t chainCount = 1;                    // call chains that start here, at most kMaxChainCount
-  std::unique_ptr<StkStringList> callNames;  // only from the reading of its module to resolution
-  StkFunctionList callees;                   // sorted by name once resolved; no duplicates
+  uint32_t librarySize = 0;      // added when there is no adjustment
+  uint32_t totalStackSize = 0;   // result of Recompute
+  uint32_t maxCalleeSize = 0;    // largest total among callees and extra callees
+  int32_t chainCount = 1;        // call chains that start here, at most kMaxChainCount
+  StkFunctionList callees;       // sorted by name once resolved; no duplicates
   StkFunctionList extraCallees;  // targets of indirect calls, as the adjustment states them
   StkFunctionList callers;       // no duplicates
   StkFunctionList extraCallers;
@@ -53,8 +51,6 @@ struct StkFunction {
   bool IsUnknown() const { return !Is(FN_DEFINED) && !Is(FN_LIBRARY); }
   bool IsStatic() const { return Is(FN_DEFINED) && !Is(FN_GLOBAL); }
 
-  // Nothing happens when an equal name (case-sensitive) is there.
-  void AddCallName(std::string_view callName);
   bool CallsDirectly(const StkFunction& function) const;
   void AddCaller(StkFunction& caller);
   void SetFixedExtra();

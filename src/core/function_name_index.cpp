@@ -28,41 +28,37 @@ size_t CallRank(const StkFunction& function, const StkFileEntry* callerFile) {
 
 }  // namespace
 
-void FunctionNameIndex::Append() {
+void FunctionNameIndex::Append(uint32_t name) {
   const auto added = static_cast<uint32_t>(functions_.size() - 1);
-  const std::string_view name = functions_[added]->name;
-  const uint32_t hash = HashExactText(name);
-  const auto equal = [&](uint32_t i) {
-    return links_[i].hash == hash && functions_[i]->name == name;
-  };
-  links_.push_back({added, hash});
-  if (uint32_t* last = lastOfName_.Find(hash, equal); last != nullptr) {
-    links_[added].next = links_[*last].next;
-    links_[*last].next = added;
-    *last = added;
-  } else {
-    lastOfName_.Insert(added, [this](uint32_t i) { return links_[i].hash; });
+  if (name >= lastOfName_.size()) {
+    lastOfName_.resize(name + size_t{1}, kNone);
   }
+  uint32_t& last = lastOfName_[name];
+  next_.push_back(last == kNone ? added : next_[last]);
+  if (last != kNone) {
+    next_[last] = added;
+  }
+  last = added;
 }
 
 void FunctionNameIndex::Clear() {
-  lastOfName_.Clear();
-  links_ = {};
+  lastOfName_ = {};
+  next_ = {};
   crowds_.clear();
 }
 
-StkFunction* FunctionNameIndex::FindCallee(std::string_view name, const StkFileEntry* callerFile) {
-  const uint32_t* last = FindLast(name, HashExactText(name));
-  if (last == nullptr) {
+StkFunction* FunctionNameIndex::FindCallee(uint32_t name, const StkFileEntry* callerFile) {
+  const uint32_t last = LastOf(name);
+  if (last == kNone) {
     return nullptr;
   }
   std::array<StkFunction*, kCallRanks + 1> first{};
-  const bool few = VisitFew(*last, [&](StkFunction& function) {
+  const bool few = VisitFew(last, [&](StkFunction& function) {
     StkFunction*& place = first[CallRank(function, callerFile)];
     place = place == nullptr ? &function : place;
   });
   if (!few) {
-    const Crowd& crowd = CrowdOf(*last);
+    const Crowd& crowd = CrowdOf(last);
     const auto here = crowd.files.find(callerFile);
     const InFile inFile = here == crowd.files.end() ? InFile{} : here->second;
     first = {inFile.firstStatic, inFile.firstGlobal, crowd.firstGlobal, crowd.firstUnknown};
@@ -75,51 +71,46 @@ StkFunction* FunctionNameIndex::FindCallee(std::string_view name, const StkFileE
   return nullptr;
 }
 
-StkFunction* FunctionNameIndex::FindUnqualified(std::string_view name) {
-  const uint32_t* last = FindLast(name, HashExactText(name));
-  if (last == nullptr) {
+StkFunction* FunctionNameIndex::FindUnqualified(uint32_t name) {
+  const uint32_t last = LastOf(name);
+  if (last == kNone) {
     return nullptr;
   }
   StkFunction* global = nullptr;
-  const bool few = VisitFew(*last, [&](StkFunction& function) {
+  const bool few = VisitFew(last, [&](StkFunction& function) {
     global = global == nullptr && IsGlobal(function) ? &function : global;
   });
   if (!few) {
-    global = CrowdOf(*last).firstGlobal;
+    global = CrowdOf(last).firstGlobal;
   }
-  return global != nullptr ? global : functions_[links_[*last].next].get();
+  return global != nullptr ? global : functions_[next_[last]];
 }
 
-StkFunction* FunctionNameIndex::FindStatic(std::string_view name, std::string_view fileBaseName) {
-  const uint32_t* last = FindLast(name, HashExactText(name));
-  if (last == nullptr) {
+StkFunction* FunctionNameIndex::FindStatic(uint32_t name, std::string_view fileBaseName) {
+  const uint32_t last = LastOf(name);
+  if (last == kNone) {
     return nullptr;
   }
   StkFunction* found = nullptr;
-  const bool few = VisitFew(*last, [&](StkFunction& function) {
+  const bool few = VisitFew(last, [&](StkFunction& function) {
     if (found == nullptr && function.IsStatic() && function.file != nullptr &&
         codePage_.EqualIgnoreCase(function.file->BaseName(codePage_), fileBaseName)) {
       found = &function;
     }
   });
   if (!few) {
-    const Crowd& crowd = CrowdOf(*last);
+    const Crowd& crowd = CrowdOf(last);
     const auto inFile = crowd.staticByBaseName.find(fileBaseName);
     found = inFile == crowd.staticByBaseName.end() ? nullptr : inFile->second;
   }
   return found;
 }
 
-const uint32_t* FunctionNameIndex::FindLast(std::string_view name, uint32_t hash) const {
-  return lastOfName_.Find(
-      hash, [&](uint32_t i) { return links_[i].hash == hash && functions_[i]->name == name; });
-}
-
 template <typename Visit>
 bool FunctionNameIndex::VisitFew(uint32_t last, Visit visit) const {
   uint32_t i = last;
   for (int count = 0; count < kFewRecords; ++count) {
-    i = links_[i].next;
+    i = next_[i];
     visit(*functions_[i]);
     if (i == last) {
       return true;
@@ -129,10 +120,10 @@ bool FunctionNameIndex::VisitFew(uint32_t last, Visit visit) const {
 }
 
 FunctionNameIndex::Crowd& FunctionNameIndex::CrowdOf(uint32_t last) {
-  Crowd& crowd = crowds_.try_emplace(links_[last].next, codePage_).first->second;
+  Crowd& crowd = crowds_.try_emplace(next_[last], codePage_).first->second;
   uint32_t i = crowd.last == kNone ? last : crowd.last;
   for (bool more = crowd.last != last; more; more = i != last) {
-    i = links_[i].next;
+    i = next_[i];
     Classify(crowd, *functions_[i]);
   }
   crowd.last = last;

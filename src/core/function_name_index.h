@@ -1,44 +1,36 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "core/function.h"
-#include "core/slot_index.h"
 
 namespace velkor {
 
 // Finds the records of one table by name. The records of one name form a chain in insertion
 // order; the few records of an ordinary name are looked at one by one, and a name that stands in
-// very many files is indexed by file and by base name as well.
+// very many files is indexed by file and by base name as well. Names are known by their numbers in
+// the table's NameTable.
 //
 // A record's flags may still change between its insertion and the next lookup of its name, so
 // they are read by lookups only. That is also why lookups are not const.
 class FunctionNameIndex {
  public:
-  using Functions = std::vector<std::unique_ptr<StkFunction>>;
-
-  FunctionNameIndex(const CodePage& codePage, const Functions& functions)
+  FunctionNameIndex(const CodePage& codePage, const StkFunctionList& functions)
       : codePage_(codePage), functions_(functions) {}
 
-  // The last record of the table.
-  void Append();
+  // The last record of the table, which has that name.
+  void Append(uint32_t name);
   void Clear();
 
-  // Each answers none when nothing fits.
-  StkFunction* FindCallee(std::string_view name, const StkFileEntry* callerFile);
-  StkFunction* FindUnqualified(std::string_view name);
-  StkFunction* FindStatic(std::string_view name, std::string_view fileBaseName);
+  // Each answers none when nothing fits, and for NameTable::kNone.
+  StkFunction* FindCallee(uint32_t name, const StkFileEntry* callerFile);
+  StkFunction* FindUnqualified(uint32_t name);
+  StkFunction* FindStatic(uint32_t name, std::string_view fileBaseName);
 
  private:
-  struct Link {
-    uint32_t next;  // of the same name; the last one leads to the first
-    uint32_t hash;
-  };
-
   struct IgnoringCase {
     const CodePage* codePage;
     size_t operator()(std::string_view text) const { return codePage->HashIgnoreCase(text); }
@@ -66,7 +58,10 @@ class FunctionNameIndex {
 
   static constexpr uint32_t kNone = 0xFFFFFFFF;
 
-  const uint32_t* FindLast(std::string_view name, uint32_t hash) const;
+  // The last record of the name, or kNone.
+  uint32_t LastOf(uint32_t name) const {
+    return name < lastOfName_.size() ? lastOfName_[name] : kNone;
+  }
   // The records of the name; none when they are a crowd.
   template <typename Visit>
   bool VisitFew(uint32_t last, Visit visit) const;
@@ -74,9 +69,9 @@ class FunctionNameIndex {
   void Classify(Crowd& crowd, StkFunction& function) const;
 
   const CodePage& codePage_;
-  const Functions& functions_;
-  SlotIndex lastOfName_;
-  std::vector<Link> links_;                     // by record
+  const StkFunctionList& functions_;
+  std::vector<uint32_t> lastOfName_;            // by name
+  std::vector<uint32_t> next_;                  // of the same name, by record; the last: the first
   std::unordered_map<uint32_t, Crowd> crowds_;  // by the first record of their name
 };
 

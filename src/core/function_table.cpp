@@ -1,6 +1,7 @@
 #include "core/function_table.h"
 
 #include <algorithm>
+#include <span>
 #include <string>
 #include <utility>
 
@@ -14,66 +15,94 @@ StkFunctionTable::StkFunctionTable(const CodePage& codePage)
 StkFunctionTable::~StkFunctionTable() = default;
 
 StkFunction& StkFunctionTable::AddDefined(std::string_view name, const StkFileEntry& file) {
-  auto function = std::make_unique<StkFunction>();
-  function->name = name;
-  function->file = &file;
-  function->flags = FN_DEFINED;
-  return Insert(std::move(function));
+  return Insert(names_.Intern(name), &file, FN_DEFINED);
 }
 
-StkFunction& StkFunctionTable::Insert(std::unique_ptr<StkFunction> function) {
-  StkFunction& inserted = *function;
-  inserted.index = Count();
-  functions_.push_back(std::move(function));
-  nameIndex_->Append();
+StkFunction& StkFunctionTable::AddUnknown(std::string_view name) {
+  return Insert(names_.Intern(name), nullptr, 0);
+}
+
+StkFunction& StkFunctionTable::Insert(uint32_t name, const StkFileEntry* file, uint32_t flags) {
+  StkFunction& inserted = blocks_.Append();
+  inserted.name = names_[name];
+  inserted.file = file;
+  inserted.flags = flags;
+  functions_.push_back(&inserted);
+  nameIndex_->Append(name);
   if (!inserted.Is(FN_DEFINED)) {
     ++unknownCount_;
   }
   return inserted;
 }
 
-StkFunction& StkFunctionTable::ResolveCall(const StkFunction& caller, std::string_view calleeName) {
-  if (StkFunction* callee = nameIndex_->FindCallee(calleeName, caller.file); callee != nullptr) {
-    return *callee;
+void StkFunctionTable::AddCallName(const StkFunction& caller, std::string_view callName) {
+  callNames_.Add(caller.index, names_.Intern(callName));
+}
+
+std::vector<std::string_view> StkFunctionTable::CallNames(const StkFunction& caller) const {
+  std::vector<std::string_view> texts;
+  for (const uint32_t name : callNames_.Of(caller.index)) {
+    texts.push_back(names_[name]);
   }
-  auto unknown = std::make_unique<StkFunction>();
-  unknown->name = calleeName;
-  return Insert(std::move(unknown));
+  return texts;
+}
+
+StkFunction& StkFunctionTable::ResolveCall(const StkFunction& caller, std::string_view calleeName) {
+  return ResolveCall(caller, names_.Intern(calleeName));
+}
+
+StkFunction& StkFunctionTable::ResolveCall(const StkFunction& caller, uint32_t calleeName) {
+  StkFunction* callee = nameIndex_->FindCallee(calleeName, caller.file);
+  return callee != nullptr ? *callee : Insert(calleeName, nullptr, 0);
 }
 
 void StkFunctionTable::ResolveAllCalls() {
+  LinkCallers(ResolveCallees());
+  callNames_.Clear();
+}
+
+// Answers how many callers each function has got.
+std::vector<uint32_t> StkFunctionTable::ResolveCallees() {
+  std::vector<uint32_t> callerCounts(functions_.size(), 0);
   // By index: unknown functions are appended on the way.
   for (size_t i = 0; i < functions_.size(); ++i) {
-    ResolveCallsOf(*functions_[i]);
+    StkFunction& caller = *functions_[i];
+    const std::span<const uint32_t> names = callNames_.Of(caller.index);
+    caller.callees.reserve(caller.callees.size() + names.size());
+    for (const uint32_t name : names) {
+      StkFunction& callee = ResolveCall(caller, name);
+      caller.callees.push_back(&callee);
+      callerCounts.resize(functions_.size(), 0);
+      ++callerCounts[callee.index];
+    }
   }
-  for (const auto& function : functions_) {
-    function->callers.shrink_to_fit();
-  }
+  return callerCounts;
 }
 
 // The names of one function are told apart and matched exactly, so no two of them mean the same
-// record; and since a caller is resolved as a whole, it can only be a callee's last caller.
-void StkFunctionTable::ResolveCallsOf(StkFunction& caller) {
-  const std::unique_ptr<StkStringList> names = std::move(caller.callNames);
-  if (!names) {
-    return;
+// record; and since a caller is linked as a whole, it can only be a callee's last caller.
+void StkFunctionTable::LinkCallers(const std::vector<uint32_t>& callerCounts) {
+  for (StkFunction* callee : functions_) {
+    callee->callers.reserve(callee->callers.size() + callerCounts[callee->index]);
   }
-  caller.callees.reserve(caller.callees.size() + names->size());
-  for (const std::string& name : *names) {
-    StkFunction& callee = ResolveCall(caller, name);
-    caller.callees.push_back(&callee);
-    if (callee.callers.empty() || callee.callers.back() != &caller) {
-      callee.callers.push_back(&caller);
+  for (StkFunction* caller : functions_) {
+    const size_t resolved = callNames_.Of(caller->index).size();
+    const std::span<StkFunction* const> callees = caller->callees;
+    for (StkFunction* callee : callees.last(resolved)) {
+      if (callee->callers.empty() || callee->callers.back() != caller) {
+        callee->callers.push_back(caller);
+      }
     }
+    SortByName(caller->callees, codePage_);
   }
-  SortByName(caller.callees, codePage_);
 }
 
 StkFunction* StkFunctionTable::FindBySpecName(std::string_view fileBaseName, std::string_view name,
                                               bool bracketed) const {
   const auto find = [&](std::string_view symbol) {
-    return fileBaseName.empty() ? nameIndex_->FindUnqualified(symbol)
-                                : nameIndex_->FindStatic(symbol, fileBaseName);
+    const uint32_t known = names_.Find(symbol);
+    return fileBaseName.empty() ? nameIndex_->FindUnqualified(known)
+                                : nameIndex_->FindStatic(known, fileBaseName);
   };
   if (!bracketed && name.starts_with('_')) {
     if (StkFunction* function = find(name); function != nullptr) {
@@ -89,6 +118,7 @@ void StkFunctionTable::SetLibrarySize(StkFunction& function, uint32_t size) {
   }
   function.flags |= FN_LIBRARY;
   function.librarySize = size;
+  Touch(function);
 }
 
 void StkFunctionTable::SetPendingAdjustment(StkFunction& function, StkAdjustment adjustment) {
@@ -96,26 +126,36 @@ void StkFunctionTable::SetPendingAdjustment(StkFunction& function, StkAdjustment
     ++adjustedCount_;
   }
   function.pendingAdjustment = std::make_unique<StkAdjustment>(std::move(adjustment));
+  Touch(function);
 }
 
 void StkFunctionTable::DiscardPendingAdjustments() {
-  for (const auto& function : functions_) {
-    if (function->pendingAdjustment && !function->adjustment) {
+  for (StkFunction* function : functions_) {
+    if (function->pendingAdjustment == nullptr) {
+      continue;
+    }
+    if (function->adjustment == nullptr) {
       --adjustedCount_;
     }
     function->pendingAdjustment.reset();
+    Touch(*function);
   }
 }
 
 uint32_t StkFunctionTable::CountForSpecFile(bool withUnknown) const {
-  return static_cast<uint32_t>(std::ranges::count_if(functions_, [withUnknown](const auto& each) {
-    return each->adjustment != nullptr || (withUnknown && each->IsUnknown());
-  }));
+  return static_cast<uint32_t>(
+      std::ranges::count_if(functions_, [withUnknown](const StkFunction* each) {
+        return each->adjustment != nullptr || (withUnknown && each->IsUnknown());
+      }));
 }
 
 void StkFunctionTable::Clear() {
   nameIndex_->Clear();
+  callNames_.Clear();
   functions_.clear();
+  touched_.clear();
+  blocks_.Clear();
+  names_.Clear();
   unknownCount_ = 0;
   adjustedCount_ = 0;
   overflow_ = false;

@@ -3,9 +3,13 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "core/call_name_lists.h"
 #include "core/function.h"
+#include "core/function_blocks.h"
+#include "core/name_table.h"
 
 namespace velkor {
 
@@ -28,7 +32,13 @@ class StkFunctionTable {
   // A new FN_DEFINED record. The caller sets FN_GLOBAL and the rest on the result, before the
   // next lookup.
   StkFunction& AddDefined(std::string_view name, const StkFileEntry& file);
-  StkFunction& Insert(std::unique_ptr<StkFunction> function);
+  // A new record of a function that is only called.
+  StkFunction& AddUnknown(std::string_view name);
+  // The caller calls something of that name. Nothing happens when it has an equal call name
+  // (case-sensitive) already. Call names are kept until ResolveAllCalls.
+  void AddCallName(const StkFunction& caller, std::string_view callName);
+  // In the order in which they were added.
+  std::vector<std::string_view> CallNames(const StkFunction& caller) const;
   // Which function the name means in a call by caller; made anew as an unknown one when nothing
   // has that name. In this order: static in the caller's file, global in the caller's file, global
   // in another file, unknown.
@@ -50,7 +60,9 @@ class StkFunctionTable {
   void Clear();
 
   // In insertion order; index i holds the function whose index field is i.
-  const std::vector<std::unique_ptr<StkFunction>>& Functions() const { return functions_; }
+  const StkFunctionList& Functions() const { return functions_; }
+  // The index of one of them, without the wait for its record.
+  uint32_t IndexOf(const StkFunction& function) const { return blocks_.IndexOf(function); }
   uint32_t Count() const { return static_cast<uint32_t>(functions_.size()); }
   uint32_t UnknownCount() const { return unknownCount_; }
   uint32_t AdjustedCount() const { return adjustedCount_; }
@@ -60,12 +72,23 @@ class StkFunctionTable {
   // For the adjustments and the computation of this folder.
   void SetAdjustedCount(uint32_t count) { adjustedCount_ = count; }
   void SetOverflow(bool overflow) { overflow_ = overflow; }
+  // Something that the function's own total depends on has changed.
+  void Touch(StkFunction& function) { touched_.push_back(&function); }
+  // What has been touched since it was last asked, a function perhaps several times.
+  StkFunctionList TakeTouched() { return std::exchange(touched_, {}); }
 
  private:
-  void ResolveCallsOf(StkFunction& caller);
+  StkFunction& Insert(uint32_t name, const StkFileEntry* file, uint32_t flags);
+  StkFunction& ResolveCall(const StkFunction& caller, uint32_t calleeName);
+  std::vector<uint32_t> ResolveCallees();
+  void LinkCallers(const std::vector<uint32_t>& callerCounts);
 
   const CodePage& codePage_;
-  std::vector<std::unique_ptr<StkFunction>> functions_;
+  NameTable names_;  // of functions and of calls
+  CallNameLists callNames_;
+  FunctionBlocks blocks_;
+  StkFunctionList functions_;  // in blocks_
+  StkFunctionList touched_;
   std::unique_ptr<FunctionNameIndex> nameIndex_;
   uint32_t unknownCount_ = 0;
   uint32_t adjustedCount_ = 0;

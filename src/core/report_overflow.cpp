@@ -48,7 +48,7 @@ StkFunctionList TopLevelCallers(const StkFunctionTable& table, const StkFunction
     } else if (!met[caller->index]) {
       met[caller->index] = true;
       if (caller->Is(FN_ROOT)) {
-        topLevel.push_back(table.Functions()[caller->index].get());
+        topLevel.push_back(table.Functions()[caller->index]);
       } else {
         path.push_back({caller});
       }

@@ -8,7 +8,7 @@ void StkRootList::Clear() {
 }
 
 void StkRootList::ForgetOrder() {
-  order_.clear();
+  order_ = ComputationOrder();
 }
 
 }  // namespace velkor

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
+#include "core/computation_order.h"
 #include "core/function_list.h"
 
 namespace velkor {
@@ -24,10 +24,8 @@ class StkRootList {
   friend class StkComputation;
 
   StkFunctionList functions_;
-  // The functions by index in the order in which their totals are computed: a depth-first walk
-  // from each top-level function in turn, each function where the walk leaves it. Empty when not
-  // known. It depends on nothing but the callee lists and the top-level functions.
-  std::vector<uint32_t> order_;
+  ComputationOrder order_;  // empty when not known
+  uint32_t overLimit_ = 0;  // how many of the functions are, by the last computation
 };
 
 }  // namespace velkor

@@ -11,22 +11,29 @@ namespace {
 // components: what holds above one is handed down to the components that it calls.
 class TopLevelDecision {
  public:
-  TopLevelDecision(const CallGraph& graph, const Components& components)
+  TopLevelDecision(const CallGraph& graph, const Components& components,
+                   const std::vector<uint32_t>& uncalled)
       : graph_(graph),
         components_(components),
-        isCalled_(graph.Count(), false),
+        isCalled_(graph.Count(), true),
         belowPlain_(components.Count(), false),
         belowDecided_(components.Count(), false),
-        endOfOldMarks_(components.Count(), 0) {}
+        endOfOldMarks_(components.Count(), 0) {
+    for (const uint32_t function : uncalled) {
+      isCalled_[function] = false;
+    }
+  }
 
-  std::vector<bool> Run(const std::vector<uint32_t>& marked) {
+  std::vector<uint32_t> Run(const std::vector<uint32_t>& marked) {
     for (const uint32_t function : marked) {
       endOfOldMarks_[components_.of[function]] = function + 1;
     }
     HandDown();
-    std::vector<bool> topLevel(graph_.Count(), false);
+    std::vector<uint32_t> topLevel;
     for (uint32_t function = 0; function < graph_.Count(); ++function) {
-      topLevel[function] = IsTopLevel(function);
+      if (IsTopLevel(function)) {
+        topLevel.push_back(function);
+      }
     }
     return topLevel;
   }
@@ -38,7 +45,6 @@ class TopLevelDecision {
       const bool plain = belowPlain_[component] || !components_.recursive[component];
       for (const uint32_t member : components_.Members(component)) {
         for (const uint32_t callee : graph_.Callees(member)) {
-          isCalled_[callee] = true;
           const uint32_t below = components_.of[callee];
           if (below != component) {
             belowPlain_[below] = belowPlain_[below] || plain;
@@ -93,9 +99,14 @@ class TopLevelDecision {
 
 }  // namespace
 
-std::vector<bool> DecideTopLevel(const CallGraph& graph, const Components& components,
-                                 const std::vector<uint32_t>& marked) {
-  return TopLevelDecision(graph, components).Run(marked);
+// Below a function that nothing calls, and that therefore is not recursive, nothing is top-level.
+std::vector<uint32_t> DecideTopLevel(const CallGraph& graph, const Components& components,
+                                     const std::vector<uint32_t>& uncalled,
+                                     const std::vector<uint32_t>& marked) {
+  if (components.reached == graph.Count()) {
+    return uncalled;
+  }
+  return TopLevelDecision(graph, components, uncalled).Run(marked);
 }
 
 }  // namespace velkor

@@ -163,7 +163,7 @@ StkFunctionList StkSpecReadJob::PendingDepths() const {
   StkFunctionList list;
   for (const auto& function : functions_.Functions()) {
     if (function->pendingAdjustment && function->pendingAdjustment->depth != kNoDepth) {
-      list.push_back(function.get());
+      list.push_back(function);
     }
   }
   return list;

@@ -49,7 +49,7 @@ bool ModuleEntry::EnterEvent(const ModuleRecording& recording, ModuleRecording::
       AddFunction(recording, event.value);
       break;
     case Step::kCallee:
-      currentRecord_->AddCallName(recording.names.Name(event.value));
+      destination_.functions.AddCallName(*currentRecord_, recording.names.Name(event.value));
       break;
     case Step::kIndirectCall:
       currentRecord_->flags |= FN_INDIRECT_CALL;
@@ -133,7 +133,8 @@ void ModuleEntry::AddRuntimeHelpers(const ModuleRecording& recording, uint32_t n
   for (size_t i = recording.functions[number].firstHelper; i < end; ++i) {
     const uint32_t helper = recording.helpers[i];
     if (IsInHelperTable(recording.helperNames, helper)) {
-      currentRecord_->AddCallName("_@" + std::string(recording.helperNames.Name(helper)));
+      destination_.functions.AddCallName(*currentRecord_,
+                                         "_@" + std::string(recording.helperNames.Name(helper)));
     }
   }
 }

@@ -32,15 +32,6 @@ constexpr uint32_t kCalleesLabel = 2005;
 constexpr uint32_t kAllLabel = 2006;
 constexpr uint32_t kHelp = 57670;
 
-StkFunctionList AllOf(const StkFunctionTable& functions) {
-  StkFunctionList all;
-  all.reserve(functions.Count());
-  for (const auto& function : functions.Functions()) {
-    all.push_back(function.get());
-  }
-  return all;
-}
-
 }  // namespace
 
 CAdjustStackSizeDialog::CAdjustStackSizeDialog(const UiContext& context,
@@ -90,7 +81,7 @@ void CAdjustStackSizeDialog::Fill(const StkFunction& function) {
   StkFunctionList callees = form_.FixedCallees();
   callees.insert(callees.end(), form_.AddedCallees().begin(), form_.AddedCallees().end());
   callees_->SetFunctions(std::move(callees), form_.FixedCallees().size());
-  all_->SetFunctionsByName(AllOf(*context_.document.FunctionTable()));
+  all_->SetFunctionsByName(context_.document.FunctionTable()->Functions());
 }
 
 QLabel* CAdjustStackSizeDialog::Label(uint32_t item, QWidget* buddy) {

@@ -31,10 +31,10 @@ constexpr std::array<uint32_t, 3> kLabels = {2001, 2002, 2003};
 // In one walk: no function keeps two rules.
 std::array<StkFunctionList, kRules.size()> ByRule(const StkFunctionTable& functions) {
   std::array<StkFunctionList, kRules.size()> lists;
-  for (const auto& function : functions.Functions()) {
+  for (StkFunction* function : functions.Functions()) {
     for (size_t i = 0; i < kRules.size(); ++i) {
       if (kRules[i](*function)) {
-        lists[i].push_back(function.get());
+        lists[i].push_back(function);
         break;
       }
     }

@@ -64,7 +64,7 @@ std::string Written(const std::function<void(ResultOutput&)>& write) {
 std::vector<std::string> Names(const StkFunctionList& functions) {
   std::vector<std::string> names;
   for (const StkFunction* function : functions) {
-    names.push_back(function->name.substr(1));
+    names.emplace_back(function->name.substr(1));
   }
   return names;
 }

@@ -133,7 +133,7 @@ TEST(Adjustments, InformationIsCutAtAWholeItem) {
   Adjusted graph(text);
   StkFunctionList callees;
   for (const auto& function : graph.functions.Functions()) {
-    callees.push_back(function.get());
+    callees.push_back(function);
   }
   callees.erase(callees.begin());
   const std::string cut = graph.Information("f", Values(65535, kNoDepth, callees));

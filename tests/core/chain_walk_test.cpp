@@ -144,7 +144,7 @@ TEST(ChainWalk, ManyChainsAreCountedWithoutWalkingThem) {
   for (uint32_t rung = 0; rung + 1 < kRungs; ++rung) {
     for (uint32_t from = 2 * rung; from < 2 * rung + 2; ++from) {
       for (uint32_t to = 2 * rung + 2; to < 2 * rung + 4; ++to) {
-        table.Functions()[from]->callees.push_back(table.Functions()[to].get());
+        table.Functions()[from]->callees.push_back(table.Functions()[to]);
       }
     }
   }
@@ -163,7 +163,7 @@ TEST(ChainWalk, MutualRecursionEndsTheCountAtItsLimit) {
   }
   for (const auto& caller : table.Functions()) {
     for (const auto& callee : table.Functions()) {
-      caller->callees.push_back(callee.get());
+      caller->callees.push_back(callee);
     }
   }
   EXPECT_EQ(CountChains(*table.Functions()[0], ChainMode::kMaximum), kMaxChainCount);

@@ -82,17 +82,13 @@ TEST_F(FunctionList, AnAdjustmentKeepsASortedCopy) {
   EXPECT_TRUE(adjustment.callees.has_value());
 }
 
-TEST(FunctionRecord, CallersAndCallNamesHoldNoDuplicates) {
+TEST(FunctionRecord, CallersHoldNoDuplicates) {
   StkFunction function;
   StkFunction caller;
   function.AddCaller(caller);
   function.AddCaller(function);
   function.AddCaller(caller);
   EXPECT_EQ(function.callers, (StkFunctionList{&caller, &function}));
-  for (const char* name : {"_f", "_F", "_f"}) {
-    function.AddCallName(name);
-  }
-  EXPECT_EQ(function.callNames->size(), 2U);
 }
 
 TEST(FunctionRecord, IconsFollowTheKind) {

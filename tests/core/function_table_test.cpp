@@ -15,12 +15,6 @@ class FunctionTable : public ::testing::Test {
     return function;
   }
 
-  StkFunction& AddUnknown(std::string_view name) {
-    auto function = std::make_unique<StkFunction>();
-    function->name = name;
-    return table_.Insert(std::move(function));
-  }
-
   static StkAdjustment Margin(uint32_t margin) {
     StkAdjustment adjustment;
     adjustment.margin = margin;
@@ -37,9 +31,10 @@ TEST_F(FunctionTable, ANewRecordIsEmptyButForItsChain) {
   EXPECT_EQ(function.flags, FN_DEFINED);
   EXPECT_EQ(function.chainCount, 1);
   EXPECT_EQ(function.frameSize + function.totalStackSize + function.librarySize, 0U);
-  EXPECT_FALSE(function.callNames || function.adjustment || function.pendingAdjustment);
+  EXPECT_FALSE(function.adjustment || function.pendingAdjustment);
+  EXPECT_TRUE(table_.CallNames(function).empty());
   EXPECT_EQ(table_.UnknownCount(), 0U);
-  EXPECT_EQ(AddUnknown("_g").index, 1U);
+  EXPECT_EQ(table_.AddUnknown("_g").index, 1U);
   EXPECT_EQ(table_.UnknownCount(), 1U);
 }
 
@@ -73,9 +68,9 @@ TEST_F(FunctionTable, ResolvingLinksBothDirections) {
   StkFunction& main = Add("_main", "a.c", FN_GLOBAL);
   StkFunction& other = Add("_other", "a.c", FN_GLOBAL);
   for (const char* name : {"_z", "_other", "_main", "_z", "_a"}) {
-    main.AddCallName(name);
+    table_.AddCallName(main, name);
   }
-  other.AddCallName("_z");
+  table_.AddCallName(other, "_z");
   table_.ResolveAllCalls();
 
   ASSERT_EQ(table_.Count(), 4U);
@@ -87,13 +82,13 @@ TEST_F(FunctionTable, ResolvingLinksBothDirections) {
   EXPECT_EQ(main.callers, StkFunctionList{&main});
   EXPECT_TRUE(main.CallsDirectly(a));
   EXPECT_FALSE(other.CallsDirectly(a));
-  EXPECT_FALSE(main.callNames || other.callNames);
+  EXPECT_TRUE(table_.CallNames(main).empty() && table_.CallNames(other).empty());
   table_.ResolveAllCalls();
   EXPECT_EQ(main.callees.size(), 4U);
 }
 
 TEST_F(FunctionTable, AnUnknownFunctionIsUnknownUntilItsFirstLibrarySize) {
-  StkFunction& unknown = AddUnknown("_memcpy");
+  StkFunction& unknown = table_.AddUnknown("_memcpy");
   StkFunction& defined = Add("_strlen", "a.c");
   table_.SetLibrarySize(unknown, 4);
   table_.SetLibrarySize(unknown, 6);
@@ -107,8 +102,8 @@ TEST_F(FunctionTable, AnUnknownFunctionIsUnknownUntilItsFirstLibrarySize) {
 TEST_F(FunctionTable, SpecificationNamesLeadToSymbols) {
   StkFunction& plain = Add("_f", "a.c", FN_GLOBAL);
   StkFunction& onlyDouble = Add("__g", "a.c", FN_GLOBAL);
-  StkFunction& helper = AddUnknown("__h");
-  StkFunction& single = AddUnknown("_h");
+  StkFunction& helper = table_.AddUnknown("__h");
+  StkFunction& single = table_.AddUnknown("_h");
   EXPECT_EQ(table_.FindBySpecName("", "f", false), &plain);
   EXPECT_EQ(table_.FindBySpecName("", "_f", false), &plain);
   EXPECT_EQ(table_.FindBySpecName("", "_g", false), &onlyDouble);
@@ -135,7 +130,7 @@ TEST_F(FunctionTable, AQualifiedNameFindsOnlyAStaticOfThatFile) {
 TEST_F(FunctionTable, AdjustmentsAreCountedOncePerFunction) {
   StkFunction& f = Add("_f", "a.c");
   StkFunction& g = Add("_g", "a.c");
-  StkFunction& unknown = AddUnknown("_u");
+  StkFunction& unknown = table_.AddUnknown("_u");
   f.adjustment = std::make_unique<StkAppliedAdjustment>();
   table_.SetAdjustedCount(1);
   table_.SetPendingAdjustment(f, Margin(1));
@@ -154,7 +149,7 @@ TEST_F(FunctionTable, AdjustmentsAreCountedOncePerFunction) {
 }
 
 TEST_F(FunctionTable, ClearForgetsEverything) {
-  Add("_f", "a.c").AddCallName("_g");
+  table_.AddCallName(Add("_f", "a.c"), "_g");
   table_.ResolveAllCalls();
   table_.SetPendingAdjustment(*table_.Functions()[0], {});
   table_.SetOverflow(true);
@@ -168,17 +163,17 @@ TEST_F(FunctionTable, ClearForgetsEverything) {
 // Would take minutes if a lookup walked the records of its name, or a callee its callers.
 TEST_F(FunctionTable, OneNameInVeryManyFiles) {
   constexpr size_t kFiles = 50000;
-  StkFunction& shared = AddUnknown("_shared");
+  StkFunction& shared = table_.AddUnknown("_shared");
   for (size_t i = 0; i < kFiles; ++i) {
     const std::string file = "d\\f" + std::to_string(i) + ".c";
-    Add("_init", file).AddCallName("_shared");
-    Add("_main" + std::to_string(i), file, FN_GLOBAL).AddCallName("_init");
+    table_.AddCallName(Add("_init", file), "_shared");
+    table_.AddCallName(Add("_main" + std::to_string(i), file, FN_GLOBAL), "_init");
   }
   table_.ResolveAllCalls();
   EXPECT_EQ(shared.callers.size(), kFiles);
   for (size_t i = 0; i < kFiles; ++i) {
-    StkFunction* init = table_.Functions()[1 + 2 * i].get();
-    ASSERT_EQ(init->callers, StkFunctionList{table_.Functions()[2 + 2 * i].get()});
+    StkFunction* init = table_.Functions()[1 + 2 * i];
+    ASSERT_EQ(init->callers, StkFunctionList{table_.Functions()[2 + 2 * i]});
     ASSERT_EQ(table_.FindBySpecName("F" + std::to_string(i) + ".C", "init", false), init);
   }
 }

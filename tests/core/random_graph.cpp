@@ -1,6 +1,5 @@
 #include "core/random_graph.h"
 
-#include <memory>
 #include <string>
 
 namespace velkor::testing {
@@ -19,9 +18,7 @@ RandomGraph::RandomGraph(uint32_t seed, uint32_t maxFunctions) : random_(seed) {
 void RandomGraph::AddFunction() {
   const std::string name = "_f" + std::to_string(table.Count());
   if (OneIn(5)) {
-    auto unknown = std::make_unique<StkFunction>();
-    unknown->name = name;
-    StkFunction& function = table.Insert(std::move(unknown));
+    StkFunction& function = table.AddUnknown(name);
     if (OneIn(2)) {
       table.SetLibrarySize(function, AnySize());
     }

@@ -191,7 +191,7 @@ struct SmallGraph {
       function.adjustment->depth = i + 1;
       for (uint32_t callee = 0; callee < count; ++callee) {
         if ((calls >> (i * count + callee) & 1) != 0) {
-          function.AddCallName("_f" + std::to_string(names[callee]));
+          table.AddCallName(function, "_f" + std::to_string(names[callee]));
         }
       }
     }

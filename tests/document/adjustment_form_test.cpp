@@ -31,7 +31,7 @@ struct Analysis : Graph {
 std::string Names(const StkFunctionList& functions) {
   std::string names;
   for (const StkFunction* function : functions) {
-    names += function->name + " ";
+    names += std::string(function->name) + " ";
   }
   return names;
 }

@@ -83,7 +83,7 @@ class RoundTrip : public DocumentHost {
   std::string Results() {
     std::string text;
     for (const auto& function : document.FunctionTable()->Functions()) {
-      text += function->name + " " + std::to_string(function->totalStackSize) + " " +
+      text += std::string(function->name) + " " + std::to_string(function->totalStackSize) + " " +
               std::to_string(function->flags) + " " + std::to_string(function->chainCount) + "\n";
     }
     return text;

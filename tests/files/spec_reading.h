@@ -58,7 +58,7 @@ struct SpecReading {
     text += pending->depth == kNoDepth ? " -" : " " + std::to_string(pending->depth);
     if (pending->callees) {
       for (const StkFunction* callee : *pending->callees) {
-        text += " " + callee->name;
+        text += " " + std::string(callee->name);
       }
     }
     return text;

@@ -189,9 +189,7 @@ void Populate(Graph& graph, std::mt19937& random) {
     }
   }
   for (const char* name : {"_u", "__u", "_v"}) {
-    auto unknown = std::make_unique<StkFunction>();
-    unknown->name = name;
-    graph.functions.Insert(std::move(unknown));
+    graph.functions.AddUnknown(name);
   }
 }
 
@@ -239,7 +237,7 @@ TEST_F(SpecWriterTest, WhatIsWrittenReadsBackAsItWas) {
         const StkFunctionList callees = read.callees.value_or(StkFunctionList());
         ASSERT_EQ(before.extraCallees.size(), callees.size()) << written;
         for (const StkFunction* callee : before.extraCallees) {
-          const StkFunction* same = fresh.graph.functions.Functions()[callee->index].get();
+          const StkFunction* same = fresh.graph.functions.Functions()[callee->index];
           ASSERT_NE(callees.end(), std::find(callees.begin(), callees.end(), same)) << written;
         }
       }

@@ -52,16 +52,14 @@ class ModuleReading {
     static const StkFunction none;
     const StkFunction* found = nullptr;
     for (const auto& function : functions.Functions()) {
-      found = function->name == name ? function.get() : found;
+      found = function->name == name ? function : found;
     }
     EXPECT_NE(found, nullptr) << name;
     return found == nullptr ? none : *found;
   }
   std::vector<std::string> CallNames(std::string_view name) const {
-    const StkFunction& function = Function(name);
-    return function.callNames == nullptr
-               ? std::vector<std::string>()
-               : std::vector<std::string>(function.callNames->begin(), function.callNames->end());
+    const std::vector<std::string_view> names = functions.CallNames(Function(name));
+    return {names.begin(), names.end()};
   }
 
  private:

@@ -1,7 +1,6 @@
 #include "support/graph.h"
 
 #include <gtest/gtest.h>
-
 #include <sstream>
 #include <vector>
 
@@ -20,9 +19,7 @@ Line ReadLine(Graph& graph, std::istringstream& words) {
   Line line{};
   if (word == "?") {
     words >> word;
-    auto record = std::make_unique<StkFunction>();
-    record->name = "_" + word;
-    line.function = &graph.functions.Insert(std::move(record));
+    line.function = &graph.functions.AddUnknown("_" + word);
     return line;
   }
   const bool isStatic = word == "static";
@@ -45,7 +42,7 @@ Line ReadLine(Graph& graph, std::istringstream& words) {
     } else if (extra) {
       line.extraCallees.push_back(word);
     } else {
-      function.AddCallName("_" + word);
+      graph.functions.AddCallName(function, "_" + word);
     }
   }
   return line;

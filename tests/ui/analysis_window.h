@@ -17,13 +17,15 @@ namespace velkor::testing {
 class RecordingFrame : public FrameOperations {
  public:
   void SaveCallChain(StkFunction& function, bool allChains) override {
-    calls.push_back((allChains ? "all " : "maximum ") + function.name);
+    calls.push_back((allChains ? "all " : "maximum ") + std::string(function.name));
   }
   bool AdjustStackSize(StkFunction& function) override {
-    calls.push_back("adjust " + function.name);
+    calls.push_back("adjust " + std::string(function.name));
     return true;
   }
-  void ResetFunction(StkFunction& function) override { calls.push_back("reset " + function.name); }
+  void ResetFunction(StkFunction& function) override {
+    calls.push_back("reset " + std::string(function.name));
+  }
   void UpdateCommands() override {}
 
   std::vector<std::string> calls;

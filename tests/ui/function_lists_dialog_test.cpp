@@ -34,9 +34,7 @@ class FunctionListsDialog : public DialogWindow {
   }
   void Insert(const std::vector<std::string>& unknownNames) {
     for (const std::string& name : unknownNames) {
-      auto function = std::make_unique<StkFunction>();
-      function->name = name;
-      document.FunctionTable()->Insert(std::move(function));
+      document.FunctionTable()->AddUnknown(name);
     }
   }
   // With an unknown and a system library function.

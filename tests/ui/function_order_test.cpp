@@ -19,7 +19,7 @@ std::string Sorted(const std::vector<StkFunction*>& functions, SortKey key, bool
   }
   std::string names;
   for (const uint32_t position : SortedPositions(rows, key, descending, codePage)) {
-    names += (names.empty() ? "" : " ") + functions[position]->name.substr(1);
+    names += (names.empty() ? "" : " ") + std::string(functions[position]->name.substr(1));
   }
   return names;
 }
@@ -57,7 +57,7 @@ class FunctionOrder : public ::testing::Test {
     graph.Adjust("adj", 0);
     graph["c"].file = &graph.files.Intern("c:\\P\\zero.C");
     for (const auto& function : graph.functions.Functions()) {
-      rows.push_back(function.get());
+      rows.push_back(function);
     }
   }
 };
@@ -79,7 +79,7 @@ TEST_F(FunctionOrder, ComparesNamesByCharacterValue) {
   ComputedGraph japanese("first 1\n\x83\x41 1\n\xB1 1\nz 1", CodePage::ShiftJis());
   std::vector<StkFunction*> functions;
   for (const auto& function : japanese.functions.Functions()) {
-    functions.push_back(function.get());
+    functions.push_back(function);
   }
   EXPECT_EQ(Sorted(functions, SortKey::kName, false, japanese.codePage), "first z \xB1 \x83\x41");
 }

@@ -17,7 +17,7 @@ using testing::TestApplication;
 StkFunctionList All(const StkFunctionTable& functions) {
   StkFunctionList all;
   for (const auto& function : functions.Functions()) {
-    all.push_back(function.get());
+    all.push_back(function);
   }
   return all;
 }

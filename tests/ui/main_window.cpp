@@ -52,7 +52,7 @@ MainWindow::MainWindow() {
       .language = Language::kEnglish,
       .adjust =
           [this](UiContext&, StkFunction& function, QWidget*) {
-            windows.push_back("adjust " + function.name);
+            windows.push_back("adjust " + std::string(function.name));
             return adjustAnswer;
           },
       .functionLists = [this](UiContext&, FrameOperations&,

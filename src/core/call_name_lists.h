@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace velkor {
+
+// The names that functions call, from the reading of their modules to the resolution of the calls:
+// for each function the numbers of its names (in a NameTable), in the order in which they came and
+// without duplicates. Functions are known by their index.
+//
+// The names of one function stand together. Names usually come function by function; a function
+// that gets a name after another one did is copied to the end first.
+class CallNameLists {
+ public:
+  // Nothing happens when the function has the name already. Constant time, unless the names of
+  // several functions come by turns.
+  void Add(uint32_t function, uint32_t name);
+  std::span<const uint32_t> Of(uint32_t function) const;
+  void Clear();
+
+ private:
+  struct Run {
+    uint32_t first = 0;
+    uint32_t count = 0;
+  };
+
+  static constexpr uint32_t kNone = 0xFFFFFFFF;
+
+  void MoveToEnd(uint32_t function);
+  void Append(uint32_t name);
+
+  std::vector<Run> runs_;  // in names_, by function
+  std::vector<uint32_t> names_;
+  uint32_t last_ = kNone;            // the function whose names stand at the end
+  std::vector<uint32_t> latestRun_;  // by name: where the latest run that has it begins
+};
+
+}  // namespace velkor

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string_view>
+#include <vector>
+
+#include "core/slot_index.h"
+
+namespace velkor {
+
+// Texts of which each is kept once, numbered from 0 in the order in which they came. Told apart
+// exactly. A text stays where it is until the table is cleared.
+class NameTable {
+ public:
+  static constexpr uint32_t kNone = 0xFFFFFFFF;
+
+  uint32_t Intern(std::string_view text);
+  // kNone when no such text was interned.
+  uint32_t Find(std::string_view text) const;
+  std::string_view operator[](uint32_t name) const { return entries_[name].text; }
+  void Clear();
+
+ private:
+  struct Entry {
+    std::string_view text;
+    uint32_t hash;
+  };
+
+  const uint32_t* FindPlace(std::string_view text, uint32_t hash) const;
+  std::string_view Keep(std::string_view text);
+
+  std::vector<std::unique_ptr<char[]>> blocks_;
+  char* free_ = nullptr;  // in the block that is being filled
+  size_t freeSize_ = 0;
+  std::vector<Entry> entries_;
+  SlotIndex index_;  // of entries_
+};
+
+}  // namespace velkor
