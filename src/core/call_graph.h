@@ -26,8 +26,11 @@ class CallGraph {
   }
   // Those that nothing calls, themselves included, ascending.
   std::vector<uint32_t> UncalledFunctions() const;
-  // Makes a Callees of the near future quick.
+  // Makes a Callees of the near future quick; and then what it answers.
   void Prefetch(uint32_t function) const { __builtin_prefetch(&first_[function]); }
+  void PrefetchCallees(uint32_t function) const {
+    __builtin_prefetch(callees_.data() + first_[function]);
+  }
 
  private:
   std::vector<uint32_t> first_{0};  // where each function's callees begin; one more at the end

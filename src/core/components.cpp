@@ -22,7 +22,7 @@ class ComponentSearch {
     for (const uint32_t start : starts) {
       WalkFrom(start);
     }
-    result_.reached = entered_;
+    result_.belowStarts = result_.Count();
     for (uint32_t function = 0; function < graph_.Count(); ++function) {
       WalkFrom(function);
     }
@@ -51,6 +51,9 @@ class ComponentSearch {
         continue;
       }
       const uint32_t callee = *frame.calls.next++;
+      if (!frame.calls.AtEnd()) {
+        graph_.PrefetchCallees(*frame.calls.next);
+      }
       if (lowest_[callee] == kNotEntered) {
         Enter(callee);
       } else {

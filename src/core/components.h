@@ -22,7 +22,7 @@ struct Components {
   std::vector<uint32_t> firstMember;  // where each component's begin; one entry more at the end
   std::vector<bool> recursive;        // of each component: its members can reach themselves
   std::vector<uint32_t> order;        // all functions, each where the walk left it
-  uint32_t reached = 0;               // how many the walk met from the given starts
+  uint32_t belowStarts = 0;           // how many components the walk closed from the given starts
 
   uint32_t Count() const { return static_cast<uint32_t>(recursive.size()); }
   std::span<const uint32_t> Members(uint32_t component) const {

@@ -1,6 +1,7 @@
 #include "core/computation.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "core/top_level.h"
@@ -14,12 +15,15 @@ void StkComputation::Rebuild() {
   const std::vector<uint32_t> uncalled = graph_->UncalledFunctions();
   Components components = FindComponents(*graph_, uncalled);
   MarkRecursion(components);
-  MarkTopLevel(DecideTopLevel(*graph_, components, uncalled, marked));
-  if (roots_.size() == uncalled.size()) {
-    roots_.order_ = ComputationOrder(std::move(components.order), graph_->Count());
-  } else {
-    FindOrder();
-  }
+  const std::vector<uint32_t> topLevel = DecideTopLevel(*graph_, components, uncalled, marked);
+  MarkTopLevel(topLevel);
+  // Both walks begin alike, up to the first top-level function that something calls.
+  const auto [root, start] = std::ranges::mismatch(topLevel, uncalled);
+  std::vector<uint32_t> order = std::move(components.order);
+  order.erase(start == uncalled.begin() ? order.begin()
+                                        : std::next(std::ranges::find(order, *std::prev(start))),
+              order.end());
+  FindOrder(std::move(order), static_cast<size_t>(root - topLevel.begin()));
 }
 
 // One pass over the records does all that needs one. Answers the functions marked FN_ROOT.
@@ -65,19 +69,24 @@ void StkComputation::MarkTopLevel(const std::vector<uint32_t>& topLevel) {
   }
 }
 
-void StkComputation::FindOrder() {
-  std::vector<uint32_t> order;
+void StkComputation::FindOrder(std::vector<uint32_t> order, size_t firstRoot) {
   order.reserve(graph_->Count());
   std::vector<bool> entered(graph_->Count(), false);
+  for (const uint32_t function : order) {
+    entered[function] = true;
+  }
   std::vector<CallCursor> path;
   const auto enter = [&](uint32_t function) {
     if (!entered[function]) {
       entered[function] = true;
       path.emplace_back(function, graph_->Callees(function));
+      for (const uint32_t callee : graph_->Callees(function)) {
+        graph_->Prefetch(callee);
+      }
     }
   };
-  for (const StkFunction* root : roots_.functions_) {
-    enter(root->index);
+  for (size_t i = firstRoot; i < roots_.size(); ++i) {
+    enter(roots_.functions_[i]->index);
     while (!path.empty()) {
       CallCursor& calls = path.back();
       if (calls.AtEnd()) {
@@ -99,7 +108,7 @@ StkFunctionList StkComputation::ComputeTotals() {
   } else {
     if (!graph_) {
       graph_.emplace(table_);
-      FindOrder();
+      FindOrder({}, 0);
     }
     pending = velkor::ComputeTotals(table_, *graph_, roots_.order_);
     const auto isOver = [](const StkFunction* root) { return root->totalStackSize == kOverSize; };

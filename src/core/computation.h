@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -31,7 +32,8 @@ class StkComputation {
   std::vector<uint32_t> ReadCalls();
   void MarkRecursion(const Components& components);
   void MarkTopLevel(const std::vector<uint32_t>& topLevel);
-  void FindOrder();
+  // order: what the walk from the top-level functions before firstRoot has left already.
+  void FindOrder(std::vector<uint32_t> order, size_t firstRoot);
 
   StkFunctionTable& table_;
   StkRootList& roots_;

@@ -66,7 +66,7 @@ class TotalsComputation {
     }
     if (position + kFetchCallees < order_.size()) {
       const uint32_t later = order_.At(position + kFetchCallees);
-      __builtin_prefetch(graph_.Callees(later).data());
+      graph_.PrefetchCallees(later);
       __builtin_prefetch(&own_[later]);
     }
     if (position + kFetchResults < order_.size()) {
