@@ -165,7 +165,7 @@ class ReadingThreads : public DocumentHost {
       shown += std::to_string(message) + " " + std::to_string(parameter) + "\n";
     }
     for (const auto& function : document.FunctionTable()->Functions()) {
-      shown += function->name + " " + std::to_string(function->totalStackSize);
+      shown += std::string(function->name) + " " + std::to_string(function->totalStackSize);
       for (const StkFunction* callee : function->callees) {
         shown += " " + std::to_string(callee->index);
       }
