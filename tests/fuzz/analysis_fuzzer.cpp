@@ -167,7 +167,7 @@ class AnalysisRun {
   std::vector<std::string> Names() {
     std::vector<std::string> names;
     for (const auto& function : Table().Functions()) {
-      names.push_back(function->name);
+      names.emplace_back(function->name);
     }
     return names;
   }

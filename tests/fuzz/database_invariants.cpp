@@ -14,7 +14,7 @@ using List = StkFunctionList StkFunction::*;
 
 void CheckRecord(const StkFunction& function) {
   const bool defined = function.Is(FN_DEFINED);
-  const std::string& name = function.name;
+  const std::string_view name = function.name;
   Require((function.file != nullptr) == defined, "a function has a file when it is defined", name);
   Require(defined || function.frameSize == 0, "an unknown function has no frame", name);
   Require(defined || function.callees.empty(), "an unknown function calls nothing", name);
@@ -28,11 +28,9 @@ void CheckRecord(const StkFunction& function) {
           "a library size belongs to a function that is only called", name);
   Require(function.Is(FN_LIBRARY | FN_FIXED_EXTRA) || function.librarySize == 0,
           "a library size has its flag", name);
-  Require(function.callNames == nullptr || function.callNames->empty(),
-          "no call name is left unresolved", name);
 }
 
-void CheckOrder(const StkFunctionList& list, const CodePage& codePage, const std::string& name) {
+void CheckOrder(const StkFunctionList& list, const CodePage& codePage, std::string_view name) {
   const auto descends = [&codePage](const StkFunction* left, const StkFunction* right) {
     return codePage.Compare(left->name, right->name) > 0;
   };
@@ -82,6 +80,7 @@ void CheckDatabase(const StkFunctionTable& table) {
     const StkFunction& function = *table.Functions()[i];
     RequireEqual(function.index, i, "an index is a position", function.name);
     CheckRecord(function);
+    Require(table.CallNames(function).empty(), "no call name is left unresolved", function.name);
     CheckOrder(function.callees, table.GetCodePage(), function.name);
     CheckOrder(function.extraCallees, table.GetCodePage(), function.name);
   }

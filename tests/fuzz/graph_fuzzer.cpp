@@ -129,7 +129,7 @@ class GraphRun {
     StkFunctionList list;
     for (const auto& function : table_.Functions()) {
       if ((chosen >> function->index & 1) != 0) {
-        list.push_back(function.get());
+        list.push_back(function);
       }
     }
     return list;
@@ -163,7 +163,7 @@ class GraphRun {
       const uint32_t callees = input_.Byte();
       for (uint32_t callee = 0; callee <= count; ++callee) {
         if ((callees >> callee & 1) != 0) {
-          function.AddCallName(name(callee));
+          table_.AddCallName(function, name(callee));
         }
       }
     }

@@ -154,12 +154,12 @@ class LiteralParser {
       const bool isStatic = function->Is(FN_DEFINED) && !function->Is(FN_GLOBAL);
       if (!file.empty()) {
         if (isStatic && codePage_.EqualIgnoreCase(function->file->BaseName(codePage_), file)) {
-          return function.get();
+          return function;
         }
       } else if (function->Is(FN_GLOBAL)) {
-        return function.get();
+        return function;
       } else if (other == nullptr) {
-        other = function.get();
+        other = function;
       }
     }
     return other;

@@ -75,13 +75,12 @@ class ModuleRun {
   std::string Said() const {
     std::string text = std::to_string(project.compilerInfo.version) + "\n";
     for (const auto& function : functions.Functions()) {
-      text += function->name + " " + (function->file != nullptr ? function->file->name : "") + " " +
+      text += std::string(function->name) + " " +
+              (function->file != nullptr ? function->file->name : "") + " " +
               std::to_string(function->flags) + " " + std::to_string(function->frameSize) + " " +
               std::to_string(function->librarySize) + ":";
-      if (function->callNames != nullptr) {
-        for (const std::string& name : *function->callNames) {
-          text += " " + name;
-        }
+      for (const std::string_view name : functions.CallNames(*function)) {
+        text.append(" ").append(name);
       }
       text += "\n";
     }

@@ -96,7 +96,7 @@ void CheckRoots(const StkFunctionTable& table, const StkRootList& roots) {
   bool over = false;
   for (const auto& function : table.Functions()) {
     if (function->Is(FN_ROOT)) {
-      marked.push_back(function.get());
+      marked.push_back(function);
       over |= function->totalStackSize == kOverSize;
     }
     const bool called = !function->callers.empty() || !function->extraCallers.empty();

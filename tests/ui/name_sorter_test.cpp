@@ -19,9 +19,7 @@ class NameSorting : public ::testing::Test {
     std::mt19937 random(static_cast<unsigned>(count));
     StkFunctionList list;
     for (size_t i = 0; i < count; ++i) {
-      auto function = std::make_unique<StkFunction>();
-      function->name = "_f" + std::to_string(random() % (count + 1));
-      list.push_back(&table.Insert(std::move(function)));
+      list.push_back(&table.AddUnknown("_f" + std::to_string(random() % (count + 1))));
     }
     std::shuffle(list.begin(), list.end(), random);
     return list;
