@@ -14,8 +14,8 @@ StkFunctionTable::StkFunctionTable(const CodePage& codePage)
 
 StkFunctionTable::~StkFunctionTable() = default;
 
-StkFunction& StkFunctionTable::AddDefined(std::string_view name, const StkFileEntry& file) {
-  return Insert(names_.Intern(name), &file, FN_DEFINED);
+StkFunction& StkFunctionTable::AddDefined(uint32_t name, const StkFileEntry& file) {
+  return Insert(name, &file, FN_DEFINED);
 }
 
 StkFunction& StkFunctionTable::AddUnknown(std::string_view name) {
@@ -35,8 +35,8 @@ StkFunction& StkFunctionTable::Insert(uint32_t name, const StkFileEntry* file, u
   return inserted;
 }
 
-void StkFunctionTable::AddCallName(const StkFunction& caller, std::string_view callName) {
-  callNames_.Add(caller.index, names_.Intern(callName));
+void StkFunctionTable::AddCallName(const StkFunction& caller, uint32_t callName) {
+  callNames_.Add(caller.index, callName);
 }
 
 std::vector<std::string_view> StkFunctionTable::CallNames(const StkFunction& caller) const {

@@ -29,14 +29,23 @@ class StkFunctionTable {
 
   const CodePage& GetCodePage() const { return codePage_; }
 
+  // The number that the table knows a name by until Clear: where names come again and again, it
+  // takes the place of the text below.
+  uint32_t NumberOfName(std::string_view name) { return names_.Intern(name); }
   // A new FN_DEFINED record. The caller sets FN_GLOBAL and the rest on the result, before the
   // next lookup.
-  StkFunction& AddDefined(std::string_view name, const StkFileEntry& file);
+  StkFunction& AddDefined(uint32_t name, const StkFileEntry& file);
+  StkFunction& AddDefined(std::string_view name, const StkFileEntry& file) {
+    return AddDefined(NumberOfName(name), file);
+  }
   // A new record of a function that is only called.
   StkFunction& AddUnknown(std::string_view name);
   // The caller calls something of that name. Nothing happens when it has an equal call name
   // (case-sensitive) already. Call names are kept until ResolveAllCalls.
-  void AddCallName(const StkFunction& caller, std::string_view callName);
+  void AddCallName(const StkFunction& caller, uint32_t callName);
+  void AddCallName(const StkFunction& caller, std::string_view callName) {
+    AddCallName(caller, NumberOfName(callName));
+  }
   // In the order in which they were added.
   std::vector<std::string_view> CallNames(const StkFunction& caller) const;
   // Which function the name means in a call by caller; made anew as an unknown one when nothing

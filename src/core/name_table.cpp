@@ -1,10 +1,15 @@
 #include "core/name_table.h"
 
+#include <algorithm>
+
 namespace velkor {
 
 namespace {
-constexpr size_t kBlockSize = 65536;
-}
+
+constexpr size_t kFirstBlockSize = 1024;
+constexpr size_t kLargestBlockSize = 65536;
+
+}  // namespace
 
 uint32_t NameTable::Intern(std::string_view text) {
   const uint32_t hash = HashExactText(text);
@@ -37,15 +42,16 @@ const uint32_t* NameTable::FindPlace(std::string_view text, uint32_t hash) const
 
 // A text that would waste much of a block gets one of its own.
 std::string_view NameTable::Keep(std::string_view text) {
-  if (text.size() > kBlockSize / 4) {
-    blocks_.push_back(std::make_unique<char[]>(text.size()));
+  if (text.size() > freeSize_ && text.size() > kFirstBlockSize / 4) {
+    blocks_.push_back(std::make_unique_for_overwrite<char[]>(text.size()));
     text.copy(blocks_.back().get(), text.size());
     return {blocks_.back().get(), text.size()};
   }
   if (text.size() > freeSize_) {
-    blocks_.push_back(std::make_unique<char[]>(kBlockSize));
+    freeSize_ =
+        std::min(kFirstBlockSize << std::min(blocks_.size(), size_t{16}), kLargestBlockSize);
+    blocks_.push_back(std::make_unique_for_overwrite<char[]>(freeSize_));
     free_ = blocks_.back().get();
-    freeSize_ = kBlockSize;
   }
   text.copy(free_, text.size());
   const std::string_view kept(free_, text.size());

@@ -20,6 +20,7 @@ class NameTable {
   // kNone when no such text was interned.
   uint32_t Find(std::string_view text) const;
   std::string_view operator[](uint32_t name) const { return entries_[name].text; }
+  uint32_t size() const { return static_cast<uint32_t>(entries_.size()); }
   void Clear();
 
  private:
@@ -31,8 +32,8 @@ class NameTable {
   const uint32_t* FindPlace(std::string_view text, uint32_t hash) const;
   std::string_view Keep(std::string_view text);
 
-  std::vector<std::unique_ptr<char[]>> blocks_;
-  char* free_ = nullptr;  // in the block that is being filled
+  std::vector<std::unique_ptr<char[]>> blocks_;  // each larger than the one before, up to a limit
+  char* free_ = nullptr;                         // in the block that is being filled
   size_t freeSize_ = 0;
   std::vector<Entry> entries_;
   SlotIndex index_;  // of entries_

@@ -49,7 +49,8 @@ bool ModuleEntry::EnterEvent(const ModuleRecording& recording, ModuleRecording::
       AddFunction(recording, event.value);
       break;
     case Step::kCallee:
-      destination_.functions.AddCallName(*currentRecord_, recording.names.Name(event.value));
+      destination_.functions.AddCallName(*currentRecord_,
+                                         TableNameOf(recording.names, event.value));
       break;
     case Step::kIndirectCall:
       currentRecord_->flags |= FN_INDIRECT_CALL;
@@ -105,7 +106,7 @@ ModuleEntry::Result ModuleEntry::ReportEnd(const ModuleRecording& recording) {
 void ModuleEntry::AddFunction(const ModuleRecording& recording, uint32_t number) {
   const ModuleRecording::Function& function = recording.functions[number];
   StkFunction& record =
-      destination_.functions.AddDefined(recording.names.Name(function.name), *currentFile_);
+      destination_.functions.AddDefined(TableNameOf(recording.names, function.name), *currentFile_);
   if (!function.isStatic) {
     record.flags |= FN_GLOBAL;
   }
@@ -131,24 +132,31 @@ void ModuleEntry::AddRuntimeHelpers(const ModuleRecording& recording, uint32_t n
                          ? recording.functions[number + size_t{1}].firstHelper
                          : recording.helpers.size();
   for (size_t i = recording.functions[number].firstHelper; i < end; ++i) {
-    const uint32_t helper = recording.helpers[i];
-    if (IsInHelperTable(recording.helperNames, helper)) {
-      destination_.functions.AddCallName(*currentRecord_,
-                                         "_@" + std::string(recording.helperNames.Name(helper)));
+    const uint32_t name = TableNameOfHelper(recording.helperNames, recording.helpers[i]);
+    if (name != NameTable::kNone) {
+      destination_.functions.AddCallName(*currentRecord_, name);
     }
   }
 }
 
-bool ModuleEntry::IsInHelperTable(const StkNameSet& helperNames, uint32_t helper) {
-  if (helper >= listed_.size()) {
-    listed_.resize(helperNames.size(), Listed::kNotLookedUp);
+uint32_t ModuleEntry::TableNameOf(const StkNameSet& names, uint32_t name) {
+  names_.resize(names.size());
+  TableName& known = names_[name];
+  if (!known) {
+    known = destination_.functions.NumberOfName(names.Name(name));
   }
-  Listed& listed = listed_[helper];
-  if (listed == Listed::kNotLookedUp) {
+  return *known;
+}
+
+uint32_t ModuleEntry::TableNameOfHelper(const StkNameSet& helperNames, uint32_t helper) {
+  helpers_.resize(helperNames.size());
+  TableName& known = helpers_[helper];
+  if (!known) {
     const std::string name = "@" + std::string(helperNames.Name(helper));
-    listed = destination_.project.runtimeNames.Contains(name) ? Listed::kYes : Listed::kNo;
+    const bool isListed = destination_.project.runtimeNames.Contains(name);
+    known = isListed ? destination_.functions.NumberOfName("_" + name) : NameTable::kNone;
   }
-  return listed == Listed::kYes;
+  return *known;
 }
 
 uint32_t ModuleEntry::FrameSize(const ModuleRecording::Function& function) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,7 +40,8 @@ class ModuleEntry {
   Result Enter(const ModuleRecording& recording);
 
  private:
-  enum class Listed : uint8_t { kNotLookedUp, kYes, kNo };
+  // What a name of the recording is called in the function table, once that has been asked.
+  using TableName = std::optional<uint32_t>;
 
   // False: the module is refused.
   bool EnterEvent(const ModuleRecording& recording, ModuleRecording::Event event);
@@ -47,7 +49,9 @@ class ModuleEntry {
   Result ReportEnd(const ModuleRecording& recording);
   void AddFunction(const ModuleRecording& recording, uint32_t number);
   void AddRuntimeHelpers(const ModuleRecording& recording, uint32_t number);
-  bool IsInHelperTable(const StkNameSet& helperNames, uint32_t helper);
+  uint32_t TableNameOf(const StkNameSet& names, uint32_t name);
+  // NameTable::kNone for a helper that the runtime helper table does not name.
+  uint32_t TableNameOfHelper(const StkNameSet& helperNames, uint32_t helper);
   uint32_t FrameSize(const ModuleRecording::Function& function) const;
   void LogAborted();
 
@@ -59,7 +63,8 @@ class ModuleEntry {
   bool versionWarned_ = false;
   const StkFileEntry* currentFile_ = nullptr;
   StkFunction* currentRecord_ = nullptr;
-  std::vector<Listed> listed_;  // by helper number: whether the runtime helper table names it
+  std::vector<TableName> names_;    // by number in the recording
+  std::vector<TableName> helpers_;  // the same
 };
 
 }  // namespace velkor
