@@ -16,22 +16,23 @@ size_t StkFingerprintSource::Read(char* buffer, size_t size) {
   return count;
 }
 
-std::optional<uint64_t> FileFingerprint(FileSystem& files, std::string_view path) {
-  const OpenResult<InputFile> opened = files.OpenForRead(path);
-  if (!opened.file) {
-    return std::nullopt;
-  }
+std::optional<uint64_t> FileFingerprint(InputFile& file) {
   StkFingerprint fingerprint;
   uint64_t length = 0;
   std::array<char, 10240> buffer;
-  while (const size_t count = opened.file->Read(buffer.data(), buffer.size())) {
+  while (const size_t count = file.Read(buffer.data(), buffer.size())) {
     fingerprint.Add({buffer.data(), count});
     length += count;
   }
-  if (length != opened.file->Length()) {
+  if (length != file.Length()) {
     return std::nullopt;
   }
   return fingerprint.Value();
+}
+
+std::optional<uint64_t> FileFingerprint(FileSystem& files, std::string_view path) {
+  const OpenResult<InputFile> opened = files.OpenForRead(path);
+  return opened.file ? FileFingerprint(*opened.file) : std::nullopt;
 }
 
 }  // namespace velkor

@@ -35,7 +35,8 @@ class StkFingerprintSource : public StkByteSource {
   StkFingerprint& fingerprint_;
 };
 
-// None when the file cannot be read whole.
+// None when the file cannot be read whole. An open one is read from where it stands.
+std::optional<uint64_t> FileFingerprint(InputFile& file);
 std::optional<uint64_t> FileFingerprint(FileSystem& files, std::string_view path);
 
 }  // namespace velkor

@@ -119,7 +119,9 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
   StkTextReader reader(bytes);
   TextLine line;
   statements_ = 0;
-  for (uint32_t number = 1; reader.ReadLine(line, StkSpecReader::kLineBufferSize); ++number) {
+  cutShort_ = false;
+  for (uint32_t number = 1;
+       reader.ReadLine(line, StkSpecReader::kLineBufferSize) && !reader.CutShort(); ++number) {
     if (number > StkSpecReader::kMaxLines) {
       reporter_.PostWarning(MessageKey::kW9406, {source.Path(), StkSpecReader::kMaxLines});
       return false;
@@ -141,11 +143,20 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
       return false;
     }
   }
-  return true;
+  cutShort_ = reader.CutShort();
+  if (cutShort_) {
+    ReportCutShort(source);
+  }
+  return !cutShort_;
+}
+
+void StkSpecReadJob::ReportCutShort(const StkSpecReader& source) {
+  const bool systemFile = source.Kind() == SpecificationKind::kSystemFile;
+  reporter_.PostWarning(systemFile ? MessageKey::kW9429 : MessageKey::kW9401, {source.Path()});
 }
 
 void StkSpecReadJob::HandOver(StkSpecReader& source) {
-  const bool discarded = Stopped() || source.Answer() == StopAnswer::kAbort;
+  const bool discarded = Stopped() || cutShort_ || source.Answer() == StopAnswer::kAbort;
   if (discarded) {
     functions_.DiscardPendingAdjustments();
   }

@@ -33,6 +33,7 @@ class StkSpecReadJob : public StkJob {
   void ReadSource(StkSpecReader& source);
   // True when the end of the file was reached.
   bool ReadLines(StkSpecReader& source, StkByteSource& bytes);
+  void ReportCutShort(const StkSpecReader& source);
   void HandOver(StkSpecReader& source);
   StkFunctionList PendingDepths() const;
 
@@ -40,6 +41,7 @@ class StkSpecReadJob : public StkJob {
   StkFunctionTable& functions_;
   StkRootList& roots_;
   StkReporter& reporter_;
+  bool cutShort_ = false;    // the current source
   uint32_t statements_ = 0;  // lines of the current source that state something
   std::optional<uint64_t> takenSystemFile_;
 };

@@ -5,7 +5,6 @@
 #include "document/fingerprint.h"
 #include "document/notifications.h"
 #include "document/output_path.h"
-#include "document/system_file_keeper.h"
 
 namespace velkor {
 
@@ -21,7 +20,8 @@ StkSpecWriteJob::StkSpecWriteJob(SpecWriteOrder order, const StkFunctionTable& f
       order_(std::move(order)),
       functions_(functions),
       host_(host),
-      reporter_(reporter) {}
+      reporter_(reporter),
+      keeper_(order_.path, order_.known, host, reporter) {}
 
 StkSpecWriteJob::~StkSpecWriteJob() {
   Stop();
@@ -29,6 +29,8 @@ StkSpecWriteJob::~StkSpecWriteJob() {
 
 void StkSpecWriteJob::Run() {
   StkSpecWriter writer(order_.mode, order_.path, functions_, host_);
+  writer.SetMayReplace(
+      [this](const std::string& newPath, InputFile* old) { return MayReplace(newPath, old); });
   Post(WM_STK_SPECWRITE_START, writer.CountToWrite());
   if (PathAllowed()) {
     if (writer.Open()) {
@@ -53,11 +55,18 @@ bool StkSpecWriteJob::PathAllowed() {
   if (!CheckOutputPath(order_.path, order_.inputs, host_, reporter_)) {
     return false;
   }
-  if (IsAutomatic() && !StkSystemFileKeeper(order_.path, host_, reporter_).Keep(order_.known)) {
+  if (IsAutomatic() && !keeper_.Keep()) {
     reporter_.PostWarning(MessageKey::kW9402, {order_.path});
     return false;
   }
   return true;
+}
+
+// Another program may have saved since the file was kept. The new file's fingerprint is taken
+// before it stands where others replace it.
+bool StkSpecWriteJob::MayReplace(const std::string& newPath, InputFile* old) {
+  written_ = FileFingerprint(host_.files, newPath);
+  return old == nullptr || keeper_.IsKept(*old);
 }
 
 void StkSpecWriteJob::Write(StkSpecWriter& writer) {
@@ -72,8 +81,6 @@ void StkSpecWriteJob::Write(StkSpecWriter& writer) {
   if (!IsAutomatic()) {
     reporter_.PostLog(completed_ ? MessageKey::kWritingCompleted : MessageKey::kWritingAborted,
                       {order_.path});
-  } else if (completed_) {
-    written_ = FileFingerprint(host_.files, order_.path);
   }
 }
 

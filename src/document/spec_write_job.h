@@ -7,6 +7,7 @@
 
 #include "core/recompute.h"
 #include "document/job.h"
+#include "document/system_file_keeper.h"
 #include "files/spec_writer.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
@@ -45,12 +46,14 @@ class StkSpecWriteJob : public StkJob {
   // False after having reported.
   bool PathAllowed();
   void Write(StkSpecWriter& writer);
+  bool MayReplace(const std::string& newPath, InputFile* old);
   bool AfterFunction(uint32_t count);
 
   const SpecWriteOrder order_;
   const StkFunctionTable& functions_;
   Host& host_;
   StkReporter& reporter_;
+  StkSystemFileKeeper keeper_;
   bool completed_ = false;
   std::optional<uint64_t> written_;
 };

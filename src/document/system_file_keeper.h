@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "messages/reporter.h"
 #include "platform/host.h"
@@ -16,19 +17,25 @@ namespace velkor {
 // and the same content is kept once.
 class StkSystemFileKeeper {
  public:
-  StkSystemFileKeeper(std::string path, Host& host, StkReporter& reporter)
-      : path_(std::move(path)), host_(host), reporter_(reporter) {}
-
   // known: the fingerprint of the content whose adjustments are all in force, if any.
+  StkSystemFileKeeper(std::string path, std::optional<uint64_t> known, Host& host,
+                      StkReporter& reporter)
+      : path_(std::move(path)), known_(known), host_(host), reporter_(reporter) {}
+
   // False when the file must not be replaced, because it could not be kept; nothing is reported
   // then. A copy that was made is logged.
-  bool Keep(std::optional<uint64_t> known);
+  bool Keep();
+  // After Keep, about the file that stands there now: nothing of it would be lost.
+  bool IsKept(InputFile& file) const;
 
  private:
   bool Copy(uint64_t fingerprint);
   bool CopyTo(const std::string& copyPath, uint64_t fingerprint);
+  bool WriteCopy(const std::string& copyPath, uint64_t fingerprint);
 
   const std::string path_;
+  const std::optional<uint64_t> known_;
+  std::optional<uint64_t> copied_;  // of the content that a copy has
   Host& host_;
   StkReporter& reporter_;
 };

@@ -1,31 +1,11 @@
 #include "files/spec_writer.h"
 
-#include <random>
 #include <utility>
 
 #include "core/function_text.h"
-#include "files/paths.h"
+#include "files/sibling_path.h"
 
 namespace velkor {
-
-namespace {
-
-// A name beside the path that no other program, and no other save, uses at the same time.
-std::string SiblingOf(std::string_view path, const CodePage& codePage) {
-  constexpr size_t kMaxNamePart = 200;  // leaves room for the rest in one component
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  std::random_device random;
-  const uint64_t number = (static_cast<uint64_t>(random()) << 32) | random();
-  std::string name(FileNamePart(path, codePage));
-  name.resize(codePage.CutLength(name, kMaxNamePart));
-  name += '.';
-  for (unsigned shift = 0; shift < 64; shift += 4) {
-    name += kDigits[(number >> shift) & 0xF];
-  }
-  return std::string(DirectoryPart(path, codePage)) + name + ".tmp";
-}
-
-}  // namespace
 
 StkSpecWriter::StkSpecWriter(Mode mode, std::string path, const StkFunctionTable& table, Host& host)
     : mode_(mode), path_(std::move(path)), table_(table), host_(host), file_(host) {}
@@ -37,7 +17,7 @@ StkSpecWriter::~StkSpecWriter() {
 bool StkSpecWriter::Open() {
   std::string target = path_;
   if (mode_ == Mode::kAutomatic) {
-    target = SiblingOf(path_, host_.codePage);
+    target = SiblingPath(path_, host_.codePage);
   }
   const StkTextWriter::Opened opened = file_.OpenForWrite(target);
   if (!opened.ok) {
@@ -128,12 +108,18 @@ WriteEnd StkSpecWriter::Finish() {
   if (!file_.Close() || !synchronized) {
     return Fail(MessageKey::kW9404);
   }
-  if (mode_ == Mode::kAutomatic && !host_.files.Replace(sibling_, path_)) {
+  if (mode_ == Mode::kAutomatic && !TakeOldPlace()) {
     // Somebody holds the file, or it is protected: what opening it for writing meets.
     return Fail(MessageKey::kW9402);
   }
   sibling_.clear();
   return WriteEnd::kCompleted;
+}
+
+bool StkSpecWriter::TakeOldPlace() {
+  const auto mayReplace = [this](InputFile* old) { return mayReplace_(sibling_, old); };
+  return host_.files.Replace(sibling_, path_,
+                             mayReplace_ ? FileSystem::MayReplace(mayReplace) : nullptr);
 }
 
 WriteEnd StkSpecWriter::EndStopped() {

@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "core/function_table.h"
 #include "files/text_writer.h"
@@ -28,6 +29,9 @@ class StkSpecWriter {
   };
   // Called after each function with the number of functions written so far. False stops.
   using AfterFunction = std::function<bool(uint32_t count)>;
+  // Called with the complete new file's path and, when there is one, the old file, which is held.
+  // False keeps the old file: the writing fails with W9402.
+  using MayReplace = std::function<bool(const std::string& newPath, InputFile* old)>;
 
   StkSpecWriter(Mode mode, std::string path, const StkFunctionTable& table, Host& host);
   ~StkSpecWriter();
@@ -36,6 +40,7 @@ class StkSpecWriter {
 
   // The number of functions that the file is to hold.
   uint32_t CountToWrite() const { return table_.CountForSpecFile(mode_ == Mode::kUser); }
+  void SetMayReplace(MayReplace mayReplace) { mayReplace_ = std::move(mayReplace); }
   bool Open();
   // kStopped only when functions were left out: a stop after the last one comes too late.
   WriteEnd Write(const AfterFunction& afterFunction);
@@ -48,6 +53,7 @@ class StkSpecWriter {
   bool WriteAttribute(std::string_view keyword, uint32_t value);
   std::string NameToRead(const StkFunction& function) const;
   WriteEnd Finish();
+  bool TakeOldPlace();
   WriteEnd EndStopped();
   void Discard();
   WriteEnd Fail(MessageKey key);
@@ -57,6 +63,7 @@ class StkSpecWriter {
   const StkFunctionTable& table_;
   Host& host_;
   StkTextWriter file_;
+  MayReplace mayReplace_;
   std::string sibling_;  // the new file until it takes the old one's place; empty: none
   uint32_t count_ = 0;
   bool stopped_ = false;

@@ -19,6 +19,8 @@ class StkTextReader {
   // False at the end of the data. At most size - 1 characters of the line are kept; size is at
   // most 5120.
   bool ReadLine(TextLine& line, size_t size);
+  // The source ended before its length: the line answered last may be a part of one.
+  bool CutShort() const { return endOfData_ && position_ < source_.Length(); }
   // Bytes taken from the source for the lines answered so far.
   uint64_t Position() const { return position_; }
 

@@ -52,6 +52,8 @@ bool StkTextWriter::Refill() {
   }
   next_ = 0;
   end_ = input_->Read(buffer_.data(), buffer_.size());
+  received_ += end_;
+  cutShort_ = end_ == 0 && received_ < input_->Length();
   const size_t endOfText = std::string_view(buffer_.data(), end_).find(kEndOfText);
   if (endOfText != std::string_view::npos) {
     end_ = endOfText;

@@ -41,6 +41,8 @@ class StkTextWriter {
   // being at most 5120. False at the end of the file before a first character. The full length
   // counts the characters of the line as text mode delivers them.
   bool ReadLine(TextLine& line, size_t limit);
+  // The file ended before its length: the line answered last may be a part of one.
+  bool CutShort() const { return cutShort_; }
   // What is in memory of the lines that follow, as the file has them: a line feed ends each,
   // perhaps after a CR. The last one may be incomplete. Valid until the next ReadLine.
   std::string_view BytesAtHand() const { return {buffer_.data() + next_, end_ - next_}; }
@@ -81,7 +83,9 @@ class StkTextWriter {
   std::string buffer_;
   size_t next_ = 0;  // reading: next byte of buffer_
   size_t end_ = 0;
+  uint64_t received_ = 0;
   bool endOfInput_ = false;
+  bool cutShort_ = false;
   std::string carried_;         // reading: what is kept of a line that began in earlier chunks
   uint64_t carriedLength_ = 0;  // its length so far, carriage returns included
   bool carriageReturnLast_ = false;

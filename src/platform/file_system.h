@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -19,8 +20,10 @@ enum class FileFailure {
 class InputFile {
  public:
   virtual ~InputFile() = default;
-  // Bytes read into buffer, 0 at the end. A read failure ends the data.
+  // Bytes read into buffer, 0 at the end. A read failure, and another program that shortens the
+  // file meanwhile, end the data: before Length bytes were read, it was cut short.
   virtual size_t Read(char* buffer, size_t size) = 0;
+  // When it was opened.
   virtual uint64_t Length() const = 0;
 };
 
@@ -55,10 +58,14 @@ class FileSystem {
   virtual bool IsDirectory(std::string_view path) = 0;
   // True when both name the same existing file, whatever their spelling.
   virtual bool IsSameFile(std::string_view left, std::string_view right) = 0;
+  // Asked about the file that is about to be replaced, none when there is none. It is held
+  // meanwhile: what is agreed to is what goes.
+  using MayReplace = std::function<bool(InputFile* old)>;
   // Puts the file `from` in the place of `to` in one step, and waits until the folder says so
-  // after a crash too. False when `to` is held by another (its lock) or the step fails; then
-  // both are as before.
-  virtual bool Replace(std::string_view from, std::string_view to) = 0;
+  // after a crash too. False when `to` is held by another (its lock) or taken by another
+  // meanwhile, when mayReplace says so or the step fails; then both are as before.
+  virtual bool Replace(std::string_view from, std::string_view to,
+                       const MayReplace& mayReplace = {}) = 0;
   virtual bool Remove(std::string_view path) = 0;
 };
 

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/host_file.h"
+#include "platform/name_lookup.h"
 
 namespace velkor {
 namespace {
@@ -75,6 +76,12 @@ bool IsSame(const struct stat& left, const struct stat& right) {
   return left.st_dev == right.st_dev && left.st_ino == right.st_ino;
 }
 
+// The path names the file that is open, and not one that has been put in its place since.
+bool IsAt(const HostFile& file, const std::string& hostPath) {
+  const std::optional<struct stat> current = StatusOf(hostPath);
+  return current && IsSame(*current, file.Status());
+}
+
 // Empties a file that is open for writing and locks it; a device is used as it is.
 FileFailure Take(const HostFile& file, const std::string& hostPath) {
   const struct stat status = file.Status();
@@ -86,11 +93,8 @@ FileFailure Take(const HostFile& file, const std::string& hostPath) {
     return FileFailure::kOther;
   }
   // Another file may have been put in its place before the lock was there.
-  const std::optional<struct stat> current = StatusOf(hostPath);
-  if (!current || !IsSame(*current, status) || ftruncate(file.Descriptor(), 0) != 0) {
-    return FileFailure::kOther;
-  }
-  return FileFailure::kNone;
+  const bool taken = IsAt(file, hostPath) && ftruncate(file.Descriptor(), 0) == 0;
+  return taken ? FileFailure::kNone : FileFailure::kOther;
 }
 
 // The file that a path leads to when its last component is a symbolic link, or a chain of them,
@@ -116,15 +120,37 @@ bool TakeOver(const std::string& hostPath, const struct stat& before) {
   return chmod(hostPath.c_str(), before.st_mode & set) == 0;
 }
 
-bool Rename(const std::string& from, const std::string& to, const struct stat& status) {
-  if (rename(from.c_str(), to.c_str()) != 0) {
-    TakeOver(from, status);
-    return false;
+// Where nothing has that name. False when something has.
+bool RenameToNew(const std::string& from, const std::string& to) {
+  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+    return true;
   }
-  const std::string folder = std::filesystem::path(to).parent_path().string();
+  const bool unsupported = errno == EINVAL || errno == ENOSYS;
+  return unsupported && !IsThere(to) && rename(from.c_str(), to.c_str()) == 0;
+}
+
+void SynchronizeFolderOf(const std::string& hostPath) {
+  const std::string folder = std::filesystem::path(hostPath).parent_path().string();
   const HostFile opened(folder.empty() ? "." : folder, O_RDONLY | O_DIRECTORY);
   if (opened.IsOpen()) {
     fsync(opened.Descriptor());  // a failure cannot undo what everybody sees already
+  }
+}
+
+bool PutInPlaceOf(HostFile old, const std::string& from, const std::string& to,
+                  const FileSystem::MayReplace& mayReplace) {
+  const struct stat oldStatus = old.Status();
+  const std::optional<struct stat> status = StatusOf(from);
+  if (!status || !S_ISREG(oldStatus.st_mode) || !old.Lock(true) || !IsAt(old, to)) {
+    return false;
+  }
+  HostInputFile held(std::move(old));
+  if ((mayReplace && !mayReplace(&held)) || !TakeOver(from, oldStatus)) {
+    return false;
+  }
+  if (rename(from.c_str(), to.c_str()) != 0) {
+    TakeOver(from, *status);
+    return false;
   }
   return true;
 }
@@ -167,7 +193,8 @@ bool HostFileSystem::IsSameFile(std::string_view left, std::string_view right) {
   return first && second && IsSame(*first, *second);
 }
 
-bool HostFileSystem::Replace(std::string_view from, std::string_view to) {
+bool HostFileSystem::Replace(std::string_view from, std::string_view to,
+                             const MayReplace& mayReplace) {
   const std::string source = paths_.ToHost(from);
   const std::string target = FollowLinks(paths_.ToHost(to));
   const std::optional<struct stat> status = StatusOf(source);
@@ -175,14 +202,15 @@ bool HostFileSystem::Replace(std::string_view from, std::string_view to) {
     return false;
   }
   // Opened for writing: a file that its user protected is not replaced behind the protection.
-  const HostFile old(target, O_WRONLY);
-  if (!old.IsOpen()) {
-    return old.Failure() == FileFailure::kNotFound && Rename(source, target, *status);
+  HostFile old(target, O_RDWR);
+  const bool replaced = old.IsOpen() ? PutInPlaceOf(std::move(old), source, target, mayReplace)
+                                     : old.Failure() == FileFailure::kNotFound &&
+                                           (!mayReplace || mayReplace(nullptr)) &&
+                                           RenameToNew(source, target);
+  if (replaced) {
+    SynchronizeFolderOf(target);
   }
-  if (!S_ISREG(old.Status().st_mode) || !old.Lock(true) || !TakeOver(source, old.Status())) {
-    return false;
-  }
-  return Rename(source, target, *status);
+  return replaced;
 }
 
 bool HostFileSystem::Remove(std::string_view path) {

@@ -17,7 +17,8 @@ class HostFileSystem : public FileSystem {
   bool Exists(std::string_view path) override;
   bool IsDirectory(std::string_view path) override;
   bool IsSameFile(std::string_view left, std::string_view right) override;
-  bool Replace(std::string_view from, std::string_view to) override;
+  bool Replace(std::string_view from, std::string_view to,
+               const MayReplace& mayReplace = {}) override;
   bool Remove(std::string_view path) override;
 
  private:

@@ -1,6 +1,7 @@
 #include "platform/profile_file.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 #include "platform/ini_text.h"
@@ -26,7 +27,9 @@ std::string ReadAll(InputFile& file) {
 }  // namespace
 
 ProfileFile::ProfileFile(const CodePage& codePage, InputFile& file)
-    : ProfileFile(codePage, ReadAll(file)) {}
+    : ProfileFile(codePage, ReadAll(file)) {
+  cutShort_ = text_.size() < std::min<uint64_t>(file.Length(), kMaxBytes);
+}
 
 ProfileFile::ProfileFile(const CodePage& codePage, std::string text)
     : codePage_(codePage), text_(std::move(text)) {

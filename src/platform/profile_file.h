@@ -26,6 +26,8 @@ class ProfileFile {
   ProfileFile(const ProfileFile&) = delete;
   ProfileFile& operator=(const ProfileFile&) = delete;
 
+  // The file ended before it should: what is missing may be anything.
+  bool CutShort() const { return cutShort_; }
   // The value, at most size - 1 bytes and never cut inside a character; empty when the section or
   // the key is missing.
   std::string GetString(std::string_view section, std::string_view key, size_t size = 5120) const;
@@ -47,6 +49,7 @@ class ProfileFile {
   bool IsFull() const { return sections_.size() + entries_.size() >= kMaxLines; }
 
   const CodePage& codePage_;
+  bool cutShort_ = false;
   std::string text_;               // everything below points into it
   std::vector<Section> sections_;  // sorted by name, ignoring letter case; first ones only
   std::vector<Entry> entries_;     // sorted by key within each section, equal ones as in the file

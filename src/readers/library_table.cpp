@@ -66,6 +66,23 @@ std::string_view TableLineName(std::string_view line, const CodePage& codePage) 
   return word.substr(0, close);
 }
 
+// False when only a part of the table could be read.
+bool ReadNames(StkLibraryTable& table, const CodePage& codePage, RuntimeNameSet& set) {
+  const std::unique_ptr<StkByteSource> source = table.Open();
+  if (!source) {
+    return true;
+  }
+  StkTextReader reader(*source);
+  TextLine line;
+  while (reader.ReadLine(line, StkSpecReader::kLineBufferSize) && !reader.CutShort()) {
+    const std::string_view name = TableLineName(line.text, codePage);
+    if (!name.empty()) {
+      set.names.Insert(name);
+    }
+  }
+  return !reader.CutShort();
+}
+
 }  // namespace
 
 StkLibraryTable::StkLibraryTable(LibraryTableKind kind, const StkProject& project, Host& host,
@@ -73,12 +90,16 @@ StkLibraryTable::StkLibraryTable(LibraryTableKind kind, const StkProject& projec
     : StkSpecReader(SpecificationKind::kLibraryTable, TablePath(kind, project, host, reporter),
                     host, reporter),
       resourceId_(static_cast<uint32_t>(NameKey(kind))),
-      displayName_(reporter.Messages().Text(NameKey(kind))) {}
+      displayName_(reporter.Messages().Text(NameKey(kind))) {
+  usesBuiltIn_ = kind == LibraryTableKind::kRuntimeHelpers && project.runtimeNames.builtIn;
+}
 
 std::unique_ptr<StkByteSource> StkLibraryTable::Open() {
-  if (std::unique_ptr<StkByteSource> file = OpenFile()) {
+  std::unique_ptr<StkByteSource> file = usesBuiltIn_ ? nullptr : OpenFile();
+  if (file != nullptr) {
     return file;
   }
+  usesBuiltIn_ = true;
   if (!noMissingWarning_) {
     reporter_.PostWarning(MessageKey::kW9427, {Path(), kProductName, displayName_});
   }
@@ -94,18 +115,11 @@ void LoadRuntimeNameSet(StkProject& project, Host& host, StkReporter& reporter) 
   set.loaded = true;
   StkLibraryTable table(LibraryTableKind::kRuntimeHelpers, project, host, reporter);
   table.SetNoMissingWarning();
-  const std::unique_ptr<StkByteSource> source = table.Open();
-  if (!source) {
-    return;
+  if (!ReadNames(table, host.codePage, set)) {
+    table.UseBuiltIn();
+    ReadNames(table, host.codePage, set);
   }
-  StkTextReader reader(*source);
-  TextLine line;
-  while (reader.ReadLine(line, StkSpecReader::kLineBufferSize)) {
-    const std::string_view name = TableLineName(line.text, host.codePage);
-    if (!name.empty()) {
-      set.names.Insert(name);
-    }
-  }
+  set.builtIn = table.UsesBuiltIn();
 }
 
 }  // namespace velkor

@@ -21,8 +21,12 @@ class StkLibraryTable : public StkSpecReader {
   // W9427 is not reported: only the names are wanted.
   void SetNoMissingWarning() { noMissingWarning_ = true; }
   std::unique_ptr<StkByteSource> Open() override;
+  void UseBuiltIn() { usesBuiltIn_ = true; }
+  // After Open. The runtime helper table is the one that the helpers' names came from.
+  bool UsesBuiltIn() const { return usesBuiltIn_; }
 
  private:
+  bool usesBuiltIn_ = false;
   bool noMissingWarning_ = false;
   uint32_t resourceId_;
   std::string displayName_;

@@ -92,6 +92,9 @@ ModuleEntry::Result ModuleEntry::ReportEnd(const ModuleRecording& recording) {
     case End::kTooManyLines:
       reporter_.PostWarning(MessageKey::kW9406, {modulePath_, StkAsmModuleReader::kMaxLines});
       return Result::kFailed;
+    case End::kCutShort:
+      reporter_.PostWarning(MessageKey::kW9401, {modulePath_});
+      break;
     case End::kNoLine:
       reporter_.PostLog(MessageKey::kW9432NoLine, {kind, modulePath_});
       break;

@@ -25,7 +25,7 @@ void StkAsmModuleReader::Read() {
 ModuleRecording::End StkAsmModuleReader::ReadLines() {
   using End = ModuleRecording::End;
   TextLine line;
-  while (file_.ReadLine(line, kReadLimit)) {
+  while (file_.ReadLine(line, kReadLimit) && !file_.CutShort()) {
     ++lineNumber_;
     if (lineNumber_ % kLinesPerStopTest == 0 && stopEvent_.Test()) {
       return End::kStopped;
@@ -42,6 +42,9 @@ ModuleRecording::End StkAsmModuleReader::ReadLines() {
     if (parser_.InFunctionCode()) {
       SkipCode();
     }
+  }
+  if (file_.CutShort()) {
+    return End::kCutShort;
   }
   return lineNumber_ == 0 ? End::kNoLine : End::kWhole;
 }

@@ -39,6 +39,7 @@ struct ModuleRecording {
     kNoLine,        // the same, without one line
     kFormatError,   // in lastLine
     kTooManyLines,  // more than the limit
+    kCutShort,      // the data ended before the file
     kStopped,       // by the stop event
   };
 

@@ -32,6 +32,7 @@ class StkNameSet {
 struct RuntimeNameSet {
   StkNameSet names;
   bool loaded = false;
+  bool builtIn = false;  // of the table in the program: sizes are to come from the same
 
   bool Contains(std::string_view name) const { return names.Contains(name); }
 };

@@ -46,6 +46,10 @@ bool StkProject::Load(std::string_view path) {
   }
   const ProfileFile profile(host_.codePage, *opened.file);
   opened.file.reset();
+  if (profile.CutShort()) {
+    ReportUnreadable(FileFailure::kOther);
+    return false;
+  }
 
   const std::string directory = profile.GetString("ProjectManager", "Path");
   if (directory.empty()) {

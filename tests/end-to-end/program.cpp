@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <fcntl.h>
+#include <grp.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <thread>
@@ -17,6 +18,11 @@ bool ProgramRun::Says(std::string_view line) const {
 
 Program& Program::In(const std::string& folder) {
   folder_ = folder;
+  return *this;
+}
+
+Program& Program::WithoutRights() {
+  withoutRights_ = true;
   return *this;
 }
 
@@ -69,6 +75,7 @@ ProgramRun Program::Run() {
 
 void Program::Become(const std::string& out, const std::string& err) const {
   constexpr int kNotStarted = 127;
+  constexpr unsigned kNobody = 65534;
   const int errorFile = open(err.c_str(), O_WRONLY | O_CREAT, 0600);
   dup2(errorFile, STDERR_FILENO);
   close(errorFile);
@@ -79,6 +86,10 @@ void Program::Become(const std::string& out, const std::string& err) const {
   signal(SIGINT, SIG_DFL);
   signal(SIGPIPE, SIG_DFL);
   if (chdir(folder_.c_str()) != 0) {
+    _exit(kNotStarted);
+  }
+  if (withoutRights_ && geteuid() == 0 &&
+      (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0)) {
     _exit(kNotStarted);
   }
   std::vector<char*> argv = {const_cast<char*>(VELKOR_PROGRAM)};

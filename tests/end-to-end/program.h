@@ -24,6 +24,8 @@ class Program {
   explicit Program(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {}
 
   Program& In(const std::string& folder);
+  // With the rights of a user who owns nothing, where the tests have more.
+  Program& WithoutRights();
   Program& With(const std::string& variable, const std::string& value);
   // Standard output goes to this file, or nowhere at all, or to a pipe that nobody reads.
   Program& OutputTo(const std::string& path);
@@ -45,6 +47,7 @@ class Program {
 
   std::vector<std::string> arguments_;
   std::string folder_ = ".";
+  bool withoutRights_ = false;
   std::map<std::string, std::string> environment_ = {{"LC_ALL", "C.UTF-8"}, {"VELKOR_MAP", ""}};
   Output output_ = Output::kCaptured;
   std::string outputPath_;

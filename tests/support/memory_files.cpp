@@ -7,7 +7,9 @@ namespace velkor::testing {
 
 class MemoryFileSystem::Input : public InputFile {
  public:
-  Input(MemoryFileSystem& files, std::string path) : files_(files), path_(std::move(path)) {}
+  // Under the mutex.
+  Input(MemoryFileSystem& files, std::string path)
+      : files_(files), path_(std::move(path)), length_(files.entries_[path_].bytes->size()) {}
 
   ~Input() override {
     const std::lock_guard lock(files_.mutex_);
@@ -32,14 +34,29 @@ class MemoryFileSystem::Input : public InputFile {
     return count;
   }
 
-  uint64_t Length() const override {
-    const std::lock_guard lock(files_.mutex_);
-    return files_.entries_[path_].bytes->size();
-  }
+  uint64_t Length() const override { return length_; }
 
  private:
   MemoryFileSystem& files_;
   const std::string path_;
+  const uint64_t length_;
+  size_t position_ = 0;
+};
+
+// A file that its writer reads meanwhile.
+class MemoryFileSystem::Held : public InputFile {
+ public:
+  explicit Held(std::string bytes) : bytes_(std::move(bytes)) {}
+
+  size_t Read(char* buffer, size_t size) override {
+    const size_t count = bytes_.copy(buffer, size, position_);
+    position_ += count;
+    return count;
+  }
+  uint64_t Length() const override { return bytes_.size(); }
+
+ private:
+  const std::string bytes_;
   size_t position_ = 0;
 };
 
@@ -124,6 +141,15 @@ std::vector<std::string> MemoryFileSystem::Paths() const {
   return paths;
 }
 
+int MemoryFileSystem::OpenFiles() const {
+  const std::lock_guard lock(mutex_);
+  int count = 0;
+  for (const auto& [path, entry] : entries_) {
+    count += entry.readers + (entry.written ? 1 : 0);
+  }
+  return count;
+}
+
 OpenResult<InputFile> MemoryFileSystem::OpenForRead(std::string_view path) {
   const std::lock_guard lock(mutex_);
   if (refused_.contains(path) || directories_.contains(path)) {
@@ -168,19 +194,30 @@ bool MemoryFileSystem::IsSameFile(std::string_view left, std::string_view right)
   return left == right && Exists(left);
 }
 
-bool MemoryFileSystem::Replace(std::string_view from, std::string_view to) {
-  const std::lock_guard lock(mutex_);
-  const auto source = entries_.find(from);
-  if (source == entries_.end() || refused_.contains(to)) {
+bool MemoryFileSystem::Replace(std::string_view from, std::string_view to,
+                               const MayReplace& mayReplace) {
+  std::unique_lock lock(mutex_);
+  if (!entries_.contains(from) || refused_.contains(to) || directories_.contains(to)) {
     return false;
   }
+  const bool wasThere = entries_.contains(to);
   Entry& target = entries_[std::string(to)];
   if (target.written || target.readers > 0) {
     return false;
   }
-  target.bytes = source->second.bytes;
-  entries_.erase(source);
-  return true;
+  target.written = true;
+  Held old(*target.bytes);
+  lock.unlock();
+  const bool agreed = !mayReplace || mayReplace(wasThere ? &old : nullptr);
+  lock.lock();
+  target.written = false;
+  if (agreed) {
+    target.bytes = entries_.find(from)->second.bytes;
+    entries_.erase(entries_.find(from));
+  } else if (!wasThere) {
+    entries_.erase(std::string(to));
+  }
+  return agreed;
 }
 
 bool MemoryFileSystem::Remove(std::string_view path) {

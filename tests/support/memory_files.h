@@ -31,17 +31,21 @@ class MemoryFileSystem : public FileSystem {
   // No Read answers more than this many bytes.
   void SetReadLimit(size_t bytes);
   std::vector<std::string> Paths() const;
+  // Files that are open for reading or writing.
+  int OpenFiles() const;
 
   OpenResult<InputFile> OpenForRead(std::string_view path) override;
   OpenResult<OutputFile> OpenForWrite(std::string_view path) override;
   bool Exists(std::string_view path) override;
   bool IsDirectory(std::string_view path) override;
   bool IsSameFile(std::string_view left, std::string_view right) override;
-  bool Replace(std::string_view from, std::string_view to) override;
+  bool Replace(std::string_view from, std::string_view to,
+               const MayReplace& mayReplace = {}) override;
   bool Remove(std::string_view path) override;
 
  private:
   class Input;
+  class Held;
   class Output;
 
   struct Entry {

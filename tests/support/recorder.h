@@ -22,7 +22,7 @@ class RecordingBoxes : public MessageBoxes {
     if (answerWith) {
       return answerWith(boxes.back());
     }
-    return buttons == BoxButtons::kOk ? BoxAnswer::kOk
+    return buttons == BoxButtons::kOk      ? BoxAnswer::kOk
            : buttons == BoxButtons::kYesNo ? BoxAnswer::kYes
                                            : BoxAnswer::kIgnore;
   }

@@ -1,0 +1,123 @@
+#include "document_host.h"
+
+namespace velkor {
+namespace {
+
+using testing::DocumentHost;
+
+// Other programs that know no locks write a file while it is read.
+class ChangingFilesTest : public DocumentHost {
+ protected:
+  // The file has this content from its second read on.
+  void ChangeWhileRead(const std::string& path, const std::string& content) {
+    auto reads = std::make_shared<std::atomic<int>>(0);
+    host.files.OnRead(path, [this, path, content, reads] {
+      if (++*reads == 2) {
+        host.files.Put(path, content);
+      }
+    });
+  }
+  static std::string NotReadable(const std::string& path) {
+    return "W9401 Cannot open file to read (" + path + ")";
+  }
+};
+
+TEST_F(ChangingFilesTest, AModuleThatIsShortenedIsNotTakenForAWholeOne) {
+  PutChain();
+  const std::string text = Module("a.c", {"main 10 f", "f 20"}) + Lines(50000);
+  host.files.Put(ModulePath("a"), text);
+  ChangeWhileRead(ModulePath("a"), "gone");
+  OpenAndFinish();
+  EXPECT_TRUE(Logged(NotReadable(ModulePath("a"))));
+  EXPECT_TRUE(Logged(ModulePath("a") + " Reading aborted."));
+  EXPECT_FALSE(Logged(ModulePath("a") + " Reading completed."));
+  EXPECT_TRUE(Logged(ModulePath("b") + " Reading completed."));
+  host.files.OnRead(ModulePath("a"), nullptr);
+  host.files.Put(ModulePath("a"), text);
+  recorder.log.lines.clear();
+  document.Recalculate();
+  Finish();
+  EXPECT_EQ(Total("main"), 30u);
+  EXPECT_FALSE(Logged("W9"));
+}
+
+TEST_F(ChangingFilesTest, AFigureThatWasCutIsNotTakenForAnother) {
+  PutProject({"a", "b"});
+  PutModule("b", {"g 30"});
+  const std::string text = Module("a.c", {"main 10"}) + Lines(40000) +
+                           "; $FUNC f()\n; CODE SIZE=12 bytes, 0, STACK_SIZE=1000 bytes\n";
+  host.files.Put(ModulePath("a"), text);
+  ChangeWhileRead(ModulePath("a"), text.substr(0, text.find("000 bytes")));
+  OpenAndFinish();
+  EXPECT_EQ(Find("f"), nullptr);
+  EXPECT_TRUE(Logged(NotReadable(ModulePath("a"))));
+}
+
+TEST_F(ChangingFilesTest, AModuleThatGrowsIsReadToItsNewEnd) {
+  PutProject({"a"});
+  const std::string text = Module("a.c", {"main 10"}) + Lines(50000);
+  host.files.Put(ModulePath("a"), text);
+  const std::string more = "; $FUNC f()\n; CODE SIZE=12 bytes, 0, STACK_SIZE=7 bytes\n";
+  ChangeWhileRead(ModulePath("a"), text + more);
+  OpenAndFinish();
+  EXPECT_EQ(Total("f"), 7u);
+  EXPECT_FALSE(Logged("W9"));
+}
+
+TEST_F(ChangingFilesTest, AStkSystemFileThatIsShortenedIsIgnoredAndKept) {
+  PutChain();
+  const std::string rest(20000, '\n');
+  host.files.Put(kSystemFile, "f, ADD=5\nmain, ADD=100\n" + rest);
+  ChangeWhileRead(kSystemFile, "f, ADD=5\nmain, ADD=1");
+  OpenAndFinish();
+  EXPECT_TRUE(Logged("W9429 Broken stk system file (C:\\p\\app.psg)."));
+  EXPECT_EQ(Total("main"), 60u);
+  EXPECT_EQ(document.FunctionTable()->AdjustedCount(), 0u);
+  ASSERT_TRUE(document.CancelAllAdjustments());
+  Finish();
+  EXPECT_EQ(host.files.Get(kSystemFile), "");
+  EXPECT_EQ(host.files.Get(std::string(kSystemFile) + ".bak"), "f, ADD=5\nmain, ADD=1");
+}
+
+TEST_F(ChangingFilesTest, AUsersFileThatIsShortenedAppliesNothing) {
+  PutChain();
+  OpenAndFinish();
+  host.files.Put("C:\\u.txt", "f, ADD=5\n" + std::string(20000, '\n'));
+  ChangeWhileRead("C:\\u.txt", "f, ADD=5\n");
+  ASSERT_TRUE(document.LoadSpecFile("C:\\u.txt"));
+  Finish();
+  EXPECT_TRUE(Logged(NotReadable("C:\\u.txt")));
+  EXPECT_TRUE(Logged("C:\\u.txt Reading aborted."));
+  EXPECT_EQ(Total("main"), 60u);
+}
+
+TEST_F(ChangingFilesTest, AProjectThatIsShortenedIsNotOpened) {
+  PutChain();
+  host.files.Put(kProject, *host.files.Get(kProject) + std::string(100000, '\n'));
+  ChangeWhileRead(kProject, "[ProjectManager]\nPath=C:\\p\n[SrcFile]\nSource1=a.c\n");
+  EXPECT_FALSE(document.OnOpenDocument(kProject));
+  EXPECT_TRUE(Logged(NotReadable(kProject)));
+  EXPECT_EQ(document.Project(), nullptr);
+}
+
+// Between the moment in which a save looks at the old file and that in which it replaces it.
+TEST_F(ChangingFilesTest, AnotherProgramsSaveIsNotReplacedUnseen) {
+  PutChain();
+  host.files.Put(kSystemFile, "f, ADD=5\r\n");
+  OpenAndFinish();
+  host.faults.BeforeReplace([this] { host.files.Put(kSystemFile, "g, ADD=9\r\n"); });
+  StkAdjustment adjustment;
+  adjustment.margin = 8;
+  ASSERT_TRUE(document.AdjustFunction(*Find("f"), adjustment));
+  Finish();
+  EXPECT_TRUE(Logged("W9402 Cannot open file to write (C:\\p\\app.psg)"));
+  EXPECT_EQ(host.files.Get(kSystemFile), "g, ADD=9\r\n");
+  host.faults.BeforeReplace(nullptr);
+  ASSERT_TRUE(document.AdjustFunction(*Find("f"), adjustment));
+  Finish();
+  EXPECT_EQ(host.files.Get(kSystemFile), "f, ADD=8\r\n");
+  EXPECT_EQ(host.files.Get(std::string(kSystemFile) + ".bak"), "g, ADD=9\r\n");
+}
+
+}  // namespace
+}  // namespace velkor

@@ -1,0 +1,300 @@
+#include <algorithm>
+#include <iostream>
+#include <map>
+#include <optional>
+
+#include "document_host.h"
+#include "support/faulty_files.h"
+
+namespace velkor {
+namespace {
+
+using testing::DocumentHost;
+using testing::FileOperation;
+
+enum class Job {
+  kAnalysis,
+  kAnalysisByThreads,
+  kLoad,
+  kAutomaticSave,
+  kKeepingSave,  // an automatic save that meets another program's adjustments
+  kUserSave,
+  kTextReport,
+  kCsvReport,
+};
+
+constexpr const char* kUserFile = "C:\\u.txt";
+constexpr const char* kForeign = "main, ADD=1\r\n";
+
+struct JobCase {
+  Job job;
+  const char* name;
+  const char* output;  // the file that it writes, if any
+};
+
+constexpr JobCase kJobs[] = {
+    {Job::kAnalysis, "Analysis", nullptr},
+    {Job::kAnalysisByThreads, "AnalysisByThreads", nullptr},
+    {Job::kLoad, "Load", nullptr},
+    {Job::kAutomaticSave, "AutomaticSave", "C:\\p\\app.psg"},
+    {Job::kKeepingSave, "KeepingSave", "C:\\p\\app.psg"},
+    {Job::kUserSave, "UserSave", "C:\\out.txt"},
+    {Job::kTextReport, "TextReport", "C:\\out.txt"},
+    {Job::kCsvReport, "CsvReport", "C:\\out.csv"},
+};
+
+// Which operations each job performs at all, in the order of kJobs.
+struct OperationCase {
+  FileOperation operation;
+  std::string_view jobs;
+};
+
+constexpr OperationCase kOperations[] = {
+    {FileOperation::kOpenMissing, "AALSK..."}, {FileOperation::kOpenRefused, "AALSK..."},
+    {FileOperation::kRead, "AALSK..."},        {FileOperation::kLength, "AALSK..."},
+    {FileOperation::kExists, "AA..K..."},      {FileOperation::kIsDirectory, "AA......"},
+    {FileOperation::kCreate, "...SKUTC"},      {FileOperation::kWrite, "...SKUTC"},
+    {FileOperation::kSynchronize, "...SK..."}, {FileOperation::kClose, "...SKUTC"},
+    {FileOperation::kReplace, "...SK..."},     {FileOperation::kIsSameFile, "...SKUTC"},
+};
+
+struct Expected {
+  std::vector<std::string> codes;  // one of them is stated, with the path
+  std::string path;
+};
+
+// What the message catalogue states for a failure of a reading job.
+Expected ReadingFailure(FileOperation operation, const std::string& path) {
+  const bool missing = operation == FileOperation::kOpenMissing;
+  if (operation == FileOperation::kIsDirectory) {
+    return {{"W9431"}, "C:\\p.asm"};  // the folder of the modules is not found to be one
+  }
+  if (path.ends_with(".prj")) {
+    return {{missing ? "E9300" : "W9401"}, path};
+  }
+  if (path.ends_with(".asm")) {
+    return {{missing ? "W9431" : "W9401"}, path};
+  }
+  if (path.ends_with(".psg")) {
+    return {{"W9429"}, path};
+  }
+  if (path == kUserFile) {
+    return {{missing ? "W9400" : "W9401"}, path};
+  }
+  // A library table: the built-in one takes its place, or it is read in part.
+  return {{"W9427", "W9401"}, path};
+}
+
+Expected WritingFailure(FileOperation operation, const std::string& output, bool onOutput) {
+  const bool writing = operation == FileOperation::kWrite ||
+                       operation == FileOperation::kSynchronize ||
+                       operation == FileOperation::kClose;
+  return {{writing && onOutput ? "W9404" : "W9402"}, output};
+}
+
+class FaultMatrix : public DocumentHost,
+                    public ::testing::WithParamInterface<std::tuple<OperationCase, JobCase>> {
+ protected:
+  FaultMatrix() { host.files.AddDirectory("C:\\data"); }
+
+  static FileOperation Operation() { return std::get<0>(GetParam()).operation; }
+  static JobCase Case() { return std::get<1>(GetParam()); }
+  static bool IsAnalysis() {
+    return Case().job == Job::kAnalysis || Case().job == Job::kAnalysisByThreads;
+  }
+
+  // The files as they were, and, for the jobs that need one, an analysis of them.
+  void Prepare() {
+    host.faults.Clear();
+    for (const std::string& path : host.files.Paths()) {
+      host.files.Remove(path);
+    }
+    PutProject({"a", "b"});
+    host.files.Put(kProject, *host.files.Get(kProject) + "[Options.CCTarn 0]\nLibrarychk=1\n");
+    host.files.Put(ModulePath("a"), Module("a.c", {"main 10 f outside", "f 20 g"}) + Lines(9000));
+    host.files.Put(ModulePath("b"), Module("b.c", {"g 30 strlen"}));
+    host.files.Put("C:\\data\\ltr.txt", "[@@own], ADD=4\n");
+    host.files.Put("C:\\data\\lt.txt", "strlen, ADD=6\n" + std::string(11000, '\n'));
+    host.files.Put(kSystemFile, "f, ADD=5\r\n");
+    host.files.Put(kUserFile, "g, ADD=7\r\nmain, ADD=3\r\n");
+    host.host.readingThreads = Case().job == Job::kAnalysisByThreads ? 3 : 1;
+    if (!IsAnalysis()) {
+      OpenAndFinish();
+    }
+    if (Case().job == Job::kKeepingSave) {
+      host.files.Put(kSystemFile, kForeign);
+    }
+    recorder.log.lines.clear();
+    recorder.boxes.boxes.clear();
+  }
+
+  void Perform() {
+    using Format = StkChainReport::Format;
+    switch (Case().job) {
+      case Job::kAnalysis:
+      case Job::kAnalysisByThreads:
+        if (document.OnOpenDocument(kProject)) {
+          document.StartAnalysis();
+        }
+        break;
+      case Job::kLoad:
+        document.LoadSpecFile(kUserFile, false);
+        break;
+      case Job::kAutomaticSave:
+      case Job::kKeepingSave: {
+        StkAdjustment adjustment;
+        adjustment.margin = 8;
+        document.AdjustFunction(*Find("f"), adjustment);
+        break;
+      }
+      case Job::kUserSave:
+        document.SaveSpecFile(Case().output);
+        break;
+      case Job::kTextReport:
+        document.SaveCallChains(Case().output, *Find("main"), true, Format::kText);
+        break;
+      case Job::kCsvReport:
+        document.SaveCallChains(Case().output, *Find("main"), true, Format::kCsv);
+        break;
+    }
+    Finish();
+  }
+
+  // What the user sees, and what stands in the file that the job writes.
+  std::string Outcome() {
+    std::string outcome;
+    if (document.FunctionTable() != nullptr) {
+      for (const auto& function : document.FunctionTable()->Functions()) {
+        outcome += function->name + " " + std::to_string(function->totalStackSize) + "\n";
+      }
+      for (const StkFunction* root : document.RootList()->Functions()) {
+        outcome += "root " + root->name + "\n";
+      }
+    }
+    if (Case().output != nullptr) {
+      outcome += host.files.Get(Case().output).value_or("no file");
+    }
+    return outcome;
+  }
+
+  bool HasWarned() const {
+    const auto isWarning = [](const std::string& text) { return text.starts_with("W9"); };
+    return !recorder.boxes.boxes.empty() ||
+           std::any_of(recorder.log.lines.begin(), recorder.log.lines.end(), isWarning);
+  }
+
+  bool States(const Expected& expected) const {
+    return std::any_of(recorder.boxes.boxes.begin(), recorder.boxes.boxes.end(), [&](auto& box) {
+      const bool coded =
+          std::any_of(expected.codes.begin(), expected.codes.end(),
+                      [&](const std::string& code) { return box.text.starts_with(code); });
+      return coded && box.text.find("(" + expected.path + ")") != std::string::npos;
+    });
+  }
+
+  // "... aborted." follows the failures inside a file that the log tells of.
+  void ExpectAborted(const Expected& expected) {
+    const std::string& code = expected.codes.front();
+    const bool writing = code == "W9404" && Case().output != std::string(kSystemFile);
+    const bool reading = expected.path.ends_with(".asm") || expected.path == kUserFile;
+    if (writing || reading) {
+      EXPECT_TRUE(Logged(expected.path + (writing ? " Writing" : " Reading") + " aborted."));
+    }
+  }
+
+  void ExpectNothingLeftBehind() {
+    EXPECT_EQ(host.files.OpenFiles(), 0);
+    for (const std::string& path : host.files.Paths()) {
+      EXPECT_FALSE(path.ends_with(".tmp")) << path;
+    }
+    EXPECT_TRUE(document.CanChangeAnalysis());
+    EXPECT_FALSE(monitor.CanStop());
+  }
+
+  // After an automatic save: the old file or the new one, and the other program's kept.
+  void ExpectNoAdjustmentLost() {
+    const std::string saved = host.files.Get(kSystemFile).value_or("none");
+    if (Case().job == Job::kKeepingSave) {
+      const bool replaced = saved == "f, ADD=8\r\n";
+      EXPECT_TRUE(replaced || saved == kForeign) << saved;
+      EXPECT_TRUE(!replaced || host.files.Get(std::string(kSystemFile) + ".bak") == kForeign);
+    } else {
+      const bool saves = Case().job == Job::kAutomaticSave;
+      EXPECT_TRUE(saved == "f, ADD=5\r\n" || (saves && saved == "f, ADD=8\r\n")) << saved;
+    }
+  }
+
+  void CheckFailure(const std::string& sound) {
+    const std::string path = host.faults.HitPath();
+    const bool onOutput = Case().output != nullptr && path.starts_with(Case().output) &&
+                          path.find(".bak") == std::string::npos;
+    const Expected expected = Case().output == nullptr
+                                  ? ReadingFailure(Operation(), path)
+                                  : WritingFailure(Operation(), Case().output, onOutput);
+    SCOPED_TRACE(path);
+    ExpectNothingLeftBehind();
+    ExpectNoAdjustmentLost();
+    // A missing stk system file is nothing to tell of.
+    const bool silent =
+        IsAnalysis() && Operation() == FileOperation::kOpenMissing && path == kSystemFile;
+    const bool differs = Outcome() != sound;
+    if (HasWarned() || (differs && !silent)) {
+      EXPECT_TRUE(States(expected)) << expected.codes.front() << "\n" << LoggedLines();
+      ExpectAborted(expected);
+      stated += 1;
+    }
+  }
+
+  std::string LoggedLines() const {
+    std::string text;
+    for (const std::string& line : recorder.log.lines) {
+      text += line + "\n";
+    }
+    return text;
+  }
+
+  int stated = 0;
+};
+
+TEST_P(FaultMatrix, EveryCallFailsOnce) {
+  Prepare();
+  Perform();
+  const std::string sound = Outcome();
+  ASSERT_FALSE(HasWarned()) << LoggedLines();
+  int calls = 0;
+  for (bool reached = true; reached && !HasFailure(); calls += reached ? 1 : 0) {
+    SCOPED_TRACE("call " + std::to_string(calls + 1));
+    Prepare();
+    host.faults.FailAt(Operation(), calls + 1);
+    Perform();
+    reached = host.faults.Hit();
+    if (reached) {
+      CheckFailure(sound);
+    }
+    host.faults.Clear();
+    recorder.log.lines.clear();
+    recorder.boxes.boxes.clear();
+    Perform();
+    EXPECT_EQ(Outcome(), sound) << "once more, without a failure";
+    EXPECT_FALSE(HasWarned()) << LoggedLines();
+    ExpectNoAdjustmentLost();
+  }
+  RecordProperty("calls", calls);
+  RecordProperty("stated", stated);
+  const size_t row =
+      static_cast<size_t>(std::find_if(std::begin(kJobs), std::end(kJobs),
+                                       [](const JobCase& job) { return job.job == Case().job; }) -
+                          std::begin(kJobs));
+  EXPECT_EQ(calls > 0, std::get<0>(GetParam()).jobs[row] != '.') << calls;
+}
+
+INSTANTIATE_TEST_SUITE_P(, FaultMatrix,
+                         ::testing::Combine(::testing::ValuesIn(kOperations),
+                                            ::testing::ValuesIn(kJobs)),
+                         [](const auto& info) {
+                           return std::string(std::get<1>(info.param).name) + "_" +
+                                  std::string(testing::NameOf(std::get<0>(info.param).operation));
+                         });
+
+}  // namespace
+}  // namespace velkor
