@@ -111,7 +111,7 @@ class FaultMatrix : public DocumentHost,
     }
     PutProject({"a", "b"});
     host.files.Put(kProject, *host.files.Get(kProject) + "[Options.CCTarn 0]\nLibrarychk=1\n");
-    host.files.Put(ModulePath("a"), Module("a.c", {"main 10 f outside", "f 20 g"}) + Lines(9000));
+    host.files.Put(ModulePath("a"), Module("a.c", {"main 10 f outside" + Unknown(), "f 20 g"}));
     host.files.Put(ModulePath("b"), Module("b.c", {"g 30 strlen"}));
     host.files.Put("C:\\data\\ltr.txt", "[@@own], ADD=4\n");
     host.files.Put("C:\\data\\lt.txt", "strlen, ADD=6\n" + std::string(11000, '\n'));
@@ -126,6 +126,15 @@ class FaultMatrix : public DocumentHost,
     }
     recorder.log.lines.clear();
     recorder.boxes.boxes.clear();
+  }
+
+  // Callees enough for several writes of every output.
+  static std::string Unknown() {
+    std::string names;
+    for (int i = 0; i < 700; ++i) {
+      names += " " + std::string(100, 'u') + std::to_string(i);
+    }
+    return names;
   }
 
   void Perform() {
@@ -291,9 +300,9 @@ TEST_P(FaultMatrix, EveryCallFailsOnce) {
 INSTANTIATE_TEST_SUITE_P(, FaultMatrix,
                          ::testing::Combine(::testing::ValuesIn(kOperations),
                                             ::testing::ValuesIn(kJobs)),
-                         [](const auto& info) {
-                           return std::string(std::get<1>(info.param).name) + "_" +
-                                  std::string(testing::NameOf(std::get<0>(info.param).operation));
+                         [](const auto& test) {
+                           return std::string(std::get<1>(test.param).name) + "_" +
+                                  std::string(testing::NameOf(std::get<0>(test.param).operation));
                          });
 
 }  // namespace

@@ -147,7 +147,7 @@ TEST_P(HostileFiles, AsAnOutputFileIsNotWritten) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, HostileFiles, ::testing::ValuesIn(kNoFiles),
-                         [](const auto& info) { return std::string(info.param.name); });
+                         [](const auto& test) { return std::string(test.param.name); });
 
 TEST(HostileDevices, AFullOneIsSaid) {
   const ScratchFolder folder;
