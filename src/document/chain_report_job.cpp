@@ -10,7 +10,7 @@ namespace velkor {
 
 namespace {
 
-constexpr uint32_t kLinesPerStopTest = 10;
+constexpr uint32_t kReportLinesPerStopTest = 10;
 
 }  // namespace
 
@@ -71,7 +71,7 @@ void StkChainReportJob::Write(StkChainReport& report) {
 // A chain may take several lines: what counts is that a tenth line was passed.
 bool StkChainReportJob::AfterChain(uint32_t lines) {
   const uint32_t before = std::exchange(lines_, lines);
-  if (before / kLinesPerStopTest == lines / kLinesPerStopTest) {
+  if (before / kReportLinesPerStopTest == lines / kReportLinesPerStopTest) {
     return true;
   }
   if (stopEvent_.Test()) {

@@ -13,7 +13,7 @@ namespace velkor {
 
 namespace {
 
-constexpr uint32_t kLinesPerStopTest = 10;
+constexpr uint32_t kSpecLinesPerStopTest = 10;
 
 // Whether a line of a specification file states something: it is no comment, and more than blanks
 // or a name alone.
@@ -126,7 +126,7 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
       reporter_.PostWarning(MessageKey::kW9406, {source.Path(), StkSpecReader::kMaxLines});
       return false;
     }
-    if (number % kLinesPerStopTest == 0) {
+    if (number % kSpecLinesPerStopTest == 0) {
       if (stopEvent_.Test()) {
         SetStopped();
         return false;

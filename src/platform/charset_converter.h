@@ -5,6 +5,9 @@
 
 namespace velkor {
 
+// U+FFFD: stands for what has no character in Unicode.
+constexpr char16_t kReplacementCharacter = 0xFFFD;
+
 // The host's own conversion from one character set to another. Used by one thread at a time;
 // opening one is cheap after the first of its kind.
 class CharsetConverter {

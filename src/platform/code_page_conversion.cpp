@@ -6,8 +6,6 @@
 namespace velkor {
 namespace {
 
-constexpr char16_t kNothing = 0xFFFD;
-
 bool IsAscii(std::string_view text) {
   return std::all_of(text.begin(), text.end(),
                      [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
@@ -33,7 +31,7 @@ bool IsAsciiByte(char byte) {
 // One character in UTF-8, made visible whatever it is.
 void AppendWellFormed(std::string_view character, std::string& result) {
   if (character.size() == 1 && !IsAsciiByte(character[0])) {
-    AppendUtf8(kNothing, result);
+    AppendUtf8(kReplacementCharacter, result);
   } else {
     result += character;
   }
@@ -47,7 +45,7 @@ void AppendConverted(std::string_view character, CharsetConverter& converter, st
   const size_t before = result.size();
   if (converter.Append(character, result) != CharsetConverter::Outcome::kConverted) {
     result.resize(before);
-    AppendUtf8(kNothing, result);
+    AppendUtf8(kReplacementCharacter, result);
   }
 }
 
@@ -80,7 +78,7 @@ std::optional<std::string> Utf8ToSingleByte(std::string_view utf8, std::u16strin
     const auto found = std::find_if(set.begin(), set.end(), [&](char16_t place) {
       candidate.clear();
       AppendUtf8(place, candidate);
-      return place != kNothing && candidate == character;
+      return place != kReplacementCharacter && candidate == character;
     });
     if (found == set.end()) {
       return std::nullopt;

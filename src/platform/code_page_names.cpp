@@ -15,7 +15,6 @@ namespace velkor {
 namespace {
 
 constexpr size_t kCharacters = 256;
-constexpr char16_t kNothing = 0xFFFD;
 constexpr size_t kLongestName = 64;
 
 // In upper case; without blanks, and without "-" and "_" when squeezed.
@@ -59,7 +58,7 @@ std::optional<std::u16string> ReadSingleByteSet(const std::string& name) {
   if (!converter.IsOpen()) {
     return std::nullopt;
   }
-  std::u16string unicode(kCharacters, kNothing);
+  std::u16string unicode(kCharacters, kReplacementCharacter);
   for (size_t byte = 0; byte < kCharacters; ++byte) {
     const char text = static_cast<char>(byte);
     std::string unit;
@@ -83,7 +82,7 @@ std::string UpperCaseBytes(const std::u16string& unicode) {
   for (size_t byte = 0; byte < kCharacters; ++byte) {
     const char32_t character = unicode[byte];
     const auto place = std::find(unicode.begin(), unicode.end(), UpperUnicode(character));
-    upper += character == kNothing || place == unicode.end()
+    upper += character == kReplacementCharacter || place == unicode.end()
                  ? static_cast<char>(byte)
                  : static_cast<char>(place - unicode.begin());
   }

@@ -17,7 +17,7 @@ namespace {
 using testing::Graph;
 using Format = StkChainReport::Format;
 
-constexpr char kPath[] = "C:\\p\\chains.txt";
+constexpr char kReportPath[] = "C:\\p\\chains.txt";
 const std::string kHeading = "Function,Total Stack Size,Frame Size,Adjustment Information\r\n";
 
 // Functions, computed, and where their reports go.
@@ -32,7 +32,7 @@ struct Reports {
       Format format, ChainMode mode, std::string_view start = "main",
       WriteEnd end = WriteEnd::kCompleted,
       const StkChainReport::AfterChain& after = [](uint32_t) { return true; }) {
-    StkChainReport report(format, kPath, host.host, recorder.messages);
+    StkChainReport report(format, kReportPath, host.host, recorder.messages);
     EXPECT_TRUE(report.Open());
     const WriteEnd ended = report.Write(graph[start], mode, after);
     EXPECT_EQ(end, ended);
@@ -40,7 +40,7 @@ struct Reports {
       report.PostFailure(recorder.reporter);
       recorder.queue.Drain();
     }
-    return host.files.Get(kPath).value_or("no file");
+    return host.files.Get(kReportPath).value_or("no file");
   }
   std::string Text(ChainMode mode, std::string_view start = "main") {
     return Write(Format::kText, mode, start);
@@ -274,11 +274,11 @@ TEST(ChainReport, AVeryDeepChain) {
   StkFunction& middle = *reports.graph.functions.Functions()[kDepth / 2];
   middle.callees.push_back(&middle);
   reports.Compute();
-  StkChainReport report(Format::kText, kPath, reports.host.host, reports.recorder.messages);
+  StkChainReport report(Format::kText, kReportPath, reports.host.host, reports.recorder.messages);
   ASSERT_TRUE(report.Open());
   EXPECT_EQ(WriteEnd::kCompleted,
             report.Write(*start, ChainMode::kAll, [](uint32_t) { return true; }));
-  const std::string written = reports.host.files.Get(kPath).value_or("");
+  const std::string written = reports.host.files.Get(kReportPath).value_or("");
   EXPECT_EQ("main(0,0)---f0(0,0)---f1(0,0)", written.substr(0, 29));
   const std::string end = "+--" + TextItem(middle, ",", reports.graph.codePage) + "\r\n";
   EXPECT_TRUE(std::string(written).erase(0, written.size() - end.size()) == end);
@@ -299,8 +299,8 @@ TEST(ChainReport, StopsAndFailures) {
   EXPECT_EQ("main(5,4)+", reports.Write(Format::kText, ChainMode::kAll, "main", WriteEnd::kFailed));
   EXPECT_EQ("W9404 File write error (C:\\p\\chains.txt).", reports.LastWarning());
 
-  reports.host.files.Refuse(kPath);
-  StkChainReport refused(Format::kText, kPath, reports.host.host, reports.recorder.messages);
+  reports.host.files.Refuse(kReportPath);
+  StkChainReport refused(Format::kText, kReportPath, reports.host.host, reports.recorder.messages);
   EXPECT_FALSE(refused.Open());
   refused.PostFailure(reports.recorder.reporter);
   reports.recorder.queue.Drain();

@@ -12,7 +12,7 @@ using testing::Graph;
 using testing::SpecReading;
 using Mode = StkSpecWriter::Mode;
 
-constexpr char kPath[] = "C:\\p\\p.psg";
+constexpr char kSpecPath[] = "C:\\p\\p.psg";
 
 bool GoOn(uint32_t) {
   return true;
@@ -32,7 +32,7 @@ struct SpecWriterTest : ::testing::Test {
 
   std::string Write(Mode mode, Graph& graph, WriteEnd end = WriteEnd::kCompleted,
                     const StkSpecWriter::AfterFunction& after = GoOn) {
-    StkSpecWriter writer(mode, kPath, graph.functions, reading.host.host);
+    StkSpecWriter writer(mode, kSpecPath, graph.functions, reading.host.host);
     EXPECT_TRUE(writer.Open());
     const WriteEnd ended = writer.Write(after);
     EXPECT_EQ(end, ended);
@@ -40,12 +40,12 @@ struct SpecWriterTest : ::testing::Test {
       writer.PostFailure(reading.recorder.reporter);
       reading.recorder.queue.Drain();
     }
-    return reading.host.files.Get(kPath).value_or("no file");
+    return reading.host.files.Get(kSpecPath).value_or("no file");
   }
   std::string LastWarning() { return reading.recorder.log.lines.back(); }
   // No trace of a new file that did not take the old one's place.
   void ExpectOnlyTheFile() {
-    EXPECT_EQ(std::vector<std::string>{kPath}, reading.host.files.Paths());
+    EXPECT_EQ(std::vector<std::string>{kSpecPath}, reading.host.files.Paths());
   }
 
   SpecReading reading;
@@ -79,7 +79,7 @@ TEST_F(SpecWriterTest, CountsAndStops) {
   for (int i = 1; i < 30; i += 2) {
     Adjust(graph, graph["d" + std::to_string(i)]);
   }
-  reading.host.files.Put(kPath, "old");
+  reading.host.files.Put(kSpecPath, "old");
   std::vector<uint32_t> counts;
   const auto stopAt = [&](uint32_t last) {
     return [&counts, last](uint32_t count) {
@@ -111,7 +111,7 @@ TEST_F(SpecWriterTest, LongLines) {
     Adjust(graph, graph["before"]);
     Adjust(graph, graph["after"]);
     const std::string line = "before\r\nfirst, CALL=" + std::string(5107, 'n');
-    reading.host.files.Put(kPath, "old");
+    reading.host.files.Put(kSpecPath, "old");
     const WriteEnd end = excess == 0 ? WriteEnd::kCompleted : WriteEnd::kFailed;
     EXPECT_TRUE((excess == 0 ? line + "\r\nafter\r\n" : "old") ==
                 Write(Mode::kAutomatic, graph, end));
@@ -145,7 +145,7 @@ TEST_F(SpecWriterTest, FailuresOfTheDevice) {
       "are "
       "writable.";
   const std::string w9404 = "W9404 File write error (C:\\p\\p.psg).";
-  reading.host.files.Put(kPath, "old");
+  reading.host.files.Put(kSpecPath, "old");
   reading.host.files.SetCapacity(5);
   EXPECT_EQ("old", Write(Mode::kAutomatic, graph, WriteEnd::kFailed));
   EXPECT_EQ(w9404, LastWarning());
@@ -155,11 +155,11 @@ TEST_F(SpecWriterTest, FailuresOfTheDevice) {
   EXPECT_EQ(w9404, LastWarning());
   reading.host.files.SetCapacity(std::nullopt);
   {
-    const auto holder = reading.host.files.OpenForRead(kPath);
+    const auto holder = reading.host.files.OpenForRead(kSpecPath);
     EXPECT_EQ("main,", Write(Mode::kAutomatic, graph, WriteEnd::kFailed));
     EXPECT_EQ(w9402, LastWarning());
     ExpectOnlyTheFile();
-    StkSpecWriter writer(Mode::kUser, kPath, graph.functions, reading.host.host);
+    StkSpecWriter writer(Mode::kUser, kSpecPath, graph.functions, reading.host.host);
     EXPECT_FALSE(writer.Open());
     writer.PostFailure(reading.recorder.reporter);
     reading.recorder.queue.Drain();
@@ -167,7 +167,7 @@ TEST_F(SpecWriterTest, FailuresOfTheDevice) {
   }
   // A writer that is given up in the middle leaves nothing behind either.
   {
-    StkSpecWriter writer(Mode::kAutomatic, kPath, graph.functions, reading.host.host);
+    StkSpecWriter writer(Mode::kAutomatic, kSpecPath, graph.functions, reading.host.host);
     EXPECT_TRUE(writer.Open());
     EXPECT_EQ(2u, reading.host.files.Paths().size());
   }

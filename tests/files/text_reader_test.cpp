@@ -48,7 +48,7 @@ TEST(TextReader, PositionGrowsWithTheLinesAnswered) {
 }
 
 // Byte by byte, with one byte of look-ahead.
-Lines Model(const std::string& bytes, size_t size) {
+Lines ModelLines(const std::string& bytes, size_t size) {
   Lines lines;
   size_t i = 0;
   while (i < bytes.size()) {
@@ -73,7 +73,7 @@ TEST(TextReader, AgreesWithTheModelOnAnyBytesInAnyPieces) {
     const size_t size = 1 + round % 6;
     testing::TrickleSource source(bytes, 1 + round % 3, round);
     StkTextReader reader(source);
-    ASSERT_EQ(Model(bytes, size), testing::AllLines(reader, size))
+    ASSERT_EQ(ModelLines(bytes, size), testing::AllLines(reader, size))
         << ::testing::PrintToString(bytes);
   }
 }

@@ -11,7 +11,7 @@ namespace {
 
 using Lines = std::vector<testing::ReadLineResult>;
 
-constexpr char kPath[] = "C:\\p\\file.txt";
+constexpr char kFilePath[] = "C:\\p\\file.txt";
 
 // The files of a test host, read in small pieces.
 class TrickleFiles : public testing::MemoryFileSystem {
@@ -26,9 +26,9 @@ class TrickleFiles : public testing::MemoryFileSystem {
 
 struct WriterTest : ::testing::Test {
   Lines Read(const std::string& bytes, size_t limit) {
-    host.files.Put(kPath, bytes);
+    host.files.Put(kFilePath, bytes);
     StkTextWriter file(host.host);
-    EXPECT_TRUE(file.OpenForRead(kPath).ok);
+    EXPECT_TRUE(file.OpenForRead(kFilePath).ok);
     return testing::AllLines(file, limit);
   }
 
@@ -77,11 +77,11 @@ TEST_F(TextModeReading, AgreesWithTheModelOnAnyBytesInAnyPieces) {
       expected.push_back({text.substr(at, std::min(end - at, limit - 1)), end - at});
       at = end + 1;
     }
-    files.Put(kPath, bytes);
+    files.Put(kFilePath, bytes);
     files.largest = 1 + round % 3;
     files.seed = round;
     StkTextWriter file(trickling);
-    ASSERT_TRUE(file.OpenForRead(kPath).ok);
+    ASSERT_TRUE(file.OpenForRead(kFilePath).ok);
     ASSERT_EQ(expected, testing::AllLines(file, limit)) << ::testing::PrintToString(bytes);
   }
 }
@@ -131,7 +131,7 @@ TEST_F(TextModeWriting, LimitsHoldAtTheirExactCharacter) {
   };
   for (const Case& c : cases) {
     StkTextWriter file(host.host);
-    ASSERT_TRUE(file.OpenForWrite(kPath).ok);
+    ASSERT_TRUE(file.OpenForWrite(kFilePath).ok);
     file.SetLimits(c.maxLines, c.maxChars, c.wrap);
     bool ok = true;
     for (const std::string& text : c.texts) {
@@ -143,9 +143,9 @@ TEST_F(TextModeWriting, LimitsHoldAtTheirExactCharacter) {
     EXPECT_EQ(c.charLimit, file.CharLimitReached()) << c.file;
     EXPECT_EQ(c.lines, file.LinesWritten()) << c.file;
     // What precedes a limit is in the file before it is closed.
-    EXPECT_TRUE(ok || host.files.Get(kPath) == c.file) << c.file;
+    EXPECT_TRUE(ok || host.files.Get(kFilePath) == c.file) << c.file;
     EXPECT_EQ(ok, file.Close());
-    EXPECT_EQ(c.file, host.files.Get(kPath));
+    EXPECT_EQ(c.file, host.files.Get(kFilePath));
   }
 }
 
@@ -187,7 +187,7 @@ TEST_F(TextModeWriting, AgreesWithTheModelOnAnyTexts) {
   for (uint32_t round = 0; round < 3000; ++round) {
     CharacterModel model{1 + round % 7, round / 7 % 5, round % 2 == 0};
     StkTextWriter file(host.host);
-    ASSERT_TRUE(file.OpenForWrite(kPath).ok);
+    ASSERT_TRUE(file.OpenForWrite(kFilePath).ok);
     file.SetLimits(model.maxLines, model.maxChars, model.wrap);
     bool ok = true;
     while (ok && model.file.size() < 60) {
@@ -196,13 +196,13 @@ TEST_F(TextModeWriting, AgreesWithTheModelOnAnyTexts) {
       ASSERT_EQ(ok, file.WriteString(text));
     }
     ASSERT_EQ(ok, file.Close());
-    ASSERT_EQ(model.file, host.files.Get(kPath));
+    ASSERT_EQ(model.file, host.files.Get(kFilePath));
   }
 }
 
 TEST_F(TextModeWriting, ManyPiecesFillTheBufferWithoutLoss) {
   StkTextWriter file(host.host);
-  ASSERT_TRUE(file.OpenForWrite(kPath).ok);
+  ASSERT_TRUE(file.OpenForWrite(kFilePath).ok);
   std::string expected;
   for (const size_t size : {1u, 65535u, 65536u, 65537u, 7u, 200000u, 65534u}) {
     const std::string piece(size, static_cast<char>('a' + size % 26));
@@ -210,25 +210,25 @@ TEST_F(TextModeWriting, ManyPiecesFillTheBufferWithoutLoss) {
     expected += piece + "\r\n";
   }
   ASSERT_TRUE(file.Synchronize());
-  EXPECT_TRUE(expected == host.files.Get(kPath));
+  EXPECT_TRUE(expected == host.files.Get(kFilePath));
   EXPECT_TRUE(file.Close());
-  EXPECT_TRUE(expected == host.files.Get(kPath));
+  EXPECT_TRUE(expected == host.files.Get(kFilePath));
 }
 
 TEST_F(TextModeWriting, AFullDeviceFailsTheWriteOrTheClose) {
   host.files.SetCapacity(100000);
   StkTextWriter large(host.host);
-  ASSERT_TRUE(large.OpenForWrite(kPath).ok);
+  ASSERT_TRUE(large.OpenForWrite(kFilePath).ok);
   ASSERT_TRUE(large.WriteString(std::string(65536, 'x')));
   EXPECT_FALSE(large.WriteString(std::string(65536, 'x')));
   EXPECT_FALSE(large.WriteString("y"));
   EXPECT_FALSE(large.LineLimitReached() || large.CharLimitReached());
   large.Abort();
-  EXPECT_TRUE(std::string(100000, 'x') == host.files.Get(kPath));
+  EXPECT_TRUE(std::string(100000, 'x') == host.files.Get(kFilePath));
 
   host.files.SetCapacity(1);
   StkTextWriter small(host.host);
-  ASSERT_TRUE(small.OpenForWrite(kPath).ok);
+  ASSERT_TRUE(small.OpenForWrite(kFilePath).ok);
   EXPECT_TRUE(small.WriteString("ab"));
   EXPECT_FALSE(small.Close());
 }
@@ -236,13 +236,13 @@ TEST_F(TextModeWriting, AFullDeviceFailsTheWriteOrTheClose) {
 TEST_F(TextModeWriting, AbandonedWritersLeaveWhatTheyWrote) {
   {
     StkTextWriter file(host.host);
-    ASSERT_TRUE(file.OpenForWrite(kPath).ok);
+    ASSERT_TRUE(file.OpenForWrite(kFilePath).ok);
     ASSERT_TRUE(file.WriteString("kept\n"));
     // Nobody else may open it meanwhile.
-    EXPECT_EQ(MessageKey::kW9402, StkTextWriter(host.host).OpenForWrite(kPath).failure);
-    EXPECT_EQ(MessageKey::kW9401, StkTextWriter(host.host).OpenForRead(kPath).failure);
+    EXPECT_EQ(MessageKey::kW9402, StkTextWriter(host.host).OpenForWrite(kFilePath).failure);
+    EXPECT_EQ(MessageKey::kW9401, StkTextWriter(host.host).OpenForRead(kFilePath).failure);
   }
-  EXPECT_EQ("kept\r\n", host.files.Get(kPath));
+  EXPECT_EQ("kept\r\n", host.files.Get(kFilePath));
 }
 
 }  // namespace
