@@ -1,9 +1,17 @@
+# velkor_compile_at_once(TARGET): with VELKOR_ROOM_AT_ONCE, few compilations read the headers for all
+# files of the target.
+function(velkor_compile_at_once target)
+  set_target_properties(${target} PROPERTIES
+    UNITY_BUILD ${VELKOR_ROOM_AT_ONCE} UNITY_BUILD_BATCH_SIZE 20)
+endfunction()
+
 # velkor_room(NAME DEPENDS rooms...): the library target of one folder of src/.
 # All .cpp files of the folder belong to it.
 function(velkor_room name)
   cmake_parse_arguments(ROOM "" "" "DEPENDS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   add_library(velkor_${name} STATIC ${sources})
+  velkor_compile_at_once(velkor_${name})
   target_link_libraries(velkor_${name} PUBLIC velkor_compile)
   foreach(room ${ROOM_DEPENDS})
     target_link_libraries(velkor_${name} PUBLIC velkor_${room})
