@@ -9,5 +9,6 @@ function(velkor_embed target symbol file)
             -P ${PROJECT_SOURCE_DIR}/cmake/embed_file.cmake
     DEPENDS ${file} ${PROJECT_SOURCE_DIR}/cmake/embed_file.cmake
     VERBATIM)
+  set_source_files_properties(${output} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
   target_sources(${target} PRIVATE ${output})
 endfunction()

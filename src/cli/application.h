@@ -23,7 +23,7 @@ class Application : private MessageTarget {
  public:
   // None when an option names nothing usable; error then says what, for the user.
   static std::unique_ptr<Application> Create(const Options& options, std::string& error);
-  ~Application();
+  ~Application() override;
 
   // Opens the project and runs its analysis to the end. kDone: the document holds it.
   ExitStatus OpenAndAnalyse(std::string_view project);

@@ -1,7 +1,7 @@
 #include "cli/result_output.h"
 
 #include <cerrno>
-#include <cstring>
+#include <system_error>
 
 namespace velkor {
 namespace {
@@ -27,7 +27,7 @@ void ResultOutput::Put(char c) {
 bool ResultOutput::Finish() {
   WriteBuffer();
   if (failure_.empty() && std::fflush(file_) != 0) {
-    failure_ = std::strerror(errno);
+    failure_ = std::generic_category().message(errno);
   }
   return failure_.empty();
 }
@@ -35,7 +35,7 @@ bool ResultOutput::Finish() {
 void ResultOutput::WriteBuffer() {
   if (failure_.empty() && !buffer_.empty() &&
       std::fwrite(buffer_.data(), 1, buffer_.size(), file_) != buffer_.size()) {
-    failure_ = std::strerror(errno);
+    failure_ = std::generic_category().message(errno);
   }
   buffer_.clear();
 }

@@ -51,7 +51,7 @@ Uncertainty UncertaintySearch::Below(StkFunction& start) {
   if (!result_.IsComplete(start)) {
     Enter(start.index);
   }
-  for (size_t next = 0; next < queue_.size(); ++next) {
+  for (size_t next = 0; next < queue_.size(); ++next) {  // NOLINT(modernize-loop-convert): it grows
     const uint32_t function = queue_[next];
     if (kinds_[function] != 0) {
       Note(function, found);

@@ -71,7 +71,7 @@ std::string RecursionText(const StkFunction& function) {
 
 std::string AdjustmentInfoText(const StkFunction& function, AdjustmentStyle style) {
   const std::string margin = MarginText(function);
-  const std::string recursion = RecursionText(function);
+  std::string recursion = RecursionText(function);
   if (margin.empty()) {
     return recursion;
   }

@@ -22,7 +22,7 @@ CharsetConverter::Outcome CharsetConverter::Append(std::string_view text, std::s
     return Outcome::kNoSuchCharacter;
   }
   constexpr size_t kFailed = static_cast<size_t>(-1);
-  char* input = const_cast<char*>(text.data());
+  auto* input = const_cast<char*>(text.data());
   size_t inputLeft = text.size();
   char buffer[256];
   bool flushing = false;

@@ -91,6 +91,7 @@ std::string UpperCaseBytes(const std::u16string& unicode) {
 
 std::string LocaleName() {
   for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+    // NOLINTNEXTLINE(concurrency-mt-unsafe): at the start, when there is one thread
     const char* const value = std::getenv(variable);
     if (value != nullptr && *value != '\0') {
       return value;
@@ -111,7 +112,7 @@ std::string CharacterSetOf(const std::string& localeName) {
   if (locale == nullptr) {
     return "";
   }
-  const std::string set = nl_langinfo_l(CODESET, locale);
+  std::string set = nl_langinfo_l(CODESET, locale);
   freelocale(locale);
   return set;
 }

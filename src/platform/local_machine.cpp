@@ -26,6 +26,7 @@ std::string LocalMachine::AbsolutePath(std::string_view path) const {
 }
 
 bool LocalMachine::AddMappings(const MachineOptions& options, std::string& error) {
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): at the start, when there is one thread
   const char* environment = std::getenv("VELKOR_MAP");
   if (environment != nullptr && *environment != '\0' && !paths_.AddMappings(environment)) {
     error = std::string("VELKOR_MAP: not of the form C:\\work=/home/me/work;...: ") + environment;

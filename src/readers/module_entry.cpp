@@ -8,7 +8,6 @@ namespace velkor {
 namespace {
 
 constexpr uint32_t kPrologueHelperSize = 2;  // what one call of it took of the stack, in bytes
-constexpr uint32_t kMaxLineLength = 5119;    // in characters
 
 uint32_t SeriesOfFamily(std::string_view family, const StkMessages& messages) {
   const std::string_view familyName = messages.Text(MessageKey::kFamilyName);
@@ -38,7 +37,8 @@ bool ModuleEntry::EnterEvent(const ModuleRecording& recording, ModuleRecording::
   using Step = ModuleRecording::Step;
   switch (event.step) {
     case Step::kLongLine:
-      reporter_.PostLog(MessageKey::kW9405, {modulePath_, event.value, kMaxLineLength});
+      reporter_.PostLog(MessageKey::kW9405,
+                        {modulePath_, event.value, StkAsmModuleReader::kMaxLineLength});
       break;
     case Step::kHeader:
       return AcceptHeader(recording);

@@ -8,8 +8,7 @@ namespace velkor {
 
 namespace {
 
-constexpr size_t kReadLimit = 5119;        // keeps one character less
-constexpr uint32_t kMaxLineLength = 5119;  // a longer line is reported
+constexpr size_t kReadLimit = 5119;  // keeps one character less
 
 }  // namespace
 

@@ -15,6 +15,7 @@ namespace velkor {
 class StkAsmModuleReader {
  public:
   static constexpr uint32_t kMaxLines = 65535;
+  static constexpr uint32_t kMaxLineLength = 5119;  // in characters; a longer line is reported
   static constexpr uint32_t kLinesPerStopTest = 100;
 
   // An empty recording, which is complete when Read returns.

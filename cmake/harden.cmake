@@ -1,0 +1,8 @@
+# With VELKOR_HARDEN, a fault that got past all tests ends the program at once instead of giving a
+# wrong answer. What it sets is checked on the built program by a test.
+if(VELKOR_HARDEN)
+  target_compile_options(velkor_compile INTERFACE
+    -fPIE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -D_GLIBCXX_ASSERTIONS
+    -fstack-protector-strong -fstack-clash-protection)
+  target_link_options(velkor_compile INTERFACE -pie -Wl,-z,relro,-z,now)
+endif()
