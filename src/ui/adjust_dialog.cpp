@@ -17,7 +17,7 @@ namespace velkor {
 namespace {
 
 // Items of the dialog by the keys of their texts.
-constexpr uint32_t kDialog = 401;
+constexpr uint32_t kAdjustDialog = 401;
 constexpr uint32_t kOk = 1;
 constexpr uint32_t kCancel = 2;
 constexpr uint32_t kReset = 1007;
@@ -30,7 +30,7 @@ constexpr uint32_t kMarginLabel = 2003;
 constexpr uint32_t kCalleeGroup = 2004;
 constexpr uint32_t kCalleesLabel = 2005;
 constexpr uint32_t kAllLabel = 2006;
-constexpr uint32_t kHelp = 57670;
+constexpr uint32_t kHelpButton = 57670;
 
 }  // namespace
 
@@ -53,7 +53,7 @@ CAdjustStackSizeDialog::CAdjustStackSizeDialog(const UiContext& context,
       ok_(new QPushButton(Text(kOk), this)),
       cancel_(new QPushButton(Text(kCancel), this)),
       reset_(new QPushButton(Text(kReset), this)),
-      help_(new QPushButton(Text(kHelp), this)) {
+      help_(new QPushButton(Text(kHelpButton), this)) {
   setWindowTitle(Text(0));
   Arrange();
   Fill(function);
@@ -67,7 +67,7 @@ CAdjustStackSizeDialog::CAdjustStackSizeDialog(const UiContext& context,
 }
 
 QString CAdjustStackSizeDialog::Text(uint32_t item) const {
-  return context_.Text(kDialogTextKey * kDialog + item);
+  return context_.Text(kDialogTextKey * kAdjustDialog + item);
 }
 
 void CAdjustStackSizeDialog::Fill(const StkFunction& function) {

@@ -9,7 +9,6 @@ namespace velkor {
 
 namespace {
 
-constexpr int kCalleeRow = 10;
 constexpr int kCell = 16;
 
 // On the maximum chain, adjusted or library, recursive, unknown, defined.
@@ -17,7 +16,7 @@ constexpr std::array<QRgb, 5> kColors = {0xFFE02020, 0xFF20D0E0, 0xFF30B030, 0xF
                                          0xFFFFFFFF};
 
 // Of square cells side by side, the one that holds the box.
-QIcon BoxIcon(int kind, int cells, int cell) {
+QIcon SquareIcon(int kind, int cells, int cell) {
   const QRgb color = kColors.at(static_cast<size_t>(kind));
   const auto draw = [color, cell](QPainter& painter) {
     painter.setPen(QPen(QColor(64, 64, 64), 1));
@@ -30,12 +29,12 @@ QIcon BoxIcon(int kind, int cells, int cell) {
 }  // namespace
 
 QIcon TreeIcon(int iconIndex) {
-  return BoxIcon(iconIndex, 1, 0);
+  return SquareIcon(iconIndex, 1, 0);
 }
 
 QIcon ListIcon(int iconIndex) {
   const int cell = iconIndex >= kCalleeRow ? 1 : 0;
-  return BoxIcon(iconIndex - cell * kCalleeRow, 2, cell);
+  return SquareIcon(iconIndex - cell * kCalleeRow, 2, cell);
 }
 
 void PaintArrow(QPainter& painter, const QRect& rect, bool descending, const QColor& color) {

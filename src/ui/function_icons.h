@@ -13,6 +13,7 @@ namespace velkor {
 QIcon TreeIcon(int iconIndex);
 // 32 x 16: the box in the left half for the first row (0 to 4), in the right half for a callee row
 // (10 to 14).
+constexpr int kCalleeRow = 10;
 QIcon ListIcon(int iconIndex);
 
 constexpr QSize kTreeIconSize(16, 16);

@@ -8,7 +8,6 @@ namespace velkor {
 
 namespace {
 
-constexpr int kCalleeRow = 10;
 constexpr int kKindCount = 5;
 
 }  // namespace

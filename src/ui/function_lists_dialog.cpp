@@ -15,10 +15,10 @@ namespace velkor {
 namespace {
 
 // Items of the dialog by the keys of their texts.
-constexpr uint32_t kDialog = 400;
+constexpr uint32_t kListsDialog = 400;
 constexpr uint32_t kClose = 1;
 constexpr uint32_t kAdjustSize = 1001;
-constexpr uint32_t kHelp = 57670;
+constexpr uint32_t kHelpOfLists = 57670;
 
 constexpr size_t kUnknown = 0;
 constexpr size_t kAdjusted = 1;
@@ -52,7 +52,7 @@ CFunctionListsDialog::CFunctionListsDialog(const UiContext& context, FrameOperat
       showHelp_(std::move(showHelp)),
       close_(new QPushButton(Text(kClose), this)),
       adjust_(new QPushButton(Text(kAdjustSize), this)),
-      help_(new QPushButton(Text(kHelp), this)) {
+      help_(new QPushButton(Text(kHelpOfLists), this)) {
   setWindowTitle(Text(0));
   for (FunctionRows*& list : lists_) {
     list = new FunctionRows(context.host.codePage, this);
@@ -65,7 +65,7 @@ CFunctionListsDialog::CFunctionListsDialog(const UiContext& context, FrameOperat
 }
 
 QString CFunctionListsDialog::Text(uint32_t item) const {
-  return context_.Text(kDialogTextKey * kDialog + item);
+  return context_.Text(kDialogTextKey * kListsDialog + item);
 }
 
 void CFunctionListsDialog::Arrange() {

@@ -16,7 +16,7 @@ namespace {
 
 constexpr size_t kSortedAtOnce = 4096;
 constexpr int kLaidOutAtOnce = 20000;
-constexpr qint64 kSliceMilliseconds = 10;
+constexpr qint64 kSearchMilliseconds = 10;
 
 std::string RowText(const StkFunction& function, bool added, const CodePage& codePage) {
   std::string text = (added ? "+" : "") + TextItem(function, ":", codePage);
@@ -186,7 +186,7 @@ void FunctionRows::SetFunctionsByName(StkFunctionList functions) {
 void FunctionRows::SortSome() {
   QElapsedTimer slice;
   slice.start();
-  while (slice.elapsed() < kSliceMilliseconds) {
+  while (slice.elapsed() < kSearchMilliseconds) {
     if (!sorter_->Step()) {
       return ShowSorted();
     }

@@ -17,9 +17,9 @@ namespace velkor {
 
 namespace {
 
-constexpr uint32_t kDialog = 501;
+constexpr uint32_t kViewerDialog = 501;
 constexpr uint32_t kTitle = 0;
-constexpr uint32_t kClose = 1;
+constexpr uint32_t kCloseViewer = 1;
 // Pages of the installation, and those of the program itself.
 constexpr QLatin1String kInstalled("installed");
 constexpr QLatin1String kLinked("linked");
@@ -27,7 +27,7 @@ constexpr QLatin1String kLinked("linked");
 constexpr size_t kMaxPageBytes = size_t{1} << 20;
 
 QString DialogText(const StkMessages& messages, uint32_t item) {
-  return ForScreen(messages.Text(static_cast<MessageKey>(kDialogTextKey * kDialog + item)),
+  return ForScreen(messages.Text(static_cast<MessageKey>(kDialogTextKey * kViewerDialog + item)),
                    messages.GetCodePage());
 }
 
@@ -114,7 +114,7 @@ HelpViewer::HelpViewer(const Host& host, const StkMessages& messages, HelpLocati
                        Language language, const QString& productName)
     : host_(host), location_(std::move(location)), browser_(new HelpBrowser(host, language, this)) {
   setWindowTitle(DialogText(messages, kTitle).replace("%s", productName));
-  auto* close = new QPushButton(DialogText(messages, kClose), this);
+  auto* close = new QPushButton(DialogText(messages, kCloseViewer), this);
   connect(close, &QPushButton::clicked, this, &QWidget::close);
   connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, this, &QWidget::close);
   // The program ends with its main window, not with its help.

@@ -14,7 +14,7 @@ namespace {
 
 constexpr uint32_t kLogNameKey = kDialogTextKey * 500 + 1003;
 constexpr size_t kLinesAtOnce = 50;
-constexpr qint64 kSliceMilliseconds = 10;
+constexpr qint64 kAppendingMilliseconds = 10;
 
 // What a text edit takes for the end of a line or of a paragraph.
 bool BreaksLine(QChar character) {
@@ -129,7 +129,7 @@ QString CStkLogView::OneLine(std::string_view text) const {
 void CStkLogView::ShowSome() {
   QElapsedTimer slice;
   slice.start();
-  while (!pending_.empty() && slice.elapsed() < kSliceMilliseconds) {
+  while (!pending_.empty() && slice.elapsed() < kAppendingMilliseconds) {
     Insert(std::min(pending_.size(), kLinesAtOnce));
   }
   MoveToEnd();

@@ -9,7 +9,7 @@ namespace velkor {
 
 namespace {
 
-constexpr qint64 kSliceMilliseconds = 15;
+constexpr qint64 kHandlingMilliseconds = 15;
 
 }  // namespace
 
@@ -79,7 +79,7 @@ void PostedMessages::HandleAll() {
 void PostedMessages::HandleSome() {
   QElapsedTimer slice;
   slice.start();
-  while (slice.elapsed() < kSliceMilliseconds && HandleOne()) {
+  while (slice.elapsed() < kHandlingMilliseconds && HandleOne()) {
   }
   TellNotified();
   const std::lock_guard lock(mutex_);
