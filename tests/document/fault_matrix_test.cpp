@@ -174,10 +174,11 @@ class FaultMatrix : public DocumentHost,
     std::string outcome;
     if (document.FunctionTable() != nullptr) {
       for (const auto& function : document.FunctionTable()->Functions()) {
-        outcome += function->name + " " + std::to_string(function->totalStackSize) + "\n";
+        outcome +=
+            std::string(function->name) + " " + std::to_string(function->totalStackSize) + "\n";
       }
       for (const StkFunction* root : document.RootList()->Functions()) {
-        outcome += "root " + root->name + "\n";
+        outcome += "root " + std::string(root->name) + "\n";
       }
     }
     if (Case().output != nullptr) {

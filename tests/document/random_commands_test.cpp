@@ -283,10 +283,10 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
       if (function->adjustment == nullptr) {
         continue;
       }
-      Statement& statement = statements[function->name.substr(1)];
+      Statement& statement = statements[std::string(function->name.substr(1))];
       statement.margin = function->adjustment->margin;
       for (const StkFunction* callee : function->extraCallees) {
-        statement.callees.push_back(callee->name.substr(1));
+        statement.callees.emplace_back(callee->name.substr(1));
       }
     }
     return statements;

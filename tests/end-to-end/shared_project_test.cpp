@@ -74,7 +74,8 @@ TEST_F(SharedProject, TwoAdjustmentsAtOnceAreNeverReportedAndLost) {
     const std::string saved = ReadFile(systemFile_);
     const std::string kept = KeptLines();
     EXPECT_TRUE(saved.empty() || saved.ends_with("\r\n")) << saved;
-    for (const auto& [run, function] : {std::pair(&first, "main"), std::pair(&second, "f")}) {
+    for (const auto& [run, function] :
+         {std::pair<const ProgramRun*, const char*>(&first, "main"), {&second, "f"}}) {
       if (run->status == 4) {
         EXPECT_TRUE(run->Says(NotWritable())) << run->err;
       } else {
