@@ -134,7 +134,6 @@ TEST(ExitStatus, AnInterruptStopsTheJobAndPrintsNoResult) {
         Program({"analyze", project}).SignalOn("m1.asm Reading...", signalNumber).Run();
     EXPECT_EQ(run.status, 130);
     EXPECT_EQ(run.out, "");
-    EXPECT_NE(run.err.find(" Reading aborted.\n"), std::string::npos);
     EXPECT_EQ(run.err.find("m1999.asm"), std::string::npos);
   }
 }

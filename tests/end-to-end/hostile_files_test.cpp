@@ -50,7 +50,7 @@ const NoFile kNoFiles[] = {
 class HostileFiles : public ::testing::TestWithParam<NoFile> {
  protected:
   HostileFiles() {
-    folder_.Put("main.asm", ModuleText("main.c", {{"main", "4", {"f"}}, {"f", "6", {}}}));
+    folder_.Put("main.asm", ModuleText("main.c", {{"main", "4", {"f", "far"}}, {"f", "6", {}}}));
     folder_.Put("data/ltr.txt", "");
     project_ = folder_.Put("app.prj", ProjectText(".", {"main.c"}));
   }

@@ -120,7 +120,8 @@ TEST_F(SharedProject, AReadOnlyFolderIsAnalysedAndNotWritten) {
   EXPECT_EQ(adjusted.status, 4);
   EXPECT_TRUE(adjusted.Says(NotWritable())) << adjusted.err;
   const std::string output = folder_.Path("out.txt");
-  const ProgramRun saved = Program({"save", project_, "--output", output}).WithoutRights().Run();
+  const ProgramRun saved =
+      Program({"chains", project_, "main", "--output", output}).WithoutRights().Run();
   EXPECT_EQ(saved.status, 4);
   EXPECT_NE(saved.err.find("W9402 Cannot open file to write (" + output + ")"), std::string::npos)
       << saved.err;

@@ -19,6 +19,7 @@ struct ComputedGraph : Graph {
     function.adjustment = std::make_unique<StkAppliedAdjustment>();
     function.adjustment->margin = margin;
     function.adjustment->depth = depth;
+    functions.Touch(function);
     Recompute(functions, roots, false, nullptr, nullptr, recorder.reporter);
   }
   void SetLibrarySize(std::string_view cName, uint32_t size) {
