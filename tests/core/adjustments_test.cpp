@@ -147,7 +147,8 @@ TEST(Adjustments, InformationIsCutAtAWholeItem) {
   EXPECT_TRUE(graph.Adjust("f", Values(65535, kNoDepth, callees)));
   EXPECT_EQ(graph.Log()[0], "Stack size specification of f adjusted. " + cut + ".");
 
-  graph["callee1000"].name = "_" + std::string(6000, 'x');
+  const std::string longName = "_" + std::string(6000, 'x');
+  graph["callee1000"].name = longName;
   EXPECT_EQ(graph.Information("callee1001", Values(7, kNoDepth, {&graph["f"]})),
             "Additional margin is set to 7, f is added.");
   EXPECT_EQ(AdjustmentInformation(Values(7, 2, {&graph["f"]}), *callees[0], InformationMode::kNew,
