@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
@@ -67,9 +68,14 @@ std::optional<Cost> RunOnce(Order& order) {
               Microseconds(usage.ru_utime) + Microseconds(usage.ru_stime), usage.ru_maxrss};
 }
 
+Cost Least(const Cost& one, const Cost& other) {
+  return {std::min(one.elapsed, other.elapsed), std::min(one.processor, other.processor),
+          std::min(one.peak, other.peak)};
+}
+
 int Run(int argc, char** argv) {
   CLI::App application(
-      "Runs a command several times, and prints of the fastest run: "
+      "Runs a command several times, and prints the least of all runs: "
       "microseconds elapsed, microseconds of processor time, kilobytes of memory at most.");
   Order order;
   application.add_option("--repeat", order.repeat, "How often")->check(CLI::Range(1, 1000));
@@ -85,9 +91,7 @@ int Run(int argc, char** argv) {
     if (!cost) {
       return 1;
     }
-    if (!best || cost->elapsed < best->elapsed) {
-      best = cost;
-    }
+    best = best ? Least(*best, *cost) : *cost;
   }
   std::printf("%lld %lld %lld\n", static_cast<long long>(best->elapsed),
               static_cast<long long>(best->processor), static_cast<long long>(best->peak));

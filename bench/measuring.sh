@@ -27,8 +27,8 @@ input() {
   echo "$folder"
 }
 
-# fastest OPTION... -- COMMAND...: sets elapsed, processor and peak (kilobytes) to those of the
-# fastest of several runs.
+# fastest OPTION... -- COMMAND...: sets elapsed, processor and peak (kilobytes), each to the least
+# of several runs.
 fastest() {
   local costs
   costs=$("$programs/measure" "$@")

@@ -25,9 +25,9 @@ measure_modules() {
   ratio_row "" "$elapsed" "$processor" "cat" "$cat"
 }
 
-# benchmark_times PROGRAM FILTER REPETITIONS: prints name and microseconds of each benchmark: its counter
-# median_ms where it has one, else the processor time of an iteration; of the fastest of several
-# repetitions.
+# benchmark_times PROGRAM FILTER REPETITIONS: prints name and microseconds of each benchmark: its
+# counter median_ms where it has one, else the processor time of an iteration; of the fastest
+# repetition.
 benchmark_times() {
   "$programs/$1" --benchmark_filter="$2" --benchmark_repetitions="$3" --benchmark_format=csv \
     2>/dev/null | tr -d '"' | awk -F, '
@@ -70,59 +70,61 @@ measure_memory() {
     "$(seconds "$processor")" "$((limit / 1024)) MB" "$ratio" "<= 1 x" "$(verdict "$peak" "$limit")"
 }
 
-# measure_graph KIND SIZE: at a quarter of the size, half of it and all of it.
+# measure_graph KIND SIZE: at a quarter of the size, half of it and all of it. The growth is that of
+# processor time.
 measure_graph() {
-  local times=() processors=() bytes=() part folder
+  local processors=() bytes=() part folder
   say "$1 $2"
   for part in 4 2 1; do
     folder=$(input "$1" "$(($2 / part))")
     bytes+=("$(cat "$folder"/*.asm | wc -c)")
     fastest --repeat 3 -- "${analyze[@]}" "$folder/app.prj"
-    times+=("$elapsed")
     processors+=("$processor")
   done
-  limit_row "$1 $2" "${times[2]}" "${processors[2]}" 2000000
-  local growth input_growth ratio
-  growth=$(calculate "${times[2]} / ${times[0]}")
+  limit_row "$1 $2" "$elapsed" "$processor" 2000000
+  local growth input_growth ratio steps
+  growth=$(calculate "${processors[2]} / ${processors[0]}")
   input_growth=$(calculate "${bytes[2]} / ${bytes[0]}")
   ratio=$(calculate "$growth / $input_growth")
-  print_row "  n, 2n, 4n: $(seconds "${times[0]}"), $(seconds "${times[1]}"), $(seconds "${times[2]}")" \
-    "$(printf 'x %.2f' "$growth")" - "$(printf 'x %.2f of the input' "$input_growth")" \
-    "$(printf '%.2f' "$ratio")" "<= 1.5 x" "$(verdict "$ratio" 1.5)"
+  steps="$(seconds "${processors[0]}"), $(seconds "${processors[1]}"), $(seconds "$processor")"
+  print_row "  n, 2n, 4n: $steps" - "$(printf 'x %.2f' "$growth")" \
+    "$(printf 'x %.2f of the input' "$input_growth")" "$(printf '%.2f' "$ratio")" "<= 1.5 x" \
+    "$(verdict "$ratio" 1.5)"
 }
 
 # measure_report NAME PROJECT FUNCTION: all call chains, up to the line limit. What is measured is
-# how much longer that takes than a report of the maximum chain alone.
+# how much more processor time that takes than a report of the maximum chain alone.
 measure_report() {
   local format report copy=$data/copy chains=("$programs/velkor-cli" chains "$2" "$3")
   say "reports of $1"
   for format in txt csv; do
     report=$data/report.$format
     fastest -- "${chains[@]}" --output "$report"
-    local start=$elapsed
+    local start=$processor
     fastest --status 4 -- "${chains[@]}" --all --output "$report"
-    local measured=$((elapsed > start ? elapsed - start : 0))
+    local measured=$((processor - start))
     fastest --output "$copy" -- cat "$report"
-    local limit=$((3 * elapsed > 50000 ? 3 * elapsed : 50000))
-    print_row "report of $1, .$format, $(($(wc -c <"$report") / 1000)) kB" "$(seconds "$measured")" \
-      - "$(seconds "$elapsed") cat" "$(printf '%.2f' "$(calculate "$measured / $elapsed")")" \
-      "<= 3 x, 50 ms" "$(verdict "$measured" "$limit")"
+    local limit=$((3 * processor > 50000 ? 3 * processor : 50000)) ratio
+    ratio=$(printf '%.2f' "$(calculate "$measured / $processor")")
+    print_row "report of $1, .$format, $(($(wc -c <"$report") / 1000)) kB" - \
+      "$(seconds "$measured")" "$(seconds "$processor") cat" "$ratio" "<= 3 x, 50 ms" \
+      "$(verdict "$measured" "$limit")"
   done
 }
 
-# measure_specification LINES: how much longer an analysis takes that loads the file.
+# measure_specification LINES: how much more processor time an analysis takes that loads the file.
 measure_specification() {
   local folder file
   folder=$(input specification "$1")
   file=$folder/limits.txt
   say "specification file of $1 lines"
   fastest --output "$data/output" -- wc -l "$file"
-  local wc=$elapsed
+  local wc=$processor
   fastest -- "${analyze[@]}" "$folder/app.prj"
-  local start=$elapsed
+  local start=$processor
   fastest -- "${analyze[@]}" "$folder/app.prj" --load "$file"
-  ratio_row "specification file of $1 lines" "$((elapsed > start ? elapsed - start : 0))" \
-    - "wc -l" "$wc"
+  print_row "specification file of $1 lines" - "$(seconds $((processor - start)))" \
+    "$(seconds "$wc") wc -l" "$(printf '%.2f' "$(calculate "($processor - $start) / $wc")")" - -
 }
 
 # The window with a million functions: a table of its own.
