@@ -8,8 +8,8 @@
 namespace velkor {
 
 // Destroys what is large in a thread of its own: a million records take longer to give back than a
-// user should wait. What is disposed of must need nothing else for its end. The destructor waits
-// until everything is gone; so does Dispose for what was disposed of before.
+// user should wait. What is disposed of must need nothing else for its end. Dispose never waits;
+// the destructor waits until everything is gone.
 class BackgroundDisposal {
  public:
   void Dispose(std::vector<std::shared_ptr<void>> things);
