@@ -44,8 +44,8 @@ std::string FileOf(const Statements& statements) {
   return text;
 }
 
-// What one project's user has stated, as far as it is certain: a load that was stopped has taken
-// effect or has not.
+// What one project's user has stated, as far as it is certain: a load that was stopped has been
+// saved or has not.
 struct ProjectModel {
   explicit ProjectModel(std::string where) : folder(std::move(where)) {}
   std::string Path() const { return folder + "\\app.prj"; }
@@ -88,6 +88,9 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
 
   uint32_t Below(uint32_t limit) { return static_cast<uint32_t>(random_() % limit); }
   void Pause() { std::this_thread::sleep_for(std::chrono::microseconds(Below(150))); }
+  std::string Saved(const ProjectModel& project) const {
+    return host.files.Get(project.SystemFile()).value_or("");
+  }
   ProjectModel& Project() { return projects_[current_]; }
   bool HasFunctions() {
     return document.CanChangeAnalysis() && document.FunctionTable() != nullptr &&
@@ -125,22 +128,20 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
 
   void Open() {
     current_ = Below(2);
-    readingStopped_ = false;
-    loading_ = false;
-    saveExpected_ = false;
-    if (Below(3) != 0) {
+    readingStopped_ = loading_ = saveExpected_ = false;
+    if (Below(3) != 0 || document.PathName().empty()) {
       ASSERT_TRUE(document.OnOpenDocument(Project().Path()));
       document.StartAnalysis();
-    } else if (!document.PathName().empty()) {
+    } else {
       current_ = document.PathName() == projects_[0].Path() ? 0 : 1;
       document.Recalculate();
     }
+    inForce_ = Project().possible;
+    std::erase(Project().mustBeKept, Saved(Project()));  // it is read once more
   }
 
   void Close() {
-    readingStopped_ = false;
-    loading_ = false;
-    saveExpected_ = false;
+    readingStopped_ = loading_ = saveExpected_ = false;
     document.DeleteContents();
   }
 
@@ -148,7 +149,7 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     if (!HasFunctions()) {
       return;
     }
-    Settle();
+    SettleForSave();
     const uint32_t number = Below(kFunctions);
     const Statement statement = AnyStatement(number);
     StkAdjustment adjustment;
@@ -159,7 +160,8 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     }
     adjustment.SetCallees(callees, host.codePage);
     ASSERT_TRUE(document.AdjustFunction(*Find(NameOf(number)), adjustment));
-    Project().possible.front()[NameOf(number)] = statement;
+    inForce_.front()[NameOf(number)] = statement;
+    Project().possible = inForce_;
     saveExpected_ = true;
   }
 
@@ -167,15 +169,16 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     if (!HasFunctions()) {
       return;
     }
-    Settle();
+    SettleForSave();
     if (Below(4) == 0) {
       ASSERT_TRUE(document.CancelAllAdjustments());
-      Project().possible.front().clear();
+      inForce_.front().clear();
     } else {
       const std::string name = NameOf(Below(kFunctions));
       ASSERT_TRUE(document.CancelAdjustment(*Find(name)));
-      Project().possible.front().erase(name);
+      inForce_.front().erase(name);
     }
+    Project().possible = inForce_;
     saveExpected_ = true;
   }
 
@@ -183,8 +186,8 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     if (!HasFunctions()) {
       return;
     }
-    Settle();
-    Statements loaded = Project().possible.front();
+    SettleForSave();
+    Statements loaded = inForce_.front();
     const bool withCallees = Below(2) == 0;
     std::string text;
     bool anyCallee = false;
@@ -213,7 +216,8 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     host.files.Put("C:\\u.txt", text);
     ASSERT_TRUE(document.LoadSpecFile("C:\\u.txt"));
     loading_ = true;
-    Project().possible.push_back(loaded);
+    inForce_.push_back(loaded);
+    Project().possible.insert(Project().possible.end(), inForce_.begin(), inForce_.end());
     saveExpected_ = true;
   }
 
@@ -225,6 +229,8 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     }
     switch (Below(3)) {
       case 0:
+        SettleForSave();
+        Project().possible = inForce_;
         document.SaveSystemFile();
         break;
       case 1:
@@ -244,26 +250,20 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
         break;
       case 1:
       case 2:
-      case 3:
         Adjust();
         break;
       case 4:
         Reset();
         break;
       case 5:
-      case 6:
         Load();
         break;
       case 7:
         Write();
         break;
       case 8:
-        Stop();
-        break;
       case 9:
-        if (Below(4) == 0) {
-          Close();
-        }
+        Below(8) == 0 ? Close() : Stop();
         break;
       default:
         Finish();
@@ -292,20 +292,24 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     return statements;
   }
 
-  // What is in force is what the user has stated. From here on it is certain.
+  // What is in force is what the user has stated, or nothing after a stop. From here on it is
+  // certain.
   void Settle() {
     const Statements inForce = InForce();
-    ProjectModel& project = Project();
-    const bool known = std::find(project.possible.begin(), project.possible.end(), inForce) !=
-                       project.possible.end();
-    if (!known && readingStopped_ && inForce.empty()) {
-      project.mustBeKept.push_back(host.files.Get(project.SystemFile()).value_or(""));
-    } else {
-      ASSERT_TRUE(known) << "in force:\n"
-                         << FileOf(inForce) << "stated:\n"
-                         << FileOf(project.possible.back());
+    const bool known = std::find(inForce_.begin(), inForce_.end(), inForce) != inForce_.end();
+    ASSERT_TRUE(known || (readingStopped_ && inForce.empty())) << "in force:\n"
+                                                               << FileOf(inForce) << "stated:\n"
+                                                               << FileOf(inForce_.back());
+    inForce_ = {inForce};
+  }
+
+  // Before something that leads to a save. A stk system file whose reading was stopped may state
+  // what is not in force.
+  void SettleForSave() {
+    Settle();
+    if (readingStopped_ && inForce_.front().empty()) {
+      Project().mustBeKept.push_back(Saved(Project()));
     }
-    project.possible = {inForce};
     readingStopped_ = false;
   }
 
@@ -318,16 +322,12 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
         host.files.Remove(path);  // there is room for so many only
       }
     }
-    const std::string saved = host.files.Get(project.SystemFile()).value_or("");
-    std::vector<std::string> still;
+    kept.push_back(Saved(project));
     for (const std::string& content : project.mustBeKept) {
-      if (content == saved) {
-        still.push_back(content);
-      } else if (!content.empty()) {
-        ASSERT_NE(std::find(kept.begin(), kept.end(), content), kept.end()) << content;
-      }
+      ASSERT_TRUE(content.empty() || std::find(kept.begin(), kept.end(), content) != kept.end())
+          << content;
     }
-    project.mustBeKept = still;
+    std::erase_if(project.mustBeKept, [&](auto& content) { return content != kept.back(); });
   }
 
   void CheckWhenIdle() {
@@ -338,10 +338,11 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
       Settle();
       testing::CheckDatabase(*document.FunctionTable());
       testing::CheckResults(*document.FunctionTable(), *document.RootList());
-      const Statements& stated = Project().possible.front();
+      const Statements& stated = inForce_.front();
       ASSERT_EQ(document.FunctionTable()->AdjustedCount(), stated.size());
       if (saveExpected_) {
         ASSERT_EQ(SavedLines(), FileOf(stated));
+        Project().possible = inForce_;
       }
     }
     loading_ = false;
@@ -352,7 +353,7 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
 
   // The stk system file's lines, sorted.
   std::string SavedLines() {
-    std::istringstream file(host.files.Get(Project().SystemFile()).value_or("none"));
+    std::istringstream file(Saved(Project()));
     std::vector<std::string> lines;
     for (std::string line; std::getline(file, line);) {
       lines.push_back(line + "\n");
@@ -368,6 +369,7 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
   std::mt19937 random_;
   ProjectModel projects_[2] = {ProjectModel("C:\\p"), ProjectModel("C:\\q")};
   size_t current_ = 0;
+  std::vector<Statements> inForce_ = {{}};  // what may be in force in the open one
   bool loading_ = false;         // the reading of specifications is that of a user's file
   bool readingStopped_ = false;  // of the project's own specifications, or before it
   bool saveExpected_ = false;    // nothing has stopped what saves the last change
