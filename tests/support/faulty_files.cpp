@@ -93,11 +93,6 @@ void FaultyFileSystem::FailAt(FileOperation operation, int call) {
   hitPath_.clear();
 }
 
-void FaultyFileSystem::FailRemovals(bool fail) {
-  const std::lock_guard lock(mutex_);
-  removalsFail_ = fail;
-}
-
 void FaultyFileSystem::BeforeReplace(std::function<void()> action) {
   const std::lock_guard lock(mutex_);
   beforeReplace_ = std::move(action);
@@ -184,12 +179,6 @@ bool FaultyFileSystem::Replace(std::string_view from, std::string_view to,
 }
 
 bool FaultyFileSystem::Remove(std::string_view path) {
-  {
-    const std::lock_guard lock(mutex_);
-    if (removalsFail_) {
-      return false;
-    }
-  }
   return !Fails(FileOperation::kRemove, path) && files_.Remove(path);
 }
 

@@ -38,8 +38,6 @@ class FaultyFileSystem : public FileSystem {
 
   // From now on the call of that number (the first is 1) of the operation fails, and no other.
   void FailAt(FileOperation operation, int call);
-  // In addition, every removal fails.
-  void FailRemovals(bool fail);
   // Runs before each replacing, as another program may work at that moment.
   void BeforeReplace(std::function<void()> action);
   void Clear() { FailAt(FileOperation::kNone, 0); }
@@ -70,7 +68,6 @@ class FaultyFileSystem : public FileSystem {
   mutable std::mutex mutex_;
   FileOperation operation_ = FileOperation::kNone;
   int callsLeft_ = 0;
-  bool removalsFail_ = false;
   bool hit_ = false;
   bool felt_ = false;
   std::string hitPath_;
