@@ -15,8 +15,8 @@ namespace {
 constexpr size_t kSizeWidth = 10;
 constexpr size_t kShownAtStart = 30;
 constexpr size_t kShownAtEnd = 10;
-constexpr size_t kDeepestIndentation = 40;   // levels: a line does not grow without end
-constexpr uint64_t kMostSteps = 10'000'000;  // calls looked at for all chains together
+constexpr size_t kDeepestIndentation = 40;  // levels: a line does not grow without end
+constexpr size_t kMostSteps = 20'000'000;   // functions of all chains together
 
 std::string Padded(const std::string& text) {
   const size_t length = CharacterCount(text);
@@ -29,6 +29,7 @@ class ChainOutput {
       : result_(result),
         full_(full),
         output_(output),
+        chains_(result.functions),
         search_(result),
         atLeast_(result.codePage.FromUtf8("≥") ? "≥" : ">=") {}
 
@@ -53,7 +54,7 @@ class ChainOutput {
     if (stepsLeft_ == 0 && !full_) {
       WriteFunction(root, 0, "  (chain not drawn: --full draws it)");
     } else {
-      WriteChain(FirstMaximumChain(root));
+      WriteChain(chains_.From(root));
     }
     if (!result_.IsComplete(root)) {
       WriteUncertainty(search_.Below(root));
@@ -63,9 +64,7 @@ class ChainOutput {
 
   void WriteChain(const StkFunctionList& chain) {
     const bool cut = !full_ && chain.size() > kShownAtStart + kShownAtEnd;
-    uint64_t steps = 0;
     for (size_t i = 0; i < chain.size(); ++i) {
-      steps += 1 + chain[i]->callees.size() + chain[i]->extraCallees.size();
       if (!cut || i < kShownAtStart || i + kShownAtEnd >= chain.size()) {
         const bool again = i + 1 == chain.size() && IsRepeated(chain);
         WriteFunction(*chain[i], i, again ? "  (again)" : "");
@@ -74,7 +73,7 @@ class ChainOutput {
                                   Indentation(i), chain.size() - kShownAtStart - kShownAtEnd));
       }
     }
-    stepsLeft_ -= std::min(stepsLeft_, steps);
+    stepsLeft_ -= std::min(stepsLeft_, chain.size());
   }
 
   // A chain that runs into recursion ends with a function that it has gone through before.
@@ -124,9 +123,10 @@ class ChainOutput {
   const AnalysisResult& result_;
   const bool full_;
   ResultOutput& output_;
+  MaximumChains chains_;
   UncertaintySearch search_;
   const std::string atLeast_;
-  uint64_t stepsLeft_ = kMostSteps;
+  size_t stepsLeft_ = kMostSteps;
 };
 
 int Rank(const StkFunction& function) {

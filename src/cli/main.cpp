@@ -5,6 +5,7 @@
 #include "cli/application.h"
 #include "cli/change_commands.h"
 #include "cli/output_commands.h"
+#include "platform/heap.h"
 #include "platform/terminal.h"
 
 namespace velkor {
@@ -46,6 +47,7 @@ int Run(int argc, const char* const* argv) {
 }  // namespace velkor
 
 int main(int argc, char** argv) {
+  velkor::PrepareHeapForOneRun();
   velkor::PrepareStandardStreams();
   try {
     return velkor::Run(argc, argv);

@@ -1,5 +1,7 @@
 #include "cli/uncertainty.h"
 
+#include <algorithm>
+
 #include "core/adjustments.h"
 
 namespace velkor {
@@ -11,8 +13,8 @@ void NamedFunctions::Add(StkFunction& function) {
   }
 }
 
-UncertaintySearch::UncertaintySearch(const AnalysisResult& result, uint64_t mostCalls)
-    : result_(result), callsLeft_(mostCalls), visitedBy_(result.functions.Count(), 0) {
+UncertaintySearch::UncertaintySearch(const AnalysisResult& result, UncertaintyBudget budget)
+    : result_(result), left_(budget), visitedBy_(result.functions.Count(), 0) {
   firstCall_.reserve(visitedBy_.size() + 1);
   kinds_.reserve(visitedBy_.size());
   for (const auto& function : result.functions.Functions()) {
@@ -51,6 +53,8 @@ Uncertainty UncertaintySearch::Below(StkFunction& start) {
   if (!result_.IsComplete(start)) {
     Enter(start.index);
   }
+  const uint64_t most = WalkBudget();
+  uint64_t looked = 0;
   for (size_t next = 0; next < queue_.size(); ++next) {  // NOLINT(modernize-loop-convert): it grows
     const uint32_t function = queue_[next];
     if (kinds_[function] != 0) {
@@ -58,17 +62,27 @@ Uncertainty UncertaintySearch::Below(StkFunction& start) {
     }
     const uint32_t end = firstCall_[function + 1];
     const uint64_t calls = uint64_t{1} + end - firstCall_[function];
-    if (calls > callsLeft_) {
-      callsLeft_ = 0;
+    if (looked + calls > most) {
+      looked = most;
       found.cutShort = true;
       break;
     }
-    callsLeft_ -= calls;
+    looked += calls;
     for (uint32_t call = firstCall_[function]; call < end; ++call) {
       Enter(calls_[call]);
     }
   }
+  Spend(looked);
   return found;
+}
+
+uint64_t UncertaintySearch::WalkBudget() const {
+  return std::min(left_.all, std::max(left_.exact, left_.walk));
+}
+
+void UncertaintySearch::Spend(uint64_t calls) {
+  left_.all -= calls;
+  left_.exact -= std::min(left_.exact, calls);
 }
 
 void UncertaintySearch::Note(uint32_t index, Uncertainty& found) {

@@ -26,15 +26,19 @@ struct Uncertainty {
   bool cutShort = false;     // not everything was looked at
 };
 
-// Finds what is uncertain below functions, one after another. All walks together look at a
-// bounded number of calls, so that a program with very many top-level functions does not take
-// time in the square of its size; walks beyond that are cut short and say so. The graph must not
-// change meanwhile.
+// How many calls the walks of one search look at.
+struct UncertaintyBudget {
+  uint64_t exact = 2'000'000;  // of all walks together, as long as each goes to its end
+  uint64_t walk = 1'000;       // of each later one
+  uint64_t all = 10'000'000;   // of all together
+};
+
+// Finds what is uncertain below functions, one after another. Its budget keeps a program with very
+// many top-level functions from taking time in the square of its size; a walk that it cuts short
+// says so. The graph must not change meanwhile.
 class UncertaintySearch {
  public:
-  static constexpr uint64_t kMostCalls = 20'000'000;
-
-  explicit UncertaintySearch(const AnalysisResult& result, uint64_t mostCalls = kMostCalls);
+  explicit UncertaintySearch(const AnalysisResult& result, UncertaintyBudget budget = {});
 
   Uncertainty Below(StkFunction& start);
 
@@ -45,9 +49,12 @@ class UncertaintySearch {
   void AddCalls(const StkFunctionList& callees);
   void Note(uint32_t index, Uncertainty& found);
   void Enter(uint32_t function);
+  // What one walk may look at, and what it did.
+  uint64_t WalkBudget() const;
+  void Spend(uint64_t calls);
 
   const AnalysisResult& result_;
-  uint64_t callsLeft_;
+  UncertaintyBudget left_;
   // Of the functions that are not complete, by index: all that a walk looks at, close together.
   std::vector<uint32_t> firstCall_;  // in calls_, up to that of the next function
   std::vector<uint32_t> calls_;      // the called ones that are not complete either

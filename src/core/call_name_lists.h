@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -18,6 +20,12 @@ class CallNameLists {
   // several functions come by turns.
   void Add(uint32_t function, uint32_t name);
   std::span<const uint32_t> Of(uint32_t function) const;
+  // An element of such a list, and those that stand behind it, at most so many together: mostly
+  // the names of the same function and of the next ones.
+  std::span<const uint32_t> From(const uint32_t& name, size_t most) const {
+    const auto position = static_cast<size_t>(&name - names_.data());
+    return {&name, std::min(most, names_.size() - position)};
+  }
   void Clear();
 
  private:

@@ -18,16 +18,13 @@ std::string_view StkFileEntry::BaseName(const CodePage& codePage) const {
 
 const StkFileEntry& StkFileTable::Intern(std::string_view fileName) {
   const uint32_t hash = codePage_.HashIgnoreCase(fileName);
-  const uint32_t* found = index_.Find(hash, [&](uint32_t i) {
-    return entries_[i]->hash == hash && codePage_.EqualIgnoreCase(entries_[i]->name, fileName);
-  });
+  const uint32_t* found = index_.Find(
+      hash, [&](uint32_t i) { return codePage_.EqualIgnoreCase(entries_[i]->name, fileName); });
   if (found != nullptr) {
     return *entries_[*found];
   }
-  entries_.push_back(
-      std::make_unique<StkFileEntry>(StkFileEntry{.name = std::string(fileName), .hash = hash}));
-  index_.Insert(static_cast<uint32_t>(entries_.size() - 1),
-                [this](uint32_t i) { return entries_[i]->hash; });
+  entries_.push_back(std::make_unique<StkFileEntry>(StkFileEntry{.name = std::string(fileName)}));
+  index_.Insert(static_cast<uint32_t>(entries_.size() - 1), hash);
   return *entries_.back();
 }
 

@@ -15,7 +15,6 @@ namespace velkor {
 // are the same object.
 struct StkFileEntry {
   std::string name;  // as the module that came first gives it
-  uint32_t hash = 0;
 
   // What stands after the last ":", "\" or "/".
   std::string_view BaseName(const CodePage& codePage) const;

@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/fetch.h"
+
 namespace velkor {
 
 namespace {
@@ -45,6 +47,26 @@ void FunctionNameIndex::Clear() {
   lastOfName_ = {};
   next_ = {};
   crowds_.clear();
+}
+
+// Each step asks for what the next one reads.
+void FunctionNameIndex::FetchCallees(std::span<const uint32_t> names) const {
+  for (const uint32_t name : names) {
+    if (name < lastOfName_.size()) {
+      Fetch(&lastOfName_[name]);
+    }
+  }
+  for (const uint32_t name : names) {
+    if (const uint32_t last = LastOf(name); last != kNone) {
+      Fetch(&next_[last]);
+      Fetch(&functions_[last]);
+    }
+  }
+  for (const uint32_t name : names) {
+    if (const uint32_t last = LastOf(name); last != kNone) {
+      Fetch(&functions_[last]->file);
+    }
+  }
 }
 
 StkFunction* FunctionNameIndex::FindCallee(uint32_t name, const StkFileEntry* callerFile) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -25,6 +26,8 @@ class FunctionNameIndex {
   void Append(uint32_t name);
   void Clear();
 
+  // Asks for the memory that FindCallee will read for these names.
+  void FetchCallees(std::span<const uint32_t> names) const;
   // Each answers none when nothing fits, and for NameTable::kNone.
   StkFunction* FindCallee(uint32_t name, const StkFileEntry* callerFile);
   StkFunction* FindUnqualified(uint32_t name);

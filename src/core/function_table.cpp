@@ -9,6 +9,12 @@
 
 namespace velkor {
 
+namespace {
+
+constexpr size_t kFetchedTogether = 16;  // names of calls
+
+}  // namespace
+
 StkFunctionTable::StkFunctionTable(const CodePage& codePage)
     : codePage_(codePage), nameIndex_(std::make_unique<FunctionNameIndex>(codePage, functions_)) {}
 
@@ -64,12 +70,17 @@ void StkFunctionTable::ResolveAllCalls() {
 // Answers how many callers each function has got.
 std::vector<uint32_t> StkFunctionTable::ResolveCallees() {
   std::vector<uint32_t> callerCounts(functions_.size(), 0);
+  std::span<const uint32_t> fetched;
   // By index: unknown functions are appended on the way.
   for (size_t i = 0; i < functions_.size(); ++i) {
     StkFunction& caller = *functions_[i];
     const std::span<const uint32_t> names = callNames_.Of(caller.index);
     caller.callees.reserve(caller.callees.size() + names.size());
-    for (const uint32_t name : names) {
+    for (const uint32_t& name : names) {
+      if (fetched.empty() || &name < &fetched.front() || &name > &fetched.back()) {
+        fetched = callNames_.From(name, kFetchedTogether);
+        nameIndex_->FetchCallees(fetched);
+      }
       StkFunction& callee = ResolveCall(caller, name);
       caller.callees.push_back(&callee);
       callerCounts.resize(functions_.size(), 0);
@@ -155,7 +166,7 @@ void StkFunctionTable::Clear() {
   functions_.clear();
   touched_.clear();
   blocks_.Clear();
-  names_.Clear();
+  names_ = NameTable();
   unknownCount_ = 0;
   adjustedCount_ = 0;
   overflow_ = false;

@@ -32,6 +32,8 @@ class StkFunctionTable {
   // The number that the table knows a name by until Clear: where names come again and again, it
   // takes the place of the text below.
   uint32_t NumberOfName(std::string_view name) { return names_.Intern(name); }
+  // The same of many, by their numbers in another table.
+  std::vector<uint32_t> NumbersOfNames(const NameTable& names) { return names_.InternAll(names); }
   // A new FN_DEFINED record. The caller sets FN_GLOBAL and the rest on the result, before the
   // next lookup.
   StkFunction& AddDefined(uint32_t name, const StkFileEntry& file);

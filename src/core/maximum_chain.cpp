@@ -6,10 +6,10 @@ namespace velkor {
 
 namespace {
 
-StkFunction* FirstLargest(const StkFunction& caller) {
-  StkFunction* largest = nullptr;
+const StkFunction* FirstLargest(const StkFunction& caller) {
+  const StkFunction* largest = nullptr;
   for (const StkFunctionList* list : {&caller.callees, &caller.extraCallees}) {
-    for (StkFunction* callee : *list) {
+    for (const StkFunction* callee : *list) {
       if (largest == nullptr || callee->totalStackSize > largest->totalStackSize) {
         largest = callee;
       }
@@ -20,16 +20,31 @@ StkFunction* FirstLargest(const StkFunction& caller) {
 
 }  // namespace
 
-StkFunctionList FirstMaximumChain(StkFunction& start) {
+MaximumChains::MaximumChains(const StkFunctionTable& functions)
+    : functions_(functions), steps_(functions.Count()) {}
+
+StkFunctionList MaximumChains::From(const StkFunction& start) {
   StkFunctionList chain;
-  std::unordered_set<const StkFunction*> met;
-  for (StkFunction* function = &start; function != nullptr; function = FirstLargest(*function)) {
-    chain.push_back(function);
-    if (!met.insert(function).second) {
+  std::unordered_set<uint32_t> met;
+  for (uint32_t function = start.index; function != kEnd;) {
+    chain.push_back(functions_.Functions()[function]);
+    const Step step = StepFrom(function);
+    if (step.recursive && !met.insert(function).second) {
       break;
     }
+    function = step.next;
   }
   return chain;
+}
+
+MaximumChains::Step MaximumChains::StepFrom(uint32_t function) {
+  Step& step = steps_[function];
+  if (step.next == kNotAsked) {
+    const StkFunction& record = *functions_.Functions()[function];
+    const StkFunction* largest = FirstLargest(record);
+    step = {largest == nullptr ? kEnd : largest->index, record.Is(FN_RECURSIVE)};
+  }
+  return step;
 }
 
 }  // namespace velkor

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -16,19 +17,28 @@ class NameTable {
  public:
   static constexpr uint32_t kNone = 0xFFFFFFFF;
 
-  uint32_t Intern(std::string_view text);
+  uint32_t Intern(std::string_view text) { return Intern(text, HashExactText(text)); }
+  // The numbers here of all texts of the other table, by their numbers there. Sooner done than one
+  // by one: the memory that a text needs is asked for while others are looked up.
+  std::vector<uint32_t> InternAll(const NameTable& other);
   // kNone when no such text was interned.
   uint32_t Find(std::string_view text) const;
-  std::string_view operator[](uint32_t name) const { return entries_[name].text; }
+  std::string_view operator[](uint32_t name) const {
+    return {entries_[name].start, entries_[name].size};
+  }
   uint32_t size() const { return static_cast<uint32_t>(entries_.size()); }
+  // Keeps the memory of the index for texts to come.
   void Clear();
 
  private:
   struct Entry {
-    std::string_view text;
+    const char* start;
+    uint32_t size;
     uint32_t hash;
   };
 
+  uint32_t Intern(std::string_view text, uint32_t hash);
+  void FetchAhead(std::span<const Entry> wanted) const;
   const uint32_t* FindPlace(std::string_view text, uint32_t hash) const;
   std::string_view Keep(std::string_view text);
 

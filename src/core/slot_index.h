@@ -1,10 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string_view>
 #include <vector>
+
+#include "platform/fetch.h"
 
 namespace velkor {
 
@@ -13,38 +16,49 @@ inline uint32_t HashExactText(std::string_view text) {
   return static_cast<uint32_t>(hash ^ (hash >> 32));
 }
 
-// Finds 32-bit values by the hash of what they stand for; four bytes a slot and nothing else, so
-// that the owner's records hold the only copy of a name. Values are never removed one by one.
+// Finds 32-bit values by the hash of what they stand for. A hash stands beside its value, so that
+// what has another one is not looked at; the owner's records hold the only copy of a name and need
+// not keep its hash. Values are never removed one by one.
 class SlotIndex {
  public:
   bool empty() const { return used_ == 0; }
 
-  // The place of the value for which equal(value) holds; none when there is no such value.
+  // The place of the value with that hash for which equal(value) holds; none when there is no such
+  // value.
   template <typename Equal>
   const uint32_t* Find(uint32_t hash, Equal equal) const {
-    const size_t slot = FindSlot(hash, equal);
-    return slot < slots_.size() && slots_[slot] != kFree ? &slots_[slot] : nullptr;
-  }
-
-  // The same place; its value may be replaced by another one with the same hash.
-  template <typename Equal>
-  uint32_t* Find(uint32_t hash, Equal equal) {
-    const size_t slot = FindSlot(hash, equal);
-    return slot < slots_.size() && slots_[slot] != kFree ? &slots_[slot] : nullptr;
-  }
-
-  // A value that equals none that is there. hashOf(value) gives the hash of each value.
-  template <typename HashOf>
-  void Insert(uint32_t value, HashOf hashOf) {
-    if ((used_ + 1) * size_t{4} > slots_.size() * 3) {
-      Grow(hashOf);
+    if (slots_.empty()) {
+      return nullptr;
     }
-    Place(value, hashOf(value));
+    size_t slot = Start(hash);
+    while (slots_[slot].value != kFree) {
+      if (slots_[slot].hash == hash && equal(slots_[slot].value)) {
+        return &slots_[slot].value;
+      }
+      slot = Next(slot);
+    }
+    return nullptr;
+  }
+
+  // Asks for the memory in which Find begins.
+  void Fetch(uint32_t hash) const {
+    if (!slots_.empty()) {
+      velkor::Fetch(&slots_[Start(hash)]);
+    }
+  }
+
+  // A value that equals none that is there.
+  void Insert(uint32_t value, uint32_t hash) {
+    if ((used_ + 1) * size_t{4} > slots_.size() * 3) {
+      Grow();
+    }
+    Place({value, hash});
     ++used_;
   }
 
+  // Keeps its memory for values to come.
   void Clear() {
-    slots_ = {};
+    std::fill(slots_.begin(), slots_.end(), Slot{});
     used_ = 0;
   }
 
@@ -52,44 +66,36 @@ class SlotIndex {
   static constexpr uint32_t kFree = 0xFFFFFFFF;
   static constexpr size_t kFirstSlots = 32;
 
+  struct Slot {
+    uint32_t value = kFree;
+    uint32_t hash = 0;
+  };
+
   // Slots are a power of two; the multiplication lets every bit of the hash take part.
   size_t Start(uint32_t hash) const {
     return ((hash * uint64_t{0x9E3779B97F4A7C15}) >> 32) & (slots_.size() - 1);
   }
   size_t Next(size_t slot) const { return (slot + 1) & (slots_.size() - 1); }
 
-  template <typename Equal>
-  size_t FindSlot(uint32_t hash, Equal equal) const {
-    if (slots_.empty()) {
-      return 0;
-    }
-    size_t slot = Start(hash);
-    while (slots_[slot] != kFree && !equal(slots_[slot])) {
+  void Place(Slot added) {
+    size_t slot = Start(added.hash);
+    while (slots_[slot].value != kFree) {
       slot = Next(slot);
     }
-    return slot;
+    slots_[slot] = added;
   }
 
-  void Place(uint32_t value, uint32_t hash) {
-    size_t slot = Start(hash);
-    while (slots_[slot] != kFree) {
-      slot = Next(slot);
-    }
-    slots_[slot] = value;
-  }
-
-  template <typename HashOf>
-  void Grow(HashOf hashOf) {
-    std::vector<uint32_t> old(slots_.empty() ? kFirstSlots : slots_.size() * 2, kFree);
+  void Grow() {
+    std::vector<Slot> old(slots_.empty() ? kFirstSlots : slots_.size() * 2);
     old.swap(slots_);
-    for (const uint32_t value : old) {
-      if (value != kFree) {
-        Place(value, hashOf(value));
+    for (const Slot& slot : old) {
+      if (slot.value != kFree) {
+        Place(slot);
       }
     }
   }
 
-  std::vector<uint32_t> slots_;
+  std::vector<Slot> slots_;
   uint32_t used_ = 0;
 };
 

@@ -19,13 +19,12 @@ bool StkStringList::Add(std::string_view text) {
     return false;
   }
   texts_.emplace_back(text);
-  const auto hashOf = [this](uint32_t i) { return Hash(texts_[i]); };
   if (texts_.size() == kShortList + 1) {
     for (uint32_t i = 0; i <= kShortList; ++i) {
-      index_.Insert(i, hashOf);
+      index_.Insert(i, Hash(texts_[i]));
     }
   } else if (texts_.size() > kShortList) {
-    index_.Insert(static_cast<uint32_t>(texts_.size() - 1), hashOf);
+    index_.Insert(static_cast<uint32_t>(texts_.size() - 1), Hash(text));
   }
   return true;
 }

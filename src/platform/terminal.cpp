@@ -23,6 +23,7 @@ void PrepareStandardStreams() {
   struct sigaction ignore {};
   ignore.sa_handler = SIG_IGN;
   sigaction(SIGPIPE, &ignore, nullptr);
+  sigaction(SIGXFSZ, &ignore, nullptr);
 }
 
 bool IsErrorTerminal() {

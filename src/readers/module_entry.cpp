@@ -143,12 +143,10 @@ void ModuleEntry::AddRuntimeHelpers(const ModuleRecording& recording, uint32_t n
 }
 
 uint32_t ModuleEntry::TableNameOf(const StkNameSet& names, uint32_t name) {
-  names_.resize(names.size());
-  TableName& known = names_[name];
-  if (!known) {
-    known = destination_.functions.NumberOfName(names.Name(name));
+  if (names_.empty()) {
+    names_ = destination_.functions.NumbersOfNames(names.Table());
   }
-  return *known;
+  return names_[name];
 }
 
 uint32_t ModuleEntry::TableNameOfHelper(const StkNameSet& helperNames, uint32_t helper) {

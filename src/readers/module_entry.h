@@ -40,7 +40,7 @@ class ModuleEntry {
   Result Enter(const ModuleRecording& recording);
 
  private:
-  // What a name of the recording is called in the function table, once that has been asked.
+  // What a helper of the recording is called in the function table, once that has been asked.
   using TableName = std::optional<uint32_t>;
 
   // False: the module is refused.
@@ -63,7 +63,7 @@ class ModuleEntry {
   bool versionWarned_ = false;
   const StkFileEntry* currentFile_ = nullptr;
   StkFunction* currentRecord_ = nullptr;
-  std::vector<TableName> names_;    // by number in the recording
+  std::vector<uint32_t> names_;     // in the function table, by number in the recording
   std::vector<TableName> helpers_;  // the same
 };
 

@@ -21,6 +21,7 @@ class StkNameSet {
   bool Contains(std::string_view name) const { return Find(name).has_value(); }
   // Valid as long as the name is in the set.
   std::string_view Name(uint32_t number) const { return names_[number]; }
+  const NameTable& Table() const { return names_; }
   void Clear() { names_.Clear(); }
   uint32_t size() const { return names_.size(); }
 

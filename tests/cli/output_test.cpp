@@ -155,8 +155,9 @@ TEST(Uncertainty, NamesTheNearestAndCountsTheRest) {
 TEST(Uncertainty, AllSearchesTogetherAreBounded) {
   Analysis analysis("a 4 -> b\nb 4 -> c\nc 4 -> x\n? x\nd 4 -> x\n");
   const AnalysisResult result = analysis.Result();
-  UncertaintySearch search(result, 8);
+  UncertaintySearch search(result, {.exact = 7, .walk = 3, .all = 11});
   EXPECT_FALSE(search.Below(analysis.graph["a"]).cutShort) << "three calls, four functions";
+  EXPECT_FALSE(search.Below(analysis.graph["d"]).cutShort) << "one call, two functions";
   const Uncertainty cut = search.Below(analysis.graph["d"]);
   EXPECT_TRUE(cut.cutShort);
   EXPECT_EQ(cut.unknown.count, 0U);

@@ -49,7 +49,7 @@ TEST(DeepGraph, ChainNeedsNoStackOfItsOwn) {
   EXPECT_EQ(graph.recorder.boxes.boxes.size(), 2u);  // the last function and the first
   EXPECT_TRUE(IsRecursiveWith(graph.table, last, {&graph.At(0)}));
   EXPECT_FALSE(IsRecursiveWith(graph.table, graph.At(0), {&last}));
-  EXPECT_EQ(FirstMaximumChain(graph.At(0)).size(), kDeep);
+  EXPECT_EQ(MaximumChains(graph.table).From(graph.At(0)).size(), kDeep);
 }
 
 TEST(DeepGraph, RingNeedsNoStackOfItsOwn) {
@@ -62,7 +62,7 @@ TEST(DeepGraph, RingNeedsNoStackOfItsOwn) {
   settled.depth = 2;
   AdjustFunction(graph.table, graph.roots, graph.At(0), settled, graph.recorder.reporter);
   EXPECT_FALSE(CompleteFunctions(graph.table)[0]);
-  EXPECT_EQ(FirstMaximumChain(graph.At(0)).size(), kDeep + size_t{1});
+  EXPECT_EQ(MaximumChains(graph.table).From(graph.At(0)).size(), kDeep + size_t{1});
 }
 
 TEST(DeepGraph, EveryFunctionCallsEveryOther) {

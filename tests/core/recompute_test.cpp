@@ -46,7 +46,7 @@ struct Computed : Graph {
   }
   std::string Chain(std::string_view start) {
     std::string names;
-    for (const StkFunction* function : FirstMaximumChain((*this)[start])) {
+    for (const StkFunction* function : MaximumChains(functions).From((*this)[start])) {
       names += (names.empty() ? "" : " ") + std::string(CName(*function));
     }
     return names;

@@ -1,0 +1,54 @@
+#include "platform/heap.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+
+#ifdef __GLIBC__
+#include <malloc.h>
+#include <sys/mman.h>
+#endif
+
+namespace velkor {
+
+namespace {
+
+#ifdef __GLIBC__
+
+constexpr size_t kLargePage = size_t{1} << 21;
+constexpr size_t kReserved = size_t{1} << 29;  // addresses, not memory: untouched pages cost none
+constexpr int kLeastGrowth = 1 << 26;
+constexpr int kNever = INT32_MAX;
+
+// Whether the heap grows at its end only and never shrinks; a replaced heap answers no.
+bool KeepInOnePiece() {
+  return mallopt(M_ARENA_MAX, 1) == 1 && mallopt(M_MMAP_MAX, 0) == 1 &&
+         mallopt(M_TRIM_THRESHOLD, kNever) == 1 && mallopt(M_TOP_PAD, kLeastGrowth) == 1;
+}
+
+// What is freed at the heap's end stays part of it, and so does the advice given for its addresses.
+void AskForLargePages() {
+  void* const reserved = std::malloc(kReserved);
+  if (reserved == nullptr) {
+    return;
+  }
+  const auto start = reinterpret_cast<uintptr_t>(reserved);
+  const uintptr_t first = (start + kLargePage - 1) & ~(kLargePage - 1);
+  const uintptr_t last = (start + kReserved) & ~(kLargePage - 1);
+  static_cast<void>(madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE));
+  std::free(reserved);
+}
+
+#endif
+
+}  // namespace
+
+void PrepareHeapForOneRun() {
+#ifdef __GLIBC__
+  if (KeepInOnePiece()) {
+    AskForLargePages();
+  }
+#endif
+}
+
+}  // namespace velkor
