@@ -1,6 +1,8 @@
 #include "cli/list_output.h"
 
+#include <array>
 #include <fmt/format.h>
+#include <iterator>
 
 #include "cli/function_names.h"
 #include "core/adjustments.h"
@@ -72,15 +74,23 @@ constexpr FunctionSection kSections[] = {
     {"Library functions", IsSystemLibrary, Size},
 };
 
-void WriteSection(const AnalysisResult& result, const FunctionSection& section,
-                  ResultOutput& output) {
-  StkFunctionList functions;
-  for (const auto& function : result.functions.Functions()) {
-    if (section.holds(*function)) {
-      functions.push_back(function);
+using SectionFunctions = std::array<StkFunctionList, std::size(kSections)>;
+
+// One pass: reading the records of a large program takes longer than asking of each all there is.
+SectionFunctions FindFunctions(const StkFunctionTable& table) {
+  SectionFunctions found;
+  for (StkFunction* function : table.Functions()) {
+    for (size_t i = 0; i < found.size(); ++i) {
+      if (kSections[i].holds(*function)) {
+        found[i].push_back(function);
+      }
     }
   }
-  SortByName(functions, result.codePage);
+  return found;
+}
+
+void WriteSection(const AnalysisResult& result, const FunctionSection& section,
+                  const StkFunctionList& functions, ResultOutput& output) {
   if (functions.empty()) {
     output.Write(fmt::format("{}: none\n", section.title));
     return;
@@ -97,8 +107,10 @@ void WriteSection(const AnalysisResult& result, const FunctionSection& section,
 }  // namespace
 
 void WriteLists(const AnalysisResult& result, ResultOutput& output) {
-  for (const FunctionSection& section : kSections) {
-    WriteSection(result, section, output);
+  SectionFunctions found = FindFunctions(result.functions);
+  for (size_t i = 0; i < found.size(); ++i) {
+    SortByName(found[i], result.codePage);
+    WriteSection(result, kSections[i], found[i], output);
   }
 }
 
