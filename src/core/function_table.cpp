@@ -1,6 +1,7 @@
 #include "core/function_table.h"
 
 #include <algorithm>
+#include <numeric>
 #include <span>
 #include <string>
 #include <utility>
@@ -67,11 +68,10 @@ void StkFunctionTable::ResolveAllCalls() {
   callNames_.Clear();
 }
 
-// Answers how many callers each function has got.
-std::vector<uint32_t> StkFunctionTable::ResolveCallees() {
-  std::vector<uint32_t> callerCounts(functions_.size(), 0);
+StkFunctionTable::ResolvedCalls StkFunctionTable::ResolveCallees() {
+  ResolvedCalls calls;
   std::span<const uint32_t> fetched;
-  // By index: unknown functions are appended on the way.
+  // By index: unknown functions are appended on the way, which call nothing.
   for (size_t i = 0; i < functions_.size(); ++i) {
     StkFunction& caller = *functions_[i];
     const std::span<const uint32_t> names = callNames_.Of(caller.index);
@@ -83,28 +83,41 @@ std::vector<uint32_t> StkFunctionTable::ResolveCallees() {
       }
       StkFunction& callee = ResolveCall(caller, name);
       caller.callees.push_back(&callee);
-      callerCounts.resize(functions_.size(), 0);
-      ++callerCounts[callee.index];
+      calls.callees.push_back(callee.index);
     }
+    calls.ends.push_back(static_cast<uint32_t>(calls.callees.size()));
+    SortByName(caller.callees, codePage_);
   }
-  return callerCounts;
+  return calls;
 }
 
-// The names of one function are told apart and matched exactly, so no two of them mean the same
-// record; and since a caller is linked as a whole, it can only be a callee's last caller.
-void StkFunctionTable::LinkCallers(const std::vector<uint32_t>& callerCounts) {
-  for (StkFunction* callee : functions_) {
-    callee->callers.reserve(callee->callers.size() + callerCounts[callee->index]);
+// Brings the calls into the order of their callees first, which takes small numbers to and fro
+// instead of records. The names of one function are told apart and matched exactly, so no two of
+// them mean the same record.
+void StkFunctionTable::LinkCallers(const ResolvedCalls& calls) {
+  std::vector<uint32_t> places(functions_.size() + 1, 0);
+  for (const uint32_t callee : calls.callees) {
+    ++places[callee + size_t{1}];
   }
-  for (StkFunction* caller : functions_) {
-    const size_t resolved = callNames_.Of(caller->index).size();
-    const std::span<StkFunction* const> callees = caller->callees;
-    for (StkFunction* callee : callees.last(resolved)) {
+  std::partial_sum(places.begin(), places.end(), places.begin());
+  std::vector<uint32_t> callers(calls.callees.size());
+  uint32_t call = 0;
+  for (uint32_t caller = 0; caller < calls.ends.size(); ++caller) {
+    for (; call < calls.ends[caller]; ++call) {
+      callers[places[calls.callees[call]]++] = caller;
+    }
+  }
+  // Each place is now where the callers of the next function begin.
+  uint32_t next = 0;
+  for (StkFunction* callee : functions_) {
+    const uint32_t end = places[callee->index];
+    callee->callers.reserve(callee->callers.size() + end - next);
+    for (; next < end; ++next) {
+      StkFunction* caller = functions_[callers[next]];
       if (callee->callers.empty() || callee->callers.back() != caller) {
         callee->callers.push_back(caller);
       }
     }
-    SortByName(caller->callees, codePage_);
   }
 }
 

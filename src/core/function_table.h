@@ -89,10 +89,16 @@ class StkFunctionTable {
   StkFunctionList TakeTouched() { return std::exchange(touched_, {}); }
 
  private:
+  // All calls by caller, in index order; functions are known by their index.
+  struct ResolvedCalls {
+    std::vector<uint32_t> callees;
+    std::vector<uint32_t> ends;  // in callees, by caller
+  };
+
   StkFunction& Insert(uint32_t name, const StkFileEntry* file, uint32_t flags);
   StkFunction& ResolveCall(const StkFunction& caller, uint32_t calleeName);
-  std::vector<uint32_t> ResolveCallees();
-  void LinkCallers(const std::vector<uint32_t>& callerCounts);
+  ResolvedCalls ResolveCallees();
+  void LinkCallers(const ResolvedCalls& calls);
 
   const CodePage& codePage_;
   NameTable names_;  // of functions and of calls

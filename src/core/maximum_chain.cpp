@@ -1,7 +1,5 @@
 #include "core/maximum_chain.h"
 
-#include <unordered_set>
-
 namespace velkor {
 
 namespace {
@@ -25,24 +23,24 @@ MaximumChains::MaximumChains(const StkFunctionTable& functions)
 
 StkFunctionList MaximumChains::From(const StkFunction& start) {
   StkFunctionList chain;
-  std::unordered_set<uint32_t> met;
+  ++chain_;
   for (uint32_t function = start.index; function != kEnd;) {
     chain.push_back(functions_.Functions()[function]);
-    const Step step = StepFrom(function);
-    if (step.recursive && !met.insert(function).second) {
+    Step& step = StepFrom(function);
+    if (step.chain == chain_) {
       break;
     }
+    step.chain = chain_;
     function = step.next;
   }
   return chain;
 }
 
-MaximumChains::Step MaximumChains::StepFrom(uint32_t function) {
+MaximumChains::Step& MaximumChains::StepFrom(uint32_t function) {
   Step& step = steps_[function];
   if (step.next == kNotAsked) {
-    const StkFunction& record = *functions_.Functions()[function];
-    const StkFunction* largest = FirstLargest(record);
-    step = {largest == nullptr ? kEnd : largest->index, record.Is(FN_RECURSIVE)};
+    const StkFunction* largest = FirstLargest(*functions_.Functions()[function]);
+    step.next = largest == nullptr ? kEnd : largest->index;
   }
   return step;
 }

@@ -22,16 +22,17 @@ class MaximumChains {
  private:
   struct Step {
     uint32_t next = kNotAsked;
-    bool recursive = false;  // only such a function can come again
+    uint32_t chain = 0;  // the last one that went through here
   };
 
   static constexpr uint32_t kNotAsked = 0xFFFFFFFF;
   static constexpr uint32_t kEnd = 0xFFFFFFFE;
 
-  Step StepFrom(uint32_t function);
+  Step& StepFrom(uint32_t function);
 
   const StkFunctionTable& functions_;
   std::vector<Step> steps_;  // by index
+  uint32_t chain_ = 0;       // counts those asked for
 };
 
 }  // namespace velkor
