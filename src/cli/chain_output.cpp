@@ -16,7 +16,7 @@ constexpr size_t kSizeWidth = 10;
 constexpr size_t kShownAtStart = 30;
 constexpr size_t kShownAtEnd = 10;
 constexpr size_t kDeepestIndentation = 40;  // levels: a line does not grow without end
-constexpr size_t kMostSteps = 20'000'000;   // functions of all chains together
+constexpr size_t kMostSteps = 5'000'000;    // functions of all chains together
 
 std::string Padded(const std::string& text) {
   const size_t length = CharacterCount(text);

@@ -40,8 +40,9 @@ uint8_t UncertaintySearch::KindsOf(const StkFunction& function) {
 
 void UncertaintySearch::AddCalls(const StkFunctionList& callees) {
   for (const StkFunction* callee : callees) {
-    if (!result_.IsComplete(*callee)) {  // below a complete one there is nothing to find
-      calls_.push_back(callee->index);
+    const uint32_t index = result_.functions.IndexOf(*callee);
+    if (!result_.complete[index]) {  // below a complete one there is nothing to find
+      calls_.push_back(index);
     }
   }
 }

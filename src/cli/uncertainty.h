@@ -28,9 +28,9 @@ struct Uncertainty {
 
 // How many calls the walks of one search look at.
 struct UncertaintyBudget {
-  uint64_t exact = 2'000'000;  // of all walks together, as long as each goes to its end
-  uint64_t walk = 1'000;       // of each later one
-  uint64_t all = 10'000'000;   // of all together
+  uint64_t exact = 1'000'000;  // of all walks together, as long as each goes to its end
+  uint64_t walk = 500;         // of each later one
+  uint64_t all = 4'000'000;    // of all together
 };
 
 // Finds what is uncertain below functions, one after another. Its budget keeps a program with very

@@ -10,8 +10,9 @@ std::vector<bool> CompleteFunctions(const StkFunctionTable& table) {
   std::vector<bool> complete(table.Count(), true);
   std::vector<const StkFunction*> waiting;
   const auto doubt = [&](const StkFunction& function) {
-    if (complete[function.index]) {
-      complete[function.index] = false;
+    const uint32_t index = table.IndexOf(function);
+    if (complete[index]) {
+      complete[index] = false;
       waiting.push_back(&function);
     }
   };
