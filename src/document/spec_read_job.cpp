@@ -133,7 +133,9 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
       }
       Post(WM_STK_SPECREAD_PROGRESS, reader.Position());
     }
-    if (IsStatement(line.text, functions_.GetCodePage())) {
+    // What a line too long to be kept states may stand in the part that is lost.
+    if (line.length >= StkSpecReader::kLineBufferSize ||
+        IsStatement(line.text, functions_.GetCodePage())) {
       ++statements_;
     }
     if (!source.ParseLine(functions_, number, line.text, line.length, stopEvent_)) {

@@ -109,8 +109,13 @@ class AnalysisRun {
     }
   }
 
+  // A refusal of what was typed shows the first byte of the wrong character.
   void CheckTexts(bool wholeInputs) const {
-    CheckMessages(log_.lines, host_.codePage, wholeInputs);
+    std::vector<std::string> texts = log_.lines;
+    std::erase_if(texts, [](const std::string& text) {
+      return text.starts_with("W9462") || text.starts_with("W9463");
+    });
+    CheckMessages(texts, host_.codePage, wholeInputs);
   }
 
  private:
