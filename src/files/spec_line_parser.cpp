@@ -140,7 +140,10 @@ bool SpecLineParser::ReadCallee(std::string_view value) {
 bool SpecLineParser::SplitName(std::string_view written, MessageKey brokenBracket, Name& name) {
   std::string_view rest = written;
   if (rest.starts_with('[')) {
-    if (rest.size() < 2 || !rest.ends_with(']')) {
+    const size_t last = rest.size() - 1;
+    const bool closed = rest.size() >= 2 && rest[last] == ']' &&
+                        codePage_.CutLength(rest, last) == last;  // no second byte of a character
+    if (!closed) {
       return Fail(brokenBracket);
     }
     rest = rest.substr(1, rest.size() - 2);
