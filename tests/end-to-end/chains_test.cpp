@@ -39,10 +39,6 @@ TEST_F(Chains, TheExtensionChoosesTheFormat) {
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_TRUE(run.Says(folder_.Path("max.txt") + " Writing completed.")) << run.err;
   EXPECT_EQ(Written("max.txt"), "main(10,4)+--a.c#f(6,6)\r\n          +--g(6,6)\r\n");
-  EXPECT_EQ(Report("main", "max.CSV").status, 0);
-  EXPECT_EQ(Written("max.CSV"),
-            "Function,Total Stack Size,Frame Size,Adjustment Information\r\n"
-            "main,10,4,0,a.c#f,6,6,0\r\nmain,10,4,0,g,6,6,0\r\n");
   EXPECT_EQ(Report("f", "one.txt", {"--all"}).status, 0);
   EXPECT_EQ(Written("one.txt"), "a.c#f(6,6)\r\n");
 }
@@ -62,16 +58,6 @@ TEST_F(Chains, ALimitOfTheReportIsAFailure) {
   EXPECT_EQ(lines.status, 4);
   EXPECT_TRUE(lines.Says("W9450 Number of lines reached limit (32767) in output.")) << lines.err;
   EXPECT_TRUE(lines.Says(folder_.Path("all.txt") + " Writing aborted.")) << lines.err;
-
-  std::vector<ModuleFunction> row;
-  for (int i = 0; i < 600; ++i) {
-    row.push_back({"f" + std::to_string(i), "2", {"f" + std::to_string(i + 1)}});
-  }
-  Put(row);
-  const ProgramRun width = Report("f0", "wide.csv");
-  EXPECT_EQ(width.status, 4);
-  EXPECT_TRUE(width.Says("W9451 Number of characters in one line reached limit (5119) in output."))
-      << width.err;
 }
 
 TEST_F(Chains, NoInputIsOverwrittenAndNothingIsWrittenForAWrongName) {

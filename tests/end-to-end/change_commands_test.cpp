@@ -83,16 +83,6 @@ TEST_F(ChangeCommands, WhatADialogWouldRefuseChangesNothing) {
     EXPECT_EQ(run.status, 2) << message;
     EXPECT_TRUE(run.Says(message)) << run.err;
   }
-  std::vector<std::string> many = {"main"};
-  std::vector<testing::ModuleFunction> functions;
-  for (int i = 0; i < 1025; ++i) {
-    functions.push_back({"f" + std::to_string(i), "2", {}});
-    many.insert(many.end(), {"--callee", functions.back().name});
-  }
-  folder_.Put("b.asm", ModuleText("b.c", functions));
-  const ProgramRun run = Run("adjust", many);
-  EXPECT_EQ(run.status, 2);
-  EXPECT_TRUE(run.Says("W9460 Too many callee functions. The limit is 1024.")) << run.err;
   EXPECT_FALSE(HasSaved());
 }
 

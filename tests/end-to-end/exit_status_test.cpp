@@ -88,12 +88,6 @@ TEST(ExitStatus, SomethingNotReadIsOneWithTheResultsOfTheRest) {
   EXPECT_EQ(run.out,
             "name,total,frame,adjustment,file,top-level,complete\n"
             "main,4,4,,main.c,yes,yes\n");
-
-  const std::string none = folder.Put("none.prj", ProjectText(".", {"gone.c"}));
-  const ProgramRun nothing = Program({"analyze", none}).Run();
-  EXPECT_EQ(nothing.status, 1);
-  EXPECT_NE(nothing.err.find("W9430 "), std::string::npos);
-  EXPECT_NE(nothing.out.find("There are no functions."), std::string::npos) << nothing.out;
 }
 
 TEST(ExitStatus, OutputThatCannotBeWrittenIsFour) {

@@ -41,10 +41,8 @@ struct NoFile {
 const NoFile kNoFiles[] = {
     {"fifo", [](const std::string& path) { EXPECT_EQ(mkfifo(path.c_str(), 0600), 0); }},
     {"zero", [](const std::string& path) { fs::create_symlink("/dev/zero", path); }, true},
-    {"terminal", [](const std::string& path) { fs::create_symlink("/dev/tty", path); }},
     {"folder", [](const std::string& path) { fs::create_directory(path); }},
     {"socket", MakeSocket},
-    {"loop", [](const std::string& path) { fs::create_symlink(path, path); }},
 };
 
 class HostileFiles : public ::testing::TestWithParam<NoFile> {
@@ -91,33 +89,6 @@ TEST_P(HostileFiles, AsAModuleLeavesTheOthers) {
   EXPECT_NE(run.out.find("main,10,4,"), std::string::npos) << run.out;
 }
 
-TEST_P(HostileFiles, AsTheProjectIsAReadError) {
-  const std::string odd = Make("odd.prj");
-  const ProgramRun run = Program({"analyze", odd}).Run();
-  EXPECT_EQ(run.status, 3);
-  EXPECT_EQ(run.err, "E9301 Project file read error (" + odd + ").\n");
-}
-
-TEST_P(HostileFiles, AsASpecificationFileAppliesNothing) {
-  const std::string odd = Make("odd.txt");
-  const ProgramRun run = Analyse({"--load", odd});
-  EXPECT_EQ(run.status, 1);
-  EXPECT_TRUE(run.Says(NotReadable(odd))) << run.err;
-  EXPECT_TRUE(run.Says(odd + " Reading aborted.")) << run.err;
-  EXPECT_NE(run.out.find("main,10,4,"), std::string::npos) << run.out;
-}
-
-TEST_P(HostileFiles, AsALibraryTableIsReplacedByTheBuiltInOne) {
-  const std::string odd = Make("data/ltr.txt");
-  const ProgramRun run = Analyse();
-  EXPECT_EQ(run.status, 1);
-  EXPECT_TRUE(
-      run.Says("W9427 Cannot find stack size specification file for system library "
-               "functions (" +
-               odd + "). Default values (the same as ltr.txt) are used."))
-      << run.err;
-}
-
 TEST_P(HostileFiles, AsTheStkSystemFileIsIgnoredAndKept) {
   const std::string odd = Make("app.psg");
   const ProgramRun run = Analyse();
@@ -148,16 +119,6 @@ TEST_P(HostileFiles, AsAnOutputFileIsNotWritten) {
 
 INSTANTIATE_TEST_SUITE_P(, HostileFiles, ::testing::ValuesIn(kNoFiles),
                          [](const auto& test) { return std::string(test.param.name); });
-
-TEST(HostileDevices, AFullOneIsSaid) {
-  const ScratchFolder folder;
-  folder.Put("main.asm", ModuleText("main.c", {{"main", "4", {"f"}}}));
-  const std::string project = folder.Put("app.prj", ProjectText(".", {"main.c"}));
-  const ProgramRun run = Program({"save", project, "--output", "/dev/full"}).Run();
-  EXPECT_EQ(run.status, 4);
-  EXPECT_TRUE(run.Says("W9404 File write error (/dev/full).")) << run.err;
-  EXPECT_TRUE(run.Says("/dev/full Writing aborted.")) << run.err;
-}
 
 }  // namespace
 }  // namespace velkor

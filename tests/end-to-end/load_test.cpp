@@ -51,38 +51,19 @@ TEST_F(Load, AWrongLineIsAnsweredAsTheCommandLineSays) {
   const std::string unknown =
       "W9410 Unknown function name (none) in file (" + wrong +
       ":line 2). Only functions explicitly referred to in the project are allowed.";
-  const std::string unknownAgain = "W9410 Unknown function name (f;) in file (" + wrong +
-                                   ":line 3). Only functions explicitly referred to in the "
-                                   "project are allowed.";
   for (const std::string answer : {"ignore", "retry", ""}) {
     const ProgramRun run =
         answer.empty() ? Csv({"--load", wrong}) : Csv({"--load", wrong, "--on-error", answer});
     EXPECT_EQ(run.status, 1);
     EXPECT_TRUE(run.Says(unknown)) << run.err;
-    EXPECT_TRUE(run.Says(unknownAgain)) << run.err;
     EXPECT_TRUE(run.Says(wrong + " Reading completed."));
     EXPECT_NE(run.out.find("main,23,4,3,"), std::string::npos) << run.out;
   }
   const ProgramRun run = Csv({"--load", wrong, "--on-error", "abort"});
   EXPECT_EQ(run.status, 1);
   EXPECT_TRUE(run.Says(unknown));
-  EXPECT_FALSE(run.Says(unknownAgain));
   EXPECT_TRUE(run.Says(wrong + " Reading aborted."));
   EXPECT_NE(run.out.find("main,12,4,,"), std::string::npos) << run.out;
-}
-
-TEST_F(Load, AFileThatCannotBeReadLeavesTheOthers) {
-  const std::string good = folder_.Put("good.txt", "f, ADD=10\n");
-  const ProgramRun run =
-      Csv({"--load", folder_.Path("none.txt"), "--load", folder_.Root(), "--load", good});
-  EXPECT_EQ(run.status, 1);
-  EXPECT_TRUE(run.Says("W9400 Cannot find file (" + folder_.Path("none.txt") +
-                       "). Check that the specified file name is correct."))
-      << run.err;
-  EXPECT_TRUE(run.Says("W9401 Cannot open file to read (" + folder_.Root() +
-                       "). Check that the file is readable."))
-      << run.err;
-  EXPECT_NE(run.out.find("main,20,4,,"), std::string::npos) << run.out;
 }
 
 }  // namespace

@@ -1,39 +1,22 @@
 #include "files/text_reader.h"
 
-#include <gtest/gtest.h>
-
 #include "files/lines.h"
+#include "support/test_host.h"
 
 namespace velkor {
 namespace {
 
 using Lines = std::vector<testing::ReadLineResult>;
 
-Lines Read(std::string_view bytes, size_t size = 5120) {
-  StkMemorySource source(bytes);
-  StkTextReader reader(source);
-  Lines lines = testing::AllLines(reader, size);
-  EXPECT_EQ(bytes.size(), reader.Position());
-  TextLine line;
-  EXPECT_FALSE(reader.ReadLine(line, size));
-  return lines;
-}
-
-TEST(TextReader, EveryLineEndIsOne) {
-  EXPECT_EQ((Lines{{"a", 1}, {"b", 1}, {"c", 1}, {"d", 1}}), Read("a\r\nb\rc\nd"));
-  EXPECT_EQ((Lines{{"a", 1}}), Read("a\r"));
-  EXPECT_EQ((Lines{{"", 0}}), Read("\n"));
-  EXPECT_EQ((Lines{{"", 0}, {"", 0}, {"", 0}}), Read("\r\r\n\n"));
-  EXPECT_EQ(Lines{}, Read(""));
-}
+constexpr char kFilePath[] = "C:\\p\\file.txt";
 
 TEST(TextReader, ALongLineIsCutAndCountedWhole) {
-  const std::string longLine(6000, 'x');
-  EXPECT_EQ((Lines{{longLine.substr(0, 5119), 6000}, {"y", 1}}), Read(longLine + "\ny"));
   const std::string full(5119, 'x');
-  EXPECT_EQ((Lines{{full, 5119}}), Read(full + "\r\n"));
   const std::string huge(1 << 20, 'x');
-  EXPECT_EQ((Lines{{full, huge.size()}, {"", 0}}), Read(huge + "\r\n\r\n"));
+  const std::string bytes = full + "\r\n" + huge + "\r\n\r\n";
+  StkMemorySource source(bytes);
+  StkTextReader reader(source);
+  EXPECT_EQ((Lines{{full, 5119}, {full, huge.size()}, {"", 0}}), testing::AllLines(reader, 5120));
 }
 
 TEST(TextReader, PositionGrowsWithTheLinesAnswered) {
@@ -67,14 +50,18 @@ Lines ModelLines(const std::string& bytes, size_t size) {
 }
 
 TEST(TextReader, AgreesWithTheModelOnAnyBytesInAnyPieces) {
+  testing::TestHost host;
   std::mt19937 random(20240601);
   for (uint32_t round = 0; round < 4000; ++round) {
     const std::string bytes = testing::RandomBytes(random, 40, true);
     const size_t size = 1 + round % 6;
-    testing::TrickleSource source(bytes, 1 + round % 3, round);
+    host.files.Put(kFilePath, bytes);
+    host.files.SetReadLimit(1 + round % 5);
+    StkFileSource source(host.files.OpenForRead(kFilePath).file);
     StkTextReader reader(source);
     ASSERT_EQ(ModelLines(bytes, size), testing::AllLines(reader, size))
         << ::testing::PrintToString(bytes);
+    ASSERT_EQ(reader.Position(), bytes.size());
   }
 }
 

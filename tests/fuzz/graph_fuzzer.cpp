@@ -21,6 +21,7 @@ namespace {
 
 constexpr uint32_t kMaxFunctions = 6;  // the literal model walks every path
 constexpr int kMaxSteps = 12;
+constexpr const char* kReport = "C:\\p\\r.txt";
 constexpr uint32_t kSizes[] = {0, 1, 10, 21845, 32768, 65535, kOverSize};
 constexpr uint32_t kMargins[] = {kNoMargin, 0, 1, 65535};
 constexpr uint32_t kDepths[] = {kNoDepth, 1, 2, 3, 65536, 0xFFFFFFFF};
@@ -33,26 +34,53 @@ IndexList Indices(const StkFunctionList& list) {
   return indices;
 }
 
-// The chains from a function by a walk that recurses.
-uint32_t CountByWalking(const StkFunction& function, ChainMode mode, StkFunctionList& path) {
-  const StkFunctionList callees = AllCallees(function);
-  if (callees.empty() || std::find(path.begin(), path.end(), &function) != path.end()) {
-    return 1;
-  }
-  uint32_t largest = 0;
-  for (const StkFunction* callee : callees) {
-    largest = std::max(largest, callee->totalStackSize);
-  }
-  path.push_back(const_cast<StkFunction*>(&function));
-  uint32_t count = 0;
-  for (const StkFunction* callee : callees) {
-    if (mode == ChainMode::kAll || callee->totalStackSize == largest) {
-      count += CountByWalking(*callee, mode, path);
+// A report of the chains, drawn by a walk that recurses.
+struct LiteralReport {
+  void Walk(const StkFunction& function) {
+    const std::string item = csv ? CsvItem(function, codePage) : TextItem(function, ",", codePage);
+    text += item;
+    const bool repeated = std::find(path.begin(), path.end(), &function) != path.end();
+    const StkFunctionList next = repeated ? StkFunctionList() : Next(function);
+    if (next.empty()) {
+      text += "\r\n";
+      return;
     }
+    path.push_back(&function);
+    const std::string before = prefix;
+    prefix += csv ? item + "," : std::string(item.size(), ' ');
+    for (size_t i = 0; i < next.size(); ++i) {
+      text += i != 0 ? prefix : csv ? "," : "";
+      const std::string outer = prefix;
+      if (!csv) {
+        text += AllCallees(function).size() == 1 ? "---" : "+--";
+        prefix += i + 1 < next.size() ? "|  " : "   ";
+      }
+      Walk(*next[i]);
+      prefix = outer;
+    }
+    prefix = before;
+    path.pop_back();
   }
-  path.pop_back();
-  return count;
-}
+
+  StkFunctionList Next(const StkFunction& function) const {
+    StkFunctionList next = AllCallees(function);
+    uint32_t most = 0;
+    for (const StkFunction* callee : next) {
+      most = std::max(most, callee->totalStackSize);
+    }
+    std::erase_if(next, [&](const StkFunction* callee) {
+      return mode == ChainMode::kMaximum && callee->totalStackSize != most;
+    });
+    return next;
+  }
+
+  bool csv;
+  ChainMode mode;
+  const CodePage& codePage;
+  std::string text = {};
+  std::string prefix = {};
+  std::vector<const StkFunction*> path = {};
+};
 
 // One database of a few functions, its history, and the same done to the literal model.
 class GraphRun {
@@ -211,14 +239,16 @@ class GraphRun {
     const StkFunction& start = AnyFunction();
     const ChainMode mode = input_.Below(2) != 0 ? ChainMode::kAll : ChainMode::kMaximum;
     const bool csv = input_.Below(2) != 0;
-    StkFunctionList path;
-    const uint32_t chains = CountByWalking(start, mode, path);
+    LiteralReport literal{csv, mode, host_.codePage};
+    literal.Walk(start);
+    const auto chains =
+        static_cast<uint32_t>(std::count(literal.text.begin(), literal.text.end(), '\n'));
     if (mode == ChainMode::kMaximum) {
       RequireEqual(static_cast<uint32_t>(CountChains(start, mode)), chains,
                    "as many maximum chains as a walk finds", start.name);
     }
     StkChainReport report(csv ? StkChainReport::Format::kCsv : StkChainReport::Format::kText,
-                          "C:\\p\\r.txt", host_.host, host_.reporter.Messages());
+                          kReport, host_.host, host_.reporter.Messages());
     Require(report.Open(), "a report opens");
     uint32_t lines = 0;
     const WriteEnd end = report.Write(start, mode, [&lines](uint32_t written) {
@@ -227,6 +257,9 @@ class GraphRun {
     });
     Require(end == WriteEnd::kCompleted, "a small report is written whole");
     RequireEqual(lines, chains + (csv ? 1 : 0), "a line for each chain", start.name);
+    const std::string heading =
+        csv ? "Function,Total Stack Size,Frame Size,Adjustment Information\r\n" : "";
+    RequireEqual(host_.files.Get(kReport).value_or(""), heading + literal.text, "a report");
   }
 
   FuzzInput& input_;

@@ -143,6 +143,8 @@ void CheckCharacters(std::string_view text, const CodePage& codePage) {
   }
   const std::string shown = codePage.ToUtf8(text);
   RequireEqual(CodePage::Utf8().ToUtf8(shown), shown, "what is shown is UTF-8");
+  const std::optional<std::string> back = codePage.FromUtf8(shown);
+  Require(!back || codePage.ToUtf8(*back) == shown, "what is converted back shows the same", text);
 }
 
 }  // namespace

@@ -52,9 +52,7 @@ TEST(Messages, PlaceholdersTakeTheArgumentsInOrder) {
   EXPECT_EQ(Format("%s|%s", {"%s%lu%%\n", "b"}), "%s%lu%%\n|b");
   EXPECT_EQ(Format("[%s]", {"a\0b"s}), "[a\0b]"s);
   EXPECT_EQ(Format("50% of %d%", {"x"}), "50% of %d%");
-}
-
-TEST(Messages, APlaceholderWithoutAFittingArgumentShowsNothing) {
+  // Without a fitting argument nothing is shown.
   EXPECT_EQ(Format("%s(%lu)%s", {"a"}), "a()");
   EXPECT_EQ(Format("%s,%lu,%c,%s", {1U, "a", "b", "c"}), ",,,c");
 }
@@ -71,13 +69,6 @@ TEST(Messages, AMessageIsCutAtACharacterBorder) {
   EXPECT_EQ(Format(doubleBytes, {fits}, CodePage::ShiftJis()).size(), limit);
   EXPECT_EQ(Format(doubleBytes, {fits + "a"}, CodePage::ShiftJis()).size(), limit - 1);
   EXPECT_EQ(Format("%s\u00C2\u00A0", {fits}, CodePage::Latin1()).size(), limit);
-}
-
-TEST(Messages, WhatLiesBeyondTheCutIsNeverCopied) {
-  const std::string huge(size_t{10} << 20, 'x');
-  const std::string message = Format("%s%s%s", {"a", huge, huge});
-  EXPECT_EQ(message.size(), StkMessages::kMaxMessageLength);
-  EXPECT_LT(message.capacity(), 4 * StkMessages::kMaxMessageLength);
 }
 
 }  // namespace

@@ -24,18 +24,6 @@ class Reporter : public ::testing::Test {
   StkReporter& reporter_ = recorder_.reporter;
 };
 
-TEST_F(Reporter, AWarningIsLoggedAndThenShown) {
-  recorder_.boxes.answerWith = [this](const auto&) {
-    EXPECT_EQ(recorder_.log.lines.size(), 1U);
-    return BoxAnswer::kOk;
-  };
-  reporter_.ShowWarning(MessageKey::kW9404, {"a.txt"});
-  EXPECT_EQ(recorder_.log.lines, Lines{"W9404 File write error (a.txt)."});
-  EXPECT_EQ(OnlyBox().text, "W9404 File write error (a.txt).");
-  EXPECT_EQ(OnlyBox().icon, BoxIcon::kExclamation);
-  EXPECT_EQ(OnlyBox().buttons, BoxButtons::kOk);
-}
-
 TEST_F(Reporter, WithoutALogViewOnlyBoxesRemain) {
   reporter_.RegisterLogView(nullptr);
   reporter_.LogMessage(MessageKey::kSpecificationCanceled, {"f"});
@@ -85,6 +73,8 @@ TEST_F(Reporter, PostedMessagesKeepTheirOrderAndTheirText) {
   EXPECT_EQ(recorder_.log.lines,
             (Lines{"a.asm Reading...", "W9404 File write error (x).", "a.asm Reading aborted."}));
   EXPECT_EQ(OnlyBox().text, "W9404 File write error (x).");
+  EXPECT_EQ(OnlyBox().icon, BoxIcon::kExclamation);
+  EXPECT_EQ(OnlyBox().buttons, BoxButtons::kOk);
 }
 
 TEST_F(Reporter, JobsPostWhileABoxIsOpen) {

@@ -54,15 +54,6 @@ TEST_F(StopQuestionTest, TheAnswerReachesTheJob) {
   EXPECT_EQ(recorder_.log.lines, Lines(4, std::string(kText)));
 }
 
-TEST_F(StopQuestionTest, IgnoredErrorsAreOnlyLogged) {
-  for (int i = 0; i < 3; ++i) {
-    EXPECT_EQ(AskHere(StopAnswer::kIgnore), StopAnswer::kIgnore);
-  }
-  recorder_.queue.Drain();
-  EXPECT_EQ(recorder_.log.lines, Lines(3, std::string(kText)));
-  EXPECT_TRUE(recorder_.boxes.boxes.empty());
-}
-
 TEST_F(StopQuestionTest, NothingIsShownAfterAbortOrWithoutALogView) {
   EXPECT_EQ(AskHere(StopAnswer::kAbort), StopAnswer::kAbort);
   recorder_.reporter.RegisterLogView(nullptr);

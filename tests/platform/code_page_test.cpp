@@ -2,11 +2,8 @@
 
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <random>
 #include <string>
 #include <vector>
-
-#include "platform/resources.h"
 
 namespace velkor {
 namespace {
@@ -14,10 +11,6 @@ namespace {
 std::vector<CodePage> AllKinds() {
   return {CodePage::Utf8(), CodePage::ShiftJis(), CodePage::Latin1(),
           *CodePage::FromName("cp1251")};
-}
-
-int Sign(int value) {
-  return (value > 0) - (value < 0);
 }
 
 std::vector<size_t> Lengths(const CodePage& page, std::string_view text) {
@@ -158,79 +151,6 @@ TEST(CodePageTest, ConvertsBothWaysAndShowsWhatItCannot) {
   EXPECT_EQ(windows.FromUtf8("\xE2\x82\xAC\xC3\xA9"), "\x80\xE9");
   EXPECT_EQ(windows.FromUtf8("\xEF\xBF\xBD"), std::nullopt);
   EXPECT_EQ(windows.FromUtf8("\xE8\xA1\xA8"), std::nullopt);
-}
-
-// Texts of few kinds of bytes, so that lead and trail bytes meet in all ways.
-class RandomText {
- public:
-  std::string Next(std::string_view bytes, size_t most) {
-    std::string text(random_() % (most + 1), '\0');
-    for (char& byte : text) {
-      byte = random_() % 8 == 0 ? static_cast<char>(random_()) : bytes[random_() % bytes.size()];
-    }
-    return text;
-  }
-
- private:
-  std::mt19937 random_{20240611};
-};
-
-constexpr std::string_view kTellingBytes = "aAzZ\\\x81\x82\x84\xE0\xE8\xA1\xA8\xC3\xA9\xF0\x9F\x80";
-
-TEST(CodePageTest, RandomBytesStepCutAndConvertWithinBounds) {
-  RandomText random;
-  const std::vector<CodePage> pages = AllKinds();
-  const CodePage utf8 = CodePage::Utf8();
-  for (int round = 0; round < 1500; ++round) {
-    const std::string text = random.Next(kTellingBytes, 12);
-    for (const CodePage& page : pages) {
-      size_t position = 0;
-      for (size_t limit = 0; limit <= text.size() + 1; ++limit) {
-        const size_t next = position + page.CharLength(text, position);
-        position = next <= limit ? next : position;
-        ASSERT_EQ(page.CutLength(text, limit), position);
-      }
-      ASSERT_EQ(position, text.size());
-      const std::string shown = page.ToUtf8(text);
-      ASSERT_TRUE(utf8.FromUtf8(shown));
-      if (shown.find("\xEF\xBF\xBD") == std::string::npos && page.FromUtf8(shown)) {
-        ASSERT_EQ(page.ToUtf8(*page.FromUtf8(shown)), shown);
-      }
-    }
-  }
-}
-
-TEST(CodePageTest, RandomTextsAreInOneConsistentOrder) {
-  RandomText random;
-  const std::vector<CodePage> pages = AllKinds();
-  for (int round = 0; round < 3000; ++round) {
-    const std::string a = random.Next(kTellingBytes, 5);
-    const std::string b = random.Next(kTellingBytes, 5);
-    const std::string c = random.Next(kTellingBytes, 5);
-    for (const CodePage& page : pages) {
-      ASSERT_EQ(page.Compare(a, b) == 0, a == b);
-      ASSERT_EQ(Sign(page.Compare(a, b)), -Sign(page.Compare(b, a)));
-      ASSERT_EQ(Sign(page.CompareIgnoreCase(a, b)), -Sign(page.CompareIgnoreCase(b, a)));
-      for (const auto compare : {&CodePage::Compare, &CodePage::CompareIgnoreCase}) {
-        if ((page.*compare)(a, b) <= 0 && (page.*compare)(b, c) <= 0) {
-          ASSERT_LE((page.*compare)(a, c), 0);
-        }
-      }
-      if (page.EqualIgnoreCase(a, b)) {
-        ASSERT_EQ(page.HashIgnoreCase(a), page.HashIgnoreCase(b));
-      }
-    }
-  }
-  EXPECT_NE(CodePage::Utf8().HashIgnoreCase("ab"), CodePage::Utf8().HashIgnoreCase("ba"));
-}
-
-TEST(BuiltInResourcesTest, HoldsTheTwoTablesWholeAndNothingElse) {
-  const BuiltInResources resources;
-  ASSERT_TRUE(resources.Find("LIBSIZE", 131));
-  ASSERT_TRUE(resources.Find("LIBSIZE", 132));
-  EXPECT_NE(*resources.Find("LIBSIZE", 131), *resources.Find("LIBSIZE", 132));
-  EXPECT_EQ(resources.Find("LIBSIZE", 131)->back(), '\n');
-  EXPECT_FALSE(resources.Find("LIBSIZE", 133) || resources.Find("HTML", 131));
 }
 
 }  // namespace

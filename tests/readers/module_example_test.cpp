@@ -1,3 +1,7 @@
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
 #include "readers/module_reading.h"
 
 namespace velkor {
@@ -8,6 +12,7 @@ using testing::kAborted;
 using testing::ModuleReading;
 using Names = std::vector<std::string>;
 
+// The smallest module that calls a helper and a function.
 const std::vector<std::string> kLines = {
     "; Tarn C Compiler V3.70 Assembler Source",
     "$DGS GLV_SYM, _main, 0, 0, 0, 0, 0, 02H",
@@ -25,44 +30,26 @@ const std::vector<std::string> kLines = {
     "; $CALL sub()",
 };
 
-// The lines from first to last, counted from 1, without one of them.
-std::string Lines(size_t first, size_t last, size_t without = 0) {
-  std::string text;
-  for (size_t i = first; i <= last; ++i) {
-    text += i == without ? "" : kLines[i - 1] + "\n";
-  }
-  return text;
-}
-
-TEST(ModuleExample, EachLineAddsItsEffect) {
-  for (size_t count = 1; count <= kLines.size(); ++count) {
-    SCOPED_TRACE(count);
-    ModuleReading reading;
-    EXPECT_TRUE(reading.Read(Lines(1, count)));
-    EXPECT_EQ(reading.Log(), Names());
-    EXPECT_EQ(reading.project.compilerInfo.series, 1U);
-    EXPECT_EQ(reading.project.compilerInfo.version, 0x370U);
-    EXPECT_TRUE(reading.project.runtimeNames.Contains("@lsmul"));
-    EXPECT_EQ(reading.files.size(), count >= 11 ? 1U : 0U);
-    EXPECT_EQ(reading.functions.Count(), count >= 13 ? 1U : 0U);
-    if (count < 13) {
-      continue;
-    }
-    const StkFunction& main = reading.Function("_main");
-    EXPECT_EQ(main.flags, FN_DEFINED | FN_GLOBAL);
-    EXPECT_EQ(main.file->name, "C:\\p\\main.c");
-    EXPECT_EQ(main.frameSize, 4U);
-    EXPECT_EQ(reading.CallNames("_main"),
-              count == 13 ? Names({"_@lsmul"}) : Names({"_@lsmul", "_sub"}));
-  }
-}
-
 TEST(ModuleExample, NoLineCanBeMissed) {
-  for (size_t without = 1; without <= kLines.size(); ++without) {
-    SCOPED_TRACE(kLines[without - 1]);
+  for (size_t without = 0; without <= kLines.size(); ++without) {
+    SCOPED_TRACE(without);
+    std::string text;
+    for (size_t i = 1; i <= kLines.size(); ++i) {
+      text += i == without ? "" : kLines[i - 1] + "\n";
+    }
     ModuleReading reading;
-    const bool whole = reading.Read(Lines(1, kLines.size(), without));
+    const bool whole = reading.Read(text);
     switch (without) {
+      case 0: {
+        EXPECT_EQ(reading.Log(), Names());
+        EXPECT_EQ(reading.project.compilerInfo.version, 0x370U);
+        const StkFunction& main = reading.Function("_main");
+        EXPECT_EQ(main.flags, FN_DEFINED | FN_GLOBAL);
+        EXPECT_EQ(main.file->name, "C:\\p\\main.c");
+        EXPECT_EQ(main.frameSize, 4U);
+        EXPECT_EQ(reading.CallNames("_main"), Names({"_@lsmul", "_sub"}));
+        break;
+      }
       case 1:
       case 12:
         EXPECT_FALSE(whole);
@@ -92,6 +79,32 @@ TEST(ModuleExample, NoLineCanBeMissed) {
         EXPECT_EQ(reading.CallNames("_main"), Names({"_@lsmul", "_sub"}));
     }
   }
+}
+
+// A real call graph: every module is read without a word, and gives what its block lists.
+TEST(ModuleExample, ARealCallGraph) {
+  const std::filesystem::path folder = std::string(VELKOR_SOURCE_DIR) + "/examples/lua";
+  ModuleReading reading;
+  size_t modules = 0;
+  uint32_t listed = 0;
+  for (const auto& file : std::filesystem::directory_iterator(folder)) {
+    if (file.path().extension() != ".asm") {
+      continue;
+    }
+    std::ifstream stream(file.path(), std::ios::binary);
+    std::ostringstream bytes;
+    bytes << stream.rdbuf();
+    EXPECT_TRUE(reading.Read(bytes.str())) << file.path();
+    std::istringstream lines(bytes.str());
+    for (std::string line; std::getline(lines, line);) {
+      listed += line.find("STACK_SIZE=") != std::string::npos ? 1U : 0U;
+    }
+    ++modules;
+  }
+  EXPECT_GT(modules, 20U);
+  EXPECT_EQ(reading.Log(), std::vector<std::string>());
+  EXPECT_EQ(reading.functions.Count(), listed);
+  EXPECT_EQ(reading.files.size(), modules);
 }
 
 }  // namespace

@@ -116,14 +116,5 @@ TEST(ModuleInformation, StaticsKeepTheirNameAndFile) {
   EXPECT_EQ(reading.CallNames("_f"), (Names{"_@fmul", "_f"}));
 }
 
-TEST(ModuleInformation, GatheredNamesAreCutAtACharacter) {
-  ModuleReading reading;
-  const std::string piece(4000, 'x');
-  ModuleText module = Block("; $FUNC " + piece + "\n; " + std::string(1118, 'y') +
-                            "\xE3\x81\x82\n; z\n; (\n" + kSize);
-  EXPECT_TRUE(reading.Read(module.All()));
-  EXPECT_EQ(reading.functions.Functions()[0]->name, "_" + piece + std::string(1118, 'y'));
-}
-
 }  // namespace
 }  // namespace velkor

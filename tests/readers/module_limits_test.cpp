@@ -64,16 +64,6 @@ TEST(ModuleLimits, CharactersOfALine) {
   EXPECT_EQ(log, Lines({TooLong(10)}));
 }
 
-TEST(ModuleLimits, ALineWithoutEndEndsNoName) {
-  ModuleReading reading;
-  ModuleText module;
-  module.functions = "; $FUNC " + std::string(20000000, 'x') + "\n; y()\n" +
-                     "; CODE SIZE=9 bytes, 0, STACK_SIZE=10 bytes\n";
-  EXPECT_TRUE(reading.Read(module.All()));
-  EXPECT_EQ(reading.Log(), Lines({TooLong(9)}));
-  EXPECT_EQ(reading.functions.Functions()[0]->name, "_" + std::string(5110, 'x') + "y");
-}
-
 TEST(ModuleLimits, StopsAtTheNextHundredthLine) {
   ModuleText module;
   const std::string function = module.functions;

@@ -18,17 +18,10 @@ class ProjectTest : public ::testing::Test {
  protected:
   bool Load(const std::string& text, const std::string& path = kPath) {
     host_.files.Put(path, text);
-    return Reload(path);
-  }
-  bool Reload(const std::string& path = kPath) {
     project_ = std::make_unique<StkProject>(host_.host, recorder_.reporter);
     return project_->Load(path);
   }
   Texts Modules() const { return {project_->Modules().begin(), project_->Modules().end()}; }
-  // The only box that was shown.
-  std::string Box() const {
-    return recorder_.boxes.boxes.size() == 1 ? recorder_.boxes.boxes[0].text : "(not one box)";
-  }
 
   TestHost host_;
   Recorder recorder_{host_.codePage};
@@ -83,15 +76,6 @@ TEST_F(ProjectTest, Refusals) {
   }
 }
 
-TEST_F(ProjectTest, NobodyWritesWhileItIsRead) {
-  const OpenResult<OutputFile> writer = host_.files.OpenForWrite(kPath);
-  ASSERT_NE(writer.file, nullptr);
-  EXPECT_FALSE(Reload());
-  EXPECT_EQ(Box(),
-            "W9401 Cannot open file to read (C:\\w\\app.prj).\nCheck that the file is "
-            "readable.");
-}
-
 TEST_F(ProjectTest, SourcesAreTakenUpToTheFirstGap) {
   host_.files.AddDirectory("C:\\p");
   EXPECT_TRUE(
@@ -118,33 +102,6 @@ TEST_F(ProjectTest, SourcesAreLimitedInNumberAndLength) {
       Load("[ProjectManager]\nPath=C:\\p\n[SrcFile]\nSource1=" + std::string(10000000, 'x') +
            ".c\nSource2=" + std::string(5000, 'y') + ".c\nSource3=z.c\nSource4=app.prj\n"));
   EXPECT_EQ(Modules(), (Texts{"C:\\p\\" + std::string(5000, 'y') + ".asm", "C:\\p\\z.asm"}));
-}
-
-TEST_F(ProjectTest, OptionsOfTheBuildMode) {
-  const auto optionsOf = [this](const std::string& text) {
-    EXPECT_TRUE(Load("[ProjectManager]\nPath=C:\\p\n" + text));
-    return std::string(project_->LibraryCheck() ? "l" : "") +
-           (project_->FloatingPoint() ? "f" : "") + (project_->StaticModel() ? "s" : "");
-  };
-  const std::string mode0 = "[Options.CCTarn 0]\nLibrarychk=2\nFloatingpoint=0\n";
-  const std::string mode1 = "[Options.CCTarn 1]\nFloatingpoint= -1x\nStaticmodelchk=\n";
-  EXPECT_EQ(optionsOf(mode0 + mode1), "l");
-  EXPECT_EQ(optionsOf(mode0 + mode1 + "[Options.Tarn]\nBuildMode=\n"), "l");
-  EXPECT_EQ(optionsOf(mode0 + mode1 + "[Options.Tarn]\nBuildMode=1\n"), "f");
-  EXPECT_EQ(optionsOf(mode0 + mode1 + "[Options.Tarn]\nBuildMode=x y\n"), "");
-  for (const auto& [value, on] : std::vector<std::pair<std::string, bool>>{{"007", true},
-                                                                           {"+1", true},
-                                                                           {"4294967296", true},
-                                                                           {"0", false},
-                                                                           {"-0", false},
-                                                                           {"x1", false},
-                                                                           {"--1", false},
-                                                                           {"+", false},
-                                                                           {"", false},
-                                                                           {"0x1", false}}) {
-    EXPECT_EQ(optionsOf("[Options.CCTarn 0]\nStaticmodelchk=" + value + "\n"), on ? "s" : "")
-        << value;
-  }
 }
 
 TEST_F(ProjectTest, WhereTheModuleIs) {
@@ -179,38 +136,14 @@ TEST_F(ProjectTest, WhereTheModuleIs) {
 
 TEST_F(ProjectTest, HostPathsKeepTheirSlashes) {
   host_.files.AddDirectory("/home/me/p");
-  host_.files.AddDirectory("/home/me/p/out");
   const std::string sources = "[SrcFile]\nSource1=src/main.c\nSource2=/x/abs.c\n";
   EXPECT_TRUE(Load("[ProjectManager]\nPath=/home/me/p\n" + sources));
   EXPECT_EQ(Modules(), (Texts{"/home/me/p/main.asm", "/home/me/p/abs.asm"}));
-  const std::string out = "[Options.CCTarn 0]\nOutasmsrccmb0=";
-  EXPECT_TRUE(Load("[ProjectManager]\nPath=/home/me/p\n" + sources + out + "out\n"));
-  EXPECT_EQ(Modules(), (Texts{"/home/me/p/out/main.asm", "/home/me/p/out/abs.asm"}));
-  EXPECT_TRUE(Load("[ProjectManager]\nPath=/home/me/p\n" + sources + out + "/tmp\\../all.s\n"));
-  EXPECT_EQ(Modules(), (Texts{"/all.s"}));
   // A relative project directory lies beside the project file.
   EXPECT_TRUE(Load("[ProjectManager]\nPath=.\n" + sources, "/home/me/p/app.prj"));
   EXPECT_EQ(project_->ProjectDirectory(), "/home/me/p");
   EXPECT_EQ(Modules(), (Texts{"/home/me/p/main.asm", "/home/me/p/abs.asm"}));
   EXPECT_EQ(project_->SystemFilePath(), "/home/me/p/app.psg");
-  EXPECT_TRUE(Load("[ProjectManager]\nPath=..\\sub\n[SrcFile]\nSource1=a.c\n"));
-  EXPECT_EQ(Modules(), (Texts{"C:\\sub.asm"}));  // no such folder: the file of that name
-}
-
-TEST_F(ProjectTest, PathsFollowTheProject) {
-  EXPECT_TRUE(Load("[ProjectManager]\nPath=C:\\work\\p\n", "/home/me/checkout/app.prj"));
-  EXPECT_EQ(host_.paths.ToHost("C:\\work\\p\\src\\main.asm"), "/home/me/checkout/src/main.asm");
-}
-
-TEST_F(ProjectTest, DoubleByteNames) {
-  TestHost host(CodePage::ShiftJis());
-  Recorder recorder(host.codePage);
-  host.files.AddDirectory("C:\\p");
-  host.files.Put(kPath, "[ProjectManager]\nPath=C:\\p\n[SrcFile]\nSource1=\x83\x5C.c\n");
-  StkProject project(host.host, recorder.reporter);
-  EXPECT_TRUE(project.Load(kPath));
-  ASSERT_EQ(project.Modules().size(), 1U);
-  EXPECT_EQ(project.Modules()[0], "C:\\p\\\x83\x5C.asm");
 }
 
 TEST_F(ProjectTest, SpecificationSources) {
@@ -256,15 +189,6 @@ TEST(CompilerInfo, VersionsBySeries) {
     EXPECT_EQ(info.RuntimeHelpersAccepted(), expected.accepted) << info.VersionText();
     EXPECT_EQ(info.OldStackFigure(), expected.old) << info.VersionText();
   }
-  EXPECT_EQ(StkCompilerInfo::SeriesCode("Tarn"), 1U);
-  EXPECT_EQ(StkCompilerInfo::SeriesCode("TarnS"), 2U);
-  EXPECT_EQ(StkCompilerInfo::SeriesCode("TarnR"), 3U);
-  EXPECT_EQ(StkCompilerInfo::SeriesCode("tarn"), 0U);
-  StkCompilerInfo info;
-  EXPECT_TRUE(info.AdoptOrMatchVersion(0x305));
-  EXPECT_TRUE(info.AdoptOrMatchVersion(0x305));
-  EXPECT_FALSE(info.AdoptOrMatchVersion(0x350));
-  EXPECT_EQ(info.VersionText(), "3.05");
 }
 
 }  // namespace
