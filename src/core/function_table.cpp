@@ -71,8 +71,8 @@ void StkFunctionTable::ResolveAllCalls() {
 StkFunctionTable::ResolvedCalls StkFunctionTable::ResolveCallees() {
   ResolvedCalls calls;
   std::span<const uint32_t> fetched;
-  // By index: unknown functions are appended on the way, which call nothing.
-  for (size_t i = 0; i < functions_.size(); ++i) {
+  // Unknown functions, which call nothing, are appended on the way.
+  for (size_t i = 0; i < functions_.size(); ++i) {  // NOLINT(modernize-loop-convert): it grows
     StkFunction& caller = *functions_[i];
     const std::span<const uint32_t> names = callNames_.Of(caller.index);
     caller.callees.reserve(caller.callees.size() + names.size());

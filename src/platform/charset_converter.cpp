@@ -21,7 +21,7 @@ CharsetConverter::Outcome CharsetConverter::Append(std::string_view text, std::s
   if (!isOpen_) {
     return Outcome::kNoSuchCharacter;
   }
-  constexpr size_t kFailed = static_cast<size_t>(-1);
+  constexpr auto kFailed = static_cast<size_t>(-1);
   auto* input = const_cast<char*>(text.data());
   size_t inputLeft = text.size();
   char buffer[256];

@@ -22,20 +22,20 @@ constexpr int kNever = INT32_MAX;
 
 // Whether the heap grows at its end only and never shrinks; a replaced heap answers no.
 bool KeepInOnePiece() {
+  // NOLINTBEGIN(concurrency-mt-unsafe): there are no other threads yet
   return mallopt(M_ARENA_MAX, 1) == 1 && mallopt(M_MMAP_MAX, 0) == 1 &&
          mallopt(M_TRIM_THRESHOLD, kNever) == 1 && mallopt(M_TOP_PAD, kLeastGrowth) == 1;
+  // NOLINTEND(concurrency-mt-unsafe)
 }
 
 // What is freed at the heap's end stays part of it, and so does the advice given for its addresses.
 void AskForLargePages() {
-  void* const reserved = std::malloc(kReserved);
+  auto* const reserved = static_cast<char*>(std::malloc(kReserved));
   if (reserved == nullptr) {
     return;
   }
-  const auto start = reinterpret_cast<uintptr_t>(reserved);
-  const uintptr_t first = (start + kLargePage - 1) & ~(kLargePage - 1);
-  const uintptr_t last = (start + kReserved) & ~(kLargePage - 1);
-  static_cast<void>(madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE));
+  const size_t toLargePage = -reinterpret_cast<uintptr_t>(reserved) % kLargePage;
+  static_cast<void>(madvise(reserved + toLargePage, kReserved - kLargePage, MADV_HUGEPAGE));
   std::free(reserved);
 }
 

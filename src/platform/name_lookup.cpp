@@ -23,8 +23,8 @@ std::optional<std::string> FindIgnoringCase(const std::string& folder, const std
   const std::string inUtf8 = codePage.ToUtf8(component);
   std::optional<std::string> found;
   // No other thread sees this listing.
-  // NOLINTNEXTLINE(concurrency-mt-unsafe)
   // cppcheck-suppress readdirCalled
+  // NOLINTNEXTLINE(concurrency-mt-unsafe)
   while (const dirent* const entry = readdir(listing.get())) {
     const std::string_view name = entry->d_name;
     const bool fits =
