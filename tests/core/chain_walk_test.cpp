@@ -9,13 +9,11 @@
 #include "core/recompute.h"
 #include "core/root_list.h"
 #include "random_graph.h"
-#include "support/graph.h"
 #include "support/recorder.h"
 
 namespace velkor {
 namespace {
 
-using testing::Graph;
 using testing::RandomGraph;
 using testing::Recorder;
 
@@ -88,30 +86,6 @@ bool WalkLiterally(const StkFunction& function, ChainMode mode, StkFunctionList&
   return visitor.Leave(function);
 }
 
-TEST(ChainWalk, StepsComeInListOrderAndRecursionEndsAChain) {
-  Graph graph(
-      "main 4 -> f g h => g\n"
-      "f 6\n"
-      "g 6\n"
-      "h 2 -> h\n");
-  for (const char* name : {"f", "g"}) {
-    graph[name].totalStackSize = 6;
-  }
-  graph["h"].totalStackSize = 2;
-  Transcript all;
-  EXPECT_TRUE(WalkChains(graph["main"], ChainMode::kAll, all));
-  EXPECT_EQ(all.text,
-            "main main:0/4/4 f ; main:1/4/4 g ; main:2/4/4 h h:0/1/1 h ; -h main:3/4/4 g ; -main ");
-  Transcript maximum;
-  EXPECT_TRUE(WalkChains(graph["main"], ChainMode::kMaximum, maximum));
-  EXPECT_EQ(maximum.text, "main main:0/3/4 f ; main:1/3/4 g ; main:2/3/4 g ; -main ");
-  EXPECT_EQ(CountChains(graph["main"], ChainMode::kMaximum), 3);
-  graph["h"].totalStackSize = kOverSize;
-  Transcript overflow;
-  EXPECT_TRUE(WalkChains(graph["main"], ChainMode::kMaximum, overflow));
-  EXPECT_EQ(overflow.text, "main main:0/1/4 h h:0/1/1 h ; -h -main ");
-}
-
 TEST(ChainWalk, AgreesWithTheWalkByHandWhereverItIsEnded) {
   for (uint32_t seed = 0; seed < 3000; ++seed) {
     RandomGraph graph(seed, 6);
@@ -131,42 +105,6 @@ TEST(ChainWalk, AgreesWithTheWalkByHandWhereverItIsEnded) {
       }
     }
   }
-}
-
-TEST(ChainWalk, ManyChainsAreCountedWithoutWalkingThem) {
-  const CodePage codePage = CodePage::Utf8();
-  StkFileTable files(codePage);
-  StkFunctionTable table(codePage);
-  constexpr uint32_t kRungs = 60;
-  for (uint32_t i = 0; i <= 2 * kRungs; ++i) {
-    table.AddDefined("_f" + std::to_string(i), files.Intern("a.c")).flags |= FN_GLOBAL;
-  }
-  for (uint32_t rung = 0; rung + 1 < kRungs; ++rung) {
-    for (uint32_t from = 2 * rung; from < 2 * rung + 2; ++from) {
-      for (uint32_t to = 2 * rung + 2; to < 2 * rung + 4; ++to) {
-        table.Functions()[from]->callees.push_back(table.Functions()[to]);
-      }
-    }
-  }
-  EXPECT_EQ(CountChains(*table.Functions()[0], ChainMode::kMaximum), kMaxChainCount);
-  EXPECT_EQ(CountChains(*table.Functions()[2 * kRungs - 22], ChainMode::kMaximum), 1024);
-  Transcript stopped(500);
-  EXPECT_FALSE(WalkChains(*table.Functions()[0], ChainMode::kMaximum, stopped));
-}
-
-TEST(ChainWalk, MutualRecursionEndsTheCountAtItsLimit) {
-  const CodePage codePage = CodePage::Utf8();
-  StkFileTable files(codePage);
-  StkFunctionTable table(codePage);
-  for (uint32_t i = 0; i < 40; ++i) {
-    table.AddDefined("_f" + std::to_string(i), files.Intern("a.c"));
-  }
-  for (const auto& caller : table.Functions()) {
-    for (const auto& callee : table.Functions()) {
-      caller->callees.push_back(callee);
-    }
-  }
-  EXPECT_EQ(CountChains(*table.Functions()[0], ChainMode::kMaximum), kMaxChainCount);
 }
 
 }  // namespace

@@ -2,10 +2,141 @@
 
 #include <gtest/gtest.h>
 #include <memory>
+#include <random>
 #include <string>
+#include <vector>
 
 namespace velkor {
 namespace {
+
+// The table's lookups as plain walks over a list of records.
+class Model {
+ public:
+  struct Record {
+    std::string name;
+    const StkFileEntry* file;
+    bool defined;
+    bool global;
+  };
+
+  static constexpr size_t kNone = SIZE_MAX;
+
+  size_t Add(Record record) {
+    records_.push_back(std::move(record));
+    return records_.size() - 1;
+  }
+
+  size_t ResolveCall(size_t caller, const std::string& name) {
+    const StkFileEntry* file = records_[caller].file;
+    size_t found =
+        First(name, [&](const Record& r) { return r.defined && !r.global && r.file == file; });
+    if (found == kNone) {
+      found = First(name, [&](const Record& r) { return r.defined && r.global && r.file == file; });
+    }
+    if (found == kNone) {
+      found = First(name, [](const Record& r) { return r.defined && r.global; });
+    }
+    if (found == kNone) {
+      found = First(name, [](const Record& r) { return !r.defined; });
+    }
+    return found != kNone ? found : Add({name, nullptr, false, false});
+  }
+
+  size_t FindBySpecName(const std::string& file, const std::string& name, bool bracketed,
+                        const CodePage& codePage) const {
+    if (!bracketed && name.starts_with("_")) {
+      if (const size_t found = Look(file, name, codePage); found != kNone) {
+        return found;
+      }
+    }
+    return Look(file, "_" + name, codePage);
+  }
+
+  size_t Count() const { return records_.size(); }
+
+ private:
+  template <typename Fits>
+  size_t First(const std::string& name, Fits fits) const {
+    for (size_t i = 0; i < records_.size(); ++i) {
+      if (records_[i].name == name && fits(records_[i])) {
+        return i;
+      }
+    }
+    return kNone;
+  }
+
+  size_t Look(const std::string& file, const std::string& name, const CodePage& codePage) const {
+    if (!file.empty()) {
+      return First(name, [&](const Record& r) {
+        return r.defined && !r.global && codePage.EqualIgnoreCase(r.file->BaseName(codePage), file);
+      });
+    }
+    const size_t global = First(name, [](const Record& r) { return r.global; });
+    return global != kNone ? global : First(name, [](const Record&) { return true; });
+  }
+
+  std::vector<Record> records_;
+};
+
+class Comparison {
+ public:
+  explicit Comparison(uint32_t seed) : random_(seed) {}
+
+  void Run(size_t steps) {
+    AddDefined();
+    for (size_t i = 0; i < steps && !::testing::Test::HasFailure(); ++i) {
+      const size_t kind = Below(3);
+      kind == 0 ? AddDefined() : kind == 1 ? CompareCall() : CompareSpecName();
+      ASSERT_EQ(table_.Count(), model_.Count());
+    }
+  }
+
+ private:
+  size_t Below(size_t limit) { return random_() % limit; }
+
+  std::string Pick(const std::vector<std::string>& texts) { return texts[Below(texts.size())]; }
+
+  void AddDefined() {
+    const std::string name = Pick(kNames);
+    const bool global = Below(3) == 0;
+    const StkFileEntry& file = files_.Intern(Pick(kFiles));
+    table_.AddDefined(name, file).flags |= global ? FN_GLOBAL : uint32_t{0};
+    model_.Add({name, &file, true, global});
+  }
+
+  void CompareCall() {
+    const size_t caller = Below(model_.Count());
+    const std::string name = Pick(kNames);
+    const StkFunction& found = table_.ResolveCall(*table_.Functions()[caller], name);
+    EXPECT_EQ(found.index, model_.ResolveCall(caller, name)) << name;
+  }
+
+  void CompareSpecName() {
+    const std::string file = Pick({"", "x.c", "X.C", "y.c", "z.c"});
+    const std::string name = Pick({"", "a", "_a", "b", "_", "__a"});
+    const bool bracketed = Below(2) == 0;
+    const StkFunction* found = table_.FindBySpecName(file, name, bracketed);
+    EXPECT_EQ(found == nullptr ? Model::kNone : found->index,
+              model_.FindBySpecName(file, name, bracketed, codePage_))
+        << file << "#" << name;
+  }
+
+  const std::vector<std::string> kNames{"_a", "_a", "__a", "_b", "a", "_"};
+  const std::vector<std::string> kFiles{"x.c", "p\\X.c", "q/x.c", "y.c", "p:Y.C", "z.c"};
+
+  std::mt19937 random_;
+  CodePage codePage_ = CodePage::Utf8();
+  StkFileTable files_{codePage_};
+  StkFunctionTable table_{codePage_};
+  Model model_;
+};
+
+TEST(FunctionTableLookups, AgreeWithPlainWalks) {
+  for (uint32_t seed = 0; seed < 3000 && !::testing::Test::HasFailure(); ++seed) {
+    SCOPED_TRACE(seed);
+    Comparison(seed).Run(seed % 10 == 0 ? 300 : 30);
+  }
+}
 
 class FunctionTable : public ::testing::Test {
  protected:
@@ -25,44 +156,6 @@ class FunctionTable : public ::testing::Test {
   StkFileTable files_{codePage_};
   StkFunctionTable table_{codePage_};
 };
-
-TEST_F(FunctionTable, ANewRecordIsEmptyButForItsChain) {
-  const StkFunction& function = Add("_f", "a.c");
-  EXPECT_EQ(function.flags, FN_DEFINED);
-  EXPECT_EQ(function.chainCount, 1);
-  EXPECT_EQ(function.frameSize + function.totalStackSize + function.librarySize, 0U);
-  EXPECT_FALSE(function.adjustment || function.pendingAdjustment);
-  EXPECT_TRUE(table_.CallNames(function).empty());
-  EXPECT_EQ(table_.UnknownCount(), 0U);
-  EXPECT_EQ(table_.AddUnknown("_g").index, 1U);
-  EXPECT_EQ(table_.UnknownCount(), 1U);
-}
-
-TEST_F(FunctionTable, ACallMeansTheNearestFunctionOfItsName) {
-  const StkFunction& ownStatic = Add("_f", "a.c");
-  const StkFunction& farGlobal = Add("_f", "b.c", FN_GLOBAL);
-  const StkFunction& laterGlobal = Add("_f", "c.c", FN_GLOBAL);
-  Add("_f", "c.c", FN_GLOBAL);
-  EXPECT_EQ(&table_.ResolveCall(Add("_x", "a.c"), "_f"), &ownStatic);
-  EXPECT_EQ(&table_.ResolveCall(Add("_y", "B.C"), "_f"), &farGlobal);
-  EXPECT_EQ(&table_.ResolveCall(Add("_z", "c.c"), "_f"), &laterGlobal);
-  EXPECT_EQ(&table_.ResolveCall(Add("_w", "d.c"), "_f"), &farGlobal);
-
-  const StkFunction& lateStatic = Add("_f", "c.c");
-  EXPECT_EQ(&table_.ResolveCall(Add("_v", "c.c"), "_f"), &lateStatic);
-}
-
-TEST_F(FunctionTable, AStaticOfAnotherFileIsOutOfReach) {
-  Add("_f", "a.c");
-  const StkFunction& caller = Add("_x", "b.c");
-  StkFunction& unknown = table_.ResolveCall(caller, "_f");
-  EXPECT_TRUE(unknown.IsUnknown());
-  EXPECT_EQ(unknown.file, nullptr);
-  EXPECT_EQ(&table_.ResolveCall(Add("_y", "c.c"), "_f"), &unknown);
-  EXPECT_NE(&table_.ResolveCall(caller, "_F"), &unknown);
-  EXPECT_EQ(table_.UnknownCount(), 2U);
-  EXPECT_EQ(table_.Count(), 5U);
-}
 
 TEST_F(FunctionTable, ResolvingLinksBothDirections) {
   StkFunction& main = Add("_main", "a.c", FN_GLOBAL);
@@ -99,34 +192,6 @@ TEST_F(FunctionTable, AnUnknownFunctionIsUnknownUntilItsFirstLibrarySize) {
   EXPECT_FALSE(unknown.IsUnknown());
 }
 
-TEST_F(FunctionTable, SpecificationNamesLeadToSymbols) {
-  StkFunction& plain = Add("_f", "a.c", FN_GLOBAL);
-  StkFunction& onlyDouble = Add("__g", "a.c", FN_GLOBAL);
-  StkFunction& helper = table_.AddUnknown("__h");
-  StkFunction& single = table_.AddUnknown("_h");
-  EXPECT_EQ(table_.FindBySpecName("", "f", false), &plain);
-  EXPECT_EQ(table_.FindBySpecName("", "_f", false), &plain);
-  EXPECT_EQ(table_.FindBySpecName("", "_g", false), &onlyDouble);
-  EXPECT_EQ(table_.FindBySpecName("", "_h", true), &helper);
-  EXPECT_EQ(table_.FindBySpecName("", "_h", false), &single);
-  EXPECT_EQ(table_.FindBySpecName("", "F", false), nullptr);
-  EXPECT_EQ(table_.FindBySpecName("", "", false), nullptr);
-}
-
-TEST_F(FunctionTable, AQualifiedNameFindsOnlyAStaticOfThatFile) {
-  StkFunction& stat = Add("_f", "C:\\src\\util.c");
-  Add("_f", "D:\\util.c");
-  StkFunction& global = Add("_f", "C:\\src\\main.c", FN_GLOBAL);
-  EXPECT_EQ(table_.FindBySpecName("UTIL.C", "f", false), &stat);
-  EXPECT_EQ(table_.FindBySpecName("UTIL.C", "_f", false), &stat);
-  EXPECT_EQ(table_.FindBySpecName("main.c", "f", false), nullptr);
-  EXPECT_EQ(table_.FindBySpecName("src\\util.c", "f", false), nullptr);
-  EXPECT_EQ(table_.FindBySpecName("", "f", false), &global);
-
-  StkFunction& lone = Add("_g", "util.c");
-  EXPECT_EQ(table_.FindBySpecName("", "g", false), &lone);
-}
-
 TEST_F(FunctionTable, AdjustmentsAreCountedOncePerFunction) {
   StkFunction& f = Add("_f", "a.c");
   StkFunction& g = Add("_g", "a.c");
@@ -146,18 +211,6 @@ TEST_F(FunctionTable, AdjustmentsAreCountedOncePerFunction) {
   EXPECT_EQ(table_.CountForSpecFile(true), 2U);
   unknown.adjustment = std::make_unique<StkAppliedAdjustment>();
   EXPECT_EQ(table_.CountForSpecFile(true), 2U);
-}
-
-TEST_F(FunctionTable, ClearForgetsEverything) {
-  table_.AddCallName(Add("_f", "a.c"), "_g");
-  table_.ResolveAllCalls();
-  table_.SetPendingAdjustment(*table_.Functions()[0], {});
-  table_.SetOverflow(true);
-  table_.Clear();
-  EXPECT_EQ(table_.Count() + table_.UnknownCount() + table_.AdjustedCount(), 0U);
-  EXPECT_FALSE(table_.Overflow());
-  EXPECT_EQ(table_.FindBySpecName("", "f", false), nullptr);
-  EXPECT_EQ(Add("_f", "a.c").index, 0U);
 }
 
 // Would take minutes if a lookup walked the records of its name, or a callee its callers.

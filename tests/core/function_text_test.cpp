@@ -33,7 +33,6 @@ TEST(FunctionText, NamesShowWhereAFunctionComesFrom) {
   } cases[] = {
       {"_f", FN_DEFINED | FN_GLOBAL, "f", "f"},
       {"_f", FN_DEFINED | FN_GLOBAL | FN_RECURSIVE | FN_INDIRECT_CALL, "f", "f*&"},
-      {"_f", FN_DEFINED | FN_GLOBAL | FN_LIBRARY | FN_INDIRECT_CALL, "f", "f&"},
       {"_f", FN_DEFINED | FN_RECURSIVE, "Util.c#f", "Util.c#f*"},
       {"_f", 0, "[f]", "[f]"},
       {"_f", FN_LIBRARY | FN_RECURSIVE, "[f]", "[f]*"},
@@ -48,7 +47,7 @@ TEST(FunctionText, NamesShowWhereAFunctionComesFrom) {
   }
 }
 
-TEST(FunctionText, TotalSizes) {
+TEST(FunctionText, Sizes) {
   StkFunction unknown = Make("_u", 0);
   EXPECT_EQ(TotalSizeText(unknown), "?");
   unknown.totalStackSize = kSizeLimit + 1;
@@ -61,19 +60,9 @@ TEST(FunctionText, TotalSizes) {
   StkFunction library = Make("_l", FN_LIBRARY);
   EXPECT_EQ(TotalSizeText(library), "0");
   StkFunction defined = Make("_d", FN_DEFINED);
-  defined.totalStackSize = kOverSize;
-  EXPECT_EQ(TotalSizeText(defined), "SIZEOVER");
-}
-
-TEST(FunctionText, FrameSizes) {
-  StkFunction function = Make("_f", FN_LIBRARY);
-  EXPECT_EQ(FrameSizeText(function), "?");
-  function.flags = FN_DEFINED;
-  EXPECT_EQ(FrameSizeText(function), "0");
-  function.frameSize = kSizeLimit;
-  EXPECT_EQ(FrameSizeText(function), "65535");
-  function.frameSize = kOverSize;
-  EXPECT_EQ(FrameSizeText(function), "SIZEOVER");
+  EXPECT_EQ(FrameSizeText(defined) + FrameSizeText(library), "0?");
+  defined.totalStackSize = defined.frameSize = kOverSize;
+  EXPECT_EQ(TotalSizeText(defined) + FrameSizeText(defined), "SIZEOVERSIZEOVER");
 }
 
 TEST(FunctionText, AdjustmentInformation) {
@@ -86,7 +75,6 @@ TEST(FunctionText, AdjustmentInformation) {
   } cases[] = {
       {FN_DEFINED, 9, {}, "", ""},
       {FN_LIBRARY, 9, {}, "+9", "9"},
-      {FN_LIBRARY, 0, {}, "+0", "0"},
       {FN_LIBRARY, kSizeLimit + 1, {}, "+SIZEOVER", "SIZEOVER"},
       {FN_DEFINED | FN_FIXED_EXTRA, 6, {}, "+6", "6"},
       {FN_LIBRARY, 9, {{kNoMargin, kNoDepth}}, "", ""},

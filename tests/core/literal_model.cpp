@@ -6,8 +6,6 @@
 
 namespace velkor::testing {
 
-namespace {
-
 IndexList Indices(const StkFunctionList& list) {
   IndexList indices;
   for (const StkFunction* function : list) {
@@ -15,6 +13,8 @@ IndexList Indices(const StkFunctionList& list) {
   }
   return indices;
 }
+
+namespace {
 
 bool Has(const IndexList& list, size_t index) {
   return std::find(list.begin(), list.end(), index) != list.end();

@@ -13,6 +13,8 @@ namespace velkor::testing {
 
 using IndexList = std::vector<size_t>;
 
+IndexList Indices(const StkFunctionList& list);
+
 struct ModelAdjustment {
   uint32_t margin = kNoMargin;
   uint32_t depth = kNoDepth;

@@ -70,29 +70,6 @@ TEST_F(AnalysisJobTest, ReadsEveryModuleThatCanBeRead) {
           "C:\\p\\b.asm Reading completed."}));
 }
 
-TEST_F(AnalysisJobTest, AModulePathMayHave255Characters) {
-  const std::string longName(251, 'x');
-  PutProject({longName, "a"});
-  PutModule("a", {"main 10"});
-  host.files.Put(ModulePath(longName), Module("x.c", {"x 1"}));
-  Load();
-  RunJob();
-  EXPECT_EQ(functions.Count(), 1u);
-  EXPECT_EQ(recorder.log.lines[0],
-            "W9407 Too long file name (" + ModulePath(longName) + ").\nThe limit is 255.");
-}
-
-TEST_F(AnalysisJobTest, WithoutAnyModuleFileNothingIsReadButTheEndIsTold) {
-  PutProject({"a", "b"});
-  Load();
-  RunJob();
-  EXPECT_FALSE(job.Completed());
-  EXPECT_EQ(Notifications(), (Numbers{WM_STK_ANALYSIS_START, WM_STK_ANALYSIS_END}));
-  ASSERT_EQ(recorder.log.lines.size(), 1u);
-  EXPECT_EQ(recorder.log.lines[0].substr(0, 66),
-            "W9430 Cannot find CCTarn generated assembler source module file.\nS");
-}
-
 TEST_F(AnalysisJobTest, AStopInsideAModuleEndsWithin100Lines) {
   PutProject({"a", "b", "c"});
   PutModule("a", {"main 10"});
@@ -116,19 +93,6 @@ TEST_F(AnalysisJobTest, AStopInsideAModuleEndsWithin100Lines) {
   EXPECT_EQ(Notifications(),
             (Numbers{WM_STK_ANALYSIS_START, WM_STK_ANALYSIS_STEP, WM_STK_ANALYSIS_STEP}));
   EXPECT_EQ(recorder.log.lines.back(), "C:\\p\\b.asm Reading aborted.");
-}
-
-TEST_F(AnalysisJobTest, AStopDoesNotWaitForManyShortModules) {
-  PutProject({"a", "b", "c"});
-  for (const char* name : {"a", "b", "c"}) {
-    PutModule(name, {std::string(name) + " 10"});
-  }
-  host.files.OnRead(ModulePath("a"), [this] { job.RequestStop(); });
-  Load();
-  RunJob();
-  EXPECT_TRUE(job.Stopped());
-  EXPECT_EQ(recorder.log.lines.back(), "C:\\p\\a.asm Reading completed.");
-  EXPECT_EQ(Notifications(), (Numbers{WM_STK_ANALYSIS_START, WM_STK_ANALYSIS_STEP}));
 }
 
 // Everything that an analysis of a project shows, read by so many threads: what is logged, told to
@@ -204,6 +168,14 @@ TEST_P(OutOfMemory, EndsTheJobWithEmptyTables) {
   EXPECT_EQ(functions.Count(), 0u);
   EXPECT_EQ(Notifications().back(), WM_STK_ANALYSIS_END);
   EXPECT_EQ(recorder.log.lines.back(), "C:\\p\\b.asm Reading aborted.");
+}
+
+TEST_F(AnalysisJobTest, AFullQueueEndsTheJobAndNotTheProgram) {
+  PutChain();
+  Load();
+  window.full = true;
+  RunJob();
+  EXPECT_TRUE(job.Failed());
 }
 
 }  // namespace

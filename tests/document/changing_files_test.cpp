@@ -22,25 +22,6 @@ class ChangingFilesTest : public DocumentHost {
   }
 };
 
-TEST_F(ChangingFilesTest, AModuleThatIsShortenedIsNotTakenForAWholeOne) {
-  PutChain();
-  const std::string text = Module("a.c", {"main 10 f", "f 20"}) + Lines(50000);
-  host.files.Put(ModulePath("a"), text);
-  ChangeWhileRead(ModulePath("a"), "gone");
-  OpenAndFinish();
-  EXPECT_TRUE(Logged(NotReadable(ModulePath("a"))));
-  EXPECT_TRUE(Logged(ModulePath("a") + " Reading aborted."));
-  EXPECT_FALSE(Logged(ModulePath("a") + " Reading completed."));
-  EXPECT_TRUE(Logged(ModulePath("b") + " Reading completed."));
-  host.files.OnRead(ModulePath("a"), nullptr);
-  host.files.Put(ModulePath("a"), text);
-  recorder.log.lines.clear();
-  document.Recalculate();
-  Finish();
-  EXPECT_EQ(Total("main"), 30u);
-  EXPECT_FALSE(Logged("W9401"));
-}
-
 TEST_F(ChangingFilesTest, AFigureThatWasCutIsNotTakenForAnother) {
   PutProject({"a", "b"});
   PutModule("b", {"g 30"});
@@ -51,6 +32,13 @@ TEST_F(ChangingFilesTest, AFigureThatWasCutIsNotTakenForAnother) {
   OpenAndFinish();
   EXPECT_EQ(Find("f"), nullptr);
   EXPECT_TRUE(Logged(NotReadable(ModulePath("a"))));
+  EXPECT_TRUE(Logged(ModulePath("a") + " Reading aborted."));
+  EXPECT_TRUE(Logged(ModulePath("b") + " Reading completed."));
+  host.files.OnRead(ModulePath("a"), nullptr);
+  host.files.Put(ModulePath("a"), text);
+  document.Recalculate();
+  Finish();
+  EXPECT_EQ(Total("f"), 1000u);
 }
 
 TEST_F(ChangingFilesTest, AModuleThatGrowsIsReadToItsNewEnd) {
@@ -62,42 +50,6 @@ TEST_F(ChangingFilesTest, AModuleThatGrowsIsReadToItsNewEnd) {
   OpenAndFinish();
   EXPECT_EQ(Total("f"), 7u);
   EXPECT_FALSE(Logged("W9401"));
-}
-
-TEST_F(ChangingFilesTest, AStkSystemFileThatIsShortenedIsIgnoredAndKept) {
-  PutChain();
-  const std::string rest(20000, '\n');
-  host.files.Put(kSystemFile, "f, ADD=5\nmain, ADD=100\n" + rest);
-  ChangeWhileRead(kSystemFile, "f, ADD=5\nmain, ADD=1");
-  OpenAndFinish();
-  EXPECT_TRUE(Logged("W9429 Broken stk system file (C:\\p\\app.psg)."));
-  EXPECT_EQ(Total("main"), 60u);
-  EXPECT_EQ(document.FunctionTable()->AdjustedCount(), 0u);
-  ASSERT_TRUE(document.CancelAllAdjustments());
-  Finish();
-  EXPECT_EQ(host.files.Get(kSystemFile), "");
-  EXPECT_EQ(host.files.Get(std::string(kSystemFile) + ".bak"), "f, ADD=5\nmain, ADD=1");
-}
-
-TEST_F(ChangingFilesTest, AUsersFileThatIsShortenedAppliesNothing) {
-  PutChain();
-  OpenAndFinish();
-  host.files.Put("C:\\u.txt", "f, ADD=5\n" + std::string(20000, '\n'));
-  ChangeWhileRead("C:\\u.txt", "f, ADD=5\n");
-  ASSERT_TRUE(document.LoadSpecFile("C:\\u.txt"));
-  Finish();
-  EXPECT_TRUE(Logged(NotReadable("C:\\u.txt")));
-  EXPECT_TRUE(Logged("C:\\u.txt Reading aborted."));
-  EXPECT_EQ(Total("main"), 60u);
-}
-
-TEST_F(ChangingFilesTest, AProjectThatIsShortenedIsNotOpened) {
-  PutChain();
-  host.files.Put(kProject, *host.files.Get(kProject) + std::string(100000, '\n'));
-  ChangeWhileRead(kProject, "[ProjectManager]\nPath=C:\\p\n[SrcFile]\nSource1=a.c\n");
-  EXPECT_FALSE(document.OnOpenDocument(kProject));
-  EXPECT_TRUE(Logged(NotReadable(kProject)));
-  EXPECT_EQ(document.Project(), nullptr);
 }
 
 // Between the moment in which a save looks at the old file and that in which it replaces it.

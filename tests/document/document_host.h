@@ -2,7 +2,9 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <gtest/gtest.h>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,6 +12,8 @@
 #include "document/document.h"
 #include "document/job_monitor.h"
 #include "document/notifications.h"
+#include "platform/event.h"
+#include "support/module_text.h"
 #include "support/recorder.h"
 #include "support/test_host.h"
 
@@ -22,6 +26,9 @@ class QueuedMainWindow : public MessageTarget {
   explicit QueuedMainWindow(MessageQueue& queue) : queue_(queue) {}
 
   void Post(uint32_t message, uint64_t parameter) override {
+    if (full) {
+      throw std::bad_alloc();
+    }
     lastPosted = message;
     queue_.Post([this, message, parameter] {
       handled.emplace_back(message, parameter);
@@ -31,6 +38,7 @@ class QueuedMainWindow : public MessageTarget {
     });
   }
 
+  bool full = false;
   StkJobMonitor* monitor = nullptr;
   std::vector<std::pair<uint32_t, uint64_t>> handled;
   std::atomic<uint32_t> lastPosted{0};  // it may not have been handled yet
@@ -69,9 +77,9 @@ class DocumentHost : public ::testing::Test {
     document.AddView(view);
   }
 
-  // functions: "main 10 f g" lines: C name, frame size, callees; "static" before the name makes
-  // it one, and "indirect" before it gives it an indirect call.
-  static std::string Module(const std::string& file, const std::vector<std::string>& functions);
+  static std::string Module(const std::string& file, const std::vector<std::string>& functions) {
+    return ModuleText(file, functions);
+  }
   static std::string Lines(size_t count);
   static std::string ModulePath(const std::string& name) { return "C:\\p\\" + name + ".asm"; }
   void PutModule(const std::string& name, const std::vector<std::string>& functions) {
@@ -99,10 +107,16 @@ class DocumentHost : public ::testing::Test {
     return function == nullptr ? 0 : function->totalStackSize;
   }
   bool Logged(const std::string& part) const;
+  // A job that reads the path waits there until go.
+  void HoldAt(const std::string& path);
+  // Calls stop while a job is held, and lets the job go on a little later.
+  void StopHeld(const std::function<void()>& stop);
 
   static constexpr const char* kProject = "C:\\p\\app.prj";
   static constexpr const char* kSystemFile = "C:\\p\\app.psg";
 
+  Event reached{Event::Reset::kAutomatic};
+  Event go{Event::Reset::kManual};
   TestHost host;
   Recorder recorder{host.codePage};
   QueuedMainWindow window{recorder.queue};

@@ -65,22 +65,6 @@ TEST_F(DocumentTest, APathMayHave255Characters) {
   EXPECT_EQ(document.Project(), nullptr);
 }
 
-TEST_F(DocumentTest, RecalculateReadsEverythingAgain) {
-  PutChain();
-  recorder.reporter.SetOpenedFromCommandLine(true);
-  OpenAndFinish();
-  document.SetCurrentSelection(Find("f"));
-  view.Take();
-  PutModule("b", {"g 40"});
-  document.Recalculate();
-  EXPECT_FALSE(recorder.reporter.OpenedFromCommandLine());
-  EXPECT_EQ(document.CurrentSelection(), nullptr);
-  EXPECT_EQ(view.Take(), Hints{HINT_CLEAR});
-  Finish();
-  EXPECT_EQ(view.Take(), Hints{HINT_RESULTS});
-  EXPECT_EQ(Total("main"), 70u);
-}
-
 TEST_F(DocumentTest, ARecalculationThatFailsCanBeTriedAgain) {
   PutChain();
   OpenAndFinish();
@@ -90,9 +74,12 @@ TEST_F(DocumentTest, ARecalculationThatFailsCanBeTriedAgain) {
   EXPECT_EQ(document.Project(), nullptr);
   EXPECT_EQ(document.PathName(), kProject);
   PutChain();
+  PutModule("b", {"g 40"});
+  recorder.reporter.SetOpenedFromCommandLine(true);
   document.Recalculate();
+  EXPECT_FALSE(recorder.reporter.OpenedFromCommandLine());
   Finish();
-  EXPECT_EQ(Total("main"), 60u);
+  EXPECT_EQ(Total("main"), 70u);
 }
 
 TEST_F(DocumentTest, AdjustmentsTellWhetherACalleeListChanged) {
@@ -121,22 +108,6 @@ TEST_F(DocumentTest, AdjustmentsTellWhetherACalleeListChanged) {
   EXPECT_EQ(main.totalStackSize, 10u);
 }
 
-TEST_F(DocumentTest, LoadingAUsersFileReturnsToReading) {
-  PutChain();
-  OpenAndFinish();
-  view.Take();
-  host.files.Put("C:\\u.txt", "g, ADD=7\n");
-  EXPECT_TRUE(document.LoadSpecFile("C:\\u.txt", false));
-  EXPECT_TRUE(document.IsReadingSpecifications());
-  EXPECT_FALSE(document.LoadSpecFile("C:\\u.txt", false));
-  EXPECT_FALSE(document.CancelAllAdjustments());
-  Finish();
-  EXPECT_EQ(view.Take(), Hints{HINT_RESULTS});
-  EXPECT_EQ(Total("main"), 67u);
-  EXPECT_TRUE(Logged("C:\\u.txt Reading completed."));
-  EXPECT_FALSE(host.files.Get(kSystemFile).has_value());
-}
-
 TEST_F(DocumentTest, WhatChangesAnAnalysisNeedsOne) {
   EXPECT_FALSE(document.LoadSpecFile("C:\\u.txt"));
   EXPECT_FALSE(document.CancelAllAdjustments());
@@ -146,17 +117,6 @@ TEST_F(DocumentTest, WhatChangesAnAnalysisNeedsOne) {
   EXPECT_FALSE(document.LoadSpecFile("C:\\u.txt"));
   EXPECT_FALSE(document.CancelAllAdjustments());
   EXPECT_FALSE(host.files.Get(kSystemFile).has_value());
-}
-
-TEST_F(DocumentTest, OnlyOtherViewsHearOfAView) {
-  testing::RecordingView other;
-  document.AddView(other);
-  document.UpdateAllViews(&view, HINT_SELECTION);
-  EXPECT_TRUE(view.Take().empty());
-  EXPECT_EQ(other.Take(), Hints{HINT_SELECTION});
-  document.RemoveView(other);
-  document.UpdateAllViews(nullptr, HINT_SIZES);
-  EXPECT_TRUE(other.Take().empty());
 }
 
 }  // namespace

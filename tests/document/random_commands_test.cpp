@@ -4,7 +4,7 @@
 #include <random>
 #include <thread>
 
-#include "core/recompute.h"
+#include "core/function_text.h"
 #include "document_host.h"
 #include "fuzz/invariants.h"
 
@@ -19,17 +19,37 @@ constexpr int kSteps = 1000;
 // What the user has stated of one function.
 struct Statement {
   uint32_t margin = 0;
+  uint32_t depth = kNoDepth;
   std::vector<std::string> callees;
   bool operator==(const Statement&) const = default;
 };
-using Statements = std::map<std::string, Statement>;  // by C name
+using Statements = std::map<std::string, Statement>;  // by the names of specification files
+
+bool IsStatic(uint32_t number) {
+  return number % 6 == 4;
+}
+
+bool IsRecursive(uint32_t number) {
+  return number % 8 == 3;
+}
+
+// The next function of the same module, or that of another one which it can see.
+uint32_t CalleeOf(uint32_t number) {
+  return number + (number % 2 == 0 || IsStatic(number + 5) ? 6 : 5);
+}
+
+std::string CNameOf(uint32_t number) {
+  return (number < 10 ? "f0" : "f") + std::to_string(number);
+}
 
 std::string NameOf(uint32_t number) {
-  return (number < 10 ? "f0" : "f") + std::to_string(number);
+  const std::string file = "m" + std::to_string(number % 3) + ".c#";
+  return number == kFunctions ? "[outside]" : (IsStatic(number) ? file : "") + CNameOf(number);
 }
 
 std::string LineOf(const std::string& name, const Statement& statement) {
   std::string line = name + ", ADD=" + std::to_string(statement.margin);
+  line += statement.depth == kNoDepth ? "" : ", RECTIME=" + std::to_string(statement.depth);
   for (const std::string& callee : statement.callees) {
     line += ", CALL=" + callee;
   }
@@ -68,15 +88,17 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     };
   }
 
-  // Calls lead to higher numbers only, so that what the user adds never makes a recursion.
+  // Calls lead to higher numbers or to the function itself, so that what the user adds never makes
+  // a recursion.
   void PutFiles(const std::string& folder) {
     host.files.AddDirectory(folder);
     std::string project = "[ProjectManager]\nPath=" + folder + "\n[SrcFile]\n";
     for (uint32_t module = 0; module < 3; ++module) {
       std::vector<std::string> functions;
       for (uint32_t i = module; i < kFunctions; i += 3) {
-        functions.push_back(NameOf(i) + " " + std::to_string(10 + i) +
-                            (i + 5 < kFunctions ? " " + NameOf(i + 5) : " outside"));
+        functions.push_back((IsStatic(i) ? "static " : "") + CNameOf(i) + " " +
+                            std::to_string(10 + i) + (IsRecursive(i) ? " " + CNameOf(i) : "") +
+                            (CalleeOf(i) < kFunctions ? " " + CNameOf(CalleeOf(i)) : " outside"));
       }
       const std::string name = std::to_string(module);
       project += "Source" + std::to_string(module + 1) + "=m" + name + ".c\n";
@@ -115,11 +137,19 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     monitor.Stop();
   }
 
+  StkFunction& Function(const std::string& name) {
+    const auto& functions = document.FunctionTable()->Functions();
+    return **std::find_if(functions.begin(), functions.end(), [&](const StkFunction* function) {
+      return FunctionSpecName(*function, host.codePage) == name;
+    });
+  }
+
   Statement AnyStatement(uint32_t number) {
     Statement statement;
     statement.margin = 1 + Below(40);
+    statement.depth = number < kFunctions && IsRecursive(number) ? Below(4) : kNoDepth;
     for (uint32_t callee = number + 1; callee < kFunctions && Below(3) == 0; ++callee) {
-      if (callee != number + 5) {
+      if (callee != CalleeOf(number)) {
         statement.callees.push_back(NameOf(callee));
       }
     }
@@ -150,16 +180,17 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
       return;
     }
     SettleForSave();
-    const uint32_t number = Below(kFunctions);
+    const uint32_t number = Below(kFunctions + 1);
     const Statement statement = AnyStatement(number);
     StkAdjustment adjustment;
     adjustment.margin = statement.margin;
+    adjustment.depth = statement.depth;
     StkFunctionList callees;
     for (const std::string& callee : statement.callees) {
-      callees.push_back(Find(callee));
+      callees.push_back(&Function(callee));
     }
     adjustment.SetCallees(callees, host.codePage);
-    ASSERT_TRUE(document.AdjustFunction(*Find(NameOf(number)), adjustment));
+    ASSERT_TRUE(document.AdjustFunction(Function(NameOf(number)), adjustment));
     inForce_.front()[NameOf(number)] = statement;
     Project().possible = inForce_;
     saveExpected_ = true;
@@ -174,8 +205,8 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
       ASSERT_TRUE(document.CancelAllAdjustments());
       inForce_.front().clear();
     } else {
-      const std::string name = NameOf(Below(kFunctions));
-      ASSERT_TRUE(document.CancelAdjustment(*Find(name)));
+      const std::string name = NameOf(Below(kFunctions + 1));
+      ASSERT_TRUE(document.CancelAdjustment(Function(name)));
       inForce_.front().erase(name);
     }
     Project().possible = inForce_;
@@ -193,7 +224,7 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     bool anyCallee = false;
     Statements stated;
     for (uint32_t count = 1 + Below(6); count > 0; --count) {
-      const uint32_t number = Below(kFunctions);
+      const uint32_t number = Below(kFunctions + 1);
       if (stated.contains(NameOf(number))) {
         continue;
       }
@@ -209,6 +240,7 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     for (const auto& [name, statement] : stated) {
       Statement& now = loaded[name];
       now.margin = statement.margin;
+      now.depth = statement.depth;
       if (anyCallee) {  // a file without any leaves those that there are
         now.callees = statement.callees;
       }
@@ -237,8 +269,8 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
         document.SaveSpecFile("C:\\mine.txt");
         break;
       default:
-        document.SaveCallChains("C:\\report.txt", *Find(NameOf(Below(kFunctions))), Below(2) == 0,
-                                Below(2) == 0 ? Format::kText : Format::kCsv);
+        document.SaveCallChains("C:\\report.txt", Function(NameOf(Below(kFunctions))),
+                                Below(2) == 0, Below(2) == 0 ? Format::kText : Format::kCsv);
         break;
     }
   }
@@ -283,10 +315,11 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
       if (function->adjustment == nullptr) {
         continue;
       }
-      Statement& statement = statements[std::string(function->name.substr(1))];
+      Statement& statement = statements[FunctionSpecName(*function, host.codePage)];
       statement.margin = function->adjustment->margin;
+      statement.depth = function->adjustment->depth;
       for (const StkFunction* callee : function->extraCallees) {
-        statement.callees.emplace_back(callee->name.substr(1));
+        statement.callees.push_back(FunctionSpecName(*callee, host.codePage));
       }
     }
     return statements;

@@ -1,6 +1,4 @@
 #include <algorithm>
-#include <chrono>
-#include <thread>
 
 #include "document_host.h"
 
@@ -31,33 +29,8 @@ class SavingTest : public DocumentHost {
   }
 };
 
-TEST_F(SavingTest, EveryChangeIsSavedAndComesBack) {
+TEST_F(SavingTest, AnAdjustmentSurvivesTheEndRightAfterIt) {
   PutAdjustable();
-  OpenAndFinish();
-  Adjust("f", 5);
-  Finish();
-  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n");
-  document.Recalculate();
-  Finish();
-  EXPECT_EQ(Total("main"), 35u);
-  EXPECT_TRUE(document.CancelAdjustment(*Find("f")));
-  Finish();
-  EXPECT_EQ(SystemFile(), "");
-  window.handled.clear();
-  EXPECT_TRUE(document.CancelAllAdjustments());  // nothing changes, and is saved all the same
-  Finish();
-  EXPECT_EQ(Count(WM_STK_SPECWRITE_END), 1u);
-  EXPECT_EQ(Backup(".bak"), "none");
-  EXPECT_EQ(host.files.Paths().size(), 3u);
-}
-
-TEST_F(SavingTest, AnAdjustmentSurvivesARecalculationAndTheEndRightAfterIt) {
-  PutAdjustable();
-  OpenAndFinish();
-  Adjust("f", 5);
-  document.Recalculate();
-  Finish();
-  EXPECT_EQ(Total("main"), 35u);
   {
     CStkDoc second(host.host, recorder.reporter, window);
     ASSERT_TRUE(second.OnOpenDocument(kProject));
@@ -80,12 +53,7 @@ TEST_F(SavingTest, RequestsDuringASaveBecomeOne) {
   OpenAndFinish();
   Adjust("f", 5);
   Finish();
-  Event reached(Event::Reset::kAutomatic);
-  Event go(Event::Reset::kManual);
-  host.files.OnRead(kSystemFile, [&] {  // the save looks at the old file first
-    reached.Set();
-    go.Wait();
-  });
+  HoldAt(kSystemFile);  // the save looks at the old file first
   window.handled.clear();
   document.SaveSystemFile();
   reached.Wait();
@@ -101,23 +69,13 @@ TEST_F(SavingTest, AStoppedAutomaticSaveIsMadeUpFor) {
   PutAdjustable();
   host.files.Put(kSystemFile, "main, ADD=1\r\n");
   OpenAndFinish();
-  Event reached(Event::Reset::kAutomatic);
-  Event go(Event::Reset::kManual);
-  std::vector<std::string> written;
-  host.files.OnRead(kSystemFile, [&] {
-    reached.Set();
-    go.Wait();
-  });
+  HoldAt(kSystemFile);
   Adjust("f", 5);
-  reached.Wait();
-  recorder.queue.Drain();
-  EXPECT_TRUE(monitor.CanStop());
-  std::thread release([&go] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    go.Set();
+  StopHeld([this] {
+    recorder.queue.Drain();
+    EXPECT_TRUE(monitor.CanStop());
+    monitor.Stop();
   });
-  monitor.Stop();
-  release.join();
   EXPECT_FALSE(document.IsWritingSpecifications());
   EXPECT_EQ(SystemFile(), "main, ADD=1\r\n");
   recorder.queue.Drain();
@@ -125,27 +83,6 @@ TEST_F(SavingTest, AStoppedAutomaticSaveIsMadeUpFor) {
   EXPECT_EQ(SystemFile(), "main, ADD=1\r\nf, ADD=5\r\n");
   Finish();
   EXPECT_EQ(Total("main"), 36u);
-}
-
-TEST_F(SavingTest, LoadingAUsersFileRewritesTheSystemFile) {
-  PutAdjustable();
-  OpenAndFinish();
-  host.files.Put("C:\\u.txt", "f, ADD=7\n");
-  ASSERT_TRUE(document.LoadSpecFile("C:\\u.txt"));
-  Finish();
-  EXPECT_EQ(SystemFile(), "f, ADD=7\r\n");
-}
-
-TEST_F(SavingTest, AUsersFileListsUnknownFunctionsToo) {
-  PutAdjustable();
-  OpenAndFinish();
-  Adjust("f", 5);
-  ASSERT_TRUE(document.SaveSpecFile("C:\\mine.txt"));
-  Finish();
-  EXPECT_EQ(host.files.Get("C:\\mine.txt"), "f, ADD=5\r\n[outside]\r\n");
-  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n");
-  EXPECT_TRUE(Logged("C:\\mine.txt Writing..."));
-  EXPECT_TRUE(Logged("C:\\mine.txt Writing completed."));
 }
 
 TEST_F(SavingTest, NothingThatTheAnalysisIsMadeFromIsOverwritten) {
@@ -225,18 +162,6 @@ TEST_F(SavingTest, ASystemFileThatCannotBeKeptIsNotReplaced) {
   Adjust("f", 5);
   Finish();
   EXPECT_EQ(SystemFile(), old);
-}
-
-TEST_F(SavingTest, AFullDiskKeepsTheOldFileAndSaysSo) {
-  PutAdjustable();
-  host.files.Put(kSystemFile, "f, ADD=1\r\n");
-  OpenAndFinish();
-  host.files.SetCapacity(3);
-  Adjust("main", 5);
-  Finish();
-  EXPECT_EQ(SystemFile(), "f, ADD=1\r\n");
-  EXPECT_TRUE(Logged("W9404 File write error (C:\\p\\app.psg)."));
-  EXPECT_EQ(host.files.Paths().size(), 3u);
 }
 
 }  // namespace

@@ -1,8 +1,6 @@
 #include "document/spec_read_job.h"
 
 #include <algorithm>
-#include <chrono>
-#include <thread>
 
 #include "core/recompute.h"
 #include "document/fingerprint.h"
@@ -129,33 +127,6 @@ TEST_F(SpecReadJobTest, AStopDiscardsTheInterruptedSourceAndStillComputes) {
     EXPECT_EQ(window.handled.back().first, WM_STK_SPECREAD_PROGRESS);
     EXPECT_EQ(recorder.log.lines.back(), "C:\\user.txt Reading aborted.");
   }
-}
-
-TEST_F(SpecReadJobTest, AStopEndsAQuestionThatNobodyAnswers) {
-  host.files.Put(kUser, "f, ADD=5\nf, ADD=6\nf, ADD=7\n");
-  Compute();
-  Add(SpecificationKind::kUserFile, kUser);
-  Make().Start();
-  while (window.lastPosted != WM_STK_SPECREAD_FILE) {
-    std::this_thread::yield();
-  }
-  std::this_thread::sleep_for(std::chrono::milliseconds(10));
-  job->Stop();
-  recorder.queue.Drain();
-  EXPECT_EQ(graph["f"].totalStackSize, 20u);
-  EXPECT_EQ(PendingCount(), 0u);
-}
-
-TEST_F(SpecReadJobTest, AbortIgnoresTheWholeFile) {
-  host.files.Put(kUser, "f, ADD=5\nbroken line\nh, ADD=7\n");
-  recorder.boxes.answerWith = [](const testing::RecordingBoxes::Box&) { return BoxAnswer::kAbort; };
-  Compute();
-  Add(SpecificationKind::kUserFile, kUser);
-  Run();
-  EXPECT_EQ(graph["f"].totalStackSize, 20u);
-  EXPECT_EQ(graph["h"].totalStackSize, 5u);
-  EXPECT_EQ(PendingCount(), 0u);
-  EXPECT_EQ(recorder.log.lines.back(), "C:\\user.txt Reading aborted.");
 }
 
 TEST_F(SpecReadJobTest, TotalsContainWhatABrokenTableSetBefore) {

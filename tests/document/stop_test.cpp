@@ -11,29 +11,6 @@ using testing::DocumentHost;
 
 class StopTest : public DocumentHost {
  protected:
-  // A job that reads the path is stopped while it is there.
-  void HoldAt(const std::string& path) {
-    host.files.OnRead(path, [this] {
-      reached.Set();
-      go.Wait();
-    });
-  }
-  // Calls stop while the job is held, and lets the job go on a little later.
-  template <typename Stop>
-  void StopHeld(Stop stop) {
-    recorder.queue.RunUntil([this] { return reached.Test() || Poll(); });
-    std::thread release([this] {
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-      go.Set();
-    });
-    stop();
-    release.join();
-  }
-  // RunUntil waits for posted work: keep some coming.
-  bool Poll() {
-    recorder.queue.Post([] { std::this_thread::yield(); });
-    return false;
-  }
   void ExpectConsistent() {
     StkFunctionTable* table = document.FunctionTable();
     if (table == nullptr || table->Count() == 0) {
@@ -49,9 +26,6 @@ class StopTest : public DocumentHost {
     }
     EXPECT_EQ(table->AdjustedCount(), adjusted);
   }
-
-  Event reached{Event::Reset::kAutomatic};
-  Event go{Event::Reset::kManual};
 };
 
 TEST_F(StopTest, InEveryModuleLeavesAProjectWithEmptyTables) {
@@ -120,65 +94,6 @@ TEST_F(StopTest, ANewerJobIsNotFinishedByTheEndOfAnOlderOne) {
   go.Set();
   Finish();
   EXPECT_EQ(Total("main"), 60u);
-}
-
-TEST_F(StopTest, OpeningAnotherProjectStopsWhatRuns) {
-  PutChain();
-  host.files.Put(kSystemFile, "f, ADD=5\n");
-  HoldAt(kSystemFile);
-  Open();
-  StopHeld([this] {
-    host.files.AddDirectory("C:\\q");
-    host.files.Put("C:\\q.prj", "[ProjectManager]\nPath=C:\\q\n[SrcFile]\nSource1=a.c\n");
-    host.files.Put("C:\\q\\a.asm", Module("a.c", {"other 8"}));
-    EXPECT_TRUE(document.OnOpenDocument("C:\\q.prj"));
-    document.StartAnalysis();
-  });
-  Finish();
-  EXPECT_EQ(document.PathName(), "C:\\q.prj");
-  EXPECT_EQ(Total("other"), 8u);
-}
-
-TEST_F(StopTest, AtRandomMomentsLeavesAConsistentDocument) {
-  PutChain();
-  host.files.Put(kSystemFile, "f, ADD=5\ng, ADD=6\n" + std::string(200, '\n'));
-  host.files.Put("C:\\u.txt", "main, ADD=1\nwhat, ADD=1\nbroken line\n" + std::string(200, '\n'));
-  std::mt19937 random(20240611);
-  document.OnOpenDocument(kProject);
-  for (int i = 0; i < 1000; ++i) {
-    if (document.CanChangeAnalysis() && document.FunctionTable() != nullptr &&
-        document.FunctionTable()->Count() != 0 && random() % 2 == 0) {
-      document.LoadSpecFile("C:\\u.txt", false);
-    } else {
-      document.Recalculate();
-    }
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % 400));
-    for (unsigned turn = random() % 4; turn > 0; --turn) {
-      recorder.queue.Drain();
-      std::this_thread::sleep_for(std::chrono::microseconds(random() % 200));
-    }
-    switch (random() % 4) {
-      case 0:
-        document.StopAnalysis();
-        document.StopSpecRead();
-        break;
-      case 1:
-        monitor.Stop();
-        break;
-      case 2:
-        document.OnOpenDocument(kProject);
-        break;
-      default:
-        Finish();
-        break;
-    }
-    if (document.CanChangeAnalysis()) {
-      ExpectConsistent();
-    }
-  }
-  document.Recalculate();
-  Finish();
-  EXPECT_EQ(Total("main"), 71u);
 }
 
 TEST_F(StopTest, AdjustmentsSurviveWhateverComesRightAfterThem) {

@@ -26,14 +26,6 @@ constexpr uint32_t kSizes[] = {0, 1, 10, 21845, 32768, 65535, kOverSize};
 constexpr uint32_t kMargins[] = {kNoMargin, 0, 1, 65535};
 constexpr uint32_t kDepths[] = {kNoDepth, 1, 2, 3, 65536, 0xFFFFFFFF};
 
-IndexList Indices(const StkFunctionList& list) {
-  IndexList indices;
-  for (const StkFunction* function : list) {
-    indices.push_back(function->index);
-  }
-  return indices;
-}
-
 // A report of the chains, drawn by a walk that recurses.
 struct LiteralReport {
   void Walk(const StkFunction& function) {

@@ -43,27 +43,6 @@ class BoxesOfTheWindow : public MainWindow {
   std::function<void()> whileOpen = [] {};
 };
 
-TEST_F(BoxesOfTheWindow, AStopQuestionStopsTheReading) {
-  StartAndFinish();
-  for (const auto& [answer, count] :
-       {std::pair(BoxAnswer::kAbort, 1U), std::pair(BoxAnswer::kRetry, 2U),
-        std::pair(BoxAnswer::kIgnore, 1U)}) {
-    boxes.boxes.clear();
-    app->Frame().GetLogView().Execute(Command::kClearLog);
-    whileOpen = [this, chosen = answer] {
-      EXPECT_TRUE(IsEnabled(Command::kStop));
-      open->answer = chosen;
-    };
-    LoadErrors();
-    Finish();
-    ASSERT_EQ(boxes.boxes.size(), count);
-    EXPECT_TRUE(boxes.boxes[0].text.ends_with("allowed.\nDo you want to stop reading?"));
-    const std::string log = Log();
-    EXPECT_NE(log.find("(none)"), std::string::npos);
-    EXPECT_EQ(log.find("(none2)") != std::string::npos, answer != BoxAnswer::kAbort);
-  }
-}
-
 TEST_F(BoxesOfTheWindow, StopWhileTheQuestionIsOpenEndsTheJobAtOnce) {
   StartAndFinish();
   whileOpen = [this] {
@@ -77,10 +56,6 @@ TEST_F(BoxesOfTheWindow, StopWhileTheQuestionIsOpenEndsTheJobAtOnce) {
   Finish();
   EXPECT_EQ(boxes.boxes.size(), 1U) << "answering afterwards changes nothing";
   EXPECT_TRUE(IsEnabled(Command::kLoadSpecFile));
-  whileOpen = [] {};
-  LoadErrors();
-  Finish();
-  EXPECT_EQ(boxes.boxes.size(), 3U);
 }
 
 TEST_F(BoxesOfTheWindow, ClosingWhileTheQuestionIsOpen) {
@@ -143,7 +118,6 @@ class RealBoxes : public ::testing::Test {
     return boxes.Show("text <b>plain</b>", icon, buttons);
   }
 
-  QApplication& application = testing::TestApplication();
   CodePage codePage = CodePage::Utf8();
   StkMessages messages = WindowMessages(codePage, Language::kEnglish);
   WindowBoxes boxes{messages, "velkor"};

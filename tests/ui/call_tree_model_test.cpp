@@ -5,8 +5,7 @@
 #include <gtest/gtest.h>
 #include <set>
 
-#include "computed_graph.h"
-#include "qt_environment.h"
+#include "support/computed_graph.h"
 #include "ui/function_icons.h"
 
 namespace velkor {
@@ -16,13 +15,10 @@ using testing::ComputedGraph;
 
 class CallTree : public ::testing::Test {
  protected:
-  CallTree() { testing::TestApplication(); }
-
-  CallTreeModel& Show(ComputedGraph& graph) {
+  void Show(ComputedGraph& graph) {
     model = std::make_unique<CallTreeModel>(graph.codePage, KindDescriptions(),
                                             [this] { return busy; });
     model->Fill(graph.roots.Functions());
-    return *model;
   }
 
   // The children of the node with this path of rows, which are made.
@@ -35,15 +31,6 @@ class CallTree : public ::testing::Test {
       model->fetchMore(index);
     }
     return index;
-  }
-
-  void OpenAll(const QModelIndex& parent = {}) {
-    if (model->canFetchMore(parent)) {
-      model->fetchMore(parent);
-    }
-    for (int row = 0; row < model->rowCount(parent); ++row) {
-      OpenAll(model->index(row, 0, parent));
-    }
   }
 
   // A line for each node that exists: indentation, text, icon index, "+" when it has children.
@@ -61,14 +48,11 @@ class CallTree : public ::testing::Test {
   int Icon(const QModelIndex& index) {
     const QImage image = index.data(Qt::DecorationRole).value<QIcon>().pixmap(16, 16).toImage();
     const QRgb center = image.pixel(8, 8);
-    int found = -1;
-    for (int kind = 0; kind < 5; ++kind) {
-      if (TreeIcon(kind).pixmap(16, 16).toImage().pixel(8, 8) == center) {
-        EXPECT_EQ(found, -1) << "two kinds look the same";
-        found = kind;
-      }
+    int kind = 0;
+    while (kind < 5 && TreeIcon(kind).pixmap(16, 16).toImage().pixel(8, 8) != center) {
+      ++kind;
     }
-    return found;
+    return kind;
   }
 
   std::string Rebuilt(ComputedGraph& graph, const std::set<std::string>& expandedNames,
@@ -89,26 +73,19 @@ class CallTree : public ::testing::Test {
 };
 
 TEST_F(CallTree, ClosesEveryCycleWhereAFunctionComesAgain) {
-  ComputedGraph self("f 10 -> f");
-  Show(self);
+  ComputedGraph graph("f 10 -> g h\ng 20 -> f g\nh 30");
+  Show(graph);
   // Checks the model's promises while it fetches all there is.
   const QAbstractItemModelTester tester(model.get(),
                                         QAbstractItemModelTester::FailureReportingMode::Fatal);
   EXPECT_EQ(Text(),
             "f* 0+\n"
-            "  f* 0\n");
-  EXPECT_FALSE(model->RecordOf(Open({0})).repeated);
-  EXPECT_TRUE(model->RecordOf(Open({0, 0})).repeated);
-
-  ComputedGraph two("f 10 -> g h\ng 20 -> f\nh 30");
-  Show(two);
-  const QAbstractItemModelTester testerOfTwo(model.get(),
-                                             QAbstractItemModelTester::FailureReportingMode::Fatal);
-  EXPECT_EQ(Text(),
-            "f* 0+\n"
             "  g* 2+\n"
             "    f* 0\n"
+            "    g* 2\n"
             "  h 0\n");
+  EXPECT_FALSE(model->RecordOf(Open({0, 0})).repeated);
+  EXPECT_TRUE(model->RecordOf(Open({0, 0, 1})).repeated);
 }
 
 TEST_F(CallTree, ShowsCalleesThenExtraCalleesWithKindsAndMaximumMarks) {
@@ -155,13 +132,7 @@ TEST_F(CallTree, ShowsCalleesThenExtraCalleesWithKindsAndMaximumMarks) {
 TEST_F(CallTree, CutsLongNamesButNoCharacter) {
   const std::string fits(259, 'a');
   const std::string tooLong(260, 'b');
-  const std::string wide = "c" + [] {
-    std::string text;
-    for (int i = 0; i < 100; ++i) {
-      text += "\u65E5";
-    }
-    return text;
-  }();
+  const std::string wide = QString("c" + QString(100, QChar(0x65E5))).toStdString();
   ComputedGraph graph(fits + " 1\n" + tooLong + " 1\n" + wide + " 1\n");
   Show(graph);
   EXPECT_EQ(model->index(0, 0).data().toString().size(), 259);
@@ -177,7 +148,8 @@ TEST_F(CallTree, RebuildReopensThePathsThatStillExist) {
       "c 30 -> d\n"
       "d 1");
   Show(graph);
-  OpenAll();
+  Open({0});
+  Open({0, 0});
   const QModelIndex selected = Open({0, 0, 0});
   graph["c"].extraCallees = {&graph["main"]};
   EXPECT_EQ(Rebuilt(graph, {"main", "a", "c"}, selected),
@@ -196,26 +168,6 @@ TEST_F(CallTree, RebuildReopensThePathsThatStillExist) {
             "  a 0\n"
             "  b 4+\n");
   EXPECT_EQ(restoredSelection, "");
-
-  // What lies below a collapsed node is not kept.
-  Open({0, 1});
-  Open({0, 1, 0});
-  EXPECT_EQ(Rebuilt(graph, {"main", "c"}, Open({0})),
-            "main 0+\n"
-            "  a 0\n"
-            "  b 4+\n");
-  EXPECT_EQ(restoredSelection, "main");
-}
-
-TEST_F(CallTree, PathsAreEqualExactlyWhenTheirTextsAre) {
-  CallTreePaths paths;
-  const auto ab = paths.Add(paths.Add(CallTreePaths::kTop, "a"), "b");
-  paths.MarkExpanded(ab);
-  EXPECT_TRUE(paths.IsExpanded(paths.Find(CallTreePaths::kTop, "a\\b")));
-  EXPECT_FALSE(paths.IsExpanded(paths.Find(CallTreePaths::kTop, "a")));
-  EXPECT_FALSE(paths.IsExpanded(paths.Find(paths.Find(CallTreePaths::kTop, "A"), "b")));
-  EXPECT_NE(paths.Add(paths.Add(CallTreePaths::kTop, "a"), ""), ab);
-  EXPECT_EQ(paths.Find(paths.Find(CallTreePaths::kTop, "x"), "b"), CallTreePaths::kNowhere);
 }
 
 TEST_F(CallTree, TouchesNoFunctionWhileAJobChangesThem) {
@@ -251,8 +203,7 @@ TEST_F(CallTree, DeepAndWideTreesCostTheirNodes) {
   for (int i = 0; i < kWidth; ++i) {
     above->callees.push_back(&graph.functions.AddDefined("_w" + std::to_string(i), file));
   }
-  model = std::make_unique<CallTreeModel>(graph.codePage, KindDescriptions(), [] { return false; });
-  model->Fill(graph.roots.Functions());
+  Show(graph);
   CallTreePaths all;
   CallTreePaths::Place place = CallTreePaths::kTop;
   for (const StkFunction* function = &graph["first"]; !function->callees.empty();
@@ -262,7 +213,6 @@ TEST_F(CallTree, DeepAndWideTreesCostTheirNodes) {
   }
   const std::clock_t start = std::clock();
   const auto restored = model->Rebuild(graph.roots.Functions(), all);
-  EXPECT_EQ(restored.expanded.size(), kDepth + 1);
   EXPECT_EQ(model->NodeCount(), static_cast<size_t>(1 + kDepth + kWidth));
   const CallTreePaths again =
       model->Save([](const QModelIndex&) { return true; }, restored.expanded.back());

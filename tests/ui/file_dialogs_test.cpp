@@ -16,40 +16,23 @@ using testing::MainWindow;
 class FileNames : public MainWindow {
  protected:
   UiContext& Context() { return app->Context(); }
-  static QString PathOf(int length) { return "/" + QString(length - 1, u'n'); }
 };
 
 TEST_F(FileNames, PathsOverTheLimitAreRefusedInEveryDialog) {
-  EXPECT_TRUE(NameToOpen(PathOf(255), Context()));
-  EXPECT_TRUE(NameToSave(PathOf(255), Context()));
+  const QString longest = "/" + QString(254, u'n');
+  EXPECT_TRUE(NameToOpen(longest, Context())) << "its reader reports that it is missing";
+  EXPECT_TRUE(NameToSave(longest, Context()));
   EXPECT_EQ(BoxTexts(), "");
-  const std::string path = PathOf(256).toStdString();
-  const std::string message = "W9407 Too long file name (" + path + ").";
-  EXPECT_FALSE(NameToOpen(PathOf(256), Context()));
-  EXPECT_FALSE(NameToSave(PathOf(256), Context()));
+  const std::string message = "W9407 Too long file name (" + longest.toStdString() + "n).";
+  EXPECT_FALSE(NameToOpen(longest + 'n', Context()));
+  EXPECT_FALSE(NameToSave(longest + 'n', Context()));
   EXPECT_EQ(BoxTexts(), message + "\nThe limit is 255.|" + message + "\nThe limit is 255.|");
   EXPECT_EQ(Log(), message + " The limit is 255.\n" + message + " The limit is 255.\n");
   // Bytes count, not letters.
   EXPECT_FALSE(NameToOpen("/" + QString(127, QChar(0x3042)), Context()));
 }
 
-TEST_F(FileNames, AnExistingFileIsOverwrittenOnlyAfterYes) {
-  host.files.Put("/out.txt", "old");
-  for (const BoxAnswer answer : {BoxAnswer::kNo, BoxAnswer::kYes}) {
-    boxes.boxes.clear();
-    boxes.answerWith = [answer](const auto&) { return answer; };
-    EXPECT_EQ(NameToSave("/out.txt", Context()).has_value(), answer == BoxAnswer::kYes);
-    EXPECT_EQ(BoxTexts(), "I9501 Do you want to overwrite it?|");
-  }
-  boxes.boxes.clear();
-  EXPECT_EQ(NameToSave("/new.txt", Context()), "/new.txt");
-  EXPECT_EQ(NameToOpen("/out.txt", Context()), "/out.txt");
-  EXPECT_EQ(NameToOpen("/none.txt", Context()), "/none.txt") << "its reader reports it";
-  EXPECT_EQ(BoxTexts(), "");
-}
-
 TEST(FileNamesOfAnotherCodePage, ANameThatItCannotSpellIsRefused) {
-  testing::TestApplication();
   testing::TestHost host(CodePage::Latin1());
   testing::Recorder recorder(host.codePage);
   PostedMessages posted;
@@ -97,21 +80,6 @@ TEST_F(FileDialogWindows, ANameThatIsRefusedLeavesTheDialogOpen) {
   Confirm(dialog);
   EXPECT_FALSE(dialog.isVisible());
   EXPECT_EQ(dialog.selectedFiles(), QStringList(InFolder("report.txt")));
-}
-
-TEST_F(FileDialogWindows, AFolderIsEnteredAndAMissingFileMayBeOpened) {
-  ASSERT_TRUE(QDir(folder.path()).mkdir("sub"));
-  CFileOpenDlg dialog(Context(), nullptr);
-  dialog.setDirectory(folder.path());
-  dialog.open();
-  Type(dialog, "sub");
-  Confirm(dialog);
-  EXPECT_TRUE(dialog.isVisible());
-  EXPECT_EQ(dialog.directory().dirName(), "sub");
-  Type(dialog, InFolder("none.txt"));
-  Confirm(dialog);
-  EXPECT_FALSE(dialog.isVisible());
-  EXPECT_EQ(BoxTexts(), "");
 }
 
 TEST_F(FileDialogWindows, AboutShowsNameAndVersion) {

@@ -1,184 +1,136 @@
-#include <QContextMenuEvent>
+#include <QAbstractItemModelTester>
 #include <QHeaderView>
-#include <QMenu>
+#include <QPersistentModelIndex>
 #include <QTest>
-#include <ctime>
 
-#include "analysis_window.h"
+#include "main_window.h"
+#include "support/computed_graph.h"
 #include "ui/arrow_header.h"
 #include "ui/function_icons.h"
+#include "ui/function_list_model.h"
 
 namespace velkor {
 namespace {
 
-using testing::AnalysisWindow;
+using testing::ComputedGraph;
+using testing::MainWindow;
 
-class FunctionListView : public AnalysisWindow {
+class FunctionList : public ::testing::Test {
  protected:
-  FunctionListView() : AnalysisWindow({"main 10 a b c", "a 2", "b 1", "c 3"}) {}
+  void Show(ComputedGraph& graph, std::string_view cName, bool repeated = false) {
+    model = std::make_unique<FunctionListModel>(
+        graph.codePage, std::array<QString, 5>{"a", "b", "c", "d", "e"}, KindDescriptions());
+    new QAbstractItemModelTester(model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal,
+                                 model.get());
+    model->Fill({&graph[cName], true, repeated}, {}, false);
+  }
+  std::string Text() const {
+    std::string text;
+    for (int row = 0; row < model->rowCount(); ++row) {
+      text += std::to_string(model->IconIndexAt(row));
+      for (int column = 0; column < model->columnCount(); ++column) {
+        text += "|" + model->index(row, column).data().toString().toStdString();
+      }
+      text += "\n";
+    }
+    return text;
+  }
+
+  std::unique_ptr<FunctionListModel> model;
+};
+
+TEST_F(FunctionList, ShowsTheFunctionItsCalleesAndItsExtraCallees) {
+  ComputedGraph graph(
+      "main 10 -> big also x lib self => target\n"
+      "big 50\n"
+      "also 50\n"
+      "? x\n"
+      "? lib\n"
+      "self 5 -> self\n"
+      "target 7");
+  graph["main"].flags |= FN_INDIRECT_CALL;
+  graph.SetLibrarySize("lib", 8);
+  graph.Adjust("self", 1, 3);
+  Show(graph, "main");
+  EXPECT_EQ(Text(),
+            "0|main&|60|10||C:\\p\\main.c\n"
+            "10|also|50|50||C:\\p\\also.c\n"
+            "10|big|50|50||C:\\p\\big.c\n"
+            "11|[lib]|8|?|8|\n"
+            "11|self*|18|5|1 *3|C:\\p\\self.c\n"
+            "13|[x]|?|?||\n"
+            "14|target|7|7||C:\\p\\target.c\n");
+  Show(graph, "self", true);
+  EXPECT_EQ(Text(), "0|self*|18|5|1 *3|C:\\p\\self.c\n") << "a repeated node shows itself only";
+
+  Show(graph, "main");
+  const QPersistentModelIndex selected = model->index(4, 0);
+  model->Sort(SortKey::kTotal, true);
+  EXPECT_EQ(selected.row(), 3);
+  EXPECT_EQ(model->FunctionAt(3), &graph["self"]);
+  graph.Adjust("x", 900);
+  EXPECT_EQ(model->index(6, 1).data().toString(), "?") << "the values of when it was filled";
+}
+
+class FunctionListView : public MainWindow {
+ protected:
+  FunctionListView() : MainWindow({"main 10 a b c", "a 2", "b 1", "c 3"}) {}
 
   void ClickHeader(int column) {
-    QHeaderView* header = list.header();
+    QHeaderView* header = List().header();
     QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier,
                       {header->sectionViewportPosition(column) + 20, header->height() / 2});
   }
   // The column of the arrow and its direction.
-  std::string Arrow() const {
-    const auto* header = static_cast<const ArrowHeader*>(list.header());
+  std::string Arrow() {
+    const auto* header = static_cast<const ArrowHeader*>(List().header());
     return std::to_string(header->ArrowSection()) + (header->ArrowDescending() ? "v" : "^");
-  }
-  std::string Names() const {
-    std::string names;
-    for (int row = 0; row < list.model()->rowCount(); ++row) {
-      names += list.model()->index(row, 0).data().toString().toStdString() + " ";
-    }
-    return names;
-  }
-  std::string MarkedSort() {
-    std::string marked;
-    for (uint32_t command = 32778; command <= 32783; ++command) {
-      const auto state = list.StateOf(static_cast<Command>(command));
-      marked += state->radioMark ? std::to_string(command) : "";
-      marked += state->enabled ? "" : "-";
-    }
-    return marked;
   }
 };
 
 TEST_F(FunctionListView, HeaderClicksAndCommandsSortWithToggling) {
-  EXPECT_EQ(MarkedSort(), "------");
+  Start(std::nullopt);
   ClickHeader(1);
   EXPECT_EQ(Arrow(), "-1^") << "without functions a click does nothing";
-  Open();
-  EXPECT_EQ(MarkedSort(), "");
-  EXPECT_EQ(Names(), "main a b c ");
-
-  ClickHeader(1);
-  EXPECT_EQ(Names() + Arrow(), "main b a c 1^");
-  EXPECT_EQ(MarkedSort(), "32780");
-  ClickHeader(1);
-  EXPECT_EQ(Names() + Arrow(), "main c a b 1v");
-  ClickHeader(1);
-  EXPECT_EQ(Names() + Arrow(), "main b a c 1^");
-  ClickHeader(4);
-  EXPECT_EQ(Names() + Arrow(), "main a b c 4^") << "one file: in table order";
-  list.Execute(Command::kSortByIcon);
-  EXPECT_EQ(Names() + Arrow(), "main c a b 0^") << "c is on the maximum chain";
-  EXPECT_EQ(MarkedSort(), "32779");
-  list.Execute(Command::kSortByName);
+  ASSERT_TRUE(app->OpenDocumentFile(kProject));
+  Finish();
+  const std::pair<int, const char*> clicks[] = {{1, "main b a c 1^"},
+                                                {1, "main c a b 1v"},
+                                                {1, "main b a c 1^"},
+                                                {4, "main a b c 4^"}};  // one file: table order
+  for (const auto& [column, expected] : clicks) {
+    ClickHeader(column);
+    EXPECT_EQ(ListText() + Arrow(), expected);
+  }
+  Choose(Command::kSortByIcon);
+  EXPECT_EQ(ListText() + Arrow(), "main c a b 0^") << "c is on the maximum chain";
+  EXPECT_TRUE(app->Frame().Actions().Of(Command::kSortByIcon).isChecked());
+  Choose(Command::kSortByName);
   EXPECT_EQ(Arrow(), "0^") << "another key, though the same column";
   ClickHeader(0);
-  EXPECT_EQ(Names() + Arrow(), "main c b a 0v");
 
   // The order stays for the next fill and is forgotten with the analysis.
-  document.UpdateAllViews(nullptr, HINT_SELECTION);
-  EXPECT_EQ(Names() + Arrow(), "main c b a 0v");
-  document.Recalculate();
-  EXPECT_EQ(Names() + Arrow(), "-1^");
+  Document().UpdateAllViews(nullptr, HINT_SELECTION);
+  EXPECT_EQ(ListText() + Arrow(), "main c b a 0v");
+  Document().Recalculate();
+  EXPECT_EQ(ListText() + Arrow(), "-1^");
   Finish();
-  EXPECT_EQ(Names() + Arrow(), "main a b c -1^");
+  EXPECT_EQ(ListText() + Arrow(), "main a b c -1^");
 }
 
-TEST_F(FunctionListView, OffersItsMenuWithTheCurrentSort) {
-  Open();
-  list.Execute(Command::kSortByFrame);
-  QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), QPoint(5, 5));
-  QApplication::sendEvent(&list, &event);
-  QMenu* menu = list.findChild<QMenu*>(QString(), Qt::FindDirectChildrenOnly);
-  ASSERT_NE(menu, nullptr);
-  ASSERT_EQ(menu->actions().size(), 2);
-  EXPECT_FALSE(menu->actions()[0]->isEnabled()) << "no row is selected";
-  const QList<QAction*> sorts = menu->actions()[1]->menu()->actions();
-  std::string items;
-  for (const QAction* action : sorts) {
-    items += action->text().toStdString() + (action->isChecked() ? "* " : " ");
-  }
-  EXPECT_EQ(items, "Name Icon Size Frame* Margin File ");
-  sorts[3]->trigger();
-  EXPECT_EQ(Arrow(), "2v");
-  delete menu;
-}
-
-TEST_F(FunctionListView, SearchesNamesWhateverColumnIsCurrent) {
-  Open();
-  list.setCurrentIndex(list.model()->index(1, 2));
-  list.setFocus();
-  QTest::keyClicks(&list, "c");
-  ASSERT_NE(list.SelectedFunction(), nullptr);
-  EXPECT_EQ(list.SelectedFunction(), &Function("c"));
-}
-
-TEST_F(FunctionListView, HeadersAreAtLeastAsWideAsStatedAndWhole) {
-  const int widths[] = {100, 80, 80, 80, 300};
-  for (int column = 0; column < 5; ++column) {
-    EXPECT_GE(list.columnWidth(column), widths[column]);
-    const QString title = list.model()->headerData(column, Qt::Horizontal).toString();
-    EXPECT_GE(list.columnWidth(column),
-              list.header()->fontMetrics().horizontalAdvance(title) + kArrowSize.width());
-  }
-}
-
-TEST_F(FunctionListView, NamesGetTheWidthThatIsLeftOverUntilTheUserDecides) {
-  list.resize(500, 300);
-  EXPECT_EQ(list.columnWidth(0), 100);
-  const int others = list.header()->length() - list.columnWidth(0);
-  list.resize(others + 180, 300);
-  EXPECT_GT(list.columnWidth(0), 150);
-  EXPECT_LE(list.header()->length(), list.viewport()->width());
-  list.resize(3000, 300);
-  EXPECT_LT(list.columnWidth(0), 1000) << "no name needs so much";
-  list.setColumnWidth(0, 130);
-  list.resize(others + 200, 300);
-  EXPECT_EQ(list.columnWidth(0), 130);
-}
-
-TEST_F(FunctionListView, ShowsItsSelectionOnlyWithTheFocus) {
-  Open();
-  const auto picture = [this] { return list.viewport()->grab().toImage(); };
-  const auto focus = [](QWidget& view) {
-    view.activateWindow();
-    view.setFocus();
-    return QTest::qWaitFor([&view] { return view.hasFocus(); });
-  };
+TEST_F(FunctionListView, SearchesNamesAndShowsItsSelectionOnlyWithTheFocus) {
+  StartAndFinish();
+  Focus(Tree());
+  const auto picture = [this] { return List().viewport()->grab().toImage(); };
   const QImage plain = picture();
-  list.setCurrentIndex(list.model()->index(1, 0));
-  ASSERT_TRUE(focus(list));
+  List().setCurrentIndex(List().model()->index(1, 2));
+  Focus(List());
+  QTest::keyClicks(&List(), "c");
+  EXPECT_EQ(List().SelectedFunction(), &Function("c"));
   EXPECT_NE(picture(), plain);
-  ASSERT_TRUE(focus(tree));
+  Focus(Tree());
   EXPECT_EQ(picture(), plain);
-  EXPECT_EQ(list.SelectedFunction(), &Function("a"));
-}
-
-class WideWindow : public AnalysisWindow {
- protected:
-  static constexpr int kWidth = 20000;
-
-  WideWindow() : AnalysisWindow(Functions()) {}
-
-  static std::vector<std::string> Functions() {
-    std::vector<std::string> functions = {"main 10"};
-    for (int i = 0; i < kWidth; ++i) {
-      functions.front() += " f" + std::to_string(i);
-      functions.push_back("f" + std::to_string(i) + " " + std::to_string(i * 7919 % 1000));
-    }
-    return functions;
-  }
-};
-
-TEST_F(WideWindow, ShowsSortsAndRefreshesManyCalleesWithoutStandingStill) {
-  Open();
-  const std::clock_t start = std::clock();
-  tree.expand(Node("main"));
-  for (uint32_t command = 32778; command <= 32783; ++command) {
-    list.Execute(static_cast<Command>(command));
-  }
-  document.UpdateAllViews(nullptr, HINT_SIZES);
-  document.UpdateAllViews(nullptr, HINT_STRUCTURE);
-  QApplication::processEvents();
-  EXPECT_LT(std::clock() - start, 10 * CLOCKS_PER_SEC) << "quadratic in the callees";
-  EXPECT_EQ(list.model()->rowCount(), kWidth + 1);
-  EXPECT_TRUE(tree.isExpanded(Node("main")));
-  RecordProperty("milliseconds", static_cast<int>((std::clock() - start) * 1000 / CLOCKS_PER_SEC));
+  EXPECT_EQ(List().SelectedFunction(), &Function("c"));
 }
 
 }  // namespace

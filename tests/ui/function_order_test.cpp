@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "computed_graph.h"
+#include "support/computed_graph.h"
 
 namespace velkor {
 namespace {
@@ -56,9 +56,7 @@ class FunctionOrder : public ::testing::Test {
     graph.SetLibrarySize("lib", 0);
     graph.Adjust("adj", 0);
     graph["c"].file = &graph.files.Intern("c:\\P\\zero.C");
-    for (const auto& function : graph.functions.Functions()) {
-      rows.push_back(function);
-    }
+    rows = graph.functions.Functions();
   }
 };
 
@@ -77,11 +75,8 @@ TEST_F(FunctionOrder, SortsByEveryKeyInBothDirections) {
 TEST_F(FunctionOrder, ComparesNamesByCharacterValue) {
   // A double-byte character is greater than a single-byte one, whatever its first byte.
   ComputedGraph japanese("first 1\n\x83\x41 1\n\xB1 1\nz 1", CodePage::ShiftJis());
-  std::vector<StkFunction*> functions;
-  for (const auto& function : japanese.functions.Functions()) {
-    functions.push_back(function);
-  }
-  EXPECT_EQ(Sorted(functions, SortKey::kName, false, japanese.codePage), "first z \xB1 \x83\x41");
+  EXPECT_EQ(Sorted(japanese.functions.Functions(), SortKey::kName, false, japanese.codePage),
+            "first z \xB1 \x83\x41");
 }
 
 TEST(AdditionalAmount, FollowsTheAdjustmentInForceOrTheLibrarySize) {

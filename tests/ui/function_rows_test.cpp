@@ -1,26 +1,15 @@
 #include "ui/function_rows.h"
 
 #include <QAbstractItemModelTester>
-#include <QScrollBar>
 #include <QTest>
 #include <gtest/gtest.h>
 
-#include "computed_graph.h"
-#include "qt_environment.h"
+#include "support/computed_graph.h"
 
 namespace velkor {
 namespace {
 
 using testing::ComputedGraph;
-using testing::TestApplication;
-
-StkFunctionList All(const StkFunctionTable& functions) {
-  StkFunctionList all;
-  for (const auto& function : functions.Functions()) {
-    all.push_back(function);
-  }
-  return all;
-}
 
 std::string Texts(const FunctionRowsModel& model) {
   std::string texts;
@@ -52,20 +41,20 @@ TEST(FunctionRowsModel, CutsLongTextsBetweenCharacters) {
   for (const size_t length : {254u, 255u}) {
     ComputedGraph graph(std::string(length, 'a') + " 2");
     FunctionRowsModel model(graph.codePage);
-    model.SetRows(All(graph.functions), 1);
+    model.SetRows(graph.functions.Functions(), 1);
     EXPECT_EQ(Texts(model),
               length == 254 ? std::string(254, 'a') + "(2:2)\n" : std::string(255, 'a') + "(...\n");
   }
   ComputedGraph graph("a" + std::string(254, 'b') + "\xE3\x81\x82\xE3\x81\x82 2");
   FunctionRowsModel model(graph.codePage);
-  model.SetRows(All(graph.functions), 1);
+  model.SetRows(graph.functions.Functions(), 1);
   EXPECT_EQ(Texts(model), "a" + std::string(254, 'b') + "...\n");
 }
 
 TEST(FunctionRowsModel, SearchesNamesAlsoBehindFilesAndBrackets) {
   ComputedGraph graph("alpha 1\nstatic beta 1\n? alpine\nBeat 1");
   FunctionRowsModel model(graph.codePage);
-  model.SetRows(All(graph.functions), 4);
+  model.SetRows(graph.functions.Functions(), 4);
   const auto find = [&](int from, const QString& search) {
     const QModelIndexList found = model.match(model.index(from), Qt::DisplayRole, search, 1,
                                               Qt::MatchStartsWith | Qt::MatchWrap);
@@ -83,10 +72,9 @@ TEST(FunctionRowsModel, SearchesNamesAlsoBehindFilesAndBrackets) {
 }
 
 TEST(FunctionRows, SelectsOnlyWhatTheUserChooses) {
-  TestApplication();
   ComputedGraph graph("a 1\nb 1\nc 1");
   FunctionRows rows(graph.codePage);
-  rows.SetFunctions(All(graph.functions), 0);
+  rows.SetFunctions(graph.functions.Functions(), 0);
   rows.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&rows));
   rows.setFocus();
@@ -103,28 +91,24 @@ TEST(FunctionRows, SelectsOnlyWhatTheUserChooses) {
   EXPECT_EQ(rows.SelectedFunction(), &graph["c"]);
 }
 
-TEST(FunctionRows, WidensToTheWidestRowThatWasShown) {
-  TestApplication();
-  std::string text;
-  for (int i = 0; i < 1000; ++i) {
-    text += "f" + std::to_string(i) + " 1\n";
+// So many are put in order in steps between which the window answers.
+TEST(FunctionRows, ManyRowsComeWhenTheyAreInOrder) {
+  const CodePage codePage = CodePage::Utf8();
+  StkFunctionTable table(codePage);
+  for (int i = 0; i < 50000; ++i) {
+    table.AddUnknown("_f" + std::to_string(i * 7919 % 40009));
   }
-  ComputedGraph graph(text + std::string(200, 'w') + " 1");
-  FunctionRows rows(graph.codePage);
-  rows.resize(200, 200);
-  rows.SetFunctions(All(graph.functions), 1001);
-  rows.show();
-  ASSERT_TRUE(QTest::qWaitForWindowExposed(&rows));
-  QTest::qWait(20);
-  EXPECT_EQ(rows.horizontalScrollBar()->maximum(), 0);
-  rows.scrollToBottom();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return rows.horizontalScrollBar()->maximum() > 500; }));
-  rows.scrollToTop();
-  QTest::qWait(20);
-  EXPECT_GT(rows.horizontalScrollBar()->maximum(), 500) << "stays as wide";
-  rows.resize(150, 100);
-  QTest::qWait(20);
-  EXPECT_GT(rows.horizontalScrollBar()->maximum(), 500) << "also when it is laid out anew";
+  FunctionRows rows(codePage);
+  StkFunctionList sorted = table.Functions();
+  rows.SetFunctionsByName(sorted);
+  EXPECT_EQ(rows.Rows().rowCount(), 0);
+  sorted.resize(49999);
+  rows.SetFunctionsByName(sorted);  // others take the place of those that are being sorted
+  ASSERT_TRUE(QTest::qWaitFor([&rows] { return rows.Rows().rowCount() > 0; }, 30000));
+  SortByName(sorted, codePage);
+  for (size_t row = 0; row < sorted.size(); ++row) {
+    ASSERT_EQ(rows.Rows().FunctionAt(static_cast<int>(row)), sorted[row]);
+  }
 }
 
 }  // namespace

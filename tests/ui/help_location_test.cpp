@@ -10,72 +10,59 @@ namespace {
 
 using testing::TestHost;
 
-constexpr std::string_view kBase = "[Software\\Orvane Tools\\ORVDEV";
-constexpr std::string_view kTopics = "HelpTopic1=one\nHelpTopic2=two\nHelpTopic3=three\n";
-
-// The file path and the three topics that settings below the base key lead to. "@" in the text
-// begins the name of a key.
-std::string Located(std::string text, std::string_view version = "1.0.0 (2026)") {
+// The file path and the three topics that settings lead to. "@" in the text begins the name of a
+// key below the base key.
+std::string Located(std::string text, std::string_view version) {
   for (size_t at = text.find('@'); at != std::string::npos; at = text.find('@', at)) {
-    text.replace(at, 1, kBase);
+    text.replace(at, 1, "[Software\\Orvane Tools\\ORVDEV");
   }
   const HelpLocation found = FindHelp(SettingsTree(CodePage::Utf8(), text), version);
   return found.file + "," + found.topics[0] + "," + found.topics[1] + "," + found.topics[2];
 }
 
-std::string OfVersion(std::string_view values) {
-  return "@\\Tarn.VK\\1.0.0]\n" + std::string(values);
-}
-
 TEST(HelpLocation, ReadsTheKeyOfTheVersionAsFarAsItGoes) {
-  const std::string topics(kTopics);
-  EXPECT_EQ(Located(OfVersion(topics + "Help1=file:/h/")), "file:/h/,one,two,three");
-  EXPECT_EQ(Located(OfVersion(topics + "Help1=C:\\h.chm|rest|more")), "C:\\h.chm,one,two,three");
-  EXPECT_EQ(Located(OfVersion("HelpTopic1=one\nHelpTopic3=three\nHelp1=a:b")), "a:b,one,,")
-      << "stops at the first topic that is missing, but reads the path";
-  EXPECT_EQ(Located(OfVersion("HelpTopic1=\nHelpTopic2=two\n")), ",,two,");
-  EXPECT_EQ(Located(OfVersion(topics)), ",one,two,three");
-  EXPECT_EQ(Located(OfVersion("Help1=:" + std::string(519, 'x'))), ",,,")
-      << "does not fit the buffer";
-  EXPECT_EQ(Located("@\\Tarn.VK\\1.0.1]\n" + topics + "Help1=a:b"), ",,,");
+  const std::string topics = "HelpTopic1=one\nHelpTopic2=two\nHelpTopic3=three\n";
+  const std::string longText(519, 'x');
+  const struct {
+    std::string values;  // of the version's key, and further keys
+    const char* located;
+  } cases[] = {
+      {topics + "Help1=file:/h/", "file:/h/,one,two,three"},
+      {topics + "Help1=C:\\h.chm|rest|more", "C:\\h.chm,one,two,three"},
+      {"HelpTopic1=one\nHelpTopic3=three\nHelp1=a:b", "a:b,one,,"},  // up to the first missing one
+      {"HelpTopic1=\nHelpTopic2=two\n", ",,two,"},
+      {topics, ",one,two,three"},
+      {topics + "Help1=:" + longText, ",one,two,three"},  // does not fit
+      // A reference to another key.
+      {"Help1=Help\\V1.00|x|Folder\n@\\Help\\V1.00]\nFolder=/pages/|rest", "/pages/,,,"},
+      {"Help1=Help\\V1.00|x|Folder\n@\\Help\\V1.00]\nOther=/pages/", ",,,"},
+      {"Help1=Help\\V1.00|x|Folder\n", ",,,"},
+      {"Help1=Same\n@\\Same]\nSame=/x", "/x,,,"},  // without a bar one text is both
+  };
+  for (const auto& each : cases) {
+    EXPECT_EQ(Located("@\\Tarn.VK\\1.0.0]\n" + each.values, "1.0.0 (2026)"), each.located)
+        << each.values;
+  }
+  EXPECT_EQ(Located("@\\Tarn.VK\\1.0.1]\nHelp1=a:b", "1.0.0 (2026)"), ",,,");
   EXPECT_EQ(Located("@\\Tarn.VK]\nHelp1=a:b", "1.0.0"), "a:b,,,")
       << "without a blank the version word is empty";
-  EXPECT_EQ(Located("@\\Tarn.VK]\nHelp1=a:b"), ",,,") << "the version's own key is needed";
-}
-
-TEST(HelpLocation, FollowsAReferenceToAnotherKey) {
-  const std::string version = OfVersion("HelpTopic1=t\nHelp1=Help\\V1.00|x|Folder\n");
-  EXPECT_EQ(Located(version + "@\\Help\\V1.00]\nFolder=/pages/|rest"), "/pages/,t,,");
-  EXPECT_EQ(Located(version + "@\\Help\\V1.00]\nOther=/pages/"), ",t,,");
-  EXPECT_EQ(Located(version), ",t,,") << "no such key, and none beside it";
-  EXPECT_EQ(Located(OfVersion("Help1=Same") + "\n@\\Same]\nSame=/x"), "/x,,,")
-      << "without a bar one text is both";
 }
 
 TEST(HelpLocation, TakesTheLatestRevisionBesideAMissingKey) {
-  const auto located = [](std::string_view keys) {
-    std::string text = OfVersion("Help1=Help\\V1.00|Folder\n");
-    for (const char key : keys) {
-      text += std::string("@\\Help\\V1.00") + key + "]\nFolder=" + key + "\n";
+  const auto located = [](const std::vector<std::string>& keys) {
+    std::string text = "@\\Tarn.VK\\1.0.0]\nHelp1=Help\\V1.00|Folder\n";
+    for (const std::string& key : keys) {
+      text += "@\\Help\\" + key + "]\nFolder=" + key + "\n";
     }
-    return Located(text + "@\\Help\\V2.00z]\nFolder=other\n@\\Help\\V1.00zz]\nFolder=longer\n");
+    return Located(text, "1.0.0 (2026)");
   };
-  EXPECT_EQ(located("acb"), "c,,,");
-  EXPECT_EQ(located("Za"), "a,,,");
-  EXPECT_EQ(located("\xFF"
-                    "1"),
-            "1,,,")
-      << "a byte above 127 counts as below none";
-  EXPECT_EQ(located("\xFF"), ",,,");
-  EXPECT_EQ(located(""), ",,,");
-}
-
-TEST(HelpLocation, OpensTheRevisionUnderTheLetterV) {
-  const std::string version = OfVersion("Help1=Help\\V1.00|Folder\n");
-  EXPECT_EQ(Located(version + "@\\Help\\v1.00b]\nFolder=small"), "small,,,");
-  EXPECT_EQ(Located(version + "@\\Help\\W1.00b]\nFolder=w\n@\\Help\\V1.00a]\nFolder=a"), ",,,")
-      << "the better one is not there under V";
-  EXPECT_EQ(Located(version + "@\\Help\\W1.00b]\nFolder=w\n@\\Help\\V1.00b]\nFolder=v"), "v,,,");
+  EXPECT_EQ(located({"V1.00a", "V1.00c", "V1.00b", "V2.00z", "V1.00zz"}), "V1.00c,,,");
+  EXPECT_EQ(located({"V1.00Z", "V1.00a"}), "V1.00a,,,");
+  EXPECT_EQ(located({"V1.00\xFF", "V1.001"}), "V1.001,,,") << "such a byte counts as below none";
+  EXPECT_EQ(located({"V1.00\xFF"}), ",,,");
+  EXPECT_EQ(located({"v1.00b"}), "v1.00b,,,");
+  EXPECT_EQ(located({"W1.00b", "V1.00a"}), ",,,") << "the better one is not there under V";
+  EXPECT_EQ(located({"W1.00b", "V1.00b"}), "V1.00b,,,");
 }
 
 TEST(HelpLocation, JoinsPathAndTopicAndResolvesThem) {
@@ -89,7 +76,6 @@ TEST(HelpLocation, JoinsPathAndTopicAndResolvesThem) {
   EXPECT_EQ(HelpPath(location.Page(1), test.host), above + "/dattarn/help/a.html");
   EXPECT_EQ(HelpPath("file:/usr/share/a.html", test.host), "/usr/share/a.html");
   EXPECT_EQ(HelpPath("C:\\help\\a.html", test.host), "C:\\help\\a.html");
-
   test.files.Put(above + "/dattarn/help.ini", "[Software]\nv=1\n");
   EXPECT_TRUE(InstallationSettings(test.host).Open("Software"));
 }

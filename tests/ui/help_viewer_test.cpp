@@ -7,14 +7,12 @@
 #include <gtest/gtest.h>
 
 #include "platform/host_file_system.h"
-#include "qt_environment.h"
 #include "support/test_host.h"
 #include "ui/help_pages.h"
 
 namespace velkor {
 namespace {
 
-using testing::TestApplication;
 using testing::TestHost;
 
 struct Viewer {
@@ -28,7 +26,6 @@ struct Viewer {
     return Title();
   }
 
-  QApplication& application = TestApplication();
   TestHost test;
   StkMessages texts;
   HelpViewer window;
@@ -40,10 +37,6 @@ TEST(HelpViewer, ShowsItsOwnPagesWithoutALocation) {
   Viewer english({});
   EXPECT_EQ(english.window.windowTitle(), "velkor Help");
   EXPECT_EQ(english.Topic(kMainWindowHelp), "The main window");
-  EXPECT_EQ(english.Topic(kFunctionListsHelp), "Stack Size Unknown / Adjusted Function Lists");
-  EXPECT_EQ(english.Topic(kAdjustHelp), "Adjust Stack Size");
-  Viewer japanese({}, Language::kJapanese);
-  EXPECT_EQ(japanese.Topic(kAdjustHelp), "スタックサイズの調整");
   Viewer nowhere({"/nowhere/", {"a", "b", "c"}});
   EXPECT_EQ(nowhere.Topic(kFunctionListsHelp), "Stack Size Unknown / Adjusted Function Lists");
 }

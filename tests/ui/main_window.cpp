@@ -1,28 +1,16 @@
 #include "main_window.h"
 
 #include <QTest>
+#include <chrono>
+#include <thread>
 
 #include "core/adjustments.h"
+#include "support/module_text.h"
 
 namespace velkor::testing {
 
 namespace {
 
-constexpr const char* kModuleA =
-    "; Ta/rn Series C Compiler V3.70 Assembler Source\n"
-    "$DGS GLV_SYM, _main, U, U, 00H, 026H, 01H, 02H\n"
-    "$DGS GLV_SYM, _f, U, U, 00H, 026H, 01H, 02H\n"
-    "$DGS GLV_SYM, _x, U, U, 00H, 026H, 01H, 02H\n"
-    "@@CODE\tCSEG\n\tEND\n; *** Code Information ***\n;\n; $FILE C:\\p\\a.c\n;\n"
-    "; $FUNC main(1)\n;\tCODE SIZE= 3 bytes, CLOCK_SIZE= 3 clocks, STACK_SIZE= 10 bytes\n"
-    "; $CALL f()\n;\n"
-    "; $FUNC f(2)\n;\tCODE SIZE= 3 bytes, CLOCK_SIZE= 3 clocks, STACK_SIZE= 20 bytes\n"
-    "; $CALL x()\n;\n";
-constexpr const char* kModuleB =
-    "; Ta/rn Series C Compiler V3.70 Assembler Source\n"
-    "$DGS GLV_SYM, _g, U, U, 00H, 026H, 01H, 02H\n"
-    "@@CODE\tCSEG\n\tEND\n; *** Code Information ***\n;\n; $FILE C:\\p\\b.c\n;\n"
-    "; $FUNC g(1)\n;\tCODE SIZE= 3 bytes, CLOCK_SIZE= 3 clocks, STACK_SIZE= 5 bytes\n;\n";
 constexpr int kPatience = 10000;
 
 }  // namespace
@@ -37,11 +25,11 @@ std::optional<std::string> PreparedDialogs::Next(const std::string& kind) {
   return answer;
 }
 
-MainWindow::MainWindow() {
+MainWindow::MainWindow(const std::vector<std::string>& functions) {
   host.files.AddDirectory("C:\\p");
   host.files.Put(kProject, "[ProjectManager]\nPath=C:\\p\n[SrcFile]\nSource1=a.c\nSource2=b.c\n");
-  host.files.Put("C:\\p\\a.asm", kModuleA);
-  host.files.Put("C:\\p\\b.asm", kModuleB);
+  host.files.Put("C:\\p\\a.asm", ModuleText("a.c", functions));
+  host.files.Put(kModuleB, ModuleText("b.c", {"g 5"}));
   host.files.Put("C:\\data\\ltr.txt", "# none\n");
   app = std::make_unique<CStkApp>(ApplicationParts{
       .host = host.host,
@@ -58,7 +46,7 @@ MainWindow::MainWindow() {
       .functionLists = [this](UiContext&, FrameOperations&,
                               QWidget*) { windows.push_back("lists"); },
       .about = [this](UiContext&, const VersionTexts&, QWidget*) { windows.push_back("about"); },
-      .showHelp = [this](int topic) { windows.push_back("help " + std::to_string(topic)); },
+      .showHelp = showHelp,
       .closed = [this] { ++closedCount; }});
 }
 
@@ -87,8 +75,8 @@ void MainWindow::Finish() {
   HandleEvents();
 }
 
-void MainWindow::BlockAnalysis() {
-  host.files.OnRead("C:\\p\\b.asm", [this] {
+void MainWindow::BlockAt(const std::string& path) {
+  host.files.OnRead(path, [this] {
     reached.Set();
     released.Wait();
   });
@@ -97,6 +85,15 @@ void MainWindow::BlockAnalysis() {
 void MainWindow::WaitUntilBlocked() {
   ASSERT_TRUE(WaitUntil([this] { return reached.Test(); }));
   HandleEvents();
+}
+
+void MainWindow::ChooseWhileBlocked(Command command) {
+  std::thread later([this] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    Release();
+  });
+  Choose(command);
+  later.join();
 }
 
 std::string MainWindow::Enabled() {
@@ -113,6 +110,7 @@ std::string MainWindow::Enabled() {
 }
 
 void MainWindow::Focus(QWidget& view) {
+  view.activateWindow();
   view.setFocus();
   ASSERT_TRUE(WaitUntil([&view] { return view.hasFocus(); }));
 }
@@ -139,6 +137,66 @@ bool MainWindow::HasJobs() const {
   const CStkDoc& document = app->Context().document;
   return document.IsAnalysing() || document.IsReadingSpecifications() ||
          document.IsWritingSpecifications() || document.IsSavingCallChains();
+}
+
+std::string MainWindow::TreeText() {
+  std::string text;
+  for (QModelIndex index = Tree().model()->index(0, 0); index.isValid();
+       index = Tree().indexBelow(index)) {
+    for (QModelIndex above = index.parent(); above.isValid(); above = above.parent()) {
+      text += "  ";
+    }
+    text += index.data().toString().toStdString();
+    text += Tree().selectionModel()->isSelected(index) ? " <\n" : "\n";
+  }
+  return text;
+}
+
+std::string MainWindow::ListText() {
+  std::string names;
+  for (int row = 0; row < List().model()->rowCount(); ++row) {
+    names += List().model()->index(row, 0).data().toString().toStdString() + " ";
+  }
+  return names;
+}
+
+QModelIndex MainWindow::Node(const QString& name, int occurrence) {
+  QModelIndex index = Tree().model()->index(0, 0);
+  while (index.isValid() && (index.data().toString() != name || occurrence-- > 0)) {
+    index = Tree().indexBelow(index);
+  }
+  EXPECT_TRUE(index.isValid()) << name.toStdString();
+  return index;
+}
+
+void MainWindow::Click(const QModelIndex& node) {
+  QTest::mouseClick(Tree().viewport(), Qt::LeftButton, Qt::NoModifier,
+                    Tree().visualRect(node).center());
+}
+
+std::string MainWindow::RowsOf(const FunctionRows& rows) {
+  std::string text;
+  for (int row = 0; row < rows.model()->rowCount(); ++row) {
+    const QModelIndex index = rows.model()->index(row, 0);
+    text += index.data().toString().toStdString();
+    text += rows.selectionModel()->isSelected(index) ? " <\n" : "\n";
+  }
+  return text;
+}
+
+void MainWindow::Select(FunctionRows& rows, int row) {
+  const QPoint point = rows.visualRect(rows.model()->index(row, 0)).center();
+  QTest::mouseClick(rows.viewport(), Qt::LeftButton, Qt::NoModifier, {10, point.y()});
+}
+
+QPushButton& MainWindow::Button(QWidget& dialog, const QString& text) {
+  for (QPushButton* button : dialog.findChildren<QPushButton*>()) {
+    if (button->text().remove('&') == text) {
+      return *button;
+    }
+  }
+  ADD_FAILURE() << text.toStdString();
+  return *dialog.findChild<QPushButton*>();
 }
 
 }  // namespace velkor::testing

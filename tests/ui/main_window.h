@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QApplication>
+#include <QPushButton>
 #include <deque>
 #include <gtest/gtest.h>
 #include <memory>
@@ -8,10 +10,10 @@
 #include <vector>
 
 #include "platform/event.h"
-#include "qt_environment.h"
 #include "support/recorder.h"
 #include "support/test_host.h"
 #include "ui/application.h"
+#include "ui/function_rows.h"
 
 namespace velkor::testing {
 
@@ -33,11 +35,11 @@ class PreparedDialogs : public FileDialogs {
 };
 
 // The whole application in memory, with its real frame and views; boxes and dialogs are recorded
-// and answered by the test. The project C:\p\app.prj has the modules a (main 10 -> f, f 20 -> x)
-// and b (g 5); x is unknown.
+// and answered by the test. The project C:\p\app.prj has the modules a (functions: lines of C
+// name, frame size and callees) and b (g 5).
 class MainWindow : public ::testing::Test {
  protected:
-  MainWindow();
+  explicit MainWindow(const std::vector<std::string>& functions = {"main 10 f", "f 20 x"});
   ~MainWindow() override;
 
   void Start(const std::optional<std::string>& project);
@@ -49,10 +51,12 @@ class MainWindow : public ::testing::Test {
   void Finish();
   static bool WaitUntil(const std::function<bool()>& condition);
   void HandleEvents();
-  // The analysis waits in its second module until Release.
-  void BlockAnalysis();
+  // The next job that reads the path waits there until Release.
+  void BlockAt(const std::string& path);
   void Release() { released.Set(); }
   void WaitUntilBlocked();
+  // Chooses the command while a job is blocked, which goes on a little later.
+  void ChooseWhileBlocked(Command command);
 
   void Choose(Command command) { app->Frame().Actions().Of(command).trigger(); }
   bool IsEnabled(Command command) { return app->Frame().Actions().Of(command).isEnabled(); }
@@ -64,17 +68,36 @@ class MainWindow : public ::testing::Test {
   std::string BoxTexts() const;
   bool HasJobs() const;
   CStkDoc& Document() { return app->Context().document; }
+  CStkTreeView& Tree() { return app->Frame().TreeView(); }
+  CStkListView& List() { return app->Frame().ListView(); }
+
+  // A line for each visible row of the tree: indentation, name, "<" where selected.
+  std::string TreeText();
+  // The names of the list's rows.
+  std::string ListText();
+  // The visible tree row that shows this name, counted from the top.
+  QModelIndex Node(const QString& name, int occurrence = 0);
+  void Click(const QModelIndex& node);
+
+  // Of dialogs: each row on a line, "<" where selected.
+  static std::string RowsOf(const FunctionRows& rows);
+  static void Select(FunctionRows& rows, int row);
+  // By its text without mnemonic.
+  static QPushButton& Button(QWidget& dialog, const QString& text);
 
   static constexpr const char* kProject = "C:\\p\\app.prj";
   static constexpr const char* kSystemFile = "C:\\p\\app.psg";
+  static constexpr const char* kModuleB = "C:\\p\\b.asm";
 
-  QApplication& application = TestApplication();
   TestHost host;
   StkMessages messages{WindowMessages(host.codePage, Language::kEnglish)};
   RecordingBoxes boxes;
   PreparedDialogs dialogs;
   AdjustAnswer adjustAnswer;
   std::vector<std::string> windows;  // other windows that were asked for
+  std::function<void(int)> showHelp = [this](int topic) {
+    windows.push_back("help " + std::to_string(topic));
+  };
   int closedCount = 0;
   Event reached{Event::Reset::kManual};
   Event released{Event::Reset::kManual};

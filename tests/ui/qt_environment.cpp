@@ -1,36 +1,28 @@
-#include "qt_environment.h"
-
+#include <QApplication>
 #include <gtest/gtest.h>
 #include <memory>
 
 namespace velkor::testing {
-
 namespace {
 
-std::unique_ptr<QApplication>& Application() {
-  static std::unique_ptr<QApplication> application;
-  return application;
-}
-
-// The toolkit does not survive an application object that goes with the other static ones.
-class ApplicationEnd : public ::testing::Environment {
+// The one application object of the test program. The toolkit does not survive one that goes with
+// the static objects.
+class QtEnvironment : public ::testing::Environment {
  public:
-  void TearDown() override { Application().reset(); }
+  void SetUp() override {
+    static int count = 1;
+    static char name[] = "ui_test";
+    static char* arguments[] = {name, nullptr};
+    application_ = std::make_unique<QApplication>(count, arguments);
+  }
+  void TearDown() override { application_.reset(); }
+
+ private:
+  std::unique_ptr<QApplication> application_;
 };
 
-[[maybe_unused]] const auto* const kApplicationEnd =
-    ::testing::AddGlobalTestEnvironment(new ApplicationEnd);
+[[maybe_unused]] const auto* const kEnvironment =
+    ::testing::AddGlobalTestEnvironment(new QtEnvironment);
 
 }  // namespace
-
-QApplication& TestApplication() {
-  static int count = 1;
-  static char name[] = "ui_test";
-  static char* arguments[] = {name, nullptr};
-  if (!Application()) {
-    Application() = std::make_unique<QApplication>(count, arguments);
-  }
-  return *Application();
-}
-
 }  // namespace velkor::testing
