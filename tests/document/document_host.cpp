@@ -37,7 +37,7 @@ void DocumentHost::Finish() {
 
 void DocumentHost::HoldAt(const std::string& path) {
   host.files.OnRead(path, [this] {
-    reached.Set();
+    held.Set();
     go.Wait();
   });
 }
@@ -45,7 +45,7 @@ void DocumentHost::HoldAt(const std::string& path) {
 void DocumentHost::StopHeld(const std::function<void()>& stop) {
   recorder.queue.RunUntil([this] {
     recorder.queue.Post([] { std::this_thread::yield(); });  // it waits for posted work
-    return reached.Test();
+    return held.Test();
   });
   std::thread release([this] {
     std::this_thread::sleep_for(std::chrono::milliseconds(20));

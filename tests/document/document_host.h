@@ -115,7 +115,7 @@ class DocumentHost : public ::testing::Test {
   static constexpr const char* kProject = "C:\\p\\app.prj";
   static constexpr const char* kSystemFile = "C:\\p\\app.psg";
 
-  Event reached{Event::Reset::kAutomatic};
+  Event held{Event::Reset::kAutomatic};
   Event go{Event::Reset::kManual};
   TestHost host;
   Recorder recorder{host.codePage};

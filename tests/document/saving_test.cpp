@@ -56,7 +56,7 @@ TEST_F(SavingTest, RequestsDuringASaveBecomeOne) {
   HoldAt(kSystemFile);  // the save looks at the old file first
   window.handled.clear();
   document.SaveSystemFile();
-  reached.Wait();
+  held.Wait();
   document.SaveSystemFile();
   document.SaveSystemFile();
   go.Set();

@@ -88,7 +88,7 @@ TEST_F(StopTest, ANewerJobIsNotFinishedByTheEndOfAnOlderOne) {
   }
   HoldAt(ModulePath("a"));
   document.Recalculate();
-  reached.Wait();
+  held.Wait();
   recorder.queue.Drain();  // must neither wait for the held job nor take it for ended
   EXPECT_TRUE(document.IsAnalysing());
   go.Set();
