@@ -43,23 +43,6 @@ TEST_F(Chains, TheExtensionChoosesTheFormat) {
   EXPECT_EQ(Written("one.txt"), "a.c#f(6,6)\r\n");
 }
 
-TEST_F(Chains, ALimitOfTheReportIsAFailure) {
-  // Every step doubles the number of chains.
-  std::vector<ModuleFunction> ladder;
-  for (int i = 0; i < 60; ++i) {
-    const std::string next = std::to_string(i + 1);
-    ladder.push_back({"n" + std::to_string(i), "2", {"a" + next, "b" + next}});
-    ladder.push_back({"a" + next, "2", {"n" + next}});
-    ladder.push_back({"b" + next, "2", {"n" + next}});
-  }
-  ladder.push_back({"n60", "2", {}});
-  Put(ladder);
-  const ProgramRun lines = Report("n0", "all.txt", {"--all"});
-  EXPECT_EQ(lines.status, 4);
-  EXPECT_TRUE(lines.Says("W9450 Number of lines reached limit (32767) in output.")) << lines.err;
-  EXPECT_TRUE(lines.Says(folder_.Path("all.txt") + " Writing aborted.")) << lines.err;
-}
-
 TEST_F(Chains, NoInputIsOverwrittenAndNothingIsWrittenForAWrongName) {
   Put({{"main", "4", {}}});
   const std::string module = Written("a.asm");

@@ -7,20 +7,7 @@
 namespace velkor {
 namespace {
 
-// Examples only: the path fuzzer checks the parts of any text.
-TEST(Paths, PartsOfAName) {
-  const CodePage page = CodePage::ShiftJis();
-  const std::string so = "\x83\x5C";  // its second byte is a backslash elsewhere
-  const std::string path = "C:\\" + so + "\\" + so + ".b.c";
-  EXPECT_EQ("C:\\" + so + "\\", DirectoryPart(path, page));
-  EXPECT_EQ(so + ".b", BaseName(path, page));
-  EXPECT_EQ(".c", Extension(path, page));
-  EXPECT_EQ("", Extension(".profile", page));
-  EXPECT_EQ("C:\\p.q\\a", ReplaceExtension("C:\\p.q\\a.prj", "", page));
-  EXPECT_EQ(so + "\\x", Join(so, "x", page));
-  EXPECT_EQ("\x83\\", DirectoryPart(so + "x", CodePage::Latin1()));
-}
-
+// The parts of any name are checked by the path fuzzer.
 TEST(Paths, ResolvingAgainstAFolder) {
   testing::TestHost host;
   EXPECT_EQ("C:\\p\\q\\m.c", FullPath("..\\q\\m.c", "C:\\p\\prj", host.host));

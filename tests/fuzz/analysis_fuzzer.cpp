@@ -9,8 +9,8 @@
 #include "fuzz/fuzz_input.h"
 #include "fuzz/fuzzers.h"
 #include "fuzz/invariants.h"
+#include "fuzz/literal_spec.h"
 #include "fuzz/require.h"
-#include "fuzz/statements.h"
 
 namespace velkor::testing {
 
@@ -58,8 +58,7 @@ class AnalysisRun {
     Finish();
     Check();
     firstFile_ = SystemFile();
-    firstFileTaken_ =
-        StatedFile(firstFile_, Table(), reporter_.Messages()).IsCoveredBy(InForce(Table()));
+    firstFileTaken_ = IsInForce(LiteralFile(firstFile_, {}, Table()));
     return Table().Count() > 0;
   }
 
@@ -91,8 +90,7 @@ class AnalysisRun {
   void CheckReload() {
     CheckSavedLines();
     CheckFirstFileIsKept();
-    const StatedFile saved(SystemFile(), Table(), reporter_.Messages());
-    const Statements stated = Effective(saved.Stated(), Table());
+    const Statements stated = Effective(LiteralFile(SystemFile(), {}, Table()).stated, Table());
     const Statements before = Effective(InForce(Table()), Table());
     const std::vector<std::string> names = Names();
     document_.Recalculate();
@@ -167,6 +165,17 @@ class AnalysisRun {
       Require(function.extraCallees == form.AddedCallees(), "then it calls what was added",
               function.name);
     }
+  }
+
+  // All that the file states.
+  bool IsInForce(const LiteralFile& file) {
+    const Statements inForce = InForce(Table());
+    for (size_t i = 0; i < inForce.size(); ++i) {
+      if (file.stated[i] && file.stated[i] != inForce[i]) {
+        return false;
+      }
+    }
+    return !file.hasStray;
   }
 
   std::vector<std::string> Names() {

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
+#include "fuzz/invariants.h"
 #include "messages/reporter.h"
 #include "support/recorder.h"
 #include "support/test_host.h"
@@ -11,7 +13,13 @@ namespace velkor::testing {
 
 // The catalogue in a code page that lives as long as the program. Made once: an input must not pay
 // for it.
-const StkMessages& MessagesIn(const CodePage& codePage);
+inline const StkMessages& MessagesIn(const CodePage& codePage) {
+  static std::map<const CodePage*, StkMessages> catalogues;
+  if (!catalogues.contains(&codePage)) {
+    catalogues.emplace(&codePage, StkMessages::English(codePage));
+  }
+  return catalogues.at(&codePage);
+}
 
 // Handles a request in the thread that posts it, so that one thread is enough to answer stop
 // questions.
@@ -38,7 +46,15 @@ struct FuzzHost : TestHost {
   }
 
   // Of every line of the log and every box.
-  void CheckAllMessages(bool wholeInputs) const;
+  void CheckAllMessages(bool wholeInputs) const {
+    std::vector<std::string> texts = log.lines;
+    for (const RecordingBoxes::Box& box : boxes.boxes) {
+      if (box.buttons == BoxButtons::kOk) {  // a question adds a text of its own to a log line
+        texts.push_back(box.text);
+      }
+    }
+    CheckMessages(texts, codePage, wholeInputs);
+  }
 
   RecordingBoxes boxes;
   ImmediateLog log;

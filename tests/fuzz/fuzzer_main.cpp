@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -5,7 +6,9 @@
 
 // What libFuzzer calls with each input.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static const velkor::testing::Fuzzer kFuzzer = velkor::testing::FindFuzzer(VELKOR_FUZZER);
-  kFuzzer({reinterpret_cast<const char*>(data), size});
+  using velkor::testing::kFuzzers;
+  static const auto* const kFuzzer = std::ranges::find(kFuzzers, std::string_view(VELKOR_FUZZER),
+                                                       &velkor::testing::NamedFuzzer::name);
+  kFuzzer->fuzzer({reinterpret_cast<const char*>(data), size});
   return 0;
 }

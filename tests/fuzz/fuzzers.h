@@ -1,6 +1,5 @@
 #pragma once
 
-#include <span>
 #include <string_view>
 
 namespace velkor::testing {
@@ -22,8 +21,9 @@ struct NamedFuzzer {
   Fuzzer fuzzer;
 };
 
-std::span<const NamedFuzzer> AllFuzzers();
-// None of that name: the program ends.
-Fuzzer FindFuzzer(std::string_view name);
+inline constexpr NamedFuzzer kFuzzers[] = {{"project", FuzzProject},  {"module", FuzzModule},
+                                           {"spec", FuzzSpec},        {"number", FuzzNumber},
+                                           {"path", FuzzPath},        {"graph", FuzzGraph},
+                                           {"analysis", FuzzAnalysis}};
 
 }  // namespace velkor::testing

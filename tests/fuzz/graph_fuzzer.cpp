@@ -12,7 +12,6 @@
 #include "fuzz/fuzz_input.h"
 #include "fuzz/fuzzers.h"
 #include "fuzz/invariants.h"
-#include "fuzz/reachability.h"
 #include "fuzz/require.h"
 
 namespace velkor::testing {

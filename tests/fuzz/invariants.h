@@ -17,20 +17,17 @@ namespace velkor::testing {
 // sorted and without duplicates, callers that mirror callees.
 void CheckDatabase(const StkFunctionTable& table);
 
-// After a computation that rebuilt the graph, and as long as no callee list changes.
-void CheckExtraLinks(const StkFunctionTable& table);
-
 // After a computation, in addition: nothing is pending, extra callers mirror extra callees,
 // recursion marks and top-level functions are as the call graph has them, every total is the sum
 // that its rule states or over the limit. What needs the graph's closure is left out for tables of
 // more than a few hundred functions.
 void CheckResults(const StkFunctionTable& table, const StkRootList& roots);
 
-// FN_ROOT of every function, by index.
-std::vector<bool> TopLevelMarks(const StkFunctionTable& table);
-// After a computation that rebuilt the graph when these were the marks: the top-level functions
-// are exactly those that the rule makes of them.
-void CheckTopLevel(const StkFunctionTable& table, const std::vector<bool>& marksBefore);
+// After the first computation: the top-level functions are exactly those that the rule makes.
+void CheckTopLevel(const StkFunctionTable& table);
+
+// Callees, then extra callees.
+StkFunctionList AllCallees(const StkFunction& function);
 
 // Texts as a user gets them: not over the limit, representable, and made of whole characters where
 // the inputs were.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "fuzz/literal_number.h"
+
 namespace velkor::testing {
 
 namespace {
@@ -22,29 +24,13 @@ std::string FormatErrorOf(SpecificationKind kind) {
                                                     : "W9429";
 }
 
-// An ordinary number as C writes it, what follows its digits aside.
-std::optional<uint64_t> LeadingNumber(const std::string& text) {
-  int base = 10;
-  size_t first = 0;
-  if (text.starts_with("0x") || text.starts_with("0X")) {
-    base = 16;
-    first = 2;
-  } else if (text.starts_with("0")) {
-    base = 8;
+std::vector<uint32_t> Indices(const StkFunctionList& list) {
+  std::vector<uint32_t> indices;
+  for (const StkFunction* function : list) {
+    indices.push_back(function->index);
   }
-  const std::string digits =
-      std::string("0123456789abcdefABCDEF").substr(0, base == 16 ? 22 : static_cast<size_t>(base));
-  const size_t end = std::min(text.find_first_not_of(digits, first), text.size());
-  if (end == first) {
-    return std::nullopt;
-  }
-  const size_t significant = std::min(text.find_first_not_of('0', first), end);
-  if (end - significant > 11) {
-    return std::nullopt;
-  }
-  const uint64_t value =
-      std::stoull("0" + text.substr(significant, end - significant), nullptr, base);
-  return value > 0xFFFFFFFF ? std::nullopt : std::optional(value);
+  std::sort(indices.begin(), indices.end());
+  return indices;
 }
 
 class LiteralParser {
@@ -189,23 +175,23 @@ class LiteralParser {
     }
     SkipBlanks();
   }
-  void TakeMargin(std::optional<uint64_t> number) {
+  void TakeMargin(std::optional<uint32_t> number) {
     if (!number || *number > kSizeLimit) {
       Fails("W9413");
     } else if (line_.margin != kNoMargin) {
       Fails("W9414");
     } else {
-      line_.margin = static_cast<uint32_t>(*number);
+      line_.margin = *number;
       line_.statesSomething = true;
     }
   }
-  void TakeDepth(std::optional<uint64_t> number) {
+  void TakeDepth(std::optional<uint32_t> number) {
     if (!number || *number == 0) {
       Fails("W9415");
     } else if (line_.depth != kNoDepth) {
       Fails("W9416");
     } else {
-      line_.depth = static_cast<uint32_t>(*number);
+      line_.depth = *number;
       line_.statesSomething = true;
     }
   }
@@ -242,8 +228,6 @@ class LiteralParser {
   LiteralLine line_;
 };
 
-}  // namespace
-
 LiteralLine ReadLiterally(std::string_view line, SpecificationKind kind,
                           const StkFunctionTable& table, const std::vector<bool>& taken) {
   if (line.size() >= kLineLimit) {
@@ -270,6 +254,83 @@ std::vector<std::string> LiteralLines(std::string_view text) {
     lines.push_back(line);
   }
   return lines;
+}
+
+}  // namespace
+
+Statements InForce(const StkFunctionTable& table) {
+  Statements statements(table.Count());
+  for (const auto& function : table.Functions()) {
+    if (function->adjustment != nullptr) {
+      const Statement statement{function->adjustment->margin, function->adjustment->depth,
+                                Indices(function->extraCallees)};
+      if (!statement.StatesNothing()) {
+        statements[function->index] = statement;
+      }
+    }
+  }
+  return statements;
+}
+
+Statements Effective(Statements statements, const StkFunctionTable& table) {
+  for (const auto& function : table.Functions()) {
+    std::optional<Statement>& statement = statements[function->index];
+    if (statement && !function->Is(FN_RECURSIVE)) {
+      statement->depth = kNoDepth;
+    }
+    if (statement && statement->StatesNothing()) {
+      statement.reset();
+    }
+  }
+  return statements;
+}
+
+LiteralFile::LiteralFile(std::string_view text, const LiteralChoices& choices,
+                         const StkFunctionTable& table)
+    : stated(table.Count()), librarySizes(table.Count()), choices_(choices) {
+  std::vector<bool> taken(table.Count());
+  for (const std::string& line : LiteralLines(text)) {
+    const LiteralLine read = ReadLiterally(line, choices.kind, table, taken);
+    if (!read.error.empty()) {
+      hasStray |= line.find(',') != std::string::npos;
+      if (!GoesOnAfter(read.error)) {
+        return;
+      }
+    } else if (read.statesSomething) {
+      taken[read.function->index] = true;
+      Apply(read);
+    }
+  }
+}
+
+bool LiteralFile::GoesOnAfter(const std::string& error) {
+  const bool unknownName = error == "W9410" || error == "W9418";
+  if (choices_.kind == SpecificationKind::kLibraryTable) {
+    if (!unknownName) {
+      errors.emplace_back("W9428");
+    }
+    return unknownName;
+  }
+  const bool system = choices_.kind == SpecificationKind::kSystemFile;
+  if (system && unknownName) {
+    return true;
+  }
+  const bool givesUp = system && choices_.fromCommandLine;
+  errors.push_back(givesUp ? "W9429" : error);
+  if (givesUp || choices_.answer == BoxAnswer::kAbort) {
+    stated.assign(stated.size(), std::nullopt);
+    return false;
+  }
+  return true;
+}
+
+void LiteralFile::Apply(const LiteralLine& line) {
+  const uint32_t index = line.function->index;
+  if (choices_.kind != SpecificationKind::kLibraryTable) {
+    stated[index] = Statement{line.margin, line.depth, Indices(line.callees)};
+  } else if (line.margin != kNoMargin && !line.function->Is(FN_DEFINED)) {
+    librarySizes[index] = line.margin;
+  }
 }
 
 }  // namespace velkor::testing

@@ -1,10 +1,10 @@
 #include <algorithm>
-#include <cctype>
 #include <string>
 
 #include "files/numbers.h"
 #include "fuzz/fuzz_input.h"
 #include "fuzz/fuzzers.h"
+#include "fuzz/literal_number.h"
 #include "fuzz/require.h"
 
 namespace velkor::testing {
@@ -12,35 +12,6 @@ namespace velkor::testing {
 namespace {
 
 constexpr uint32_t kUnset = 0xABCD1234;
-
-bool IsDigitOf(char character, uint32_t base) {
-  const std::string digits = "0123456789abcdef";
-  const auto lower = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
-  const size_t value = digits.find(lower);
-  return character != '\0' && value < base;
-}
-
-std::string LeadingDigits(std::string_view text, uint32_t base) {
-  const auto end = std::find_if_not(text.begin(), text.end(),
-                                    [base](char digit) { return IsDigitOf(digit, base); });
-  return {text.begin(), end};
-}
-
-// As long as the number is short, a wide sum of its digits; longer ones are too large, since the
-// leading zeros are gone.
-bool Fits(std::string digits, uint32_t base, uint32_t& value) {
-  digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size()));
-  if (digits.size() > 11) {
-    return false;
-  }
-  const uint64_t wide = digits.empty() ? 0 : std::stoull(digits, nullptr, static_cast<int>(base));
-  value = static_cast<uint32_t>(wide);
-  return wide <= 0xFFFFFFFF;
-}
-
-bool HasPrefix(std::string_view text) {
-  return text.starts_with("0x") || text.starts_with("0X");
-}
 
 void CheckNumberAt(std::string_view text, size_t start) {
   const std::string_view rest = text.substr(start);

@@ -32,7 +32,7 @@ std::string ReadFile(const fs::path& path) {
 
 std::vector<Case> Corpus() {
   std::vector<Case> cases;
-  for (const testing::NamedFuzzer& fuzzer : testing::AllFuzzers()) {
+  for (const testing::NamedFuzzer& fuzzer : testing::kFuzzers) {
     for (const auto& file : fs::directory_iterator(kFolder / "corpus" / fuzzer.name)) {
       cases.push_back({fuzzer, file.path()});
     }
@@ -121,9 +121,7 @@ TEST_P(Mutations, KeepEveryInvariant) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(, Mutations,
-                         ::testing::ValuesIn(testing::AllFuzzers().begin(),
-                                             testing::AllFuzzers().end()),
+INSTANTIATE_TEST_SUITE_P(, Mutations, ::testing::ValuesIn(testing::kFuzzers),
                          [](const auto& test) { return std::string(test.param.name); });
 
 // Code is passed over in what is read at once; here a line can end wherever that does.

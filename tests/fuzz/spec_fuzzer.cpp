@@ -13,7 +13,6 @@
 #include "fuzz/invariants.h"
 #include "fuzz/literal_spec.h"
 #include "fuzz/require.h"
-#include "fuzz/statements.h"
 #include "readers/library_table.h"
 #include "support/graph.h"
 
@@ -36,19 +35,15 @@ std::string Functions(const CodePage& codePage) {
          letter + "x\nbig 65535 -> memcpy\n";
 }
 
-struct Choices {
-  explicit Choices(FuzzInput& input)
-      : codePage(input.Page()),
-        kind(static_cast<SpecificationKind>(input.Below(3))),
-        answer(
-            std::array{BoxAnswer::kIgnore, BoxAnswer::kRetry, BoxAnswer::kAbort}[input.Below(3)]),
-        fromCommandLine(input.Below(2) != 0),
-        readLimit(1 + input.Below(200)) {}
+struct Choices : LiteralChoices {
+  explicit Choices(FuzzInput& input) : codePage(input.Page()) {
+    kind = static_cast<SpecificationKind>(input.Below(3));
+    answer = std::array{BoxAnswer::kIgnore, BoxAnswer::kRetry, BoxAnswer::kAbort}[input.Below(3)];
+    fromCommandLine = input.Below(2) != 0;
+    readLimit = 1 + input.Below(200);
+  }
 
   const CodePage& codePage;
-  SpecificationKind kind;
-  BoxAnswer answer;
-  bool fromCommandLine;
   size_t readLimit;
 };
 
@@ -128,89 +123,25 @@ void CheckAdjustments(const StkFunctionTable& functions, SpecificationKind kind)
   }
 }
 
-// A file's effect as its lines taken one by one make it.
-class LiteralReading {
- public:
-  LiteralReading(const Choices& choices, const StkFunctionTable& table)
-      : choices_(choices), table_(table), stated_(table.Count()), librarySizes_(table.Count()) {}
-
-  void Read(std::string_view text) {
-    std::vector<bool> taken(table_.Count());
-    for (const std::string& line : LiteralLines(text)) {
-      const LiteralLine read = ReadLiterally(line, choices_.kind, table_, taken);
-      if (!read.error.empty()) {
-        if (!GoesOnAfter(read.error)) {
-          return;
-        }
-      } else if (read.statesSomething) {
-        taken[read.function->index] = true;
-        Apply(read);
-      }
+// Depths where there is no recursion are dropped once the callees are known.
+void CheckAgainst(const LiteralFile& literal, const SpecRun& run) {
+  std::vector<std::string> told;
+  for (const std::string& line : run.host.log.lines) {
+    const std::string code = line.substr(0, 5);
+    if (code.starts_with("W9") && code != "W9417") {
+      told.push_back(code);
     }
   }
-
-  // Depths where there is no recursion are dropped once the callees are known.
-  void Check(const SpecRun& run) const {
-    std::vector<std::string> told;
-    for (const std::string& line : run.host.log.lines) {
-      const std::string code = line.substr(0, 5);
-      if (code.starts_with("W9") && code != "W9417") {
-        told.push_back(code);
-      }
-    }
-    Require(told == errors_, "each error is told once, and nothing else");
-    const StkFunctionTable& table = run.graph.functions;
-    Require(Effective(stated_, table) == InForce(table), "what the lines state is in force");
-    for (const auto& function : table.Functions()) {
-      const std::optional<uint32_t>& size = librarySizes_[function->index];
-      RequireEqual(function->Is(FN_LIBRARY), size.has_value(), "a library size is from its table",
-                   function->name);
-      RequireEqual(function->librarySize, size.value_or(0), "a library size", function->name);
-    }
+  Require(told == literal.errors, "each error is told once, and nothing else");
+  const StkFunctionTable& table = run.graph.functions;
+  Require(Effective(literal.stated, table) == InForce(table), "what the lines state is in force");
+  for (const auto& function : table.Functions()) {
+    const std::optional<uint32_t>& size = literal.librarySizes[function->index];
+    RequireEqual(function->Is(FN_LIBRARY), size.has_value(), "a library size is from its table",
+                 function->name);
+    RequireEqual(function->librarySize, size.value_or(0), "a library size", function->name);
   }
-
- private:
-  bool GoesOnAfter(const std::string& error) {
-    const bool unknownName = error == "W9410" || error == "W9418";
-    if (choices_.kind == SpecificationKind::kLibraryTable) {
-      if (!unknownName) {
-        errors_.emplace_back("W9428");
-      }
-      return unknownName;
-    }
-    const bool system = choices_.kind == SpecificationKind::kSystemFile;
-    if (system && unknownName) {
-      return true;
-    }
-    const bool givesUp = system && choices_.fromCommandLine;
-    errors_.push_back(givesUp ? "W9429" : error);
-    if (givesUp || choices_.answer == BoxAnswer::kAbort) {
-      stated_.assign(stated_.size(), std::nullopt);
-      return false;
-    }
-    return true;
-  }
-
-  void Apply(const LiteralLine& line) {
-    const uint32_t index = line.function->index;
-    if (choices_.kind != SpecificationKind::kLibraryTable) {
-      Statement statement{line.margin, line.depth, {}};
-      for (const StkFunction* callee : line.callees) {
-        statement.callees.push_back(callee->index);
-      }
-      std::sort(statement.callees.begin(), statement.callees.end());
-      stated_[index] = statement;
-    } else if (line.margin != kNoMargin && !line.function->Is(FN_DEFINED)) {
-      librarySizes_[index] = line.margin;
-    }
-  }
-
-  const Choices& choices_;
-  const StkFunctionTable& table_;  // as before the reading
-  Statements stated_;
-  std::vector<std::optional<uint32_t>> librarySizes_;
-  std::vector<std::string> errors_;
-};
+}
 
 }  // namespace
 
@@ -220,13 +151,12 @@ void FuzzSpec(std::string_view bytes) {
   const std::string_view text = input.Rest();
 
   SpecRun atOnce(choices, SIZE_MAX);
-  LiteralReading literal(choices, atOnce.graph.functions);
-  literal.Read(text);
+  const LiteralFile literal(text, choices, atOnce.graph.functions);
   atOnce.Read(choices.kind, text);
-  literal.Check(atOnce);
+  CheckAgainst(literal, atOnce);
   CheckDatabase(atOnce.graph.functions);
   CheckResults(atOnce.graph.functions, atOnce.roots);
-  CheckTopLevel(atOnce.graph.functions, std::vector<bool>(atOnce.graph.functions.Count()));
+  CheckTopLevel(atOnce.graph.functions);
   CheckAdjustments(atOnce.graph.functions, choices.kind);
   atOnce.host.CheckAllMessages(IsWhole(text, choices.codePage));
 

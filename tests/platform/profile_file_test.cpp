@@ -8,23 +8,6 @@
 namespace velkor {
 namespace {
 
-using namespace std::string_literals;
-
-// Examples only: the project fuzzer checks any file against a literal reading.
-TEST(ProfileFileTest, ReadsValuesWhateverTheirDress) {
-  const CodePage page = CodePage::ShiftJis();
-  const ProfileFile file(page,
-                         "\xEF\xBB\xBF[ProjectManager]\r\n  Path = C:\\p\\prj \t\r\n;Path=no\n"
-                         "Quoted=\" a = b \"\rNul=a\0b\nPATH=second\n"
-                         " [ x \x83\x5D] \nk=\x95\x5C\x95\x5C\n"s);
-  EXPECT_EQ(file.GetString("PROJECTMANAGER", "path"), "C:\\p\\prj");
-  EXPECT_EQ(file.GetString("ProjectManager", "Quoted"), " a = b ");
-  EXPECT_EQ(file.GetString("ProjectManager", "Nul"), "a\0b"s);
-  // The bracket that is a second byte ends no name; three bytes would cut a character.
-  EXPECT_EQ(file.GetString("X \x83\x5D", "K", 4), "\x95\x5C");
-  EXPECT_EQ(file.GetString("x \x83\x5D", "k", 0), "");
-}
-
 // A file that never ends, in pieces of odd sizes.
 class Endless : public InputFile {
  public:

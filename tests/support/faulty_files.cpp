@@ -1,42 +1,17 @@
 #include "support/faulty_files.h"
 
+#include <array>
 #include <memory>
 #include <utility>
 
 namespace velkor::testing {
 
 std::string_view NameOf(FileOperation operation) {
-  switch (operation) {
-    case FileOperation::kNone:
-      return "None";
-    case FileOperation::kOpenMissing:
-      return "OpenMissing";
-    case FileOperation::kOpenRefused:
-      return "OpenRefused";
-    case FileOperation::kRead:
-      return "Read";
-    case FileOperation::kLength:
-      return "Length";
-    case FileOperation::kCreate:
-      return "Create";
-    case FileOperation::kWrite:
-      return "Write";
-    case FileOperation::kSynchronize:
-      return "Synchronize";
-    case FileOperation::kClose:
-      return "Close";
-    case FileOperation::kExists:
-      return "Exists";
-    case FileOperation::kIsDirectory:
-      return "IsDirectory";
-    case FileOperation::kIsSameFile:
-      return "IsSameFile";
-    case FileOperation::kReplace:
-      return "Replace";
-    case FileOperation::kRemove:
-      return "Remove";
-  }
-  return "";
+  static constexpr std::array<std::string_view, 14> kNames = {
+      "None",        "OpenMissing", "OpenRefused", "Read",  "Length",
+      "Create",      "Write",       "Synchronize", "Close", "Exists",
+      "IsDirectory", "IsSameFile",  "Replace",     "Remove"};
+  return kNames.at(static_cast<size_t>(operation));
 }
 
 class FaultyFileSystem::Input : public InputFile {

@@ -1,0 +1,245 @@
+#include <algorithm>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <rapidjson/document.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "program.h"
+#include "scratch_folder.h"
+
+namespace velkor {
+namespace {
+
+using testing::ModuleText;
+using testing::Program;
+using testing::ProgramRun;
+using testing::ProjectText;
+using testing::ScratchFolder;
+
+ProgramRun Json(const std::string& project) {
+  return Program({"analyze", project, "--format", "json"}).Run();
+}
+
+rapidjson::Document Parsed(const ProgramRun& run) {
+  rapidjson::Document document;
+  document.Parse<rapidjson::kParseValidateEncodingFlag>(run.out.data(), run.out.size());
+  EXPECT_FALSE(document.HasParseError()) << run.err << run.out.substr(0, 1000);
+  return document;
+}
+
+int64_t CountLines(const std::string& text, const std::string& part) {
+  int64_t count = 0;
+  for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1)) {
+    ++count;
+  }
+  return count;
+}
+
+TEST(BadInput, WhatCannotBeOpenedIsReportedAndTheRestIsRead) {
+  const ScratchFolder folder;
+  folder.Put("main.asm", ModuleText("main.c", {{"main", "4", {}}}));
+  std::filesystem::create_directory(folder.Path("folder.asm"));
+  folder.Put("empty.asm", "");
+  folder.Put("noise.asm", std::string("\0\xFF\r\n\x1A$DGS", 9));
+  ASSERT_EQ(mkfifo(folder.Path("pipe.asm").c_str(), 0600), 0);
+  std::string options = "[Options.CCTarn 0 folder.c]\nOutasmsrccmb0=folder.asm\\.\n";
+  // The project file in the place of a module.
+  options += "[Options.CCTarn 0 self.c]\nOutasmsrccmb0=app.prj\n";
+  std::vector<std::string> sources = {"folder.c", "self.c", "empty.c", "noise.c", "pipe.c"};
+  sources.push_back("main.c");
+  const std::string project = folder.Put("app.prj", ProjectText(".", sources, options));
+  const ProgramRun run = Json(project);
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(CountLines(run.err, " Reading aborted.\n"), static_cast<int64_t>(sources.size()) - 1)
+      << run.err;
+  const std::string kind = "W9432 Illegal format in assembler source module file (";
+  EXPECT_TRUE(run.Says(kind + folder.Path("app.prj") + ":line 1). Check the file.")) << run.err;
+  EXPECT_TRUE(run.Says(kind + folder.Path("empty.asm") + "). Check the file.")) << run.err;
+  EXPECT_TRUE(run.Says("W9401 Cannot open file to read (" + folder.Path("pipe.asm") +
+                       "). Check that the file is readable."))
+      << run.err;
+  EXPECT_EQ(Parsed(run)["functions"].Size(), 1U);
+}
+
+TEST(BadInput, NamesOfAnyBytes) {
+  const ScratchFolder folder;
+  const std::string directives = "%s%n%lu%.0s";
+  const std::string control = "a\x01\x1B[31m\x7F\rb";
+  const std::string invalid = "\xC3\x29\xFF\xED\xA0\x80";
+  const std::string null("c\0d", 3);
+  folder.Put("main.asm", ModuleText("%s%n.c", {{"main", "4", {directives, control, invalid}},
+                                               {directives, "6", {}},
+                                               {control, "8", {}},
+                                               {invalid, "10", {}},
+                                               {null, "12", {null}}}));
+  const std::string project = folder.Put("app.prj", ProjectText(".", {"main.c"}));
+  const std::string limits = folder.Put(
+      "limits.txt", directives + ", ADD=1\n" + null + ", ADD=2\n" + invalid + "x, ADD=3\n");
+  const ProgramRun run = Program({"analyze", project, "--format", "json", "--load", limits}).Run();
+  const rapidjson::Document document = Parsed(run);
+  ASSERT_GE(document["functions"].Size(), 4U) << run.err;
+  const auto name = [&document](rapidjson::SizeType i) {
+    const auto& text = document["functions"][i]["specName"];
+    return std::string(text.GetString(), text.GetStringLength());
+  };
+  EXPECT_EQ(name(1), directives);
+  EXPECT_EQ(name(2), control);
+  EXPECT_EQ(name(3), "\uFFFD)\uFFFD\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(document["functions"][0]["totalStackSize"].GetInt(), 14);
+  EXPECT_TRUE(run.Says("Stack size specification of " + directives +
+                       " adjusted. Additional margin is set to 1."))
+      << run.err;
+  const std::string text = Program({"analyze", project}).Run().out;
+  EXPECT_EQ(text.find('\x1B'), std::string::npos) << "a name gives the terminal no orders";
+  EXPECT_EQ(text.find('\r'), std::string::npos);
+}
+
+TEST(BadInput, ALongChainIsShownByItsEnds) {
+  const ScratchFolder folder;
+  std::vector<testing::ModuleFunction> functions;
+  for (int i = 0; i < 3000; ++i) {
+    functions.push_back({"f" + std::to_string(i), "2", {"f" + std::to_string(i + 1)}});
+  }
+  functions.push_back({"f3000", "2", {"f2990"}});
+  folder.Put("main.asm", ModuleText("main.c", functions));
+  const std::string project = folder.Put("app.prj", ProjectText(".", {"main.c"}));
+  const ProgramRun run = Program({"analyze", project}).Run();
+  EXPECT_NE(run.out.find("... 2962 functions left out, --full shows them\n"), std::string::npos)
+      << run.out.substr(0, 5000);
+  EXPECT_NE(run.out.find("f2990*  (again)\n"), std::string::npos);
+  EXPECT_NE(run.out.find("recursive without a depth: f2990, f2991, f2992, f2993, f2994, f2995, "
+                         "f2996, f2997, f2998, f2999 and 1 more\n"),
+            std::string::npos);
+  const ProgramRun full = Program({"analyze", project, "--full"}).Run();
+  EXPECT_EQ(full.out.find("left out"), std::string::npos);
+  EXPECT_NE(full.out.find(" f1500\n"), std::string::npos);
+}
+
+TEST(Paths, AProjectOfAnotherMachineOpensWhereItLies) {
+  const ScratchFolder folder;
+  folder.Put("Out/MAIN.ASM", ModuleText("C:\\work\\main.c", {{"main", "4", {}}}));
+  const std::string project =
+      folder.Put("app.prj", ProjectText("C:\\work", {"src\\main.c"}, "Outasmsrccmb0=out\n"));
+  const ProgramRun run = Program({"analyze", project}).Run();
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_TRUE(run.Says("C:\\work\\out\\main.asm Reading completed.")) << run.err;
+}
+
+TEST(Paths, MappingsLeadDriveLettersToFolders) {
+  const ScratchFolder folder;
+  folder.Put("far/main.asm", ModuleText("D:\\far\\main.c", {{"main", "4", {}}}));
+  folder.Put("wrong/main.asm", "");
+  const std::string project = folder.Put("near/app.prj", ProjectText("D:\\far", {"main.c"}));
+  const std::string right = "d:\\FAR=" + folder.Path("far");
+  const std::string wrong = "D:\\far=" + folder.Path("wrong");
+
+  const ProgramRun byOption =
+      Program({"analyze", project, "--map", wrong, "--map", right}).With("VELKOR_MAP", wrong).Run();
+  EXPECT_EQ(byOption.status, 0) << byOption.err;
+  EXPECT_TRUE(byOption.Says("D:\\far\\main.asm Reading completed.")) << byOption.err;
+  const ProgramRun byEnvironment =
+      Program({"analyze", project}).With("VELKOR_MAP", "E:\\x=/x;" + right).Run();
+  EXPECT_EQ(byEnvironment.status, 0) << byEnvironment.err;
+  EXPECT_EQ(Program({"analyze", project}).Run().status, 1);
+}
+
+TEST(Paths, TextsOfCodePage932ReachTheReaderAsUtf8) {
+  const ScratchFolder folder;
+  // In this set the second byte of a character can be "\": it separates nothing.
+  const std::string name = "\x83\x5C";
+  folder.Put("main.asm", ModuleText("C:\\" + name + "\\main.c",
+                                    {{"main", "4", {name, "x"}}, {name, "6", {}, true}}));
+  const std::string project = folder.Put("app.prj", ProjectText("C:\\" + name, {"main.c"}));
+  const ProgramRun run =
+      Program({"analyze", project, "--codepage", "932", "--format", "csv"}).Run();
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out,
+            "name,total,frame,adjustment,file,top-level,complete\n"
+            "main,10,4,,C:\\ソ\\main.c,yes,no\n"
+            "main.c#ソ,6,6,,C:\\ソ\\main.c,no,yes\n"
+            "[x],?,?,,,no,no\n");
+  EXPECT_TRUE(run.Says("C:\\ソ\\main.asm Reading completed.")) << run.err;
+
+  // This set has no "≥".
+  const ProgramRun text = Program({"analyze", project, "--codepage", "932"}).Run();
+  EXPECT_NE(text.out.find(">=10"), std::string::npos) << text.out;
+  EXPECT_EQ(text.out.find("≥"), std::string::npos) << text.out;
+}
+
+TEST(Paths, TheTableFilesAreBesideTheProgramOrWhereTheOptionSays) {
+  const ScratchFolder folder;
+  folder.Put("main.asm", ModuleText("main.c", {{"main", "4", {"memcpy"}}}));
+  const std::string project = folder.Put("app.prj", ProjectText(".", {"main.c"}, "Librarychk=1\n"));
+  const ProgramRun beside = Program({"analyze", project, "--format", "csv"}).Run();
+  EXPECT_EQ(beside.status, 0) << beside.err;
+  EXPECT_NE(beside.out.find("main,8,"), std::string::npos) << beside.out;
+
+  folder.Put("data/lt.txt", "[memcpy], ADD=40\n");
+  folder.Put("data/ltr.txt", "");
+  const ProgramRun own =
+      Program({"analyze", project, "--format", "csv", "--data", "data"}).In(folder.Root()).Run();
+  EXPECT_EQ(own.status, 0) << own.err;
+  EXPECT_NE(own.out.find("main,44,"), std::string::npos) << own.out;
+
+  const ProgramRun none = Program({"analyze", project, "--data", folder.Path("none")}).Run();
+  EXPECT_EQ(none.status, 1);
+  EXPECT_NE(none.err.find("W9427 "), std::string::npos) << none.err;
+}
+
+class Load : public ::testing::Test {
+ protected:
+  Load() {
+    folder_.Put(
+        "main.asm",
+        ModuleText("main.c", {{"main", "4", {"f", "g"}}, {"f", "6", {}}, {"g", "8", {""}}}));
+    project_ = folder_.Put("app.prj", ProjectText(".", {"main.c"}));
+  }
+
+  ProgramRun Csv(std::vector<std::string> more) const {
+    std::vector<std::string> arguments = {"analyze", project_, "--format", "csv"};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return Program(arguments).Run();
+  }
+
+  ScratchFolder folder_;
+  std::string project_;
+};
+
+TEST_F(Load, FilesApplyInTheirOrderAndChangeNothingOnDisk) {
+  const std::string first = folder_.Put("first.txt", "g, ADD=100\nmain, ADD=1\n");
+  const std::string second = folder_.Put("second.txt", "main, ADD=2\ng, CALL=f, ADD=0\n");
+  const ProgramRun run = Csv({"--load", first, "--load", second});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out,
+            "name,total,frame,adjustment,file,top-level,complete\n"
+            "main,20,4,2,main.c,yes,yes\n"
+            "f,6,6,,main.c,no,yes\n"
+            "g,14,8,0,main.c,no,yes\n");
+  EXPECT_EQ(testing::ReadFile(folder_.Path("app.psg")), "");
+  // A line without callees leaves those that were stated before.
+  EXPECT_NE(Csv({"--load", second, "--load", first}).out.find("main,119,4,1,"), std::string::npos);
+}
+
+TEST_F(Load, AWrongLineIsAnsweredAsTheCommandLineSays) {
+  const std::string wrong = folder_.Put("wrong.txt", "f, ADD=10\nnone, ADD=1\nf;\nmain, ADD=3\n");
+  const std::string unknown =
+      "W9410 Unknown function name (none) in file (" + wrong +
+      ":line 2). Only functions explicitly referred to in the project are allowed.";
+  for (const std::string answer : {"ignore", "retry", ""}) {
+    const ProgramRun run =
+        answer.empty() ? Csv({"--load", wrong}) : Csv({"--load", wrong, "--on-error", answer});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_TRUE(run.Says(unknown)) << run.err;
+    EXPECT_TRUE(run.Says(wrong + " Reading completed."));
+    EXPECT_NE(run.out.find("main,23,4,3,"), std::string::npos) << run.out;
+  }
+  const ProgramRun run = Csv({"--load", wrong, "--on-error", "abort"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_TRUE(run.Says(unknown));
+  EXPECT_TRUE(run.Says(wrong + " Reading aborted."));
+  EXPECT_NE(run.out.find("main,12,4,,"), std::string::npos) << run.out;
+}
+
+}  // namespace
+}  // namespace velkor
