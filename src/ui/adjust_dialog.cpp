@@ -85,7 +85,7 @@ void CAdjustStackSizeDialog::Fill(const StkFunction& function) {
 }
 
 QLabel* CAdjustStackSizeDialog::Label(uint32_t item, QWidget* buddy) {
-  QLabel* label = new QLabel(Text(item), this);
+  auto* label = new QLabel(Text(item), this);
   label->setBuddy(buddy);
   return label;
 }

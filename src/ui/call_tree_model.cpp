@@ -193,7 +193,7 @@ QVariant CallTreeModel::data(const QModelIndex& index, int role) const {
     return {};
   }
   const Looks& looks = shown->second;
-  const size_t icon = static_cast<size_t>(looks.icon);
+  const auto icon = static_cast<size_t>(looks.icon);
   return role == Qt::DisplayRole      ? QVariant(looks.text)
          : role == Qt::DecorationRole ? QVariant(icons_[icon])
                                       : QVariant(kinds_[icon]);

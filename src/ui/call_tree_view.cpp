@@ -301,7 +301,7 @@ void CStkTreeView::ShowMenu(const QModelIndex& index, const QPoint& position) {
     return;
   }
   rightClickNode_ = index;
-  QMenu* menu = new QMenu(this);
+  auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   const QPersistentModelIndex node = index;
   AddCommands(

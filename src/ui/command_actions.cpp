@@ -94,7 +94,8 @@ void AddItems(Bar& bar, const Items& items, const CommandActions& actions) {
 }  // namespace
 
 CommandActions::CommandActions(QWidget& window, const UiContext& context,
-                               std::string_view productName, std::function<void(Command)> execute) {
+                               std::string_view productName,
+                               const std::function<void(Command)>& execute) {
   for (const Command command : kAllCommands) {
     const auto key = static_cast<uint32_t>(command);
     const MessageKey menuText{kMenuTextKey + key};

@@ -18,7 +18,7 @@ class CommandActions {
  public:
   // The actions belong to the window, whose keys they are.
   CommandActions(QWidget& window, const UiContext& context, std::string_view productName,
-                 std::function<void(Command)> execute);
+                 const std::function<void(Command)>& execute);
 
   QAction& Of(Command command) const { return *actions_.at(command); }
   // Takes over what stateOf answers for each command.

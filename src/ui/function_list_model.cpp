@@ -21,7 +21,8 @@ FunctionListModel::FunctionListModel(const CodePage& codePage,
       icons_(kCalleeRow + kKindCount) {
   for (int kind = 0; kind < kKindCount; ++kind) {
     icons_[static_cast<size_t>(kind)] = ListIcon(kind);
-    icons_[static_cast<size_t>(kCalleeRow + kind)] = ListIcon(kCalleeRow + kind);
+    icons_[static_cast<size_t>(kCalleeRow) + static_cast<size_t>(kind)] =
+        ListIcon(kCalleeRow + kind);
   }
 }
 
@@ -85,7 +86,7 @@ QVariant FunctionListModel::data(const QModelIndex& index, int role) const {
   if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
     return {};
   }
-  const size_t row = static_cast<size_t>(index.row());
+  const auto row = static_cast<size_t>(index.row());
   const int icon = sortValues_[row].icon;
   switch (role) {
     case Qt::DisplayRole:

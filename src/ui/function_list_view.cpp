@@ -148,7 +148,7 @@ void CStkListView::contextMenuEvent(QContextMenuEvent* event) {
     return StateOf(command).value_or(CommandState());
   };
   const auto act = [this](Command command) { Execute(command); };
-  QMenu* menu = new QMenu(this);
+  auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   AddCommands(*menu, context_, {Command::kAdjustStackSize}, stateOf, act);
   AddCommands(*menu->addMenu(context_.Text(kSortMenuText)), context_,

@@ -89,7 +89,7 @@ void CFunctionListsDialog::Arrange() {
 
 void CFunctionListsDialog::AddLabelled(QGridLayout& layout, size_t list, int row, int column,
                                        int rows) {
-  QLabel* label = new QLabel(Text(kLabels[list]), this);
+  auto* label = new QLabel(Text(kLabels[list]), this);
   label->setBuddy(lists_[list]);
   layout.addWidget(label, row, column);
   layout.addWidget(lists_[list], row + 1, column, rows, 1);

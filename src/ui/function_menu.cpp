@@ -9,7 +9,7 @@ namespace velkor {
 
 void AddCommands(QMenu& menu, const UiContext& context, const std::vector<Command>& commands,
                  const CommandStateQuery& stateOf, const CommandAction& act) {
-  QActionGroup* group = new QActionGroup(&menu);
+  auto* group = new QActionGroup(&menu);
   group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
   for (const Command command : commands) {
     const CommandState state = stateOf(command);

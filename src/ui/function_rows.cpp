@@ -78,7 +78,7 @@ QVariant FunctionRowsModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || role != Qt::DisplayRole) {
     return {};
   }
-  const size_t row = static_cast<size_t>(index.row());
+  const auto row = static_cast<size_t>(index.row());
   return ForScreen(RowText(*functions_[row], row >= firstAdded_, codePage_), codePage_);
 }
 
@@ -105,7 +105,7 @@ QModelIndexList FunctionRowsModel::match(const QModelIndex& start, int role, con
   const QByteArray utf8 = value.toString().toUtf8();
   const std::optional<std::string> search =
       codePage_.FromUtf8({utf8.constData(), static_cast<size_t>(utf8.size())});
-  const size_t first = static_cast<size_t>(start.row());
+  const auto first = static_cast<size_t>(start.row());
   for (size_t i = 0; search && i < functions_.size(); ++i) {
     const size_t row = (first + i) % functions_.size();
     if (NameStartsWith(*functions_[row], *search)) {

@@ -26,7 +26,7 @@ std::string_view UpToBar(std::string_view text) {
 
 // Whether a key of that name stands for the wanted one, and how well. 0: it does not.
 int VersionRank(const std::string& candidate, std::string_view wanted) {
-  const signed char last = static_cast<signed char>(candidate.back());
+  const auto last = static_cast<signed char>(candidate.back());
   return candidate.starts_with(wanted) && last > 0 ? last : 0;
 }
 

@@ -25,6 +25,8 @@ Language ChooseLanguage(std::initializer_list<const char*> settings, bool system
 }
 
 Language UserLanguage() {
+  // Nothing in this program changes the environment.
+  // NOLINTNEXTLINE(concurrency-mt-unsafe)
   return ChooseLanguage({std::getenv("LC_ALL"), std::getenv("LC_MESSAGES"), std::getenv("LANG")},
                         QLocale::system().language() == QLocale::Japanese);
 }

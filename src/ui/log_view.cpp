@@ -104,7 +104,7 @@ void CStkLogView::Execute(Command command) {
 }
 
 void CStkLogView::contextMenuEvent(QContextMenuEvent* event) {
-  QMenu* menu = new QMenu(this);
+  auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   AddCommands(
       *menu, context_, {Command::kCopy, Command::kClearLog},
