@@ -77,15 +77,21 @@ std::optional<AdjustmentForm::Refusal> AdjustmentForm::Validate() const {
   return refusal ? refusal : ValidateDepth();
 }
 
+// Of the text that holds its first byte; only digits and a prefix stand before it.
+std::string AdjustmentForm::WholeCharacter(std::string_view text, char firstByte) const {
+  const size_t position = text.find(firstByte);
+  return std::string(text.substr(position, functions_.GetCodePage().CharLength(text, position)));
+}
+
 std::optional<AdjustmentForm::Refusal> AdjustmentForm::ValidateMargin() const {
   uint32_t value = 0;
   char wrong = 0;
   const NumberResult result = ParseNumberText(marginText_, value, wrong);
   if (result == NumberResult::kNoNumber) {
-    return Refusal{MessageKey::kW9462, wrong, Field::kMargin};
+    return Refusal{MessageKey::kW9462, WholeCharacter(marginText_, wrong), Field::kMargin};
   }
   if (result == NumberResult::kTooLarge || (result == NumberResult::kOk && value > kSizeLimit)) {
-    return Refusal{MessageKey::kW9464, 0, Field::kMargin};
+    return Refusal{MessageKey::kW9464, "", Field::kMargin};
   }
   return std::nullopt;
 }
@@ -95,13 +101,13 @@ std::optional<AdjustmentForm::Refusal> AdjustmentForm::ValidateDepth() const {
   char wrong = 0;
   const NumberResult result = ParseNumberText(depthText_, value, wrong);
   if (result == NumberResult::kNoNumber) {
-    return Refusal{MessageKey::kW9463, wrong, Field::kDepth};
+    return Refusal{MessageKey::kW9463, WholeCharacter(depthText_, wrong), Field::kDepth};
   }
   if (result == NumberResult::kOk && value == kNoDepth) {
-    return Refusal{MessageKey::kW9463, '0', Field::kDepth};
+    return Refusal{MessageKey::kW9463, "0", Field::kDepth};
   }
   if (result == NumberResult::kTooLarge) {
-    return Refusal{MessageKey::kW9464, 0, Field::kDepth};
+    return Refusal{MessageKey::kW9464, "", Field::kDepth};
   }
   return std::nullopt;
 }

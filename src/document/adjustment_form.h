@@ -22,7 +22,7 @@ class AdjustmentForm {
   // Why the texts are no adjustment: the message to show, and the field in error.
   struct Refusal {
     MessageKey message;  // W9462, W9463 or W9464
-    char wrong;          // the character that W9462 and W9463 name
+    std::string wrong;   // the character that W9462 and W9463 name
     Field field;
   };
 
@@ -63,6 +63,7 @@ class AdjustmentForm {
   std::optional<StkAdjustment> BuildAdjustment() const;
 
  private:
+  std::string WholeCharacter(std::string_view text, char firstByte) const;
   std::optional<Refusal> ValidateMargin() const;
   std::optional<Refusal> ValidateDepth() const;
   bool ShowsLibrarySize() const { return function_.Is(FN_LIBRARY | FN_FIXED_EXTRA); }

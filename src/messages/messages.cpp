@@ -67,14 +67,11 @@ const PlaceholderForm* FindPlaceholder(std::string_view text) {
 
 void AppendArgument(std::string& message, Placeholder kind, const MessageArgument& argument) {
   if (const auto* text = std::get_if<std::string_view>(&argument);
-      text != nullptr && kind == Placeholder::kText) {
+      text != nullptr && (kind == Placeholder::kText || kind == Placeholder::kCharacter)) {
     AppendBounded(message, *text);
   } else if (const auto* number = std::get_if<uint32_t>(&argument);
              number != nullptr && kind == Placeholder::kNumber) {
     AppendBounded(message, std::to_string(*number));
-  } else if (const auto* character = std::get_if<char>(&argument);
-             character != nullptr && kind == Placeholder::kCharacter) {
-    AppendBounded(message, std::string_view(character, 1));
   }
 }
 

@@ -13,7 +13,7 @@
 namespace velkor {
 
 // One argument of a message: a text for "%s" and "%.0s", a number for "%lu", a character for "%c".
-using MessageArgument = std::variant<std::string_view, uint32_t, char>;
+using MessageArgument = std::variant<std::string_view, uint32_t>;
 using MessageArguments = std::initializer_list<MessageArgument>;
 
 // The catalogue: every text that a user sees, by its key, as bytes of the run's code page.

@@ -56,6 +56,7 @@ TEST(AdjustmentForm, AcceptsAndRefusesNumbersAsStated) {
       {"x", "y", "W9462 Illegal value (x) for additional margin."},
       {"", "0", "W9463 Illegal value (0) for recursion depth.", kDepth},
       {"", "0x0", "W9463 Illegal value (0) for recursion depth.", kDepth},
+      {"0x1ソ", "", "W9462 Illegal value (ソ) for additional margin."},
       {"", "1%", "W9463 Illegal value (%) for recursion depth.", kDepth},
       {"1", "4294967296", kTooBig, kDepth},
   };

@@ -107,13 +107,8 @@ class AnalysisRun {
     }
   }
 
-  // A refusal of what was typed shows the first byte of the wrong character.
   void CheckTexts(bool wholeInputs) const {
-    std::vector<std::string> texts = log_.lines;
-    std::erase_if(texts, [](const std::string& text) {
-      return text.starts_with("W9462") || text.starts_with("W9463");
-    });
-    CheckMessages(texts, host_.codePage, wholeInputs);
+    CheckMessages(log_.lines, host_.codePage, wholeInputs);
   }
 
  private:

@@ -101,7 +101,7 @@ TEST_F(Catalogue, FullTexts) {
   EXPECT_EQ(format(MessageKey::kW9424, {"a.psg", 3U, 4294967295U}),
             "W9424 Multiple specifications for one function in file (a.psg:line 3, line "
             "4294967295).\nOnly one is allowed.");
-  EXPECT_EQ(format(MessageKey::kW9462, {'-'}), "W9462 Illegal value (-) for additional margin.");
+  EXPECT_EQ(format(MessageKey::kW9462, {"-"}), "W9462 Illegal value (-) for additional margin.");
   EXPECT_EQ(format(MessageKey::kW9430, {}),
             "W9430 Cannot find CCTarn generated assembler source module file.\nSelect Havel's "
             "menu ([Tool]-[Compiler Options]) and check both \"Create Assembler Source Module "

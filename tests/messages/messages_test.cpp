@@ -48,13 +48,13 @@ TEST(Messages, LaterCataloguesAddAndReplaceWhatTheCodePageCanShow) {
 }
 
 TEST(Messages, PlaceholdersTakeTheArgumentsInOrder) {
-  EXPECT_EQ(Format("%s-%lu-%c-%.0s%s%%", {"a", 0U, 'x', "hidden", "b"}), "a-0-x-b%");
+  EXPECT_EQ(Format("%s-%lu-%c-%.0s%s%%", {"a", 0U, "x", "hidden", "b"}), "a-0-x-b%");
   EXPECT_EQ(Format("%s|%s", {"%s%lu%%\n", "b"}), "%s%lu%%\n|b");
   EXPECT_EQ(Format("[%s]", {"a\0b"s}), "[a\0b]"s);
   EXPECT_EQ(Format("50% of %d%", {"x"}), "50% of %d%");
   // Without a fitting argument nothing is shown.
   EXPECT_EQ(Format("%s(%lu)%s", {"a"}), "a()");
-  EXPECT_EQ(Format("%s,%lu,%c,%s", {1U, "a", "b", "c"}), ",,,c");
+  EXPECT_EQ(Format("%s,%lu,%c,%s", {1U, "a", 2U, "c"}), ",,,c");
 }
 
 TEST(Messages, AMessageIsCutAtACharacterBorder) {
