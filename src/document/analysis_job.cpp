@@ -34,11 +34,12 @@ void StkAnalysisJob::Run() {
 void StkAnalysisJob::Abandon() {
   parts_.functions.Clear();
   try {
-    if (!currentPath_.empty()) {
-      parts_.reporter.PostLog(MessageKey::kReadingAborted, {currentPath_});
-    }
+    // Never without a warning: no functions are no result.
+    const std::string& path = currentPath_.empty() ? parts_.project.Path() : currentPath_;
+    parts_.reporter.PostWarning(MessageKey::kW9401, {path});
+    parts_.reporter.PostLog(MessageKey::kReadingAborted, {path});
   } catch (...) {
-    // The log line has no room; the notification is what matters.
+    // The messages have no room; the notification is what matters.
   }
   PostEnd(WM_STK_ANALYSIS_END);
 }

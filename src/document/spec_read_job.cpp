@@ -53,6 +53,7 @@ StkSpecReadJob::~StkSpecReadJob() {
 void StkSpecReadJob::Run() {
   Post(WM_STK_SPECREAD_START);
   for (const auto& source : sources_) {
+    current_ = source.get();
     ReadSource(*source);
     if (Stopped()) {
       return;
@@ -74,6 +75,13 @@ void StkSpecReadJob::Abandon() {
   } catch (...) {
     roots_.Clear();
     functions_.Clear();
+  }
+  try {
+    if (!sources_.empty()) {
+      ReportCutShort(current_ != nullptr ? *current_ : *sources_.front());
+    }
+  } catch (...) {
+    // The warning has no room; the notification is what matters.
   }
   PostEnd(WM_STK_SPECREAD_END);
 }

@@ -38,6 +38,7 @@ class StkSpecReadJob : public StkJob {
   StkFunctionList PendingDepths() const;
 
   std::vector<std::unique_ptr<StkSpecReader>> sources_;
+  const StkSpecReader* current_ = nullptr;  // of the sources
   StkFunctionTable& functions_;
   StkRootList& roots_;
   StkReporter& reporter_;

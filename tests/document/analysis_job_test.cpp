@@ -167,7 +167,11 @@ TEST_P(OutOfMemory, EndsTheJobWithEmptyTables) {
   EXPECT_FALSE(job.Completed());
   EXPECT_EQ(functions.Count(), 0u);
   EXPECT_EQ(Notifications().back(), WM_STK_ANALYSIS_END);
-  EXPECT_EQ(recorder.log.lines.back(), "C:\\p\\b.asm Reading aborted.");
+  const std::vector<std::string>& lines = recorder.log.lines;
+  ASSERT_GE(lines.size(), 2u);
+  EXPECT_TRUE(
+      lines[lines.size() - 2].starts_with("W9401 Cannot open file to read (C:\\p\\b.asm)."));
+  EXPECT_EQ(lines.back(), "C:\\p\\b.asm Reading aborted.");
 }
 
 TEST_F(AnalysisJobTest, AFullQueueEndsTheJobAndNotTheProgram) {

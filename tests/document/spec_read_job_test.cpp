@@ -199,6 +199,7 @@ TEST_F(SpecReadJobTest, RunningOutOfMemoryKeepsTheTotalsComputed) {
   EXPECT_EQ(PendingCount(), 0u);
   EXPECT_EQ(graph["main"].totalStackSize, 30u);
   EXPECT_EQ(window.handled.back().first, WM_STK_SPECREAD_END);
+  EXPECT_TRUE(recorder.log.lines.back().starts_with("W9401 Cannot open file to read ("));
 }
 
 }  // namespace
