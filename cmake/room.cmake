@@ -18,15 +18,20 @@ function(velkor_room name)
   endforeach()
 endfunction()
 
+# What nearly every test includes.
+set(VELKOR_TEST_HEADERS <gtest/gtest.h> <map> <memory> <random> <string> <string_view> <vector>)
+
 # velkor_test(NAME DEPENDS rooms... LABELS labels...): the test program of one folder of tests/.
 function(velkor_test name)
   cmake_parse_arguments(TEST "" "" "DEPENDS;LABELS" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   add_executable(${name}_test ${sources})
   target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-  target_precompile_headers(${name}_test PRIVATE
-    <gtest/gtest.h> <map> <memory> <random> <string> <string_view> <vector>)
-  target_compile_definitions(${name}_test PRIVATE VELKOR_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  if("ui" IN_LIST TEST_DEPENDS)  # the toolkit has options of its own
+    target_precompile_headers(${name}_test PRIVATE ${VELKOR_TEST_HEADERS})
+  else()
+    target_precompile_headers(${name}_test REUSE_FROM velkor_test_support)
+  endif()
   target_link_libraries(${name}_test PRIVATE velkor_compile velkor_test_support GTest::gtest_main)
   foreach(room ${TEST_DEPENDS})
     target_link_libraries(${name}_test PRIVATE velkor_${room})
