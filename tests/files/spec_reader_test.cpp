@@ -130,6 +130,12 @@ TEST(SpecReader, TheProgramsOwnFilesAreGivenUpWithOneMessage) {
   EXPECT_EQ(Lines{"W9429 Broken stk system file (C:\\p\\s.txt).\nThe file was ignored."},
             system.recorder.log.lines);
   EXPECT_EQ(StopAnswer::kAbort, system.reader->Answer());
+
+  // A function that is gone costs its own line only.
+  SpecReading changed(kGraph);
+  EXPECT_TRUE(changed.Read(kSystemFile, "[unknown],ADD=1\nf,CALL=gone\nmain,ADD=2"));
+  EXPECT_EQ("2 -", changed.Pending("main"));
+  EXPECT_EQ(Lines(), changed.recorder.log.lines);
 }
 
 TEST(SpecReader, AnswersOfTheStopQuestion) {

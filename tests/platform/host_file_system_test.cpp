@@ -1,13 +1,16 @@
 #include "platform/host_file_system.h"
 
 #include <atomic>
+#include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
+#include "platform/profile_file.h"
 #include "platform/temporary_folder.h"
 
 namespace velkor {
@@ -48,6 +51,22 @@ TEST_F(HostFileSystemTest, WritesAndReadsWholeFiles) {
   EXPECT_EQ(input.file->Length(), bytes.size());
   EXPECT_EQ(Content(*input.file), bytes);
   EXPECT_EQ(Content(*input.file), "");
+}
+
+// As a device that fills up: it takes a part of the bytes and then no more.
+TEST_F(HostFileSystemTest, AWriteOfWhichOnlyAPartFitsFails) {
+  const auto output = files_.OpenForWrite("f");
+  ASSERT_TRUE(output.file);
+  rlimit before{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  const rlimit limit{1000, before.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  const bool written = output.file->Write(std::string(1500, 'x'));
+  setrlimit(RLIMIT_FSIZE, &before);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_FALSE(written);
+  EXPECT_EQ(folder_.Get("f").size(), 1000U);
 }
 
 TEST_F(HostFileSystemTest, LocksAdmitReadersOnlyAndSpareTheContents) {
@@ -225,8 +244,8 @@ TEST_F(HostFileSystemTest, AFileThatIsShortenedWhileItIsReadEndsBeforeItsLength)
   const auto opened = files_.OpenForRead("f");
   char buffer[1000];
   EXPECT_EQ(opened.file->Read(buffer, sizeof buffer), sizeof buffer);
-  ASSERT_EQ(truncate("f", 1500), 0);  // a program that knows no locks
-  EXPECT_EQ(opened.file->Read(buffer, sizeof buffer), 500U);
+  ASSERT_EQ(truncate("f", 2500), 0);  // a program that knows no locks
+  EXPECT_TRUE(ProfileFile(codePage_, *opened.file).CutShort());
   EXPECT_EQ(opened.file->Read(buffer, sizeof buffer), 0U);
   EXPECT_EQ(opened.file->Length(), 100000U);
 }

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <map>
-#include <numeric>
 #include <regex>
 #include <sstream>
 
@@ -56,23 +55,27 @@ std::map<std::string, uint32_t> SizesOf(const std::string& table) {
   return sizes;
 }
 
-uint32_t Sum(const std::map<std::string, uint32_t>& sizes) {
-  return std::accumulate(sizes.begin(), sizes.end(), 0U,
-                         [](uint32_t sum, const auto& entry) { return sum + entry.second; });
+// Changes with every name and every size.
+uint32_t Digest(const std::map<std::string, uint32_t>& sizes) {
+  uint32_t digest = 0;
+  for (const auto& [name, size] : sizes) {
+    for (const char c : name + '=') {
+      digest = digest * 31 + static_cast<uint32_t>(c);
+    }
+    digest = digest * 31 + size;
+  }
+  return digest;
 }
 
 TEST_F(LibraryTableTest, BuiltInTables) {
   auto standard = SizesOf(BuiltIn(LibraryTableKind::kStandard));
   EXPECT_EQ(standard.size(), 133U);
-  EXPECT_EQ(Sum(standard), 2183U);
+  EXPECT_EQ(Digest(standard), 3709548033U);
   EXPECT_EQ(standard["scanf"], 294U);
-  EXPECT_EQ(standard["__assertfail"], 64U);
   auto helpers = SizesOf(BuiltIn(LibraryTableKind::kRuntimeHelpers));
   EXPECT_EQ(helpers.size(), 135U);
-  EXPECT_EQ(Sum(helpers), 567U);
-  EXPECT_EQ(helpers["@finc"], 26U);
+  EXPECT_EQ(Digest(helpers), 3424823748U);
   EXPECT_EQ(helpers["@lsmul"], 7U);
-  EXPECT_EQ(helpers.count("@cprep2"), 0U);
 }
 
 TEST_F(LibraryTableTest, FileComesBeforeTheBuiltInTable) {
