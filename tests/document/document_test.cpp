@@ -34,37 +34,6 @@ TEST_F(DocumentTest, AnAnalysisGoesFromTheProjectToResults) {
   EXPECT_EQ(Find("f")->adjustment->margin, 5u);
 }
 
-TEST_F(DocumentTest, AFailedOpenLeavesAnEmptyDocument) {
-  PutChain();
-  OpenAndFinish();
-  view.Take();
-  document.SetCurrentSelection(Find("f"));
-  EXPECT_FALSE(document.OnOpenDocument("C:\\p\\none.prj"));
-  EXPECT_EQ(view.Take(), Hints{HINT_CLEAR});
-  EXPECT_EQ(document.PathName(), "");
-  EXPECT_EQ(document.Project(), nullptr);
-  EXPECT_EQ(document.FunctionTable(), nullptr);
-  EXPECT_EQ(document.RootList(), nullptr);
-  EXPECT_EQ(document.CurrentSelection(), nullptr);
-  ASSERT_EQ(recorder.boxes.boxes.back().text, "E9300 Cannot find project file (C:\\p\\none.prj).");
-  document.StartAnalysis();
-  EXPECT_FALSE(document.IsAnalysing());
-  document.Recalculate();
-  EXPECT_TRUE(view.Take().empty());
-}
-
-TEST_F(DocumentTest, APathMayHave255Characters) {
-  const std::string longest = "C:\\" + std::string(248, 'p') + ".prj";
-  host.files.Put(longest, "[ProjectManager]\nPath=C:\\p\n");
-  EXPECT_TRUE(document.OnOpenDocument(longest));
-  const std::string tooLong = "C:\\" + std::string(249, 'p') + ".prj";
-  host.files.Put(tooLong, "[ProjectManager]\nPath=C:\\p\n");
-  EXPECT_FALSE(document.OnOpenDocument(tooLong));
-  EXPECT_EQ(recorder.boxes.boxes.back().text,
-            "W9407 Too long file name (" + tooLong + ").\nThe limit is 255.");
-  EXPECT_EQ(document.Project(), nullptr);
-}
-
 TEST_F(DocumentTest, ARecalculationThatFailsCanBeTriedAgain) {
   PutChain();
   OpenAndFinish();

@@ -48,23 +48,6 @@ TEST_F(SavingTest, AnAdjustmentSurvivesTheEndRightAfterIt) {
   EXPECT_EQ(SystemFile(), "f, ADD=9\r\n");
 }
 
-TEST_F(SavingTest, RequestsDuringASaveBecomeOne) {
-  PutAdjustable();
-  OpenAndFinish();
-  Adjust("f", 5);
-  Finish();
-  HoldAt(kSystemFile);  // the save looks at the old file first
-  window.handled.clear();
-  document.SaveSystemFile();
-  held.Wait();
-  document.SaveSystemFile();
-  document.SaveSystemFile();
-  go.Set();
-  Finish();
-  EXPECT_EQ(Count(WM_STK_SPECWRITE_START), 2u);
-  EXPECT_EQ(Count(WM_STK_SPECWRITE_END), 2u);
-}
-
 TEST_F(SavingTest, AStoppedAutomaticSaveIsMadeUpFor) {
   PutAdjustable();
   host.files.Put(kSystemFile, "main, ADD=1\r\n");

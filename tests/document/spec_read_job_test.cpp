@@ -87,16 +87,6 @@ TEST_F(SpecReadJobTest, AppliesEachSourceAndTellsItsCourse) {
                 "Stack size specification of f adjusted. Recursion depth is set to 3."}));
 }
 
-TEST_F(SpecReadJobTest, TheTotalsAreComputedWhenNothingCanBeOpened) {
-  Add(SpecificationKind::kSystemFile, kSystem);
-  Add(SpecificationKind::kUserFile, kUser);
-  Add(SpecificationKind::kUserFile, "C:\\" + std::string(253, 'x'));
-  Run();
-  EXPECT_EQ(roots.size(), 3u);
-  EXPECT_EQ(graph["main"].totalStackSize, 30u);
-  EXPECT_EQ(window.handled, (Posted{{WM_STK_SPECREAD_START, 0}, {WM_STK_SPECREAD_END, 0}}));
-}
-
 TEST_F(SpecReadJobTest, AStopDiscardsTheInterruptedSourceAndStillComputes) {
   for (const bool computed : {false, true}) {
     std::string text = "f, ADD=1000\n";

@@ -96,37 +96,5 @@ TEST_F(StopTest, ANewerJobIsNotFinishedByTheEndOfAnOlderOne) {
   EXPECT_EQ(Total("main"), 60u);
 }
 
-TEST_F(StopTest, AdjustmentsSurviveWhateverComesRightAfterThem) {
-  PutChain();
-  OpenAndFinish();
-  std::mt19937 random(7);
-  for (uint32_t margin = 1; margin <= 200; ++margin) {
-    StkAdjustment adjustment;
-    adjustment.margin = margin;
-    ASSERT_TRUE(document.AdjustFunction(*Find("f"), adjustment));
-    ASSERT_TRUE(document.AdjustFunction(*Find("g"), adjustment));
-    std::this_thread::sleep_for(std::chrono::microseconds(random() % 200));
-    if (random() % 2 == 0) {
-      recorder.queue.Drain();
-    }
-    monitor.Stop();
-    switch (random() % 3) {
-      case 0:
-        document.Recalculate();
-        break;
-      case 1:
-        Open();
-        break;
-      default:
-        document.SaveSpecFile("C:\\copy.txt");
-        document.Recalculate();
-        break;
-    }
-    Finish();
-    ASSERT_EQ(Total("main"), 60 + 2 * margin);
-  }
-  EXPECT_EQ(host.files.Get(std::string(kSystemFile) + ".bak"), std::nullopt);
-}
-
 }  // namespace
 }  // namespace velkor

@@ -129,17 +129,6 @@ TEST_F(CallTree, ShowsCalleesThenExtraCalleesWithKindsAndMaximumMarks) {
             "lone.c#lone 4\n");
 }
 
-TEST_F(CallTree, CutsLongNamesButNoCharacter) {
-  const std::string fits(259, 'a');
-  const std::string tooLong(260, 'b');
-  const std::string wide = QString("c" + QString(100, QChar(0x65E5))).toStdString();
-  ComputedGraph graph(fits + " 1\n" + tooLong + " 1\n" + wide + " 1\n");
-  Show(graph);
-  EXPECT_EQ(model->index(0, 0).data().toString().size(), 259);
-  EXPECT_EQ(model->index(1, 0).data().toString(), QString(256, 'b') + "...");
-  EXPECT_EQ(model->index(2, 0).data().toString(), "c" + QString(85, QChar(0x65E5)) + "...");
-}
-
 TEST_F(CallTree, RebuildReopensThePathsThatStillExist) {
   ComputedGraph graph(
       "main 10 -> a b\n"

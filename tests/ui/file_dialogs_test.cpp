@@ -1,11 +1,8 @@
-#include <QDir>
-#include <QLabel>
 #include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include "main_window.h"
-#include "ui/about_box.h"
 #include "ui/file_name_checks.h"
 
 namespace velkor {
@@ -28,8 +25,6 @@ TEST_F(FileNames, PathsOverTheLimitAreRefusedInEveryDialog) {
   EXPECT_FALSE(NameToSave(longest + 'n', Context()));
   EXPECT_EQ(BoxTexts(), message + "\nThe limit is 255.|" + message + "\nThe limit is 255.|");
   EXPECT_EQ(Log(), message + " The limit is 255.\n" + message + " The limit is 255.\n");
-  // Bytes count, not letters.
-  EXPECT_FALSE(NameToOpen("/" + QString(127, QChar(0x3042)), Context()));
 }
 
 TEST(FileNamesOfAnotherCodePage, ANameThatItCannotSpellIsRefused) {
@@ -46,47 +41,25 @@ TEST(FileNamesOfAnotherCodePage, ANameThatItCannotSpellIsRefused) {
   EXPECT_TRUE(recorder.boxes.boxes[1].text.starts_with("W9401 "));
 }
 
-TEST(FileFilters, BecomeThoseOfTheToolkit) {
-  EXPECT_EQ(NameFilters("Text Format Output Result (*.txt)|*.txt|CSV (*.csv)|*.csv||"),
-            QStringList({"Text Format Output Result (*.txt)", "CSV (*.csv)"}));
-  EXPECT_EQ(NameFilters("Plain|*.x||"), QStringList("Plain (*.x)"));
-  EXPECT_EQ(NameFilters(""), QStringList());
-}
-
-class FileDialogWindows : public FileNames {
- protected:
-  QString InFolder(const QString& name) const { return QDir(folder.path()).filePath(name); }
-  static void Type(QFileDialog& dialog, const QString& name) {
-    dialog.findChild<QLineEdit*>()->setText(name);
-  }
-  static void Confirm(QFileDialog& dialog) { static_cast<QDialog&>(dialog).accept(); }
-
-  QTemporaryDir folder;
-};
-
-TEST_F(FileDialogWindows, ANameThatIsRefusedLeavesTheDialogOpen) {
+TEST_F(FileNames, ANameThatIsRefusedLeavesTheDialogOpen) {
+  const QTemporaryDir folder;
+  const QString report = folder.filePath("report.txt");
   CFileSaveDlg dialog(Context(), nullptr);
   dialog.SetFilter("Text (*.txt)|*.txt||");
   dialog.setDirectory(folder.path());
   dialog.open();
-  Type(dialog, "report");
-  host.files.Put(InFolder("report.txt").toStdString(), "old");
+  auto* name = dialog.findChild<QLineEdit*>();
+  name->setText("report");
+  host.files.Put(report.toStdString(), "old");
   boxes.answerWith = [](const auto&) { return BoxAnswer::kNo; };
-  Confirm(dialog);
+  static_cast<QDialog&>(dialog).accept();
   EXPECT_EQ(BoxTexts(), "I9501 Do you want to overwrite it?|") << "with the default extension";
   EXPECT_TRUE(dialog.isVisible());
-  EXPECT_EQ(dialog.findChild<QLineEdit*>()->text(), "report");
+  EXPECT_EQ(name->text(), "report");
   boxes.answerWith = [](const auto&) { return BoxAnswer::kYes; };
-  Confirm(dialog);
+  static_cast<QDialog&>(dialog).accept();
   EXPECT_FALSE(dialog.isVisible());
-  EXPECT_EQ(dialog.selectedFiles(), QStringList(InFolder("report.txt")));
-}
-
-TEST_F(FileDialogWindows, AboutShowsNameAndVersion) {
-  CAboutBox about(Context(), {"velkor", "1.0.0 (date)"});
-  EXPECT_EQ(about.windowTitle(), "About velkor");
-  EXPECT_EQ(about.findChild<QLabel*>("1015")->text(),
-            "Stack Size Analysis for Tarn Firmware\nvelkor 1.0.0 (date)");
+  EXPECT_EQ(dialog.selectedFiles(), QStringList(report));
 }
 
 }  // namespace

@@ -1,11 +1,8 @@
 #include <QAbstractItemModelTester>
-#include <QHeaderView>
 #include <QPersistentModelIndex>
-#include <QTest>
+#include <gtest/gtest.h>
 
-#include "main_window.h"
 #include "support/computed_graph.h"
-#include "ui/arrow_header.h"
 #include "ui/function_icons.h"
 #include "ui/function_list_model.h"
 
@@ -13,7 +10,6 @@ namespace velkor {
 namespace {
 
 using testing::ComputedGraph;
-using testing::MainWindow;
 
 class FunctionList : public ::testing::Test {
  protected:
@@ -70,67 +66,6 @@ TEST_F(FunctionList, ShowsTheFunctionItsCalleesAndItsExtraCallees) {
   EXPECT_EQ(model->FunctionAt(3), &graph["self"]);
   graph.Adjust("x", 900);
   EXPECT_EQ(model->index(6, 1).data().toString(), "?") << "the values of when it was filled";
-}
-
-class FunctionListView : public MainWindow {
- protected:
-  FunctionListView() : MainWindow({"main 10 a b c", "a 2", "b 1", "c 3"}) {}
-
-  void ClickHeader(int column) {
-    QHeaderView* header = List().header();
-    QTest::mouseClick(header->viewport(), Qt::LeftButton, Qt::NoModifier,
-                      {header->sectionViewportPosition(column) + 20, header->height() / 2});
-  }
-  // The column of the arrow and its direction.
-  std::string Arrow() {
-    const auto* header = static_cast<const ArrowHeader*>(List().header());
-    return std::to_string(header->ArrowSection()) + (header->ArrowDescending() ? "v" : "^");
-  }
-};
-
-TEST_F(FunctionListView, HeaderClicksAndCommandsSortWithToggling) {
-  Start(std::nullopt);
-  ClickHeader(1);
-  EXPECT_EQ(Arrow(), "-1^") << "without functions a click does nothing";
-  ASSERT_TRUE(app->OpenDocumentFile(kProject));
-  Finish();
-  const std::pair<int, const char*> clicks[] = {{1, "main b a c 1^"},
-                                                {1, "main c a b 1v"},
-                                                {1, "main b a c 1^"},
-                                                {4, "main a b c 4^"}};  // one file: table order
-  for (const auto& [column, expected] : clicks) {
-    ClickHeader(column);
-    EXPECT_EQ(ListText() + Arrow(), expected);
-  }
-  Choose(Command::kSortByIcon);
-  EXPECT_EQ(ListText() + Arrow(), "main c a b 0^") << "c is on the maximum chain";
-  EXPECT_TRUE(app->Frame().Actions().Of(Command::kSortByIcon).isChecked());
-  Choose(Command::kSortByName);
-  EXPECT_EQ(Arrow(), "0^") << "another key, though the same column";
-  ClickHeader(0);
-
-  // The order stays for the next fill and is forgotten with the analysis.
-  Document().UpdateAllViews(nullptr, HINT_SELECTION);
-  EXPECT_EQ(ListText() + Arrow(), "main c b a 0v");
-  Document().Recalculate();
-  EXPECT_EQ(ListText() + Arrow(), "-1^");
-  Finish();
-  EXPECT_EQ(ListText() + Arrow(), "main a b c -1^");
-}
-
-TEST_F(FunctionListView, SearchesNamesAndShowsItsSelectionOnlyWithTheFocus) {
-  StartAndFinish();
-  Focus(Tree());
-  const auto picture = [this] { return List().viewport()->grab().toImage(); };
-  const QImage plain = picture();
-  List().setCurrentIndex(List().model()->index(1, 2));
-  Focus(List());
-  QTest::keyClicks(&List(), "c");
-  EXPECT_EQ(List().SelectedFunction(), &Function("c"));
-  EXPECT_NE(picture(), plain);
-  Focus(Tree());
-  EXPECT_EQ(picture(), plain);
-  EXPECT_EQ(List().SelectedFunction(), &Function("c"));
 }
 
 }  // namespace

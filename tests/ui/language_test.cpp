@@ -58,16 +58,5 @@ TEST(WindowTexts, BothSetsHaveTheSameKeysAndShapes) {
   EXPECT_EQ(japanese.size(), english.size());
 }
 
-TEST(WindowTexts, ACodePageWithoutTheLanguageStaysEnglish) {
-  const CodePage utf8 = CodePage::Utf8();
-  const CodePage latin = CodePage::Latin1();
-  const CodePage shiftJis = CodePage::ShiftJis();
-  const MessageKey stop{1032777};
-  EXPECT_EQ(WindowMessages(utf8, Language::kEnglish).Text(stop), "&Stop");
-  EXPECT_EQ(WindowMessages(utf8, Language::kJapanese).Text(stop), "\u4E2D\u6B62(&S)");
-  EXPECT_EQ(WindowMessages(shiftJis, Language::kJapanese).Text(stop), "\x92\x86\x8E\x7E(&S)");
-  EXPECT_EQ(WindowMessages(latin, Language::kJapanese).Text(stop), "&Stop");
-}
-
 }  // namespace
 }  // namespace velkor

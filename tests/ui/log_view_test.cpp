@@ -1,6 +1,4 @@
-#include <QClipboard>
 #include <QElapsedTimer>
-#include <QTest>
 #include <QTextBlock>
 #include <QTimer>
 #include <thread>
@@ -16,7 +14,6 @@ class LogViewOfTheWindow : public MainWindow {
  protected:
   LogViewOfTheWindow() { Start(std::nullopt); }
   CStkLogView& View() { return app->Frame().GetLogView(); }
-  bool Enabled(Command command) { return View().StateOf(command)->enabled; }
 };
 
 TEST_F(LogViewOfTheWindow, AMessageIsOneLine) {
@@ -29,12 +26,6 @@ TEST_F(LogViewOfTheWindow, AMessageIsOneLine) {
             "W9400 Cannot find file (a). Check that the specified file name is correct.\n"
             "a b c d\xEF\xBF\xBD\n");
   EXPECT_EQ(View().blockCount(), 3);
-
-  CStkLogView japanese(app->Context(), app->Frame(), app->Posted(), Language::kJapanese);
-  japanese.Append("a\nb");
-  japanese.ShowAll();
-  EXPECT_EQ(japanese.toPlainText(), "ab\n");
-  app->Context().reporter.RegisterLogView(&View());
 }
 
 TEST_F(LogViewOfTheWindow, TheOldestLinesDisappear) {
@@ -49,32 +40,6 @@ TEST_F(LogViewOfTheWindow, TheOldestLinesDisappear) {
     EXPECT_EQ(View().document()->firstBlock().text().toInt(), count - kKept + 1);
     EXPECT_EQ(View().document()->lastBlock().previous().text().toInt(), count);
   }
-}
-
-TEST_F(LogViewOfTheWindow, ClearAndCopyFollowTheText) {
-  EXPECT_FALSE(Enabled(Command::kClearLog));
-  EXPECT_FALSE(Enabled(Command::kCopy));
-  View().Append("one");
-  View().Append("two");
-  EXPECT_TRUE(Enabled(Command::kClearLog)) << "also before it is on the screen";
-  View().ShowAll();
-  View().selectAll();
-  EXPECT_TRUE(Enabled(Command::kCopy));
-  Focus(View());
-  QTest::keyClicks(&View(), "abc");
-  QTest::keyClick(&View(), Qt::Key_Backspace);
-  EXPECT_TRUE(IsEnabled(Command::kCopy)) << "typing changes nothing";
-  Choose(Command::kCopy);
-  EXPECT_EQ(QGuiApplication::clipboard()->text(), "one\ntwo\n");
-  View().Append("three");
-  View().ShowAll();
-  EXPECT_FALSE(Enabled(Command::kCopy)) << "a new line takes the selection away";
-  EXPECT_TRUE(View().textCursor().atEnd());
-  View().Append("late");
-  Choose(Command::kClearLog);
-  HandleEvents();
-  EXPECT_EQ(Log(), "");
-  EXPECT_FALSE(IsEnabled(Command::kClearLog));
 }
 
 TEST_F(LogViewOfTheWindow, ManyLinesDoNotKeepTheWindowFromAnswering) {

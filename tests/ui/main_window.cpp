@@ -15,8 +15,7 @@ constexpr int kPatience = 10000;
 
 }  // namespace
 
-std::optional<std::string> PreparedDialogs::Next(const std::string& kind) {
-  asked.push_back(kind);
+std::optional<std::string> PreparedDialogs::Next() {
   if (answers.empty()) {
     return std::nullopt;
   }
@@ -31,23 +30,22 @@ MainWindow::MainWindow(const std::vector<std::string>& functions) {
   host.files.Put("C:\\p\\a.asm", ModuleText("a.c", functions));
   host.files.Put(kModuleB, ModuleText("b.c", {"g 5"}));
   host.files.Put("C:\\data\\ltr.txt", "# none\n");
-  app = std::make_unique<CStkApp>(ApplicationParts{
-      .host = host.host,
-      .messages = messages,
-      .boxes = boxes,
-      .fileDialogs = dialogs,
-      .version = {"velkor", "1.0.0 (date)"},
-      .language = Language::kEnglish,
-      .adjust =
-          [this](UiContext&, StkFunction& function, QWidget*) {
-            windows.push_back("adjust " + std::string(function.name));
-            return adjustAnswer;
-          },
-      .functionLists = [this](UiContext&, FrameOperations&,
-                              QWidget*) { windows.push_back("lists"); },
-      .about = [this](UiContext&, const VersionTexts&, QWidget*) { windows.push_back("about"); },
-      .showHelp = showHelp,
-      .closed = [this] { ++closedCount; }});
+  app = std::make_unique<CStkApp>(
+      ApplicationParts{.host = host.host,
+                       .messages = messages,
+                       .boxes = boxes,
+                       .fileDialogs = dialogs,
+                       .version = {"velkor", "1.0.0 (date)"},
+                       .language = Language::kEnglish,
+                       .adjust =
+                           [this](UiContext&, StkFunction& function, QWidget*) {
+                             adjusted.emplace_back(function.name);
+                             return adjustAnswer;
+                           },
+                       .functionLists = [](UiContext&, FrameOperations&, QWidget*) {},
+                       .about = [](UiContext&, const VersionTexts&, QWidget*) {},
+                       .showHelp = [](int) {},
+                       .closed = [this] { ++closedCount; }});
 }
 
 MainWindow::~MainWindow() {
@@ -94,25 +92,6 @@ void MainWindow::ChooseWhileBlocked(Command command) {
   });
   Choose(command);
   later.join();
-}
-
-std::string MainWindow::Enabled() {
-  std::string enabled;
-  for (uint32_t number = 32771; number <= 57670; ++number) {
-    const auto command = static_cast<Command>(number);
-    const bool known = number <= 32787 || number == 57633 || number == 57634 || number == 57664 ||
-                       number == 57665 || number == 57670;
-    if (known && IsEnabled(command)) {
-      enabled += (enabled.empty() ? "" : " ") + std::to_string(number);
-    }
-  }
-  return enabled;
-}
-
-void MainWindow::Focus(QWidget& view) {
-  view.activateWindow();
-  view.setFocus();
-  ASSERT_TRUE(WaitUntil([&view] { return view.hasFocus(); }));
 }
 
 StkFunction& MainWindow::Function(const std::string& cName) {

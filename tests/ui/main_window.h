@@ -20,18 +20,15 @@ namespace velkor::testing {
 // Answers every request for a file with the next prepared path; none: cancelled.
 class PreparedDialogs : public FileDialogs {
  public:
-  std::optional<std::string> ProjectToOpen(UiContext&, QWidget*) override {
-    return Next("project");
-  }
-  std::optional<std::string> SpecFileToLoad(UiContext&, QWidget*) override { return Next("load"); }
-  std::optional<std::string> SpecFileToSave(UiContext&, QWidget*) override { return Next("save"); }
-  std::optional<std::string> ReportToSave(UiContext&, QWidget*) override { return Next("report"); }
+  std::optional<std::string> ProjectToOpen(UiContext&, QWidget*) override { return Next(); }
+  std::optional<std::string> SpecFileToLoad(UiContext&, QWidget*) override { return Next(); }
+  std::optional<std::string> SpecFileToSave(UiContext&, QWidget*) override { return Next(); }
+  std::optional<std::string> ReportToSave(UiContext&, QWidget*) override { return Next(); }
 
   std::deque<std::optional<std::string>> answers;
-  std::vector<std::string> asked;
 
  private:
-  std::optional<std::string> Next(const std::string& kind);
+  std::optional<std::string> Next();
 };
 
 // The whole application in memory, with its real frame and views; boxes and dialogs are recorded
@@ -60,9 +57,6 @@ class MainWindow : public ::testing::Test {
 
   void Choose(Command command) { app->Frame().Actions().Of(command).trigger(); }
   bool IsEnabled(Command command) { return app->Frame().Actions().Of(command).isEnabled(); }
-  // The numbers of all enabled commands.
-  std::string Enabled();
-  void Focus(QWidget& view);
   StkFunction& Function(const std::string& cName);
   std::string Log();
   std::string BoxTexts() const;
@@ -94,10 +88,7 @@ class MainWindow : public ::testing::Test {
   RecordingBoxes boxes;
   PreparedDialogs dialogs;
   AdjustAnswer adjustAnswer;
-  std::vector<std::string> windows;  // other windows that were asked for
-  std::function<void(int)> showHelp = [this](int topic) {
-    windows.push_back("help " + std::to_string(topic));
-  };
+  std::vector<std::string> adjusted;  // the functions for which the dialog was asked for
   int closedCount = 0;
   Event reached{Event::Reset::kManual};
   Event released{Event::Reset::kManual};
