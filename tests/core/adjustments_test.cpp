@@ -41,26 +41,6 @@ struct Adjusted : testing::ComputedGraph {
   }
 };
 
-TEST(Adjustments, LogWhatChanges) {
-  Adjusted graph("static f 10 -> f\ng 1\n? x\n");
-  EXPECT_FALSE(graph.Adjust("f", Values(4)));
-  EXPECT_FALSE(graph.Adjust("f", Values(4)));
-  EXPECT_FALSE(graph.Adjust("f", Values(4, 3)));
-  EXPECT_EQ(graph["f"].totalStackSize, 42u);
-  EXPECT_FALSE(graph.Adjust("f", Values(4)));
-  EXPECT_TRUE(graph.Adjust("f", Values(kNoMargin, 2, {&graph["g"]})));
-  EXPECT_TRUE(graph.Adjust("f", Values(kNoMargin, 2, {&graph["x"]})));
-  EXPECT_TRUE(CancelAdjustment(graph.functions, graph.roots, graph["f"], graph.recorder.reporter));
-  const std::string adjusted = "Stack size specification of f.c#f adjusted. ";
-  EXPECT_EQ(graph.Log(), (Lines{adjusted + "Additional margin is set to 4.",
-                                adjusted + "Recursion depth is set to 3.",
-                                adjusted + "Recursion depth is deleted.",
-                                adjusted + "Additional margin is deleted, Recursion depth is set "
-                                           "to 2, g is added..",
-                                adjusted + "[x] is added., g is deleted..",
-                                "Stack size specification of f.c#f canceled."}));
-}
-
 TEST(Adjustments, InformationIsCutAtAWholeItem) {
   std::string text = "f 1\n";
   for (int i = 1000; i < 1600; ++i) {

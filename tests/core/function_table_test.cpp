@@ -6,78 +6,12 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/literal_spec.h"
+
 namespace velkor {
 namespace {
 
-// The table's lookups as plain walks over a list of records.
-class Model {
- public:
-  struct Record {
-    std::string name;
-    const StkFileEntry* file;
-    bool defined;
-    bool global;
-  };
-
-  static constexpr size_t kNone = SIZE_MAX;
-
-  size_t Add(Record record) {
-    records_.push_back(std::move(record));
-    return records_.size() - 1;
-  }
-
-  size_t ResolveCall(size_t caller, const std::string& name) {
-    const StkFileEntry* file = records_[caller].file;
-    size_t found =
-        First(name, [&](const Record& r) { return r.defined && !r.global && r.file == file; });
-    if (found == kNone) {
-      found = First(name, [&](const Record& r) { return r.defined && r.global && r.file == file; });
-    }
-    if (found == kNone) {
-      found = First(name, [](const Record& r) { return r.defined && r.global; });
-    }
-    if (found == kNone) {
-      found = First(name, [](const Record& r) { return !r.defined; });
-    }
-    return found != kNone ? found : Add({name, nullptr, false, false});
-  }
-
-  size_t FindBySpecName(const std::string& file, const std::string& name, bool bracketed,
-                        const CodePage& codePage) const {
-    if (!bracketed && name.starts_with("_")) {
-      if (const size_t found = Look(file, name, codePage); found != kNone) {
-        return found;
-      }
-    }
-    return Look(file, "_" + name, codePage);
-  }
-
-  size_t Count() const { return records_.size(); }
-
- private:
-  template <typename Fits>
-  size_t First(const std::string& name, Fits fits) const {
-    for (size_t i = 0; i < records_.size(); ++i) {
-      if (records_[i].name == name && fits(records_[i])) {
-        return i;
-      }
-    }
-    return kNone;
-  }
-
-  size_t Look(const std::string& file, const std::string& name, const CodePage& codePage) const {
-    if (!file.empty()) {
-      return First(name, [&](const Record& r) {
-        return r.defined && !r.global && codePage.EqualIgnoreCase(r.file->BaseName(codePage), file);
-      });
-    }
-    const size_t global = First(name, [](const Record& r) { return r.global; });
-    return global != kNone ? global : First(name, [](const Record&) { return true; });
-  }
-
-  std::vector<Record> records_;
-};
-
+// The table's lookups against plain walks over its functions.
 class Comparison {
  public:
   explicit Comparison(uint32_t seed) : random_(seed) {}
@@ -87,7 +21,6 @@ class Comparison {
     for (size_t i = 0; i < steps && !::testing::Test::HasFailure(); ++i) {
       const size_t kind = Below(3);
       kind == 0 ? AddDefined() : kind == 1 ? CompareCall() : CompareSpecName();
-      ASSERT_EQ(table_.Count(), model_.Count());
     }
   }
 
@@ -97,38 +30,60 @@ class Comparison {
   std::string Pick(const std::vector<std::string>& texts) { return texts[Below(texts.size())]; }
 
   void AddDefined() {
-    const std::string name = Pick(kNames);
     const bool global = Below(3) == 0;
-    const StkFileEntry& file = files_.Intern(Pick(kFiles));
-    table_.AddDefined(name, file).flags |= global ? FN_GLOBAL : uint32_t{0};
-    model_.Add({name, &file, true, global});
+    const StkFileEntry& file = files_.Intern(Pick({"x.c", "p\\X.c", "q/x.c", "y.c", "p:Y.C"}));
+    table_.AddDefined(Pick(kNames), file).flags |= global ? FN_GLOBAL : uint32_t{0};
   }
 
   void CompareCall() {
-    const size_t caller = Below(model_.Count());
+    StkFunction& caller = *table_.Functions()[Below(table_.Count())];
     const std::string name = Pick(kNames);
-    const StkFunction& found = table_.ResolveCall(*table_.Functions()[caller], name);
-    EXPECT_EQ(found.index, model_.ResolveCall(caller, name)) << name;
+    const StkFunction* expected = Called(caller, name);
+    const size_t count = table_.Count();
+    const StkFunction& found = table_.ResolveCall(caller, name);
+    if (expected != nullptr) {
+      EXPECT_EQ(&found, expected) << name;
+    } else {
+      EXPECT_TRUE(found.index == count && found.name == name && found.IsUnknown()) << name;
+    }
+    EXPECT_EQ(table_.Count(), expected != nullptr ? count : count + 1);
+  }
+
+  // A static function of the caller's file, then a global one of it, then one of any file, then
+  // what nobody defines.
+  const StkFunction* Called(const StkFunction& caller, const std::string& name) const {
+    const StkFunction* found = nullptr;
+    int best = 4;
+    for (const StkFunction* function : table_.Functions()) {
+      const bool same = function->file == caller.file;
+      const int rank = !function->Is(FN_DEFINED)          ? 3
+                       : same && !function->Is(FN_GLOBAL) ? 0
+                       : same                             ? 1
+                       : function->Is(FN_GLOBAL)          ? 2
+                                                          : 4;
+      if (function->name == name && rank < best) {
+        found = function;
+        best = rank;
+      }
+    }
+    return found;
   }
 
   void CompareSpecName() {
     const std::string file = Pick({"", "x.c", "X.C", "y.c", "z.c"});
     const std::string name = Pick({"", "a", "_a", "b", "_", "__a"});
     const bool bracketed = Below(2) == 0;
-    const StkFunction* found = table_.FindBySpecName(file, name, bracketed);
-    EXPECT_EQ(found == nullptr ? Model::kNone : found->index,
-              model_.FindBySpecName(file, name, bracketed, codePage_))
+    EXPECT_EQ(table_.FindBySpecName(file, name, bracketed),
+              testing::FindLiterally(table_, file, name, bracketed))
         << file << "#" << name;
   }
 
   const std::vector<std::string> kNames{"_a", "_a", "__a", "_b", "a", "_"};
-  const std::vector<std::string> kFiles{"x.c", "p\\X.c", "q/x.c", "y.c", "p:Y.C", "z.c"};
 
   std::mt19937 random_;
   CodePage codePage_ = CodePage::Utf8();
   StkFileTable files_{codePage_};
   StkFunctionTable table_{codePage_};
-  Model model_;
 };
 
 TEST(FunctionTableLookups, AgreeWithPlainWalks) {
@@ -144,12 +99,6 @@ class FunctionTable : public ::testing::Test {
     StkFunction& function = table_.AddDefined(name, files_.Intern(file));
     function.flags |= flags;
     return function;
-  }
-
-  static StkAdjustment Margin(uint32_t margin) {
-    StkAdjustment adjustment;
-    adjustment.margin = margin;
-    return adjustment;
   }
 
   CodePage codePage_ = CodePage::Utf8();
@@ -180,37 +129,17 @@ TEST_F(FunctionTable, ResolvingLinksBothDirections) {
   EXPECT_EQ(main.callees.size(), 4U);
 }
 
-TEST_F(FunctionTable, AnUnknownFunctionIsUnknownUntilItsFirstLibrarySize) {
-  StkFunction& unknown = table_.AddUnknown("_memcpy");
-  StkFunction& defined = Add("_strlen", "a.c");
-  table_.SetLibrarySize(unknown, 4);
-  table_.SetLibrarySize(unknown, 6);
-  table_.SetLibrarySize(defined, 8);
-  EXPECT_EQ(table_.UnknownCount(), 0U);
-  EXPECT_EQ(unknown.librarySize, 6U);
-  EXPECT_TRUE(defined.Is(FN_LIBRARY));
-  EXPECT_FALSE(unknown.IsUnknown());
-}
-
-TEST_F(FunctionTable, AdjustmentsAreCountedOncePerFunction) {
-  StkFunction& f = Add("_f", "a.c");
-  StkFunction& g = Add("_g", "a.c");
-  StkFunction& unknown = table_.AddUnknown("_u");
-  f.adjustment = std::make_unique<StkAppliedAdjustment>();
-  table_.SetAdjustedCount(1);
-  table_.SetPendingAdjustment(f, Margin(1));
-  table_.SetPendingAdjustment(g, Margin(1));
-  table_.SetPendingAdjustment(g, Margin(2));
-  EXPECT_EQ(table_.AdjustedCount(), 2U);
-  EXPECT_EQ(g.pendingAdjustment->margin, 2U);
-  table_.DiscardPendingAdjustments();
-  EXPECT_EQ(table_.AdjustedCount(), 1U);
-  EXPECT_FALSE(f.pendingAdjustment || g.pendingAdjustment);
-
-  EXPECT_EQ(table_.CountForSpecFile(false), 1U);
-  EXPECT_EQ(table_.CountForSpecFile(true), 2U);
-  unknown.adjustment = std::make_unique<StkAppliedAdjustment>();
-  EXPECT_EQ(table_.CountForSpecFile(true), 2U);
+TEST_F(FunctionTable, SortsByNameAndThenByTableOrder) {
+  StkFunction& b1 = Add("_b", "a.c");
+  StkFunction& upper = Add("_B", "a.c");
+  StkFunction& plain = Add("a", "a.c");
+  StkFunction& b2 = Add("_b", "b.c");
+  StkFunction& prefix = Add("_", "a.c");
+  StkFunction& doubleByte = Add("_\x82\xA0", "a.c");
+  StkFunction& singleByte = Add("_\xB1", "a.c");
+  StkFunctionList list{&plain, &b2, &prefix, &doubleByte, &b1, &upper, &singleByte};
+  SortByName(list, CodePage::ShiftJis());
+  EXPECT_EQ(list, (StkFunctionList{&prefix, &upper, &b1, &b2, &singleByte, &doubleByte, &plain}));
 }
 
 // Would take minutes if a lookup walked the records of its name, or a callee its callers.

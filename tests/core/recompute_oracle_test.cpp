@@ -1,23 +1,20 @@
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "core/adjustments.h"
 #include "core/function_text.h"
 #include "core/literal_model.h"
-#include "core/random_graph.h"
 #include "core/test_source.h"
 #include "support/recorder.h"
 
 namespace velkor {
 namespace {
 
-using testing::Indices;
 using testing::LiteralModel;
-using testing::ModelAdjustment;
 using testing::ModelFunction;
-using testing::RandomGraph;
 using testing::Recorder;
 using testing::TestSource;
 
@@ -62,6 +59,107 @@ std::string Results(const StkFunctionTable& table, const StkRootList& roots, Rec
   return text;
 }
 
+// A database of every kind of function, the same one on every run for the same seed.
+class RandomGraph {
+ public:
+  RandomGraph(uint32_t seed, uint32_t maxFunctions);
+
+  uint32_t Below(uint32_t limit) { return static_cast<uint32_t>(random_() % limit); }
+  bool OneIn(uint32_t n) { return Below(n) == 0; }
+  StkFunction& AnyFunction() { return *table.Functions()[Below(table.Count())]; }
+  // In no particular order, without duplicates.
+  StkFunctionList AnyFunctions();
+  StkAdjustment AnyAdjustment();
+  // Adds or takes away one call.
+  void ChangeCall();
+
+  CodePage codePage = CodePage::Utf8();
+  StkFileTable files{codePage};
+  StkFunctionTable table{codePage};
+
+ private:
+  void AddFunction();
+  uint32_t AnySize();
+  static void Connect(StkFunction& caller, StkFunction& callee);
+
+  std::mt19937 random_;
+};
+
+RandomGraph::RandomGraph(uint32_t seed, uint32_t maxFunctions) : random_(seed) {
+  const uint32_t count = 1 + Below(maxFunctions);
+  for (uint32_t i = 0; i < count; ++i) {
+    AddFunction();
+  }
+  const uint32_t calls = Below(count * 3);
+  for (uint32_t i = 0; i < calls; ++i) {
+    Connect(AnyFunction(), AnyFunction());
+  }
+}
+
+void RandomGraph::AddFunction() {
+  const std::string name = "_f" + std::to_string(table.Count());
+  if (OneIn(5)) {
+    StkFunction& function = table.AddUnknown(name);
+    if (OneIn(2)) {
+      table.SetLibrarySize(function, AnySize());
+    }
+    return;
+  }
+  StkFunction& function = table.AddDefined(name, files.Intern("a.c"));
+  function.flags |= OneIn(3) ? 0u : uint32_t{FN_GLOBAL};
+  function.frameSize = AnySize();
+  if (OneIn(6)) {
+    function.SetFixedExtra();
+  }
+}
+
+uint32_t RandomGraph::AnySize() {
+  return OneIn(30) ? 0xFFFFFFFF : OneIn(10) ? 65535 - Below(3) : OneIn(4) ? Below(30000) : Below(9);
+}
+
+void RandomGraph::Connect(StkFunction& caller, StkFunction& callee) {
+  if (!caller.CallsDirectly(callee)) {
+    caller.callees.push_back(&callee);
+    callee.AddCaller(caller);
+  }
+}
+
+void RandomGraph::ChangeCall() {
+  StkFunction& caller = AnyFunction();
+  if (caller.callees.empty() || OneIn(2)) {
+    Connect(caller, AnyFunction());
+  } else {
+    StkFunction& callee = *caller.callees[Below(static_cast<uint32_t>(caller.callees.size()))];
+    RemoveFunction(caller.callees, callee);
+    RemoveFunction(callee.callers, caller);
+  }
+}
+
+StkFunctionList RandomGraph::AnyFunctions() {
+  StkFunctionList list;
+  for (uint32_t wanted = Below(4); wanted > 0; --wanted) {
+    StkFunction& function = AnyFunction();
+    RemoveFunction(list, function);
+    list.push_back(&function);
+  }
+  return list;
+}
+
+StkAdjustment RandomGraph::AnyAdjustment() {
+  StkAdjustment adjustment;
+  if (OneIn(2)) {
+    adjustment.margin = OneIn(8) ? 0xFFFFFFFE - Below(3) : AnySize();
+  }
+  if (OneIn(2)) {
+    adjustment.depth = OneIn(8) ? 0xFFFFFFFF : 1 + Below(5);
+  }
+  if (OneIn(2)) {
+    adjustment.callees = AnyFunctions();
+  }
+  adjustment.line = 1 + Below(1000);
+  return adjustment;
+}
+
 std::optional<SpecificationKind> AnySource(RandomGraph& graph) {
   const std::optional<SpecificationKind> kinds[] = {std::nullopt, SpecificationKind::kUserFile,
                                                     SpecificationKind::kLibraryTable,
@@ -69,16 +167,13 @@ std::optional<SpecificationKind> AnySource(RandomGraph& graph) {
   return kinds[graph.Below(4)];
 }
 
-// One random history of a database, done to the engine and, where it is small enough, to the model.
+// One random history of a database.
 class History {
  public:
   // anew: everything is computed at each step, not only what the step can change.
-  History(Recorder& recorder, uint32_t seed, uint32_t maxFunctions, bool withModel, bool anew)
+  History(Recorder& recorder, uint32_t seed, uint32_t maxFunctions, bool anew)
       : recorder_(recorder), graph_(seed, maxFunctions), anew_(anew) {
     recorder_.log.lines.clear();
-    if (withModel) {
-      model_.emplace(graph_.table);
-    }
     Recompute(graph_.OneIn(2), AnySource(graph_));
   }
 
@@ -105,29 +200,13 @@ class History {
     }
   }
 
-  void CompareWithModel() {
-    EXPECT_EQ(Results(), velkor::Results(*model_));
-    StkFunction& function = graph_.AnyFunction();
-    const StkFunctionList proposed = graph_.AnyFunctions();
-    EXPECT_EQ(IsRecursiveWith(graph_.table, function, proposed),
-              model_->IsRecursiveWith(function.index, Indices(proposed)));
-    const auto& functions = graph_.table.Functions();
-    EXPECT_EQ(graph_.table.AdjustedCount(),
-              std::count_if(functions.begin(), functions.end(),
-                            [](const StkFunction* f) { return f->adjustment != nullptr; }));
-  }
-
   std::string Results() { return velkor::Results(graph_.table, roots_, recorder_); }
-  bool OneIn(uint32_t n) { return graph_.OneIn(n); }
 
  private:
   void Recompute(bool rebuild, std::optional<SpecificationKind> kind) {
     TestSource source(kind.value_or(SpecificationKind::kUserFile));
     velkor::Recompute(graph_.table, roots_, rebuild, kind ? &source : nullptr, nullptr,
                       recorder_.reporter);
-    if (model_) {
-      model_->Recompute(rebuild, kind);
-    }
   }
 
   void Adjust() {
@@ -137,32 +216,18 @@ class History {
       adjustment.callees = function.extraCallees;
       std::reverse(adjustment.callees->begin(), adjustment.callees->end());
     }
-    const ModelAdjustment copy(adjustment);
-    const bool changed =
-        AdjustFunction(graph_.table, roots_, function, adjustment, recorder_.reporter);
-    EXPECT_TRUE(!model_ || model_->AdjustFunction(function.index, copy) == changed);
+    AdjustFunction(graph_.table, roots_, function, adjustment, recorder_.reporter);
   }
 
   void Cancel() {
-    StkFunction& function = graph_.AnyFunction();
-    const bool changed = CancelAdjustment(graph_.table, roots_, function, recorder_.reporter);
-    EXPECT_TRUE(!model_ || model_->CancelAdjustment(function.index) == changed);
+    CancelAdjustment(graph_.table, roots_, graph_.AnyFunction(), recorder_.reporter);
   }
 
-  void CancelAll() {
-    const bool changed = CancelAllAdjustments(graph_.table, roots_, recorder_.reporter);
-    EXPECT_TRUE(!model_ || model_->CancelAllAdjustments() == changed);
-  }
+  void CancelAll() { CancelAllAdjustments(graph_.table, roots_, recorder_.reporter); }
 
   void ChangeCalls() {
     for (uint32_t changes = 1 + graph_.Below(3); changes > 0; --changes) {
       graph_.ChangeCall();
-    }
-    for (const StkFunction* function : graph_.table.Functions()) {
-      if (model_) {
-        model_->functions[function->index].callees = Indices(function->callees);
-        model_->functions[function->index].callers = Indices(function->callers);
-      }
     }
     Recompute(true, AnySource(graph_));
   }
@@ -174,11 +239,7 @@ class History {
     }
     for (StkFunction* function : graph_.table.Functions()) {
       if (graph_.OneIn(3)) {
-        StkAdjustment adjustment = graph_.AnyAdjustment();
-        if (model_) {
-          model_->functions[function->index].pending = ModelAdjustment(adjustment);
-        }
-        graph_.table.SetPendingAdjustment(*function, std::move(adjustment));
+        graph_.table.SetPendingAdjustment(*function, graph_.AnyAdjustment());
       }
     }
     Recompute(graph_.OneIn(2), AnySource(graph_));
@@ -188,10 +249,6 @@ class History {
     for (StkFunction* function : graph_.table.Functions()) {
       if (function->IsUnknown() && graph_.OneIn(3)) {
         graph_.table.SetLibrarySize(*function, graph_.Below(100));
-        if (model_) {
-          model_->functions[function->index].flags |= uint32_t{FN_LIBRARY};
-          model_->functions[function->index].librarySize = function->librarySize;
-        }
       }
     }
     Recompute(false, SpecificationKind::kLibraryTable);
@@ -201,22 +258,7 @@ class History {
   RandomGraph graph_;
   StkRootList roots_;
   bool anew_;
-  std::optional<LiteralModel> model_;
 };
-
-TEST(RecomputeOracle, AgreesOnRandomHistories) {
-  const CodePage codePage = CodePage::Utf8();
-  Recorder recorder(codePage);
-  for (uint32_t seed = 0; seed < 20000 && !HasFailure(); ++seed) {
-    SCOPED_TRACE(seed);
-    History history(recorder, seed, 8, true, false);
-    history.CompareWithModel();
-    while (!history.OneIn(4)) {
-      history.Step();
-      history.CompareWithModel();
-    }
-  }
-}
 
 // Positions in more than one word of the sweep, long ways up, large recursions.
 TEST(RecomputeOracle, AnUpdateOfALargeGraphIsTheWholeComputation) {
@@ -224,8 +266,8 @@ TEST(RecomputeOracle, AnUpdateOfALargeGraphIsTheWholeComputation) {
   Recorder ofUpdated(codePage);
   Recorder ofWhole(codePage);
   for (uint32_t seed = 0; seed < 12 && !HasFailure(); ++seed) {
-    History updated(ofUpdated, seed, 600, false, false);
-    History whole(ofWhole, seed, 600, false, true);
+    History updated(ofUpdated, seed, 600, false);
+    History whole(ofWhole, seed, 600, true);
     for (int step = 0; step < 60; ++step) {
       updated.Step();
       whole.Step();

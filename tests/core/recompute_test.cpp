@@ -81,17 +81,6 @@ TEST(Recompute, FiguresOfMarginAndDepth) {
   }
 }
 
-TEST(Recompute, AddsTheLibrarySizeWhereNothingIsAdjusted) {
-  ComputedGraph graph("f 4 -> lib\n? lib\n? other\n");
-  graph["f"].SetFixedExtra();
-  graph.SetLibrarySize("lib", 8);
-  EXPECT_EQ(Totals(graph), "18 8 ?");
-  graph.Adjust("lib", 4);
-  EXPECT_EQ(Totals(graph), "14 4 ?");
-  graph.Adjust("f", kNoMargin);
-  EXPECT_EQ(Totals(graph), "8 4 ?");
-}
-
 // 60 steps of two functions that each call both of the next step.
 TEST(Recompute, HoldsAChainCountAtItsLimit) {
   std::string text = "top 0 -> a0 b0\n";

@@ -174,13 +174,5 @@ TEST_P(OutOfMemory, EndsTheJobWithEmptyTables) {
   EXPECT_EQ(lines.back(), "C:\\p\\b.asm Reading aborted.");
 }
 
-TEST_F(AnalysisJobTest, AFullQueueEndsTheJobAndNotTheProgram) {
-  PutChain();
-  Load();
-  window.full = true;
-  RunJob();
-  EXPECT_TRUE(job.Failed());
-}
-
 }  // namespace
 }  // namespace velkor

@@ -41,17 +41,6 @@ TEST_F(ChangingFilesTest, AFigureThatWasCutIsNotTakenForAnother) {
   EXPECT_EQ(Total("f"), 1000u);
 }
 
-TEST_F(ChangingFilesTest, AModuleThatGrowsIsReadToItsNewEnd) {
-  PutProject({"a"});
-  const std::string text = Module("a.c", {"main 10"}) + Lines(50000);
-  host.files.Put(ModulePath("a"), text);
-  const std::string more = "; $FUNC f()\n; CODE SIZE=12 bytes, 0, STACK_SIZE=7 bytes\n";
-  ChangeWhileRead(ModulePath("a"), text + more);
-  OpenAndFinish();
-  EXPECT_EQ(Total("f"), 7u);
-  EXPECT_FALSE(Logged("W9401"));
-}
-
 // Between the moment in which a save looks at the old file and that in which it replaces it.
 TEST_F(ChangingFilesTest, AnotherProgramsSaveIsNotReplacedUnseen) {
   PutChain();

@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <functional>
 #include <gtest/gtest.h>
-#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -26,9 +25,6 @@ class QueuedMainWindow : public MessageTarget {
   explicit QueuedMainWindow(MessageQueue& queue) : queue_(queue) {}
 
   void Post(uint32_t message, uint64_t parameter) override {
-    if (full) {
-      throw std::bad_alloc();
-    }
     lastPosted = message;
     queue_.Post([this, message, parameter] {
       handled.emplace_back(message, parameter);
@@ -38,7 +34,6 @@ class QueuedMainWindow : public MessageTarget {
     });
   }
 
-  bool full = false;
   StkJobMonitor* monitor = nullptr;
   std::vector<std::pair<uint32_t, uint64_t>> handled;
   std::atomic<uint32_t> lastPosted{0};  // it may not have been handled yet
@@ -56,15 +51,11 @@ class RecordingView : public View {
   std::vector<ViewHint> hints;
 };
 
-class RecordingProgress : public ProgressBar {
+class NoProgress : public ProgressBar {
  public:
-  void SetPosition(uint64_t position) override {
-    calls.push_back("pos " + std::to_string(position));
-  }
-  void SetRange(uint64_t range) override { calls.push_back("range " + std::to_string(range)); }
-  void StepIt() override { calls.push_back("step"); }
-
-  std::vector<std::string> calls;
+  void SetPosition(uint64_t /*position*/) override {}
+  void SetRange(uint64_t /*range*/) override {}
+  void StepIt() override {}
 };
 
 // A document with its host, its main window and one view, and projects for it: C:\p\app.prj with
@@ -121,7 +112,7 @@ class DocumentHost : public ::testing::Test {
   Recorder recorder{host.codePage};
   QueuedMainWindow window{recorder.queue};
   RecordingView view;
-  RecordingProgress progress;
+  NoProgress progress;
   CStkDoc document{host.host, recorder.reporter, window};
   StkJobMonitor monitor{document, progress};
 };

@@ -1,6 +1,5 @@
 #include "document/document.h"
 
-#include "core/function_text.h"
 #include "document_host.h"
 
 namespace velkor {
@@ -10,29 +9,6 @@ using testing::DocumentHost;
 using Hints = std::vector<ViewHint>;
 
 class DocumentTest : public DocumentHost {};
-
-TEST_F(DocumentTest, AnAnalysisGoesFromTheProjectToResults) {
-  PutChain();
-  host.files.Put(kSystemFile, "f, ADD=5\r\n");
-  ASSERT_TRUE(document.OnOpenDocument(kProject));
-  EXPECT_EQ(document.PathName(), kProject);
-  EXPECT_NE(document.Project(), nullptr);
-  EXPECT_EQ(document.FunctionTable(), nullptr);
-  EXPECT_EQ(view.Take(), Hints{HINT_CLEAR});
-  EXPECT_TRUE(document.CanChangeAnalysis());
-
-  document.StartAnalysis();
-  EXPECT_TRUE(document.IsAnalysing());
-  EXPECT_FALSE(document.CanChangeAnalysis());
-  document.StartAnalysis();  // once only
-  Finish();
-  EXPECT_EQ(view.Take(), Hints{HINT_RESULTS});
-  EXPECT_TRUE(document.CanChangeAnalysis());
-  ASSERT_EQ(document.RootList()->size(), 1u);
-  EXPECT_EQ(document.RootList()->Functions()[0], Find("main"));
-  EXPECT_EQ(Total("main"), 65u);
-  EXPECT_EQ(Find("f")->adjustment->margin, 5u);
-}
 
 TEST_F(DocumentTest, ARecalculationThatFailsCanBeTriedAgain) {
   PutChain();
@@ -68,24 +44,11 @@ TEST_F(DocumentTest, AdjustmentsTellWhetherACalleeListChanged) {
   EXPECT_EQ(main.totalStackSize, 44u);
   EXPECT_TRUE(document.CancelAdjustment(main));
   EXPECT_EQ(view.Take(), Hints{HINT_STRUCTURE});
-  EXPECT_TRUE(document.CancelAdjustment(main));
-  EXPECT_EQ(view.Take(), Hints{HINT_SIZES});
   EXPECT_TRUE(document.AdjustFunction(main, adjustment));
   view.Take();
   EXPECT_TRUE(document.CancelAllAdjustments());
   EXPECT_EQ(view.Take(), Hints{HINT_STRUCTURE});
   EXPECT_EQ(main.totalStackSize, 10u);
-}
-
-TEST_F(DocumentTest, WhatChangesAnAnalysisNeedsOne) {
-  EXPECT_FALSE(document.LoadSpecFile("C:\\u.txt"));
-  EXPECT_FALSE(document.CancelAllAdjustments());
-  PutChain();
-  Open();
-  document.StopAnalysis();
-  EXPECT_FALSE(document.LoadSpecFile("C:\\u.txt"));
-  EXPECT_FALSE(document.CancelAllAdjustments());
-  EXPECT_FALSE(host.files.Get(kSystemFile).has_value());
 }
 
 }  // namespace

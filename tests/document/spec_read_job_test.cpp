@@ -16,7 +16,6 @@ using testing::QueuedMainWindow;
 using testing::Recorder;
 using testing::TestHost;
 using Job = testing::Stoppable<StkSpecReadJob>;
-using Posted = std::vector<std::pair<uint32_t, uint64_t>>;
 
 constexpr const char* kUser = "C:\\user.txt";
 constexpr const char* kSystem = "C:\\app.psg";
@@ -59,33 +58,6 @@ class SpecReadJobTest : public ::testing::Test {
   std::vector<std::unique_ptr<StkSpecReader>> sources;
   std::unique_ptr<Job> job;
 };
-
-TEST_F(SpecReadJobTest, AppliesEachSourceAndTellsItsCourse) {
-  host.files.Put(kTable, "[lib], ADD=50\n");
-  std::string user = "f, RECTIME=3\n";
-  for (int i = 0; i < 9; ++i) {
-    user += "#2345\n";
-  }
-  host.files.Put(kUser, user);
-  Add(SpecificationKind::kLibraryTable, kTable);
-  Add(SpecificationKind::kSystemFile, kSystem);
-  Add(SpecificationKind::kUserFile, kUser);
-  Run();
-  EXPECT_EQ(graph["main"].totalStackSize, 70u);
-  EXPECT_EQ(graph["f"].totalStackSize, 60u);
-  EXPECT_EQ(window.handled, (Posted{{WM_STK_SPECREAD_START, 0},
-                                    {WM_STK_SPECREAD_FILE, 14},
-                                    {WM_STK_SPECREAD_FILE_END, 0},
-                                    {WM_STK_SPECREAD_FILE, user.size()},
-                                    {WM_STK_SPECREAD_PROGRESS, user.size()},
-                                    {WM_STK_SPECREAD_FILE_END, 0},
-                                    {WM_STK_SPECREAD_END, 0}}));
-  EXPECT_EQ(recorder.log.lines,
-            (std::vector<std::string>{
-                "C:\\table.txt Reading...", "C:\\table.txt Reading completed.",
-                "C:\\user.txt Reading...", "C:\\user.txt Reading completed.",
-                "Stack size specification of f adjusted. Recursion depth is set to 3."}));
-}
 
 TEST_F(SpecReadJobTest, AStopDiscardsTheInterruptedSourceAndStillComputes) {
   for (const bool computed : {false, true}) {
@@ -169,10 +141,6 @@ TEST_F(SpecReadJobTest, TheStkSystemFileCountsAsTakenOnlyWhole) {
       EXPECT_EQ(job->TakenSystemFile(), FileFingerprint(host.files, kSystem));
     }
   }
-  host.files.Refuse(kSystem);
-  Add(SpecificationKind::kSystemFile, kSystem);
-  Run();
-  EXPECT_FALSE(job->TakenSystemFile());
 }
 
 TEST_F(SpecReadJobTest, RunningOutOfMemoryKeepsTheTotalsComputed) {

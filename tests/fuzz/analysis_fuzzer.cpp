@@ -215,7 +215,7 @@ class AnalysisRun {
   RecordingLog log_{queue_};
   StkReporter reporter_;
   QueuedMainWindow window_{queue_};
-  RecordingProgress progress_;
+  NoProgress progress_;
   CStkDoc document_{host_.host, reporter_, window_};
   StkJobMonitor monitor_{document_, progress_};
 };

@@ -84,7 +84,7 @@ class GraphRun {
   void Start() { Recompute(); }
 
   void Step() {
-    switch (input_.Below(6)) {
+    switch (input_.Below(8)) {
       case 0:
         return Adjust();
       case 1:
@@ -98,6 +98,10 @@ class GraphRun {
         return ReadAdjustments();
       case 4:
         return Report();
+      case 6:
+        return Propose();
+      case 7:
+        return ReadLibrarySize();
       default:
         return Recompute();
     }
@@ -224,6 +228,29 @@ class GraphRun {
     TestSource source(kind);
     velkor::Recompute(table_, roots_, rebuild, &source, nullptr, host_.reporter);
     model_->Recompute(rebuild, kind);
+  }
+
+  // Adjustments of a file that is given up, and callees that nobody has stated yet.
+  void Propose() {
+    StkFunction& function = AnyFunction();
+    table_.SetPendingAdjustment(function, AnyAdjustment(function));
+    table_.DiscardPendingAdjustments();
+    const StkFunctionList proposed = AnyFunctions();
+    RequireEqual(IsRecursiveWith(table_, function, proposed),
+                 model_->IsRecursiveWith(function.index, Indices(proposed)),
+                 "a recursion that a callee would make", function.name);
+  }
+
+  void ReadLibrarySize() {
+    StkFunction& function = AnyFunction();
+    if (function.IsUnknown()) {
+      table_.SetLibrarySize(function, input_.Byte());
+      ModelFunction& expected = model_->functions[function.index];
+      expected.flags |= uint32_t{FN_LIBRARY};
+      expected.librarySize = function.librarySize;
+    }
+    velkor::Recompute(table_, roots_, false, nullptr, nullptr, host_.reporter);
+    model_->Recompute(false, std::nullopt);
   }
 
   void Report() {

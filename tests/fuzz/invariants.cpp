@@ -164,20 +164,6 @@ void CheckLargestCallee(const StkFunction& function, const Reachability& graph) 
           "the largest callee is one", function.name);
 }
 
-void CheckChainCount(const StkFunction& function) {
-  Require(function.chainCount >= 1, "a function begins at least one chain", function.name);
-  if (function.Is(FN_RECURSIVE)) {
-    return;
-  }
-  int64_t chains = 0;
-  for (const StkFunction* callee : AllCallees(function)) {
-    chains += callee->chainCount;
-  }
-  chains = std::clamp<int64_t>(chains, 1, kMaxChainCount);
-  RequireEqual(static_cast<uint64_t>(function.chainCount), static_cast<uint64_t>(chains),
-               "a chain count is the sum of those below", function.name);
-}
-
 void CheckComplete(const StkFunctionTable& table, const Reachability& graph) {
   const std::vector<bool> complete = CompleteFunctions(table);
   for (const auto& function : table.Functions()) {
@@ -256,28 +242,9 @@ void CheckResults(const StkFunctionTable& table, const StkRootList& roots) {
   CheckRoots(table, roots);
   for (const auto& function : table.Functions()) {
     CheckTotal(*function);
-    CheckChainCount(*function);
   }
   if (table.Count() <= Reachability::kMaxFunctions) {
     CheckClosure(table, roots);
-  }
-}
-
-void CheckTopLevel(const StkFunctionTable& table) {
-  if (table.Count() > Reachability::kMaxFunctions) {
-    return;
-  }
-  const Reachability graph(table);
-  std::vector<bool> marks(table.Count());
-  for (const auto& function : table.Functions()) {
-    const bool onlyRecursion = std::all_of(
-        table.Functions().begin(), table.Functions().end(), [&](const StkFunction* caller) {
-          return caller == function || !graph.Reaches(*caller, *function) ||
-                 (caller->Is(FN_RECURSIVE) && !marks[caller->index]);
-        });
-    marks[function->index] = !IsCalled(*function) || (function->Is(FN_RECURSIVE) && onlyRecursion);
-    RequireEqual(function->Is(FN_ROOT), marks[function->index], "top-level is what the rule says",
-                 function->name);
   }
 }
 

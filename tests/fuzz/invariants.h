@@ -23,9 +23,6 @@ void CheckDatabase(const StkFunctionTable& table);
 // more than a few hundred functions.
 void CheckResults(const StkFunctionTable& table, const StkRootList& roots);
 
-// After the first computation: the top-level functions are exactly those that the rule makes.
-void CheckTopLevel(const StkFunctionTable& table);
-
 // Callees, then extra callees.
 StkFunctionList AllCallees(const StkFunction& function);
 

@@ -33,6 +33,28 @@ std::vector<uint32_t> Indices(const StkFunctionList& list) {
   return indices;
 }
 
+StkFunction* FindSymbol(const StkFunctionTable& table, const std::string& symbol,
+                        const std::string& file) {
+  const CodePage& codePage = table.GetCodePage();
+  StkFunction* other = nullptr;
+  for (StkFunction* function : table.Functions()) {
+    if (function->name != symbol) {
+      continue;
+    }
+    const bool isStatic = function->Is(FN_DEFINED) && !function->Is(FN_GLOBAL);
+    if (!file.empty()) {
+      if (isStatic && codePage.EqualIgnoreCase(function->file->BaseName(codePage), file)) {
+        return function;
+      }
+    } else if (function->Is(FN_GLOBAL)) {
+      return function;
+    } else if (other == nullptr) {
+      other = function;
+    }
+  }
+  return other;
+}
+
 class LiteralParser {
  public:
   LiteralParser(std::string_view line, SpecificationKind kind, const StkFunctionTable& table)
@@ -122,33 +144,8 @@ class LiteralParser {
   }
 
   StkFunction* Find(const Name& name) const {
-    if (name.written.empty()) {
-      return nullptr;
-    }
-    StkFunction* found = nullptr;
-    if (!name.bracketed && name.function.starts_with('_')) {
-      found = FindSymbol(name.function, name.file);
-    }
-    return found != nullptr ? found : FindSymbol("_" + name.function, name.file);
-  }
-  StkFunction* FindSymbol(const std::string& symbol, const std::string& file) const {
-    StkFunction* other = nullptr;
-    for (const auto& function : table_.Functions()) {
-      if (function->name != symbol) {
-        continue;
-      }
-      const bool isStatic = function->Is(FN_DEFINED) && !function->Is(FN_GLOBAL);
-      if (!file.empty()) {
-        if (isStatic && codePage_.EqualIgnoreCase(function->file->BaseName(codePage_), file)) {
-          return function;
-        }
-      } else if (function->Is(FN_GLOBAL)) {
-        return function;
-      } else if (other == nullptr) {
-        other = function;
-      }
-    }
-    return other;
+    return name.written.empty() ? nullptr
+                                : FindLiterally(table_, name.file, name.function, name.bracketed);
   }
 
   void TakeAttribute() {
@@ -257,6 +254,15 @@ std::vector<std::string> LiteralLines(std::string_view text) {
 }
 
 }  // namespace
+
+StkFunction* FindLiterally(const StkFunctionTable& table, const std::string& file,
+                           const std::string& name, bool bracketed) {
+  StkFunction* found = nullptr;
+  if (!bracketed && name.starts_with('_')) {
+    found = FindSymbol(table, name, file);
+  }
+  return found != nullptr ? found : FindSymbol(table, "_" + name, file);
+}
 
 Statements InForce(const StkFunctionTable& table) {
   Statements statements(table.Count());

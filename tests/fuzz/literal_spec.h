@@ -23,6 +23,10 @@ struct LiteralLine {
   StkFunctionList callees;  // in the order of the line
 };
 
+// What FindBySpecName must find, by a walk through all functions.
+StkFunction* FindLiterally(const StkFunctionTable& table, const std::string& file,
+                           const std::string& name, bool bracketed);
+
 // What is stated about one function.
 struct Statement {
   uint32_t margin = kNoMargin;

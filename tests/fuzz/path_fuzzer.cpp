@@ -117,14 +117,6 @@ void CheckComparisons(const std::vector<std::string>& texts, const CodePage& cod
       Require(!codePage.EqualIgnoreCase(a, b) ||
                   codePage.HashIgnoreCase(a) == codePage.HashIgnoreCase(b),
               "equal texts have one hash", a);
-      for (const std::string& c : texts) {
-        Require(
-            codePage.Compare(a, b) > 0 || codePage.Compare(b, c) > 0 || codePage.Compare(a, c) <= 0,
-            "an order is transitive", a);
-        Require(codePage.CompareIgnoreCase(a, b) > 0 || codePage.CompareIgnoreCase(b, c) > 0 ||
-                    codePage.CompareIgnoreCase(a, c) <= 0,
-                "an order ignoring case is transitive", a);
-      }
     }
   }
 }
@@ -154,7 +146,6 @@ void FuzzPath(std::string_view bytes) {
   const CodePage& codePage = input.Page();
   const std::string first(input.Line());
   const std::string second(input.Line());
-  const std::string third(input.Line());
   FuzzHost host(codePage);
   for (const std::string& path : {first, second}) {
     CheckParts(path, codePage);
@@ -164,7 +155,7 @@ void FuzzPath(std::string_view bytes) {
   CheckJoin(first, second, codePage);
   CheckFullPathAgainst(second, first, host);
   CheckMapping(first, host);
-  CheckComparisons({first, second, third}, codePage);
+  CheckComparisons({first, second}, codePage);
 }
 
 }  // namespace velkor::testing

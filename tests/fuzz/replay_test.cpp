@@ -124,6 +124,16 @@ TEST_P(Mutations, KeepEveryInvariant) {
 INSTANTIATE_TEST_SUITE_P(, Mutations, ::testing::ValuesIn(testing::kFuzzers),
                          [](const auto& test) { return std::string(test.param.name); });
 
+// Histories of small graphs, each against the literal model.
+TEST(Replay, RandomGraphs) {
+  std::mt19937 random(1);
+  for (int round = 0; round < 20000; ++round) {
+    std::string bytes(40 + random() % 120, '\0');
+    std::generate(bytes.begin(), bytes.end(), [&random] { return static_cast<char>(random()); });
+    testing::FuzzGraph(bytes);
+  }
+}
+
 // Code is passed over in what is read at once; here a line can end wherever that does.
 TEST(Replay, AModuleLargerThanWhatIsReadAtOnce) {
   const std::vector<std::string> tokens = Tokens(kFolder / "module.dict");

@@ -156,7 +156,6 @@ void FuzzSpec(std::string_view bytes) {
   CheckAgainst(literal, atOnce);
   CheckDatabase(atOnce.graph.functions);
   CheckResults(atOnce.graph.functions, atOnce.roots);
-  CheckTopLevel(atOnce.graph.functions);
   CheckAdjustments(atOnce.graph.functions, choices.kind);
   atOnce.host.CheckAllMessages(IsWhole(text, choices.codePage));
 
