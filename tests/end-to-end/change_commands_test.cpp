@@ -50,6 +50,8 @@ TEST_F(ChangeCommands, AdjustStatesWhatItIsGivenAndKeepsTheRest) {
                    "5, isr is added., b.c#step is added.."))
       << callees.err;
   EXPECT_EQ(Saved(), "main, ADD=5, CALL=isr, CALL=b.c#step\r\nring, RECTIME=3\r\n");
+  EXPECT_EQ(Run("adjust", {"main", "--callee", "isr"}).status, 0) << "states the whole list";
+  EXPECT_EQ(Saved(), "main, ADD=5, CALL=isr\r\nring, RECTIME=3\r\n");
   EXPECT_EQ(Run("adjust", {"main", "--no-callees"}).status, 0);
   EXPECT_EQ(Run("adjust", {"ring", "--depth", ""}).status, 0) << "nothing left is a cancellation";
   EXPECT_EQ(Saved(), "main, ADD=5\r\n");

@@ -101,6 +101,12 @@ TEST_F(LibraryTableTest, VariantsAreReplacedByThePlainTable) {
                   "(C:\\data\\ltrsm.txt).\nDefault values (the same as ltr.txt) are used."});
 }
 
+TEST_F(LibraryTableTest, TheSizesComeFromTheTableOfTheNames) {
+  LoadRuntimeNameSet(project_, host_.host, recorder_.reporter);
+  host_.files.Put("C:\\data\\ltr.txt", "[@late], ADD=1\n");
+  EXPECT_EQ(SizesOf(BuiltIn(LibraryTableKind::kRuntimeHelpers)).size(), 135U);
+}
+
 TEST_F(LibraryTableTest, RuntimeNames) {
   host_.files.Put(
       "C:\\data\\ltr.txt",
