@@ -81,6 +81,16 @@ TEST(Recompute, FiguresOfMarginAndDepth) {
   }
 }
 
+TEST(Recompute, PresetMarginsAndLibrarySizesCountUntilAnAdjustment) {
+  ComputedGraph graph("f 10 -> g\n? g\n");
+  graph["f"].SetFixedExtra();
+  graph.functions.Touch(graph["f"]);
+  graph.SetLibrarySize("g", 4);
+  EXPECT_EQ(Totals(graph), "20 4");
+  graph.Adjust("f", 1);
+  EXPECT_EQ(Totals(graph), "15 4");
+}
+
 // 60 steps of two functions that each call both of the next step.
 TEST(Recompute, HoldsAChainCountAtItsLimit) {
   std::string text = "top 0 -> a0 b0\n";
