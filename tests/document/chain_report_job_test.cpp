@@ -24,7 +24,8 @@ TEST_F(ChainSavingTest, AReportKeepsTheAnalysisFromBeingChanged) {
   EXPECT_TRUE(document.CanChangeAnalysis());
   EXPECT_EQ(host.files.Get("C:\\r.txt"), "main(60,10)---f(50,20)---g(30,30)\r\n");
   EXPECT_TRUE(Logged("C:\\r.csv Writing completed."));
-  for (const char* input : {kProject, "C:\\p\\b.asm"}) {
+  host.files.Put(kSystemFile, "f, ADD=5\r\n");
+  for (const char* input : {kProject, "C:\\p\\b.asm", kSystemFile}) {
     const auto before = host.files.Get(input);
     EXPECT_TRUE(document.SaveCallChains(input, *Find("main"), true, Format::kText));
     Finish();

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <thread>
 
 #include "document_host.h"
 
@@ -66,6 +67,20 @@ TEST_F(SavingTest, AStoppedAutomaticSaveIsMadeUpFor) {
   EXPECT_EQ(SystemFile(), "main, ADD=1\r\nf, ADD=5\r\n");
   Finish();
   EXPECT_EQ(Total("main"), 36u);
+}
+
+TEST_F(SavingTest, AStopAfterTheLastLineOfALoadedFileKeepsIt) {
+  PutAdjustable();
+  OpenAndFinish();
+  host.files.Put("C:\\u.txt", "f, ADD=5\n");
+  window.lastPosted = 0;
+  ASSERT_TRUE(document.LoadSpecFile("C:\\u.txt"));
+  while (window.lastPosted != WM_STK_SPECREAD_END) {
+    std::this_thread::yield();
+  }
+  document.StopSpecRead();
+  document.DeleteContents();
+  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n");
 }
 
 TEST_F(SavingTest, NothingThatTheAnalysisIsMadeFromIsOverwritten) {
