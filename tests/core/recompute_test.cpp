@@ -87,8 +87,12 @@ TEST(Recompute, PresetMarginsAndLibrarySizesCountUntilAnAdjustment) {
   graph.functions.Touch(graph["f"]);
   graph.SetLibrarySize("g", 4);
   EXPECT_EQ(Totals(graph), "20 4");
+  graph.Adjust("f", kSizeLimit);
+  EXPECT_EQ(Totals(graph), "SIZEOVER 4");
+  EXPECT_TRUE(graph.functions.Overflow());
   graph.Adjust("f", 1);
   EXPECT_EQ(Totals(graph), "15 4");
+  EXPECT_FALSE(graph.functions.Overflow()) << "it is over";
 }
 
 // 60 steps of two functions that each call both of the next step.
