@@ -221,6 +221,13 @@ TEST_F(Load, FilesApplyInTheirOrderAndChangeNothingOnDisk) {
   EXPECT_NE(Csv({"--load", second, "--load", first}).out.find("main,119,4,1,"), std::string::npos);
 }
 
+TEST_F(Load, AFileThatAppliesToNothingIsNotRead) {
+  folder_.Put("main.asm", ModuleText("main.c", {}));
+  const ProgramRun run = Csv({"--load", "any.txt"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_TRUE(run.Says("velkor-cli: any.txt is not read: the project has no functions")) << run.err;
+}
+
 TEST_F(Load, AWrongLineIsAnsweredAsTheCommandLineSays) {
   const std::string wrong = folder_.Put("wrong.txt", "f, ADD=10\nnone, ADD=1\nf;\nmain, ADD=3\n");
   const std::string unknown =
