@@ -56,9 +56,13 @@ class SlotIndex {
     ++used_;
   }
 
-  // Keeps its memory for values to come.
+  // Keeps its memory for values to come, unless there were few for it.
   void Clear() {
-    std::fill(slots_.begin(), slots_.end(), Slot{});
+    if (used_ * size_t{16} < slots_.size()) {
+      slots_ = {};
+    } else {
+      std::fill(slots_.begin(), slots_.end(), Slot{});
+    }
     used_ = 0;
   }
 

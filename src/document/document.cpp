@@ -85,6 +85,7 @@ bool CStkDoc::LoadProject(std::string_view path) {
     return false;
   }
   project_ = std::move(project);
+  anyJobFailed_ = false;
   return true;
 }
 
@@ -115,6 +116,7 @@ void CStkDoc::FinishAnalysis() {
   }
   analysisJob_->Wait();
   const bool completed = analysisJob_->Completed();
+  anyJobFailed_ = anyJobFailed_ || analysisJob_->Failed();
   analysisJob_.reset();
   if (completed) {
     StartSpecRead();
@@ -162,6 +164,7 @@ void CStkDoc::StopSpecRead() {
 }
 
 void CStkDoc::TakeReadingResult() {
+  anyJobFailed_ = anyJobFailed_ || specReadJob_->Failed();
   if (!readFromUserFile_) {
     knownSystemFile_ = specReadJob_->TakenSystemFile();
   }

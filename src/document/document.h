@@ -117,6 +117,9 @@ class CStkDoc {
   bool IsReadingSpecifications() const { return specReadJob_ != nullptr; }
   bool IsWritingSpecifications() const { return specWriteJob_ != nullptr; }
   bool IsSavingCallChains() const { return chainReportJob_ != nullptr; }
+  // A job since the project was loaded ended for want of memory or of a thread: what the tables
+  // hold may lack what was to be read.
+  bool AnyJobFailed() const { return anyJobFailed_; }
   // No running job keeps the analysis from being changed.
   bool CanChangeAnalysis() const;
 
@@ -151,6 +154,7 @@ class CStkDoc {
   std::unique_ptr<StkSpecWriteJob> specWriteJob_;
   std::unique_ptr<StkChainReportJob> chainReportJob_;
   bool systemSaveDue_ = false;
+  bool anyJobFailed_ = false;
   // Fingerprint of the stk system file whose adjustments are all in force.
   std::optional<uint64_t> knownSystemFile_;
   BackgroundDisposal disposal_;

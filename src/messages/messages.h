@@ -12,7 +12,8 @@
 
 namespace velkor {
 
-// One argument of a message: a text for "%s" and "%.0s", a number for "%lu", a character for "%c".
+// One argument of a message: a text for "%s" and "%.0s", one character of it for "%c", a number for
+// "%lu".
 using MessageArgument = std::variant<std::string_view, uint32_t>;
 using MessageArguments = std::initializer_list<MessageArgument>;
 

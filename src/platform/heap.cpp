@@ -5,8 +5,10 @@
 #include <cstdlib>
 
 #ifdef __GLIBC__
+#include <initializer_list>
 #include <malloc.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #endif
 
 namespace velkor {
@@ -17,14 +19,25 @@ namespace {
 
 constexpr size_t kLargePage = size_t{1} << 21;
 constexpr size_t kReserved = size_t{1} << 29;  // addresses, not memory: untouched pages cost none
-constexpr int kLeastGrowth = 1 << 26;
 constexpr int kNever = INT32_MAX;
 
-// Whether the heap grows at its end only and never shrinks; a replaced heap answers no.
+// Where addresses are scarce, those kept back would be missed.
+bool AddressesAbound() {
+  for (const auto resource : {RLIMIT_AS, RLIMIT_DATA}) {
+    rlimit limit{};
+    if (getrlimit(resource, &limit) != 0 || limit.rlim_cur != RLIM_INFINITY) {
+      return false;
+    }
+  }
+  return sizeof(void*) >= 8;
+}
+
+// Whether the heap grows at its end only and hardly ever shrinks. A replaced heap may answer no, or
+// take the settings without effect.
 bool KeepInOnePiece() {
   // NOLINTBEGIN(concurrency-mt-unsafe): there are no other threads yet
   return mallopt(M_ARENA_MAX, 1) == 1 && mallopt(M_MMAP_MAX, 0) == 1 &&
-         mallopt(M_TRIM_THRESHOLD, kNever) == 1 && mallopt(M_TOP_PAD, kLeastGrowth) == 1;
+         mallopt(M_TRIM_THRESHOLD, kNever) == 1;
   // NOLINTEND(concurrency-mt-unsafe)
 }
 
@@ -45,7 +58,7 @@ void AskForLargePages() {
 
 void PrepareHeapForOneRun() {
 #ifdef __GLIBC__
-  if (KeepInOnePiece()) {
+  if (AddressesAbound() && KeepInOnePiece()) {
     AskForLargePages();
   }
 #endif
