@@ -27,6 +27,20 @@ TEST_F(DocumentTest, ARecalculationThatFailsCanBeTriedAgain) {
   EXPECT_EQ(Total("main"), 70u);
 }
 
+TEST_F(DocumentTest, AJobThatRanOutOfMemoryIsKnownUntilTheNextAnalysis) {
+  for (const std::string& file : {ModulePath("a"), std::string(kSystemFile)}) {
+    PutChain();
+    host.files.Put(kSystemFile, "f, ADD=1\n");
+    host.files.OnRead(file, [] { throw std::bad_alloc(); });
+    OpenAndFinish();
+    EXPECT_TRUE(document.AnyJobFailed()) << file;
+    host.files.OnRead(file, [] {});
+    document.Recalculate();
+    Finish();
+    EXPECT_FALSE(document.AnyJobFailed()) << file;
+  }
+}
+
 TEST_F(DocumentTest, AdjustmentsTellWhetherACalleeListChanged) {
   PutProject({"a"});
   PutModule("a", {"indirect main 10", "f 20", "g 30"});
