@@ -12,7 +12,7 @@ StkFunction& CalleeAt(const StkFunction& function, size_t position) {
                             : *function.extraCallees[position - callees];
 }
 
-size_t AllCallees(const StkFunction& function) {
+size_t CalleeCount(const StkFunction& function) {
   return function.callees.size() + function.extraCallees.size();
 }
 
@@ -39,7 +39,7 @@ class ChainWalk {
       }
       const StkFunction& parent = *step.function;
       const size_t index = step.index++;
-      if (!visitor_.Branch(parent, index, step.count, AllCallees(parent)) ||
+      if (!visitor_.Branch(parent, index, step.count, CalleeCount(parent)) ||
           !Enter(next_.At(parent, index))) {
         return false;
       }
@@ -87,7 +87,7 @@ class ChainWalk {
 }  // namespace
 
 size_t NextCallees::Count(const StkFunction& function) {
-  return mode_ == ChainMode::kAll ? AllCallees(function) : Largest(function).size();
+  return mode_ == ChainMode::kAll ? CalleeCount(function) : Largest(function).size();
 }
 
 StkFunction& NextCallees::At(const StkFunction& function, size_t i) {
@@ -101,7 +101,7 @@ const std::vector<uint32_t>& NextCallees::Largest(const StkFunction& function) {
   }
   std::vector<uint32_t>& positions = entry->second;
   uint32_t largest = 0;
-  for (size_t i = 0; i < AllCallees(function); ++i) {
+  for (size_t i = 0; i < CalleeCount(function); ++i) {
     const uint32_t total = CalleeAt(function, i).totalStackSize;
     if (total > largest) {
       largest = total;

@@ -11,6 +11,7 @@ namespace velkor {
 
 void StkComputation::Rebuild() {
   roots_.Clear();
+  table_.NoteStructureChange();
   const std::vector<uint32_t> marked = ReadCalls();
   const std::vector<uint32_t> uncalled = graph_->UncalledFunctions();
   Components components = FindComponents(*graph_, uncalled);

@@ -24,6 +24,10 @@ enum FunctionFlag : uint32_t {
   FN_ROOT = 0x20,          // top-level: stands in the root list
   FN_LIBRARY = 0x40,       // librarySize comes from a system library stack size table
   FN_FIXED_EXTRA = 0x100,  // librarySize is the fixed 6 bytes of a preset margin
+  // What the totals know nothing of, but the bounds do:
+  FN_HIDDEN_CALL = 0x1000,    // its code makes a call that its record does not list
+  FN_DYNAMIC_FRAME = 0x2000,  // frameSize is only what the compiler knows of a larger frame
+  FN_SIZE_UNKNOWN = 0x4000,   // defined, but nothing tells its frame size
 };
 
 // One function of the analysis. Made and owned by a StkFunctionTable, which also keeps the text of

@@ -166,6 +166,16 @@ void StkFunctionTable::DiscardPendingAdjustments() {
   }
 }
 
+StkFunctionList StkFunctionTable::TakeTouched() {
+  if (changes_.functions.size() + touched_.size() > Count()) {
+    NoteStructureChange();  // to look at everything costs less
+  }
+  if (!changes_.structure) {
+    changes_.functions.insert(changes_.functions.end(), touched_.begin(), touched_.end());
+  }
+  return std::exchange(touched_, {});
+}
+
 uint32_t StkFunctionTable::CountForSpecFile(bool withUnknown) const {
   return static_cast<uint32_t>(
       std::ranges::count_if(functions_, [withUnknown](const StkFunction* each) {
@@ -178,6 +188,7 @@ void StkFunctionTable::Clear() {
   callNames_.Clear();
   functions_.clear();
   touched_.clear();
+  changes_ = {};
   blocks_.Clear();
   names_ = NameTable();
   unknownCount_ = 0;

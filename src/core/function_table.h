@@ -86,7 +86,15 @@ class StkFunctionTable {
   // Something that the function's own total depends on has changed.
   void Touch(StkFunction& function) { touched_.push_back(&function); }
   // What has been touched since it was last asked, a function perhaps several times.
-  StkFunctionList TakeTouched() { return std::exchange(touched_, {}); }
+  StkFunctionList TakeTouched();
+  // Which functions call which has changed.
+  void NoteStructureChange() { changes_ = {}; }
+  // What has changed, as far as a computation has taken it up, since it was last asked.
+  struct Changes {
+    bool structure = true;      // anything may have changed
+    StkFunctionList functions;  // else: those touched, a function perhaps several times
+  };
+  Changes TakeChanges() { return std::exchange(changes_, {.structure = false, .functions = {}}); }
 
  private:
   // All calls by caller, in index order; functions are known by their index.
@@ -106,6 +114,7 @@ class StkFunctionTable {
   FunctionBlocks blocks_;
   StkFunctionList functions_;  // in blocks_
   StkFunctionList touched_;
+  Changes changes_;
   std::unique_ptr<FunctionNameIndex> nameIndex_;
   uint32_t unknownCount_ = 0;
   uint32_t adjustedCount_ = 0;

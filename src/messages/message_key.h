@@ -78,6 +78,12 @@ enum class MessageKey : uint32_t {
   kFamilyName = 42011,
   kFamilyBannerName = 42012,
   kTableFilePattern = 42020,
+  // Of notes.
+  kNoteNestedDepths = 43001,
+  kNoteEmptyAdjustment = 43002,
+  kNoteWantsSize = 43003,
+  kNoteWantsCallees = 43004,
+  kNoteWantsDepth = 43005,
 };
 
 }  // namespace velkor

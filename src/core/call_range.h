@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+
+#include "core/function.h"
+
+namespace velkor {
+
+// Two lists of one function as one range, the first before the second. Refers to the lists, which
+// must not change meanwhile.
+class CallRange {
+ public:
+  class Iterator {
+   public:
+    Iterator(const StkFunctionList& first, const StkFunctionList& second, size_t position)
+        : first_(&first), second_(&second), position_(position) {}
+    StkFunction* operator*() const {
+      return position_ < first_->size() ? (*first_)[position_]
+                                        : (*second_)[position_ - first_->size()];
+    }
+    Iterator& operator++() {
+      ++position_;
+      return *this;
+    }
+    bool operator==(const Iterator& other) const { return position_ == other.position_; }
+
+   private:
+    const StkFunctionList* first_;
+    const StkFunctionList* second_;
+    size_t position_;
+  };
+
+  CallRange(const StkFunctionList& first, const StkFunctionList& second)
+      : first_(first), second_(second) {}
+  Iterator begin() const { return {first_, second_, 0}; }
+  Iterator end() const { return {first_, second_, size()}; }
+  size_t size() const { return first_.size() + second_.size(); }
+
+ private:
+  const StkFunctionList& first_;
+  const StkFunctionList& second_;
+};
+
+// Callees, then extra callees: the order in which calls are walked everywhere.
+inline CallRange AllCallees(const StkFunction& function) {
+  return {function.callees, function.extraCallees};
+}
+inline CallRange AllCallers(const StkFunction& function) {
+  return {function.callers, function.extraCallers};
+}
+
+}  // namespace velkor
