@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "core/adjustments.h"
+#include "core/bounds.h"
 #include "core/function_table.h"
 #include "core/recompute.h"
 
@@ -132,17 +133,31 @@ void Rebuild(benchmark::State& state, Generator generate) {
   state.counters["bytes/function"] = database->BytesPerFunction();
 }
 
+// All bounds, beside Rebuild in the same run.
+void Bounds(benchmark::State& state, Generator generate) {
+  const std::unique_ptr<Database> database = generate(static_cast<uint32_t>(state.range(0)));
+  database->Finish();
+  database->Compute(true);
+  StkBounds bounds(database->functions);
+  for (auto _ : state) {
+    database->functions.NoteStructureChange();
+    bounds.Update();
+  }
+}
+
 double Milliseconds(const std::vector<double>& sorted, size_t percent) {
   return 1000 * sorted[(sorted.size() - 1) * percent / 100];
 }
 
 // One adjustment after another, each of any function. shown: as the window does it, with the
-// warnings about what is over the limit; else only the totals.
+// warnings about what is over the limit and the bounds; else only the totals.
 void OneMargin(benchmark::State& state, Generator generate, bool shown) {
   const auto count = static_cast<uint32_t>(state.range(0));
   const std::unique_ptr<Database> database = generate(count);
   database->Finish();
   database->Compute(true);
+  StkBounds bounds(database->functions);
+  bounds.Update();
   std::mt19937 random(3);
   std::vector<double> seconds;
   for (auto _ : state) {
@@ -153,6 +168,7 @@ void OneMargin(benchmark::State& state, Generator generate, bool shown) {
     if (shown) {
       AdjustFunction(database->functions, database->roots, function, adjustment,
                      database->reporter);
+      bounds.Update();
     } else {
       database->functions.SetPendingAdjustment(function, std::move(adjustment));
       database->Compute(false);
@@ -210,6 +226,9 @@ BENCHMARK_CAPTURE(Rebuild, random, Random)->Apply(Sizes);
 BENCHMARK_CAPTURE(Rebuild, layered, Layered)->Apply(Sizes);
 BENCHMARK_CAPTURE(Rebuild, chain_of_rings, ChainOfRings)->Apply(Sizes);
 BENCHMARK_CAPTURE(Rebuild, shared, Shared)->Apply(Sizes);
+BENCHMARK_CAPTURE(Bounds, ring, Ring)->Apply(Sizes);
+BENCHMARK_CAPTURE(Bounds, random, Random)->Apply(Sizes);
+BENCHMARK_CAPTURE(Bounds, chain_of_rings, ChainOfRings)->Apply(Sizes);
 BENCHMARK_CAPTURE(OneMargin, layered, Layered, true)->Apply(Largest)->Iterations(2000);
 BENCHMARK_CAPTURE(OneMargin, random, Random, false)->Apply(Largest)->Iterations(2000);
 BENCHMARK_CAPTURE(Collect, random, Random)->Apply(Largest);

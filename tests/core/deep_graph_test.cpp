@@ -2,8 +2,9 @@
 #include <string>
 
 #include "core/adjustments.h"
+#include "core/bounds.h"
 #include "core/chain_count.h"
-#include "core/completeness.h"
+#include "core/explanation.h"
 #include "core/maximum_chain.h"
 #include "support/computed_graph.h"
 
@@ -36,6 +37,11 @@ TEST(DeepGraph, ChainNeedsNoStackOfItsOwn) {
   EXPECT_TRUE(IsRecursiveWith(graph.functions, last, {&first}));
   EXPECT_FALSE(IsRecursiveWith(graph.functions, first, {&last}));
   EXPECT_EQ(MaximumChains(graph.functions).From(first).size(), kDeep);
+  StkBounds bounds(graph.functions);
+  bounds.Update();
+  EXPECT_EQ(bounds.State(first), BoundState::kOver);
+  EXPECT_EQ(bounds.Known(first), 65536u);
+  EXPECT_EQ(Explanations(graph.functions, bounds).Of(first).size(), kDeep);
 }
 
 TEST(DeepGraph, RingNeedsNoStackOfItsOwn) {
@@ -48,7 +54,26 @@ TEST(DeepGraph, RingNeedsNoStackOfItsOwn) {
   StkAdjustment settled;
   settled.depth = 2;
   AdjustFunction(graph.functions, graph.roots, first, settled, graph.recorder.reporter);
-  EXPECT_FALSE(CompleteFunctions(graph.functions)[0]);
+  StkBounds bounds(graph.functions);
+  bounds.Update();
+  EXPECT_EQ(bounds.State(first), BoundState::kBounded);
+  settled.depth = 0xFFFFFFFF;
+  settled.margin = 65535;
+  AdjustFunction(graph.functions, graph.roots, first, settled, graph.recorder.reporter);
+  bounds.Update();
+  EXPECT_EQ(bounds.Known(first), uint64_t{0xFFFFFFFF} * 65535);
+  for (uint32_t i = 1; i < kDeep; i += 2) {  // so does every second one of the ring
+    StkFunction& function = *graph.functions.Functions()[i];
+    function.adjustment =
+        std::make_unique<StkAppliedAdjustment>(StkAppliedAdjustment{65535, 0xFFFFFFFF});
+    graph.functions.Touch(function);
+  }
+  Recompute(graph.functions, graph.roots, false, nullptr, nullptr, graph.recorder.reporter);
+  bounds.Update();
+  EXPECT_EQ(bounds.Known(first), kMaxBound);
+  EXPECT_EQ(bounds.State(first), BoundState::kOver);
+  EXPECT_EQ(bounds.Groups().front().counted.size(), kDeep / 2 + size_t{1});
+  EXPECT_EQ(Explanations(graph.functions, bounds).Of(first).front().bytes, kMaxBound);
   EXPECT_EQ(MaximumChains(graph.functions).From(first).size(), kDeep + size_t{1});
 }
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "core/adjustments.h"
+#include "core/bounds.h"
 #include "core/function_text.h"
 #include "core/literal_model.h"
 #include "core/test_source.h"
@@ -111,6 +112,9 @@ void RandomGraph::AddFunction() {
   if (OneIn(6)) {
     function.SetFixedExtra();
   }
+  if (OneIn(8)) {
+    function.flags |= OneIn(2) ? uint32_t{FN_DYNAMIC_FRAME} : uint32_t{FN_HIDDEN_CALL};
+  }
 }
 
 uint32_t RandomGraph::AnySize() {
@@ -200,13 +204,30 @@ class History {
     }
   }
 
-  std::string Results() { return velkor::Results(graph_.table, roots_, recorder_); }
+  std::string Results() { return velkor::Results(graph_.table, roots_, recorder_) + Bounds(); }
 
  private:
   void Recompute(bool rebuild, std::optional<SpecificationKind> kind) {
     TestSource source(kind.value_or(SpecificationKind::kUserFile));
     velkor::Recompute(graph_.table, roots_, rebuild, kind ? &source : nullptr, nullptr,
                       recorder_.reporter);
+  }
+
+  // What a step can change of them, or all of them anew.
+  std::string Bounds() {
+    if (anew_) {
+      graph_.table.NoteStructureChange();
+    }
+    bounds_.Update();
+    std::string text;
+    for (const StkFunction* function : graph_.table.Functions()) {
+      text += std::to_string(bounds_.Known(*function));
+      for (const ReasonKind kind : kReasonKinds) {
+        text += bounds_.Reasons(*function).Has(kind) ? '1' : '0';
+      }
+      text += '\n';
+    }
+    return text;
   }
 
   void Adjust() {
@@ -257,6 +278,7 @@ class History {
   Recorder& recorder_;
   RandomGraph graph_;
   StkRootList roots_;
+  StkBounds bounds_{graph_.table};
   bool anew_;
 };
 

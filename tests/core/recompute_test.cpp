@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <string>
 
-#include "core/completeness.h"
 #include "core/function_text.h"
 #include "core/maximum_chain.h"
 #include "support/computed_graph.h"
@@ -110,29 +109,6 @@ TEST(Recompute, HoldsAChainCountAtItsLimit) {
   EXPECT_EQ(graph["a29"].chainCount, 2147483647);
   EXPECT_EQ(graph["top"].chainCount, 2147483647);
   EXPECT_EQ(TotalSizeText(graph["top"]), "61");
-}
-
-TEST(Completeness, CarriesDoubtUpToEveryCaller) {
-  ComputedGraph graph(
-      "top 1 -> mid sure\nmid 1 -> low\nlow 1 -> x\nsure 1 -> lib\nr 1 -> r\n"
-      "i 1\nh 1 => i\n? x\n? lib\n");
-  graph.SetLibrarySize("lib", 4);
-  graph["i"].flags |= FN_INDIRECT_CALL;
-  const auto complete = [&graph] {
-    StkFunctionList functions;
-    const std::vector<bool> certain = CompleteFunctions(graph.functions);
-    for (StkFunction* function : graph.functions.Functions()) {
-      if (certain[function->index]) {
-        functions.push_back(function);
-      }
-    }
-    return Names(functions);
-  };
-  EXPECT_EQ(complete(), "sure lib");
-  graph.Adjust("x", 20);
-  graph.Adjust("r", kNoMargin, 2);
-  graph.Adjust("i", kNoMargin);
-  EXPECT_EQ(complete(), "top mid low sure r i h x lib");
 }
 
 }  // namespace
