@@ -138,10 +138,8 @@ void Bounds(benchmark::State& state, Generator generate) {
   const std::unique_ptr<Database> database = generate(static_cast<uint32_t>(state.range(0)));
   database->Finish();
   database->Compute(true);
-  StkBounds bounds(database->functions);
   for (auto _ : state) {
-    database->functions.NoteStructureChange();
-    bounds.Update();
+    StkBounds(database->functions).Update();
   }
 }
 

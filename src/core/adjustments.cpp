@@ -2,25 +2,18 @@
 
 #include <utility>
 
+#include "core/call_range.h"
 #include "core/function_text.h"
 
 namespace velkor {
 
 namespace {
 
-void PutInForce(StkFunction& function, uint32_t margin, uint32_t depth) {
-  if (function.adjustment == nullptr) {
-    function.adjustment = std::make_unique<StkAppliedAdjustment>();
-  }
-  *function.adjustment = {margin, depth};
-}
-
 // Whether the function had extra callees.
 bool Cancel(StkFunctionTable& table, StkFunction& function, StkReporter& reporter) {
   const bool hadCallees = !function.extraCallees.empty();
-  function.adjustment.reset();
+  table.TakeAdjustmentAway(function);
   function.extraCallees.clear();
-  table.Touch(function);
   const std::string name = FunctionSpecName(function, reporter.Messages().GetCodePage());
   reporter.LogMessage(MessageKey::kSpecificationCanceled, {name});
   return hadCallees;
@@ -28,7 +21,7 @@ bool Cancel(StkFunctionTable& table, StkFunction& function, StkReporter& reporte
 
 }  // namespace
 
-void ApplyPending(StkFunction& function, bool log, StkReporter& reporter) {
+void ApplyPending(StkFunctionTable& table, StkFunction& function, bool log, StkReporter& reporter) {
   if (function.pendingAdjustment == nullptr) {
     return;
   }
@@ -41,23 +34,18 @@ void ApplyPending(StkFunction& function, bool log, StkReporter& reporter) {
       reporter.PostLog(MessageKey::kSpecificationAdjusted, {name, text});
     }
   }
-  PutInForce(function, pending.margin, pending.depth);
-  function.pendingAdjustment.reset();
+  table.PutPendingInForce(function);
 }
 
 bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& function,
                     const StkAdjustment& adjustment, StkReporter& reporter) {
   const AdjustmentInformationResult information =
       AdjustmentInformation(adjustment, function, InformationMode::kCompare, reporter.Messages());
-  if (function.adjustment == nullptr) {
-    table.SetAdjustedCount(table.AdjustedCount() + 1);
-  }
-  PutInForce(function, adjustment.margin, adjustment.depth);
-  table.Touch(function);
+  table.PutInForce(function, {adjustment.margin, adjustment.depth});
   StkFunctionList callees = adjustment.callees.value_or(StkFunctionList());
   if (callees != function.extraCallees) {
     function.extraCallees = std::move(callees);
-    roots.ForgetOrder();
+    table.NoteRearrangedCallees();
   }
   const std::string name = FunctionSpecName(function, table.GetCodePage());
   if (!information.text.empty()) {
@@ -76,7 +64,6 @@ bool CancelAdjustment(StkFunctionTable& table, StkRootList& roots, StkFunction& 
     return false;
   }
   const bool changed = Cancel(table, function, reporter);
-  table.SetAdjustedCount(table.AdjustedCount() - 1);
   Recompute(table, roots, changed, nullptr, nullptr, reporter);
   return changed;
 }
@@ -91,7 +78,6 @@ bool CancelAllAdjustments(StkFunctionTable& table, StkRootList& roots, StkReport
       changed = Cancel(table, *function, reporter) || changed;
     }
   }
-  table.SetAdjustedCount(0);
   Recompute(table, roots, changed, nullptr, nullptr, reporter);
   return changed;
 }
@@ -125,21 +111,19 @@ bool IsRecursiveWith(const StkFunctionTable& table, const StkFunction& function,
                      const StkFunctionList& proposed) {
   std::vector<bool> met(table.Count(), false);
   std::vector<const StkFunction*> waiting;
-  const auto meet = [&](const StkFunctionList& list) {
-    for (const StkFunction* callee : list) {
+  const auto meet = [&](CallRange calls) {
+    for (const StkFunction* callee : calls) {
       if (!met[callee->index]) {
         met[callee->index] = true;
         waiting.push_back(callee);
       }
     }
   };
-  meet(function.callees);
-  meet(proposed);
+  meet(CallRange(function.callees, proposed));
   while (!waiting.empty() && !met[function.index]) {
     const StkFunction& reached = *waiting.back();
     waiting.pop_back();
-    meet(reached.callees);
-    meet(reached.extraCallees);
+    meet(AllCallees(reached));
   }
   return met[function.index];
 }

@@ -21,7 +21,7 @@ AdjustmentInformationResult AdjustmentInformation(const StkAdjustment& adjustmen
                                                   const StkMessages& messages);
 
 // The pending adjustment becomes the one in force. log: post what it changes.
-void ApplyPending(StkFunction& function, bool log, StkReporter& reporter);
+void ApplyPending(StkFunctionTable& table, StkFunction& function, bool log, StkReporter& reporter);
 
 // User-interface thread. Each recomputes the totals and answers whether any callee list changed.
 bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& function,

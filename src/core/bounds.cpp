@@ -60,7 +60,7 @@ std::string_view BoundStateName(BoundState state) {
 
 void StkBounds::Update() {
   const StkFunctionTable::Changes changes = table_.TakeChanges();
-  if (changes.structure) {
+  if (changes.structure || component_.size() != table_.Count()) {
     FindStructure();
     ComputeAll();
   } else {

@@ -1,5 +1,7 @@
 #include "core/call_graph.h"
 
+#include "core/call_range.h"
+
 namespace velkor {
 
 CallGraph::CallGraph(const StkFunctionTable& table) {
@@ -9,10 +11,8 @@ CallGraph::CallGraph(const StkFunctionTable& table) {
 }
 
 void CallGraph::Append(const StkFunctionTable& table, const StkFunction& function) {
-  for (const StkFunctionList* list : {&function.callees, &function.extraCallees}) {
-    for (const StkFunction* callee : *list) {
-      callees_.push_back(table.IndexOf(*callee));
-    }
+  for (const StkFunction* callee : AllCallees(function)) {
+    callees_.push_back(table.IndexOf(*callee));
   }
   first_.push_back(static_cast<uint32_t>(callees_.size()));
 }

@@ -32,6 +32,7 @@ class CallRange {
 
   CallRange(const StkFunctionList& first, const StkFunctionList& second)
       : first_(first), second_(second) {}
+  StkFunction& operator[](size_t position) const { return **Iterator(first_, second_, position); }
   Iterator begin() const { return {first_, second_, 0}; }
   Iterator end() const { return {first_, second_, size()}; }
   size_t size() const { return first_.size() + second_.size(); }

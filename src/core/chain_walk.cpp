@@ -2,19 +2,11 @@
 
 #include <algorithm>
 
+#include "core/call_range.h"
+
 namespace velkor {
 
 namespace {
-
-StkFunction& CalleeAt(const StkFunction& function, size_t position) {
-  const size_t callees = function.callees.size();
-  return position < callees ? *function.callees[position]
-                            : *function.extraCallees[position - callees];
-}
-
-size_t CalleeCount(const StkFunction& function) {
-  return function.callees.size() + function.extraCallees.size();
-}
 
 // One walk: the chain from the start function to the parent of the visited one, each with the
 // callee to follow next.
@@ -39,7 +31,7 @@ class ChainWalk {
       }
       const StkFunction& parent = *step.function;
       const size_t index = step.index++;
-      if (!visitor_.Branch(parent, index, step.count, CalleeCount(parent)) ||
+      if (!visitor_.Branch(parent, index, step.count, AllCallees(parent).size()) ||
           !Enter(next_.At(parent, index))) {
         return false;
       }
@@ -87,11 +79,11 @@ class ChainWalk {
 }  // namespace
 
 size_t NextCallees::Count(const StkFunction& function) {
-  return mode_ == ChainMode::kAll ? CalleeCount(function) : Largest(function).size();
+  return mode_ == ChainMode::kAll ? AllCallees(function).size() : Largest(function).size();
 }
 
 StkFunction& NextCallees::At(const StkFunction& function, size_t i) {
-  return CalleeAt(function, mode_ == ChainMode::kAll ? i : Largest(function)[i]);
+  return AllCallees(function)[mode_ == ChainMode::kAll ? i : Largest(function)[i]];
 }
 
 const std::vector<uint32_t>& NextCallees::Largest(const StkFunction& function) {
@@ -101,8 +93,8 @@ const std::vector<uint32_t>& NextCallees::Largest(const StkFunction& function) {
   }
   std::vector<uint32_t>& positions = entry->second;
   uint32_t largest = 0;
-  for (size_t i = 0; i < CalleeCount(function); ++i) {
-    const uint32_t total = CalleeAt(function, i).totalStackSize;
+  for (size_t i = 0; i < AllCallees(function).size(); ++i) {
+    const uint32_t total = AllCallees(function)[i].totalStackSize;
     if (total > largest) {
       largest = total;
       positions.clear();

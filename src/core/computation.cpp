@@ -11,6 +11,7 @@ namespace velkor {
 
 void StkComputation::Rebuild() {
   roots_.Clear();
+  table_.NoteRearrangedCallees();
   table_.NoteStructureChange();
   const std::vector<uint32_t> marked = ReadCalls();
   const std::vector<uint32_t> uncalled = graph_->UncalledFunctions();
@@ -98,24 +99,24 @@ void StkComputation::FindOrder(std::vector<uint32_t> order, size_t firstRoot) {
       }
     }
   }
-  roots_.order_ = ComputationOrder(std::move(order), graph_->Count());
+  table_.order_ = ComputationOrder(std::move(order), graph_->Count());
 }
 
 StkFunctionList StkComputation::ComputeTotals() {
   const StkFunctionList touched = table_.TakeTouched();
   StkFunctionList pending;
-  if (!graph_ && roots_.order_.size() == table_.Count()) {
-    pending = UpdateTotals(table_, roots_.order_, touched, roots_.overLimit_);
+  if (!graph_ && table_.order_.size() == table_.Count()) {
+    pending = UpdateTotals(table_, table_.order_, touched, table_.overLimitRoots_);
   } else {
     if (!graph_) {
       graph_.emplace(table_);
       FindOrder({}, 0);
     }
-    pending = velkor::ComputeTotals(table_, *graph_, roots_.order_);
+    pending = velkor::ComputeTotals(table_, *graph_, table_.order_);
     const auto isOver = [](const StkFunction* root) { return root->totalStackSize == kOverSize; };
-    roots_.overLimit_ = static_cast<uint32_t>(std::ranges::count_if(roots_.functions_, isOver));
+    table_.overLimitRoots_ =
+        static_cast<uint32_t>(std::ranges::count_if(roots_.functions_, isOver));
   }
-  table_.SetOverflow(roots_.overLimit_ != 0);
   return pending;
 }
 

@@ -19,18 +19,32 @@ void StkFunction::SetFixedExtra() {
   librarySize = kFixedExtraSize;
 }
 
+FunctionKind StkFunction::Kind() const {
+  if (adjustment != nullptr || Is(FN_LIBRARY)) {
+    return FunctionKind::kSpecified;
+  }
+  if (Is(FN_RECURSIVE)) {
+    return FunctionKind::kRecursive;
+  }
+  return Is(FN_DEFINED) ? FunctionKind::kDefined : FunctionKind::kUnknown;
+}
+
 int StkFunction::IconIndex(bool onMaximumChain, bool calleeRow) const {
   const int row = calleeRow ? 10 : 0;
   if (onMaximumChain) {
     return row;
   }
-  if (adjustment || Is(FN_LIBRARY)) {
-    return row + 1;
+  switch (Kind()) {
+    case FunctionKind::kSpecified:
+      return row + 1;
+    case FunctionKind::kRecursive:
+      return row + 2;
+    case FunctionKind::kUnknown:
+      return row + 3;
+    case FunctionKind::kDefined:
+      break;
   }
-  if (Is(FN_RECURSIVE)) {
-    return row + 2;
-  }
-  return row + (Is(FN_DEFINED) ? 4 : 3);
+  return row + 4;
 }
 
 }  // namespace velkor

@@ -30,6 +30,10 @@ enum FunctionFlag : uint32_t {
   FN_SIZE_UNKNOWN = 0x4000,   // defined, but nothing tells its frame size
 };
 
+// What a function is first of all, for its picture and for programs. Something is known of a
+// specified one that does not come from a module: an adjustment or a library size.
+enum class FunctionKind : uint8_t { kSpecified, kRecursive, kDefined, kUnknown };
+
 // One function of the analysis. Made and owned by a StkFunctionTable, which also keeps the text of
 // the name, until the table is cleared; lists of functions only refer to it. Not locked: one
 // thread at a time. Once totals have been computed, what they depend on is changed by the
@@ -55,6 +59,7 @@ struct StkFunction {
   bool IsUnknown() const { return !Is(FN_DEFINED) && !Is(FN_LIBRARY); }
   bool IsStatic() const { return Is(FN_DEFINED) && !Is(FN_GLOBAL); }
 
+  FunctionKind Kind() const;
   bool CallsDirectly(const StkFunction& function) const;
   void AddCaller(StkFunction& caller);
   void SetFixedExtra();

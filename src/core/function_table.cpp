@@ -166,6 +166,33 @@ void StkFunctionTable::DiscardPendingAdjustments() {
   }
 }
 
+void StkFunctionTable::PutInForce(StkFunction& function, StkAppliedAdjustment adjustment) {
+  if (function.adjustment == nullptr) {
+    function.adjustment = std::make_unique<StkAppliedAdjustment>();
+    adjustedCount_ += function.pendingAdjustment == nullptr ? 1u : 0u;
+  }
+  *function.adjustment = adjustment;
+  Touch(function);
+}
+
+// Was touched when it became pending, and has been computed with since.
+void StkFunctionTable::PutPendingInForce(StkFunction& function) {
+  const StkAdjustment& pending = *function.pendingAdjustment;
+  if (function.adjustment == nullptr) {
+    function.adjustment = std::make_unique<StkAppliedAdjustment>();
+  }
+  *function.adjustment = {pending.margin, pending.depth};
+  function.pendingAdjustment.reset();
+}
+
+void StkFunctionTable::TakeAdjustmentAway(StkFunction& function) {
+  if (function.adjustment != nullptr) {
+    function.adjustment.reset();
+    adjustedCount_ -= function.pendingAdjustment == nullptr ? 1u : 0u;
+    Touch(function);
+  }
+}
+
 StkFunctionList StkFunctionTable::TakeTouched() {
   if (changes_.functions.size() + touched_.size() > Count()) {
     NoteStructureChange();  // to look at everything costs less
@@ -193,7 +220,8 @@ void StkFunctionTable::Clear() {
   names_ = NameTable();
   unknownCount_ = 0;
   adjustedCount_ = 0;
-  overflow_ = false;
+  NoteRearrangedCallees();
+  overLimitRoots_ = 0;
 }
 
 }  // namespace velkor

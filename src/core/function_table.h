@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/call_name_lists.h"
+#include "core/computation_order.h"
 #include "core/function.h"
 #include "core/function_blocks.h"
 #include "core/name_table.h"
@@ -65,6 +66,16 @@ class StkFunctionTable {
   void SetLibrarySize(StkFunction& function, uint32_t size);
   void SetPendingAdjustment(StkFunction& function, StkAdjustment adjustment);
   void DiscardPendingAdjustments();
+  // The adjustment becomes the one in force, whatever was there; the extra callees are the
+  // caller's to change.
+  void PutInForce(StkFunction& function, StkAppliedAdjustment adjustment);
+  void PutPendingInForce(StkFunction& function);
+  // Nothing where there is none.
+  void TakeAdjustmentAway(StkFunction& function);
+  // A callee list holds the same functions as before, but otherwise arranged: the next computation
+  // takes the functions in the order of the new lists. (When other functions are called, the next
+  // Recompute must rebuild instead.)
+  void NoteRearrangedCallees() { order_ = ComputationOrder(); }
   // Records with an adjustment in force; with unknown functions: those too that are unknown and
   // not adjusted.
   uint32_t CountForSpecFile(bool withUnknown) const;
@@ -77,26 +88,26 @@ class StkFunctionTable {
   uint32_t Count() const { return static_cast<uint32_t>(functions_.size()); }
   uint32_t UnknownCount() const { return unknownCount_; }
   uint32_t AdjustedCount() const { return adjustedCount_; }
-  // Set when a root's total was over the limit in the last computation.
-  bool Overflow() const { return overflow_; }
+  // A top-level function's total was over the limit in the last computation.
+  bool Overflow() const { return overLimitRoots_ != 0; }
 
-  // For the adjustments and the computation of this folder.
-  void SetAdjustedCount(uint32_t count) { adjustedCount_ = count; }
-  void SetOverflow(bool overflow) { overflow_ = overflow; }
+ private:
+  friend class StkComputation;
+  friend class StkBounds;
+
+  // What has changed in a computed table, as far as a computation has taken it up.
+  struct Changes {
+    bool structure = true;      // anything may have changed, the calls too
+    StkFunctionList functions;  // else: those touched, a function perhaps several times
+  };
+
   // Something that the function's own total depends on has changed.
   void Touch(StkFunction& function) { touched_.push_back(&function); }
   // What has been touched since it was last asked, a function perhaps several times.
   StkFunctionList TakeTouched();
-  // Which functions call which has changed.
   void NoteStructureChange() { changes_ = {}; }
-  // What has changed, as far as a computation has taken it up, since it was last asked.
-  struct Changes {
-    bool structure = true;      // anything may have changed
-    StkFunctionList functions;  // else: those touched, a function perhaps several times
-  };
   Changes TakeChanges() { return std::exchange(changes_, {.structure = false, .functions = {}}); }
 
- private:
   // All calls by caller, in index order; functions are known by their index.
   struct ResolvedCalls {
     std::vector<uint32_t> callees;
@@ -118,7 +129,9 @@ class StkFunctionTable {
   std::unique_ptr<FunctionNameIndex> nameIndex_;
   uint32_t unknownCount_ = 0;
   uint32_t adjustedCount_ = 0;
-  bool overflow_ = false;
+  // Kept from one computation to the next of the same graph:
+  ComputationOrder order_;  // empty when not known
+  uint32_t overLimitRoots_ = 0;
 };
 
 }  // namespace velkor

@@ -1,16 +1,16 @@
 #include "core/maximum_chain.h"
 
+#include "core/call_range.h"
+
 namespace velkor {
 
 namespace {
 
 const StkFunction* FirstLargest(const StkFunction& caller) {
   const StkFunction* largest = nullptr;
-  for (const StkFunctionList* list : {&caller.callees, &caller.extraCallees}) {
-    for (const StkFunction* callee : *list) {
-      if (largest == nullptr || callee->totalStackSize > largest->totalStackSize) {
-        largest = callee;
-      }
+  for (const StkFunction* callee : AllCallees(caller)) {
+    if (largest == nullptr || callee->totalStackSize > largest->totalStackSize) {
+      largest = callee;
     }
   }
   return largest;

@@ -16,7 +16,7 @@ void Recompute(StkFunctionTable& table, StkRootList& roots, bool rebuild,
   }
   const bool log = source != nullptr && source->Kind() == SpecificationKind::kUserFile;
   for (StkFunction* function : computation.ComputeTotals()) {
-    ApplyPending(*function, log, reporter);
+    ApplyPending(table, *function, log, reporter);
   }
 }
 

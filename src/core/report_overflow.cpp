@@ -1,5 +1,6 @@
 #include <vector>
 
+#include "core/call_range.h"
 #include "core/function_text.h"
 #include "core/recompute.h"
 
@@ -14,20 +15,14 @@ void ReportIfOver(const StkFunction& function, std::string_view name, MessageKey
   }
 }
 
-// The functions that call one function, callers before extra callers, not yet looked at.
+// The functions that call one function, not yet looked at.
 struct CallerCursor {
   const StkFunction* function;
   size_t next = 0;
 
   const StkFunction* Next() {
-    const size_t direct = function->callers.size();
-    const size_t position = next++;
-    if (position < direct) {
-      return function->callers[position];
-    }
-    return position - direct < function->extraCallers.size()
-               ? function->extraCallers[position - direct]
-               : nullptr;
+    const CallRange callers = AllCallers(*function);
+    return next < callers.size() ? &callers[next++] : nullptr;
   }
 };
 

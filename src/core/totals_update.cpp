@@ -1,6 +1,7 @@
 #include <bit>
 #include <vector>
 
+#include "core/call_range.h"
 #include "core/function_total.h"
 #include "core/totals.h"
 
@@ -68,25 +69,21 @@ class TotalsUpdate {
 
   CalleeResults ResultsBelow(const StkFunction& function, uint32_t position) const {
     CalleeResults results;
-    for (const StkFunctionList* list : {&function.callees, &function.extraCallees}) {
-      for (const StkFunction* callee : *list) {
-        if (order_.PositionOf(callee->index) < position) {
-          results.AddComputed(callee->totalStackSize, static_cast<uint32_t>(callee->chainCount));
-        } else {
-          results.AddUnfinished(callee->Is(FN_ROOT));
-        }
+    for (const StkFunction* callee : AllCallees(function)) {
+      if (order_.PositionOf(callee->index) < position) {
+        results.AddComputed(callee->totalStackSize, static_cast<uint32_t>(callee->chainCount));
+      } else {
+        results.AddUnfinished(callee->Is(FN_ROOT));
       }
     }
     return results;
   }
 
   void WakeCallers(const StkFunction& function, uint32_t position) {
-    for (const StkFunctionList* list : {&function.callers, &function.extraCallers}) {
-      for (const StkFunction* caller : *list) {
-        const uint32_t later = order_.PositionOf(caller->index);
-        if (later > position) {
-          WaitAt(later);
-        }
+    for (const StkFunction* caller : AllCallers(function)) {
+      const uint32_t later = order_.PositionOf(caller->index);
+      if (later > position) {
+        WaitAt(later);
       }
     }
   }

@@ -88,7 +88,6 @@ TEST(Bounds, EachReasonGoesWithWhatItMisses) {
        }) {
     Bounded graph("caller 1 -> f\nf 4\ncallee 3\n");
     graph["f"].flags = each.flags;
-    graph.functions.Touch(graph["f"]);
     EXPECT_EQ(graph.Of("caller"), each.missing);
     graph.Adjust("f", 7);
     EXPECT_EQ(graph.Of("caller"), each.marginOf7);
@@ -102,7 +101,6 @@ TEST(Bounds, EachReasonGoesWithWhatItMisses) {
 TEST(Bounds, OwnSizeTakesTheStatedMarginElseTheLibrarySize) {
   Bounded graph("main 1 -> f g\nf 4\n? g\n");
   graph["f"].SetFixedExtra();
-  graph.functions.Touch(graph["f"]);
   graph.SetLibrarySize("g", 9);
   EXPECT_EQ(graph.Of("f"), "bounded 10");
   EXPECT_EQ(graph.Of("main"), "bounded 11");
@@ -125,7 +123,6 @@ TEST(Bounds, AFunctionMayBeItsOwnExtraCallee) {
 TEST(BoundNotes, NameAdjustmentsThatLeaveOutWhatTheBoundNeeds) {
   Bounded graph("main 1 -> i r\ni 1\nr 1 -> x r\n? x\n");
   graph["i"].flags |= FN_INDIRECT_CALL;
-  graph.functions.Touch(graph["i"]);
   EXPECT_EQ(graph.Notes(), "");
   for (const char* name : {"i", "r", "x"}) {
     graph.Adjust(name, kNoMargin);

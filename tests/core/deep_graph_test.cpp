@@ -64,9 +64,7 @@ TEST(DeepGraph, RingNeedsNoStackOfItsOwn) {
   EXPECT_EQ(bounds.Known(first), uint64_t{0xFFFFFFFF} * 65535);
   for (uint32_t i = 1; i < kDeep; i += 2) {  // so does every second one of the ring
     StkFunction& function = *graph.functions.Functions()[i];
-    function.adjustment =
-        std::make_unique<StkAppliedAdjustment>(StkAppliedAdjustment{65535, 0xFFFFFFFF});
-    graph.functions.Touch(function);
+    graph.functions.PutInForce(function, {65535, 0xFFFFFFFF});
   }
   Recompute(graph.functions, graph.roots, false, nullptr, nullptr, graph.recorder.reporter);
   bounds.Update();

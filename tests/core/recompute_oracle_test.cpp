@@ -183,7 +183,7 @@ class History {
 
   void Step() {
     if (anew_) {
-      roots_.ForgetOrder();
+      graph_.table.NoteRearrangedCallees();
     }
     switch (graph_.Below(12)) {
       case 0:
@@ -216,14 +216,14 @@ class History {
   // What a step can change of them, or all of them anew.
   std::string Bounds() {
     if (anew_) {
-      graph_.table.NoteStructureChange();
+      bounds_ = std::make_unique<StkBounds>(graph_.table);
     }
-    bounds_.Update();
+    bounds_->Update();
     std::string text;
     for (const StkFunction* function : graph_.table.Functions()) {
-      text += std::to_string(bounds_.Known(*function));
+      text += std::to_string(bounds_->Known(*function));
       for (const ReasonKind kind : kReasonKinds) {
-        text += bounds_.Reasons(*function).Has(kind) ? '1' : '0';
+        text += bounds_->Reasons(*function).Has(kind) ? '1' : '0';
       }
       text += '\n';
     }
@@ -278,7 +278,7 @@ class History {
   Recorder& recorder_;
   RandomGraph graph_;
   StkRootList roots_;
-  StkBounds bounds_{graph_.table};
+  std::unique_ptr<StkBounds> bounds_ = std::make_unique<StkBounds>(graph_.table);
   bool anew_;
 };
 

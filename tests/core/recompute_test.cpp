@@ -83,7 +83,6 @@ TEST(Recompute, FiguresOfMarginAndDepth) {
 TEST(Recompute, PresetMarginsAndLibrarySizesCountUntilAnAdjustment) {
   ComputedGraph graph("f 10 -> g\n? g\n");
   graph["f"].SetFixedExtra();
-  graph.functions.Touch(graph["f"]);
   graph.SetLibrarySize("g", 4);
   EXPECT_EQ(Totals(graph), "20 4");
   graph.Adjust("f", kSizeLimit);

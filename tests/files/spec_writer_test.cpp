@@ -22,11 +22,7 @@ bool GoOn(uint32_t) {
 
 void Adjust(Graph& graph, StkFunction& function, uint32_t margin = kNoMargin,
             uint32_t depth = kNoDepth) {
-  if (function.adjustment == nullptr) {
-    graph.functions.SetAdjustedCount(graph.functions.AdjustedCount() + 1);
-  }
-  function.adjustment = std::make_unique<StkAppliedAdjustment>();
-  *function.adjustment = {margin, depth};
+  graph.functions.PutInForce(function, {margin, depth});
 }
 
 struct SpecWriterTest : ::testing::Test {

@@ -16,10 +16,7 @@ struct ComputedGraph : Graph {
   }
   void Adjust(std::string_view cName, uint32_t margin, uint32_t depth = kNoDepth) {
     StkFunction& function = (*this)[cName];
-    function.adjustment = std::make_unique<StkAppliedAdjustment>();
-    function.adjustment->margin = margin;
-    function.adjustment->depth = depth;
-    functions.Touch(function);
+    functions.PutInForce(function, {margin, depth});
     Recompute(functions, roots, false, nullptr, nullptr, recorder.reporter);
   }
   void SetLibrarySize(std::string_view cName, uint32_t size) {

@@ -36,8 +36,7 @@ Line ReadLine(Graph& graph, std::istringstream& words) {
     if (word == "->" || word == "=>") {
       extra = word == "=>";
       if (extra) {
-        function.adjustment = std::make_unique<StkAppliedAdjustment>();
-        graph.functions.SetAdjustedCount(graph.functions.AdjustedCount() + 1);
+        graph.functions.PutInForce(function, {});
       }
     } else if (extra) {
       line.extraCallees.push_back(word);
