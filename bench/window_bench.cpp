@@ -14,9 +14,9 @@
 
 #include "large_project.h"
 #include "platform/local_machine.h"
-#include "ui/adjust_dialog.h"
 #include "ui/application.h"
-#include "ui/function_lists_dialog.h"
+#include "ui/dialogs/adjust_dialog.h"
+#include "ui/dialogs/function_lists_dialog.h"
 
 namespace velkor {
 namespace {

@@ -1,6 +1,6 @@
 #include "ui/application.h"
 
-#include "ui/file_name_checks.h"
+#include "ui/dialogs/file_name_checks.h"
 #include "ui/wait_cursor.h"
 
 namespace velkor {

@@ -8,8 +8,8 @@
 
 #include "core/adjustment.h"
 #include "core/function.h"
-#include "ui/command_target.h"
-#include "ui/file_dialogs.h"
+#include "ui/commands/command_target.h"
+#include "ui/dialogs/file_dialogs.h"
 #include "ui/language.h"
 
 namespace velkor {

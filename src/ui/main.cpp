@@ -6,12 +6,12 @@
 
 #include "platform/local_machine.h"
 #include "platform/terminal.h"
-#include "ui/about_box.h"
-#include "ui/adjust_dialog.h"
 #include "ui/application.h"
-#include "ui/function_lists_dialog.h"
-#include "ui/help_viewer.h"
-#include "ui/toolbar_icons.h"
+#include "ui/commands/toolbar_icons.h"
+#include "ui/dialogs/about_box.h"
+#include "ui/dialogs/adjust_dialog.h"
+#include "ui/dialogs/function_lists_dialog.h"
+#include "ui/help/help_viewer.h"
 #include "ui/window_options.h"
 
 namespace velkor {

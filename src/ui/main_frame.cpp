@@ -8,7 +8,7 @@
 #include <algorithm>
 
 #include "files/paths.h"
-#include "ui/toolbar_icons.h"
+#include "ui/commands/toolbar_icons.h"
 #include "ui/wait_cursor.h"
 
 namespace velkor {

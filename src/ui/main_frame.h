@@ -7,16 +7,16 @@
 #include <vector>
 
 #include "document/job_monitor.h"
-#include "ui/call_tree_view.h"
-#include "ui/command_actions.h"
-#include "ui/command_target.h"
-#include "ui/frame_operations.h"
+#include "ui/commands/command_actions.h"
+#include "ui/commands/command_target.h"
+#include "ui/commands/frame_operations.h"
 #include "ui/frame_parts.h"
-#include "ui/function_list_view.h"
-#include "ui/log_view.h"
 #include "ui/posted_messages.h"
 #include "ui/status_bar.h"
 #include "ui/ui_context.h"
+#include "ui/views/call_tree_view.h"
+#include "ui/views/function_list_view.h"
+#include "ui/views/log_view.h"
 
 namespace velkor {
 

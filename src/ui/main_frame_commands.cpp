@@ -1,7 +1,7 @@
 #include "core/function_text.h"
 #include "files/chain_report.h"
-#include "ui/function_menu.h"
-#include "ui/help_location.h"
+#include "ui/commands/context_menu.h"
+#include "ui/help/help_location.h"
 #include "ui/main_frame.h"
 #include "ui/wait_cursor.h"
 

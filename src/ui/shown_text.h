@@ -7,7 +7,7 @@
 
 #include "core/function.h"
 #include "platform/code_page.h"
-#include "ui/commands.h"
+#include "ui/commands/commands.h"
 #include "ui/ui_context.h"
 
 namespace velkor {

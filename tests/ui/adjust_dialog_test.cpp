@@ -1,4 +1,4 @@
-#include "ui/adjust_dialog.h"
+#include "ui/dialogs/adjust_dialog.h"
 
 #include <QLineEdit>
 #include <QTest>

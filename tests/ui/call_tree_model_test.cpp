@@ -1,4 +1,4 @@
-#include "ui/call_tree_model.h"
+#include "ui/views/call_tree_model.h"
 
 #include <QAbstractItemModelTester>
 #include <ctime>
@@ -6,7 +6,7 @@
 #include <set>
 
 #include "support/computed_graph.h"
-#include "ui/function_icons.h"
+#include "ui/views/function_icons.h"
 
 namespace velkor {
 namespace {

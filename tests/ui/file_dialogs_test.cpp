@@ -3,7 +3,7 @@
 #include <QTest>
 
 #include "main_window.h"
-#include "ui/file_name_checks.h"
+#include "ui/dialogs/file_name_checks.h"
 
 namespace velkor {
 namespace {

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "support/computed_graph.h"
-#include "ui/function_icons.h"
-#include "ui/function_list_model.h"
+#include "ui/views/function_icons.h"
+#include "ui/views/function_list_model.h"
 
 namespace velkor {
 namespace {

@@ -1,4 +1,4 @@
-#include "ui/function_lists_dialog.h"
+#include "ui/dialogs/function_lists_dialog.h"
 
 #include <QTest>
 

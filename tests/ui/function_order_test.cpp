@@ -1,4 +1,4 @@
-#include "ui/function_order.h"
+#include "ui/views/function_order.h"
 
 #include <gtest/gtest.h>
 

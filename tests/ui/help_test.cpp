@@ -2,8 +2,8 @@
 
 #include "platform/host_file_system.h"
 #include "support/test_host.h"
-#include "ui/help_location.h"
-#include "ui/help_viewer.h"
+#include "ui/help/help_location.h"
+#include "ui/help/help_viewer.h"
 
 namespace velkor {
 namespace {

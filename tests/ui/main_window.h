@@ -13,7 +13,7 @@
 #include "support/recorder.h"
 #include "support/test_host.h"
 #include "ui/application.h"
-#include "ui/function_rows.h"
+#include "ui/dialogs/function_rows.h"
 
 namespace velkor::testing {
 

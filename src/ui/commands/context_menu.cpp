@@ -1,0 +1,41 @@
+#include "ui/commands/context_menu.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QCoreApplication>
+#include <QStatusTipEvent>
+
+namespace velkor {
+
+void AddCommands(QMenu& menu, const UiContext& context, const std::vector<Command>& commands,
+                 const CommandStateQuery& stateOf, const CommandAction& act) {
+  auto* group = new QActionGroup(&menu);
+  group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
+  for (const Command command : commands) {
+    const CommandState state = stateOf(command);
+    QAction* action = menu.addAction(context.Text(kMenuTextKey + static_cast<uint32_t>(command)));
+    action->setActionGroup(group);
+    action->setCheckable(state.radioMark);
+    action->setChecked(state.radioMark);
+    action->setEnabled(state.enabled);
+    action->setStatusTip(PromptOf(command, context));
+    QObject::connect(action, &QAction::triggered, &menu, [act, command] { act(command); });
+  }
+}
+
+// The toolkit tells the window only of menus that belong to its menu bar.
+void ShowPrompts(QMenu& menu, QWidget& view) {
+  const auto show = [&view](const QString& prompt) {
+    QStatusTipEvent event(prompt);
+    QCoreApplication::sendEvent(&view, &event);
+  };
+  QObject::connect(&menu, &QMenu::hovered, &view,
+                   [show](const QAction* action) { show(action->statusTip()); });
+  QObject::connect(&menu, &QMenu::aboutToHide, &view, [show] { show({}); });
+}
+
+QString PromptOf(Command command, const UiContext& context) {
+  return context.Text(static_cast<uint32_t>(command)).section(u'\n', 0, 0);
+}
+
+}  // namespace velkor

@@ -1,0 +1,43 @@
+#include "ui/commands/function_commands.h"
+
+namespace velkor {
+
+std::optional<CommandState> FunctionCommandState(Command command, const StkFunction* function,
+                                                 const CStkDoc& document) {
+  switch (command) {
+    case Command::kSaveMaximumChain:
+    case Command::kSaveAllChains:
+      return CommandState{function && !document.IsAnalysing() &&
+                          !document.IsReadingSpecifications() && !document.IsSavingCallChains()};
+    case Command::kAdjustStackSize:
+      return CommandState{function && document.CanChangeAnalysis()};
+    case Command::kResetFunction:
+      return CommandState{function && document.CanChangeAnalysis() && function->adjustment};
+    default:
+      return std::nullopt;
+  }
+}
+
+void ExecuteFunctionCommand(Command command, StkFunction* function, FrameOperations& frame) {
+  if (!function) {
+    return;
+  }
+  switch (command) {
+    case Command::kSaveMaximumChain:
+    case Command::kSaveAllChains:
+      frame.SaveCallChain(*function, command == Command::kSaveAllChains);
+      break;
+    case Command::kAdjustStackSize:
+      frame.AdjustStackSize(*function);
+      break;
+    case Command::kResetFunction:
+      if (function->adjustment) {
+        frame.ResetFunction(*function);
+      }
+      break;
+    default:
+      break;
+  }
+}
+
+}  // namespace velkor

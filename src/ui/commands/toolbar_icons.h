@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QIcon>
+#include <QSize>
+
+#include "ui/commands/commands.h"
+
+namespace velkor {
+
+constexpr QSize kToolbarIconSize(20, 17);
+
+// The drawn image of a command of the toolbar, sharp at every scale; an empty one for any other
+// command. User-interface thread.
+QIcon ToolbarIcon(Command command);
+// Of the program itself.
+QIcon ProgramIcon();
+
+}  // namespace velkor

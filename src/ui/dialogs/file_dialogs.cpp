@@ -1,0 +1,111 @@
+#include "ui/dialogs/file_dialogs.h"
+
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QScreen>
+
+#include "ui/dialogs/file_name_checks.h"
+
+namespace velkor {
+
+namespace {
+
+constexpr uint32_t kSpecFileFilter = 35006;
+constexpr uint32_t kReportFilter = 35007;
+// One text of several, one a line; the fourth is the name of the filter, the fifth its extension.
+constexpr uint32_t kProjectType = 128;
+constexpr int kFilterLine = 3;
+constexpr int kExtensionLine = 4;
+
+template <typename Dialog>
+std::optional<std::string> AskFor(const QString& filter, UiContext& context, QWidget* parent) {
+  Dialog dialog(context, parent);
+  dialog.SetFilter(filter);
+  return dialog.Ask();
+}
+
+}  // namespace
+
+std::optional<std::string> WindowFileDialogs::ProjectToOpen(UiContext& context, QWidget* parent) {
+  const QStringList type = context.Text(kProjectType).split(u'\n');
+  CFileOpenDlg dialog(context, parent);
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  dialog.SetFilter(type.value(kFilterLine) + "|*" + type.value(kExtensionLine) + "||");
+  dialog.setDefaultSuffix(type.value(kExtensionLine));
+  return dialog.Ask();
+}
+
+std::optional<std::string> WindowFileDialogs::SpecFileToLoad(UiContext& context, QWidget* parent) {
+  return AskFor<CFileOpenDlg>(context.Text(kSpecFileFilter), context, parent);
+}
+
+std::optional<std::string> WindowFileDialogs::SpecFileToSave(UiContext& context, QWidget* parent) {
+  return AskFor<CFileSaveDlg>(context.Text(kSpecFileFilter), context, parent);
+}
+
+std::optional<std::string> WindowFileDialogs::ReportToSave(UiContext& context, QWidget* parent) {
+  return AskFor<CFileSaveDlg>(context.Text(kReportFilter), context, parent);
+}
+
+CFileDialogEx::CFileDialogEx(UiContext& context, AcceptMode mode, QWidget* parent)
+    : QFileDialog(parent), context_(context) {
+  setOption(DontUseNativeDialog);
+  setOption(DontConfirmOverwrite);
+  setAcceptMode(mode);
+  setFileMode(AnyFile);
+  setDefaultSuffix("txt");
+}
+
+void CFileDialogEx::SetFilter(const QString& filter) {
+  setNameFilters(NameFilters(filter));
+}
+
+std::optional<std::string> CFileDialogEx::Ask() {
+  // The toolkit's own size is too high for a small screen.
+  resize(size().boundedTo(screen()->availableSize() * 9 / 10));
+  return exec() == Accepted ? name_ : std::nullopt;
+}
+
+void CFileDialogEx::accept() {
+  // The base class would take the name of a folder, without its path, for that of a file.
+  auto* typed = findChild<QLineEdit*>("fileNameEdit");
+  if (typed && !typed->text().isEmpty() && QFileInfo(directory(), typed->text()).isDir()) {
+    setDirectory(directory().filePath(typed->text()));
+    typed->clear();
+    return;
+  }
+  const QStringList files = selectedFiles();
+  if (!files.isEmpty() && !QFileInfo(files.front()).isDir()) {
+    name_ = Check(files.front());
+    if (!name_) {
+      return;
+    }
+  }
+  QFileDialog::accept();
+}
+
+CFileOpenDlg::CFileOpenDlg(UiContext& context, QWidget* parent)
+    : CFileDialogEx(context, AcceptOpen, parent) {}
+
+std::optional<std::string> CFileOpenDlg::Check(const QString& path) {
+  return NameToOpen(path, context_);
+}
+
+CFileSaveDlg::CFileSaveDlg(UiContext& context, QWidget* parent)
+    : CFileDialogEx(context, AcceptSave, parent) {}
+
+std::optional<std::string> CFileSaveDlg::Check(const QString& path) {
+  return NameToSave(path, context_);
+}
+
+QStringList NameFilters(const QString& filter) {
+  const QStringList parts = filter.split(u'|');
+  QStringList filters;
+  for (qsizetype i = 0; i + 1 < parts.size() && !parts[i].isEmpty(); i += 2) {
+    const qsizetype bracket = parts[i].lastIndexOf(u'(');
+    filters << parts[i].left(bracket).trimmed() + " (" + parts[i + 1] + ")";
+  }
+  return filters;
+}
+
+}  // namespace velkor

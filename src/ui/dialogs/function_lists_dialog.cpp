@@ -1,0 +1,155 @@
+#include "ui/dialogs/function_lists_dialog.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
+
+#include "core/adjustments.h"
+#include "ui/commands/commands.h"
+#include "ui/dialogs/function_rows.h"
+#include "ui/help/help_location.h"
+
+namespace velkor {
+
+namespace {
+
+// Items of the dialog by the keys of their texts.
+constexpr uint32_t kListsDialog = 400;
+constexpr uint32_t kClose = 1;
+constexpr uint32_t kAdjustSize = 1001;
+constexpr uint32_t kHelpOfLists = 57670;
+
+constexpr size_t kUnknown = 0;
+constexpr size_t kAdjusted = 1;
+constexpr size_t kLibrary = 2;
+
+using Rule = bool (*)(const StkFunction&);
+constexpr std::array<Rule, 3> kRules = {IsSizeUnknown, IsAdjusted, IsSystemLibrary};
+constexpr std::array<uint32_t, 3> kLabels = {2001, 2002, 2003};
+
+// In one walk: no function keeps two rules.
+std::array<StkFunctionList, kRules.size()> ByRule(const StkFunctionTable& functions) {
+  std::array<StkFunctionList, kRules.size()> lists;
+  for (StkFunction* function : functions.Functions()) {
+    for (size_t i = 0; i < kRules.size(); ++i) {
+      if (kRules[i](*function)) {
+        lists[i].push_back(function);
+        break;
+      }
+    }
+  }
+  return lists;
+}
+
+}  // namespace
+
+CFunctionListsDialog::CFunctionListsDialog(const UiContext& context, FrameOperations& frame,
+                                           std::function<void(int topic)> showHelp, QWidget* parent)
+    : QDialog(parent),
+      context_(context),
+      frame_(frame),
+      showHelp_(std::move(showHelp)),
+      close_(new QPushButton(Text(kClose), this)),
+      adjust_(new QPushButton(Text(kAdjustSize), this)),
+      help_(new QPushButton(Text(kHelpOfLists), this)) {
+  setWindowTitle(Text(0));
+  for (FunctionRows*& list : lists_) {
+    list = new FunctionRows(context.host.codePage, this);
+  }
+  Arrange();
+  SetTabOrder();
+  Connect();
+  Fill();
+  lists_[kUnknown]->setFocus();
+}
+
+QString CFunctionListsDialog::Text(uint32_t item) const {
+  return context_.Text(kDialogTextKey * kListsDialog + item);
+}
+
+void CFunctionListsDialog::Arrange() {
+  auto* buttons = new QVBoxLayout;
+  for (QPushButton* button : {close_, adjust_, help_}) {
+    buttons->addWidget(button);
+  }
+  buttons->addStretch();
+  close_->setDefault(true);
+
+  auto* layout = new QGridLayout(this);
+  AddLabelled(*layout, kUnknown, 0, 0, 3);
+  AddLabelled(*layout, kAdjusted, 0, 1, 1);
+  AddLabelled(*layout, kLibrary, 2, 1, 1);
+  layout->addLayout(buttons, 1, 2, 3, 1);
+  for (const int stretching : {0, 1}) {
+    layout->setColumnStretch(stretching, 1);
+    layout->setRowStretch(2 * stretching + 1, 1);
+  }
+}
+
+void CFunctionListsDialog::AddLabelled(QGridLayout& layout, size_t list, int row, int column,
+                                       int rows) {
+  auto* label = new QLabel(Text(kLabels[list]), this);
+  label->setBuddy(lists_[list]);
+  layout.addWidget(label, row, column);
+  layout.addWidget(lists_[list], row + 1, column, rows, 1);
+}
+
+void CFunctionListsDialog::SetTabOrder() {
+  QWidget* const order[] = {lists_[kUnknown], lists_[kAdjusted], lists_[kLibrary],
+                            close_,           adjust_,           help_};
+  for (size_t i = 1; i < std::size(order); ++i) {
+    setTabOrder(order[i - 1], order[i]);
+  }
+}
+
+void CFunctionListsDialog::Connect() {
+  for (FunctionRows* list : lists_) {
+    connect(list, &FunctionRows::GotFocus, this, [this, list] { SetCurrentList(list); });
+    connect(list, &FunctionRows::SelectionChanged, this, [this, list] { SetCurrentList(list); });
+  }
+  connect(close_, &QPushButton::clicked, this, [this] { accept(); });
+  connect(adjust_, &QPushButton::clicked, this, [this] { AdjustSize(); });
+  connect(help_, &QPushButton::clicked, this, [this] {
+    showHelp_(kFunctionListsHelp);
+    FocusCurrentList();
+  });
+  connect(new QShortcut(Qt::Key_F1, this), &QShortcut::activated, this,
+          [this] { showHelp_(kFunctionListsHelp); });
+}
+
+void CFunctionListsDialog::Fill() {
+  auto functions = ByRule(*context_.document.FunctionTable());
+  for (size_t i = 0; i < lists_.size(); ++i) {
+    lists_[i]->SetFunctionsByName(std::move(functions[i]));
+  }
+  UpdateSelectedFunction();
+}
+
+void CFunctionListsDialog::SetCurrentList(FunctionRows* list) {
+  currentList_ = list;
+  UpdateSelectedFunction();
+}
+
+void CFunctionListsDialog::UpdateSelectedFunction() {
+  selectedFunction_ = currentList_ == nullptr ? nullptr : currentList_->SelectedFunction();
+  adjust_->setEnabled(selectedFunction_ != nullptr);
+}
+
+void CFunctionListsDialog::AdjustSize() {
+  if (selectedFunction_ == nullptr) {
+    return;
+  }
+  if (frame_.AdjustStackSize(*selectedFunction_)) {
+    Fill();
+  }
+  FocusCurrentList();
+}
+
+void CFunctionListsDialog::FocusCurrentList() {
+  if (currentList_ != nullptr) {
+    currentList_->setFocus();
+  }
+}
+
+}  // namespace velkor

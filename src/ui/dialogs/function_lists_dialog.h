@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QDialog>
+#include <array>
+#include <functional>
+
+#include "ui/commands/frame_operations.h"
+#include "ui/ui_context.h"
+
+class QGridLayout;
+class QPushButton;
+
+namespace velkor {
+
+class FunctionRows;
+
+// Shows which functions the analysis cannot settle by itself, which the user has adjusted, and
+// which take their size from a system library table, and lets each be adjusted. Changes nothing by
+// itself. User-interface thread; meanwhile the analysis changes only by AdjustStackSize.
+class CFunctionListsDialog : public QDialog {
+  Q_OBJECT
+
+ public:
+  // The document must have functions. showHelp is given the topic (kFunctionListsHelp).
+  CFunctionListsDialog(const UiContext& context, FrameOperations& frame,
+                       std::function<void(int topic)> showHelp, QWidget* parent = nullptr);
+
+ private:
+  void Arrange();
+  void AddLabelled(QGridLayout& layout, size_t list, int row, int column, int rows);
+  void SetTabOrder();
+  void Connect();
+  QString Text(uint32_t item) const;
+  void Fill();
+  void SetCurrentList(FunctionRows* list);
+  void UpdateSelectedFunction();
+  void AdjustSize();
+  void FocusCurrentList();
+
+  const UiContext& context_;
+  FrameOperations& frame_;
+  std::function<void(int topic)> showHelp_;
+  // Owned by Qt as children.
+  std::array<FunctionRows*, 3> lists_;   // unknown, adjusted, system library
+  FunctionRows* currentList_ = nullptr;  // had the focus or changed its selection last
+  StkFunction* selectedFunction_ = nullptr;
+  QPushButton* close_;
+  QPushButton* adjust_;
+  QPushButton* help_;
+};
+
+}  // namespace velkor

@@ -1,0 +1,325 @@
+#include "ui/views/call_tree_view.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
+
+#include "ui/commands/context_menu.h"
+#include "ui/commands/function_commands.h"
+#include "ui/shown_text.h"
+#include "ui/views/call_tree_model.h"
+#include "ui/views/function_icons.h"
+#include "ui/wait_cursor.h"
+
+namespace velkor {
+
+namespace {
+
+constexpr int kAnnounceAgainMilliseconds = 50;
+
+const StkFunctionList& NoFunctions() {
+  static const StkFunctionList kNone;
+  return kNone;
+}
+
+}  // namespace
+
+CStkTreeView::CStkTreeView(UiContext& context, FrameOperations& frame, QWidget* parent)
+    : QTreeView(parent),
+      context_(context),
+      frame_(frame),
+      model_(new CallTreeModel(context.host.codePage, KindsFrom(context),
+                               [this] { return IsBusy(); })) {
+  model_->setParent(this);
+  SetUp();
+  context_.document.AddView(*this);
+}
+
+CStkTreeView::~CStkTreeView() {
+  context_.document.RemoveView(*this);
+}
+
+void CStkTreeView::SetUp() {
+  setModel(model_);
+  setHeaderHidden(true);
+  setUniformRowHeights(true);
+  setSelectionMode(SingleSelection);
+  setEditTriggers(NoEditTriggers);
+  setIconSize(kTreeIconSize);
+  setAccessibleName(context_.Text(kCallTreeNameKey));
+  header()->setStretchLastSection(true);
+  header()->setMinimumSectionSize(0);
+  header()->setResizeContentsPrecision(0);
+  connect(this, &QTreeView::collapsed, this,
+          [this](const QModelIndex& index) { SelectVisibleAncestor(index); });
+  connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
+    if (!rebuilding_) {
+      ScrollToChildren(index);
+      GrowColumn();
+    }
+  });
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { GrowColumn(); });
+  announceLater_.setInterval(kAnnounceAgainMilliseconds);
+  announceLater_.setSingleShot(true);
+  connect(&announceLater_, &QTimer::timeout, this, [this] { AnnounceSelection(); });
+}
+
+const NodeRecord* CStkTreeView::SelectedRecord() const {
+  const QModelIndex index = SelectedIndex();
+  return index.isValid() ? &model_->RecordOf(index) : nullptr;
+}
+
+void CStkTreeView::OnUpdate(ViewHint hint) {
+  const WaitCursor waiting;
+  switch (hint) {
+    case HINT_CLEAR:
+      return Clear();
+    case HINT_RESULTS:
+      return Fill();
+    case HINT_STRUCTURE:
+      return Rebuild();
+    case HINT_SIZES:
+      return RefreshMarks();
+    case HINT_SELECTION:
+      return;
+  }
+}
+
+std::optional<CommandState> CStkTreeView::StateOf(Command command) {
+  return FunctionCommandState(command, TakeTarget(), context_.document);
+}
+
+void CStkTreeView::Execute(Command command) {
+  ExecuteFunctionCommand(command, TakeTarget(), frame_);
+}
+
+void CStkTreeView::contextMenuEvent(QContextMenuEvent* event) {
+  event->accept();
+  if (event->reason() == QContextMenuEvent::Mouse) {
+    ShowMenu(indexAt(event->pos()), event->globalPos());
+    return;
+  }
+  const QModelIndex index = SelectedIndex();
+  if (index.isValid()) {
+    scrollTo(index);
+    const QPoint below = visualRect(index).bottomLeft();
+    ShowMenu(index, viewport()->mapToGlobal(QPoint(std::max(0, below.x()), below.y())));
+  }
+}
+
+// Only the left button selects and expands.
+void CStkTreeView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    QTreeView::mousePressEvent(event);
+  }
+}
+
+void CStkTreeView::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) {
+    QTreeView::mouseDoubleClickEvent(event);
+  }
+}
+
+void CStkTreeView::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Asterisk) {
+    // Not the whole branch: a call graph has more paths than memory holds.
+    expand(currentIndex());
+    event->accept();
+    return;
+  }
+  QTreeView::keyPressEvent(event);
+}
+
+QItemSelectionModel::SelectionFlags CStkTreeView::selectionCommand(const QModelIndex& index,
+                                                                   const QEvent* event) const {
+  const QItemSelectionModel::SelectionFlags command = QTreeView::selectionCommand(index, event);
+  // A node stays selected until another one is.
+  return command.testFlag(QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : command;
+}
+
+void CStkTreeView::selectionChanged(const QItemSelection& selected,
+                                    const QItemSelection& deselected) {
+  QTreeView::selectionChanged(selected, deselected);
+  if (!rebuilding_) {
+    AnnounceSelection();
+  }
+}
+
+// The lines between the nodes, which not every style draws, below the style's expand buttons.
+void CStkTreeView::drawBranches(QPainter* painter, const QRect& rect,
+                                const QModelIndex& index) const {
+  painter->save();
+  painter->setPen(QPen(palette().color(QPalette::Mid), 1, Qt::DotLine));
+  QRect cell(rect.right() + 1 - indentation(), rect.top(), indentation(), rect.height());
+  QModelIndex node = index;
+  for (bool own = true; node.isValid() && cell.right() >= 0; own = false) {
+    const QModelIndex parent = node.parent();
+    const bool goesOn = node.row() + 1 < model_->rowCount(parent);
+    const bool comesFromAbove = parent.isValid() || node.row() > 0;
+    const QPoint center = cell.center();
+    if (own && comesFromAbove) {
+      painter->drawLine(center.x(), cell.top(), center.x(), center.y());
+    }
+    if (own) {
+      painter->drawLine(center.x(), center.y(), cell.right(), center.y());
+    }
+    if (goesOn) {
+      painter->drawLine(center.x(), own ? center.y() : cell.top(), center.x(), cell.bottom());
+    }
+    cell.translate(-indentation(), 0);
+    node = parent;
+  }
+  painter->restore();
+  QTreeView::drawBranches(painter, rect, index);
+}
+
+QModelIndex CStkTreeView::SelectedIndex() const {
+  const QModelIndexList selected = selectionModel()->selectedIndexes();
+  return selected.empty() ? QModelIndex() : selected.front();
+}
+
+StkFunction* CStkTreeView::TakeTarget() {
+  const QModelIndex target =
+      rightClickNode_.isValid() ? QModelIndex(rightClickNode_) : SelectedIndex();
+  rightClickNode_ = QModelIndex();
+  return target.isValid() ? &model_->FunctionOf(target) : nullptr;
+}
+
+const StkFunctionList& CStkTreeView::Roots() const {
+  const StkRootList* roots = context_.document.RootList();
+  return roots ? roots->Functions() : NoFunctions();
+}
+
+bool CStkTreeView::IsBusy() const {
+  return context_.document.IsAnalysing() || context_.document.IsReadingSpecifications();
+}
+
+void CStkTreeView::Clear() {
+  const bool wasSelected = SelectedIndex().isValid();
+  rightClickNode_ = QModelIndex();
+  model_->Clear();
+  if (wasSelected) {
+    AnnounceSelection();
+  }
+}
+
+void CStkTreeView::Fill() {
+  const bool wasSelected = SelectedIndex().isValid();
+  header()->setMinimumSectionSize(0);
+  model_->Fill(Roots());
+  const QModelIndex first = model_->index(0, 0);
+  if (first.isValid()) {
+    Select(first);
+    AnnounceSelection();
+  } else if (wasSelected) {
+    AnnounceSelection();
+  }
+}
+
+void CStkTreeView::RefreshMarks() {
+  model_->RefreshMarks();
+  viewport()->update();
+  AnnounceSelection();
+}
+
+void CStkTreeView::Rebuild() {
+  const bool wasSelected = SelectedIndex().isValid();
+  const CallTreePaths saved =
+      model_->Save([this](const QModelIndex& index) { return isExpanded(index); }, SelectedIndex());
+  const CallTreeModel::Restored restored = model_->Rebuild(Roots(), saved);
+  rebuilding_ = true;
+  for (const QModelIndex& index : restored.expanded) {
+    expand(index);
+  }
+  rebuilding_ = false;
+  const QModelIndex selected =
+      restored.selected.isValid() ? restored.selected : model_->index(0, 0);
+  if (selected.isValid()) {
+    Select(selected);
+  }
+  if (selected.isValid() || wasSelected) {
+    AnnounceSelection();
+  }
+}
+
+// Without announcing it.
+void CStkTreeView::Select(const QModelIndex& index) {
+  rebuilding_ = true;
+  setCurrentIndex(index);
+  rebuilding_ = false;
+  GrowColumn();
+}
+
+void CStkTreeView::AnnounceSelection() {
+  if (SelectedIndex().isValid() && IsBusy()) {
+    announceLater_.start();
+    return;
+  }
+  announceLater_.stop();
+  const NodeRecord* record = SelectedRecord();
+  context_.document.SetCurrentSelection(record ? record->function : nullptr);
+  context_.document.UpdateAllViews(this, HINT_SELECTION);
+  frame_.UpdateCommands();
+}
+
+// A selection that its branch has hidden would be acted on unseen.
+void CStkTreeView::SelectVisibleAncestor(const QModelIndex& collapsed) {
+  QModelIndex above = SelectedIndex().parent();
+  while (above.isValid() && above != collapsed) {
+    above = above.parent();
+  }
+  if (above.isValid()) {
+    setCurrentIndex(collapsed);
+  }
+}
+
+// As many of them as fit below the node.
+void CStkTreeView::ScrollToChildren(const QModelIndex& index) {
+  const int fitting = viewport()->height() / std::max(1, rowHeight(index)) - 1;
+  const int last = std::min(model_->rowCount(index), fitting) - 1;
+  if (last >= 0) {
+    scrollTo(model_->index(last, 0, index));
+    scrollTo(index);
+  }
+}
+
+// The column is as wide as the widest row that has been on the screen, so that all of it can be
+// scrolled to; finding the widest of all rows would take the texts of all.
+void CStkTreeView::GrowColumn() {
+  if (!rebuilding_) {
+    const int wanted = sizeHintForColumn(0);
+    if (wanted > header()->minimumSectionSize()) {
+      header()->setMinimumSectionSize(wanted);
+    }
+  }
+}
+
+void CStkTreeView::ShowMenu(const QModelIndex& index, const QPoint& position) {
+  if (!index.isValid()) {
+    return;
+  }
+  rightClickNode_ = index;
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  const QPersistentModelIndex node = index;
+  AddCommands(
+      *menu, context_, {Command::kAdjustStackSize},
+      [this, node](Command command) {
+        return FunctionCommandState(command, &model_->FunctionOf(node), context_.document)
+            .value_or(CommandState());
+      },
+      [this, node](Command command) {
+        // Enabling checks may have taken the target while the menu was open.
+        if (node.isValid()) {
+          rightClickNode_ = node;
+          Execute(command);
+        }
+      });
+  // A menu that is dismissed leaves nothing behind for the next command to act on by surprise.
+  connect(menu, &QMenu::aboutToHide, this, [this] { rightClickNode_ = QModelIndex(); });
+  menu->popup(position);
+}
+
+}  // namespace velkor

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <QPersistentModelIndex>
+#include <QTimer>
+#include <QTreeView>
+#include <optional>
+
+#include "document/document.h"
+#include "ui/commands/command_target.h"
+#include "ui/commands/frame_operations.h"
+#include "ui/ui_context.h"
+#include "ui/views/node_record.h"
+
+namespace velkor {
+
+class CallTreeModel;
+
+// The call graph below the top-level functions of the document. Its selection drives the function
+// list: every change sets the document's current selection and then tells all other views with
+// HINT_SELECTION. A right click selects nothing, but the command chosen from its menu acts on the
+// node under the pointer. Told of the document's changes from its creation to its destruction.
+class CStkTreeView : public QTreeView, public View, public CommandTarget {
+ public:
+  CStkTreeView(UiContext& context, FrameOperations& frame, QWidget* parent = nullptr);
+  ~CStkTreeView() override;
+
+  // Of the selected node, or none. Valid until the selection changes next.
+  const NodeRecord* SelectedRecord() const;
+
+  void OnUpdate(ViewHint hint) override;
+  // Both take the target: after either, the node of the last right click is forgotten.
+  std::optional<CommandState> StateOf(Command command) override;
+  void Execute(Command command) override;
+
+ protected:
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override;
+  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override;
+
+ private:
+  void SetUp();
+  QModelIndex SelectedIndex() const;
+  StkFunction* TakeTarget();
+  const StkFunctionList& Roots() const;
+  bool IsBusy() const;
+  void Clear();
+  void Fill();
+  void RefreshMarks();
+  void Rebuild();
+  void Select(const QModelIndex& index);
+  void AnnounceSelection();
+  void SelectVisibleAncestor(const QModelIndex& collapsed);
+  void ScrollToChildren(const QModelIndex& index);
+  void GrowColumn();
+  void ShowMenu(const QModelIndex& index, const QPoint& position);
+
+  UiContext& context_;
+  FrameOperations& frame_;
+  CallTreeModel* model_;  // owned by the Qt parent
+  QPersistentModelIndex rightClickNode_;
+  bool rebuilding_ = false;  // selections on the way are not announced
+  QTimer announceLater_;     // runs while a job changes the functions
+};
+
+}  // namespace velkor

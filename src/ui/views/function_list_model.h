@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QIcon>
+#include <array>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ui/shown_text.h"
+#include "ui/views/function_order.h"
+#include "ui/views/node_record.h"
+
+namespace velkor {
+
+// The rows of the function list: the function of a tree node, and below it those that it calls.
+// A row's texts and its icon are those at the time of Fill. Refers to functions; the owner clears
+// it before they go. User-interface thread.
+class FunctionListModel : public QAbstractTableModel {
+ public:
+  enum Column { kFunction, kTotal, kFrame, kMargin, kFile, kColumnCount };
+
+  FunctionListModel(const CodePage& codePage, std::array<QString, kColumnCount> headers,
+                    KindDescriptions kinds);
+
+  void Clear();
+  // The function's row first; below it, unless the node is a repeated one, its callees, then its
+  // extra callees, in the order of a sort key if there is one.
+  void Fill(const NodeRecord& record, std::optional<SortKey> key, bool descending);
+  // Rows that are selected stay selected.
+  void Sort(SortKey key, bool descending);
+
+  StkFunction* FunctionAt(int row) const { return rows_[static_cast<size_t>(row)].function; }
+  int IconIndexAt(int row) const { return sortValues_[static_cast<size_t>(row)].icon; }
+
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+  QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
+
+ private:
+  struct Row {
+    StkFunction* function = nullptr;
+    std::string name;
+    std::string total;
+    std::string frame;
+    std::string margin;
+  };
+
+  void Append(StkFunction& function, int icon);
+  void Arrange(const std::vector<uint32_t>& positions);
+  std::string_view Text(size_t row, int column) const;
+
+  const CodePage& codePage_;
+  std::array<QString, kColumnCount> headers_;
+  KindDescriptions kinds_;
+  std::vector<QIcon> icons_;  // by icon index
+  std::vector<Row> rows_;
+  std::vector<SortValues> sortValues_;  // of the rows
+};
+
+}  // namespace velkor

@@ -1,0 +1,220 @@
+#include "ui/views/function_list_view.h"
+
+#include <QContextMenuEvent>
+#include <algorithm>
+
+#include "ui/commands/context_menu.h"
+#include "ui/commands/function_commands.h"
+#include "ui/shown_text.h"
+#include "ui/views/arrow_header.h"
+#include "ui/views/function_icons.h"
+#include "ui/views/function_list_model.h"
+#include "ui/wait_cursor.h"
+
+namespace velkor {
+
+namespace {
+
+constexpr uint32_t kHeaderTextKey = 35000;
+constexpr int kColumnWidths[] = {100, 80, 80, 80, 300};
+// As long a name as the Function column grows for by itself, in average characters.
+constexpr int kNameLength = 40;
+
+struct SortCommand {
+  Command command;
+  SortKey key;
+};
+
+constexpr SortCommand kSortKeys[] = {
+    {Command::kSortByName, SortKey::kName},   {Command::kSortByTotal, SortKey::kTotal},
+    {Command::kSortByFrame, SortKey::kFrame}, {Command::kSortByMargin, SortKey::kMargin},
+    {Command::kSortByFile, SortKey::kFile},   {Command::kSortByIcon, SortKey::kIcon},
+};
+
+std::optional<SortKey> SortKeyOf(Command command) {
+  for (const SortCommand& entry : kSortKeys) {
+    if (entry.command == command) {
+      return entry.key;
+    }
+  }
+  return std::nullopt;
+}
+
+int ArrowColumn(SortKey key) {
+  return key == SortKey::kIcon ? 0 : static_cast<int>(key);
+}
+
+std::array<QString, FunctionListModel::kColumnCount> Headers(const UiContext& context) {
+  std::array<QString, FunctionListModel::kColumnCount> headers;
+  for (size_t column = 0; column < headers.size(); ++column) {
+    headers[column] = context.Text(kHeaderTextKey + static_cast<uint32_t>(column));
+  }
+  return headers;
+}
+
+}  // namespace
+
+CStkListView::CStkListView(UiContext& context, FrameOperations& frame,
+                           std::function<const NodeRecord*()> selectedRecord, QWidget* parent)
+    : QTreeView(parent),
+      context_(context),
+      frame_(frame),
+      selectedRecord_(std::move(selectedRecord)),
+      model_(new FunctionListModel(context.host.codePage, Headers(context), KindsFrom(context))),
+      header_(new ArrowHeader(this)) {
+  model_->setParent(this);
+  SetUp();
+  context_.document.AddView(*this);
+}
+
+CStkListView::~CStkListView() {
+  context_.document.RemoveView(*this);
+}
+
+void CStkListView::SetUp() {
+  setHeader(header_);
+  setModel(model_);
+  setRootIsDecorated(false);
+  setItemsExpandable(false);
+  setUniformRowHeights(true);
+  setAllColumnsShowFocus(true);
+  setSelectionMode(SingleSelection);
+  setSelectionBehavior(SelectRows);
+  setEditTriggers(NoEditTriggers);
+  setIconSize(kListIconSize);
+  setAccessibleName(context_.Text(kFunctionListNameKey));
+  // A list without the focus shows no selection.
+  QPalette colors = palette();
+  colors.setColor(QPalette::Inactive, QPalette::Highlight, colors.color(QPalette::Base));
+  colors.setColor(QPalette::Inactive, QPalette::HighlightedText, colors.color(QPalette::Text));
+  setPalette(colors);
+  header_->setSectionsClickable(true);  // a tree view without sorting of its own turns this off
+  header_->setStretchLastSection(false);
+  for (int column = 0; column < FunctionListModel::kColumnCount; ++column) {
+    setColumnWidth(column, std::max(kColumnWidths[column], header_->sectionSizeHint(column)));
+  }
+  connect(header_, &QHeaderView::sectionResized, this, [this](int column) {
+    if (column == FunctionListModel::kFunction && !fitting_) {
+      namesFollow_ = false;
+    }
+  });
+  connect(header_, &QHeaderView::sectionClicked, this, [this](int column) {
+    if (CanSort()) {
+      SortBy(static_cast<SortKey>(column));
+    }
+  });
+}
+
+StkFunction* CStkListView::SelectedFunction() const {
+  const QModelIndexList rows = selectionModel()->selectedRows();
+  return rows.empty() ? nullptr : model_->FunctionAt(rows.front().row());
+}
+
+void CStkListView::OnUpdate(ViewHint hint) {
+  if (hint == HINT_CLEAR) {
+    Clear();
+  } else if (hint == HINT_SELECTION) {
+    Fill();
+  }
+}
+
+std::optional<CommandState> CStkListView::StateOf(Command command) {
+  if (const std::optional<SortKey> key = SortKeyOf(command)) {
+    return CommandState{CanSort(), sortKey_ == key};
+  }
+  return FunctionCommandState(command, SelectedFunction(), context_.document);
+}
+
+void CStkListView::Execute(Command command) {
+  if (const std::optional<SortKey> key = SortKeyOf(command)) {
+    if (CanSort()) {
+      SortBy(*key);
+    }
+    return;
+  }
+  ExecuteFunctionCommand(command, SelectedFunction(), frame_);
+}
+
+void CStkListView::keyboardSearch(const QString& search) {
+  const QModelIndex current = currentIndex();
+  if (current.column() > 0) {
+    selectionModel()->setCurrentIndex(current.siblingAtColumn(0), QItemSelectionModel::NoUpdate);
+  }
+  QTreeView::keyboardSearch(search);
+}
+
+void CStkListView::contextMenuEvent(QContextMenuEvent* event) {
+  const auto stateOf = [this](Command command) {
+    return StateOf(command).value_or(CommandState());
+  };
+  const auto act = [this](Command command) { Execute(command); };
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  AddCommands(*menu, context_, {Command::kAdjustStackSize}, stateOf, act);
+  AddCommands(*menu->addMenu(context_.Text(kSortMenuText)), context_,
+              {std::begin(kSortCommands), std::end(kSortCommands)}, stateOf, act);
+  ShowPrompts(*menu, *this);
+  menu->popup(event->globalPos());
+  event->accept();
+}
+
+void CStkListView::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  if (namesFollow_) {
+    FitNames();
+  }
+}
+
+// Names get the width that the other columns leave over, until the user gives them another.
+void CStkListView::FitNames() {
+  const int column = FunctionListModel::kFunction;
+  const int leftOver = viewport()->width() - header_->length() + columnWidth(column);
+  const int most = kListIconSize.width() + fontMetrics().averageCharWidth() * kNameLength;
+  fitting_ = true;
+  setColumnWidth(
+      column, std::clamp(leftOver, kColumnWidths[column], std::max(most, kColumnWidths[column])));
+  fitting_ = false;
+}
+
+void CStkListView::selectionChanged(const QItemSelection& selected,
+                                    const QItemSelection& deselected) {
+  QTreeView::selectionChanged(selected, deselected);
+  frame_.UpdateCommands();
+}
+
+void CStkListView::Clear() {
+  const WaitCursor waiting;
+  model_->Clear();
+  sortKey_.reset();
+  descending_ = false;
+  header_->SetArrow(-1, false);
+  frame_.UpdateCommands();
+}
+
+void CStkListView::Fill() {
+  const WaitCursor waiting;
+  const NodeRecord* record = context_.document.CurrentSelection() ? selectedRecord_() : nullptr;
+  if (record) {
+    model_->Fill(*record, sortKey_, descending_);
+  } else {
+    model_->Clear();
+  }
+  frame_.UpdateCommands();
+}
+
+void CStkListView::SortBy(SortKey key) {
+  descending_ = sortKey_ == key && !descending_;
+  sortKey_ = key;
+  model_->Sort(key, descending_);
+  header_->SetArrow(ArrowColumn(key), descending_);
+  frame_.UpdateCommands();
+}
+
+bool CStkListView::CanSort() const {
+  // While the analysis fills the table in its thread, nothing here may look at it.
+  CStkDoc& document = context_.document;
+  return !document.IsAnalysing() && document.FunctionTable() &&
+         document.FunctionTable()->Count() > 0;
+}
+
+}  // namespace velkor

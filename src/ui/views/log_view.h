@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QPlainTextEdit>
+#include <QTimer>
+#include <deque>
+#include <optional>
+#include <string_view>
+
+#include "messages/channels.h"
+#include "ui/commands/command_target.h"
+#include "ui/commands/frame_operations.h"
+#include "ui/language.h"
+#include "ui/posted_messages.h"
+#include "ui/ui_context.h"
+
+namespace velkor {
+
+// The record of everything that was reported, one message a line, the newest last; of very many
+// the oldest disappear. Read-only. Registered with the reporter from its creation to its
+// destruction; what jobs ask of it goes through the posted messages.
+//
+// New lines reach the text a little later, a few at a time: many of them must not keep the window
+// from answering.
+class CStkLogView : public QPlainTextEdit, public LogView, public CommandTarget {
+ public:
+  // Lines of the text, with the empty one at its end.
+  static constexpr int kMaxLines = 32767;
+
+  CStkLogView(UiContext& context, FrameOperations& frame, PostedMessages& posted, Language language,
+              QWidget* parent = nullptr);
+  ~CStkLogView() override;
+
+  void Append(std::string_view text) override;
+  bool PostRequest(LogRequest request) override;
+  // Everything that was appended is in the text from here on.
+  void ShowAll();
+
+  std::optional<CommandState> StateOf(Command command) override;
+  void Execute(Command command) override;
+
+ protected:
+  void contextMenuEvent(QContextMenuEvent* event) override;
+
+ private:
+  QString OneLine(std::string_view text) const;
+  void ShowSome();
+  void Insert(size_t count);
+  void MoveToEnd();
+  void ClearAll();
+
+  UiContext& context_;
+  FrameOperations& frame_;
+  PostedMessages& posted_;
+  const bool joinLines_;         // no blank where a message breaks its line
+  std::deque<QString> pending_;  // not yet in the text
+  QTimer showLater_;
+};
+
+}  // namespace velkor
