@@ -63,15 +63,26 @@ void CStkDoc::MakeTables() {
   fileTable_ = std::make_unique<StkFileTable>(host_.codePage);
   functionTable_ = std::make_unique<StkFunctionTable>(host_.codePage);
   rootList_ = std::make_unique<StkRootList>();
+  bounds_ = std::make_unique<StkBounds>(*functionTable_);
 }
 
 void CStkDoc::DiscardTables() {
   if (functionTable_ && functionTable_->Count() > kDestroyedAtOnce) {
-    disposal_.Dispose({std::move(rootList_), std::move(functionTable_), std::move(fileTable_)});
+    disposal_.Dispose({std::move(bounds_), std::move(rootList_), std::move(functionTable_),
+                       std::move(fileTable_)});
   }
+  bounds_.reset();
   rootList_.reset();
   functionTable_.reset();
   fileTable_.reset();
+}
+
+const StkBounds* CStkDoc::Bounds() {
+  if (!bounds_ || analysisJob_ || specReadJob_) {
+    return nullptr;
+  }
+  bounds_->Update();
+  return bounds_.get();
 }
 
 bool CStkDoc::LoadProject(std::string_view path) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "core/adjustments.h"
+#include "core/bounds.h"
 #include "core/file_table.h"
 #include "core/function_table.h"
 #include "core/root_list.h"
@@ -75,6 +76,10 @@ class CStkDoc {
   StkProject* Project() { return project_.get(); }
   StkFunctionTable* FunctionTable() { return functionTable_.get(); }
   StkRootList* RootList() { return rootList_.get(); }
+  // The bounds of the functions, brought up to date now: computed only where somebody asks. They
+  // stay as they are, also while the analysis changes, until the next call. None without tables,
+  // and while they belong to a job.
+  const StkBounds* Bounds();
   // The function that the call tree last selected.
   StkFunction* CurrentSelection() { return currentSelection_; }
   void SetCurrentSelection(StkFunction* function) { currentSelection_ = function; }
@@ -146,6 +151,7 @@ class CStkDoc {
   std::unique_ptr<StkFileTable> fileTable_;
   std::unique_ptr<StkFunctionTable> functionTable_;
   std::unique_ptr<StkRootList> rootList_;
+  std::unique_ptr<StkBounds> bounds_;
   bool readFromUserFile_ = false;
   bool saveAfterReading_ = false;
   StkFunction* currentSelection_ = nullptr;

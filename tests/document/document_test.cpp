@@ -65,5 +65,34 @@ TEST_F(DocumentTest, AdjustmentsTellWhetherACalleeListChanged) {
   EXPECT_EQ(main.totalStackSize, 10u);
 }
 
+TEST_F(DocumentTest, BoundsAreThoseOfTheLastChange) {
+  const auto known = [this](const char* name) {
+    const StkBounds* bounds = document.Bounds();
+    return bounds == nullptr ? 0 : bounds->Known(*Find(name));
+  };
+  EXPECT_EQ(document.Bounds(), nullptr);
+  PutChain();
+  Open();
+  EXPECT_EQ(document.Bounds(), nullptr) << "the tables are a job's";
+  Finish();
+  EXPECT_EQ(known("main"), 60u);
+  StkAdjustment adjustment;
+  adjustment.margin = 7;
+  EXPECT_TRUE(document.AdjustFunction(*Find("f"), adjustment));
+  EXPECT_EQ(known("main"), 67u);
+  Finish();
+  host.files.Put("C:\\p\\spec.txt", "g, ADD=100\n");
+  EXPECT_TRUE(document.LoadSpecFile("C:\\p\\spec.txt"));
+  EXPECT_EQ(document.Bounds(), nullptr) << "the tables are a job's";
+  Finish();
+  EXPECT_EQ(known("main"), 167u);
+  PutModule("b", {"g 40"});
+  document.Recalculate();
+  Finish();
+  EXPECT_EQ(known("main"), 177u) << "with the adjustments that were saved";
+  document.DeleteContents();
+  EXPECT_EQ(document.Bounds(), nullptr);
+}
+
 }  // namespace
 }  // namespace velkor
