@@ -60,11 +60,16 @@ std::string_view BoundStateName(BoundState state) {
 
 void StkBounds::Update() {
   const StkFunctionTable::Changes changes = table_.TakeChanges();
-  if (changes.structure || component_.size() != table_.Count()) {
-    FindStructure();
-    ComputeAll();
-  } else {
-    ComputeChanged(changes.functions);
+  try {
+    if (changes.structure || component_.size() != table_.Count()) {
+      FindStructure();
+      ComputeAll();
+    } else {
+      ComputeChanged(changes.functions);
+    }
+  } catch (...) {
+    table_.NoteStructureChange();  // what is half computed must not pass for results
+    throw;
   }
 }
 

@@ -41,6 +41,7 @@ CMainFrame::CMainFrame(UiContext& context, PostedMessages& posted, FrameParts pa
       parts_(std::move(parts)),
       actions_(*this, context, parts_.productName, [this](Command command) { Route(command); }),
       statusBar_(new CStkStatusBar(context.Text(kIdlePrompt), context.Text(kProgressName), this)),
+      notes_(context),
       monitor_(context.document, *statusBar_) {
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);

@@ -14,6 +14,7 @@
 #include "ui/posted_messages.h"
 #include "ui/status_bar.h"
 #include "ui/ui_context.h"
+#include "ui/views/analysis_notes.h"
 #include "ui/views/call_tree_view.h"
 #include "ui/views/function_list_view.h"
 #include "ui/views/log_view.h"
@@ -86,6 +87,7 @@ class CMainFrame : public QMainWindow, public FrameOperations, public CommandTar
   CStkListView* listView_ = nullptr;
   CStkLogView* logView_ = nullptr;
   CommandTarget* activeView_ = nullptr;
+  AnalysisNotes notes_;
   StkJobMonitor monitor_;
   bool closed_ = false;
 };

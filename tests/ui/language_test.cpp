@@ -38,7 +38,7 @@ std::map<uint32_t, std::string> Texts(std::string_view catalogue) {
 }
 
 std::string Shape(const std::string& text) {
-  static const std::regex parts(R"(%s|\\n|&|\||\.\.\.$)");
+  static const std::regex parts(R"(%s|%lu|\\n|&|\||\.\.\.$)");
   std::string shape;
   for (std::sregex_iterator i(text.begin(), text.end(), parts), end; i != end; ++i) {
     shape += i->str();

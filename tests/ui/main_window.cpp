@@ -24,7 +24,8 @@ std::optional<std::string> PreparedDialogs::Next() {
   return answer;
 }
 
-MainWindow::MainWindow(const std::vector<std::string>& functions) {
+MainWindow::MainWindow(const std::vector<std::string>& functions, Language language)
+    : messages(WindowMessages(host.codePage, language)) {
   host.files.AddDirectory("C:\\p");
   host.files.Put(kProject, "[ProjectManager]\nPath=C:\\p\n[SrcFile]\nSource1=a.c\nSource2=b.c\n");
   host.files.Put("C:\\p\\a.asm", ModuleText("a.c", functions));
@@ -36,7 +37,7 @@ MainWindow::MainWindow(const std::vector<std::string>& functions) {
                        .boxes = boxes,
                        .fileDialogs = dialogs,
                        .version = {"velkor", "1.0.0 (date)"},
-                       .language = Language::kEnglish,
+                       .language = language,
                        .adjust =
                            [this](UiContext&, StkFunction& function, QWidget*) {
                              adjusted.emplace_back(function.name);

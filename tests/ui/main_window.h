@@ -36,7 +36,8 @@ class PreparedDialogs : public FileDialogs {
 // name, frame size and callees) and b (g 5).
 class MainWindow : public ::testing::Test {
  protected:
-  explicit MainWindow(const std::vector<std::string>& functions = {"main 10 f", "f 20 x"});
+  explicit MainWindow(const std::vector<std::string>& functions = {"main 10 f", "f 20 x"},
+                      Language language = Language::kEnglish);
   ~MainWindow() override;
 
   void Start(const std::optional<std::string>& project);
@@ -84,7 +85,7 @@ class MainWindow : public ::testing::Test {
   static constexpr const char* kModuleB = "C:\\p\\b.asm";
 
   TestHost host;
-  StkMessages messages{WindowMessages(host.codePage, Language::kEnglish)};
+  StkMessages messages;
   RecordingBoxes boxes;
   PreparedDialogs dialogs;
   AdjustAnswer adjustAnswer;
