@@ -19,7 +19,7 @@ namespace {
 
 class SilentBoxes : public MessageBoxes {
  public:
-  BoxAnswer Show(std::string_view, BoxIcon, BoxButtons) override { return BoxAnswer::kOk; }
+  BoxAnswer Show(const StkMessage&, BoxIcon, BoxButtons) override { return BoxAnswer::kOk; }
 };
 
 size_t HeapInUse() {

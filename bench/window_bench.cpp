@@ -69,8 +69,8 @@ class Heartbeat {
 
 class NoBoxes : public MessageBoxes {
  public:
-  BoxAnswer Show(std::string_view text, BoxIcon, BoxButtons) override {
-    std::printf("box: %.*s\n", static_cast<int>(text.size()), text.data());
+  BoxAnswer Show(const StkMessage& message, BoxIcon, BoxButtons) override {
+    std::printf("box: %.*s\n", static_cast<int>(message.text.size()), message.text.data());
     return BoxAnswer::kOk;
   }
 };

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/function_table.h"
+#include "messages/message.h"
 
 namespace velkor {
 
@@ -15,7 +16,7 @@ struct AnalysisResult {
   std::string project;
   std::string compilerName;
   std::optional<std::string> compilerVersion;  // none: no module was accepted
-  const std::vector<std::string>& log;
+  const std::vector<StkMessage>& log;
   const StkFunctionTable& functions;
   const StkFunctionList& roots;
   std::vector<bool> complete;  // by function index: the total is no mere lower bound

@@ -18,7 +18,7 @@ AnalysisResult ResultOf(Application& application) {
           document.PathName(),
           std::string(application.Reporter().Messages().Text(MessageKey::kCompilerName)),
           compiler.version != 0 ? std::optional(compiler.VersionText()) : std::nullopt,
-          application.Log().Lines(),
+          application.Log().Messages(),
           functions,
           document.RootList()->Functions(),
           CompleteFunctions(functions)};

@@ -18,7 +18,6 @@ Application::Application(std::unique_ptr<LocalMachine> machine, const Options& o
       progress_(IsErrorTerminal(), ErrorTerminalWidth()),
       boxes_(log_, options.onError),
       messages_(StkMessages::English(GetCodePage())) {
-  log_.SetReporter(reporter_);
   reporter_.RegisterLogView(&log_);
   reporter_.SetOpenedFromCommandLine(true);
   interrupt_.emplace([this] { queue_.Post([this] { StopJobs(); }); });
@@ -48,11 +47,10 @@ bool Application::RunJobs() {
 }
 
 ExitStatus Application::RunWritingJob() {
-  const size_t warningsBefore = log_.WarningCount();
   if (!RunJobs()) {
     return kStopped;
   }
-  return log_.WarningCount() == warningsBefore ? FinishedStatus() : kOutputFailed;
+  return document_.AnyWritingFailed() ? kOutputFailed : FinishedStatus();
 }
 
 void Application::Say(std::string_view text) {

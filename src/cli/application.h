@@ -59,10 +59,11 @@ class Application : private MessageTarget {
   const std::unique_ptr<LocalMachine> machine_;
   MessageQueue queue_;
   ProgressLine progress_;
-  TerminalLog log_{GetCodePage(), queue_, progress_};
+  TerminalLog log_{GetCodePage(), progress_};
   TerminalBoxes boxes_;
   StkMessages messages_;
-  StkReporter reporter_{messages_, boxes_};
+  StkReporter reporter_{messages_, boxes_,
+                        [this] { queue_.Post([this] { reporter_.HandleRequest(); }); }};
   CStkDoc document_{machine_->GetHost(), reporter_, *this};
   StkJobMonitor monitor_{document_, progress_};
   bool stopped_ = false;

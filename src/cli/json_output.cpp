@@ -53,8 +53,8 @@ class JsonOutput {
   void WriteLog() {
     writer_.Key("log");
     writer_.StartArray();
-    for (const std::string& line : result_.log) {
-      String(line);
+    for (const StkMessage& message : result_.log) {
+      String(message.text);
     }
     writer_.EndArray();
   }

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "messages/channels.h"
+#include "messages/stop_question.h"
 #include "platform/local_machine.h"
 
 namespace velkor {

@@ -1,7 +1,8 @@
 #pragma once
 
 #include "cli/terminal_log.h"
-#include "messages/channels.h"
+#include "messages/boxes.h"
+#include "messages/stop_question.h"
 
 namespace velkor {
 
@@ -11,7 +12,7 @@ class TerminalBoxes : public MessageBoxes {
  public:
   TerminalBoxes(TerminalLog& log, StopAnswer stopAnswer) : log_(log), stopAnswer_(stopAnswer) {}
 
-  BoxAnswer Show(std::string_view text, BoxIcon icon, BoxButtons buttons) override;
+  BoxAnswer Show(const StkMessage& message, BoxIcon icon, BoxButtons buttons) override;
 
  private:
   TerminalLog& log_;

@@ -93,10 +93,10 @@ void CheckRecursionDepths(StkFunctionTable& table, SpecificationSource& source, 
       continue;
     }
     if (ask) {
-      const std::string text =
-          reporter.FormatMessageText(MessageKey::kW9417, {source.Path(), pending->line});
-      answer =
-          reporter.AskStopReading(stopEvent != nullptr ? *stopEvent : neverStopped, answer, text);
+      answer = reporter.AskStopReading(
+          stopEvent != nullptr ? *stopEvent : neverStopped, answer,
+          reporter.Messages().MakeMessage(
+              MessageKey::kW9417, {MessageFile{source.Path()}, MessageLine{pending->line}}));
     }
     pending->depth = kNoDepth;
   }

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "core/bounds.h"
-#include "messages/messages.h"
+#include "messages/catalogue.h"
 #include "messages/note.h"
 
 namespace velkor {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "messages/channels.h"
+#include "messages/stop_question.h"
 
 namespace velkor {
 

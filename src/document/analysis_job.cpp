@@ -14,21 +14,21 @@ StkAnalysisJob::~StkAnalysisJob() {
   Stop();
 }
 
-void StkAnalysisJob::Run() {
+JobEnd StkAnalysisJob::Run() {
   const StkStringList& modules = parts_.project.Modules();
   Post(WM_STK_ANALYSIS_START, modules.size());
   if (!AnyModuleExists()) {
     const StkMessages& messages = parts_.reporter.Messages();
     parts_.reporter.PostWarning(MessageKey::kW9430, {messages.Text(MessageKey::kCompilerName)});
     PostEnd(WM_STK_ANALYSIS_END);
-    return;
+    return JobEnd::kFailed;
   }
   if (!ReadModules()) {
-    return;
+    return JobEnd::kStopped;
   }
   parts_.functions.ResolveAllCalls();
-  completed_ = true;
   PostEnd(WM_STK_ANALYSIS_END);
+  return JobEnd::kCompleted;
 }
 
 void StkAnalysisJob::Abandon() {
@@ -36,7 +36,7 @@ void StkAnalysisJob::Abandon() {
   try {
     // Never without a warning: no functions are no result.
     const std::string& path = currentPath_.empty() ? parts_.project.Path() : currentPath_;
-    parts_.reporter.PostWarning(MessageKey::kW9401, {path});
+    parts_.reporter.PostWarning(MessageKey::kW9401, {MessageFile{path}});
     parts_.reporter.PostLog(MessageKey::kReadingAborted, {path});
   } catch (...) {
     // The messages have no room; the notification is what matters.
@@ -91,10 +91,11 @@ void StkAnalysisJob::ReportNotOpened(MessageKey failure, const std::string& path
   StkReporter& reporter = parts_.reporter;
   if (failure == MessageKey::kW9431) {
     const StkMessages& messages = reporter.Messages();
-    reporter.PostWarning(failure, {messages.Text(MessageKey::kCompilerName),
-                                   messages.Text(MessageKey::kAssemblerSourceModuleFile), path});
+    reporter.PostWarning(
+        failure, {messages.Text(MessageKey::kCompilerName),
+                  messages.Text(MessageKey::kAssemblerSourceModuleFile), MessageFile{path}});
   } else {
-    reporter.PostWarning(failure, {path});
+    reporter.PostWarning(failure, {MessageFile{path}});
   }
   if (failure != MessageKey::kW9407) {
     reporter.PostLog(MessageKey::kReadingAborted, {path});

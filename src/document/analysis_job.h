@@ -21,19 +21,16 @@ struct AnalysisParts {
   StkFunctionTable& functions;
 };
 
-// Enters the modules of the project in order and resolves their calls. When it is stopped it posts
+// Enters the modules of the project in order and resolves their calls: completed when every one was
+// tried, failed also when not one module file exists. When it is stopped it posts
 // no end notification, and what it has entered so far is the owner's to discard.
 class StkAnalysisJob : public StkJob {
  public:
   StkAnalysisJob(AnalysisParts parts, MessageTarget& mainWindow);
   ~StkAnalysisJob() override;
 
-  // Every module of the project was tried and their calls are resolved. Valid after Wait; false
-  // too when not one module file exists.
-  bool Completed() const { return completed_; }
-
  protected:
-  void Run() override;
+  JobEnd Run() override;
   void Abandon() override;
 
  private:
@@ -45,7 +42,6 @@ class StkAnalysisJob : public StkJob {
 
   AnalysisParts parts_;
   std::string currentPath_;
-  bool completed_ = false;
 };
 
 }  // namespace velkor

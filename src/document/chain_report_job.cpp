@@ -25,22 +25,28 @@ StkChainReportJob::~StkChainReportJob() {
   Stop();
 }
 
-void StkChainReportJob::Run() {
+JobEnd StkChainReportJob::Run() {
   Post(WM_STK_CHAINSAVE_START, ExpectedLines());
-  if (CheckOutputPath(order_.path, order_.inputs, host_, reporter_)) {
-    StkChainReport report(order_.format, order_.path, host_, reporter_.Messages());
-    if (report.Open()) {
-      Write(report);
-    } else {
-      report.PostFailure(reporter_);
-    }
-  }
+  const JobEnd end = WriteFile();
   PostEnd(WM_STK_CHAINSAVE_END);
+  return end;
+}
+
+JobEnd StkChainReportJob::WriteFile() {
+  if (!CheckOutputPath(order_.path, order_.inputs, host_, reporter_)) {
+    return JobEnd::kFailed;
+  }
+  StkChainReport report(order_.format, order_.path, host_, reporter_.Messages());
+  if (!report.Open()) {
+    report.PostFailure(reporter_);
+    return JobEnd::kFailed;
+  }
+  return Write(report);
 }
 
 void StkChainReportJob::Abandon() {
   try {
-    reporter_.PostWarning(MessageKey::kW9404, {order_.path});
+    reporter_.PostWarning(MessageKey::kW9404, {MessageFile{order_.path}});
     if (started_) {
       reporter_.PostLog(MessageKey::kWritingAborted, {order_.path});
     }
@@ -55,7 +61,7 @@ uint32_t StkChainReportJob::ExpectedLines() const {
   return static_cast<uint32_t>(CountChains(order_.start, order_.mode)) + heading;
 }
 
-void StkChainReportJob::Write(StkChainReport& report) {
+JobEnd StkChainReportJob::Write(StkChainReport& report) {
   reporter_.PostLog(MessageKey::kWritingStarted, {order_.path});
   started_ = true;
   const WriteEnd end =
@@ -63,9 +69,10 @@ void StkChainReportJob::Write(StkChainReport& report) {
   if (end == WriteEnd::kFailed) {
     report.PostFailure(reporter_);
   }
-  reporter_.PostLog(
-      end == WriteEnd::kCompleted ? MessageKey::kWritingCompleted : MessageKey::kWritingAborted,
-      {order_.path});
+  const bool completed = end == WriteEnd::kCompleted;
+  reporter_.PostLog(completed ? MessageKey::kWritingCompleted : MessageKey::kWritingAborted,
+                    {order_.path});
+  return completed ? JobEnd::kCompleted : Stopped() ? JobEnd::kStopped : JobEnd::kFailed;
 }
 
 // A chain may take several lines: what counts is that a tenth line was passed.

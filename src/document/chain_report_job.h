@@ -30,12 +30,13 @@ class StkChainReportJob : public StkJob {
   ~StkChainReportJob() override;
 
  protected:
-  void Run() override;
+  JobEnd Run() override;
   void Abandon() override;
 
  private:
   uint32_t ExpectedLines() const;
-  void Write(StkChainReport& report);
+  JobEnd WriteFile();
+  JobEnd Write(StkChainReport& report);
   bool AfterChain(uint32_t lines);
 
   const ChainReportOrder order_;

@@ -88,7 +88,7 @@ const StkBounds* CStkDoc::Bounds() {
 bool CStkDoc::LoadProject(std::string_view path) {
   DeleteContents();
   if (path.size() > kMaxPathLength) {
-    reporter_.ShowWarning(MessageKey::kW9407, {path});
+    reporter_.ShowWarning(MessageKey::kW9407, {MessageFile{path}});
     return false;
   }
   auto project = std::make_unique<StkProject>(host_, reporter_);
@@ -97,6 +97,7 @@ bool CStkDoc::LoadProject(std::string_view path) {
   }
   project_ = std::move(project);
   anyJobFailed_ = false;
+  anyWritingFailed_ = false;
   return true;
 }
 
@@ -126,10 +127,10 @@ void CStkDoc::FinishAnalysis() {
     return;
   }
   analysisJob_->Wait();
-  const bool completed = analysisJob_->Completed();
-  anyJobFailed_ = anyJobFailed_ || analysisJob_->Failed();
+  const JobEnd end = analysisJob_->End();
+  anyJobFailed_ = anyJobFailed_ || end == JobEnd::kFailed;
   analysisJob_.reset();
-  if (completed) {
+  if (end == JobEnd::kCompleted) {
     StartSpecRead();
   }
 }
@@ -168,14 +169,14 @@ void CStkDoc::StopSpecRead() {
   }
   specReadJob_->Stop();
   // A stop that came after the last line has stopped nothing: what was loaded is to be kept.
-  if (specReadJob_->EndPosted() && !specReadJob_->Failed() && saveAfterReading_) {
+  if (specReadJob_->End() == JobEnd::kCompleted && saveAfterReading_) {
     systemSaveDue_ = true;
   }
   TakeReadingResult();
 }
 
 void CStkDoc::TakeReadingResult() {
-  anyJobFailed_ = anyJobFailed_ || specReadJob_->Failed();
+  anyJobFailed_ = anyJobFailed_ || specReadJob_->End() == JobEnd::kFailed;
   if (!readFromUserFile_) {
     knownSystemFile_ = specReadJob_->TakenSystemFile();
   }
@@ -187,7 +188,7 @@ void CStkDoc::FinishSpecRead() {
     return;
   }
   specReadJob_->Wait();
-  const bool save = saveAfterReading_ && !specReadJob_->Failed();
+  const bool save = saveAfterReading_ && specReadJob_->End() == JobEnd::kCompleted;
   TakeReadingResult();
   UpdateAllViews(nullptr, HINT_RESULTS);
   if (save) {

@@ -122,9 +122,12 @@ class CStkDoc {
   bool IsReadingSpecifications() const { return specReadJob_ != nullptr; }
   bool IsWritingSpecifications() const { return specWriteJob_ != nullptr; }
   bool IsSavingCallChains() const { return chainReportJob_ != nullptr; }
-  // A job since the project was loaded ended for want of memory or of a thread: what the tables
-  // hold may lack what was to be read.
+  // A job that reads has failed since the project was loaded: what the tables hold may lack what
+  // was to be read.
   bool AnyJobFailed() const { return anyJobFailed_; }
+  // A job that writes a file has, as far as it has been finished: the file is not what it should
+  // be.
+  bool AnyWritingFailed() const { return anyWritingFailed_; }
   // No running job keeps the analysis from being changed.
   bool CanChangeAnalysis() const;
 
@@ -161,6 +164,7 @@ class CStkDoc {
   std::unique_ptr<StkChainReportJob> chainReportJob_;
   bool systemSaveDue_ = false;
   bool anyJobFailed_ = false;
+  bool anyWritingFailed_ = false;
   // Fingerprint of the stk system file whose adjustments are all in force.
   std::optional<uint64_t> knownSystemFile_;
   BackgroundDisposal disposal_;

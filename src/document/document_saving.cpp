@@ -75,6 +75,7 @@ void CStkDoc::StopChainSave() {
 void CStkDoc::FinishChainSave() {
   if (chainReportJob_ && chainReportJob_->EndPosted()) {
     chainReportJob_->Wait();
+    anyWritingFailed_ = anyWritingFailed_ || chainReportJob_->End() == JobEnd::kFailed;
     chainReportJob_.reset();
   }
 }
@@ -97,10 +98,12 @@ void CStkDoc::EndSpecWrite() {
     return;
   }
   specWriteJob_->Wait();
+  const JobEnd end = specWriteJob_->End();
+  anyWritingFailed_ = anyWritingFailed_ || end == JobEnd::kFailed;
   if (specWriteJob_->IsAutomatic()) {
-    if (specWriteJob_->Completed()) {
+    if (end == JobEnd::kCompleted) {
       knownSystemFile_ = specWriteJob_->Written();
-    } else if (specWriteJob_->Stopped()) {
+    } else if (end == JobEnd::kStopped) {
       systemSaveDue_ = true;
     }
   }

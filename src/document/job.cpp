@@ -43,14 +43,14 @@ void StkJob::PostEnd(uint32_t message) {
 
 void StkJob::RunGuarded() {
   try {
-    Run();
+    end_ = Run();
   } catch (...) {
     AbandonGuarded();
   }
 }
 
 void StkJob::AbandonGuarded() {
-  failed_ = true;
+  end_ = JobEnd::kFailed;
   try {
     Abandon();
   } catch (...) {

@@ -9,6 +9,12 @@
 
 namespace velkor {
 
+enum class JobEnd {
+  kCompleted,  // what the job was to make is there
+  kFailed,     // it is not, or not whole, which has been reported if there was memory for that
+  kStopped,    // the stop came before the job was done
+};
+
 // Owns one worker thread and one stop event. Made, started, waited for (or stopped) and destroyed
 // by the document, in the user-interface thread. Run is the work, in the worker's thread; it
 // reports through notifications and the worker-side reporting operations only. An exception that
@@ -27,10 +33,8 @@ class StkJob {
   void Wait();
   // The same after signalling the stop event.
   void Stop();
-  // The worker has seen the stop event. Valid after Wait or Stop.
-  bool Stopped() const { return stopped_; }
-  // The job ended through Abandon. Valid after Wait or Stop.
-  bool Failed() const { return failed_; }
+  // Valid after Wait or Stop. kFailed too when the job ended through Abandon.
+  JobEnd End() const { return end_; }
   // The end notification is on its way: the thread does nothing any more and Wait returns at
   // once. False while an end notification that arrives can only be one of an earlier job.
   bool EndPosted() const { return endPosted_; }
@@ -38,14 +42,16 @@ class StkJob {
  protected:
   StkJob(Event::Reset reset, MessageTarget& mainWindow);
 
-  virtual void Run() = 0;
+  virtual JobEnd Run() = 0;
   // Brings what the job works on into a state that may be shown, and posts the end notification.
   // In the worker's thread, or in Start when there is no thread to be had.
   virtual void Abandon() = 0;
   void Post(uint32_t message, uint64_t parameter = 0) { mainWindow_.Post(message, parameter); }
   // The last thing that a job does.
   void PostEnd(uint32_t message);
+  // The worker has seen the stop event.
   void SetStopped() { stopped_ = true; }
+  bool Stopped() const { return stopped_; }
 
   Event stopEvent_;
 
@@ -55,8 +61,8 @@ class StkJob {
 
   MessageTarget& mainWindow_;
   std::unique_ptr<WorkerThread> thread_;
-  std::atomic<bool> stopped_{false};
-  std::atomic<bool> failed_{false};
+  bool stopped_ = false;  // of the worker
+  std::atomic<JobEnd> end_{JobEnd::kStopped};
   std::atomic<bool> endPosted_{false};
 };
 

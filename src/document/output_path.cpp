@@ -9,14 +9,14 @@ namespace velkor {
 bool CheckOutputPath(const std::string& path, const std::vector<std::string>& inputs, Host& host,
                      StkReporter& reporter) {
   if (path.size() > kMaxPathLength) {
-    reporter.PostWarning(MessageKey::kW9407, {path});
+    reporter.PostWarning(MessageKey::kW9407, {MessageFile{path}});
     return false;
   }
   const bool isInput = std::any_of(inputs.begin(), inputs.end(), [&](const std::string& input) {
     return host.files.IsSameFile(path, input);
   });
   if (isInput) {
-    reporter.PostWarning(MessageKey::kW9402, {path});
+    reporter.PostWarning(MessageKey::kW9402, {MessageFile{path}});
   }
   return !isInput;
 }

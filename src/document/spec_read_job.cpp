@@ -50,19 +50,20 @@ StkSpecReadJob::~StkSpecReadJob() {
   Stop();
 }
 
-void StkSpecReadJob::Run() {
+JobEnd StkSpecReadJob::Run() {
   Post(WM_STK_SPECREAD_START);
   for (const auto& source : sources_) {
     current_ = source.get();
     ReadSource(*source);
     if (Stopped()) {
-      return;
+      return JobEnd::kStopped;
     }
   }
   if (roots_.empty()) {
     Recompute(functions_, roots_, true, nullptr, &stopEvent_, reporter_);
   }
   PostEnd(WM_STK_SPECREAD_END);
+  return JobEnd::kCompleted;
 }
 
 // Half-computed totals must not be taken for results: without the memory to compute them there is
@@ -92,7 +93,7 @@ void StkSpecReadJob::ReadSource(StkSpecReader& source) {
     reporter_.PostLog(MessageKey::kReadingStarted, {source.Path()});
   }
   if (source.Path().size() > kMaxPathLength) {
-    reporter_.PostWarning(MessageKey::kW9407, {source.Path()});
+    reporter_.PostWarning(MessageKey::kW9407, {MessageFile{source.Path()}});
     return;
   }
   std::unique_ptr<StkByteSource> bytes = source.Open();
@@ -131,7 +132,8 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
   for (uint32_t number = 1;
        reader.ReadLine(line, StkSpecReader::kLineBufferSize) && !reader.CutShort(); ++number) {
     if (number > StkSpecReader::kMaxLines) {
-      reporter_.PostWarning(MessageKey::kW9406, {source.Path(), StkSpecReader::kMaxLines});
+      reporter_.PostWarning(MessageKey::kW9406,
+                            {MessageFile{source.Path()}, StkSpecReader::kMaxLines});
       return false;
     }
     if (number % kSpecLinesPerStopTest == 0) {
@@ -162,7 +164,8 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
 
 void StkSpecReadJob::ReportCutShort(const StkSpecReader& source) {
   const bool systemFile = source.Kind() == SpecificationKind::kSystemFile;
-  reporter_.PostWarning(systemFile ? MessageKey::kW9429 : MessageKey::kW9401, {source.Path()});
+  reporter_.PostWarning(systemFile ? MessageKey::kW9429 : MessageKey::kW9401,
+                        {MessageFile{source.Path()}});
 }
 
 void StkSpecReadJob::HandOver(StkSpecReader& source) {

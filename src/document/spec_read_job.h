@@ -13,8 +13,8 @@
 namespace velkor {
 
 // Reads an ordered list of specification sources, which it owns, and computes the totals after
-// each. The totals are computed at least once, also when no source can be opened or the job is
-// stopped.
+// each. The totals are computed at least once, also when the job is stopped or when no source can
+// be opened, with which it counts as completed.
 class StkSpecReadJob : public StkJob {
  public:
   StkSpecReadJob(std::vector<std::unique_ptr<StkSpecReader>> sources, StkFunctionTable& functions,
@@ -26,7 +26,7 @@ class StkSpecReadJob : public StkJob {
   std::optional<uint64_t> TakenSystemFile() const { return takenSystemFile_; }
 
  protected:
-  void Run() override;
+  JobEnd Run() override;
   void Abandon() override;
 
  private:

@@ -27,28 +27,34 @@ StkSpecWriteJob::~StkSpecWriteJob() {
   Stop();
 }
 
-void StkSpecWriteJob::Run() {
+JobEnd StkSpecWriteJob::Run() {
   StkSpecWriter writer(order_.mode, order_.path, functions_, host_);
   writer.SetMayReplace(
       [this](const std::string& newPath, InputFile* old) { return MayReplace(newPath, old); });
   Post(WM_STK_SPECWRITE_START, writer.CountToWrite());
-  if (PathAllowed()) {
-    if (writer.Open()) {
-      Write(writer);
-    } else {
-      writer.PostFailure(reporter_);
-    }
-  }
+  const JobEnd end = WriteFile(writer);
   PostEnd(WM_STK_SPECWRITE_END);
+  return end;
 }
 
 void StkSpecWriteJob::Abandon() {
   try {
-    reporter_.PostWarning(MessageKey::kW9404, {order_.path});
+    reporter_.PostWarning(MessageKey::kW9404, {MessageFile{order_.path}});
   } catch (...) {
     // The warning has no room; the notification is what matters.
   }
   PostEnd(WM_STK_SPECWRITE_END);
+}
+
+JobEnd StkSpecWriteJob::WriteFile(StkSpecWriter& writer) {
+  if (!PathAllowed()) {
+    return JobEnd::kFailed;
+  }
+  if (!writer.Open()) {
+    writer.PostFailure(reporter_);
+    return JobEnd::kFailed;
+  }
+  return Write(writer);
 }
 
 bool StkSpecWriteJob::PathAllowed() {
@@ -56,7 +62,7 @@ bool StkSpecWriteJob::PathAllowed() {
     return false;
   }
   if (IsAutomatic() && !keeper_.Keep()) {
-    reporter_.PostWarning(MessageKey::kW9402, {order_.path});
+    reporter_.PostWarning(MessageKey::kW9402, {MessageFile{order_.path}});
     return false;
   }
   return true;
@@ -69,19 +75,20 @@ bool StkSpecWriteJob::MayReplace(const std::string& newPath, InputFile* old) {
   return old == nullptr || keeper_.IsKept(*old);
 }
 
-void StkSpecWriteJob::Write(StkSpecWriter& writer) {
+JobEnd StkSpecWriteJob::Write(StkSpecWriter& writer) {
   if (!IsAutomatic()) {
     reporter_.PostLog(MessageKey::kWritingStarted, {order_.path});
   }
   const WriteEnd end = writer.Write([this](uint32_t count) { return AfterFunction(count); });
-  completed_ = end == WriteEnd::kCompleted;
+  const bool completed = end == WriteEnd::kCompleted;
   if (end == WriteEnd::kFailed) {
     writer.PostFailure(reporter_);
   }
   if (!IsAutomatic()) {
-    reporter_.PostLog(completed_ ? MessageKey::kWritingCompleted : MessageKey::kWritingAborted,
+    reporter_.PostLog(completed ? MessageKey::kWritingCompleted : MessageKey::kWritingAborted,
                       {order_.path});
   }
+  return completed ? JobEnd::kCompleted : Stopped() ? JobEnd::kStopped : JobEnd::kFailed;
 }
 
 bool StkSpecWriteJob::AfterFunction(uint32_t count) {

@@ -33,19 +33,18 @@ class StkSpecWriteJob : public StkJob {
   ~StkSpecWriteJob() override;
 
   bool IsAutomatic() const { return order_.mode == StkSpecWriter::Mode::kAutomatic; }
-  // Valid after Wait or Stop: everything was written.
-  bool Completed() const { return completed_; }
   // The fingerprint of what an automatic save that completed has written.
   std::optional<uint64_t> Written() const { return written_; }
 
  protected:
-  void Run() override;
+  JobEnd Run() override;
   void Abandon() override;
 
  private:
   // False after having reported.
   bool PathAllowed();
-  void Write(StkSpecWriter& writer);
+  JobEnd WriteFile(StkSpecWriter& writer);
+  JobEnd Write(StkSpecWriter& writer);
   bool MayReplace(const std::string& newPath, InputFile* old);
   bool AfterFunction(uint32_t count);
 
@@ -54,7 +53,6 @@ class StkSpecWriteJob : public StkJob {
   Host& host_;
   StkReporter& reporter_;
   StkSystemFileKeeper keeper_;
-  bool completed_ = false;
   std::optional<uint64_t> written_;
 };
 

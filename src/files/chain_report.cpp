@@ -146,11 +146,7 @@ WriteEnd StkChainReport::Write(const StkFunction& start, ChainMode mode,
 }
 
 void StkChainReport::PostFailure(StkReporter& reporter) const {
-  if (failure_ == MessageKey::kW9450 || failure_ == MessageKey::kW9451) {
-    reporter.PostWarning(failure_, {});
-  } else {
-    reporter.PostWarning(failure_, {path_});
-  }
+  reporter.PostWarning(failure_, {MessageFile{path_}});
 }
 
 }  // namespace velkor

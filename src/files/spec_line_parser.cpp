@@ -62,9 +62,9 @@ bool SpecLineParser::ParseFunction() {
   }
   const auto& earlier = function_->pendingAdjustment;
   if (context_.kind != SpecificationKind::kLibraryTable && earlier != nullptr) {
-    errorKey_ = MessageKey::kW9424;
-    errorText_ = context_.messages.FormatMessageText(
-        errorKey_, {context_.path, earlier->line, context_.lineNumber});
+    error_ = context_.messages.MakeMessage(
+        MessageKey::kW9424,
+        {MessageFile{context_.path}, earlier->line, MessageLine{context_.lineNumber}});
     return false;
   }
   return true;
@@ -211,17 +211,14 @@ std::string_view SpecLineParser::TakeWord() {
 }
 
 bool SpecLineParser::Fail(MessageKey key) {
-  errorKey_ = key;
-  errorText_ = key == MessageKey::kW9429
-                   ? context_.messages.FormatMessageText(key, {context_.path})
-                   : context_.messages.FormatMessageText(key, {context_.path, context_.lineNumber});
+  error_ = context_.messages.MakeMessage(
+      key, {MessageFile{context_.path}, MessageLine{context_.lineNumber}});
   return false;
 }
 
 bool SpecLineParser::Fail(MessageKey key, std::string_view argument) {
-  errorKey_ = key;
-  errorText_ =
-      context_.messages.FormatMessageText(key, {argument, context_.path, context_.lineNumber});
+  error_ = context_.messages.MakeMessage(
+      key, {argument, MessageFile{context_.path}, MessageLine{context_.lineNumber}});
   return false;
 }
 

@@ -7,7 +7,7 @@
 
 #include "core/function_table.h"
 #include "core/specification_source.h"
-#include "messages/messages.h"
+#include "messages/catalogue.h"
 
 namespace velkor {
 
@@ -28,9 +28,7 @@ class SpecLineParser {
   // False when the line has an error.
   bool Parse();
 
-  // Of the error.
-  MessageKey ErrorKey() const { return errorKey_; }
-  const std::string& ErrorText() const { return errorText_; }
+  const StkMessage& Error() const { return error_; }
 
   // None for an empty line and a comment.
   StkFunction* Function() const { return function_; }
@@ -68,8 +66,7 @@ class SpecLineParser {
   const std::string_view text_;
   size_t position_ = 0;
   bool afterCall_ = false;  // the value read last was a callee's name
-  MessageKey errorKey_{};
-  std::string errorText_;
+  StkMessage error_;
 
   StkFunction* function_ = nullptr;
   bool attributeSeen_ = false;

@@ -22,7 +22,8 @@ std::unique_ptr<StkByteSource> StkSpecReader::OpenFile() {
 std::unique_ptr<StkByteSource> StkSpecReader::Open() {
   std::unique_ptr<StkByteSource> source = OpenFile();
   if (source == nullptr) {
-    reporter_.PostWarning(notFound_ ? MessageKey::kW9400 : MessageKey::kW9401, {path_});
+    reporter_.PostWarning(notFound_ ? MessageKey::kW9400 : MessageKey::kW9401,
+                          {MessageFile{path_}});
     reporter_.PostLog(MessageKey::kReadingAborted, {path_});
   }
   return source;
@@ -31,7 +32,7 @@ std::unique_ptr<StkByteSource> StkSpecReader::Open() {
 std::unique_ptr<StkByteSource> StkSystemFileReader::Open() {
   std::unique_ptr<StkByteSource> source = OpenFile();
   if (source == nullptr && !NotFound()) {
-    reporter_.PostWarning(MessageKey::kW9429, {path_});
+    reporter_.PostWarning(MessageKey::kW9429, {MessageFile{path_}});
   }
   return source;
 }
@@ -39,13 +40,13 @@ std::unique_ptr<StkByteSource> StkSystemFileReader::Open() {
 bool StkSpecReader::ParseLine(StkFunctionTable& table, uint32_t lineNumber, std::string_view text,
                               uint64_t length, Event& stopEvent) {
   if (length >= kLineBufferSize) {
-    const MessageKey key = MessageKey::kW9425;
-    return HandleError(key, reporter_.FormatMessageText(key, {path_, lineNumber}), lineNumber,
+    return HandleError(reporter_.Messages().MakeMessage(
+                           MessageKey::kW9425, {MessageFile{path_}, MessageLine{lineNumber}}),
                        stopEvent);
   }
   SpecLineParser line({table, kind_, path_, lineNumber, reporter_.Messages()}, text);
   if (!line.Parse()) {
-    return HandleError(line.ErrorKey(), line.ErrorText(), lineNumber, stopEvent);
+    return HandleError(line.Error(), stopEvent);
   }
   if (line.Function() != nullptr && line.AttributeSeen()) {
     Apply(table, line, lineNumber);
@@ -74,20 +75,19 @@ void StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
   table.SetPendingAdjustment(function, std::move(adjustment));
 }
 
-bool StkSpecReader::HandleError(MessageKey key, const std::string& text, uint32_t lineNumber,
-                                Event& stopEvent) {
-  const bool unknownName = key == MessageKey::kW9410 || key == MessageKey::kW9418;
+bool StkSpecReader::HandleError(const StkMessage& error, Event& stopEvent) {
+  const bool unknownName = error.key == MessageKey::kW9410 || error.key == MessageKey::kW9418;
   if (kind_ != SpecificationKind::kUserFile && unknownName) {
     return true;
   }
   if (kind_ == SpecificationKind::kLibraryTable) {
-    reporter_.PostWarning(MessageKey::kW9428, {path_, lineNumber});
+    reporter_.PostWarning(MessageKey::kW9428, {MessageFile{path_}, MessageLine{error.line}});
     answer_ = StopAnswer::kAbort;
   } else if (kind_ == SpecificationKind::kSystemFile && reporter_.OpenedFromCommandLine()) {
-    reporter_.PostWarning(MessageKey::kW9429, {path_});
+    reporter_.PostWarning(MessageKey::kW9429, {MessageFile{path_}, MessageLine{error.line}});
     answer_ = StopAnswer::kAbort;
   } else {
-    answer_ = reporter_.AskStopReading(stopEvent, answer_, text);
+    answer_ = reporter_.AskStopReading(stopEvent, answer_, error);
   }
   return answer_ != StopAnswer::kAbort;
 }

@@ -57,7 +57,7 @@ class StkSpecReader : public SpecificationSource {
   // What a line without error states takes effect.
   void Apply(StkFunctionTable& table, const SpecLineParser& line, uint32_t lineNumber);
   // False: the file is read no further.
-  bool HandleError(MessageKey key, const std::string& text, uint32_t lineNumber, Event& stopEvent);
+  bool HandleError(const StkMessage& error, Event& stopEvent);
 
   bool notFound_ = false;
   uint32_t specCount_ = 0;

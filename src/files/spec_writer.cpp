@@ -146,11 +146,9 @@ void StkSpecWriter::Discard() {
 
 void StkSpecWriter::PostFailure(StkReporter& reporter) const {
   if (failure_ == MessageKey::kW9406) {
-    reporter.PostWarning(failure_, {path_, kMaxOutputLines});
-  } else if (failure_ == MessageKey::kW9461) {
-    reporter.PostWarning(failure_, {});
+    reporter.PostWarning(failure_, {MessageFile{path_}, kMaxOutputLines});
   } else {
-    reporter.PostWarning(failure_, {path_});
+    reporter.PostWarning(failure_, {MessageFile{path_}});
   }
 }
 

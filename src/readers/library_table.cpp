@@ -29,7 +29,7 @@ std::string_view Suffix(LibraryTableKind kind, const StkProject& project) {
 std::string TablePath(LibraryTableKind kind, const StkProject& project, const Host& host,
                       const StkReporter& reporter) {
   const std::string name =
-      reporter.FormatMessageText(MessageKey::kTableFilePattern, {Suffix(kind, project)});
+      reporter.Messages().FormatMessageText(MessageKey::kTableFilePattern, {Suffix(kind, project)});
   if (host.dataFolder.empty()) {
     return ProgramDataPath(name, host);
   }
@@ -101,7 +101,7 @@ std::unique_ptr<StkByteSource> StkLibraryTable::Open() {
   }
   usesBuiltIn_ = true;
   if (!noMissingWarning_) {
-    reporter_.PostWarning(MessageKey::kW9427, {Path(), kProductName, displayName_});
+    reporter_.PostWarning(MessageKey::kW9427, {MessageFile{Path()}, kProductName, displayName_});
   }
   const std::optional<std::string_view> builtIn = host_.resources.Find(kResourceType, resourceId_);
   return builtIn ? std::make_unique<StkMemorySource>(*builtIn) : nullptr;

@@ -37,8 +37,8 @@ bool ModuleEntry::EnterEvent(const ModuleRecording& recording, ModuleRecording::
   using Step = ModuleRecording::Step;
   switch (event.step) {
     case Step::kLongLine:
-      reporter_.PostLog(MessageKey::kW9405,
-                        {modulePath_, event.value, StkAsmModuleReader::kMaxLineLength});
+      reporter_.PostLog(MessageKey::kW9405, {MessageFile{modulePath_}, MessageLine{event.value},
+                                             StkAsmModuleReader::kMaxLineLength});
       break;
     case Step::kHeader:
       return AcceptHeader(recording);
@@ -62,7 +62,7 @@ bool ModuleEntry::EnterEvent(const ModuleRecording& recording, ModuleRecording::
 bool ModuleEntry::AcceptHeader(const ModuleRecording& recording) {
   const uint32_t series = SeriesOfFamily(recording.family, reporter_.Messages());
   if (series == 0) {
-    reporter_.PostWarning(MessageKey::kW9434, {modulePath_});
+    reporter_.PostWarning(MessageKey::kW9434, {MessageFile{modulePath_}});
     return false;
   }
   StkCompilerInfo& projectInfo = destination_.project.compilerInfo;
@@ -71,7 +71,7 @@ bool ModuleEntry::AcceptHeader(const ModuleRecording& recording) {
   moduleInfo_.AdoptOrMatchVersion(recording.version);
   projectInfo.AdoptOrMatchSeries(series);
   if (!projectInfo.AdoptOrMatchVersion(recording.version)) {
-    reporter_.PostWarning(MessageKey::kW9435, {modulePath_});
+    reporter_.PostWarning(MessageKey::kW9435, {MessageFile{modulePath_}});
     return false;
   }
   if (isFirst) {
@@ -90,16 +90,18 @@ ModuleEntry::Result ModuleEntry::ReportEnd(const ModuleRecording& recording) {
       LogAborted();
       return Result::kStopped;
     case End::kTooManyLines:
-      reporter_.PostWarning(MessageKey::kW9406, {modulePath_, StkAsmModuleReader::kMaxLines});
+      reporter_.PostWarning(MessageKey::kW9406,
+                            {MessageFile{modulePath_}, StkAsmModuleReader::kMaxLines});
       return Result::kFailed;
     case End::kCutShort:
-      reporter_.PostWarning(MessageKey::kW9401, {modulePath_});
+      reporter_.PostWarning(MessageKey::kW9401, {MessageFile{modulePath_}});
       break;
     case End::kNoLine:
-      reporter_.PostLog(MessageKey::kW9432NoLine, {kind, modulePath_});
+      reporter_.PostLog(MessageKey::kW9432NoLine, {kind, MessageFile{modulePath_}});
       break;
     case End::kFormatError:
-      reporter_.PostWarning(MessageKey::kW9432, {kind, modulePath_, recording.lastLine});
+      reporter_.PostWarning(MessageKey::kW9432,
+                            {kind, MessageFile{modulePath_}, MessageLine{recording.lastLine}});
       break;
   }
   LogAborted();
@@ -126,7 +128,8 @@ void ModuleEntry::AddFunction(const ModuleRecording& recording, uint32_t number)
 void ModuleEntry::AddRuntimeHelpers(const ModuleRecording& recording, uint32_t number) {
   if (!moduleInfo_.RuntimeHelpersAccepted()) {
     if (!versionWarned_) {
-      reporter_.PostWarning(MessageKey::kW9433, {moduleInfo_.VersionText()});
+      reporter_.PostWarning(MessageKey::kW9433,
+                            {moduleInfo_.VersionText(), MessageFile{modulePath_}});
       versionWarned_ = true;
     }
     return;

@@ -71,19 +71,19 @@ bool StkProject::Load(std::string_view path) {
 
 void StkProject::ReportUnreadable(FileFailure failure) {
   if (failure == FileFailure::kNotFound) {
-    reporter_.ShowFatal(MessageKey::kE9300, {path_});
+    reporter_.ShowFatal(MessageKey::kE9300, {MessageFile{path_}});
   } else if (reporter_.OpenedFromCommandLine()) {
-    reporter_.ShowFatal(MessageKey::kE9301, {path_});
+    reporter_.ShowFatal(MessageKey::kE9301, {MessageFile{path_}});
   } else {
-    reporter_.ShowWarning(MessageKey::kW9401, {path_});
+    reporter_.ShowWarning(MessageKey::kW9401, {MessageFile{path_}});
   }
 }
 
 void StkProject::ReportIllegal() {
   if (reporter_.OpenedFromCommandLine()) {
-    reporter_.ShowFatal(MessageKey::kE9302, {path_});
+    reporter_.ShowFatal(MessageKey::kE9302, {MessageFile{path_}});
   } else {
-    reporter_.ShowWarning(MessageKey::kW9440, {path_});
+    reporter_.ShowWarning(MessageKey::kW9440, {MessageFile{path_}});
   }
 }
 

@@ -8,7 +8,7 @@ namespace velkor {
 CStkApp::CStkApp(ApplicationParts parts)
     : parts_(std::move(parts)),
       boxes_(parts_.boxes, posted_),
-      reporter_(parts_.messages, boxes_),
+      reporter_(parts_.messages, boxes_, [this] { posted_.PostRequest(); }),
       document_(parts_.host, reporter_, posted_),
       context_{parts_.host, parts_.messages, reporter_, document_},
       frame_(context_, posted_, MakeFrameParts()) {

@@ -2,7 +2,7 @@
 
 #include <initializer_list>
 
-#include "messages/messages.h"
+#include "messages/catalogue.h"
 
 namespace velkor {
 

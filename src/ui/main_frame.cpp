@@ -52,8 +52,7 @@ CMainFrame::CMainFrame(UiContext& context, PostedMessages& posted, FrameParts pa
           [this](QWidget*, QWidget* focused) { FollowFocus(focused); });
   posted_.SetHandlers(
       {[this](uint32_t message, uint64_t parameter) { monitor_.Handle(message, parameter); },
-       [this](LogRequest request) { context_.reporter.HandleLogRequest(std::move(request)); },
-       [this] { UpdateCommands(); }});
+       [this] { context_.reporter.HandleRequest(); }, [this] { UpdateCommands(); }});
   DocumentChanged();
 }
 
@@ -82,7 +81,7 @@ void CMainFrame::CreateViews() {
   rightSplitter_ = new QSplitter(Qt::Vertical, outerSplitter_);
   treeView_ = new CStkTreeView(context_, *this);
   listView_ = new CStkListView(context_, *this, [this] { return treeView_->SelectedRecord(); });
-  logView_ = new CStkLogView(context_, *this, posted_, parts_.language);
+  logView_ = new CStkLogView(context_, *this, parts_.language);
   outerSplitter_->insertWidget(0, treeView_);
   outerSplitter_->setStretchFactor(0, 0);
   outerSplitter_->setStretchFactor(1, 1);

@@ -43,9 +43,9 @@ void PostedMessages::Post(uint32_t message, uint64_t parameter) {
   Wake();
 }
 
-void PostedMessages::PostRequest(LogRequest request) {
+void PostedMessages::PostRequest() {
   const std::lock_guard lock(mutex_);
-  requests_.push_back({nextNumber_++, std::move(request)});
+  requests_.push_back(nextNumber_++);
   Wake();
 }
 
@@ -99,8 +99,7 @@ PostedMessages::Next PostedMessages::WhatIsNext() const {
   const bool notification = !notifications_.empty() && handlers_.notification && !notifying_;
   const bool request = !requests_.empty() && handlers_.request && !notifying_ && holds_ == 0;
   if (notification && request) {
-    return notifications_.front().number < requests_.front().number ? Next::kNotification
-                                                                    : Next::kRequest;
+    return notifications_.front().number < requests_.front() ? Next::kNotification : Next::kRequest;
   }
   return notification ? Next::kNotification : request ? Next::kRequest : Next::kNothing;
 }
@@ -118,12 +117,11 @@ bool PostedMessages::HandleOne() {
       return true;
     }
     case Next::kRequest: {
-      LogRequest request = std::move(requests_.front().request);
       requests_.pop_front();
       lock.unlock();
       TellNotified();  // a box may stay open for long
       const Hold hold(*this);
-      handlers_.request(std::move(request));
+      handlers_.request();
       return true;
     }
   }

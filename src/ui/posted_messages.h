@@ -8,14 +8,13 @@
 #include <mutex>
 #include <utility>
 
-#include "messages/channels.h"
 #include "platform/message_target.h"
 
 namespace velkor {
 
-// What background jobs have posted to the window: notifications and log requests, in the order of
-// posting. Handled in the user-interface thread in short slices, so that the window answers the
-// user while a hundred thousand of them wait.
+// What background jobs have posted to the window: notifications, and word of each request that
+// waits in the reporter, in the order of posting. Handled in the user-interface thread in short
+// slices, so that the window answers the user while a hundred thousand of them wait.
 //
 // A request may show a box, and a box runs an event loop of its own. Until it is closed no further
 // request is handled: boxes never pile up, and the log keeps its order. Notifications go on
@@ -27,7 +26,7 @@ class PostedMessages : public QObject, public MessageTarget {
  public:
   struct Handlers {
     std::function<void(uint32_t message, uint64_t parameter)> notification;
-    std::function<void(LogRequest)> request;
+    std::function<void()> request;   // one of them is to be handled
     std::function<void()> notified;  // after one or more notifications
   };
 
@@ -51,7 +50,7 @@ class PostedMessages : public QObject, public MessageTarget {
 
   // Any thread.
   void Post(uint32_t message, uint64_t parameter) override;
-  void PostRequest(LogRequest request);
+  void PostRequest();
 
   // Everything that can be handled now, without slices. User-interface thread.
   void HandleAll();
@@ -64,10 +63,6 @@ class PostedMessages : public QObject, public MessageTarget {
     uint64_t number;  // order of posting, shared with the requests
     uint32_t message;
     uint64_t parameter;
-  };
-  struct Request {
-    uint64_t number;
-    LogRequest request;
   };
   enum class Next { kNothing, kNotification, kRequest };
 
@@ -86,7 +81,7 @@ class PostedMessages : public QObject, public MessageTarget {
 
   mutable std::mutex mutex_;
   std::deque<Notification> notifications_;
-  std::deque<Request> requests_;
+  std::deque<uint64_t> requests_;  // by their numbers
   uint64_t nextNumber_ = 0;
   bool awake_ = false;  // an event is on its way
 };

@@ -46,7 +46,7 @@ struct Analysis {
   Graph graph;
   Recorder recorder{graph.codePage};
   StkRootList roots;
-  std::vector<std::string> log;
+  std::vector<StkMessage> log;
 };
 
 std::string Written(const std::function<void(ResultOutput&)>& write) {

@@ -45,7 +45,7 @@ TEST_F(AnalysisJobTest, ReadsEveryModuleThatCanBeRead) {
   PutModule("b", {"g 30"});
   Load();
   RunJob();
-  EXPECT_TRUE(job.Completed());
+  EXPECT_EQ(job.End(), JobEnd::kCompleted);
   EXPECT_EQ(functions.Count(), 2u);
   EXPECT_EQ(functions.UnknownCount(), 0u);
   EXPECT_EQ(functions.Functions()[0]->callees.size(), 1u);
@@ -68,6 +68,9 @@ TEST_F(AnalysisJobTest, ReadsEveryModuleThatCanBeRead) {
           "Check the file.",
           "C:\\p\\broken.asm Reading aborted.", "C:\\p\\b.asm Reading...",
           "C:\\p\\b.asm Reading completed."}));
+  EXPECT_EQ(recorder.log.Warnings(),
+            (std::vector<std::string>{"W9431 C:\\p\\missing.asm:0", "W9401 C:\\p\\locked.asm:0",
+                                      "W9432 C:\\p\\broken.asm:1"}));
 }
 
 TEST_F(AnalysisJobTest, AStopInsideAModuleEndsWithin100Lines) {
@@ -87,7 +90,7 @@ TEST_F(AnalysisJobTest, AStopInsideAModuleEndsWithin100Lines) {
   });
   Load();
   RunJob();
-  EXPECT_TRUE(job.Stopped());
+  EXPECT_EQ(job.End(), JobEnd::kStopped);
   EXPECT_EQ(reads, 2);
   EXPECT_FALSE(job.EndPosted());
   EXPECT_EQ(Notifications(),
@@ -163,8 +166,7 @@ TEST_P(OutOfMemory, EndsTheJobWithEmptyTables) {
   host.files.OnRead(ModulePath("b"), [] { throw std::bad_alloc(); });
   Load();
   RunJob();
-  EXPECT_TRUE(job.Failed());
-  EXPECT_FALSE(job.Completed());
+  EXPECT_EQ(job.End(), JobEnd::kFailed);
   EXPECT_EQ(functions.Count(), 0u);
   EXPECT_EQ(Notifications().back(), WM_STK_ANALYSIS_END);
   const std::vector<std::string>& lines = recorder.log.lines;

@@ -100,6 +100,10 @@ TEST_F(SavingTest, NothingThatTheAnalysisIsMadeFromIsOverwritten) {
     EXPECT_EQ(Count(WM_STK_SPECWRITE_END), 1u);
     ASSERT_EQ(recorder.log.lines.size(), 1u);
     EXPECT_EQ(recorder.log.lines[0].substr(0, 5), path == tooLong ? "W9407" : "W9402");
+    EXPECT_TRUE(document.AnyWritingFailed());
+    document.Recalculate();
+    Finish();
+    EXPECT_FALSE(document.AnyWritingFailed());
   }
 }
 

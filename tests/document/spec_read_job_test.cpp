@@ -80,7 +80,7 @@ TEST_F(SpecReadJobTest, AStopDiscardsTheInterruptedSourceAndStillComputes) {
     job->Wait();
     window.handled.clear();
     recorder.queue.Drain();
-    EXPECT_TRUE(job->Stopped());
+    EXPECT_EQ(job->End(), JobEnd::kStopped);
     EXPECT_EQ(reads, 2);
     EXPECT_EQ(graph["main"].totalStackSize, 30u);
     EXPECT_EQ(graph["f"].adjustment, nullptr);
@@ -153,7 +153,7 @@ TEST_F(SpecReadJobTest, RunningOutOfMemoryKeepsTheTotalsComputed) {
   });
   Add(SpecificationKind::kUserFile, kUser);
   Run();
-  EXPECT_TRUE(job->Failed());
+  EXPECT_EQ(job->End(), JobEnd::kFailed);
   EXPECT_EQ(PendingCount(), 0u);
   EXPECT_EQ(graph["main"].totalStackSize, 30u);
   EXPECT_EQ(window.handled.back().first, WM_STK_SPECREAD_END);

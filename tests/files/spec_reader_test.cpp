@@ -79,6 +79,7 @@ TEST(SpecReader, ErrorsOfAUserFile) {
     SpecReading reading(kGraph);
     EXPECT_TRUE(reading.Read(kUserFile, line));
     EXPECT_EQ(Lines{message}, reading.recorder.log.lines) << line;
+    EXPECT_EQ(Lines{message.substr(0, 5) + " C:\\p\\s.txt:1"}, reading.recorder.log.Warnings());
     ASSERT_EQ(1u, reading.recorder.boxes.boxes.size()) << line;
     EXPECT_EQ(message + "\nDo you want to stop reading?", reading.recorder.boxes.boxes[0].text);
     EXPECT_EQ("", reading.Pending("main")) << line;
@@ -112,6 +113,8 @@ TEST(SpecReader, OneSpecificationPerFunction) {
       "W9424 Multiple specifications for one function in file (C:\\p\\s.txt:line ";
   EXPECT_EQ((Lines{begin + "3, line 4" + end, begin + "3, line 5" + end}),
             reading.recorder.log.lines);
+  EXPECT_EQ((Lines{"W9424 C:\\p\\s.txt:4", "W9424 C:\\p\\s.txt:5"}),
+            reading.recorder.log.Warnings());
   EXPECT_EQ("1 -", reading.Pending("main"));
 }
 
@@ -129,6 +132,8 @@ TEST(SpecReader, TheProgramsOwnFilesAreGivenUpWithOneMessage) {
   EXPECT_FALSE(system.Read(kSystemFile, text));
   EXPECT_EQ(Lines{"W9429 Broken stk system file (C:\\p\\s.txt).\nThe file was ignored."},
             system.recorder.log.lines);
+  EXPECT_EQ(Lines{"W9428 C:\\p\\s.txt:2"}, table.recorder.log.Warnings());
+  EXPECT_EQ(Lines{"W9429 C:\\p\\s.txt:2"}, system.recorder.log.Warnings());
   EXPECT_EQ(StopAnswer::kAbort, system.reader->Answer());
 
   // A function that is gone costs its own line only.

@@ -26,12 +26,13 @@ class AnalysisRun {
  public:
   // answer: to every stop question.
   AnalysisRun(const CodePage& codePage, size_t readingThreads, BoxAnswer answer)
-      : answer_(answer), host_(codePage), reporter_(MessagesIn(codePage), boxes_) {
+      : answer_(answer), host_(codePage), reporter_(MessagesIn(codePage), boxes_, [this] {
+          queue_.Post([this] { reporter_.HandleRequest(); });
+        }) {
     host_.host.readingThreads = readingThreads;
     boxes_.answerWith = [answer](const RecordingBoxes::Box& box) {
       return box.buttons == BoxButtons::kOk ? BoxAnswer::kOk : answer;
     };
-    log_.SetReporter(reporter_);
     reporter_.RegisterLogView(&log_);
     host_.files.AddDirectory("C:\\p");
     window_.monitor = &monitor_;
@@ -189,8 +190,9 @@ class AnalysisRun {
     const bool wholeNames =
         std::none_of(Table().Functions().begin(), Table().Functions().end(),
                      [](const auto& f) { return f->name.find('\r') != std::string::npos; });
-    const bool failed = std::any_of(log_.lines.begin(), log_.lines.end(),
-                                    [](const auto& line) { return line.starts_with("W9461"); });
+    const bool failed =
+        std::any_of(log_.messages.begin(), log_.messages.end(),
+                    [](const StkMessage& message) { return message.key == MessageKey::kW9461; });
     if (wholeNames && !failed) {
       RequireEqual(static_cast<uint64_t>(std::count(text.begin(), text.end(), '\n')),
                    Table().AdjustedCount(), "the stk system file has a line for each adjustment");
@@ -212,7 +214,7 @@ class AnalysisRun {
   TestHost host_;
   RecordingBoxes boxes_;
   MessageQueue queue_;
-  RecordingLog log_{queue_};
+  RecordingLog log_;
   StkReporter reporter_;
   QueuedMainWindow window_{queue_};
   NoProgress progress_;

@@ -21,27 +21,11 @@ inline const StkMessages& MessagesIn(const CodePage& codePage) {
   return catalogues.at(&codePage);
 }
 
-// Handles a request in the thread that posts it, so that one thread is enough to answer stop
-// questions.
-class ImmediateLog : public LogView {
- public:
-  void SetReporter(StkReporter& reporter) { reporter_ = &reporter; }
-  void Append(std::string_view text) override { lines.emplace_back(text); }
-  bool PostRequest(LogRequest request) override {
-    reporter_->HandleLogRequest(std::move(request));
-    return true;
-  }
-
-  std::vector<std::string> lines;
-
- private:
-  StkReporter* reporter_ = nullptr;
-};
-
-// A host in memory and a reporter for one thread, whose messages are kept.
+// A host in memory and a reporter for one thread, whose messages are kept. A request is handled
+// in the thread that posts it, so that one thread is enough to answer stop questions.
 struct FuzzHost : TestHost {
-  explicit FuzzHost(const CodePage& page) : TestHost(page), reporter(MessagesIn(page), boxes) {
-    log.SetReporter(reporter);
+  explicit FuzzHost(const CodePage& page)
+      : TestHost(page), reporter(MessagesIn(page), boxes, [this] { reporter.HandleRequest(); }) {
     reporter.RegisterLogView(&log);
   }
 
@@ -57,7 +41,7 @@ struct FuzzHost : TestHost {
   }
 
   RecordingBoxes boxes;
-  ImmediateLog log;
+  RecordingLog log;
   StkReporter reporter;
 };
 

@@ -8,7 +8,7 @@
 #include "core/completeness.h"
 #include "core/function_text.h"
 #include "fuzz/require.h"
-#include "messages/messages.h"
+#include "messages/catalogue.h"
 
 namespace velkor::testing {
 

@@ -66,7 +66,7 @@ class SpecRun {
     StkSpecReadJob job(std::move(sources), graph.functions, roots, host.reporter, window_);
     job.Start();
     job.Wait();
-    Require(!job.Failed(), "a reading ends by itself");
+    Require(job.End() == JobEnd::kCompleted, "a reading ends by itself");
   }
 
   std::string Write() {

@@ -62,16 +62,18 @@ TEST_F(Reporter, AYesNoQuestion) {
   EXPECT_TRUE(recorder_.log.lines.empty());
 }
 
-TEST_F(Reporter, PostedMessagesKeepTheirOrderAndTheirText) {
+TEST_F(Reporter, WhatIsPostedKeepsItsOrderAndItsText) {
   std::string name = "a.asm";
   reporter_.PostLog(MessageKey::kReadingStarted, {name});
   name = "other";
-  reporter_.PostWarning(MessageKey::kW9404, {"x"});
+  reporter_.PostWarning(MessageKey::kW9404, {MessageFile{"x"}});
+  reporter_.PostNote({.rule = "some-rule", .text = "odd", .file = {}, .function = {}});
   reporter_.PostLog(MessageKey::kReadingAborted, {"a.asm"});
   EXPECT_TRUE(recorder_.log.lines.empty());
   recorder_.queue.Drain();
-  EXPECT_EQ(recorder_.log.lines,
-            (Lines{"a.asm Reading...", "W9404 File write error (x).", "a.asm Reading aborted."}));
+  EXPECT_EQ(recorder_.log.lines, (Lines{"a.asm Reading...", "W9404 File write error (x).",
+                                        "note: odd", "a.asm Reading aborted."}));
+  EXPECT_EQ(recorder_.log.messages[1].file, "x");
   EXPECT_EQ(OnlyBox().text, "W9404 File write error (x).");
   EXPECT_EQ(OnlyBox().icon, BoxIcon::kExclamation);
   EXPECT_EQ(OnlyBox().buttons, BoxButtons::kOk);

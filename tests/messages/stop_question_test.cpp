@@ -12,18 +12,22 @@ namespace {
 using testing::Recorder;
 using Lines = std::vector<std::string>;
 
-constexpr std::string_view kText = "W9426 Illegal format";
+constexpr const char* kText = "W9426 Illegal format";
+
+StkMessage Message() {
+  return {.key = MessageKey::kW9426, .text = kText};
+}
 
 class StopQuestionTest : public ::testing::Test {
  protected:
   std::future<StopAnswer> AskInJob(StopAnswer current = StopAnswer::kRetry) {
     return std::async(std::launch::async, [this, current] {
-      return recorder_.reporter.AskStopReading(stop_, current, kText);
+      return recorder_.reporter.AskStopReading(stop_, current, Message());
     });
   }
 
   StopAnswer AskHere(StopAnswer current) {
-    return recorder_.reporter.AskStopReading(stop_, current, kText);
+    return recorder_.reporter.AskStopReading(stop_, current, Message());
   }
 
   void HandleUntilABoxWasAnswered() {
@@ -82,62 +86,41 @@ TEST_F(StopQuestionTest, AStopWhileTheBoxIsOpenEndsTheWait) {
   HandleUntilABoxWasAnswered();
 }
 
-class ChoosyLog : public LogView {
- public:
-  enum class Mode { kRefuse, kThrow, kDrop, kKeep };
-
-  explicit ChoosyLog(Mode mode) : mode_(mode) {}
-  void Append(std::string_view) override { ++appended; }
-  bool PostRequest(LogRequest request) override {
-    if (mode_ == Mode::kThrow) {
+TEST_F(StopQuestionTest, WhatCannotBePostedIsDroppedAndAborts) {
+  bool full = true;
+  int posted = 0;
+  StkReporter reporter(recorder_.messages, recorder_.boxes, [&] {
+    ++posted;
+    if (full) {
       throw std::bad_alloc();
     }
-    if (mode_ == Mode::kKeep) {
-      kept = std::move(request);
-      arrived.Set();
-    }
-    return mode_ != Mode::kRefuse;
+  });
+  reporter.RegisterLogView(&recorder_.log);
+  EXPECT_EQ(reporter.AskStopReading(stop_, StopAnswer::kRetry, Message()), StopAnswer::kAbort);
+  EXPECT_EQ(reporter.AskStopReading(stop_, StopAnswer::kIgnore, Message()), StopAnswer::kAbort);
+  full = false;
+  reporter.PostLog(MessageKey::kReadingStarted, {"a"});
+  for (int i = 0; i < posted; ++i) {
+    reporter.HandleRequest();
   }
-
-  LogRequest kept;
-  Event arrived{Event::Reset::kAutomatic};
-  int appended = 0;
-
- private:
-  const Mode mode_;
-};
-
-TEST_F(StopQuestionTest, AnUndeliverableQuestionIsAbort) {
-  using enum ChoosyLog::Mode;
-  for (const ChoosyLog::Mode mode : {kRefuse, kThrow, kDrop}) {
-    ChoosyLog log(mode);
-    recorder_.reporter.RegisterLogView(&log);
-    EXPECT_EQ(AskHere(StopAnswer::kRetry), StopAnswer::kAbort);
-    if (mode != kDrop) {
-      EXPECT_EQ(AskHere(StopAnswer::kIgnore), StopAnswer::kAbort);
-    }
-    recorder_.reporter.PostLog(MessageKey::kReadingStarted, {"a"});
-    recorder_.reporter.RegisterLogView(nullptr);
-  }
+  EXPECT_EQ(posted, 3);
+  EXPECT_EQ(recorder_.log.lines, Lines{"a Reading..."});
 }
 
-TEST_F(StopQuestionTest, AViewThatGoesAwayMidQuestion) {
-  ChoosyLog log(ChoosyLog::Mode::kKeep);
-  recorder_.reporter.RegisterLogView(&log);
-  recorder_.boxes.answerWith = [](const auto&) { return BoxAnswer::kRetry; };
-  for (const bool handled : {true, false}) {
-    auto answer = AskInJob();
-    log.arrived.Wait();
-    recorder_.reporter.RegisterLogView(nullptr);
-    if (handled) {
-      recorder_.reporter.HandleLogRequest(std::move(log.kept));
-    }
-    log.kept = {};
-    EXPECT_EQ(answer.get(), handled ? StopAnswer::kRetry : StopAnswer::kAbort);
-    EXPECT_EQ(log.appended, 0);
-    recorder_.reporter.RegisterLogView(&log);
-  }
-  recorder_.reporter.RegisterLogView(nullptr);
+TEST_F(StopQuestionTest, AViewThatGoesAwayAnswersWhatStillWaits) {
+  Event arrived{Event::Reset::kAutomatic};
+  StkReporter reporter(recorder_.messages, recorder_.boxes, [&arrived] { arrived.Set(); });
+  reporter.RegisterLogView(&recorder_.log);
+  auto answer = std::async(std::launch::async, [&] {
+    return reporter.AskStopReading(stop_, StopAnswer::kRetry, Message());
+  });
+  arrived.Wait();
+  reporter.RegisterLogView(nullptr);
+  EXPECT_EQ(answer.get(), StopAnswer::kAbort);
+  reporter.RegisterLogView(&recorder_.log);
+  reporter.HandleRequest();
+  EXPECT_TRUE(recorder_.log.lines.empty());
+  EXPECT_TRUE(recorder_.boxes.boxes.empty());
 }
 
 TEST_F(StopQuestionTest, StopsAndAnswersRace) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "messages/reporter.h"
+#include "platform/message_target.h"
 
 namespace velkor::testing {
 
@@ -17,8 +18,8 @@ class RecordingBoxes : public MessageBoxes {
     BoxButtons buttons;
   };
 
-  BoxAnswer Show(std::string_view text, BoxIcon icon, BoxButtons buttons) override {
-    boxes.push_back({std::string(text), icon, buttons});
+  BoxAnswer Show(const StkMessage& message, BoxIcon icon, BoxButtons buttons) override {
+    boxes.push_back({message.text, icon, buttons});
     if (answerWith) {
       return answerWith(boxes.back());
     }
@@ -31,33 +32,37 @@ class RecordingBoxes : public MessageBoxes {
   std::function<BoxAnswer(const Box&)> answerWith;
 };
 
-// Keeps every log line. Requests wait in the queue until the test drains it.
+// Keeps every message, and the texts of messages and notes in their order.
 class RecordingLog : public LogView {
  public:
-  explicit RecordingLog(MessageQueue& queue) : queue_(queue) {}
+  void Append(const StkMessage& message) override {
+    messages.push_back(message);
+    lines.push_back(message.text);
+  }
+  void AppendNote(const StkNote& note) override { lines.push_back("note: " + note.text); }
 
-  void SetReporter(StkReporter& reporter) { reporter_ = &reporter; }
-  void Append(std::string_view text) override { lines.emplace_back(text); }
-  bool PostRequest(LogRequest request) override {
-    queue_.Post([this, request = std::move(request)]() mutable {
-      reporter_->HandleLogRequest(std::move(request));
-    });
-    return true;
+  // Code, file and line of each warning: "W9410 C:\\p\\s.txt:1".
+  std::vector<std::string> Warnings() const {
+    std::vector<std::string> warnings;
+    for (const StkMessage& message : messages) {
+      if (message.IsWarning()) {
+        warnings.push_back(message.Code() + " " + message.file + ":" +
+                           std::to_string(message.line));
+      }
+    }
+    return warnings;
   }
 
+  std::vector<StkMessage> messages;
   std::vector<std::string> lines;
-
- private:
-  MessageQueue& queue_;
-  StkReporter* reporter_ = nullptr;
 };
 
 // A reporter with everything it needs, registered and recording. Messages that are posted reach
 // log.lines when queue.Drain() is called.
 struct Recorder {
   explicit Recorder(const CodePage& codePage)
-      : messages(StkMessages::English(codePage)), reporter(messages, boxes) {
-    log.SetReporter(reporter);
+      : messages(StkMessages::English(codePage)),
+        reporter(messages, boxes, [this] { queue.Post([this] { reporter.HandleRequest(); }); }) {
     reporter.RegisterLogView(&log);
   }
   ~Recorder() { reporter.RegisterLogView(nullptr); }
@@ -65,7 +70,7 @@ struct Recorder {
   StkMessages messages;
   RecordingBoxes boxes;
   MessageQueue queue;
-  RecordingLog log{queue};
+  RecordingLog log;
   StkReporter reporter;
 };
 

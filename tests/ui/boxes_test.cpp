@@ -86,7 +86,7 @@ class RealBoxes : public ::testing::Test {
         }
       }
     });
-    return boxes.Show("text <b>plain</b>", BoxIcon::kQuestion, buttons);
+    return boxes.Show({.text = "text <b>plain</b>"}, BoxIcon::kQuestion, buttons);
   }
 
   CodePage codePage = CodePage::Utf8();

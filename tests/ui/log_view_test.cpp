@@ -13,19 +13,21 @@ using testing::MainWindow;
 class LogViewOfTheWindow : public MainWindow {
  protected:
   LogViewOfTheWindow() { Start(std::nullopt); }
+  void Append(const std::string& text) { View().Append({.text = text}); }
   CStkLogView& View() { return app->Frame().GetLogView(); }
 };
 
 TEST_F(LogViewOfTheWindow, AMessageIsOneLine) {
-  View().Append("W9400 Cannot find file (a).\nCheck that the specified file name is correct.");
-  View().Append(
+  Append("W9400 Cannot find file (a).\nCheck that the specified file name is correct.");
+  Append(
       "a\rb\xE2\x80\xA8"
       "c\xE2\x80\xA9"
       "d\xFF");
+  View().AppendNote({.rule = "some-rule", .text = "e\nf", .file = {}, .function = {}});
   EXPECT_EQ(Log(),
             "W9400 Cannot find file (a). Check that the specified file name is correct.\n"
-            "a b c d\xEF\xBF\xBD\n");
-  EXPECT_EQ(View().blockCount(), 3);
+            "a b c d\xEF\xBF\xBD\nNote: e f\n");
+  EXPECT_EQ(View().blockCount(), 4);
 }
 
 TEST_F(LogViewOfTheWindow, TheOldestLinesDisappear) {
@@ -33,7 +35,7 @@ TEST_F(LogViewOfTheWindow, TheOldestLinesDisappear) {
   int appended = 0;
   for (const int count : {kKept, kKept + 1, 100000}) {
     while (appended < count) {
-      View().Append(std::to_string(++appended));
+      Append(std::to_string(++appended));
     }
     View().ShowAll();
     EXPECT_EQ(View().blockCount(), CStkLogView::kMaxLines);

@@ -11,12 +11,12 @@ std::optional<std::string> CheckedName(const QString& path, UiContext& context,
                                        MessageKey notUsable) {
   const std::string shown = context.Encoded(path);
   if (shown.size() > kMaxPathLength) {
-    context.reporter.ShowWarning(MessageKey::kW9407, {shown});
+    context.reporter.ShowWarning(MessageKey::kW9407, {MessageFile{shown}});
     return std::nullopt;
   }
   std::optional<std::string> name = context.host.codePage.FromUtf8(path.toStdString());
   if (!name) {
-    context.reporter.ShowWarning(notUsable, {shown});
+    context.reporter.ShowWarning(notUsable, {MessageFile{shown}});
   }
   return name;
 }

@@ -65,7 +65,7 @@ BoxAnswer Ask(QMessageBox& box, const std::vector<BoxAnswer>& answers,
 WindowBoxes::WindowBoxes(const StkMessages& messages, std::string title)
     : messages_(messages), title_(std::move(title)) {}
 
-BoxAnswer WindowBoxes::Show(std::string_view text, BoxIcon icon, BoxButtons buttons) {
+BoxAnswer WindowBoxes::Show(const StkMessage& message, BoxIcon icon, BoxButtons buttons) {
   while (QWidget* popup = QApplication::activePopupWidget()) {
     popup->close();
   }
@@ -73,7 +73,7 @@ BoxAnswer WindowBoxes::Show(std::string_view text, BoxIcon icon, BoxButtons butt
   QMessageBox box(icon == BoxIcon::kQuestion ? QMessageBox::Question : QMessageBox::Warning,
                   ForScreen(title_, messages_.GetCodePage()), {}, QMessageBox::NoButton, Parent());
   box.setTextFormat(Qt::PlainText);
-  box.setText(Breakable(ForScreen(text, messages_.GetCodePage())));
+  box.setText(Breakable(ForScreen(message.text, messages_.GetCodePage())));
   return Ask(box, AnswersOf(buttons), messages_);
 }
 

@@ -5,8 +5,8 @@
 #include <QWidget>
 #include <string>
 
-#include "messages/channels.h"
-#include "messages/messages.h"
+#include "messages/boxes.h"
+#include "messages/catalogue.h"
 #include "ui/posted_messages.h"
 
 namespace velkor {
@@ -19,7 +19,7 @@ class WindowBoxes : public MessageBoxes {
 
   // In front of which the boxes open once it is shown.
   void SetMainWindow(QWidget* window) { mainWindow_ = window; }
-  BoxAnswer Show(std::string_view text, BoxIcon icon, BoxButtons buttons) override;
+  BoxAnswer Show(const StkMessage& message, BoxIcon icon, BoxButtons buttons) override;
 
  private:
   QWidget* Parent() const;
@@ -34,9 +34,9 @@ class HoldingBoxes : public MessageBoxes {
  public:
   HoldingBoxes(MessageBoxes& boxes, PostedMessages& posted) : boxes_(boxes), posted_(posted) {}
 
-  BoxAnswer Show(std::string_view text, BoxIcon icon, BoxButtons buttons) override {
+  BoxAnswer Show(const StkMessage& message, BoxIcon icon, BoxButtons buttons) override {
     const PostedMessages::Hold hold(posted_);
-    return boxes_.Show(text, icon, buttons);
+    return boxes_.Show(message, icon, buttons);
   }
 
  private:

@@ -2,7 +2,7 @@
 
 #include <QWidget>
 
-#include "messages/messages.h"
+#include "messages/catalogue.h"
 #include "platform/host.h"
 #include "ui/help/help_location.h"
 #include "ui/language.h"

@@ -10,10 +10,9 @@ namespace velkor {
 
 namespace {
 
-constexpr uint32_t kTexts = kDialogTextKey * 500 + 1020;
-constexpr auto kNoteLine = static_cast<MessageKey>(kTexts);
-constexpr auto kMoreNotes = static_cast<MessageKey>(kTexts + 1);
-constexpr auto kNotBounds = static_cast<MessageKey>(kTexts + 2);
+constexpr uint32_t kTexts = kDialogTextKey * 500 + 1021;
+constexpr auto kMoreNotes = static_cast<MessageKey>(kTexts);
+constexpr auto kNotBounds = static_cast<MessageKey>(kTexts + 1);
 
 }  // namespace
 
@@ -41,7 +40,7 @@ void AnalysisNotes::WriteNotes(const StkBounds& bounds) {
       BoundNotes(*context_.document.FunctionTable(), bounds, context_.messages);
   const size_t shown = std::min(notes.size(), kMostShown);
   for (size_t i = 0; i < shown; ++i) {
-    context_.reporter.PostLog(kNoteLine, {notes[i].text});
+    context_.reporter.PostNote(notes[i]);
   }
   if (shown < notes.size()) {
     context_.reporter.PostLog(kMoreNotes, {static_cast<uint32_t>(notes.size() - shown)});

@@ -13,6 +13,7 @@ namespace velkor {
 namespace {
 
 constexpr uint32_t kLogNameKey = kDialogTextKey * 500 + 1003;
+constexpr auto kNoteLine = static_cast<MessageKey>(kDialogTextKey * 500 + 1020);
 constexpr size_t kLinesAtOnce = 50;
 constexpr qint64 kAppendingMilliseconds = 10;
 
@@ -34,12 +35,11 @@ bool BreaksLine(QChar character) {
 
 }  // namespace
 
-CStkLogView::CStkLogView(UiContext& context, FrameOperations& frame, PostedMessages& posted,
-                         Language language, QWidget* parent)
+CStkLogView::CStkLogView(UiContext& context, FrameOperations& frame, Language language,
+                         QWidget* parent)
     : QPlainTextEdit(parent),
       context_(context),
       frame_(frame),
-      posted_(posted),
       joinLines_(language == Language::kJapanese) {
   setReadOnly(true);
   setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
@@ -60,7 +60,15 @@ CStkLogView::~CStkLogView() {
   context_.reporter.RegisterLogView(nullptr);
 }
 
-void CStkLogView::Append(std::string_view text) {
+void CStkLogView::Append(const StkMessage& message) {
+  AppendLine(message.text);
+}
+
+void CStkLogView::AppendNote(const StkNote& note) {
+  AppendLine(context_.messages.FormatMessageText(kNoteLine, {note.text}));
+}
+
+void CStkLogView::AppendLine(std::string_view text) {
   pending_.push_back(OneLine(text));
   // What more lines would push out of the text at once need not get in.
   if (pending_.size() > static_cast<size_t>(kMaxLines)) {
@@ -69,11 +77,6 @@ void CStkLogView::Append(std::string_view text) {
   if (!showLater_.isActive()) {
     showLater_.start();
   }
-}
-
-bool CStkLogView::PostRequest(LogRequest request) {
-  posted_.PostRequest(std::move(request));
-  return true;
 }
 
 void CStkLogView::ShowAll() {

@@ -6,18 +6,17 @@
 #include <optional>
 #include <string_view>
 
-#include "messages/channels.h"
+#include "messages/log_view.h"
 #include "ui/commands/command_target.h"
 #include "ui/commands/frame_operations.h"
 #include "ui/language.h"
-#include "ui/posted_messages.h"
 #include "ui/ui_context.h"
 
 namespace velkor {
 
-// The record of everything that was reported, one message a line, the newest last; of very many
-// the oldest disappear. Read-only. Registered with the reporter from its creation to its
-// destruction; what jobs ask of it goes through the posted messages.
+// The record of everything that was reported, one message or note a line, the newest last; of very
+// many the oldest disappear. Read-only. Registered with the reporter from its creation to its
+// destruction.
 //
 // New lines reach the text a little later, a few at a time: many of them must not keep the window
 // from answering.
@@ -26,12 +25,12 @@ class CStkLogView : public QPlainTextEdit, public LogView, public CommandTarget 
   // Lines of the text, with the empty one at its end.
   static constexpr int kMaxLines = 32767;
 
-  CStkLogView(UiContext& context, FrameOperations& frame, PostedMessages& posted, Language language,
+  CStkLogView(UiContext& context, FrameOperations& frame, Language language,
               QWidget* parent = nullptr);
   ~CStkLogView() override;
 
-  void Append(std::string_view text) override;
-  bool PostRequest(LogRequest request) override;
+  void Append(const StkMessage& message) override;
+  void AppendNote(const StkNote& note) override;
   // Everything that was appended is in the text from here on.
   void ShowAll();
 
@@ -43,6 +42,7 @@ class CStkLogView : public QPlainTextEdit, public LogView, public CommandTarget 
 
  private:
   QString OneLine(std::string_view text) const;
+  void AppendLine(std::string_view text);
   void ShowSome();
   void Insert(size_t count);
   void MoveToEnd();
@@ -50,7 +50,6 @@ class CStkLogView : public QPlainTextEdit, public LogView, public CommandTarget 
 
   UiContext& context_;
   FrameOperations& frame_;
-  PostedMessages& posted_;
   const bool joinLines_;         // no blank where a message breaks its line
   std::deque<QString> pending_;  // not yet in the text
   QTimer showLater_;

@@ -7,14 +7,23 @@
 #include <unordered_map>
 #include <variant>
 
+#include "messages/message.h"
 #include "messages/message_key.h"
 #include "platform/code_page.h"
 
 namespace velkor {
 
-// One argument of a message: a text for "%s" and "%.0s", one character of it for "%c", a number for
-// "%lu".
-using MessageArgument = std::variant<std::string_view, uint32_t>;
+// The path of the file that a message is about, and the line in it, from 1.
+struct MessageFile {
+  std::string_view path;
+};
+struct MessageLine {
+  uint32_t number;
+};
+
+// One argument of a message: a text or a file for "%s" and "%.0s", one character of a text for
+// "%c", a number or a line for "%lu".
+using MessageArgument = std::variant<std::string_view, uint32_t, MessageFile, MessageLine>;
 using MessageArguments = std::initializer_list<MessageArgument>;
 
 // The catalogue: every text that a user sees, by its key, as bytes of the run's code page.
@@ -44,6 +53,9 @@ class StkMessages {
   // inside a character. Arguments are data: a "%" inside one means nothing. A placeholder without
   // a fitting argument shows nothing.
   std::string FormatMessageText(MessageKey key, MessageArguments arguments) const;
+  // The same as a record, with the file and the line among the arguments. Either may stand behind
+  // those that the text shows.
+  StkMessage MakeMessage(MessageKey key, MessageArguments arguments) const;
 
  private:
   void Add(std::string_view catalogue);

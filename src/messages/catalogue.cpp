@@ -1,4 +1,4 @@
-#include "messages/messages.h"
+#include "messages/catalogue.h"
 
 #include <algorithm>
 #include <charconv>
@@ -65,12 +65,27 @@ const PlaceholderForm* FindPlaceholder(std::string_view text) {
   return found == std::end(kPlaceholders) ? nullptr : found;
 }
 
+std::optional<std::string_view> TextOf(const MessageArgument& argument) {
+  if (const auto* file = std::get_if<MessageFile>(&argument)) {
+    return file->path;
+  }
+  const auto* text = std::get_if<std::string_view>(&argument);
+  return text != nullptr ? std::optional(*text) : std::nullopt;
+}
+
+std::optional<uint32_t> NumberOf(const MessageArgument& argument) {
+  if (const auto* line = std::get_if<MessageLine>(&argument)) {
+    return line->number;
+  }
+  const auto* number = std::get_if<uint32_t>(&argument);
+  return number != nullptr ? std::optional(*number) : std::nullopt;
+}
+
 void AppendArgument(std::string& message, Placeholder kind, const MessageArgument& argument) {
-  if (const auto* text = std::get_if<std::string_view>(&argument);
-      text != nullptr && (kind == Placeholder::kText || kind == Placeholder::kCharacter)) {
+  const bool takesText = kind == Placeholder::kText || kind == Placeholder::kCharacter;
+  if (const auto text = TextOf(argument); text && takesText) {
     AppendBounded(message, *text);
-  } else if (const auto* number = std::get_if<uint32_t>(&argument);
-             number != nullptr && kind == Placeholder::kNumber) {
+  } else if (const auto number = NumberOf(argument); number && kind == Placeholder::kNumber) {
     AppendBounded(message, std::to_string(*number));
   }
 }
@@ -135,6 +150,18 @@ std::string StkMessages::FormatMessageText(MessageKey key, MessageArguments argu
     rest.remove_prefix(length);
   }
   message.resize(codePage_.CutLength(message, kMaxMessageLength));
+  return message;
+}
+
+StkMessage StkMessages::MakeMessage(MessageKey key, MessageArguments arguments) const {
+  StkMessage message{.key = key, .text = FormatMessageText(key, arguments)};
+  for (const MessageArgument& argument : arguments) {
+    if (const auto* file = std::get_if<MessageFile>(&argument)) {
+      message.file = file->path;
+    } else if (const auto* line = std::get_if<MessageLine>(&argument)) {
+      message.line = line->number;
+    }
+  }
   return message;
 }
 
