@@ -13,7 +13,7 @@
 #include "ui/dialogs/message_boxes.h"
 #include "ui/frame_parts.h"
 #include "ui/main_frame.h"
-#include "ui/posted_messages.h"
+#include "ui/notification_queue.h"
 #include "ui/ui_context.h"
 #include "ui/version_texts.h"
 
@@ -52,7 +52,7 @@ class CStkApp : public CommandTarget {
 
   UiContext& Context() { return context_; }
   CMainFrame& Frame() { return frame_; }
-  PostedMessages& Posted() { return posted_; }
+  NotificationQueue& Posted() { return posted_; }
 
  private:
   FrameParts MakeFrameParts();
@@ -60,7 +60,7 @@ class CStkApp : public CommandTarget {
   void OpenDropped(const QString& path);
 
   ApplicationParts parts_;
-  PostedMessages posted_;
+  NotificationQueue posted_;
   HoldingBoxes boxes_;
   StkReporter reporter_;
   CStkDoc document_;

@@ -35,7 +35,7 @@ QString DraggedProject(const QMimeData& data) {
 
 }  // namespace
 
-CMainFrame::CMainFrame(UiContext& context, PostedMessages& posted, FrameParts parts)
+CMainFrame::CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts parts)
     : context_(context),
       posted_(posted),
       parts_(std::move(parts)),

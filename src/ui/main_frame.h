@@ -11,7 +11,7 @@
 #include "ui/commands/command_target.h"
 #include "ui/commands/frame_operations.h"
 #include "ui/frame_parts.h"
-#include "ui/posted_messages.h"
+#include "ui/notification_queue.h"
 #include "ui/status_bar.h"
 #include "ui/ui_context.h"
 #include "ui/views/analysis_notes.h"
@@ -28,7 +28,7 @@ namespace velkor {
 // a sort command goes to the function list before that. The first that knows it decides.
 class CMainFrame : public QMainWindow, public FrameOperations, public CommandTarget {
  public:
-  CMainFrame(UiContext& context, PostedMessages& posted, FrameParts parts);
+  CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts parts);
   ~CMainFrame() override;
 
   // Another document, or none: the title and the commands follow.
@@ -76,7 +76,7 @@ class CMainFrame : public QMainWindow, public FrameOperations, public CommandTar
   QWidget* DialogParent();
 
   UiContext& context_;
-  PostedMessages& posted_;
+  NotificationQueue& posted_;
   FrameParts parts_;
   CommandActions actions_;
   // Owned by their Qt parents.

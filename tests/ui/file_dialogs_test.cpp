@@ -30,7 +30,7 @@ TEST_F(FileNames, PathsOverTheLimitAreRefusedInEveryDialog) {
 TEST(FileNamesOfAnotherCodePage, ANameThatItCannotSpellIsRefused) {
   testing::TestHost host(CodePage::Latin1());
   testing::Recorder recorder(host.codePage);
-  PostedMessages posted;
+  NotificationQueue posted;
   CStkDoc document(host.host, recorder.reporter, posted);
   UiContext context{host.host, recorder.messages, recorder.reporter, document};
   EXPECT_EQ(NameToSave(QString(QChar(0xE9)), context), "\xE9");

@@ -7,7 +7,7 @@
 
 #include "messages/boxes.h"
 #include "messages/catalogue.h"
-#include "ui/posted_messages.h"
+#include "ui/notification_queue.h"
 
 namespace velkor {
 
@@ -32,16 +32,16 @@ class WindowBoxes : public MessageBoxes {
 // Other boxes, with what jobs ask for held back while one is open.
 class HoldingBoxes : public MessageBoxes {
  public:
-  HoldingBoxes(MessageBoxes& boxes, PostedMessages& posted) : boxes_(boxes), posted_(posted) {}
+  HoldingBoxes(MessageBoxes& boxes, NotificationQueue& posted) : boxes_(boxes), posted_(posted) {}
 
   BoxAnswer Show(const StkMessage& message, BoxIcon icon, BoxButtons buttons) override {
-    const PostedMessages::Hold hold(posted_);
+    const NotificationQueue::Hold hold(posted_);
     return boxes_.Show(message, icon, buttons);
   }
 
  private:
   MessageBoxes& boxes_;
-  PostedMessages& posted_;
+  NotificationQueue& posted_;
 };
 
 // The text with places to break the line in words that are longer than a box is wide, as paths and

@@ -1,4 +1,4 @@
-#include "ui/posted_messages.h"
+#include "ui/notification_queue.h"
 
 #include <QEventLoop>
 #include <QTest>
@@ -27,16 +27,16 @@ class Posted : public ::testing::Test {
     loop.exec();
   }
 
-  PostedMessages posted;
+  NotificationQueue posted;
   std::vector<std::string> handled;
   std::function<void(uint32_t)> onNotification;
 };
 
 TEST_F(Posted, RequestsWaitForABoxOfTheUserInterface) {
   {
-    const PostedMessages::Hold outer(posted);
+    const NotificationQueue::Hold outer(posted);
     {
-      const PostedMessages::Hold inner(posted);
+      const NotificationQueue::Hold inner(posted);
       posted.PostRequest();
       posted.Post(1, 0);
       RunLoop();

@@ -22,7 +22,7 @@ namespace velkor {
 // inside the handling of another.
 //
 // Made and destroyed in the user-interface thread; no job may post while it is destroyed.
-class PostedMessages : public QObject, public MessageTarget {
+class NotificationQueue : public QObject, public MessageTarget {
  public:
   struct Handlers {
     std::function<void(uint32_t message, uint64_t parameter)> notification;
@@ -33,16 +33,16 @@ class PostedMessages : public QObject, public MessageTarget {
   // While one lives, requests wait. User-interface thread.
   class Hold {
    public:
-    explicit Hold(PostedMessages& posted);
+    explicit Hold(NotificationQueue& posted);
     ~Hold();
     Hold(const Hold&) = delete;
     Hold& operator=(const Hold&) = delete;
 
    private:
-    PostedMessages& posted_;
+    NotificationQueue& posted_;
   };
 
-  PostedMessages();
+  NotificationQueue();
 
   // User-interface thread. Until then, and after ClearHandlers, everything waits.
   void SetHandlers(Handlers handlers);

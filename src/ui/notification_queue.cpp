@@ -1,4 +1,4 @@
-#include "ui/posted_messages.h"
+#include "ui/notification_queue.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -13,50 +13,50 @@ constexpr qint64 kHandlingMilliseconds = 15;
 
 }  // namespace
 
-PostedMessages::Hold::Hold(PostedMessages& posted) : posted_(posted) {
+NotificationQueue::Hold::Hold(NotificationQueue& posted) : posted_(posted) {
   ++posted_.holds_;
 }
 
-PostedMessages::Hold::~Hold() {
+NotificationQueue::Hold::~Hold() {
   --posted_.holds_;
   posted_.goOn_.start();
 }
 
-PostedMessages::PostedMessages() {
+NotificationQueue::NotificationQueue() {
   goOn_.setSingleShot(true);
   goOn_.setInterval(0);
   connect(&goOn_, &QTimer::timeout, this, [this] { HandleSome(); });
 }
 
-void PostedMessages::SetHandlers(Handlers handlers) {
+void NotificationQueue::SetHandlers(Handlers handlers) {
   handlers_ = std::move(handlers);
   goOn_.start();
 }
 
-void PostedMessages::ClearHandlers() {
+void NotificationQueue::ClearHandlers() {
   handlers_ = {};
 }
 
-void PostedMessages::Post(uint32_t message, uint64_t parameter) {
+void NotificationQueue::Post(uint32_t message, uint64_t parameter) {
   const std::lock_guard lock(mutex_);
   notifications_.push_back({nextNumber_++, message, parameter});
   Wake();
 }
 
-void PostedMessages::PostRequest() {
+void NotificationQueue::PostRequest() {
   const std::lock_guard lock(mutex_);
   requests_.push_back(nextNumber_++);
   Wake();
 }
 
-void PostedMessages::Wake() {
+void NotificationQueue::Wake() {
   if (!awake_) {
     QCoreApplication::postEvent(this, new QEvent(QEvent::User));
     awake_ = true;
   }
 }
 
-bool PostedMessages::event(QEvent* event) {
+bool NotificationQueue::event(QEvent* event) {
   if (event->type() != QEvent::User) {
     return QObject::event(event);
   }
@@ -68,7 +68,7 @@ bool PostedMessages::event(QEvent* event) {
   return true;
 }
 
-void PostedMessages::HandleAll() {
+void NotificationQueue::HandleAll() {
   while (HandleOne()) {
   }
   TellNotified();
@@ -76,7 +76,7 @@ void PostedMessages::HandleAll() {
 
 // The rest waits for a timer, not for another posted event: those would be handled before the
 // user's input.
-void PostedMessages::HandleSome() {
+void NotificationQueue::HandleSome() {
   QElapsedTimer slice;
   slice.start();
   while (slice.elapsed() < kHandlingMilliseconds && HandleOne()) {
@@ -88,14 +88,14 @@ void PostedMessages::HandleSome() {
   }
 }
 
-void PostedMessages::TellNotified() {
+void NotificationQueue::TellNotified() {
   if (std::exchange(notified_, false) && handlers_.notified) {
     handlers_.notified();
   }
 }
 
 // Under the lock.
-PostedMessages::Next PostedMessages::WhatIsNext() const {
+NotificationQueue::Next NotificationQueue::WhatIsNext() const {
   const bool notification = !notifications_.empty() && handlers_.notification && !notifying_;
   const bool request = !requests_.empty() && handlers_.request && !notifying_ && holds_ == 0;
   if (notification && request) {
@@ -104,7 +104,7 @@ PostedMessages::Next PostedMessages::WhatIsNext() const {
   return notification ? Next::kNotification : request ? Next::kRequest : Next::kNothing;
 }
 
-bool PostedMessages::HandleOne() {
+bool NotificationQueue::HandleOne() {
   std::unique_lock lock(mutex_);
   switch (WhatIsNext()) {
     case Next::kNothing:
@@ -128,7 +128,7 @@ bool PostedMessages::HandleOne() {
   return false;
 }
 
-void PostedMessages::HandleNotification(const Notification& notification) {
+void NotificationQueue::HandleNotification(const Notification& notification) {
   const QScopedValueRollback notifying(notifying_, true);
   notified_ = true;
   handlers_.notification(notification.message, notification.parameter);
