@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "document/notifications.h"
+#include "files/paths.h"
 #include "readers/module_entry.h"
 
 namespace velkor {
@@ -71,9 +72,9 @@ bool StkAnalysisJob::ReadModules() {
 void StkAnalysisJob::EnterModule(ModuleReadAhead& modules, size_t number) {
   StkReporter& reporter = parts_.reporter;
   currentPath_ = parts_.project.Modules()[number];
-  const StkTextWriter::Opened opened = modules.Open(number);
-  if (!opened.ok) {
-    ReportNotOpened(opened.failure, currentPath_);
+  const FileFailure failure = modules.Open(number);
+  if (failure != FileFailure::kNone) {
+    ReportNotOpened(failure);
     return;
   }
   reporter.PostLog(MessageKey::kReadingStarted, {currentPath_});
@@ -87,18 +88,21 @@ void StkAnalysisJob::EnterModule(ModuleReadAhead& modules, size_t number) {
   }
 }
 
-void StkAnalysisJob::ReportNotOpened(MessageKey failure, const std::string& path) {
+void StkAnalysisJob::ReportNotOpened(FileFailure failure) {
   StkReporter& reporter = parts_.reporter;
-  if (failure == MessageKey::kW9431) {
+  if (currentPath_.size() > kMaxPathLength) {
+    reporter.PostWarning(MessageKey::kW9407, {currentPath_});
+    return;
+  }
+  if (failure == FileFailure::kNotFound) {
     const StkMessages& messages = reporter.Messages();
-    reporter.PostWarning(failure, {messages.Text(MessageKey::kCompilerName),
-                                   messages.Text(MessageKey::kAssemblerSourceModuleFile), path});
+    reporter.PostWarning(MessageKey::kW9431,
+                         {messages.Text(MessageKey::kCompilerName),
+                          messages.Text(MessageKey::kAssemblerSourceModuleFile), currentPath_});
   } else {
-    reporter.PostWarning(failure, {path});
+    reporter.PostWarning(MessageKey::kW9401, {currentPath_});
   }
-  if (failure != MessageKey::kW9407) {
-    reporter.PostLog(MessageKey::kReadingAborted, {path});
-  }
+  reporter.PostLog(MessageKey::kReadingAborted, {currentPath_});
 }
 
 }  // namespace velkor

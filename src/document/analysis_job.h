@@ -41,7 +41,7 @@ class StkAnalysisJob : public StkJob {
   // False after a stop.
   bool ReadModules();
   void EnterModule(ModuleReadAhead& modules, size_t number);
-  void ReportNotOpened(MessageKey failure, const std::string& path);
+  void ReportNotOpened(FileFailure failure);
 
   AnalysisParts parts_;
   std::string currentPath_;

@@ -65,7 +65,7 @@ bool ModuleReadAhead::MayBeRead() const {
   return next_ < paths_.size() && next_ < current_ + slots_.size();
 }
 
-StkTextWriter::Opened ModuleReadAhead::Open(size_t module) {
+FileFailure ModuleReadAhead::Open(size_t module) {
   {
     const std::lock_guard lock(mutex_);
     current_ = module;
@@ -81,10 +81,10 @@ StkTextWriter::Opened ModuleReadAhead::Open(size_t module) {
     WaitFor(Stage::kOpen);
   }
   const Slot& slot = SlotOf(module);
-  if (!slot.opened.ok && slot.failure) {
+  if (slot.opening != FileFailure::kNone && slot.failure) {
     std::rethrow_exception(slot.failure);
   }
-  return slot.opened;
+  return slot.opening;
 }
 
 const ModuleRecording& ModuleReadAhead::Read() {
@@ -122,7 +122,7 @@ void ModuleReadAhead::ReadNext(std::unique_lock<std::mutex>& lock) {
   lock.unlock();
   OpenFile(module);
   Slot& slot = SlotOf(module);
-  if (slot.opened.ok) {
+  if (slot.opening == FileFailure::kNone) {
     ReadFile(slot);
   }
   lock.lock();
@@ -131,11 +131,14 @@ void ModuleReadAhead::ReadNext(std::unique_lock<std::mutex>& lock) {
 void ModuleReadAhead::OpenFile(size_t module) {
   Slot& slot = SlotOf(module);
   slot.failure = nullptr;
-  slot.opened = {false, MessageKey::kW9407};
+  slot.opening = FileFailure::kOther;
   try {
     if (paths_[module].size() <= kMaxPathLength) {
-      slot.file.emplace(host_);
-      slot.opened = slot.file->OpenForRead(paths_[module]);
+      OpenResult<InputFile> opened = host_.files.OpenForRead(paths_[module]);
+      if (opened.file) {
+        slot.file.emplace(std::move(opened.file));
+      }
+      slot.opening = opened.failure;
     }
   } catch (...) {
     slot.failure = std::current_exception();

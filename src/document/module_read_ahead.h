@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "core/string_list.h"
-#include "files/text_writer.h"
+#include "files/text_input_file.h"
 #include "platform/event.h"
 #include "platform/host.h"
 #include "platform/worker_thread.h"
@@ -33,8 +33,8 @@ class ModuleReadAhead {
 
   // The owner's thread, for module 0, then 1 and so on: Open waits until the file is open, Read,
   // only when it could be opened, until it has been read. Both throw what the reading threw.
-  // W9407, without a try, for a path that is too long.
-  StkTextWriter::Opened Open(size_t module);
+  // A path that is too long fails without a try.
+  FileFailure Open(size_t module);
   // Valid until the next Open.
   const ModuleRecording& Read();
 
@@ -45,8 +45,8 @@ class ModuleReadAhead {
   // the stage, under the mutex, tells when others may look.
   struct Slot {
     Stage stage = Stage::kWaiting;
-    std::optional<StkTextWriter> file;
-    StkTextWriter::Opened opened;
+    std::optional<TextInputFile> file;
+    FileFailure opening{};
     ModuleRecording recording;
     std::exception_ptr failure;
   };

@@ -12,7 +12,7 @@ constexpr size_t kReadLimit = 5119;  // keeps one character less
 
 }  // namespace
 
-StkAsmModuleReader::StkAsmModuleReader(StkTextWriter& file, Event& stopEvent,
+StkAsmModuleReader::StkAsmModuleReader(TextInputFile& file, Event& stopEvent,
                                        const CodePage& codePage, ModuleRecording& recording)
     : file_(file), stopEvent_(stopEvent), recording_(recording), parser_(codePage, recording) {}
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "files/text_writer.h"
+#include "files/text_input_file.h"
 #include "platform/event.h"
 #include "readers/module_parser.h"
 #include "readers/module_recording.h"
@@ -19,7 +19,7 @@ class StkAsmModuleReader {
   static constexpr uint32_t kLinesPerStopTest = 100;
 
   // An empty recording, which is complete when Read returns.
-  StkAsmModuleReader(StkTextWriter& file, Event& stopEvent, const CodePage& codePage,
+  StkAsmModuleReader(TextInputFile& file, Event& stopEvent, const CodePage& codePage,
                      ModuleRecording& recording);
 
   void Read();
@@ -28,7 +28,7 @@ class StkAsmModuleReader {
   void SkipCode();
   ModuleRecording::End ReadLines();
 
-  StkTextWriter& file_;
+  TextInputFile& file_;
   Event& stopEvent_;
   ModuleRecording& recording_;
   ModuleParser parser_;

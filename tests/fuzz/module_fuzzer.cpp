@@ -22,7 +22,7 @@ enum class Reading {
 };
 
 // What the reader must come to the same as.
-void ReadEachLine(StkTextWriter& file, const CodePage& codePage, ModuleRecording& recording) {
+void ReadEachLine(TextInputFile& file, const CodePage& codePage, ModuleRecording& recording) {
   ModuleParser parser(codePage, recording);
   TextLine line;
   uint32_t number = 0;
@@ -50,8 +50,7 @@ class ModuleRun {
 
   void Read(std::string_view text) {
     host.files.Put(kModule, std::string(text));
-    StkTextWriter file(host.host);
-    Require(file.OpenForRead(kModule).ok, "a module opens");
+    TextInputFile file(host.files.OpenForRead(kModule).file);
     ModuleRecording recording;
     if (reading_ == Reading::kEachLine) {
       ReadEachLine(file, host.codePage, recording);

@@ -17,8 +17,7 @@ inline constexpr const char* kModulePath = "C:\\p\\m.asm";
 // What the reader records of a module of these bytes.
 inline ModuleRecording Record(TestHost& host, std::string bytes, bool stopped = false) {
   host.files.Put(kModulePath, std::move(bytes));
-  StkTextWriter file(host.host);
-  EXPECT_TRUE(file.OpenForRead(kModulePath).ok);
+  TextInputFile file(host.files.OpenForRead(kModulePath).file);
   Event stopEvent(Event::Reset::kManual);
   if (stopped) {
     stopEvent.Set();
