@@ -4,7 +4,7 @@
 
 #include "document/notifications.h"
 #include "files/paths.h"
-#include "readers/module_entry.h"
+#include "readers/tarn/module_entry.h"
 
 namespace velkor {
 

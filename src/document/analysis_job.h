@@ -8,7 +8,7 @@
 #include "document/module_read_ahead.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
-#include "readers/project.h"
+#include "readers/tarn/project.h"
 
 namespace velkor {
 

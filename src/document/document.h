@@ -17,7 +17,7 @@
 #include "messages/reporter.h"
 #include "platform/host.h"
 #include "platform/message_target.h"
-#include "readers/project.h"
+#include "readers/tarn/project.h"
 
 namespace velkor {
 

@@ -4,7 +4,7 @@
 #include <system_error>
 
 #include "files/paths.h"
-#include "readers/module_reader.h"
+#include "readers/tarn/module_reader.h"
 
 namespace velkor {
 

@@ -13,7 +13,7 @@
 #include "platform/event.h"
 #include "platform/host.h"
 #include "platform/worker_thread.h"
-#include "readers/module_recording.h"
+#include "readers/tarn/module_recording.h"
 
 namespace velkor {
 

@@ -6,9 +6,9 @@
 #include "fuzz/fuzzers.h"
 #include "fuzz/invariants.h"
 #include "fuzz/require.h"
-#include "readers/module_entry.h"
-#include "readers/module_parser.h"
-#include "readers/module_reader.h"
+#include "readers/tarn/module_entry.h"
+#include "readers/tarn/module_parser.h"
+#include "readers/tarn/module_reader.h"
 
 namespace velkor::testing {
 

@@ -10,7 +10,7 @@
 #include "fuzz/invariants.h"
 #include "fuzz/require.h"
 #include "platform/profile_file.h"
-#include "readers/project.h"
+#include "readers/tarn/project.h"
 
 namespace velkor::testing {
 
