@@ -2,13 +2,12 @@
 
 #include <string>
 
-#include "core/file_table.h"
 #include "core/recompute.h"
 #include "document/job.h"
 #include "document/module_read_ahead.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
-#include "readers/tarn/project.h"
+#include "readers/program_input.h"
 
 namespace velkor {
 
@@ -16,19 +15,18 @@ namespace velkor {
 struct AnalysisParts {
   Host& host;
   StkReporter& reporter;
-  StkProject& project;
-  StkFileTable& files;
-  StkFunctionTable& functions;
+  ProgramInput& input;
+  FunctionDatabase database;
 };
 
-// Enters the modules of the project in order and resolves their calls. When it is stopped it posts
+// Enters the modules of the input in order and resolves their calls. When it is stopped it posts
 // no end notification, and what it has entered so far is the owner's to discard.
 class StkAnalysisJob : public StkJob {
  public:
   StkAnalysisJob(AnalysisParts parts, MessageTarget& mainWindow);
   ~StkAnalysisJob() override;
 
-  // Every module of the project was tried and their calls are resolved. Valid after Wait; false
+  // Every module of the input was tried and their calls are resolved. Valid after Wait; false
   // too when not one module file exists.
   bool Completed() const { return completed_; }
 

@@ -4,6 +4,7 @@
 
 #include "core/adjustments.h"
 #include "files/paths.h"
+#include "readers/open_input.h"
 
 namespace velkor {
 
@@ -54,7 +55,7 @@ bool CStkDoc::OnOpenDocument(std::string_view path) {
 void CStkDoc::DeleteContents() {
   StopAllJobs();
   currentSelection_ = nullptr;
-  project_.reset();
+  input_.reset();
   DiscardTables();
   knownSystemFile_.reset();
 }
@@ -91,22 +92,21 @@ bool CStkDoc::LoadProject(std::string_view path) {
     reporter_.ShowWarning(MessageKey::kW9407, {path});
     return false;
   }
-  auto project = std::make_unique<StkProject>(host_, reporter_);
-  if (!project->Load(path)) {
+  input_ = OpenInput(path, host_, reporter_);
+  if (!input_) {
     return false;
   }
-  project_ = std::move(project);
   anyJobFailed_ = false;
   return true;
 }
 
 void CStkDoc::StartAnalysis() {
-  if (!project_ || fileTable_) {
+  if (!input_ || fileTable_) {
     return;
   }
   MakeTables();
   analysisJob_ = std::make_unique<StkAnalysisJob>(
-      AnalysisParts{host_, reporter_, *project_, *fileTable_, *functionTable_}, mainWindow_);
+      AnalysisParts{host_, reporter_, *input_, {*functionTable_, *fileTable_}}, mainWindow_);
   analysisJob_->Start();
 }
 
@@ -135,12 +135,12 @@ void CStkDoc::FinishAnalysis() {
 }
 
 void CStkDoc::StartSpecRead() {
-  if (!project_ || !functionTable_ || !CanChangeAnalysis()) {
+  if (!input_ || !functionTable_ || !CanChangeAnalysis()) {
     return;
   }
   readFromUserFile_ = false;
   saveAfterReading_ = false;
-  StartReading(project_->BuildSpecSources());
+  StartReading(input_->BuildSpecSources());
 }
 
 bool CStkDoc::LoadSpecFile(std::string_view path, bool saveAfter) {

@@ -17,7 +17,7 @@
 #include "messages/reporter.h"
 #include "platform/host.h"
 #include "platform/message_target.h"
-#include "readers/tarn/project.h"
+#include "readers/program_input.h"
 
 namespace velkor {
 
@@ -73,7 +73,7 @@ class CStkDoc {
   const std::string& PathName() const { return pathName_; }
   // The tables belong to the job while IsAnalysing or IsReadingSpecifications holds: nothing of
   // them may be read meanwhile, not even a count.
-  StkProject* Project() { return project_.get(); }
+  ProgramInput* Input() { return input_.get(); }
   StkFunctionTable* FunctionTable() { return functionTable_.get(); }
   StkRootList* RootList() { return rootList_.get(); }
   // The bounds of the functions, brought up to date now: computed only where somebody asks. They
@@ -147,7 +147,7 @@ class CStkDoc {
   MessageTarget& mainWindow_;
   std::vector<View*> views_;
   std::string pathName_;
-  std::unique_ptr<StkProject> project_;
+  std::unique_ptr<ProgramInput> input_;
   std::unique_ptr<StkFileTable> fileTable_;
   std::unique_ptr<StkFunctionTable> functionTable_;
   std::unique_ptr<StkRootList> rootList_;

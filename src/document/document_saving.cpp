@@ -14,7 +14,7 @@ void CStkDoc::SaveSystemFile() {
   }
   EndSpecWrite();
   systemSaveDue_ = false;
-  StartWriting(StkSpecWriter::Mode::kAutomatic, project_->SystemFilePath());
+  StartWriting(StkSpecWriter::Mode::kAutomatic, input_->SystemFilePath());
 }
 
 bool CStkDoc::SaveSpecFile(std::string_view path) {
@@ -80,8 +80,7 @@ void CStkDoc::FinishChainSave() {
 }
 
 bool CStkDoc::HasFunctionsToWrite() const {
-  return project_ && functionTable_ && functionTable_->Count() != 0 && !analysisJob_ &&
-         !specReadJob_;
+  return input_ && functionTable_ && functionTable_->Count() != 0 && !analysisJob_ && !specReadJob_;
 }
 
 void CStkDoc::StartWriting(StkSpecWriter::Mode mode, std::string path) {
@@ -118,10 +117,10 @@ void CStkDoc::SettleSystemSave() {
 }
 
 std::vector<std::string> CStkDoc::InputPaths(bool withSources) {
-  std::vector<std::string> paths{project_->Path()};
-  paths.insert(paths.end(), project_->Modules().begin(), project_->Modules().end());
+  std::vector<std::string> paths{input_->Path()};
+  paths.insert(paths.end(), input_->Modules().begin(), input_->Modules().end());
   if (withSources) {
-    for (const auto& source : project_->BuildSpecSources()) {
+    for (const auto& source : input_->BuildSpecSources()) {
       paths.push_back(source->Path());
     }
   }

@@ -16,7 +16,7 @@ TEST_F(DocumentTest, ARecalculationThatFailsCanBeTriedAgain) {
   host.files.Remove(kProject);
   document.Recalculate();
   EXPECT_FALSE(document.IsAnalysing());
-  EXPECT_EQ(document.Project(), nullptr);
+  EXPECT_EQ(document.Input(), nullptr);
   EXPECT_EQ(document.PathName(), kProject);
   PutChain();
   PutModule("b", {"g 40"});

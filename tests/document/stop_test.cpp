@@ -19,7 +19,7 @@ TEST_F(StopTest, InEveryModuleLeavesAProjectWithEmptyTables) {
     StopHeld([this] { document.StopAnalysis(); });
     host.files.OnRead(ModulePath(name), nullptr);
     recorder.queue.Drain();
-    EXPECT_NE(document.Project(), nullptr);
+    EXPECT_NE(document.Input(), nullptr);
     EXPECT_EQ(document.FunctionTable()->Count(), 0u);
     EXPECT_TRUE(document.RootList()->empty());
     EXPECT_FALSE(document.IsReadingSpecifications());

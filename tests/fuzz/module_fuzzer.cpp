@@ -58,21 +58,21 @@ class ModuleRun {
       StkAsmModuleReader(file, stopEvent_, host.codePage, recording).Read();
     }
     const std::string path = kModule;
-    ModuleEntry entry(path, {functions, files, project}, host.host, host.reporter);
+    ModuleEntry entry(path, {{functions, files}, project_, compiler}, host.host, host.reporter);
     const size_t linesBefore = host.log.lines.size();
     const ModuleEntry::Result result = entry.Enter(recording);
     Require(result != ModuleEntry::Result::kStopped, "nobody stopped the reading");
     Require(result == ModuleEntry::Result::kWhole || host.log.lines.size() > linesBefore,
             "a module that is given up is reported");
     if (functions.Count() > 0) {
-      Require(project.compilerInfo.series != 0 && project.runtimeNames.loaded,
+      Require(compiler.info.series != 0 && compiler.runtimeNames,
               "functions come from an accepted module");
     }
   }
 
   // Everything that the modules have said, as text.
   std::string Said() const {
-    std::string text = std::to_string(project.compilerInfo.version) + "\n";
+    std::string text = std::to_string(compiler.info.version) + "\n";
     for (const auto& function : functions.Functions()) {
       text += std::string(function->name) + " " +
               (function->file != nullptr ? function->file->name : "") + " " +
@@ -92,9 +92,10 @@ class ModuleRun {
   FuzzHost host;
   StkFunctionTable functions{host.codePage};
   StkFileTable files{host.codePage};
-  StkProject project{host.host, host.reporter};
+  AcceptedCompiler compiler;
 
  private:
+  const StkProject project_{host.host, host.reporter};
   const Reading reading_;
   Event stopEvent_{Event::Reset::kManual};
 };

@@ -90,9 +90,7 @@ StkLibraryTable::StkLibraryTable(LibraryTableKind kind, const StkProject& projec
     : StkSpecReader(SpecificationKind::kLibraryTable, TablePath(kind, project, host, reporter),
                     host, reporter),
       resourceId_(static_cast<uint32_t>(NameKey(kind))),
-      displayName_(reporter.Messages().Text(NameKey(kind))) {
-  usesBuiltIn_ = kind == LibraryTableKind::kRuntimeHelpers && project.runtimeNames.builtIn;
-}
+      displayName_(reporter.Messages().Text(NameKey(kind))) {}
 
 std::unique_ptr<StkByteSource> StkLibraryTable::Open() {
   std::unique_ptr<StkByteSource> file = usesBuiltIn_ ? nullptr : OpenFile();
@@ -107,12 +105,8 @@ std::unique_ptr<StkByteSource> StkLibraryTable::Open() {
   return builtIn ? std::make_unique<StkMemorySource>(*builtIn) : nullptr;
 }
 
-void LoadRuntimeNameSet(StkProject& project, Host& host, StkReporter& reporter) {
-  RuntimeNameSet& set = project.runtimeNames;
-  if (set.loaded) {
-    return;
-  }
-  set.loaded = true;
+RuntimeNameSet LoadRuntimeNames(const StkProject& project, Host& host, StkReporter& reporter) {
+  RuntimeNameSet set;
   StkLibraryTable table(LibraryTableKind::kRuntimeHelpers, project, host, reporter);
   table.SetNoMissingWarning();
   if (!ReadNames(table, host.codePage, set)) {
@@ -120,6 +114,7 @@ void LoadRuntimeNameSet(StkProject& project, Host& host, StkReporter& reporter) 
     ReadNames(table, host.codePage, set);
   }
   set.builtIn = table.UsesBuiltIn();
+  return set;
 }
 
 }  // namespace velkor

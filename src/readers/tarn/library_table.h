@@ -4,6 +4,7 @@
 #include <string>
 
 #include "files/spec_reader.h"
+#include "readers/tarn/name_set.h"
 #include "readers/tarn/project.h"
 
 namespace velkor {
@@ -21,8 +22,9 @@ class StkLibraryTable : public StkSpecReader {
   // W9427 is not reported: only the names are wanted.
   void SetNoMissingWarning() { noMissingWarning_ = true; }
   std::unique_ptr<StkByteSource> Open() override;
+  // The file is not tried.
   void UseBuiltIn() { usesBuiltIn_ = true; }
-  // After Open. The runtime helper table is the one that the helpers' names came from.
+  // After Open.
   bool UsesBuiltIn() const { return usesBuiltIn_; }
 
  private:
@@ -32,8 +34,7 @@ class StkLibraryTable : public StkSpecReader {
   std::string displayName_;
 };
 
-// Fills the project's set of runtime helper names, once per project load. The analysis job's
-// thread.
-void LoadRuntimeNameSet(StkProject& project, Host& host, StkReporter& reporter);
+// The names of the runtime helper table that the project's options choose. Any thread.
+RuntimeNameSet LoadRuntimeNames(const StkProject& project, Host& host, StkReporter& reporter);
 
 }  // namespace velkor

@@ -43,14 +43,14 @@ bool ModuleEntry::EnterEvent(const ModuleRecording& recording, ModuleRecording::
     case Step::kHeader:
       return AcceptHeader(recording);
     case Step::kSourceFile:
-      currentFile_ = &destination_.files.Intern(recording.sourceFile);
+      currentFile_ = &destination_.database.files.Intern(recording.sourceFile);
       break;
     case Step::kFunction:
       AddFunction(recording, event.value);
       break;
     case Step::kCallee:
-      destination_.functions.AddCallName(*currentRecord_,
-                                         TableNameOf(recording.names, event.value));
+      destination_.database.functions.AddCallName(*currentRecord_,
+                                                  TableNameOf(recording.names, event.value));
       break;
     case Step::kIndirectCall:
       currentRecord_->flags |= FN_INDIRECT_CALL;
@@ -65,17 +65,17 @@ bool ModuleEntry::AcceptHeader(const ModuleRecording& recording) {
     reporter_.PostWarning(MessageKey::kW9434, {modulePath_});
     return false;
   }
-  StkCompilerInfo& projectInfo = destination_.project.compilerInfo;
-  const bool isFirst = projectInfo.series == 0;
+  StkCompilerInfo& accepted = destination_.compiler.info;
+  const bool isFirst = accepted.series == 0;
   moduleInfo_.AdoptOrMatchSeries(series);
   moduleInfo_.AdoptOrMatchVersion(recording.version);
-  projectInfo.AdoptOrMatchSeries(series);
-  if (!projectInfo.AdoptOrMatchVersion(recording.version)) {
+  accepted.AdoptOrMatchSeries(series);
+  if (!accepted.AdoptOrMatchVersion(recording.version)) {
     reporter_.PostWarning(MessageKey::kW9435, {modulePath_});
     return false;
   }
   if (isFirst) {
-    LoadRuntimeNameSet(destination_.project, host_, reporter_);
+    destination_.compiler.runtimeNames = LoadRuntimeNames(destination_.project, host_, reporter_);
   }
   return true;
 }
@@ -108,8 +108,8 @@ ModuleEntry::Result ModuleEntry::ReportEnd(const ModuleRecording& recording) {
 
 void ModuleEntry::AddFunction(const ModuleRecording& recording, uint32_t number) {
   const ModuleRecording::Function& function = recording.functions[number];
-  StkFunction& record =
-      destination_.functions.AddDefined(TableNameOf(recording.names, function.name), *currentFile_);
+  StkFunction& record = destination_.database.functions.AddDefined(
+      TableNameOf(recording.names, function.name), *currentFile_);
   if (!function.isStatic) {
     record.flags |= FN_GLOBAL;
   }
@@ -137,14 +137,14 @@ void ModuleEntry::AddRuntimeHelpers(const ModuleRecording& recording, uint32_t n
   for (size_t i = recording.functions[number].firstHelper; i < end; ++i) {
     const uint32_t name = TableNameOfHelper(recording.helperNames, recording.helpers[i]);
     if (name != NameTable::kNone) {
-      destination_.functions.AddCallName(*currentRecord_, name);
+      destination_.database.functions.AddCallName(*currentRecord_, name);
     }
   }
 }
 
 uint32_t ModuleEntry::TableNameOf(const StkNameSet& names, uint32_t name) {
   if (names_.empty()) {
-    names_ = destination_.functions.NumbersOfNames(names.Table());
+    names_ = destination_.database.functions.NumbersOfNames(names.Table());
   }
   return names_[name];
 }
@@ -154,8 +154,9 @@ uint32_t ModuleEntry::TableNameOfHelper(const StkNameSet& helperNames, uint32_t 
   TableName& known = helpers_[helper];
   if (!known) {
     const std::string name = "@" + std::string(helperNames.Name(helper));
-    const bool isListed = destination_.project.runtimeNames.Contains(name);
-    known = isListed ? destination_.functions.NumberOfName("_" + name) : NameTable::kNone;
+    const std::optional<RuntimeNameSet>& listed = destination_.compiler.runtimeNames;
+    const bool isListed = listed && listed->Contains(name);
+    known = isListed ? destination_.database.functions.NumberOfName("_" + name) : NameTable::kNone;
   }
   return *known;
 }

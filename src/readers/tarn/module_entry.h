@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
-#include "core/file_table.h"
-#include "core/function_table.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
+#include "readers/program_input.h"
+#include "readers/tarn/accepted_compiler.h"
 #include "readers/tarn/module_recording.h"
 #include "readers/tarn/project.h"
 
@@ -16,9 +16,9 @@ namespace velkor {
 
 // Where a module's functions go.
 struct ModuleDestination {
-  StkFunctionTable& functions;
-  StkFileTable& files;
-  StkProject& project;  // compilerInfo and runtimeNames
+  FunctionDatabase database;
+  const StkProject& project;
+  AcceptedCompiler& compiler;
 };
 
 // Enters what was recorded of one module into the function database, checks that the module comes
@@ -27,16 +27,13 @@ struct ModuleDestination {
 // on the compiler's version and brings the runtime helper names.
 class ModuleEntry {
  public:
-  enum class Result {
-    kWhole,   // read to its end, with an accepted header
-    kFailed,  // ended early, and reported; the records made before stay
-    kStopped,
-  };
+  using Result = ModuleReader::Entered;
 
   // modulePath must outlive the entry.
   ModuleEntry(const std::string& modulePath, ModuleDestination destination, Host& host,
               StkReporter& reporter);
 
+  // kWhole: read to its end, with an accepted header.
   Result Enter(const ModuleRecording& recording);
 
  private:

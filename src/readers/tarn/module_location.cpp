@@ -1,6 +1,7 @@
+#include "readers/tarn/module_location.h"
+
 #include "files/paths.h"
 #include "readers/tarn/host_spelling.h"
-#include "readers/tarn/project.h"
 
 namespace velkor {
 
@@ -21,17 +22,17 @@ std::string OutputSetting(std::string_view sourceFile, const StkProjectFile& pro
 
 }  // namespace
 
-bool StkProject::LocateModuleFile(std::string_view sourceName, const StkProjectFile& projectFile,
-                                  std::string& modulePath) {
-  const CodePage& page = host_.codePage;
+std::optional<std::string> LocateModuleFile(std::string_view sourceName,
+                                            const StkProjectFile& projectFile, Host& host) {
+  const CodePage& page = host.codePage;
   if (!page.EqualIgnoreCase(Extension(sourceName, page), kSourceExtension)) {
-    return false;
+    return std::nullopt;
   }
-  const std::string source = AbsoluteAgainst(sourceName, projectFile.projectDirectory, host_);
+  const std::string source = AbsoluteAgainst(sourceName, projectFile.projectDirectory, host);
   const std::string_view sourceFile = FileNamePart(source, page);
   std::string output =
-      AbsoluteAgainst(OutputSetting(sourceFile, projectFile), projectFile.projectDirectory, host_);
-  if (host_.files.IsDirectory(output)) {
+      AbsoluteAgainst(OutputSetting(sourceFile, projectFile), projectFile.projectDirectory, host);
+  if (host.files.IsDirectory(output)) {
     output = Join(output, ReplaceExtension(sourceFile, kModuleExtension, page), page);
   } else {
     const std::string_view extension = Extension(output, page);
@@ -41,8 +42,7 @@ bool StkProject::LocateModuleFile(std::string_view sourceName, const StkProjectF
       output.pop_back();
     }
   }
-  modulePath = HostSpelling(std::move(output), host_);
-  return true;
+  return HostSpelling(std::move(output), host);
 }
 
 }  // namespace velkor

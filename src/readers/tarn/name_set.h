@@ -29,10 +29,9 @@ class StkNameSet {
   NameTable names_;
 };
 
-// The names of the runtime helper table, "@" included; filled at most once per project load.
+// The names of the runtime helper table, "@" included.
 struct RuntimeNameSet {
   StkNameSet names;
-  bool loaded = false;
   bool builtIn = false;  // of the table in the program: sizes are to come from the same
 
   bool Contains(std::string_view name) const { return names.Contains(name); }

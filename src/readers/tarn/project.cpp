@@ -1,7 +1,7 @@
 #include "readers/tarn/project.h"
 
 #include "files/paths.h"
-#include "readers/tarn/library_table.h"
+#include "readers/tarn/module_location.h"
 
 namespace velkor {
 
@@ -25,14 +25,6 @@ bool IsNonZeroNumber(std::string_view text) {
 }
 
 }  // namespace
-
-void StkProjectBase::ReadOptions(const StkProjectFile& /*projectFile*/) {}
-
-bool StkProjectBase::LocateModuleFile(std::string_view /*sourceName*/,
-                                      const StkProjectFile& /*projectFile*/,
-                                      std::string& /*modulePath*/) {
-  return false;
-}
 
 StkProject::StkProject(Host& host, StkReporter& reporter)
     : host_(host), reporter_(reporter), modules_(StkStringList::IgnoringCase(host.codePage)) {}
@@ -94,9 +86,8 @@ void StkProject::ReadModules(const StkProjectFile& projectFile) {
     if (source.empty()) {
       return;
     }
-    std::string modulePath;
-    if (LocateModuleFile(source, projectFile, modulePath)) {
-      modules_.Add(modulePath);
+    if (const auto modulePath = LocateModuleFile(source, projectFile, host_)) {
+      modules_.Add(*modulePath);
     }
   }
 }
@@ -112,20 +103,6 @@ void StkProject::ReadOptions(const StkProjectFile& projectFile) {
 
 std::string StkProject::SystemFilePath() const {
   return ReplaceExtension(path_, ".psg", host_.codePage);
-}
-
-std::vector<std::unique_ptr<StkSpecReader>> StkProject::BuildSpecSources() {
-  std::vector<std::unique_ptr<StkSpecReader>> sources;
-  if (compilerInfo.series != 0 && compilerInfo.RuntimeHelpersAccepted()) {
-    sources.push_back(std::make_unique<StkLibraryTable>(LibraryTableKind::kRuntimeHelpers, *this,
-                                                        host_, reporter_));
-    if (libraryCheck_) {
-      sources.push_back(
-          std::make_unique<StkLibraryTable>(LibraryTableKind::kStandard, *this, host_, reporter_));
-    }
-  }
-  sources.push_back(std::make_unique<StkSystemFileReader>(SystemFilePath(), host_, reporter_));
-  return sources;
 }
 
 }  // namespace velkor

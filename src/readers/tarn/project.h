@@ -1,42 +1,19 @@
 #pragma once
 
-#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "core/string_list.h"
-#include "files/spec_reader.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
-#include "platform/profile_file.h"
-#include "readers/tarn/compiler_info.h"
-#include "readers/tarn/name_set.h"
 
 namespace velkor {
 
-// What Load reads of a project file while it works out the module list; gone afterwards.
-struct StkProjectFile {
-  std::string path;
-  std::string projectDirectory;  // absolute
-  std::string outputSetting;     // project-wide; possibly empty
-  std::string optionsSection;
-  const ProfileFile& profile;
-};
-
-// What a project must answer; the base answers nothing.
-class StkProjectBase {
- public:
-  virtual ~StkProjectBase() = default;
-  virtual void ReadOptions(const StkProjectFile& projectFile);
-  // The module path of a source of the project; false when it is not a C source.
-  virtual bool LocateModuleFile(std::string_view sourceName, const StkProjectFile& projectFile,
-                                std::string& modulePath);
-};
+struct StkProjectFile;
 
 // A project file and what it says of the analysis. Loaded once, in the user-interface thread;
-// then read by the jobs. compilerInfo and runtimeNames are written by the analysis job only.
-class StkProject : public StkProjectBase {
+// then read by the jobs.
+class StkProject {
  public:
   static constexpr int kMaxSources = 2048;
 
@@ -52,20 +29,12 @@ class StkProject : public StkProjectBase {
   bool FloatingPoint() const { return floatingPoint_; }
   bool StaticModel() const { return staticModel_; }
   std::string SystemFilePath() const;
-  // Applying tables, then always the stk system file.
-  std::vector<std::unique_ptr<StkSpecReader>> BuildSpecSources();
-
-  StkCompilerInfo compilerInfo;
-  RuntimeNameSet runtimeNames;
-
-  void ReadOptions(const StkProjectFile& projectFile) override;
-  bool LocateModuleFile(std::string_view sourceName, const StkProjectFile& projectFile,
-                        std::string& modulePath) override;
 
  private:
   void ReportUnreadable(FileFailure failure);
   void ReportIllegal();
   void ReadModules(const StkProjectFile& projectFile);
+  void ReadOptions(const StkProjectFile& projectFile);
 
   Host& host_;
   StkReporter& reporter_;

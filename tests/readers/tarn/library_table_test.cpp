@@ -5,6 +5,7 @@
 #include <regex>
 #include <sstream>
 
+#include "readers/tarn/spec_sources.h"
 #include "support/recorder.h"
 #include "support/test_host.h"
 
@@ -102,9 +103,14 @@ TEST_F(LibraryTableTest, VariantsAreReplacedByThePlainTable) {
 }
 
 TEST_F(LibraryTableTest, TheSizesComeFromTheTableOfTheNames) {
-  LoadRuntimeNameSet(project_, host_.host, recorder_.reporter);
+  AcceptedCompiler compiler{{1, 0x370}, {}};
+  compiler.runtimeNames = LoadRuntimeNames(project_, host_.host, recorder_.reporter);
   host_.files.Put("C:\\data\\ltr.txt", "[@late], ADD=1\n");
-  EXPECT_EQ(SizesOf(BuiltIn(LibraryTableKind::kRuntimeHelpers)).size(), 135U);
+  const auto sources = SpecSourcesOf(project_, compiler, host_.host, recorder_.reporter);
+  ASSERT_FALSE(sources.empty());
+  const std::unique_ptr<StkByteSource> helpers = sources.front()->Open();
+  ASSERT_NE(helpers, nullptr);
+  EXPECT_EQ(SizesOf(Content(*helpers)).size(), 135U);
 }
 
 TEST_F(LibraryTableTest, RuntimeNames) {
@@ -113,8 +119,7 @@ TEST_F(LibraryTableTest, RuntimeNames) {
       "[@ftols]\r \t@fmul , ADD=x\r\n\n  # [@comment]\n#[@comment], ADD=1\n,\n[], ADD=1\n"
       "[@fadd],ADD=1\n[@open\n\xE3\x80\x80[@wide]tail\n@a]b\n" +
           std::string(6000, 'l') + ",");
-  LoadRuntimeNameSet(project_, host_.host, recorder_.reporter);
-  const RuntimeNameSet& names = project_.runtimeNames;
+  const RuntimeNameSet names = LoadRuntimeNames(project_, host_.host, recorder_.reporter);
   for (const char* name : {"@ftols", "@fmul", "@fadd", "@open", "@wide", "@a]b"}) {
     EXPECT_TRUE(names.Contains(name)) << name;
   }

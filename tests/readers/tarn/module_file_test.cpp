@@ -44,7 +44,7 @@ TEST(ModuleExample, NoLineCanBeMissed) {
     switch (without) {
       case 0: {
         EXPECT_EQ(reading.Log(), Names());
-        EXPECT_EQ(reading.project.compilerInfo.version, 0x370U);
+        EXPECT_EQ(reading.compiler.info.version, 0x370U);
         const StkFunction& main = reading.Function("_main");
         EXPECT_EQ(main.flags, FN_DEFINED | FN_GLOBAL);
         EXPECT_EQ(main.file->name, "C:\\p\\main.c");
@@ -125,8 +125,8 @@ TEST(ModuleHeader, AcceptsBanners) {
     ModuleReading reading;
     EXPECT_TRUE(reading.Read(line));
     EXPECT_EQ(reading.Log(), Names());
-    EXPECT_EQ(reading.project.compilerInfo.series, 1U);
-    EXPECT_EQ(reading.project.compilerInfo.version, version);
+    EXPECT_EQ(reading.compiler.info.series, 1U);
+    EXPECT_EQ(reading.compiler.info.version, version);
     EXPECT_EQ(reading.functions.Count(), 0U);
   }
 }
@@ -145,8 +145,8 @@ TEST(ModuleHeader, RefusesWhatIsNoBanner) {
     EXPECT_FALSE(reading.Read(line + "\n"));
     EXPECT_EQ(reading.Log(), Names({FormatErrorAt(1), kAborted}));
     EXPECT_EQ(reading.BoxCount(), 1U);
-    EXPECT_EQ(reading.project.compilerInfo.series, 0U);
-    EXPECT_FALSE(reading.project.runtimeNames.loaded);
+    EXPECT_EQ(reading.compiler.info.series, 0U);
+    EXPECT_FALSE(reading.compiler.runtimeNames);
   }
 }
 
@@ -173,7 +173,7 @@ TEST(ModuleHeader, FirstAcceptedModuleFixesTheVersion) {
   EXPECT_FALSE(reading.Read(older.All()));
   EXPECT_EQ(reading.Log(), Names({kOtherVersion, kAborted}));
   EXPECT_EQ(reading.functions.Count(), 1U);
-  EXPECT_EQ(reading.project.compilerInfo.version, 0x370U);
+  EXPECT_EQ(reading.compiler.info.version, 0x370U);
 }
 
 std::string TooLong(uint32_t line) {

@@ -35,7 +35,7 @@ class ModuleReading {
   bool Read(std::string bytes) {
     const ModuleRecording recording = Record(host_, std::move(bytes), stopped);
     const std::string path = kModulePath;
-    ModuleEntry entry(path, {functions, files, project}, host_.host, recorder.reporter);
+    ModuleEntry entry(path, {{functions, files}, project, compiler}, host_.host, recorder.reporter);
     const ModuleEntry::Result result = entry.Enter(recording);
     aborted = result == ModuleEntry::Result::kStopped;
     recorder.queue.Drain();
@@ -69,6 +69,7 @@ class ModuleReading {
   StkFunctionTable functions{host_.codePage};
   StkFileTable files{host_.codePage};
   StkProject project{host_.host, recorder.reporter};
+  AcceptedCompiler compiler;
   bool stopped = false;  // the stop event of the next Read is set
   bool aborted = false;
 };

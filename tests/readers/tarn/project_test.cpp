@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "readers/tarn/compiler_info.h"
+#include "readers/tarn/spec_sources.h"
 #include "support/recorder.h"
 #include "support/test_host.h"
 
@@ -149,10 +151,12 @@ TEST_F(ProjectTest, HostPathsKeepTheirSlashes) {
 TEST_F(ProjectTest, SpecificationSources) {
   const auto sourcesOf = [this](const std::string& options, uint32_t series, uint32_t version) {
     EXPECT_TRUE(Load("[ProjectManager]\nPath=C:\\p\n[Options.CCTarn 0]\n" + options));
-    project_->compilerInfo.series = series;
-    project_->compilerInfo.version = version;
     Texts paths;
-    for (const auto& source : project_->BuildSpecSources()) {
+    for (const auto& source :
+         SpecSourcesOf(*project_, {{series, version}, {}}, host_.host, recorder_.reporter)) {
+      const bool isSystemFile = source->Kind() == SpecificationKind::kSystemFile;
+      EXPECT_EQ(isSystemFile, source->Path() == project_->SystemFilePath());
+      EXPECT_TRUE(isSystemFile || source->Kind() == SpecificationKind::kLibraryTable);
       paths.push_back(source->Path());
     }
     return paths;
@@ -167,8 +171,6 @@ TEST_F(ProjectTest, SpecificationSources) {
             (Texts{"C:\\data\\ltr.txt", "C:\\data\\ltf.txt", psg}));
   EXPECT_EQ(sourcesOf(library + "Floatingpoint=1\nStaticmodelchk=1\n", 1, 0x370),
             (Texts{"C:\\data\\ltrsm.txt", "C:\\data\\ltsm.txt", psg}));
-  EXPECT_EQ(project_->BuildSpecSources()[0]->Kind(), SpecificationKind::kLibraryTable);
-  EXPECT_EQ(project_->BuildSpecSources()[2]->Kind(), SpecificationKind::kSystemFile);
 }
 
 TEST(CompilerInfo, VersionsBySeries) {
