@@ -62,7 +62,7 @@ void CStkDoc::DeleteContents() {
 
 void CStkDoc::MakeTables() {
   fileTable_ = std::make_unique<StkFileTable>(host_.codePage);
-  functionTable_ = std::make_unique<StkFunctionTable>(host_.codePage);
+  functionTable_ = std::make_unique<StkFunctionTable>(host_.codePage, input_->Rules());
   rootList_ = std::make_unique<StkRootList>();
   bounds_ = std::make_unique<StkBounds>(*functionTable_);
 }

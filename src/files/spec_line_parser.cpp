@@ -90,7 +90,8 @@ bool SpecLineParser::ReadMargin(std::string_view value) {
   afterCall_ = false;
   size_t digits = 0;
   uint32_t number = 0;
-  if (ParseNumberAt(value, digits, number) != NumberResult::kOk || number > kSizeLimit) {
+  if (ParseNumberAt(value, digits, number) != NumberResult::kOk ||
+      number > context_.table.SizeLimit()) {
     return Fail(MessageKey::kW9413, value);
   }
   if (margin_ != kNoMargin) {

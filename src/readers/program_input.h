@@ -55,6 +55,7 @@ class ProgramInput {
   virtual const std::string& Path() const = 0;
   // The paths of the modules, in the order in which they are entered. Any thread.
   virtual const StkStringList& Modules() const = 0;
+  virtual FunctionRules Rules() const = 0;
   // Where the adjustments of its functions are kept.
   virtual std::string SystemFilePath() const = 0;
 

@@ -92,8 +92,7 @@ TEST_F(Catalogue, FullTexts) {
   const auto format = [this](MessageKey key, MessageArguments arguments) {
     return messages_.FormatMessageText(key, arguments);
   };
-  const std::string_view limit = messages_.Text(MessageKey::kSizeLimitText);
-  EXPECT_EQ(format(MessageKey::kW9465, {"main", limit, "main"}),
+  EXPECT_EQ(format(MessageKey::kW9465, {"main", "65535", "main"}),
             "W9465 Total stack size exceeds 65535 in function (main).\nReduce recursion depth.");
   EXPECT_EQ(format(MessageKey::kW9427, {"C:\\d\\lt.txt", "velkor", "lt.txt"}),
             "W9427 Cannot find stack size specification file for system library functions "

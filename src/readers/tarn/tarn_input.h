@@ -22,6 +22,7 @@ class TarnInput : public ProgramInput {
 
   const std::string& Path() const override { return project_.Path(); }
   const StkStringList& Modules() const override { return project_.Modules(); }
+  FunctionRules Rules() const override { return {.sizeLimit = kSizeLimit, .underscored = true}; }
   std::string SystemFilePath() const override { return project_.SystemFilePath(); }
   std::string_view GeneratorName() const override;
   std::string_view ModuleKindName() const override;

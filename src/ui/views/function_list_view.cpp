@@ -195,7 +195,7 @@ void CStkListView::Fill() {
   const WaitCursor waiting;
   const NodeRecord* record = context_.document.CurrentSelection() ? selectedRecord_() : nullptr;
   if (record) {
-    model_->Fill(*record, sortKey_, descending_);
+    model_->Fill(*record, context_.document.FunctionTable()->SizeLimit(), sortKey_, descending_);
   } else {
     model_->Clear();
   }
