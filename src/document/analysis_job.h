@@ -4,6 +4,7 @@
 
 #include "core/recompute.h"
 #include "document/job.h"
+#include "document/job_kind.h"
 #include "document/module_read_ahead.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
@@ -23,6 +24,8 @@ struct AnalysisParts {
 // no end notification, and what it has entered so far is the owner's to discard.
 class StkAnalysisJob : public StkJob {
  public:
+  static constexpr JobKind kKind = JobKind::kAnalysis;
+
   StkAnalysisJob(AnalysisParts parts, MessageTarget& mainWindow);
   ~StkAnalysisJob() override;
 

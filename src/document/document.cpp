@@ -1,6 +1,7 @@
 #include "document/document.h"
 
 #include <algorithm>
+#include <array>
 
 #include "core/adjustments.h"
 #include "files/paths.h"
@@ -79,7 +80,7 @@ void CStkDoc::DiscardTables() {
 }
 
 const StkBounds* CStkDoc::Bounds() {
-  if (!bounds_ || analysisJob_ || specReadJob_) {
+  if (!bounds_ || BelongsToJob()) {
     return nullptr;
   }
   bounds_->Update();
@@ -105,30 +106,22 @@ void CStkDoc::StartAnalysis() {
     return;
   }
   MakeTables();
-  analysisJob_ = std::make_unique<StkAnalysisJob>(
-      AnalysisParts{host_, reporter_, *input_, {*functionTable_, *fileTable_}}, mainWindow_);
-  analysisJob_->Start();
+  jobs_.Start(std::make_unique<StkAnalysisJob>(
+      AnalysisParts{host_, reporter_, *input_, {*functionTable_, *fileTable_}}, mainWindow_));
 }
 
 // Functions without totals must not be left behind.
-void CStkDoc::StopAnalysis() {
-  if (!analysisJob_) {
-    return;
-  }
-  analysisJob_->Stop();
-  analysisJob_.reset();
+void CStkDoc::AnalysisStopped() {
+  jobs_.Empty(JobKind::kAnalysis);
   DiscardTables();
   MakeTables();
 }
 
-void CStkDoc::FinishAnalysis() {
-  if (!analysisJob_ || !analysisJob_->EndPosted()) {
-    return;
-  }
-  analysisJob_->Wait();
-  const bool completed = analysisJob_->Completed();
-  anyJobFailed_ = anyJobFailed_ || analysisJob_->Failed();
-  analysisJob_.reset();
+void CStkDoc::AnalysisFinished() {
+  const StkAnalysisJob& job = *jobs_.Get<StkAnalysisJob>();
+  const bool completed = job.Completed();
+  anyJobFailed_ = anyJobFailed_ || job.Failed();
+  jobs_.Empty(JobKind::kAnalysis);
   if (completed) {
     StartSpecRead();
   }
@@ -157,37 +150,30 @@ bool CStkDoc::LoadSpecFile(std::string_view path, bool saveAfter) {
 }
 
 void CStkDoc::StartReading(std::vector<std::unique_ptr<StkSpecReader>> sources) {
-  specReadJob_ = std::make_unique<StkSpecReadJob>(std::move(sources), *functionTable_, *rootList_,
-                                                  reporter_, mainWindow_);
-  specReadJob_->Start();
+  jobs_.Start(std::make_unique<StkSpecReadJob>(std::move(sources), *functionTable_, *rootList_,
+                                               reporter_, mainWindow_));
 }
 
-void CStkDoc::StopSpecRead() {
-  if (!specReadJob_) {
-    return;
-  }
-  specReadJob_->Stop();
+void CStkDoc::SpecReadStopped() {
+  const StkSpecReadJob& job = *jobs_.Get<StkSpecReadJob>();
   // A stop that came after the last line has stopped nothing: what was loaded is to be kept.
-  if (specReadJob_->EndPosted() && !specReadJob_->Failed() && saveAfterReading_) {
+  if (job.EndPosted() && !job.Failed() && saveAfterReading_) {
     systemSaveDue_ = true;
   }
   TakeReadingResult();
 }
 
 void CStkDoc::TakeReadingResult() {
-  anyJobFailed_ = anyJobFailed_ || specReadJob_->Failed();
+  const StkSpecReadJob& job = *jobs_.Get<StkSpecReadJob>();
+  anyJobFailed_ = anyJobFailed_ || job.Failed();
   if (!readFromUserFile_) {
-    knownSystemFile_ = specReadJob_->TakenSystemFile();
+    knownSystemFile_ = job.TakenSystemFile();
   }
-  specReadJob_.reset();
+  jobs_.Empty(JobKind::kSpecRead);
 }
 
-void CStkDoc::FinishSpecRead() {
-  if (!specReadJob_ || !specReadJob_->EndPosted()) {
-    return;
-  }
-  specReadJob_->Wait();
-  const bool save = saveAfterReading_ && !specReadJob_->Failed();
+void CStkDoc::SpecReadFinished() {
+  const bool save = saveAfterReading_ && !jobs_.Get<StkSpecReadJob>()->Failed();
   TakeReadingResult();
   UpdateAllViews(nullptr, HINT_RESULTS);
   if (save) {
@@ -233,7 +219,7 @@ bool CStkDoc::CancelAllAdjustments() {
 }
 
 bool CStkDoc::CanChangeAnalysis() const {
-  return !analysisJob_ && !specReadJob_ && !chainReportJob_;
+  return !BelongsToJob() && !Has(JobKind::kChainSave);
 }
 
 bool CStkDoc::StartChange() {
@@ -249,12 +235,38 @@ void CStkDoc::ChangeEnded(bool calleesChanged) {
   SaveSystemFile();
 }
 
+const CStkDoc::JobEnd& CStkDoc::EndOf(JobKind kind) {
+  static constexpr std::array<JobEnd, kJobKinds.size()> kEnds = {{
+      {&CStkDoc::AnalysisStopped, &CStkDoc::AnalysisFinished},
+      {&CStkDoc::SpecReadStopped, &CStkDoc::SpecReadFinished},
+      {&CStkDoc::SpecWriteStopped, &CStkDoc::SpecWriteFinished},
+      {&CStkDoc::ChainSaveEnded, &CStkDoc::ChainSaveEnded},
+  }};
+  return kEnds[static_cast<size_t>(kind)];
+}
+
+void CStkDoc::Stop(JobKind kind) {
+  if (StkJob* job = jobs_.Get(kind)) {
+    job->Stop();
+    (this->*EndOf(kind).stopped)();
+  }
+}
+
+void CStkDoc::Finish(JobKind kind) {
+  StkJob* job = jobs_.Get(kind);
+  if (job != nullptr && job->EndPosted()) {
+    job->Wait();
+    (this->*EndOf(kind).finished)();
+  }
+}
+
 void CStkDoc::StopAllJobs() {
-  StopAnalysis();
-  StopSpecRead();
-  StopChainSave();
-  if (specWriteJob_ && !specWriteJob_->IsAutomatic()) {
-    StopSpecWrite();
+  Stop(JobKind::kAnalysis);
+  Stop(JobKind::kSpecRead);
+  Stop(JobKind::kChainSave);
+  const StkSpecWriteJob* writing = jobs_.Get<StkSpecWriteJob>();
+  if (writing != nullptr && !writing->IsAutomatic()) {
+    Stop(JobKind::kSpecWrite);
   }
   SettleSystemSave();
 }

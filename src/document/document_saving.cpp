@@ -8,7 +8,8 @@ void CStkDoc::SaveSystemFile() {
   if (!HasFunctionsToWrite()) {
     return;
   }
-  if (specWriteJob_ && !specWriteJob_->EndPosted()) {
+  const StkJob* running = jobs_.Get(JobKind::kSpecWrite);
+  if (running != nullptr && !running->EndPosted()) {
     systemSaveDue_ = true;
     return;
   }
@@ -27,22 +28,15 @@ bool CStkDoc::SaveSpecFile(std::string_view path) {
   return true;
 }
 
-void CStkDoc::StopSpecWrite() {
-  if (!specWriteJob_) {
-    return;
-  }
-  const bool automatic = specWriteJob_->IsAutomatic();
-  specWriteJob_->Stop();
+void CStkDoc::SpecWriteStopped() {
+  const bool automatic = jobs_.Get<StkSpecWriteJob>()->IsAutomatic();
   EndSpecWrite();
   if (!automatic && systemSaveDue_) {
     SaveSystemFile();
   }
 }
 
-void CStkDoc::FinishSpecWrite() {
-  if (!specWriteJob_ || !specWriteJob_->EndPosted()) {
-    return;
-  }
+void CStkDoc::SpecWriteFinished() {
   EndSpecWrite();
   if (systemSaveDue_) {
     SaveSystemFile();
@@ -54,56 +48,41 @@ bool CStkDoc::SaveCallChains(std::string_view path, const StkFunction& function,
   if (!HasFunctionsToWrite()) {
     return false;
   }
-  if (chainReportJob_) {
-    chainReportJob_->Wait();
+  if (StkJob* running = jobs_.Get(JobKind::kChainSave)) {
+    running->Wait();
   }
-  chainReportJob_ = std::make_unique<StkChainReportJob>(
+  jobs_.Start(std::make_unique<StkChainReportJob>(
       ChainReportOrder{std::string(path), function,
                        allChains ? ChainMode::kAll : ChainMode::kMaximum, format, InputPaths(true)},
-      host_, reporter_, mainWindow_);
-  chainReportJob_->Start();
+      host_, reporter_, mainWindow_));
   return true;
 }
 
-void CStkDoc::StopChainSave() {
-  if (chainReportJob_) {
-    chainReportJob_->Stop();
-    chainReportJob_.reset();
-  }
-}
-
-void CStkDoc::FinishChainSave() {
-  if (chainReportJob_ && chainReportJob_->EndPosted()) {
-    chainReportJob_->Wait();
-    chainReportJob_.reset();
-  }
-}
-
 bool CStkDoc::HasFunctionsToWrite() const {
-  return input_ && functionTable_ && functionTable_->Count() != 0 && !analysisJob_ && !specReadJob_;
+  return input_ && functionTable_ && functionTable_->Count() != 0 && !BelongsToJob();
 }
 
 void CStkDoc::StartWriting(StkSpecWriter::Mode mode, std::string path) {
   const bool automatic = mode == StkSpecWriter::Mode::kAutomatic;
-  specWriteJob_ = std::make_unique<StkSpecWriteJob>(
+  jobs_.Start(std::make_unique<StkSpecWriteJob>(
       SpecWriteOrder{mode, std::move(path), InputPaths(!automatic), knownSystemFile_},
-      *functionTable_, host_, reporter_, mainWindow_);
-  specWriteJob_->Start();
+      *functionTable_, host_, reporter_, mainWindow_));
 }
 
 void CStkDoc::EndSpecWrite() {
-  if (!specWriteJob_) {
+  StkSpecWriteJob* job = jobs_.Get<StkSpecWriteJob>();
+  if (job == nullptr) {
     return;
   }
-  specWriteJob_->Wait();
-  if (specWriteJob_->IsAutomatic()) {
-    if (specWriteJob_->Completed()) {
-      knownSystemFile_ = specWriteJob_->Written();
-    } else if (specWriteJob_->Stopped()) {
+  job->Wait();
+  if (job->IsAutomatic()) {
+    if (job->Completed()) {
+      knownSystemFile_ = job->Written();
+    } else if (job->Stopped()) {
       systemSaveDue_ = true;
     }
   }
-  specWriteJob_.reset();
+  jobs_.Empty(JobKind::kSpecWrite);
 }
 
 // Until no automatic save runs or is due. One that fails has said so and is not tried again.

@@ -127,10 +127,7 @@ class AnalysisRun {
   }
 
   void Finish() {
-    queue_.RunUntil([this] {
-      return !document_.IsAnalysing() && !document_.IsReadingSpecifications() &&
-             !document_.IsWritingSpecifications() && !document_.IsSavingCallChains();
-    });
+    queue_.RunUntil([this] { return !document_.HasJobs(); });
     queue_.Drain();
   }
 
