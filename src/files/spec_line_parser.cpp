@@ -5,7 +5,6 @@
 
 #include "files/numbers.h"
 #include "files/paths.h"
-#include "files/spec_reader.h"
 
 namespace velkor {
 
@@ -123,7 +122,7 @@ bool SpecLineParser::ReadCallee(std::string_view value) {
   if (!SplitName(value, MessageKey::kW9418, name) || !CheckName(name)) {
     return false;
   }
-  if (callCount_ == StkSpecReader::kMaxCallees) {
+  if (callCount_ == kMaxCallees) {
     return Fail(MessageKey::kW9423);
   }
   ++callCount_;
@@ -169,7 +168,7 @@ bool SpecLineParser::CheckName(const Name& name) {
   if (name.file.size() > kMaxPathLength) {
     return Fail(MessageKey::kW9411, name.file);
   }
-  if (name.function.size() > StkSpecReader::kMaxFunctionName - (name.bracketed ? 1 : 0)) {
+  if (name.function.size() > kMaxFunctionName - (name.bracketed ? 1 : 0)) {
     return Fail(MessageKey::kW9412, name.function);
   }
   return true;
