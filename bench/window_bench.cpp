@@ -125,8 +125,7 @@ class WindowBench {
   static void Idle() { QTest::qWait(50); }
   void Finish() {
     const CStkDoc& document = application_.Context().document;
-    while (document.IsAnalysing() || document.IsReadingSpecifications() ||
-           document.IsWritingSpecifications()) {
+    while (document.HasJobs()) {
       QTest::qWait(5);
     }
   }

@@ -6,10 +6,10 @@ function(velkor_compile_at_once target)
 endfunction()
 
 # velkor_room(NAME DEPENDS rooms...): the library target of one folder of src/.
-# All .cpp files of the folder belong to it.
+# All .cpp files of the folder, and of the folders in it, belong to it.
 function(velkor_room name)
   cmake_parse_arguments(ROOM "" "" "DEPENDS" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   add_library(velkor_${name} STATIC ${sources})
   velkor_compile_at_once(velkor_${name})
   target_link_libraries(velkor_${name} PUBLIC velkor_compile)
@@ -21,10 +21,11 @@ endfunction()
 # What nearly every test includes.
 set(VELKOR_TEST_HEADERS <gtest/gtest.h> <map> <memory> <random> <string> <string_view> <vector>)
 
-# velkor_test(NAME DEPENDS rooms... LABELS labels...): the test program of one folder of tests/.
+# velkor_test(NAME DEPENDS rooms... LABELS labels...): the test program of one folder of tests/ and
+# the folders in it.
 function(velkor_test name)
   cmake_parse_arguments(TEST "" "" "DEPENDS;LABELS" ${ARGN})
-  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   add_executable(${name}_test ${sources})
   target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   if("ui" IN_LIST TEST_DEPENDS)  # the toolkit has options of its own

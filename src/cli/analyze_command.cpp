@@ -12,16 +12,12 @@ namespace {
 
 AnalysisResult ResultOf(Application& application) {
   CStkDoc& document = application.Document();
-  const StkCompilerInfo& compiler = document.Project()->compilerInfo;
+  const ProgramInput& input = *document.Input();
   const StkFunctionTable& functions = *document.FunctionTable();
-  return {application.GetCodePage(),
-          document.PathName(),
-          std::string(application.Reporter().Messages().Text(MessageKey::kCompilerName)),
-          compiler.version != 0 ? std::optional(compiler.VersionText()) : std::nullopt,
-          application.Log().Messages(),
-          functions,
-          document.RootList()->Functions(),
-          CompleteFunctions(functions)};
+  return {application.GetCodePage(),          document.PathName(),
+          std::string(input.GeneratorName()), input.GeneratorVersion(),
+          application.Log().Messages(),       functions,
+          document.RootList()->Functions(),   CompleteFunctions(functions)};
 }
 
 void WriteResult(const AnalysisResult& result, const Options& options, ResultOutput& output) {

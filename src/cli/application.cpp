@@ -39,7 +39,7 @@ ExitStatus Application::OpenAndAnalyse(std::string_view project) {
 }
 
 bool Application::RunJobs() {
-  queue_.RunUntil([this] { return !HasJobs(); });
+  queue_.RunUntil([this] { return !document_.HasJobs(); });
   // What a stopped job has said before it stopped, and a request to stop that came at the end.
   queue_.Drain();
   progress_.Erase();
@@ -76,26 +76,12 @@ void Application::Post(uint32_t message, uint64_t parameter) {
   queue_.Post([this, message, parameter] { monitor_.Handle(message, parameter); });
 }
 
-bool Application::HasJobs() const {
-  return document_.IsAnalysing() || document_.IsReadingSpecifications() ||
-         document_.IsWritingSpecifications() || document_.IsSavingCallChains();
-}
-
 // The monitor knows a job only once its first notification has been handled.
 void Application::StopJobs() {
   stopped_ = true;
   monitor_.Stop();
-  if (document_.IsAnalysing()) {
-    document_.StopAnalysis();
-  }
-  if (document_.IsReadingSpecifications()) {
-    document_.StopSpecRead();
-  }
-  if (document_.IsWritingSpecifications()) {
-    document_.StopSpecWrite();
-  }
-  if (document_.IsSavingCallChains()) {
-    document_.StopChainSave();
+  for (const JobKind kind : kJobKinds) {
+    document_.Stop(kind);
   }
 }
 

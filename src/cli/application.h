@@ -54,7 +54,6 @@ class Application : private MessageTarget {
 
   void Post(uint32_t message, uint64_t parameter) override;
   void StopJobs();
-  bool HasJobs() const;
 
   const std::unique_ptr<LocalMachine> machine_;
   MessageQueue queue_;

@@ -84,7 +84,7 @@ class ChainOutput {
 
   void WriteFunction(const StkFunction& function, size_t depth, std::string_view remark) {
     std::string total = TotalSizeText(function);
-    if (!result_.IsComplete(function) && function.totalStackSize <= kSizeLimit && total != "?") {
+    if (!result_.IsComplete(function) && function.totalStackSize != kOverSize && total != "?") {
       total = atLeast_ + total;
     }
     std::string line = Padded(total) + Padded(FrameSizeText(function)) + Indentation(depth);
@@ -130,7 +130,7 @@ class ChainOutput {
 };
 
 int Rank(const StkFunction& function) {
-  if (function.totalStackSize > kSizeLimit) {
+  if (function.totalStackSize == kOverSize) {
     return 0;
   }
   return TotalSizeText(function) == "?" ? 2 : 1;

@@ -138,7 +138,7 @@ class JsonOutput {
 
   // A size is a number exactly where its text is one.
   void Size(const char* key, uint32_t size, std::string_view text) {
-    if (text == "?" || size > kSizeLimit) {
+    if (text == "?" || size == kOverSize) {
       Null(key);
     } else {
       Number(key, size);

@@ -21,8 +21,8 @@ inline uint64_t MultiplyBounded(uint64_t left, uint64_t right) {
 
 // Bytes that one activation of the function takes: its frame, and the margin of its adjustment, or
 // where that states none its library size or fixed extra.
-inline uint64_t ActivationSize(const StkFunction& function) {
-  const uint64_t frame = std::min(function.frameSize, kSizeLimit + 1);
+inline uint64_t ActivationSize(const StkFunction& function, uint32_t sizeLimit) {
+  const uint64_t frame = std::min<uint64_t>(function.frameSize, uint64_t{sizeLimit} + 1);
   const StkAppliedAdjustment* adjustment = function.adjustment.get();
   if (adjustment != nullptr && adjustment->margin != kNoMargin) {
     return frame + adjustment->margin;

@@ -77,7 +77,7 @@ BoundState StkBounds::State(const StkFunction& function) const {
   if (!Reasons(function).empty()) {
     return BoundState::kUnbounded;
   }
-  return Known(function) > kSizeLimit ? BoundState::kOver : BoundState::kBounded;
+  return Known(function) > table_.SizeLimit() ? BoundState::kOver : BoundState::kBounded;
 }
 
 ReasonSet StkBounds::OwnReasons(const StkFunction& function) const {
@@ -174,7 +174,7 @@ bool StkBounds::ComputeAlone(uint32_t function) {
     below = std::max(below, results_.known[index]);
     reasons.Add(results_.reasons[index]);
   }
-  return Set(function, AddBounded(ActivationSize(record), below), reasons);
+  return Set(function, AddBounded(ActivationSize(record, table_.SizeLimit()), below), reasons);
 }
 
 bool StkBounds::ComputeGroup(RecursionGroup& group) {

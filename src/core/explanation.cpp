@@ -37,7 +37,7 @@ std::vector<ExplanationRow> Explanations::Of(const StkFunction& start) {
     if (bounds_.GroupOf(record) != StkBounds::kNoGroup) {
       function = AppendGroup(function, rows);
     } else {
-      rows.Add(record, ActivationSize(record), StkBounds::kNoGroup);
+      rows.Add(record, ActivationSize(record, table_.SizeLimit()), StkBounds::kNoGroup);
       function = HeaviestBelow(function);
     }
   }

@@ -10,7 +10,8 @@
 
 namespace velkor {
 
-// Sizes are bytes, limited to kSizeLimit; a larger one is held as kOverSize.
+// Sizes are bytes up to the limit of their table, this one where its input states no other; a
+// larger size is held as kOverSize.
 constexpr uint32_t kSizeLimit = 65535;
 constexpr uint32_t kOverSize = 0xFFFFFFFF;
 constexpr int32_t kMaxChainCount = 2147483647;
@@ -28,6 +29,7 @@ enum FunctionFlag : uint32_t {
   FN_HIDDEN_CALL = 0x1000,    // its code makes a call that its record does not list
   FN_DYNAMIC_FRAME = 0x2000,  // frameSize is only what the compiler knows of a larger frame
   FN_SIZE_UNKNOWN = 0x4000,   // defined, but nothing tells its frame size
+  FN_PLAIN_SYMBOL = 0x8000,   // its symbol has no "_" before the C name
 };
 
 // What a function is first of all, for its picture and for programs. Something is known of a
@@ -39,7 +41,7 @@ enum class FunctionKind : uint8_t { kSpecified, kRecursive, kDefined, kUnknown }
 // thread at a time. Once totals have been computed, what they depend on is changed by the
 // operations of the table and the adjustments, which note it for the next computation.
 struct StkFunction {
-  std::string_view name;               // assembler symbol; C functions carry a leading "_"
+  std::string_view name;  // assembler symbol; FN_PLAIN_SYMBOL: without "_" before the C name
   const StkFileEntry* file = nullptr;  // none for a function that is only called
   uint32_t index = 0;                  // position in the table's insertion order
   uint32_t frameSize = 0;

@@ -16,8 +16,10 @@ constexpr size_t kFetchedTogether = 16;  // names of calls
 
 }  // namespace
 
-StkFunctionTable::StkFunctionTable(const CodePage& codePage)
-    : codePage_(codePage), nameIndex_(std::make_unique<FunctionNameIndex>(codePage, functions_)) {}
+StkFunctionTable::StkFunctionTable(const CodePage& codePage, FunctionRules rules)
+    : codePage_(codePage),
+      rules_(rules),
+      nameIndex_(std::make_unique<FunctionNameIndex>(codePage, functions_)) {}
 
 StkFunctionTable::~StkFunctionTable() = default;
 
@@ -33,7 +35,7 @@ StkFunction& StkFunctionTable::Insert(uint32_t name, const StkFileEntry* file, u
   StkFunction& inserted = blocks_.Append();
   inserted.name = names_[name];
   inserted.file = file;
-  inserted.flags = flags;
+  inserted.flags = flags | (rules_.underscored ? 0u : FN_PLAIN_SYMBOL);
   functions_.push_back(&inserted);
   nameIndex_->Append(name);
   if (!inserted.Is(FN_DEFINED)) {
@@ -128,6 +130,9 @@ StkFunction* StkFunctionTable::FindBySpecName(std::string_view fileBaseName, std
     return fileBaseName.empty() ? nameIndex_->FindUnqualified(known)
                                 : nameIndex_->FindStatic(known, fileBaseName);
   };
+  if (!rules_.underscored) {
+    return find(name);
+  }
   if (!bracketed && name.starts_with('_')) {
     if (StkFunction* function = find(name); function != nullptr) {
       return function;

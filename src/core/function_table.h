@@ -16,6 +16,12 @@ namespace velkor {
 
 class FunctionNameIndex;
 
+// What the functions of an input have in common.
+struct FunctionRules {
+  uint32_t sizeLimit = kSizeLimit;  // the largest size in bytes; less than kOverSize
+  bool underscored = true;          // the symbol of a C name is the name with "_" before it
+};
+
 // All functions of one analysis: owns the records, keeps their insertion order and finds them by
 // name. Records are never removed one by one. Not locked: one thread at a time.
 //
@@ -23,12 +29,13 @@ class FunctionNameIndex;
 // constant time on average, also where one name stands in very many files.
 class StkFunctionTable {
  public:
-  explicit StkFunctionTable(const CodePage& codePage);
+  explicit StkFunctionTable(const CodePage& codePage, FunctionRules rules = {});
   ~StkFunctionTable();
   StkFunctionTable(const StkFunctionTable&) = delete;
   StkFunctionTable& operator=(const StkFunctionTable&) = delete;
 
   const CodePage& GetCodePage() const { return codePage_; }
+  uint32_t SizeLimit() const { return rules_.sizeLimit; }
 
   // The number that the table knows a name by until Clear: where names come again and again, it
   // takes the place of the text below.
@@ -59,7 +66,8 @@ class StkFunctionTable {
   void ResolveAllCalls();
   // fileBaseName empty: the first global function of that name, else the first other one. Not
   // empty: the first static one whose file has that base name, ignoring letter case. The name is
-  // the C name; one that is not bracketed and begins with "_" is first looked up as it stands.
+  // the C name; where symbols have a "_" before it, one that is not bracketed and begins with "_"
+  // is first looked up as it stands.
   StkFunction* FindBySpecName(std::string_view fileBaseName, std::string_view name,
                               bool bracketed) const;
 
@@ -120,6 +128,7 @@ class StkFunctionTable {
   void LinkCallers(const ResolvedCalls& calls);
 
   const CodePage& codePage_;
+  const FunctionRules rules_;
   NameTable names_;  // of functions and of calls
   CallNameLists callNames_;
   FunctionBlocks blocks_;

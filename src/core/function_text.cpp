@@ -5,14 +5,14 @@ namespace velkor {
 namespace {
 
 std::string SizeText(uint32_t size) {
-  return size > kSizeLimit ? "SIZEOVER" : std::to_string(size);
+  return size == kOverSize ? "SIZEOVER" : std::to_string(size);
 }
 
 }  // namespace
 
 std::string_view CName(const StkFunction& function) {
   std::string_view name = function.name;
-  if (name.starts_with('_')) {
+  if (!function.Is(FN_PLAIN_SYMBOL) && name.starts_with('_')) {
     name.remove_prefix(1);
   }
   return name;
@@ -46,7 +46,7 @@ std::string FunctionDisplayName(const StkFunction& function, const CodePage& cod
 }
 
 std::string TotalSizeText(const StkFunction& function) {
-  const bool known = function.totalStackSize > kSizeLimit || !function.IsUnknown() ||
+  const bool known = function.totalStackSize == kOverSize || !function.IsUnknown() ||
                      function.adjustment != nullptr;
   return known ? SizeText(function.totalStackSize) : "?";
 }

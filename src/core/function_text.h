@@ -9,7 +9,7 @@ namespace velkor {
 
 // The texts by which a function is shown, in bytes of the analysis's code page.
 
-// The symbol without its leading "_", if it has one.
+// The symbol without the "_" that the input's symbols have before a C name, if it has one.
 std::string_view CName(const StkFunction& function);
 // "[name]" for a function not defined in the project, "file.c#name" for a static one, else "name".
 std::string FunctionSpecName(const StkFunction& function, const CodePage& codePage);

@@ -23,17 +23,17 @@ OwnSize OwnSizeOf(const StkFunction& function) {
           .margin = function.Is(FN_LIBRARY | FN_FIXED_EXTRA) ? function.librarySize : 0};
 }
 
-uint32_t TotalOf(const OwnSize& own, uint32_t maxCalleeSize) {
+uint32_t TotalOf(const OwnSize& own, uint32_t maxCalleeSize, uint32_t sizeLimit) {
   uint64_t total = uint64_t{own.frameSize} + maxCalleeSize;
-  if (total > kSizeLimit) {
+  if (total > sizeLimit) {
     return kOverSize;
   }
   total += own.margin;
-  if (total > kSizeLimit) {
+  if (total > sizeLimit) {
     return kOverSize;
   }
   total *= own.depth;  // far from 64 bits
-  return total > kSizeLimit ? kOverSize : static_cast<uint32_t>(total);
+  return total > sizeLimit ? kOverSize : static_cast<uint32_t>(total);
 }
 
 }  // namespace velkor

@@ -16,7 +16,7 @@ struct OwnSize {
 };
 OwnSize OwnSizeOf(const StkFunction& function);
 // kOverSize for a total over the limit.
-uint32_t TotalOf(const OwnSize& own, uint32_t maxCalleeSize);
+uint32_t TotalOf(const OwnSize& own, uint32_t maxCalleeSize, uint32_t sizeLimit);
 
 // What a function's callees bring to it, those with a result as well as those that are still being
 // computed further up the path of the walk.

@@ -18,7 +18,7 @@ class PathSearch {
 
   GroupPaths Run() {
     for (uint32_t place = 0; place < members_.size(); ++place) {
-      paths_.own.push_back(ActivationSize(At(place)));
+      paths_.own.push_back(ActivationSize(At(place), table_.SizeLimit()));
     }
     // A depth of 1 says that the function is not entered anew. Where the larger depths limit
     // the recursion already, it says nothing more.

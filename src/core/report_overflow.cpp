@@ -1,3 +1,4 @@
+#include <string>
 #include <vector>
 
 #include "core/call_range.h"
@@ -9,9 +10,9 @@ namespace velkor {
 namespace {
 
 void ReportIfOver(const StkFunction& function, std::string_view name, MessageKey key,
-                  StkReporter& reporter) {
+                  uint32_t sizeLimit, StkReporter& reporter) {
   if (function.totalStackSize == kOverSize) {
-    reporter.ShowWarning(key, {name, reporter.Messages().Text(MessageKey::kSizeLimitText), name});
+    reporter.ShowWarning(key, {name, std::to_string(sizeLimit), name});
   }
 }
 
@@ -57,12 +58,14 @@ StkFunctionList TopLevelCallers(const StkFunctionTable& table, const StkFunction
 void ReportOverflow(const StkFunctionTable& table, const StkFunction& function,
                     std::string_view name, StkReporter& reporter) {
   const bool deep = function.adjustment != nullptr && function.adjustment->depth >= 2;
-  ReportIfOver(function, name, deep ? MessageKey::kW9465 : MessageKey::kW9466, reporter);
+  ReportIfOver(function, name, deep ? MessageKey::kW9465 : MessageKey::kW9466, table.SizeLimit(),
+               reporter);
   if (function.Is(FN_ROOT)) {
     return;
   }
   for (const StkFunction* root : TopLevelCallers(table, function)) {
-    ReportIfOver(*root, FunctionSpecName(*root, table.GetCodePage()), MessageKey::kW9466, reporter);
+    ReportIfOver(*root, FunctionSpecName(*root, table.GetCodePage()), MessageKey::kW9466,
+                 table.SizeLimit(), reporter);
   }
 }
 

@@ -87,7 +87,8 @@ class TotalsComputation {
       }
     }
     const uint32_t maxSize = callees.MaxSize();
-    results_[function] = {TotalOf(own_[function], maxSize), maxSize, callees.ChainCount()};
+    results_[function] = {TotalOf(own_[function], maxSize, table_.SizeLimit()), maxSize,
+                          callees.ChainCount()};
   }
 
   void WriteRecords() const {

@@ -52,7 +52,7 @@ class TotalsUpdate {
   void Compute(StkFunction& function) {
     const uint32_t position = order_.PositionOf(function.index);
     const CalleeResults callees = ResultsBelow(function, position);
-    const uint32_t total = TotalOf(OwnSizeOf(function), callees.MaxSize());
+    const uint32_t total = TotalOf(OwnSizeOf(function), callees.MaxSize(), table_.SizeLimit());
     const auto chainCount = static_cast<int32_t>(callees.ChainCount());
     function.maxCalleeSize = callees.MaxSize();
     if (total == function.totalStackSize && chainCount == function.chainCount) {

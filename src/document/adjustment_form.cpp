@@ -90,8 +90,9 @@ std::optional<AdjustmentForm::Refusal> AdjustmentForm::ValidateMargin() const {
   if (result == NumberResult::kNoNumber) {
     return Refusal{MessageKey::kW9462, WholeCharacter(marginText_, wrong), Field::kMargin};
   }
-  if (result == NumberResult::kTooLarge || (result == NumberResult::kOk && value > kSizeLimit)) {
-    return Refusal{MessageKey::kW9464, "", Field::kMargin};
+  if (result == NumberResult::kTooLarge ||
+      (result == NumberResult::kOk && value > functions_.SizeLimit())) {
+    return Refusal{MessageKey::kW9464, std::to_string(functions_.SizeLimit()), Field::kMargin};
   }
   return std::nullopt;
 }
@@ -107,7 +108,7 @@ std::optional<AdjustmentForm::Refusal> AdjustmentForm::ValidateDepth() const {
     return Refusal{MessageKey::kW9463, "0", Field::kDepth};
   }
   if (result == NumberResult::kTooLarge) {
-    return Refusal{MessageKey::kW9464, "", Field::kDepth};
+    return Refusal{MessageKey::kW9464, std::to_string(functions_.SizeLimit()), Field::kDepth};
   }
   return std::nullopt;
 }
@@ -135,11 +136,7 @@ std::optional<StkAdjustment> AdjustmentForm::BuildAdjustment() const {
 }
 
 void ShowRefusal(const AdjustmentForm::Refusal& refusal, StkReporter& reporter) {
-  if (refusal.message == MessageKey::kW9464) {
-    reporter.ShowWarning(refusal.message, {reporter.Messages().Text(MessageKey::kSizeLimitText)});
-  } else {
-    reporter.ShowWarning(refusal.message, {refusal.wrong});
-  }
+  reporter.ShowWarning(refusal.message, {refusal.argument});
 }
 
 }  // namespace velkor

@@ -21,8 +21,8 @@ class AdjustmentForm {
   enum class Field { kMargin, kDepth };
   // Why the texts are no adjustment: the message to show, and the field in error.
   struct Refusal {
-    MessageKey message;  // W9462, W9463 or W9464
-    std::string wrong;   // the character that W9462 and W9463 name
+    MessageKey message;    // W9462, W9463 or W9464
+    std::string argument;  // the character that W9462 and W9463 name, the limit of W9464
     Field field;
   };
 

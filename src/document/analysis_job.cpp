@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "document/notifications.h"
-#include "readers/module_entry.h"
+#include "files/paths.h"
 
 namespace velkor {
 
@@ -15,27 +15,26 @@ StkAnalysisJob::~StkAnalysisJob() {
 }
 
 JobEnd StkAnalysisJob::Run() {
-  const StkStringList& modules = parts_.project.Modules();
+  const StkStringList& modules = parts_.input.Modules();
   Post(WM_STK_ANALYSIS_START, modules.size());
   if (!AnyModuleExists()) {
-    const StkMessages& messages = parts_.reporter.Messages();
-    parts_.reporter.PostWarning(MessageKey::kW9430, {messages.Text(MessageKey::kCompilerName)});
+    parts_.reporter.PostWarning(MessageKey::kW9430, {parts_.input.GeneratorName()});
     PostEnd(WM_STK_ANALYSIS_END);
     return JobEnd::kFailed;
   }
   if (!ReadModules()) {
     return JobEnd::kStopped;
   }
-  parts_.functions.ResolveAllCalls();
+  parts_.input.ResolveCalls(parts_.database);
   PostEnd(WM_STK_ANALYSIS_END);
   return JobEnd::kCompleted;
 }
 
 void StkAnalysisJob::Abandon() {
-  parts_.functions.Clear();
+  parts_.database.functions.Clear();
   try {
     // Never without a warning: no functions are no result.
-    const std::string& path = currentPath_.empty() ? parts_.project.Path() : currentPath_;
+    const std::string& path = currentPath_.empty() ? parts_.input.Path() : currentPath_;
     parts_.reporter.PostWarning(MessageKey::kW9401, {MessageFile{path}});
     parts_.reporter.PostLog(MessageKey::kReadingAborted, {path});
   } catch (...) {
@@ -45,14 +44,14 @@ void StkAnalysisJob::Abandon() {
 }
 
 bool StkAnalysisJob::AnyModuleExists() {
-  const StkStringList& modules = parts_.project.Modules();
+  const StkStringList& modules = parts_.input.Modules();
   return std::any_of(modules.begin(), modules.end(),
                      [this](const std::string& path) { return parts_.host.files.Exists(path); });
 }
 
 bool StkAnalysisJob::ReadModules() {
-  ModuleReadAhead modules(parts_.project.Modules(), parts_.host, stopEvent_);
-  for (size_t i = 0; i < parts_.project.Modules().size(); ++i) {
+  ModuleReadAhead modules(parts_.input, parts_.host.readingThreads, stopEvent_);
+  for (size_t i = 0; i < parts_.input.Modules().size(); ++i) {
     // The reading looks at the stop event every 100 lines only: many short modules must not keep
     // a stop waiting.
     if (stopEvent_.Test()) {
@@ -70,36 +69,35 @@ bool StkAnalysisJob::ReadModules() {
 
 void StkAnalysisJob::EnterModule(ModuleReadAhead& modules, size_t number) {
   StkReporter& reporter = parts_.reporter;
-  currentPath_ = parts_.project.Modules()[number];
-  const StkTextWriter::Opened opened = modules.Open(number);
-  if (!opened.ok) {
-    ReportNotOpened(opened.failure, currentPath_);
+  currentPath_ = parts_.input.Modules()[number];
+  const FileFailure failure = modules.Open(number);
+  if (failure != FileFailure::kNone) {
+    ReportNotOpened(failure);
     return;
   }
   reporter.PostLog(MessageKey::kReadingStarted, {currentPath_});
-  ModuleEntry entry(currentPath_, {parts_.functions, parts_.files, parts_.project}, parts_.host,
-                    reporter);
-  const ModuleEntry::Result result = entry.Enter(modules.Read());
-  if (result == ModuleEntry::Result::kWhole) {
+  const ModuleReader::Entered entered = modules.Read().Enter(parts_.database);
+  if (entered == ModuleReader::Entered::kWhole) {
     reporter.PostLog(MessageKey::kReadingCompleted, {currentPath_});
-  } else if (result == ModuleEntry::Result::kStopped) {
+  } else if (entered == ModuleReader::Entered::kStopped) {
     SetStopped();
   }
 }
 
-void StkAnalysisJob::ReportNotOpened(MessageKey failure, const std::string& path) {
+void StkAnalysisJob::ReportNotOpened(FileFailure failure) {
   StkReporter& reporter = parts_.reporter;
-  if (failure == MessageKey::kW9431) {
-    const StkMessages& messages = reporter.Messages();
+  if (currentPath_.size() > kMaxPathLength) {
+    reporter.PostWarning(MessageKey::kW9407, {MessageFile{currentPath_}});
+    return;
+  }
+  if (failure == FileFailure::kNotFound) {
     reporter.PostWarning(
-        failure, {messages.Text(MessageKey::kCompilerName),
-                  messages.Text(MessageKey::kAssemblerSourceModuleFile), MessageFile{path}});
+        MessageKey::kW9431,
+        {parts_.input.GeneratorName(), parts_.input.ModuleKindName(), MessageFile{currentPath_}});
   } else {
-    reporter.PostWarning(failure, {MessageFile{path}});
+    reporter.PostWarning(MessageKey::kW9401, {MessageFile{currentPath_}});
   }
-  if (failure != MessageKey::kW9407) {
-    reporter.PostLog(MessageKey::kReadingAborted, {path});
-  }
+  reporter.PostLog(MessageKey::kReadingAborted, {currentPath_});
 }
 
 }  // namespace velkor

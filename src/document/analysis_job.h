@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "core/file_table.h"
 #include "core/recompute.h"
 #include "document/job.h"
+#include "document/job_kind.h"
 #include "document/module_read_ahead.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
-#include "readers/project.h"
+#include "readers/program_input.h"
 
 namespace velkor {
 
@@ -16,16 +16,17 @@ namespace velkor {
 struct AnalysisParts {
   Host& host;
   StkReporter& reporter;
-  StkProject& project;
-  StkFileTable& files;
-  StkFunctionTable& functions;
+  ProgramInput& input;
+  FunctionDatabase database;
 };
 
-// Enters the modules of the project in order and resolves their calls: completed when every one was
+// Enters the modules of the input in order and resolves their calls: completed when every one was
 // tried, failed also when not one module file exists. When it is stopped it posts
 // no end notification, and what it has entered so far is the owner's to discard.
 class StkAnalysisJob : public StkJob {
  public:
+  static constexpr JobKind kKind = JobKind::kAnalysis;
+
   StkAnalysisJob(AnalysisParts parts, MessageTarget& mainWindow);
   ~StkAnalysisJob() override;
 
@@ -38,7 +39,7 @@ class StkAnalysisJob : public StkJob {
   // False after a stop.
   bool ReadModules();
   void EnterModule(ModuleReadAhead& modules, size_t number);
-  void ReportNotOpened(MessageKey failure, const std::string& path);
+  void ReportNotOpened(FileFailure failure);
 
   AnalysisParts parts_;
   std::string currentPath_;

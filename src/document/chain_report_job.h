@@ -6,6 +6,7 @@
 
 #include "core/function.h"
 #include "document/job.h"
+#include "document/job_kind.h"
 #include "files/chain_report.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
@@ -25,6 +26,8 @@ struct ChainReportOrder {
 // change meanwhile.
 class StkChainReportJob : public StkJob {
  public:
+  static constexpr JobKind kKind = JobKind::kChainSave;
+
   StkChainReportJob(ChainReportOrder order, Host& host, StkReporter& reporter,
                     MessageTarget& mainWindow);
   ~StkChainReportJob() override;

@@ -1,9 +1,11 @@
 #include "document/document.h"
 
 #include <algorithm>
+#include <array>
 
 #include "core/adjustments.h"
 #include "files/paths.h"
+#include "readers/open_input.h"
 
 namespace velkor {
 
@@ -54,14 +56,14 @@ bool CStkDoc::OnOpenDocument(std::string_view path) {
 void CStkDoc::DeleteContents() {
   StopAllJobs();
   currentSelection_ = nullptr;
-  project_.reset();
+  input_.reset();
   DiscardTables();
   knownSystemFile_.reset();
 }
 
 void CStkDoc::MakeTables() {
   fileTable_ = std::make_unique<StkFileTable>(host_.codePage);
-  functionTable_ = std::make_unique<StkFunctionTable>(host_.codePage);
+  functionTable_ = std::make_unique<StkFunctionTable>(host_.codePage, input_->Rules());
   rootList_ = std::make_unique<StkRootList>();
   bounds_ = std::make_unique<StkBounds>(*functionTable_);
 }
@@ -78,7 +80,7 @@ void CStkDoc::DiscardTables() {
 }
 
 const StkBounds* CStkDoc::Bounds() {
-  if (!bounds_ || analysisJob_ || specReadJob_) {
+  if (!bounds_ || BelongsToJob()) {
     return nullptr;
   }
   bounds_->Update();
@@ -91,57 +93,47 @@ bool CStkDoc::LoadProject(std::string_view path) {
     reporter_.ShowWarning(MessageKey::kW9407, {MessageFile{path}});
     return false;
   }
-  auto project = std::make_unique<StkProject>(host_, reporter_);
-  if (!project->Load(path)) {
+  input_ = OpenInput(path, host_, reporter_);
+  if (!input_) {
     return false;
   }
-  project_ = std::move(project);
   anyJobFailed_ = false;
   anyWritingFailed_ = false;
   return true;
 }
 
 void CStkDoc::StartAnalysis() {
-  if (!project_ || fileTable_) {
+  if (!input_ || fileTable_) {
     return;
   }
   MakeTables();
-  analysisJob_ = std::make_unique<StkAnalysisJob>(
-      AnalysisParts{host_, reporter_, *project_, *fileTable_, *functionTable_}, mainWindow_);
-  analysisJob_->Start();
+  jobs_.Start(std::make_unique<StkAnalysisJob>(
+      AnalysisParts{host_, reporter_, *input_, {*functionTable_, *fileTable_}}, mainWindow_));
 }
 
 // Functions without totals must not be left behind.
-void CStkDoc::StopAnalysis() {
-  if (!analysisJob_) {
-    return;
-  }
-  analysisJob_->Stop();
-  analysisJob_.reset();
+void CStkDoc::AnalysisStopped() {
+  jobs_.Empty(JobKind::kAnalysis);
   DiscardTables();
   MakeTables();
 }
 
-void CStkDoc::FinishAnalysis() {
-  if (!analysisJob_ || !analysisJob_->EndPosted()) {
-    return;
-  }
-  analysisJob_->Wait();
-  const JobEnd end = analysisJob_->End();
+void CStkDoc::AnalysisFinished() {
+  const JobEnd end = jobs_.Get<StkAnalysisJob>()->End();
   anyJobFailed_ = anyJobFailed_ || end == JobEnd::kFailed;
-  analysisJob_.reset();
+  jobs_.Empty(JobKind::kAnalysis);
   if (end == JobEnd::kCompleted) {
     StartSpecRead();
   }
 }
 
 void CStkDoc::StartSpecRead() {
-  if (!project_ || !functionTable_ || !CanChangeAnalysis()) {
+  if (!input_ || !functionTable_ || !CanChangeAnalysis()) {
     return;
   }
   readFromUserFile_ = false;
   saveAfterReading_ = false;
-  StartReading(project_->BuildSpecSources());
+  StartReading(input_->BuildSpecSources());
 }
 
 bool CStkDoc::LoadSpecFile(std::string_view path, bool saveAfter) {
@@ -158,37 +150,30 @@ bool CStkDoc::LoadSpecFile(std::string_view path, bool saveAfter) {
 }
 
 void CStkDoc::StartReading(std::vector<std::unique_ptr<StkSpecReader>> sources) {
-  specReadJob_ = std::make_unique<StkSpecReadJob>(std::move(sources), *functionTable_, *rootList_,
-                                                  reporter_, mainWindow_);
-  specReadJob_->Start();
+  jobs_.Start(std::make_unique<StkSpecReadJob>(std::move(sources), *functionTable_, *rootList_,
+                                               reporter_, mainWindow_));
 }
 
-void CStkDoc::StopSpecRead() {
-  if (!specReadJob_) {
-    return;
-  }
-  specReadJob_->Stop();
+void CStkDoc::SpecReadStopped() {
+  const StkSpecReadJob& job = *jobs_.Get<StkSpecReadJob>();
   // A stop that came after the last line has stopped nothing: what was loaded is to be kept.
-  if (specReadJob_->End() == JobEnd::kCompleted && saveAfterReading_) {
+  if (job.End() == JobEnd::kCompleted && saveAfterReading_) {
     systemSaveDue_ = true;
   }
   TakeReadingResult();
 }
 
 void CStkDoc::TakeReadingResult() {
-  anyJobFailed_ = anyJobFailed_ || specReadJob_->End() == JobEnd::kFailed;
+  const StkSpecReadJob& job = *jobs_.Get<StkSpecReadJob>();
+  anyJobFailed_ = anyJobFailed_ || job.End() == JobEnd::kFailed;
   if (!readFromUserFile_) {
-    knownSystemFile_ = specReadJob_->TakenSystemFile();
+    knownSystemFile_ = job.TakenSystemFile();
   }
-  specReadJob_.reset();
+  jobs_.Empty(JobKind::kSpecRead);
 }
 
-void CStkDoc::FinishSpecRead() {
-  if (!specReadJob_ || !specReadJob_->EndPosted()) {
-    return;
-  }
-  specReadJob_->Wait();
-  const bool save = saveAfterReading_ && specReadJob_->End() == JobEnd::kCompleted;
+void CStkDoc::SpecReadFinished() {
+  const bool save = saveAfterReading_ && jobs_.Get<StkSpecReadJob>()->End() == JobEnd::kCompleted;
   TakeReadingResult();
   UpdateAllViews(nullptr, HINT_RESULTS);
   if (save) {
@@ -234,7 +219,7 @@ bool CStkDoc::CancelAllAdjustments() {
 }
 
 bool CStkDoc::CanChangeAnalysis() const {
-  return !analysisJob_ && !specReadJob_ && !chainReportJob_;
+  return !BelongsToJob() && !Has(JobKind::kChainSave);
 }
 
 bool CStkDoc::StartChange() {
@@ -250,12 +235,38 @@ void CStkDoc::ChangeEnded(bool calleesChanged) {
   SaveSystemFile();
 }
 
+const CStkDoc::JobEnding& CStkDoc::EndingOf(JobKind kind) {
+  static constexpr std::array<JobEnding, kJobKinds.size()> kEndings = {{
+      {&CStkDoc::AnalysisStopped, &CStkDoc::AnalysisFinished},
+      {&CStkDoc::SpecReadStopped, &CStkDoc::SpecReadFinished},
+      {&CStkDoc::SpecWriteStopped, &CStkDoc::SpecWriteFinished},
+      {&CStkDoc::ChainSaveStopped, &CStkDoc::ChainSaveFinished},
+  }};
+  return kEndings[static_cast<size_t>(kind)];
+}
+
+void CStkDoc::Stop(JobKind kind) {
+  if (StkJob* job = jobs_.Get(kind)) {
+    job->Stop();
+    (this->*EndingOf(kind).stopped)();
+  }
+}
+
+void CStkDoc::Finish(JobKind kind) {
+  StkJob* job = jobs_.Get(kind);
+  if (job != nullptr && job->EndPosted()) {
+    job->Wait();
+    (this->*EndingOf(kind).finished)();
+  }
+}
+
 void CStkDoc::StopAllJobs() {
-  StopAnalysis();
-  StopSpecRead();
-  StopChainSave();
-  if (specWriteJob_ && !specWriteJob_->IsAutomatic()) {
-    StopSpecWrite();
+  Stop(JobKind::kAnalysis);
+  Stop(JobKind::kSpecRead);
+  Stop(JobKind::kChainSave);
+  const StkSpecWriteJob* writing = jobs_.Get<StkSpecWriteJob>();
+  if (writing != nullptr && !writing->IsAutomatic()) {
+    Stop(JobKind::kSpecWrite);
   }
   SettleSystemSave();
 }

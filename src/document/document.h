@@ -13,11 +13,13 @@
 #include "core/function_table.h"
 #include "core/root_list.h"
 #include "document/background_disposal.h"
+#include "document/job_kind.h"
+#include "document/job_slots.h"
 #include "document/jobs.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
 #include "platform/message_target.h"
-#include "readers/project.h"
+#include "readers/program_input.h"
 
 namespace velkor {
 
@@ -48,9 +50,9 @@ class View {
 // stopped; a stk system file of which this analysis could not take everything is kept beside the
 // new one (StkSystemFileKeeper).
 //
-// A job is finished (FinishAnalysis and its like) on its end notification. One that was posted
-// by a job that has been stopped since finds no job, or a newer one that still works; then
-// nothing happens, and the newer one is finished on its own notification.
+// A job is finished on its end notification. One that was posted by a job that has been stopped
+// since finds no job, or a newer one that still works; then nothing happens, and the newer one is
+// finished on its own notification.
 class CStkDoc {
  public:
   CStkDoc(Host& host, StkReporter& reporter, MessageTarget& mainWindow);
@@ -71,11 +73,13 @@ class CStkDoc {
 
   // The project file. Kept when a recalculation could not load it, so that it can be tried again.
   const std::string& PathName() const { return pathName_; }
-  // The tables belong to the job while IsAnalysing or IsReadingSpecifications holds: nothing of
-  // them may be read meanwhile, not even a count.
-  StkProject* Project() { return project_.get(); }
-  StkFunctionTable* FunctionTable() { return functionTable_.get(); }
-  StkRootList* RootList() { return rootList_.get(); }
+  ProgramInput* Input() { return input_.get(); }
+  // The tables; none without a project, and none while they belong to a job. What is kept of them
+  // (a table, a function) is not to be read meanwhile either.
+  StkFunctionTable* FunctionTable() { return BelongsToJob() ? nullptr : functionTable_.get(); }
+  StkRootList* RootList() { return BelongsToJob() ? nullptr : rootList_.get(); }
+  // An analysis or a specification reading has the tables.
+  bool BelongsToJob() const { return Has(JobKind::kAnalysis) || Has(JobKind::kSpecRead); }
   // The bounds of the functions, brought up to date now: computed only where somebody asks. They
   // stay as they are, also while the analysis changes, until the next call. None without tables,
   // and while they belong to a job.
@@ -87,41 +91,34 @@ class CStkDoc {
   bool LoadProject(std::string_view path);
   // Only with a project that has no tables yet.
   void StartAnalysis();
-  // Leaves a project with empty tables.
-  void StopAnalysis();
-  // Goes on with StartSpecRead, unless no module could be looked at.
-  void FinishAnalysis();
   void StartSpecRead();
   // saveAfter: rewrite the stk system file when the file has been read.
   // False without a function to specify.
   bool LoadSpecFile(std::string_view path, bool saveAfter = true);
-  // The views are not told.
-  void StopSpecRead();
-  void FinishSpecRead();
   void Recalculate();
   // Rewrites the stk system file in the background. A save that runs is waited for; requests made
   // meanwhile become one, which writes the newest state. Nothing without functions.
   void SaveSystemFile();
   // Waits for a running save. False without functions, or while they are being read.
   bool SaveSpecFile(std::string_view path);
-  // What an automatic save had to write is written later.
-  void StopSpecWrite();
-  void FinishSpecWrite();
   // Waits for a report that runs. False without functions, or while they are being read.
   bool SaveCallChains(std::string_view path, const StkFunction& function, bool allChains,
                       StkChainReport::Format format);
-  void StopChainSave();
-  void FinishChainSave();
   // Each is followed by SaveSystemFile, also when nothing has changed.
   bool AdjustFunction(StkFunction& function, const StkAdjustment& adjustment);
   bool CancelAdjustment(StkFunction& function);
   bool CancelAllAdjustments();
 
   // A job of this kind exists (it may have ended and not yet been finished).
-  bool IsAnalysing() const { return analysisJob_ != nullptr; }
-  bool IsReadingSpecifications() const { return specReadJob_ != nullptr; }
-  bool IsWritingSpecifications() const { return specWriteJob_ != nullptr; }
-  bool IsSavingCallChains() const { return chainReportJob_ != nullptr; }
+  bool Has(JobKind kind) const { return jobs_.Has(kind); }
+  bool HasJobs() const { return jobs_.HasAny(); }
+  // The job of this kind, if there is one, ends now. An analysis leaves a project with empty
+  // tables, a specification reading tells the views nothing; what an automatic save had to write
+  // is written later.
+  void Stop(JobKind kind);
+  // On its end notification. An analysis goes on with StartSpecRead, unless no module could be
+  // looked at.
+  void Finish(JobKind kind);
   // A job that reads has failed since the project was loaded: what the tables hold may lack what
   // was to be read.
   bool AnyJobFailed() const { return anyJobFailed_; }
@@ -132,6 +129,21 @@ class CStkDoc {
   bool CanChangeAnalysis() const;
 
  private:
+  // What follows when a job of one kind has ended; it is still in its slot.
+  struct JobEnding {
+    void (CStkDoc::*stopped)();
+    void (CStkDoc::*finished)();
+  };
+  static const JobEnding& EndingOf(JobKind kind);
+
+  void AnalysisStopped();
+  void AnalysisFinished();
+  void SpecReadStopped();
+  void SpecReadFinished();
+  void SpecWriteStopped();
+  void SpecWriteFinished();
+  void ChainSaveStopped() { jobs_.Empty(JobKind::kChainSave); }
+  void ChainSaveFinished();
   void StopAllJobs();
   void MakeTables();
   void DiscardTables();
@@ -150,7 +162,7 @@ class CStkDoc {
   MessageTarget& mainWindow_;
   std::vector<View*> views_;
   std::string pathName_;
-  std::unique_ptr<StkProject> project_;
+  std::unique_ptr<ProgramInput> input_;
   std::unique_ptr<StkFileTable> fileTable_;
   std::unique_ptr<StkFunctionTable> functionTable_;
   std::unique_ptr<StkRootList> rootList_;
@@ -158,10 +170,7 @@ class CStkDoc {
   bool readFromUserFile_ = false;
   bool saveAfterReading_ = false;
   StkFunction* currentSelection_ = nullptr;
-  std::unique_ptr<StkAnalysisJob> analysisJob_;
-  std::unique_ptr<StkSpecReadJob> specReadJob_;
-  std::unique_ptr<StkSpecWriteJob> specWriteJob_;
-  std::unique_ptr<StkChainReportJob> chainReportJob_;
+  JobSlots jobs_;
   bool systemSaveDue_ = false;
   bool anyJobFailed_ = false;
   bool anyWritingFailed_ = false;

@@ -8,13 +8,14 @@ void CStkDoc::SaveSystemFile() {
   if (!HasFunctionsToWrite()) {
     return;
   }
-  if (specWriteJob_ && !specWriteJob_->EndPosted()) {
+  const StkJob* running = jobs_.Get(JobKind::kSpecWrite);
+  if (running != nullptr && !running->EndPosted()) {
     systemSaveDue_ = true;
     return;
   }
   EndSpecWrite();
   systemSaveDue_ = false;
-  StartWriting(StkSpecWriter::Mode::kAutomatic, project_->SystemFilePath());
+  StartWriting(StkSpecWriter::Mode::kAutomatic, input_->SystemFilePath());
 }
 
 bool CStkDoc::SaveSpecFile(std::string_view path) {
@@ -27,22 +28,15 @@ bool CStkDoc::SaveSpecFile(std::string_view path) {
   return true;
 }
 
-void CStkDoc::StopSpecWrite() {
-  if (!specWriteJob_) {
-    return;
-  }
-  const bool automatic = specWriteJob_->IsAutomatic();
-  specWriteJob_->Stop();
+void CStkDoc::SpecWriteStopped() {
+  const bool automatic = jobs_.Get<StkSpecWriteJob>()->IsAutomatic();
   EndSpecWrite();
   if (!automatic && systemSaveDue_) {
     SaveSystemFile();
   }
 }
 
-void CStkDoc::FinishSpecWrite() {
-  if (!specWriteJob_ || !specWriteJob_->EndPosted()) {
-    return;
-  }
+void CStkDoc::SpecWriteFinished() {
   EndSpecWrite();
   if (systemSaveDue_) {
     SaveSystemFile();
@@ -54,60 +48,47 @@ bool CStkDoc::SaveCallChains(std::string_view path, const StkFunction& function,
   if (!HasFunctionsToWrite()) {
     return false;
   }
-  if (chainReportJob_) {
-    chainReportJob_->Wait();
+  if (StkJob* running = jobs_.Get(JobKind::kChainSave)) {
+    running->Wait();
   }
-  chainReportJob_ = std::make_unique<StkChainReportJob>(
+  jobs_.Start(std::make_unique<StkChainReportJob>(
       ChainReportOrder{std::string(path), function,
                        allChains ? ChainMode::kAll : ChainMode::kMaximum, format, InputPaths(true)},
-      host_, reporter_, mainWindow_);
-  chainReportJob_->Start();
+      host_, reporter_, mainWindow_));
   return true;
 }
 
-void CStkDoc::StopChainSave() {
-  if (chainReportJob_) {
-    chainReportJob_->Stop();
-    chainReportJob_.reset();
-  }
-}
-
-void CStkDoc::FinishChainSave() {
-  if (chainReportJob_ && chainReportJob_->EndPosted()) {
-    chainReportJob_->Wait();
-    anyWritingFailed_ = anyWritingFailed_ || chainReportJob_->End() == JobEnd::kFailed;
-    chainReportJob_.reset();
-  }
+void CStkDoc::ChainSaveFinished() {
+  anyWritingFailed_ = anyWritingFailed_ || jobs_.Get<StkChainReportJob>()->End() == JobEnd::kFailed;
+  jobs_.Empty(JobKind::kChainSave);
 }
 
 bool CStkDoc::HasFunctionsToWrite() const {
-  return project_ && functionTable_ && functionTable_->Count() != 0 && !analysisJob_ &&
-         !specReadJob_;
+  return input_ && functionTable_ && functionTable_->Count() != 0 && !BelongsToJob();
 }
 
 void CStkDoc::StartWriting(StkSpecWriter::Mode mode, std::string path) {
   const bool automatic = mode == StkSpecWriter::Mode::kAutomatic;
-  specWriteJob_ = std::make_unique<StkSpecWriteJob>(
+  jobs_.Start(std::make_unique<StkSpecWriteJob>(
       SpecWriteOrder{mode, std::move(path), InputPaths(!automatic), knownSystemFile_},
-      *functionTable_, host_, reporter_, mainWindow_);
-  specWriteJob_->Start();
+      *functionTable_, host_, reporter_, mainWindow_));
 }
 
 void CStkDoc::EndSpecWrite() {
-  if (!specWriteJob_) {
+  StkSpecWriteJob* job = jobs_.Get<StkSpecWriteJob>();
+  if (job == nullptr) {
     return;
   }
-  specWriteJob_->Wait();
-  const JobEnd end = specWriteJob_->End();
-  anyWritingFailed_ = anyWritingFailed_ || end == JobEnd::kFailed;
-  if (specWriteJob_->IsAutomatic()) {
-    if (end == JobEnd::kCompleted) {
-      knownSystemFile_ = specWriteJob_->Written();
-    } else if (end == JobEnd::kStopped) {
+  job->Wait();
+  anyWritingFailed_ = anyWritingFailed_ || job->End() == JobEnd::kFailed;
+  if (job->IsAutomatic()) {
+    if (job->End() == JobEnd::kCompleted) {
+      knownSystemFile_ = job->Written();
+    } else if (job->End() == JobEnd::kStopped) {
       systemSaveDue_ = true;
     }
   }
-  specWriteJob_.reset();
+  jobs_.Empty(JobKind::kSpecWrite);
 }
 
 // Until no automatic save runs or is due. One that fails has said so and is not tried again.
@@ -121,10 +102,10 @@ void CStkDoc::SettleSystemSave() {
 }
 
 std::vector<std::string> CStkDoc::InputPaths(bool withSources) {
-  std::vector<std::string> paths{project_->Path()};
-  paths.insert(paths.end(), project_->Modules().begin(), project_->Modules().end());
+  std::vector<std::string> paths{input_->Path()};
+  paths.insert(paths.end(), input_->Modules().begin(), input_->Modules().end());
   if (withSources) {
-    for (const auto& source : project_->BuildSpecSources()) {
+    for (const auto& source : input_->BuildSpecSources()) {
       paths.push_back(source->Path());
     }
   }

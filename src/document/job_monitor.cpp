@@ -1,5 +1,7 @@
 #include "document/job_monitor.h"
 
+#include <algorithm>
+
 #include "document/notifications.h"
 
 namespace velkor {
@@ -16,11 +18,10 @@ void StkJobMonitor::Handle(uint32_t message, uint64_t parameter) {
     case WM_STK_SPECREAD_END:
     case WM_STK_SPECWRITE_END:
     case WM_STK_CHAINSAVE_END:
-      slots_[SlotOf(message)] = false;
-      HandleEnd(message);
+      HandleEnd(KindOf(message));
       return;
     default:
-      if (HasJob(SlotOf(message))) {
+      if (document_.Has(KindOf(message))) {
         HandleProgress(message, parameter);
       }
   }
@@ -31,11 +32,11 @@ void StkJobMonitor::HandleProgress(uint32_t message, uint64_t parameter) {
     case WM_STK_ANALYSIS_START:
     case WM_STK_SPECWRITE_START:
     case WM_STK_CHAINSAVE_START:
-      slots_[SlotOf(message)] = true;
+      slots_[KindOf(message)] = true;
       Restart(parameter);
       break;
     case WM_STK_SPECREAD_START:
-      slots_[SlotOf(message)] = true;
+      slots_[KindOf(message)] = true;
       break;
     case WM_STK_SPECREAD_FILE:
       Restart(parameter);
@@ -56,80 +57,40 @@ void StkJobMonitor::HandleProgress(uint32_t message, uint64_t parameter) {
   }
 }
 
-void StkJobMonitor::HandleEnd(uint32_t message) {
-  switch (message) {
-    case WM_STK_ANALYSIS_END:
-      document_.FinishAnalysis();
-      progress_.SetPosition(0);
-      break;
-    case WM_STK_SPECREAD_END:
-      document_.FinishSpecRead();
-      break;
-    case WM_STK_SPECWRITE_END:
-      document_.FinishSpecWrite();
-      progress_.SetPosition(0);
-      break;
-    case WM_STK_CHAINSAVE_END:
-      document_.FinishChainSave();
-      progress_.SetPosition(0);
-      break;
-    default:
-      break;
+void StkJobMonitor::HandleEnd(JobKind kind) {
+  slots_[kind] = false;
+  document_.Finish(kind);
+  if (kind != JobKind::kSpecRead) {
+    progress_.SetPosition(0);
   }
 }
 
 bool StkJobMonitor::CanStop() const {
-  for (size_t slot = 0; slot < kSlotCount; ++slot) {
-    if (slots_[slot] && HasJob(static_cast<Slot>(slot))) {
-      return true;
-    }
-  }
-  return false;
+  return std::ranges::any_of(kJobKinds,
+                             [this](JobKind kind) { return slots_[kind] && document_.Has(kind); });
 }
 
 void StkJobMonitor::Stop() {
   if (!CanStop()) {
     return;
   }
-  if (slots_[kAnalysis]) {
-    document_.StopAnalysis();
+  for (const JobKind kind : kJobKinds) {
+    if (slots_[kind]) {
+      document_.Stop(kind);
+    }
   }
-  if (slots_[kSpecRead]) {
-    document_.StopSpecRead();
-  }
-  if (slots_[kSpecWrite]) {
-    document_.StopSpecWrite();
-  }
-  if (slots_[kChainSave]) {
-    document_.StopChainSave();
-  }
-  slots_.fill(false);
+  slots_ = {};
   progress_.SetPosition(0);
 }
 
-StkJobMonitor::Slot StkJobMonitor::SlotOf(uint32_t message) {
+JobKind StkJobMonitor::KindOf(uint32_t message) {
   if (message <= WM_STK_ANALYSIS_STEP) {
-    return kAnalysis;
+    return JobKind::kAnalysis;
   }
   if (message <= WM_STK_SPECREAD_PROGRESS) {
-    return kSpecRead;
+    return JobKind::kSpecRead;
   }
-  return message <= WM_STK_SPECWRITE_PROGRESS ? kSpecWrite : kChainSave;
-}
-
-bool StkJobMonitor::HasJob(Slot slot) const {
-  switch (slot) {
-    case kAnalysis:
-      return document_.IsAnalysing();
-    case kSpecRead:
-      return document_.IsReadingSpecifications();
-    case kSpecWrite:
-      return document_.IsWritingSpecifications();
-    case kChainSave:
-      return document_.IsSavingCallChains();
-    default:
-      return false;
-  }
+  return message <= WM_STK_SPECWRITE_PROGRESS ? JobKind::kSpecWrite : JobKind::kChainSave;
 }
 
 void StkJobMonitor::Restart(uint64_t range) {

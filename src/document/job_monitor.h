@@ -1,10 +1,9 @@
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 
 #include "document/document.h"
+#include "document/job_kind.h"
 
 namespace velkor {
 
@@ -33,17 +32,14 @@ class StkJobMonitor {
   void Stop();
 
  private:
-  enum Slot : size_t { kAnalysis, kSpecRead, kSpecWrite, kChainSave, kSlotCount };
-
-  static Slot SlotOf(uint32_t message);
-  bool HasJob(Slot slot) const;
+  static JobKind KindOf(uint32_t message);
   void HandleProgress(uint32_t message, uint64_t parameter);
-  void HandleEnd(uint32_t message);
+  void HandleEnd(JobKind kind);
   void Restart(uint64_t range);
 
   CStkDoc& document_;
   ProgressBar& progress_;
-  std::array<bool, kSlotCount> slots_{};
+  OfEachJobKind<bool> slots_;
 };
 
 }  // namespace velkor

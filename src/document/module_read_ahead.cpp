@@ -4,7 +4,6 @@
 #include <system_error>
 
 #include "files/paths.h"
-#include "readers/module_reader.h"
 
 namespace velkor {
 
@@ -12,18 +11,20 @@ namespace {
 
 constexpr size_t kModulesPerThread = 2;
 
-size_t ThreadCount(const Host& host) {
-  return host.readingThreads == 0 ? WorkerThread::MostAtOnce() : host.readingThreads;
+size_t ThreadCount(size_t wanted) {
+  return wanted == 0 ? WorkerThread::MostAtOnce() : wanted;
 }
 
 }  // namespace
 
-ModuleReadAhead::ModuleReadAhead(const StkStringList& paths, Host& host, Event& stopEvent)
-    : paths_(paths),
-      host_(host),
+ModuleReadAhead::ModuleReadAhead(ProgramInput& input, size_t threads, Event& stopEvent)
+    : paths_(input.Modules()),
       stopEvent_(stopEvent),
-      slots_(ThreadCount(host) * kModulesPerThread) {
-  StartThreads(std::min(ThreadCount(host), paths.size()));
+      slots_(std::min(ThreadCount(threads), paths_.size()) * kModulesPerThread) {
+  for (Slot& slot : slots_) {
+    slot.reader = input.MakeReader();
+  }
+  StartThreads(std::min(ThreadCount(threads), paths_.size()));
 }
 
 ModuleReadAhead::~ModuleReadAhead() {
@@ -65,7 +66,7 @@ bool ModuleReadAhead::MayBeRead() const {
   return next_ < paths_.size() && next_ < current_ + slots_.size();
 }
 
-StkTextWriter::Opened ModuleReadAhead::Open(size_t module) {
+FileFailure ModuleReadAhead::Open(size_t module) {
   {
     const std::lock_guard lock(mutex_);
     current_ = module;
@@ -81,13 +82,13 @@ StkTextWriter::Opened ModuleReadAhead::Open(size_t module) {
     WaitFor(Stage::kOpen);
   }
   const Slot& slot = SlotOf(module);
-  if (!slot.opened.ok && slot.failure) {
+  if (slot.opening != FileFailure::kNone && slot.failure) {
     std::rethrow_exception(slot.failure);
   }
-  return slot.opened;
+  return slot.opening;
 }
 
-const ModuleRecording& ModuleReadAhead::Read() {
+ModuleReader& ModuleReadAhead::Read() {
   Slot& slot = SlotOf(current_);
   if (ownerReads_) {
     ReadFile(slot);
@@ -97,7 +98,7 @@ const ModuleRecording& ModuleReadAhead::Read() {
   if (slot.failure) {
     std::rethrow_exception(slot.failure);
   }
-  return slot.recording;
+  return *slot.reader;
 }
 
 void ModuleReadAhead::WaitFor(Stage stage) {
@@ -122,7 +123,7 @@ void ModuleReadAhead::ReadNext(std::unique_lock<std::mutex>& lock) {
   lock.unlock();
   OpenFile(module);
   Slot& slot = SlotOf(module);
-  if (slot.opened.ok) {
+  if (slot.opening == FileFailure::kNone) {
     ReadFile(slot);
   }
   lock.lock();
@@ -131,11 +132,10 @@ void ModuleReadAhead::ReadNext(std::unique_lock<std::mutex>& lock) {
 void ModuleReadAhead::OpenFile(size_t module) {
   Slot& slot = SlotOf(module);
   slot.failure = nullptr;
-  slot.opened = {false, MessageKey::kW9407};
+  slot.opening = FileFailure::kOther;
   try {
     if (paths_[module].size() <= kMaxPathLength) {
-      slot.file.emplace(host_);
-      slot.opened = slot.file->OpenForRead(paths_[module]);
+      slot.opening = slot.reader->Open(module);
     }
   } catch (...) {
     slot.failure = std::current_exception();
@@ -145,12 +145,10 @@ void ModuleReadAhead::OpenFile(size_t module) {
 
 void ModuleReadAhead::ReadFile(Slot& slot) {
   try {
-    slot.recording.Clear();
-    StkAsmModuleReader(*slot.file, stopEvent_, host_.codePage, slot.recording).Read();
+    slot.reader->Read(stopEvent_);
   } catch (...) {
     slot.failure = std::current_exception();
   }
-  slot.file.reset();
   SetStage(slot, Stage::kDone);
 }
 

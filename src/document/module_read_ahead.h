@@ -5,19 +5,16 @@
 #include <exception>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <vector>
 
 #include "core/string_list.h"
-#include "files/text_writer.h"
 #include "platform/event.h"
-#include "platform/host.h"
 #include "platform/worker_thread.h"
-#include "readers/module_recording.h"
+#include "readers/program_input.h"
 
 namespace velkor {
 
-// Reads the modules of a list by several threads, a few modules ahead of its owner, who is handed
+// Reads the modules of an input by several threads, a few modules ahead of its owner, who is handed
 // each in the order of the list and sees no difference to reading them one by one: a module that
 // cannot be opened or read shows when its turn comes. The owner's thread reads too instead of
 // waiting; with one thread it alone reads, and nothing before its turn. A file is open while it is
@@ -25,18 +22,18 @@ namespace velkor {
 // set, that is soon.
 class ModuleReadAhead {
  public:
-  // paths, host and stopEvent outlive it.
-  ModuleReadAhead(const StkStringList& paths, Host& host, Event& stopEvent);
+  // threads: how many read, 0 for as many as run at once. input and stopEvent outlive it.
+  ModuleReadAhead(ProgramInput& input, size_t threads, Event& stopEvent);
   ~ModuleReadAhead();
   ModuleReadAhead(const ModuleReadAhead&) = delete;
   ModuleReadAhead& operator=(const ModuleReadAhead&) = delete;
 
   // The owner's thread, for module 0, then 1 and so on: Open waits until the file is open, Read,
   // only when it could be opened, until it has been read. Both throw what the reading threw.
-  // W9407, without a try, for a path that is too long.
-  StkTextWriter::Opened Open(size_t module);
-  // Valid until the next Open.
-  const ModuleRecording& Read();
+  // A path that is too long fails without a try.
+  FileFailure Open(size_t module);
+  // What has read it, ready to enter it; until the next Open.
+  ModuleReader& Read();
 
  private:
   enum class Stage { kWaiting, kOpen, kDone };
@@ -45,9 +42,8 @@ class ModuleReadAhead {
   // the stage, under the mutex, tells when others may look.
   struct Slot {
     Stage stage = Stage::kWaiting;
-    std::optional<StkTextWriter> file;
-    StkTextWriter::Opened opened;
-    ModuleRecording recording;
+    std::unique_ptr<ModuleReader> reader;
+    FileFailure opening{};
     std::exception_ptr failure;
   };
 
@@ -66,7 +62,6 @@ class ModuleReadAhead {
   Slot& SlotOf(size_t module) { return slots_[module % slots_.size()]; }
 
   const StkStringList& paths_;
-  Host& host_;
   Event& stopEvent_;
   std::vector<Slot> slots_;
   bool ownerReads_ = false;  // the current module

@@ -7,6 +7,7 @@
 
 #include "core/recompute.h"
 #include "document/job.h"
+#include "document/job_kind.h"
 #include "files/spec_reader.h"
 #include "messages/reporter.h"
 
@@ -17,6 +18,8 @@ namespace velkor {
 // be opened, with which it counts as completed.
 class StkSpecReadJob : public StkJob {
  public:
+  static constexpr JobKind kKind = JobKind::kSpecRead;
+
   StkSpecReadJob(std::vector<std::unique_ptr<StkSpecReader>> sources, StkFunctionTable& functions,
                  StkRootList& roots, StkReporter& reporter, MessageTarget& mainWindow);
   ~StkSpecReadJob() override;

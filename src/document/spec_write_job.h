@@ -7,6 +7,7 @@
 
 #include "core/recompute.h"
 #include "document/job.h"
+#include "document/job_kind.h"
 #include "document/system_file_keeper.h"
 #include "files/spec_writer.h"
 #include "messages/reporter.h"
@@ -28,6 +29,8 @@ struct SpecWriteOrder {
 // notification at every end. The function table must not change meanwhile.
 class StkSpecWriteJob : public StkJob {
  public:
+  static constexpr JobKind kKind = JobKind::kSpecWrite;
+
   StkSpecWriteJob(SpecWriteOrder order, const StkFunctionTable& functions, Host& host,
                   StkReporter& reporter, MessageTarget& mainWindow);
   ~StkSpecWriteJob() override;

@@ -14,7 +14,7 @@ namespace {
 // grows and shrinks at its end with the path, and is written only where such a line begins.
 class Rendering : public ChainVisitor {
  public:
-  Rendering(StkTextWriter& file, const CodePage& codePage,
+  Rendering(TextOutputFile& file, const CodePage& codePage,
             const StkChainReport::AfterChain& afterChain)
       : file_(file), codePage_(codePage), afterChain_(afterChain) {}
 
@@ -27,7 +27,7 @@ class Rendering : public ChainVisitor {
     return !failed_;
   }
 
-  StkTextWriter& file_;
+  TextOutputFile& file_;
   const CodePage& codePage_;
   std::string prefix_;
   std::string item_;  // of the function visited last
@@ -109,36 +109,40 @@ class CsvRendering : public Rendering {
 
 StkChainReport::StkChainReport(Format format, std::string path, Host& host,
                                const StkMessages& messages)
-    : format_(format), path_(std::move(path)), host_(host), messages_(messages), file_(host) {}
+    : format_(format), path_(std::move(path)), host_(host), messages_(messages) {}
 
 StkChainReport::Format StkChainReport::FormatOf(std::string_view path, const CodePage& codePage) {
   return codePage.EqualIgnoreCase(Extension(path, codePage), ".csv") ? Format::kCsv : Format::kText;
 }
 
 bool StkChainReport::Open() {
-  const StkTextWriter::Opened opened = file_.OpenForWrite(path_);
-  failure_ = opened.failure;
-  return opened.ok;
+  OpenResult<OutputFile> opened = host_.files.OpenForWrite(path_);
+  if (!opened.file) {
+    failure_ = MessageKey::kW9402;
+    return false;
+  }
+  file_ = std::make_unique<TextOutputFile>(std::move(opened.file));
+  return true;
 }
 
 WriteEnd StkChainReport::Write(const StkFunction& start, ChainMode mode,
                                const AfterChain& afterChain) {
-  file_.SetLimits(kMaxOutputLines, kMaxOutputLineLength, format_ == Format::kText);
-  TextRendering text(file_, host_.codePage, afterChain);
-  CsvRendering csv(file_, host_.codePage, afterChain);
+  file_->SetLimits(kMaxOutputLines, kMaxOutputLineLength, format_ == Format::kText);
+  TextRendering text(*file_, host_.codePage, afterChain);
+  CsvRendering csv(*file_, host_.codePage, afterChain);
   const bool isCsv = format_ == Format::kCsv;
   Rendering& rendering = isCsv ? static_cast<Rendering&>(csv) : text;
-  const bool headed = !isCsv || (file_.WriteString(messages_.Text(MessageKey::kCsvHeading)) &&
-                                 file_.WriteString("\n"));
+  const bool headed = !isCsv || (file_->WriteString(messages_.Text(MessageKey::kCsvHeading)) &&
+                                 file_->WriteString("\n"));
   const bool finished = headed && WalkChains(start, mode, rendering);
   if (!headed || rendering.Failed()) {
-    failure_ = file_.LineLimitReached()   ? MessageKey::kW9450
-               : file_.CharLimitReached() ? MessageKey::kW9451
-                                          : MessageKey::kW9404;
-    file_.Abort();
+    failure_ = file_->LineLimitReached()   ? MessageKey::kW9450
+               : file_->CharLimitReached() ? MessageKey::kW9451
+                                           : MessageKey::kW9404;
+    file_.reset();
     return WriteEnd::kFailed;
   }
-  if (!file_.Close()) {
+  if (!file_->Close()) {
     failure_ = MessageKey::kW9404;
     return WriteEnd::kFailed;
   }

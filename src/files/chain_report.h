@@ -2,11 +2,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "core/chain_walk.h"
-#include "files/text_writer.h"
+#include "files/text_output_file.h"
 #include "files/write_end.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
@@ -38,7 +39,7 @@ class StkChainReport {
   const std::string path_;
   Host& host_;
   const StkMessages& messages_;
-  StkTextWriter file_;
+  std::unique_ptr<TextOutputFile> file_;  // after Open
   MessageKey failure_{};
 };
 

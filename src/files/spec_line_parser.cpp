@@ -5,7 +5,6 @@
 
 #include "files/numbers.h"
 #include "files/paths.h"
-#include "files/spec_reader.h"
 
 namespace velkor {
 
@@ -90,7 +89,8 @@ bool SpecLineParser::ReadMargin(std::string_view value) {
   afterCall_ = false;
   size_t digits = 0;
   uint32_t number = 0;
-  if (ParseNumberAt(value, digits, number) != NumberResult::kOk || number > kSizeLimit) {
+  if (ParseNumberAt(value, digits, number) != NumberResult::kOk ||
+      number > context_.table.SizeLimit()) {
     return Fail(MessageKey::kW9413, value);
   }
   if (margin_ != kNoMargin) {
@@ -122,7 +122,7 @@ bool SpecLineParser::ReadCallee(std::string_view value) {
   if (!SplitName(value, MessageKey::kW9418, name) || !CheckName(name)) {
     return false;
   }
-  if (callCount_ == StkSpecReader::kMaxCallees) {
+  if (callCount_ == kMaxCallees) {
     return Fail(MessageKey::kW9423);
   }
   ++callCount_;
@@ -168,7 +168,7 @@ bool SpecLineParser::CheckName(const Name& name) {
   if (name.file.size() > kMaxPathLength) {
     return Fail(MessageKey::kW9411, name.file);
   }
-  if (name.function.size() > StkSpecReader::kMaxFunctionName - (name.bracketed ? 1 : 0)) {
+  if (name.function.size() > kMaxFunctionName - (name.bracketed ? 1 : 0)) {
     return Fail(MessageKey::kW9412, name.function);
   }
   return true;

@@ -15,6 +15,9 @@ namespace velkor {
 // reads. What the line states takes effect elsewhere. Used once, where it was made.
 class SpecLineParser {
  public:
+  static constexpr size_t kMaxFunctionName = 1022;
+  static constexpr uint32_t kMaxCallees = 1024;
+
   struct Context {
     const StkFunctionTable& table;
     SpecificationKind kind;

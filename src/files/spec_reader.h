@@ -23,8 +23,6 @@ class StkSpecReader : public SpecificationSource {
  public:
   static constexpr uint32_t kMaxLines = 32767;
   static constexpr size_t kLineBufferSize = 5120;  // at most one byte less is kept of a line
-  static constexpr size_t kMaxFunctionName = 1022;
-  static constexpr uint32_t kMaxCallees = 1024;
 
   StkSpecReader(SpecificationKind kind, std::string path, Host& host, StkReporter& reporter);
 

@@ -8,7 +8,7 @@
 namespace velkor {
 
 StkSpecWriter::StkSpecWriter(Mode mode, std::string path, const StkFunctionTable& table, Host& host)
-    : mode_(mode), path_(std::move(path)), table_(table), host_(host), file_(host) {}
+    : mode_(mode), path_(std::move(path)), table_(table), host_(host) {}
 
 StkSpecWriter::~StkSpecWriter() {
   Discard();
@@ -19,15 +19,16 @@ bool StkSpecWriter::Open() {
   if (mode_ == Mode::kAutomatic) {
     target = SiblingPath(path_, host_.codePage);
   }
-  const StkTextWriter::Opened opened = file_.OpenForWrite(target);
-  if (!opened.ok) {
-    failure_ = opened.failure;
+  OpenResult<OutputFile> opened = host_.files.OpenForWrite(target);
+  if (!opened.file) {
+    failure_ = MessageKey::kW9402;
     return false;
   }
+  file_ = std::make_unique<TextOutputFile>(std::move(opened.file));
   if (mode_ == Mode::kAutomatic) {
     sibling_ = std::move(target);
   }
-  file_.SetLimits(kMaxOutputLines, kMaxOutputLineLength, false);
+  file_->SetLimits(kMaxOutputLines, kMaxOutputLineLength, false);
   return true;
 }
 
@@ -40,9 +41,9 @@ WriteEnd StkSpecWriter::Write(const AfterFunction& afterFunction) {
   if (stopped_) {
     return EndStopped();
   }
-  return Fail(file_.LineLimitReached()   ? MessageKey::kW9406
-              : file_.CharLimitReached() ? MessageKey::kW9461
-                                         : MessageKey::kW9404);
+  return Fail(file_->LineLimitReached()   ? MessageKey::kW9406
+              : file_->CharLimitReached() ? MessageKey::kW9461
+                                          : MessageKey::kW9404);
 }
 
 bool StkSpecWriter::WriteFunctions(bool adjusted, const AfterFunction& afterFunction) {
@@ -64,7 +65,7 @@ bool StkSpecWriter::WriteFunctions(bool adjusted, const AfterFunction& afterFunc
 }
 
 bool StkSpecWriter::WriteFunction(const StkFunction& function) {
-  if (!file_.WriteString(NameToRead(function))) {
+  if (!file_->WriteString(NameToRead(function))) {
     return false;
   }
   const StkAppliedAdjustment* adjustment = function.adjustment.get();
@@ -76,16 +77,16 @@ bool StkSpecWriter::WriteFunction(const StkFunction& function) {
       return false;
     }
     for (const StkFunction* callee : function.extraCallees) {
-      if (!file_.WriteString(", CALL=") || !file_.WriteString(NameToRead(*callee))) {
+      if (!file_->WriteString(", CALL=") || !file_->WriteString(NameToRead(*callee))) {
         return false;
       }
     }
   }
-  return file_.WriteString("\n");
+  return file_->WriteString("\n");
 }
 
 bool StkSpecWriter::WriteAttribute(std::string_view keyword, uint32_t value) {
-  return file_.WriteString(keyword) && file_.WriteString(std::to_string(value));
+  return file_->WriteString(keyword) && file_->WriteString(std::to_string(value));
 }
 
 // A C name that begins with "_" is also the symbol of another C name, which a reader prefers. Only
@@ -104,8 +105,8 @@ std::string StkSpecWriter::NameToRead(const StkFunction& function) const {
 }
 
 WriteEnd StkSpecWriter::Finish() {
-  const bool synchronized = mode_ == Mode::kUser || file_.Synchronize();
-  if (!file_.Close() || !synchronized) {
+  const bool synchronized = mode_ == Mode::kUser || file_->Synchronize();
+  if (!file_->Close() || !synchronized) {
     return Fail(MessageKey::kW9404);
   }
   if (mode_ == Mode::kAutomatic && !TakeOldPlace()) {
@@ -123,7 +124,7 @@ bool StkSpecWriter::TakeOldPlace() {
 }
 
 WriteEnd StkSpecWriter::EndStopped() {
-  if (mode_ == Mode::kUser && !file_.Close()) {
+  if (mode_ == Mode::kUser && !file_->Close()) {
     return Fail(MessageKey::kW9404);
   }
   Discard();
@@ -137,7 +138,7 @@ WriteEnd StkSpecWriter::Fail(MessageKey key) {
 }
 
 void StkSpecWriter::Discard() {
-  file_.Abort();
+  file_.reset();
   if (!sibling_.empty()) {
     host_.files.Remove(sibling_);
     sibling_.clear();

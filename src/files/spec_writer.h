@@ -2,12 +2,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "core/function_table.h"
-#include "files/text_writer.h"
+#include "files/text_output_file.h"
 #include "files/write_end.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
@@ -62,7 +63,7 @@ class StkSpecWriter {
   const std::string path_;
   const StkFunctionTable& table_;
   Host& host_;
-  StkTextWriter file_;
+  std::unique_ptr<TextOutputFile> file_;  // after Open, until it is discarded
   MayReplace mayReplace_;
   std::string sibling_;  // the new file until it takes the old one's place; empty: none
   uint32_t count_ = 0;

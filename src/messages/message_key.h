@@ -67,7 +67,6 @@ enum class MessageKey : uint32_t {
   kW9432NoLine = 40901,
   kStopReadingQuestion = 40903,
   kAssemblerSourceModuleFile = 41003,
-  kSizeLimitText = 41007,
   kMarginDeleted = 41010,
   kMarginSet = 41011,
   kDepthDeleted = 41012,

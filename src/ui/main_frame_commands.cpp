@@ -47,9 +47,8 @@ void CMainFrame::Route(Command command) {
 
 // There are functions, and no job is changing them in its thread.
 bool CMainFrame::HasReadableFunctions() const {
-  CStkDoc& document = context_.document;
-  return !document.IsAnalysing() && !document.IsReadingSpecifications() &&
-         document.FunctionTable() && document.FunctionTable()->Count() > 0;
+  const StkFunctionTable* functions = context_.document.FunctionTable();
+  return functions && functions->Count() > 0;
 }
 
 std::optional<CommandState> CMainFrame::StateOf(Command command) {

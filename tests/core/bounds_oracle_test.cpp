@@ -199,9 +199,9 @@ void ExpectExplained(const Engine& engine, uint32_t number) {
   uint64_t sum = 0;
   for (const ExplanationRow& row :
        Explanations(engine.table, engine.bounds).Of(engine.At(number))) {
-    uint64_t once = ActivationSize(*row.function);
+    uint64_t once = ActivationSize(*row.function, kSizeLimit);
     for (const ExplainedCall& call : row.calls) {
-      EXPECT_EQ(call.bytes, ActivationSize(*call.function));
+      EXPECT_EQ(call.bytes, ActivationSize(*call.function, kSizeLimit));
       once += call.bytes;
     }
     EXPECT_EQ(row.bytes, once * row.times);

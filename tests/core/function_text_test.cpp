@@ -39,6 +39,7 @@ TEST(FunctionText, NamesShowWhereAFunctionComesFrom) {
       {"__f", FN_DEFINED | FN_GLOBAL, "_f", "_f"},
       {"f_", FN_DEFINED | FN_GLOBAL, "f_", "f_"},
       {"_", 0, "[]", "[]"},
+      {"_f", FN_DEFINED | FN_GLOBAL | FN_PLAIN_SYMBOL, "_f", "_f"},
   };
   for (const auto& each : cases) {
     const StkFunction function = Make(each.name, each.flags, &file);
@@ -50,7 +51,7 @@ TEST(FunctionText, NamesShowWhereAFunctionComesFrom) {
 TEST(FunctionText, Sizes) {
   StkFunction unknown = Make("_u", 0);
   EXPECT_EQ(TotalSizeText(unknown), "?");
-  unknown.totalStackSize = kSizeLimit + 1;
+  unknown.totalStackSize = kOverSize;
   EXPECT_EQ(TotalSizeText(unknown), "SIZEOVER");
   unknown.totalStackSize = kSizeLimit;
   EXPECT_EQ(TotalSizeText(unknown), "?");
@@ -75,17 +76,13 @@ TEST(FunctionText, AdjustmentInformation) {
   } cases[] = {
       {FN_DEFINED, 9, {}, "", ""},
       {FN_LIBRARY, 9, {}, "+9", "9"},
-      {FN_LIBRARY, kSizeLimit + 1, {}, "+SIZEOVER", "SIZEOVER"},
+      {FN_LIBRARY, kOverSize, {}, "+SIZEOVER", "SIZEOVER"},
       {FN_DEFINED | FN_FIXED_EXTRA, 6, {}, "+6", "6"},
       {FN_LIBRARY, 9, {{kNoMargin, kNoDepth}}, "", ""},
       {FN_LIBRARY, 9, {{0, kNoDepth}}, "+0", "0"},
       {FN_DEFINED, 0, {{10, 3}}, "+10*3", "10 *3"},
       {FN_DEFINED, 0, {{kNoMargin, 3}}, "*3", "*3"},
-      {FN_DEFINED,
-       0,
-       {{kSizeLimit + 1, 4294967295}},
-       "+SIZEOVER*4294967295",
-       "SIZEOVER *4294967295"},
+      {FN_DEFINED, 0, {{10, 4294967295}}, "+10*4294967295", "10 *4294967295"},
   };
   for (const auto& each : cases) {
     StkFunction function = Make("_f", each.flags);

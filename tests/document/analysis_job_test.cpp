@@ -1,6 +1,7 @@
 #include "document/analysis_job.h"
 
 #include "document_host.h"
+#include "readers/open_input.h"
 #include "stoppable.h"
 
 namespace velkor {
@@ -13,11 +14,13 @@ class AnalysisJobTest : public DocumentHost {
  protected:
   // One thread reads nothing before its turn, so that a test can count on what has been read.
   AnalysisJobTest() { host.host.readingThreads = 1; }
-  void Load() { ASSERT_TRUE(project.Load(kProject)); }
   void RunJob() {
     window.monitor = nullptr;
-    job.Start();
-    job.Wait();
+    input = OpenInput(kProject, host.host, recorder.reporter);
+    ASSERT_NE(input, nullptr);
+    job.emplace(AnalysisParts{host.host, recorder.reporter, *input, {functions, files}}, window);
+    job->Start();
+    job->Wait();
     recorder.queue.Drain();
   }
   std::vector<uint32_t> Notifications() const {
@@ -28,10 +31,10 @@ class AnalysisJobTest : public DocumentHost {
     return numbers;
   }
 
-  StkProject project{host.host, recorder.reporter};
+  std::unique_ptr<ProgramInput> input;
   StkFileTable files{host.codePage};
   StkFunctionTable functions{host.codePage};
-  Job job{AnalysisParts{host.host, recorder.reporter, project, files, functions}, window};
+  std::optional<Job> job;
 };
 
 using Numbers = std::vector<uint32_t>;
@@ -43,9 +46,8 @@ TEST_F(AnalysisJobTest, ReadsEveryModuleThatCanBeRead) {
   host.files.Refuse(ModulePath("locked"));
   host.files.Put(ModulePath("broken"), "no header\n");
   PutModule("b", {"g 30"});
-  Load();
   RunJob();
-  EXPECT_EQ(job.End(), JobEnd::kCompleted);
+  EXPECT_EQ(job->End(), JobEnd::kCompleted);
   EXPECT_EQ(functions.Count(), 2u);
   EXPECT_EQ(functions.UnknownCount(), 0u);
   EXPECT_EQ(functions.Functions()[0]->callees.size(), 1u);
@@ -85,14 +87,13 @@ TEST_F(AnalysisJobTest, AStopInsideAModuleEndsWithin100Lines) {
   int reads = 0;
   host.files.OnRead(ModulePath("b"), [this, &reads] {
     if (++reads == 2) {
-      job.RequestStop();
+      job->RequestStop();
     }
   });
-  Load();
   RunJob();
-  EXPECT_EQ(job.End(), JobEnd::kStopped);
+  EXPECT_EQ(job->End(), JobEnd::kStopped);
   EXPECT_EQ(reads, 2);
-  EXPECT_FALSE(job.EndPosted());
+  EXPECT_FALSE(job->EndPosted());
   EXPECT_EQ(Notifications(),
             (Numbers{WM_STK_ANALYSIS_START, WM_STK_ANALYSIS_STEP, WM_STK_ANALYSIS_STEP}));
   EXPECT_EQ(recorder.log.lines.back(), "C:\\p\\b.asm Reading aborted.");
@@ -164,9 +165,8 @@ TEST_P(OutOfMemory, EndsTheJobWithEmptyTables) {
     PutModule(name, {std::string(name) + " 10"});
   }
   host.files.OnRead(ModulePath("b"), [] { throw std::bad_alloc(); });
-  Load();
   RunJob();
-  EXPECT_EQ(job.End(), JobEnd::kFailed);
+  EXPECT_EQ(job->End(), JobEnd::kFailed);
   EXPECT_EQ(functions.Count(), 0u);
   EXPECT_EQ(Notifications().back(), WM_STK_ANALYSIS_END);
   const std::vector<std::string>& lines = recorder.log.lines;

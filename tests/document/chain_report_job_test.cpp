@@ -51,7 +51,7 @@ TEST_F(ChainSavingTest, AStopLeavesTheLinesWritten) {
   }
   recorder.queue.Drain();
   EXPECT_TRUE(monitor.CanStop());
-  document.StopChainSave();
+  document.Stop(JobKind::kChainSave);
   recorder.queue.Drain();
   EXPECT_FALSE(monitor.CanStop());
   EXPECT_TRUE(Logged("C:\\r.txt Writing aborted."));

@@ -28,10 +28,7 @@ void DocumentHost::PutChain() {
 }
 
 void DocumentHost::Finish() {
-  recorder.queue.RunUntil([this] {
-    return !document.IsAnalysing() && !document.IsReadingSpecifications() &&
-           !document.IsWritingSpecifications() && !document.IsSavingCallChains();
-  });
+  recorder.queue.RunUntil([this] { return !document.HasJobs(); });
   recorder.queue.Drain();
 }
 

@@ -8,15 +8,23 @@ namespace {
 using testing::DocumentHost;
 using Hints = std::vector<ViewHint>;
 
-class DocumentTest : public DocumentHost {};
+class DocumentTest : public DocumentHost {
+ protected:
+  void ExpectTablesAreAJobs() {
+    EXPECT_TRUE(document.BelongsToJob());
+    EXPECT_EQ(document.FunctionTable(), nullptr);
+    EXPECT_EQ(document.RootList(), nullptr);
+    EXPECT_EQ(document.Bounds(), nullptr);
+  }
+};
 
 TEST_F(DocumentTest, ARecalculationThatFailsCanBeTriedAgain) {
   PutChain();
   OpenAndFinish();
   host.files.Remove(kProject);
   document.Recalculate();
-  EXPECT_FALSE(document.IsAnalysing());
-  EXPECT_EQ(document.Project(), nullptr);
+  EXPECT_FALSE(document.HasJobs());
+  EXPECT_EQ(document.Input(), nullptr);
   EXPECT_EQ(document.PathName(), kProject);
   PutChain();
   PutModule("b", {"g 40"});
@@ -73,7 +81,7 @@ TEST_F(DocumentTest, BoundsAreThoseOfTheLastChange) {
   EXPECT_EQ(document.Bounds(), nullptr);
   PutChain();
   Open();
-  EXPECT_EQ(document.Bounds(), nullptr) << "the tables are a job's";
+  ExpectTablesAreAJobs();
   Finish();
   EXPECT_EQ(known("main"), 60u);
   StkAdjustment adjustment;
@@ -83,7 +91,7 @@ TEST_F(DocumentTest, BoundsAreThoseOfTheLastChange) {
   Finish();
   host.files.Put("C:\\p\\spec.txt", "g, ADD=100\n");
   EXPECT_TRUE(document.LoadSpecFile("C:\\p\\spec.txt"));
-  EXPECT_EQ(document.Bounds(), nullptr) << "the tables are a job's";
+  ExpectTablesAreAJobs();
   Finish();
   EXPECT_EQ(known("main"), 167u);
   PutModule("b", {"g 40"});

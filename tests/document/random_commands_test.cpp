@@ -105,7 +105,8 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
   }
 
   void Stop() {
-    readingStopped_ |= document.IsAnalysing() || (document.IsReadingSpecifications() && !loading_);
+    readingStopped_ |=
+        document.Has(JobKind::kAnalysis) || (document.Has(JobKind::kSpecRead) && !loading_);
     saveExpected_ = false;
     monitor.Stop();
   }
@@ -231,8 +232,7 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
 
   void Write() {
     using Format = StkChainReport::Format;
-    if (document.FunctionTable() == nullptr || document.IsAnalysing() ||
-        document.IsReadingSpecifications() || document.FunctionTable()->Count() == 0) {
+    if (document.FunctionTable() == nullptr || document.FunctionTable()->Count() == 0) {
       return;
     }
     switch (Below(3)) {
@@ -355,7 +355,7 @@ TEST_P(RandomCommands, LeaveAConsistentDocumentAndLoseNothing) {
   for (int step = 0; step < kSteps && !HasFatalFailure(); ++step) {
     SCOPED_TRACE(step);
     Step();
-    const bool idle = document.CanChangeAnalysis() && !document.IsWritingSpecifications();
+    const bool idle = document.CanChangeAnalysis() && !document.Has(JobKind::kSpecWrite);
     if (idle || Below(8) == 0) {
       Finish();
       CheckWhenIdle();

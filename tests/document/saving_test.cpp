@@ -37,9 +37,9 @@ TEST_F(SavingTest, AnAdjustmentSurvivesTheEndRightAfterIt) {
     ASSERT_TRUE(second.OnOpenDocument(kProject));
     second.StartAnalysis();
     window.monitor = nullptr;
-    while (second.IsAnalysing() || second.IsReadingSpecifications()) {
-      second.FinishAnalysis();
-      second.FinishSpecRead();
+    while (second.BelongsToJob()) {
+      second.Finish(JobKind::kAnalysis);
+      second.Finish(JobKind::kSpecRead);
     }
     StkAdjustment adjustment;
     adjustment.margin = 9;
@@ -60,7 +60,7 @@ TEST_F(SavingTest, AStoppedAutomaticSaveIsMadeUpFor) {
     EXPECT_TRUE(monitor.CanStop());
     monitor.Stop();
   });
-  EXPECT_FALSE(document.IsWritingSpecifications());
+  EXPECT_FALSE(document.Has(JobKind::kSpecWrite));
   EXPECT_EQ(SystemFile(), "main, ADD=1\r\n");
   recorder.queue.Drain();
   document.Recalculate();
@@ -78,7 +78,7 @@ TEST_F(SavingTest, AStopAfterTheLastLineOfALoadedFileKeepsIt) {
   while (window.lastPosted != WM_STK_SPECREAD_END) {
     std::this_thread::yield();
   }
-  document.StopSpecRead();
+  document.Stop(JobKind::kSpecRead);
   document.DeleteContents();
   EXPECT_EQ(SystemFile(), "f, ADD=5\r\n");
 }

@@ -16,13 +16,13 @@ TEST_F(StopTest, InEveryModuleLeavesAProjectWithEmptyTables) {
     HoldAt(ModulePath(name));
     Open();
     view.Take();
-    StopHeld([this] { document.StopAnalysis(); });
+    StopHeld([this] { document.Stop(JobKind::kAnalysis); });
     host.files.OnRead(ModulePath(name), nullptr);
     recorder.queue.Drain();
-    EXPECT_NE(document.Project(), nullptr);
+    EXPECT_NE(document.Input(), nullptr);
     EXPECT_EQ(document.FunctionTable()->Count(), 0u);
     EXPECT_TRUE(document.RootList()->empty());
-    EXPECT_FALSE(document.IsReadingSpecifications());
+    EXPECT_FALSE(document.HasJobs());
     EXPECT_TRUE(view.Take().empty());
     document.Recalculate();
     Finish();
@@ -37,7 +37,7 @@ TEST_F(StopTest, InsideAQuestionDoesNotWaitForTheAnswer) {
   ASSERT_TRUE(document.LoadSpecFile("C:\\u.txt", false));
   // The box is on screen while the user chooses Stop.
   recorder.boxes.answerWith = [this](const testing::RecordingBoxes::Box&) {
-    document.StopSpecRead();
+    document.Stop(JobKind::kSpecRead);
     return BoxAnswer::kRetry;
   };
   Finish();
@@ -55,7 +55,7 @@ TEST_F(StopTest, ANewerJobIsNotFinishedByTheEndOfAnOlderOne) {
   document.Recalculate();
   held.Wait();
   recorder.queue.Drain();  // must neither wait for the held job nor take it for ended
-  EXPECT_TRUE(document.IsAnalysing());
+  EXPECT_TRUE(document.Has(JobKind::kAnalysis));
   go.Set();
   Finish();
   EXPECT_EQ(Total("main"), 60u);

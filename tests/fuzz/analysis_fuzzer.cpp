@@ -11,6 +11,7 @@
 #include "fuzz/invariants.h"
 #include "fuzz/literal_spec.h"
 #include "fuzz/require.h"
+#include "readers/open_input.h"
 
 namespace velkor::testing {
 
@@ -117,9 +118,8 @@ class AnalysisRun {
 
   // Each where the project, however mutated, will look for one.
   void PutModules(FuzzInput& input) {
-    StkProject project(host_.host, reporter_);
-    if (project.Load(kProject)) {
-      for (const std::string& path : project.Modules()) {
+    if (const auto program = OpenInput(kProject, host_.host, reporter_)) {
+      for (const std::string& path : program->Modules()) {
         if (!input.AtEnd()) {
           host_.files.Put(path, std::string(input.Section()));
         }
@@ -128,10 +128,7 @@ class AnalysisRun {
   }
 
   void Finish() {
-    queue_.RunUntil([this] {
-      return !document_.IsAnalysing() && !document_.IsReadingSpecifications() &&
-             !document_.IsWritingSpecifications() && !document_.IsSavingCallChains();
-    });
+    queue_.RunUntil([this] { return !document_.HasJobs(); });
     queue_.Drain();
   }
 

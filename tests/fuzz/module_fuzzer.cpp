@@ -6,9 +6,9 @@
 #include "fuzz/fuzzers.h"
 #include "fuzz/invariants.h"
 #include "fuzz/require.h"
-#include "readers/module_entry.h"
-#include "readers/module_parser.h"
-#include "readers/module_reader.h"
+#include "readers/tarn/module_entry.h"
+#include "readers/tarn/module_parser.h"
+#include "readers/tarn/module_reader.h"
 
 namespace velkor::testing {
 
@@ -22,7 +22,7 @@ enum class Reading {
 };
 
 // What the reader must come to the same as.
-void ReadEachLine(StkTextWriter& file, const CodePage& codePage, ModuleRecording& recording) {
+void ReadEachLine(TextInputFile& file, const CodePage& codePage, ModuleRecording& recording) {
   ModuleParser parser(codePage, recording);
   TextLine line;
   uint32_t number = 0;
@@ -50,8 +50,7 @@ class ModuleRun {
 
   void Read(std::string_view text) {
     host.files.Put(kModule, std::string(text));
-    StkTextWriter file(host.host);
-    Require(file.OpenForRead(kModule).ok, "a module opens");
+    TextInputFile file(host.files.OpenForRead(kModule).file);
     ModuleRecording recording;
     if (reading_ == Reading::kEachLine) {
       ReadEachLine(file, host.codePage, recording);
@@ -59,21 +58,21 @@ class ModuleRun {
       StkAsmModuleReader(file, stopEvent_, host.codePage, recording).Read();
     }
     const std::string path = kModule;
-    ModuleEntry entry(path, {functions, files, project}, host.host, host.reporter);
+    ModuleEntry entry(path, {{functions, files}, project_, compiler}, host.host, host.reporter);
     const size_t linesBefore = host.log.lines.size();
     const ModuleEntry::Result result = entry.Enter(recording);
     Require(result != ModuleEntry::Result::kStopped, "nobody stopped the reading");
     Require(result == ModuleEntry::Result::kWhole || host.log.lines.size() > linesBefore,
             "a module that is given up is reported");
     if (functions.Count() > 0) {
-      Require(project.compilerInfo.series != 0 && project.runtimeNames.loaded,
+      Require(compiler.info.series != 0 && compiler.runtimeNames,
               "functions come from an accepted module");
     }
   }
 
   // Everything that the modules have said, as text.
   std::string Said() const {
-    std::string text = std::to_string(project.compilerInfo.version) + "\n";
+    std::string text = std::to_string(compiler.info.version) + "\n";
     for (const auto& function : functions.Functions()) {
       text += std::string(function->name) + " " +
               (function->file != nullptr ? function->file->name : "") + " " +
@@ -93,9 +92,10 @@ class ModuleRun {
   FuzzHost host;
   StkFunctionTable functions{host.codePage};
   StkFileTable files{host.codePage};
-  StkProject project{host.host, host.reporter};
+  AcceptedCompiler compiler;
 
  private:
+  const StkProject project_{host.host, host.reporter};
   const Reading reading_;
   Event stopEvent_{Event::Reset::kManual};
 };

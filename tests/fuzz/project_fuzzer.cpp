@@ -10,7 +10,8 @@
 #include "fuzz/invariants.h"
 #include "fuzz/require.h"
 #include "platform/profile_file.h"
-#include "readers/project.h"
+#include "readers/tarn/project.h"
+#include "readers/tarn/spec_sources.h"
 
 namespace velkor::testing {
 
@@ -155,7 +156,7 @@ std::vector<std::string> LiteralModules(const StkProject& project, const Literal
   return modules;
 }
 
-void CheckProject(StkProject& project, const LiteralProfile& literal, const FuzzHost& host) {
+void CheckProject(const StkProject& project, const LiteralProfile& literal, FuzzHost& host) {
   Require(!project.ProjectDirectory().empty(), "a project has a directory");
   const std::vector<std::string> expected = LiteralModules(project, literal, host);
   RequireEqual(project.Modules().size(), expected.size(), "a project has a module for each source");
@@ -163,7 +164,7 @@ void CheckProject(StkProject& project, const LiteralProfile& literal, const Fuzz
     RequireEqual(project.Modules()[i], expected[i], "a module is where it is looked for");
   }
   RequireEqual(project.SystemFilePath(), "C:\\p\\app.psg", "the stk system file");
-  const auto specSources = project.BuildSpecSources();
+  const auto specSources = SpecSourcesOf(project, {}, host.host, host.reporter);
   RequireEqual(specSources.size(), 1, "no table applies before a module was read");
   RequireEqual(specSources.front()->Path(), project.SystemFilePath(),
                "the stk system file is read");

@@ -13,7 +13,7 @@
 #include "fuzz/invariants.h"
 #include "fuzz/literal_spec.h"
 #include "fuzz/require.h"
-#include "readers/library_table.h"
+#include "readers/tarn/library_table.h"
 #include "support/graph.h"
 
 namespace velkor::testing {

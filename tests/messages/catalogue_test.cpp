@@ -107,8 +107,7 @@ TEST_F(Catalogue, ARecordKnowsItsTextFileAndLine) {
   EXPECT_EQ(broken.text, "W9429 Broken stk system file (a.psg).\nThe file was ignored.");
   EXPECT_EQ(broken.line, 2U);
 
-  const std::string_view limit = messages_.Text(MessageKey::kSizeLimitText);
-  const StkMessage over = messages_.MakeMessage(MessageKey::kW9465, {"main", limit, "main"});
+  const StkMessage over = messages_.MakeMessage(MessageKey::kW9465, {"main", "65535", "main"});
   EXPECT_EQ(over.text,
             "W9465 Total stack size exceeds 65535 in function (main).\nReduce recursion depth.");
   EXPECT_EQ(over.file + std::to_string(over.line), "0");

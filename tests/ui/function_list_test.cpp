@@ -18,7 +18,7 @@ class FunctionList : public ::testing::Test {
         graph.codePage, std::array<QString, 5>{"a", "b", "c", "d", "e"}, KindDescriptions());
     new QAbstractItemModelTester(model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal,
                                  model.get());
-    model->Fill({&graph[cName], true, repeated}, {}, false);
+    model->Fill({&graph[cName], true, repeated}, kSizeLimit, {}, false);
   }
   std::string Text() const {
     std::string text;

@@ -24,7 +24,7 @@ class FunctionOrder : public ::testing::Test {
     const StkFunctionList& functions = graph.functions.Functions();
     std::vector<SortValues> rows;
     for (size_t i = 0; i < functions.size(); ++i) {
-      rows.push_back(SortValuesOf(*functions[i], icons[i]));
+      rows.push_back(SortValuesOf(*functions[i], icons[i], kSizeLimit));
     }
     std::string result;
     for (const bool descending : {false, true}) {
@@ -91,7 +91,7 @@ TEST(AdditionalAmount, FollowsTheAdjustmentInForceOrTheLibrarySize) {
       function.adjustment->margin = one.margin;
       function.adjustment->depth = one.depth;
     }
-    EXPECT_EQ(AdditionalAmount(function), one.expected) << one.what;
+    EXPECT_EQ(AdditionalAmount(function, kSizeLimit), one.expected) << one.what;
   }
 }
 

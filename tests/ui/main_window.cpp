@@ -115,8 +115,7 @@ std::string MainWindow::BoxTexts() const {
 
 bool MainWindow::HasJobs() const {
   const CStkDoc& document = app->Context().document;
-  return document.IsAnalysing() || document.IsReadingSpecifications() ||
-         document.IsWritingSpecifications() || document.IsSavingCallChains();
+  return document.HasJobs();
 }
 
 std::string MainWindow::TreeText() {

@@ -7,8 +7,6 @@ std::optional<CommandState> FunctionCommandState(Command command, const StkFunct
   switch (command) {
     case Command::kSaveMaximumChain:
     case Command::kSaveAllChains:
-      return CommandState{function && !document.IsAnalysing() &&
-                          !document.IsReadingSpecifications() && !document.IsSavingCallChains()};
     case Command::kAdjustStackSize:
       return CommandState{function && document.CanChangeAnalysis()};
     case Command::kResetFunction:

@@ -54,7 +54,7 @@ void AnalysisNotes::WriteCount(const StkBounds& bounds) {
   for (const StkFunction* function : roots.Functions()) {
     if (bounds.State(*function) == BoundState::kUnbounded) {
       ++unbounded;
-    } else if (function->totalStackSize <= kSizeLimit &&
+    } else if (function->totalStackSize != kOverSize &&
                function->totalStackSize < bounds.Known(*function)) {
       ++below;
     }

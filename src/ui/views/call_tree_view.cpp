@@ -193,7 +193,7 @@ const StkFunctionList& CStkTreeView::Roots() const {
 }
 
 bool CStkTreeView::IsBusy() const {
-  return context_.document.IsAnalysing() || context_.document.IsReadingSpecifications();
+  return context_.document.BelongsToJob();
 }
 
 void CStkTreeView::Clear() {

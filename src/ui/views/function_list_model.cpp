@@ -33,20 +33,20 @@ void FunctionListModel::Clear() {
   endResetModel();
 }
 
-void FunctionListModel::Fill(const NodeRecord& record, std::optional<SortKey> key,
-                             bool descending) {
+void FunctionListModel::Fill(const NodeRecord& record, uint32_t sizeLimit,
+                             std::optional<SortKey> key, bool descending) {
   beginResetModel();
   rows_.clear();
   sortValues_.clear();
   StkFunction& function = *record.function;
-  Append(function, function.IconIndex(record.onMaximumChain, false));
+  Append(function, function.IconIndex(record.onMaximumChain, false), sizeLimit);
   if (!record.repeated) {
     rows_.reserve(1 + function.callees.size() + function.extraCallees.size());
     sortValues_.reserve(rows_.capacity());
     const uint32_t largest = LargestCalleeTotal(function);
     for (const StkFunctionList* list : {&function.callees, &function.extraCallees}) {
       for (StkFunction* callee : *list) {
-        Append(*callee, callee->IconIndex(callee->totalStackSize == largest, true));
+        Append(*callee, callee->IconIndex(callee->totalStackSize == largest, true), sizeLimit);
       }
     }
   }
@@ -117,10 +117,10 @@ QVariant FunctionListModel::headerData(int section, Qt::Orientation orientation,
   return {};
 }
 
-void FunctionListModel::Append(StkFunction& function, int icon) {
+void FunctionListModel::Append(StkFunction& function, int icon, uint32_t sizeLimit) {
   rows_.push_back({&function, ShownName(function, codePage_), TotalSizeText(function),
                    FrameSizeText(function), AdjustmentInfoText(function, AdjustmentStyle::kList)});
-  sortValues_.push_back(SortValuesOf(function, icon));
+  sortValues_.push_back(SortValuesOf(function, icon, sizeLimit));
 }
 
 void FunctionListModel::Arrange(const std::vector<uint32_t>& positions) {

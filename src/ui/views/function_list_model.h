@@ -25,8 +25,9 @@ class FunctionListModel : public QAbstractTableModel {
 
   void Clear();
   // The function's row first; below it, unless the node is a repeated one, its callees, then its
-  // extra callees, in the order of a sort key if there is one.
-  void Fill(const NodeRecord& record, std::optional<SortKey> key, bool descending);
+  // extra callees, in the order of a sort key if there is one. sizeLimit: that of their table.
+  void Fill(const NodeRecord& record, uint32_t sizeLimit, std::optional<SortKey> key,
+            bool descending);
   // Rows that are selected stay selected.
   void Sort(SortKey key, bool descending);
 
@@ -47,7 +48,7 @@ class FunctionListModel : public QAbstractTableModel {
     std::string margin;
   };
 
-  void Append(StkFunction& function, int icon);
+  void Append(StkFunction& function, int icon, uint32_t sizeLimit);
   void Arrange(const std::vector<uint32_t>& positions);
   std::string_view Text(size_t row, int column) const;
 

@@ -194,8 +194,9 @@ void CStkListView::Clear() {
 void CStkListView::Fill() {
   const WaitCursor waiting;
   const NodeRecord* record = context_.document.CurrentSelection() ? selectedRecord_() : nullptr;
-  if (record) {
-    model_->Fill(*record, sortKey_, descending_);
+  const StkFunctionTable* functions = context_.document.FunctionTable();
+  if (record && functions) {
+    model_->Fill(*record, functions->SizeLimit(), sortKey_, descending_);
   } else {
     model_->Clear();
   }
@@ -211,10 +212,8 @@ void CStkListView::SortBy(SortKey key) {
 }
 
 bool CStkListView::CanSort() const {
-  // While the analysis fills the table in its thread, nothing here may look at it.
-  CStkDoc& document = context_.document;
-  return !document.IsAnalysing() && document.FunctionTable() &&
-         document.FunctionTable()->Count() > 0;
+  const StkFunctionTable* functions = context_.document.FunctionTable();
+  return functions && functions->Count() > 0;
 }
 
 }  // namespace velkor

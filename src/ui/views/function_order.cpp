@@ -8,8 +8,8 @@ namespace velkor {
 
 namespace {
 
-uint32_t Limited(uint64_t size) {
-  return size > kSizeLimit ? kOverSize : static_cast<uint32_t>(size);
+uint32_t Limited(uint64_t size, uint32_t sizeLimit) {
+  return size > sizeLimit ? kOverSize : static_cast<uint32_t>(size);
 }
 
 uint64_t Doubled(uint32_t size, bool laterAmongZeros) {
@@ -60,35 +60,35 @@ std::vector<uint64_t> Numbers(const std::vector<SortValues>& rows, SortKey key,
 
 }  // namespace
 
-uint32_t AdditionalAmount(const StkFunction& function) {
+uint32_t AdditionalAmount(const StkFunction& function, uint32_t sizeLimit) {
   if (!function.adjustment) {
-    return function.Is(FN_LIBRARY | FN_FIXED_EXTRA) ? Limited(function.librarySize) : 0;
+    return function.Is(FN_LIBRARY | FN_FIXED_EXTRA) ? Limited(function.librarySize, sizeLimit) : 0;
   }
   const StkAppliedAdjustment& adjustment = *function.adjustment;
   const uint64_t depth =
       function.Is(FN_RECURSIVE) && adjustment.depth != kNoDepth ? adjustment.depth : 1;
   uint64_t amount = adjustment.margin == kNoMargin ? 0 : adjustment.margin * depth;
-  if (amount > kSizeLimit) {
+  if (amount > sizeLimit) {
     return kOverSize;
   }
   if (depth > 1) {
     const uint64_t round = uint64_t{function.frameSize} + function.maxCalleeSize;
-    if (round > kSizeLimit) {
+    if (round > sizeLimit) {
       return kOverSize;
     }
     amount += round * (depth - 1);
   }
-  return Limited(amount);
+  return Limited(amount, sizeLimit);
 }
 
-SortValues SortValuesOf(const StkFunction& function, int icon) {
+SortValues SortValuesOf(const StkFunction& function, int icon, uint32_t sizeLimit) {
   const bool hasAmount = function.adjustment || function.Is(FN_LIBRARY);
   SortValues values;
   values.name = function.name;
   values.file = function.file;
   values.total = Doubled(function.totalStackSize, function.Is(FN_DEFINED) || hasAmount);
   values.frame = Doubled(function.frameSize, function.Is(FN_DEFINED));
-  values.margin = Doubled(AdditionalAmount(function), hasAmount);
+  values.margin = Doubled(AdditionalAmount(function, sizeLimit), hasAmount);
   values.icon = icon;
   values.tableIndex = function.index;
   return values;

@@ -14,7 +14,7 @@ enum class SortKey { kName, kTotal, kFrame, kMargin, kFile, kIcon };
 
 // What a function's adjustment, or else its library size, adds to its stack, in bytes; kOverSize
 // above the limit.
-uint32_t AdditionalAmount(const StkFunction& function);
+uint32_t AdditionalAmount(const StkFunction& function, uint32_t sizeLimit);
 
 // What a function's row is sorted by, as it stood when the row was made: sorting reads no function
 // that a job may be changing. Refers to the function's name and file, which stay.
@@ -29,7 +29,7 @@ struct SortValues {
   uint32_t tableIndex = 0;  // decides between equal rows, in both directions
 };
 
-SortValues SortValuesOf(const StkFunction& function, int icon);
+SortValues SortValuesOf(const StkFunction& function, int icon, uint32_t sizeLimit);
 
 // The positions of the rows in their sorted order. The first row stays the first.
 std::vector<uint32_t> SortedPositions(const std::vector<SortValues>& rows, SortKey key,

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/file_table.h"
+#include "core/function_table.h"
+#include "core/string_list.h"
+#include "files/spec_reader.h"
+#include "platform/event.h"
+#include "platform/file_system.h"
+
+namespace velkor {
+
+// Where the functions of an input's modules go.
+struct FunctionDatabase {
+  StkFunctionTable& functions;
+  StkFileTable& files;
+};
+
+// Takes one module after another from its file into the function database: what it reads is
+// recorded first, so that modules can be read several at once and still be entered in their order.
+// Open and Read are called in any thread, Enter in that of the analysis job; never two of them at a
+// time.
+class ModuleReader {
+ public:
+  enum class Entered {
+    kWhole,
+    kFailed,   // ended early, and reported; what was entered before stays
+    kStopped,  // by the stop event
+  };
+
+  virtual ~ModuleReader() = default;
+
+  // module: its number in the input's list.
+  virtual FileFailure Open(size_t module) = 0;
+  // The module that has been opened; closes its file. With the stop event set, it ends soon.
+  virtual void Read(Event& stopEvent) = 0;
+  // The module that has been read.
+  virtual Entered Enter(FunctionDatabase database) = 0;
+};
+
+// A program as its build left it: a list of modules, and what belongs to the analysis of all of
+// them. Knows its files' formats, which nothing else does. Analysed once. It keeps what its
+// modules have in common while they are entered; what it answers of that is valid when no analysis
+// runs. User-interface thread, unless said otherwise.
+class ProgramInput {
+ public:
+  virtual ~ProgramInput() = default;
+
+  // What the user opened.
+  virtual const std::string& Path() const = 0;
+  // The paths of the modules, in the order in which they are entered. Any thread.
+  virtual const StkStringList& Modules() const = 0;
+  virtual FunctionRules Rules() const = 0;
+  // Where the adjustments of its functions are kept.
+  virtual std::string SystemFilePath() const = 0;
+
+  // What has written the modules, and what they are, as texts name them. Any thread.
+  virtual std::string_view GeneratorName() const = 0;
+  virtual std::string_view ModuleKindName() const = 0;
+  // None until a module has said it.
+  virtual std::optional<std::string> GeneratorVersion() const = 0;
+
+  // Each reader may be used in a thread of its own; this one is called in that of the job.
+  virtual std::unique_ptr<ModuleReader> MakeReader() = 0;
+  // After the last module has been entered, in the thread of the job: settles which function each
+  // call means.
+  virtual void ResolveCalls(FunctionDatabase database) = 0;
+  // What states sizes of its functions, in the order in which it is to be read.
+  virtual std::vector<std::unique_ptr<StkSpecReader>> BuildSpecSources() = 0;
+};
+
+}  // namespace velkor

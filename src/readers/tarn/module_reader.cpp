@@ -1,0 +1,60 @@
+#include "readers/tarn/module_reader.h"
+
+#include <algorithm>
+
+#include "readers/tarn/code_skip.h"
+
+namespace velkor {
+
+namespace {
+
+constexpr size_t kReadLimit = 5119;  // keeps one character less
+
+}  // namespace
+
+StkAsmModuleReader::StkAsmModuleReader(TextInputFile& file, Event& stopEvent,
+                                       const CodePage& codePage, ModuleRecording& recording)
+    : file_(file), stopEvent_(stopEvent), recording_(recording), parser_(codePage, recording) {}
+
+void StkAsmModuleReader::Read() {
+  recording_.end = ReadLines();
+  recording_.lastLine = lineNumber_;
+}
+
+ModuleRecording::End StkAsmModuleReader::ReadLines() {
+  using End = ModuleRecording::End;
+  TextLine line;
+  while (file_.ReadLine(line, kReadLimit) && !file_.CutShort()) {
+    ++lineNumber_;
+    if (lineNumber_ % kLinesPerStopTest == 0 && stopEvent_.Test()) {
+      return End::kStopped;
+    }
+    if (lineNumber_ > kMaxLines) {
+      return End::kTooManyLines;
+    }
+    if (line.length > kMaxLineLength) {
+      recording_.events.push_back({ModuleRecording::Step::kLongLine, lineNumber_});
+    }
+    if (!parser_.HandleLine(line)) {
+      return End::kFormatError;
+    }
+    if (parser_.InFunctionCode()) {
+      SkipCode();
+    }
+  }
+  if (file_.CutShort()) {
+    return End::kCutShort;
+  }
+  return lineNumber_ == 0 ? End::kNoLine : End::kWhole;
+}
+
+// Not the line at which the stop event is tested next, and none behind the last line allowed.
+void StkAsmModuleReader::SkipCode() {
+  const uint32_t beforeTest = kLinesPerStopTest - 1 - lineNumber_ % kLinesPerStopTest;
+  const uint32_t mostLines = std::min(beforeTest, kMaxLines - lineNumber_);
+  const SkippedLines skipped = SkipPlainCode(file_.BytesAtHand(), mostLines, kReadLimit - 1);
+  file_.SkipBytes(skipped.bytes);
+  lineNumber_ += skipped.lines;
+}
+
+}  // namespace velkor

@@ -1,0 +1,19 @@
+#include "readers/tarn/module_recording.h"
+
+namespace velkor {
+
+// Keeps the memory for the next module.
+void ModuleRecording::Clear() {
+  family.clear();
+  version = 0;
+  sourceFile.clear();
+  events.clear();
+  functions.clear();
+  helpers.clear();
+  names.Clear();
+  helperNames.Clear();
+  end = End::kWhole;
+  lastLine = 0;
+}
+
+}  // namespace velkor
