@@ -16,6 +16,7 @@ StkAnalysisJob::~StkAnalysisJob() {
 
 JobEnd StkAnalysisJob::Run() {
   const StkStringList& modules = parts_.input.Modules();
+  outcomes_.assign(modules.size(), ModuleOutcome::kMissing);
   Post(WM_STK_ANALYSIS_START, modules.size());
   if (!AnyModuleExists()) {
     parts_.reporter.PostWarning(MessageKey::kW9430, {parts_.input.GeneratorName()});
@@ -32,6 +33,7 @@ JobEnd StkAnalysisJob::Run() {
 
 void StkAnalysisJob::Abandon() {
   parts_.database.functions.Clear();
+  std::fill(outcomes_.begin(), outcomes_.end(), ModuleOutcome::kNotWhole);
   try {
     // Never without a warning: no functions are no result.
     const std::string& path = currentPath_.empty() ? parts_.input.Path() : currentPath_;
@@ -75,9 +77,11 @@ void StkAnalysisJob::EnterModule(ModuleReadAhead& modules, size_t number) {
     ReportNotOpened(failure);
     return;
   }
+  outcomes_[number] = ModuleOutcome::kNotWhole;
   reporter.PostLog(MessageKey::kReadingStarted, {currentPath_});
   const ModuleReader::Entered entered = modules.Read().Enter(parts_.database);
   if (entered == ModuleReader::Entered::kWhole) {
+    outcomes_[number] = ModuleOutcome::kRead;
     reporter.PostLog(MessageKey::kReadingCompleted, {currentPath_});
   } else if (entered == ModuleReader::Entered::kStopped) {
     SetStopped();

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "core/recompute.h"
 #include "document/job.h"
 #include "document/job_kind.h"
+#include "document/module_outcome.h"
 #include "document/module_read_ahead.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
@@ -30,6 +32,9 @@ class StkAnalysisJob : public StkJob {
   StkAnalysisJob(AnalysisParts parts, MessageTarget& mainWindow);
   ~StkAnalysisJob() override;
 
+  // Of each module of the input, in its order. Valid after Wait.
+  const std::vector<ModuleOutcome>& Outcomes() const { return outcomes_; }
+
  protected:
   JobEnd Run() override;
   void Abandon() override;
@@ -43,6 +48,7 @@ class StkAnalysisJob : public StkJob {
 
   AnalysisParts parts_;
   std::string currentPath_;
+  std::vector<ModuleOutcome> outcomes_;
 };
 
 }  // namespace velkor

@@ -57,6 +57,7 @@ void CStkDoc::DeleteContents() {
   StopAllJobs();
   currentSelection_ = nullptr;
   input_.reset();
+  moduleOutcomes_.clear();
   DiscardTables();
   knownSystemFile_.reset();
 }
@@ -119,8 +120,10 @@ void CStkDoc::AnalysisStopped() {
 }
 
 void CStkDoc::AnalysisFinished() {
-  const JobEnd end = jobs_.Get<StkAnalysisJob>()->End();
+  const StkAnalysisJob& job = *jobs_.Get<StkAnalysisJob>();
+  const JobEnd end = job.End();
   anyJobFailed_ = anyJobFailed_ || end == JobEnd::kFailed;
+  moduleOutcomes_ = job.Outcomes();
   jobs_.Empty(JobKind::kAnalysis);
   if (end == JobEnd::kCompleted) {
     StartSpecRead();

@@ -16,6 +16,7 @@
 #include "document/job_kind.h"
 #include "document/job_slots.h"
 #include "document/jobs.h"
+#include "document/module_outcome.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
 #include "platform/message_target.h"
@@ -84,6 +85,8 @@ class CStkDoc {
   // stay as they are, also while the analysis changes, until the next call. None without tables,
   // and while they belong to a job.
   const StkBounds* Bounds();
+  // Of each module of the input once its analysis has been finished, in its order; else empty.
+  const std::vector<ModuleOutcome>& ModuleOutcomes() const { return moduleOutcomes_; }
   // The function that the call tree last selected.
   StkFunction* CurrentSelection() { return currentSelection_; }
   void SetCurrentSelection(StkFunction* function) { currentSelection_ = function; }
@@ -167,6 +170,7 @@ class CStkDoc {
   std::unique_ptr<StkFunctionTable> functionTable_;
   std::unique_ptr<StkRootList> rootList_;
   std::unique_ptr<StkBounds> bounds_;
+  std::vector<ModuleOutcome> moduleOutcomes_;
   bool readFromUserFile_ = false;
   bool saveAfterReading_ = false;
   StkFunction* currentSelection_ = nullptr;

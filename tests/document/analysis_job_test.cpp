@@ -48,6 +48,9 @@ TEST_F(AnalysisJobTest, ReadsEveryModuleThatCanBeRead) {
   PutModule("b", {"g 30"});
   RunJob();
   EXPECT_EQ(job->End(), JobEnd::kCompleted);
+  using enum ModuleOutcome;
+  EXPECT_EQ(job->Outcomes(),
+            (std::vector<ModuleOutcome>{kRead, kMissing, kMissing, kNotWhole, kRead}));
   EXPECT_EQ(functions.Count(), 2u);
   EXPECT_EQ(functions.UnknownCount(), 0u);
   EXPECT_EQ(functions.Functions()[0]->callees.size(), 1u);
