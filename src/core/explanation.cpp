@@ -12,6 +12,8 @@ namespace velkor {
 // explain.
 class Explanations::Rows {
  public:
+  explicit Rows(size_t mostCalls) : callsLeft(mostCalls) {}
+
   void Add(const StkFunction& function, uint64_t bytes, uint32_t group) {
     Add({.function = &function, .bytes = bytes, .times = 1, .group = group, .calls = {}});
   }
@@ -22,6 +24,8 @@ class Explanations::Rows {
   }
   std::vector<ExplanationRow> Take() { return std::move(rows_); }
 
+  size_t callsLeft;
+
  private:
   std::vector<ExplanationRow> rows_;
   uint64_t sum_ = 0;
@@ -30,8 +34,8 @@ class Explanations::Rows {
 Explanations::Explanations(const StkFunctionTable& table, const StkBounds& bounds)
     : table_(table), bounds_(bounds), below_(table.Count(), kNotAsked) {}
 
-std::vector<ExplanationRow> Explanations::Of(const StkFunction& start) {
-  Rows rows;
+std::vector<ExplanationRow> Explanations::Of(const StkFunction& start, size_t mostCalls) {
+  Rows rows(mostCalls);
   for (uint32_t function = start.index; function != kNone;) {
     const StkFunction& record = At(function);
     if (bounds_.GroupOf(record) != StkBounds::kNoGroup) {
@@ -103,12 +107,24 @@ uint32_t Explanations::AppendGroup(uint32_t function, Rows& rows) {
                        .times = paths.activations,
                        .group = number,
                        .calls = {}};
-    for (uint32_t on = paths.next[place]; on != GroupPaths::kEnd; on = paths.next[on]) {
-      row.calls.push_back({&At(members[on]), paths.own[on]});
-    }
+    rows.callsLeft = FollowPath(group, members, paths.next[place], rows.callsLeft, row);
     rows.Add(std::move(row));
   }
   return group.below;
+}
+
+size_t Explanations::FollowPath(const Group& group, const std::vector<uint32_t>& members,
+                                uint32_t place, size_t mostCalls, ExplanationRow& row) const {
+  const GroupPaths& paths = group.paths;
+  for (; place != GroupPaths::kEnd; place = paths.next[place]) {
+    if (row.calls.size() == mostCalls) {
+      row.calls.clear();
+      row.callsLeftOut = true;
+      return 0;
+    }
+    row.calls.push_back({&At(members[place]), paths.own[place]});
+  }
+  return mostCalls - row.calls.size();
 }
 
 }  // namespace velkor

@@ -24,6 +24,7 @@ struct ExplanationRow {
   // member. bytes = times x (one activation of the function + those of the path), unless kMaxBound
   // was reached.
   std::vector<ExplainedCall> calls;
+  bool callsLeftOut = false;  // there are more of them than were asked for, and calls is empty
 };
 
 // Takes the known bytes of functions apart, one function after another: into rows whose bytes add
@@ -35,9 +36,13 @@ struct ExplanationRow {
 // must not change meanwhile, look at the calls of each function once.
 class Explanations {
  public:
+  static constexpr size_t kMostCalls = 5'000'000;
+
   Explanations(const StkFunctionTable& table, const StkBounds& bounds);
 
-  std::vector<ExplanationRow> Of(const StkFunction& start);
+  // The paths below the counted members of one group can be long, and many: each is followed while
+  // those of all rows hold no more than mostCalls.
+  std::vector<ExplanationRow> Of(const StkFunction& start, size_t mostCalls = kMostCalls);
 
  private:
   struct Group {
@@ -53,6 +58,9 @@ class Explanations {
   const Group& GroupAt(uint32_t number);
   // Appends what the group of the function takes when it is entered there; where it goes on.
   uint32_t AppendGroup(uint32_t function, Rows& rows);
+  // The row's calls, from place on; what they leave of mostCalls.
+  size_t FollowPath(const Group& group, const std::vector<uint32_t>& members, uint32_t place,
+                    size_t mostCalls, ExplanationRow& row) const;
   const StkFunction& At(uint32_t function) const { return *table_.Functions()[function]; }
 
   const StkFunctionTable& table_;
