@@ -1,14 +1,26 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/bounds.h"
 #include "core/function_table.h"
 #include "messages/message.h"
+#include "messages/note.h"
 
 namespace velkor {
+
+// The modules of an analysis by what became of them, named as the log names them.
+struct AnalysisInputs {
+  size_t read = 0;
+  std::vector<std::string> missing;
+  std::vector<std::string> notWhole;
+
+  size_t Count() const { return read + missing.size() + notWhole.size(); }
+};
 
 // A finished analysis, as the outputs need it. Texts are bytes of the code page.
 struct AnalysisResult {
@@ -16,12 +28,13 @@ struct AnalysisResult {
   std::string project;
   std::string compilerName;
   std::optional<std::string> compilerVersion;  // none: no module was accepted
+  AnalysisInputs inputs;
   const std::vector<StkMessage>& log;
+  std::vector<StkNote> notes;
   const StkFunctionTable& functions;
   const StkFunctionList& roots;
-  std::vector<bool> complete;  // by function index: the total is no mere lower bound
+  const StkBounds& bounds;
 
-  bool IsComplete(const StkFunction& function) const { return complete[function.index]; }
   std::string Utf8(std::string_view text) const { return codePage.ToUtf8(text); }
 };
 

@@ -3,22 +3,12 @@
 #include <cstdio>
 
 #include "cli/csv_output.h"
+#include "cli/explanation_output.h"
 #include "cli/json_output.h"
 #include "cli/text_output.h"
-#include "core/completeness.h"
 
 namespace velkor {
 namespace {
-
-AnalysisResult ResultOf(Application& application) {
-  CStkDoc& document = application.Document();
-  const ProgramInput& input = *document.Input();
-  const StkFunctionTable& functions = *document.FunctionTable();
-  return {application.GetCodePage(),          document.PathName(),
-          std::string(input.GeneratorName()), input.GeneratorVersion(),
-          application.Log().Messages(),       functions,
-          document.RootList()->Functions(),   CompleteFunctions(functions)};
-}
 
 void WriteResult(const AnalysisResult& result, const Options& options, ResultOutput& output) {
   switch (options.format) {
@@ -31,40 +21,48 @@ void WriteResult(const AnalysisResult& result, const Options& options, ResultOut
   }
 }
 
-// kNotEverythingRead: some file had nothing to apply to.
-ExitStatus LoadFiles(Application& application, const Options& options) {
-  ExitStatus status = kDone;
-  for (const std::string& file : options.loadFiles) {
-    if (!application.Document().LoadSpecFile(application.AbsolutePath(file), false)) {
-      application.Say(file + " is not read: the project has no functions");
-      status = kNotEverythingRead;
-    }
-    if (!application.RunJobs()) {
-      return kStopped;
-    }
+// Writes what follows the log, and ends the command.
+template <typename Write>
+ExitStatus Print(Application& application, Write write) {
+  application.StopCatchingInterrupts();
+  application.SayNotes();
+  ResultOutput output(stdout);
+  write(application.Result(), output);
+  if (!output.Finish()) {
+    application.Say("cannot write to standard output: " + output.Failure());
+    return kOutputFailed;
   }
-  return status;
+  return application.FinishedStatus();
 }
 
 }  // namespace
 
 ExitStatus Analyze(Application& application, const Options& options) {
-  const ExitStatus analysed = application.OpenAndAnalyse(options.project);
+  const ExitStatus analysed = application.OpenAndAnalyse(options);
   if (analysed != kDone) {
     return analysed;
   }
-  const ExitStatus loaded = LoadFiles(application, options);
-  if (loaded == kStopped) {
-    return kStopped;
+  return Print(application, [&](const AnalysisResult& result, ResultOutput& output) {
+    WriteResult(result, options, output);
+  });
+}
+
+ExitStatus Explain(Application& application, const Options& options) {
+  const ExitStatus analysed = application.OpenAndAnalyse(options);
+  if (analysed != kDone) {
+    return analysed;
   }
-  application.StopCatchingInterrupts();
-  ResultOutput output(stdout);
-  WriteResult(ResultOf(application), options, output);
-  if (!output.Finish()) {
-    application.Say("cannot write to standard output: " + output.Failure());
-    return kOutputFailed;
+  StkFunction* function = application.FindFunction(*options.function);
+  if (function == nullptr) {
+    return kWrongUsage;
   }
-  return loaded == kDone ? application.FinishedStatus() : loaded;
+  return Print(application, [&](const AnalysisResult& result, ResultOutput& output) {
+    if (options.format == OutputFormat::kJson) {
+      WriteExplanationJson(result, *function, output);
+    } else {
+      WriteExplanation(result, *function, output);
+    }
+  });
 }
 
 }  // namespace velkor

@@ -4,7 +4,9 @@
 
 namespace velkor {
 
-// Runs the analysis and prints it on standard output. Changes no file.
+// Run the analysis and print it, or one function's bound taken apart, on standard output. They
+// change no file.
 ExitStatus Analyze(Application& application, const Options& options);
+ExitStatus Explain(Application& application, const Options& options);
 
 }  // namespace velkor

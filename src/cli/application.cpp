@@ -1,9 +1,32 @@
 #include "cli/application.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "cli/function_lookup.h"
+#include "cli/note_text.h"
+#include "core/bound_notes.h"
 #include "platform/terminal.h"
 
 namespace velkor {
+namespace {
+
+AnalysisInputs Inputs(CStkDoc& document) {
+  AnalysisInputs inputs;
+  const StkStringList& modules = document.Input()->Modules();
+  const std::vector<ModuleOutcome>& outcomes = document.ModuleOutcomes();
+  for (size_t i = 0; i < outcomes.size(); ++i) {
+    if (outcomes[i] == ModuleOutcome::kRead) {
+      ++inputs.read;
+    } else {
+      const bool missing = outcomes[i] == ModuleOutcome::kMissing;
+      (missing ? inputs.missing : inputs.notWhole).push_back(modules[i]);
+    }
+  }
+  return inputs;
+}
+
+}  // namespace
 
 std::unique_ptr<Application> Application::Create(const Options& options, std::string& error) {
   std::unique_ptr<LocalMachine> machine = LocalMachine::Create(options.machine, error);
@@ -30,11 +53,28 @@ Application::~Application() {
   progress_.Erase();
 }
 
-ExitStatus Application::OpenAndAnalyse(std::string_view project) {
-  if (!document_.OnOpenDocument(AbsolutePath(project))) {
+ExitStatus Application::OpenAndAnalyse(const Options& options) {
+  if (!document_.OnOpenDocument(AbsolutePath(options.project))) {
     return kProjectNotRead;
   }
   document_.StartAnalysis();
+  if (!RunJobs()) {
+    return kStopped;
+  }
+  for (const std::string& file : options.loadFiles) {
+    if (LoadSpecification(file, false) == kStopped) {
+      return kStopped;
+    }
+  }
+  return kDone;
+}
+
+ExitStatus Application::LoadSpecification(const std::string& file, bool saveAfter) {
+  if (!document_.LoadSpecFile(AbsolutePath(file), saveAfter)) {
+    Say(file + " is not read: the project has no functions");
+    anyFileUnread_ = true;
+    return kNotEverythingRead;
+  }
   return RunJobs() ? kDone : kStopped;
 }
 
@@ -50,11 +90,39 @@ ExitStatus Application::RunWritingJob() {
   if (!RunJobs()) {
     return kStopped;
   }
+  SayNotes();
   return document_.AnyWritingFailed() ? kOutputFailed : FinishedStatus();
 }
 
 void Application::Say(std::string_view text) {
   log_.Say("velkor-cli: " + std::string(text));
+}
+
+void Application::SayNotes() {
+  for (const StkNote& note : Notes()) {
+    log_.Say("note: " + NoteLine(note));
+  }
+}
+
+AnalysisResult Application::Result() {
+  const ProgramInput& input = *document_.Input();
+  return {.codePage = GetCodePage(),
+          .project = document_.PathName(),
+          .compilerName = std::string(input.GeneratorName()),
+          .compilerVersion = input.GeneratorVersion(),
+          .inputs = Inputs(document_),
+          .log = log_.Messages(),
+          .notes = Notes(),
+          .functions = *document_.FunctionTable(),
+          .roots = document_.RootList()->Functions(),
+          .bounds = *document_.Bounds()};
+}
+
+std::vector<StkNote> Application::Notes() {
+  std::vector<StkNote> notes = log_.Notes();
+  std::ranges::move(BoundNotes(*document_.FunctionTable(), *document_.Bounds(), messages_),
+                    std::back_inserter(notes));
+  return notes;
 }
 
 StkFunction* Application::FindFunction(const std::string& name) {

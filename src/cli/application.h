@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "cli/analysis_result.h"
 #include "cli/exit_status.h"
 #include "cli/options.h"
 #include "cli/progress_line.h"
@@ -25,8 +26,12 @@ class Application : private MessageTarget {
   static std::unique_ptr<Application> Create(const Options& options, std::string& error);
   ~Application() override;
 
-  // Opens the project and runs its analysis to the end. kDone: the document holds it.
-  ExitStatus OpenAndAnalyse(std::string_view project);
+  // Opens the project, runs its analysis to the end and applies the files of --load in memory, in
+  // their order. kDone: the document holds the analysis.
+  ExitStatus OpenAndAnalyse(const Options& options);
+  // Reads a specification file to its end. kNotEverythingRead, after having said so: there is
+  // nothing that it could apply to.
+  ExitStatus LoadSpecification(const std::string& file, bool saveAfter);
   // Until the document has no job left. False when the user has stopped them.
   bool RunJobs();
   // The same for a command's last job, which writes a file: how the command ends.
@@ -35,17 +40,22 @@ class Application : private MessageTarget {
   void StopCatchingInterrupts() { interrupt_.reset(); }
   // Tells the user what no message of the log says. Bytes of the code page.
   void Say(std::string_view text);
+  // Tells what is to be noted of the analysis as it stands now, behind the log.
+  void SayNotes();
   // The one function that the name of the command line stands for; none after having said why.
   StkFunction* FindFunction(const std::string& name);
   // How a command ends that has done its work.
   ExitStatus FinishedStatus() const {
-    return log_.AnyWarning() || document_.AnyJobFailed() ? kNotEverythingRead : kDone;
+    return log_.AnyWarning() || document_.AnyJobFailed() || anyFileUnread_ ? kNotEverythingRead
+                                                                           : kDone;
   }
 
   const CodePage& GetCodePage() const { return machine_->GetCodePage(); }
   CStkDoc& Document() { return document_; }
   StkReporter& Reporter() { return reporter_; }
   const TerminalLog& Log() const { return log_; }
+  // The analysis as it stands now, to which it refers: no job may change it meanwhile.
+  AnalysisResult Result();
   // The path against the current folder; as it stands when that has no result.
   std::string AbsolutePath(std::string_view path) const { return machine_->AbsolutePath(path); }
 
@@ -54,6 +64,7 @@ class Application : private MessageTarget {
 
   void Post(uint32_t message, uint64_t parameter) override;
   void StopJobs();
+  std::vector<StkNote> Notes();
 
   const std::unique_ptr<LocalMachine> machine_;
   MessageQueue queue_;
@@ -66,6 +77,7 @@ class Application : private MessageTarget {
   CStkDoc document_{machine_->GetHost(), reporter_, *this};
   StkJobMonitor monitor_{document_, progress_};
   bool stopped_ = false;
+  bool anyFileUnread_ = false;
   std::optional<Interrupt> interrupt_;
 };
 

@@ -5,11 +5,11 @@
 
 namespace velkor {
 
-// The top-level functions in the order in which they are shown: over the limit, then largest
-// total first, then unknown; equal ones in table order.
-StkFunctionList LargestFirst(StkFunctionList roots);
+// The top-level functions in the order in which they are shown: what is known of them largest
+// first, equal ones in table order.
+StkFunctionList LargestFirst(const AnalysisResult& result);
 
-// The part of the text output that shows each top-level function with its maximum chain.
+// The part of the text output that shows each top-level function with its bound taken apart.
 void WriteChains(const AnalysisResult& result, bool full, ResultOutput& output);
 
 }  // namespace velkor

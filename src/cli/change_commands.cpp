@@ -70,7 +70,7 @@ bool FillForm(Application& application, const StkFunction& function, const Optio
 }  // namespace
 
 ExitStatus Adjust(Application& application, const Options& options) {
-  const ExitStatus analysed = application.OpenAndAnalyse(options.project);
+  const ExitStatus analysed = application.OpenAndAnalyse(options);
   if (analysed != kDone) {
     return analysed;
   }
@@ -92,7 +92,7 @@ ExitStatus Adjust(Application& application, const Options& options) {
 }
 
 ExitStatus Reset(Application& application, const Options& options) {
-  const ExitStatus analysed = application.OpenAndAnalyse(options.project);
+  const ExitStatus analysed = application.OpenAndAnalyse(options);
   if (analysed != kDone) {
     return analysed;
   }
@@ -114,16 +114,16 @@ ExitStatus Reset(Application& application, const Options& options) {
 }
 
 ExitStatus Load(Application& application, const Options& options) {
-  const ExitStatus analysed = application.OpenAndAnalyse(options.project);
+  const ExitStatus analysed = application.OpenAndAnalyse(options);
   if (analysed != kDone) {
     return analysed;
   }
-  const std::string& file = options.loadFiles.front();
-  if (!application.Document().LoadSpecFile(application.AbsolutePath(file))) {
-    application.Say(file + " is not read: the project has no functions");
-    return kNotEverythingRead;
+  const ExitStatus loaded = application.LoadSpecification(options.specification, true);
+  if (loaded == kStopped) {
+    return kStopped;
   }
-  return application.RunJobs() ? application.FinishedStatus() : kStopped;
+  application.SayNotes();
+  return application.FinishedStatus();
 }
 
 }  // namespace velkor

@@ -22,7 +22,13 @@ std::string Row(const AnalysisResult& result, const StkFunction& function) {
   row += ',';
   row += YesOrNo(function.Is(FN_ROOT));
   row += ',';
-  row += YesOrNo(result.IsComplete(function));
+  row += YesOrNo(result.bounds.IsComplete(function));
+  const BoundState state = result.bounds.State(function);
+  const std::string known = std::to_string(result.bounds.Known(function));
+  row += ',' + (state == BoundState::kBounded ? known : "");
+  row += ',';
+  row += BoundStateName(state);
+  row += ',' + known;
   row += '\n';
   return row;
 }
@@ -44,7 +50,7 @@ std::string CsvField(std::string_view text) {
 }
 
 void WriteCsv(const AnalysisResult& result, ResultOutput& output) {
-  output.Write("name,total,frame,adjustment,file,top-level,complete\n");
+  output.Write("name,total,frame,adjustment,file,top-level,complete,bound,state,known\n");
   for (const auto& function : result.functions.Functions()) {
     output.Write(Row(result, *function));
   }

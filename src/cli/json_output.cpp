@@ -1,186 +1,227 @@
 #include "cli/json_output.h"
 
-#include <rapidjson/prettywriter.h>
-
+#include "cli/json_writer.h"
 #include "core/function_text.h"
+#include "core/reason_witnesses.h"
 
 namespace velkor {
 namespace {
 
-constexpr unsigned kSchema = 1;
+constexpr unsigned kSchema = 2;
 
 class JsonOutput {
  public:
   JsonOutput(const AnalysisResult& result, ResultOutput& output)
-      : result_(result), writer_(output) {
-    writer_.SetIndent(' ', 1);
-    writer_.SetFormatOptions(rapidjson::kFormatSingleLineArray);
-  }
+      : result_(result),
+        witnesses_(result.functions, result.bounds),
+        json_(result.codePage, output) {}
 
   void Write() {
-    writer_.StartObject();
+    json_.StartObject();
     WriteHead();
+    WriteInputs();
+    json_.Number("limit", result_.functions.SizeLimit());
     WriteLog();
+    WriteWarnings();
+    WriteNotes();
     WriteCounts();
-    Bool("overflow", result_.functions.Overflow());
-    Indices("roots", result_.roots);
-    writer_.Key("functions");
-    writer_.StartArray();
-    for (const auto& function : result_.functions.Functions()) {
+    json_.Bool("overflow", result_.functions.Overflow());
+    json_.Indices("roots", result_.roots);
+    WriteGroups();
+    json_.StartArray("functions");
+    for (const StkFunction* function : result_.functions.Functions()) {
       WriteFunction(*function);
     }
-    writer_.EndArray();
-    writer_.EndObject();
+    json_.EndArray();
+    json_.EndObject();
   }
 
  private:
   void WriteHead() {
-    writer_.Key("schema");
-    writer_.Uint(kSchema);
-    Text("generator", "velkor " VELKOR_VERSION);
-    Text("project", result_.project);
-    writer_.Key("compiler");
-    writer_.StartObject();
-    Text("name", result_.compilerName);
-    if (result_.compilerVersion) {
-      Text("version", *result_.compilerVersion);
-    } else {
-      Null("version");
+    json_.Number("schema", kSchema);
+    json_.Text("generator", "velkor " VELKOR_VERSION);
+    json_.Text("project", result_.project);
+    json_.StartObject("compiler");
+    json_.Text("name", result_.compilerName);
+    json_.TextOrNull("version", result_.compilerVersion.value_or(""));
+    json_.EndObject();
+  }
+
+  void WriteInputs() {
+    const AnalysisInputs& inputs = result_.inputs;
+    json_.StartObject("inputs");
+    json_.Number("modules", inputs.Count());
+    json_.Number("read", inputs.read);
+    WriteTexts("missing", inputs.missing);
+    WriteTexts("notWhole", inputs.notWhole);
+    json_.EndObject();
+  }
+
+  void WriteTexts(const char* key, const std::vector<std::string>& texts) {
+    json_.StartArray(key);
+    for (const std::string& text : texts) {
+      json_.Text(text);
     }
-    writer_.EndObject();
+    json_.EndArray();
   }
 
   void WriteLog() {
-    writer_.Key("log");
-    writer_.StartArray();
+    json_.StartArray("log");
     for (const StkMessage& message : result_.log) {
-      String(message.text);
+      json_.Text(message.text);
     }
-    writer_.EndArray();
+    json_.EndArray();
+  }
+
+  void WriteWarnings() {
+    json_.StartArray("warnings");
+    for (const StkMessage& message : result_.log) {
+      if (message.IsWarning()) {
+        WriteWarning(message);
+      }
+    }
+    json_.EndArray();
+  }
+
+  void WriteWarning(const StkMessage& message) {
+    const std::string lead = message.Code() + " ";  // as every text of a message with a code begins
+    json_.StartObject();
+    json_.Text("code", message.Code());
+    json_.Text("text", std::string_view(message.text).substr(lead.size()));
+    json_.TextOrNull("file", message.file);
+    json_.NumberOrNull("line", message.line != 0, message.line);
+    json_.EndObject();
+  }
+
+  void WriteNotes() {
+    json_.StartArray("notes");
+    for (const StkNote& note : result_.notes) {
+      json_.StartObject();
+      json_.Text("rule", note.rule);
+      json_.Text("text", note.text);
+      json_.TextOrNull("file", note.file);
+      json_.NumberOrNull("line", note.line != 0, note.line);
+      json_.NumberOrNull("function", note.function.has_value(), note.function.value_or(0));
+      json_.EndObject();
+    }
+    json_.EndArray();
   }
 
   void WriteCounts() {
-    writer_.Key("counts");
-    writer_.StartObject();
-    Number("functions", result_.functions.Count());
-    Number("unknown", result_.functions.UnknownCount());
-    Number("adjusted", result_.functions.AdjustedCount());
-    writer_.EndObject();
+    json_.StartObject("counts");
+    json_.Number("functions", result_.functions.Count());
+    json_.Number("unknown", result_.functions.UnknownCount());
+    json_.Number("adjusted", result_.functions.AdjustedCount());
+    json_.EndObject();
+  }
+
+  void WriteGroups() {
+    json_.StartArray("groups");
+    for (const RecursionGroup& group : result_.bounds.Groups()) {
+      json_.StartObject();
+      json_.Indices("members", group.members);
+      json_.Bool("settled", group.settled);
+      json_.Indices("counted", group.counted);
+      json_.Number("activations", group.activations);
+      json_.EndObject();
+    }
+    json_.EndArray();
   }
 
   void WriteFunction(const StkFunction& function) {
-    writer_.StartObject();
-    Text("name", function.name);
-    Text("specName", FunctionSpecName(function, result_.codePage));
-    Text("displayName", FunctionDisplayName(function, result_.codePage));
-    if (function.file != nullptr) {
-      Text("file", function.file->name);
-    } else {
-      Null("file");
-    }
-    Text("kind", Kind(function));
+    const uint32_t group = result_.bounds.GroupOf(function);
+    json_.StartObject();
+    WriteNames(function);
+    json_.Text("kind", KindName(function.Kind()));
     WriteFlags(function);
     WriteSizes(function);
+    WriteBound(function);
+    json_.Number("librarySize", function.librarySize);
+    json_.Number("chainCount", static_cast<uint32_t>(function.chainCount));
     WriteAdjustment(function);
-    Bool("complete", result_.IsComplete(function));
-    Indices("callees", function.callees);
-    Indices("extraCallees", function.extraCallees);
-    writer_.EndObject();
+    json_.Bool("complete", result_.bounds.IsComplete(function));
+    json_.NumberOrNull("group", group != StkBounds::kNoGroup, group);
+    json_.Indices("callees", function.callees);
+    json_.Indices("extraCallees", function.extraCallees);
+    json_.EmptyArray("indirectSites");
+    json_.EndObject();
+  }
+
+  void WriteNames(const StkFunction& function) {
+    const std::string specName = FunctionSpecName(function, result_.codePage);
+    json_.Text("name", function.name);
+    json_.Text("specName", specName);
+    json_.Text("displayName", FunctionDisplayName(function, result_.codePage));
+    if (function.file != nullptr) {
+      json_.Text("file", function.file->name);
+    } else {
+      json_.Null("file");
+    }
+    json_.Text("statement", specName);
+    json_.Null("line");
   }
 
   void WriteFlags(const StkFunction& function) {
-    Bool("defined", function.Is(FN_DEFINED));
-    Bool("global", function.Is(FN_GLOBAL));
-    Bool("recursive", function.Is(FN_RECURSIVE));
-    Bool("topLevel", function.Is(FN_ROOT));
-    Bool("indirectCall", function.Is(FN_INDIRECT_CALL));
-    Bool("library", function.Is(FN_LIBRARY));
-    Bool("fixedExtra", function.Is(FN_FIXED_EXTRA));
+    json_.Bool("defined", function.Is(FN_DEFINED));
+    json_.Bool("global", function.Is(FN_GLOBAL));
+    json_.Bool("recursive", function.Is(FN_RECURSIVE));
+    json_.Bool("topLevel", function.Is(FN_ROOT));
+    json_.Bool("indirectCall", function.Is(FN_INDIRECT_CALL));
+    json_.Bool("library", function.Is(FN_LIBRARY));
+    json_.Bool("fixedExtra", function.Is(FN_FIXED_EXTRA));
+    json_.Bool("dynamicFrame", function.Is(FN_DYNAMIC_FRAME));
+    json_.Bool("sizeUnknown", function.Is(FN_SIZE_UNKNOWN));
+    json_.Text("source", function.Is(FN_DEFINED) ? "module" : "none");
   }
 
   void WriteSizes(const StkFunction& function) {
     const std::string frameText = FrameSizeText(function);
     const std::string totalText = TotalSizeText(function);
-    Size("frameSize", function.frameSize, frameText);
-    Size("totalStackSize", function.totalStackSize, totalText);
-    Text("frameText", frameText);
-    Text("totalText", totalText);
-    Text("adjustmentText", AdjustmentInfoText(function, AdjustmentStyle::kList));
-    Number("librarySize", function.librarySize);
-    writer_.Key("chainCount");
-    writer_.Int(function.chainCount);
+    WriteSize("frameSize", function.frameSize, frameText);
+    WriteSize("totalStackSize", function.totalStackSize, totalText);
+    json_.Text("frameText", frameText);
+    json_.Text("totalText", totalText);
+    json_.Text("adjustmentText", AdjustmentInfoText(function, AdjustmentStyle::kList));
+  }
+
+  // A size is a number exactly where its text is one.
+  void WriteSize(const char* key, uint32_t size, std::string_view text) {
+    json_.NumberOrNull(key, text != "?" && size != kOverSize, size);
+  }
+
+  void WriteBound(const StkFunction& function) {
+    const StkBounds& bounds = result_.bounds;
+    const BoundState state = bounds.State(function);
+    json_.Text("boundState", BoundStateName(state));
+    json_.NumberOrNull("bound", state == BoundState::kBounded, bounds.Known(function));
+    json_.Number("known", bounds.Known(function));
+    json_.StartArray("reasons");
+    for (const ReasonWitnesses::Reason& reason : witnesses_.Of(function)) {
+      json_.StartObject();
+      json_.Text("kind", ReasonName(reason.kind));
+      json_.Number("function", reason.function->index);
+      json_.EndObject();
+    }
+    json_.EndArray();
   }
 
   void WriteAdjustment(const StkFunction& function) {
     const StkAppliedAdjustment* adjustment = function.adjustment.get();
-    if (adjustment != nullptr && adjustment->margin != kNoMargin) {
-      Number("margin", adjustment->margin);
-    } else {
-      Null("margin");
-    }
-    if (adjustment != nullptr && adjustment->depth != kNoDepth) {
-      Number("depth", adjustment->depth);
-    } else {
-      Null("depth");
-    }
-    Bool("adjusted", adjustment != nullptr);
+    const uint32_t margin = adjustment != nullptr ? adjustment->margin : kNoMargin;
+    const uint32_t depth = adjustment != nullptr ? adjustment->depth : kNoDepth;
+    json_.NumberOrNull("margin", margin != kNoMargin, margin);
+    json_.NumberOrNull("depth", depth != kNoDepth, depth);
+    json_.Bool("adjusted", adjustment != nullptr);
   }
 
-  static std::string_view Kind(const StkFunction& function) {
-    if (function.adjustment != nullptr || function.Is(FN_LIBRARY)) {
-      return "specified";
-    }
-    if (function.Is(FN_RECURSIVE)) {
-      return "recursive";
-    }
-    return function.Is(FN_DEFINED) ? "defined" : "unknown";
-  }
-
-  // A size is a number exactly where its text is one.
-  void Size(const char* key, uint32_t size, std::string_view text) {
-    if (text == "?" || size == kOverSize) {
-      Null(key);
-    } else {
-      Number(key, size);
-    }
-  }
-
-  void Indices(const char* key, const StkFunctionList& functions) {
-    writer_.Key(key);
-    writer_.StartArray();
-    for (const StkFunction* function : functions) {
-      writer_.Uint(function->index);
-    }
-    writer_.EndArray();
-  }
-
-  void Text(const char* key, std::string_view text) {
-    writer_.Key(key);
-    String(text);
-  }
-
-  void String(std::string_view text) {
-    const std::string utf8 = result_.Utf8(text);
-    writer_.String(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
-  }
-
-  void Number(const char* key, uint32_t number) {
-    writer_.Key(key);
-    writer_.Uint(number);
-  }
-
-  void Bool(const char* key, bool value) {
-    writer_.Key(key);
-    writer_.Bool(value);
-  }
-
-  void Null(const char* key) {
-    writer_.Key(key);
-    writer_.Null();
+  static std::string_view KindName(FunctionKind kind) {
+    constexpr std::string_view kNames[] = {"specified", "recursive", "defined", "unknown"};
+    return kNames[static_cast<size_t>(kind)];
   }
 
   const AnalysisResult& result_;
-  rapidjson::PrettyWriter<ResultOutput> writer_;
+  const ReasonWitnesses witnesses_;
+  JsonWriter json_;
 };
 
 }  // namespace

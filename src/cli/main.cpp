@@ -15,6 +15,8 @@ ExitStatus RunCommand(Application& application, const Options& options) {
   switch (options.command) {
     case Options::Command::kAnalyze:
       return Analyze(application, options);
+    case Options::Command::kExplain:
+      return Explain(application, options);
     case Options::Command::kChains:
       return Chains(application, options);
     case Options::Command::kAdjust:

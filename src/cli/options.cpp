@@ -44,16 +44,34 @@ void AddRunOptions(CLI::App& command, Options& options) {
       ->option_text("DIR");
 }
 
-void AddAnalyze(CLI::App& app, Options& options) {
-  static const std::map<std::string, OutputFormat> kFormats = {
-      {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"csv", OutputFormat::kCsv}};
-  CLI::App& command = AddCommand(app, options, Options::Command::kAnalyze, "analyze",
-                                 "print the stack use of every function");
+void AddLoadOption(CLI::App& command, Options& options) {
   command
       .add_option("--load", options.loadFiles,
                   "stack size specification file to apply, in memory only; may be repeated")
       ->allow_extra_args(false)
       ->option_text("FILE");
+}
+
+// A command that saves what is in force must not get into the stk system file what stands in a
+// file that is to be applied in memory only.
+void RefuseLoadOption(const Options& options) {
+  const bool saves = options.command == Options::Command::kAdjust ||
+                     options.command == Options::Command::kReset ||
+                     options.command == Options::Command::kLoad;
+  if (saves && !options.loadFiles.empty()) {
+    throw CLI::ValidationError(
+        "--load",
+        "applies a file in memory only, and this command saves what is in force; the command "
+        "\"load\" saves what a file states");
+  }
+}
+
+void AddAnalyze(CLI::App& app, Options& options) {
+  static const std::map<std::string, OutputFormat> kFormats = {
+      {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"csv", OutputFormat::kCsv}};
+  CLI::App& command = AddCommand(app, options, Options::Command::kAnalyze, "analyze",
+                                 "print the stack use of every function");
+  AddLoadOption(command, options);
   command.add_option("--format", options.format, "how to print (default: text)")
       ->transform(CLI::CheckedTransformer(kFormats))
       ->option_text("text|json|csv");
@@ -61,10 +79,24 @@ void AddAnalyze(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
+void AddExplain(CLI::App& app, Options& options) {
+  static const std::map<std::string, OutputFormat> kFormats = {{"text", OutputFormat::kText},
+                                                               {"json", OutputFormat::kJson}};
+  CLI::App& command = AddCommand(app, options, Options::Command::kExplain, "explain",
+                                 "take the bound of a function apart, into rows that add up to it");
+  command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
+  AddLoadOption(command, options);
+  command.add_option("--format", options.format, "how to print (default: text)")
+      ->transform(CLI::CheckedTransformer(kFormats))
+      ->option_text("text|json");
+  AddRunOptions(command, options);
+}
+
 void AddChains(CLI::App& app, Options& options) {
   CLI::App& command = AddCommand(app, options, Options::Command::kChains, "chains",
                                  "write the call chains of a function into a file");
   command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
+  AddLoadOption(command, options);
   command.add_flag("--all", options.all, "all call chains, not only those with the maximum stack");
   command.add_option("--output", options.output, "where to write; .csv gives CSV, else text")
       ->required()
@@ -89,6 +121,7 @@ void AddAdjust(CLI::App& app, Options& options) {
           ->option_text("NAME");
   command.add_flag("--no-callees", options.noCallees, "take the list of callees away")
       ->excludes(callees);
+  command.add_option("--load", options.loadFiles)->group("");
   AddRunOptions(command, options);
 }
 
@@ -103,15 +136,15 @@ void AddReset(CLI::App& app, Options& options) {
       throw CLI::RequiredError("FUNCTION or --all");
     }
   });
+  command.add_option("--load", options.loadFiles)->group("");
   AddRunOptions(command, options);
 }
 
 void AddLoad(CLI::App& app, Options& options) {
   CLI::App& command = AddCommand(app, options, Options::Command::kLoad, "load",
                                  "apply a stack size specification file, and save it");
-  command.add_option("FILE", options.loadFiles, "stack size specification file")
-      ->required()
-      ->expected(1);
+  command.add_option("FILE", options.specification, "stack size specification file")->required();
+  command.add_option("--load", options.loadFiles)->group("");
   AddRunOptions(command, options);
 }
 
@@ -119,6 +152,7 @@ void AddSave(CLI::App& app, Options& options) {
   CLI::App& command =
       AddCommand(app, options, Options::Command::kSave, "save",
                  "write all adjustments and the unknown functions as a specification file");
+  AddLoadOption(command, options);
   command.add_option("--output", options.output, "where to write")->required()->option_text("FILE");
   AddRunOptions(command, options);
 }
@@ -131,6 +165,7 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   app.set_version_flag("--version", "velkor " VELKOR_VERSION);
   app.require_subcommand(1);
   AddAnalyze(app, options);
+  AddExplain(app, options);
   AddChains(app, options);
   AddAdjust(app, options);
   AddReset(app, options);
@@ -138,6 +173,7 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   AddSave(app, options);
   try {
     app.parse(argc, argv);
+    RefuseLoadOption(options);
   } catch (const CLI::ParseError& error) {
     return {std::nullopt, app.exit(error) == 0 ? kDone : kWrongUsage};
   }

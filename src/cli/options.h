@@ -14,12 +14,13 @@ enum class OutputFormat { kText, kJson, kCsv };
 // What the command line asks for. Texts are bytes as the caller gave them. Which fields have a
 // meaning depends on the command.
 struct Options {
-  enum class Command { kAnalyze, kChains, kAdjust, kReset, kLoad, kSave };
+  enum class Command { kAnalyze, kExplain, kChains, kAdjust, kReset, kLoad, kSave };
 
   Command command = Command::kAnalyze;
   std::string project;
   std::optional<std::string> function;
-  std::vector<std::string> loadFiles;  // analyze: applied in memory, in this order; load: the one
+  std::vector<std::string> loadFiles;  // applied in memory, in this order
+  std::string specification;           // load
   std::string output;                  // chains, save
 
   OutputFormat format = OutputFormat::kText;

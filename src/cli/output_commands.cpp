@@ -5,7 +5,7 @@
 namespace velkor {
 
 ExitStatus Chains(Application& application, const Options& options) {
-  const ExitStatus analysed = application.OpenAndAnalyse(options.project);
+  const ExitStatus analysed = application.OpenAndAnalyse(options);
   if (analysed != kDone) {
     return analysed;
   }
@@ -20,7 +20,7 @@ ExitStatus Chains(Application& application, const Options& options) {
 }
 
 ExitStatus Save(Application& application, const Options& options) {
-  const ExitStatus analysed = application.OpenAndAnalyse(options.project);
+  const ExitStatus analysed = application.OpenAndAnalyse(options);
   if (analysed != kDone) {
     return analysed;
   }
@@ -28,6 +28,7 @@ ExitStatus Save(Application& application, const Options& options) {
   const StkFunctionTable& functions = *document.FunctionTable();
   if (functions.UnknownCount() == 0 && functions.AdjustedCount() == 0) {
     application.Say("nothing to save: no function is unknown or adjusted");
+    application.SayNotes();
     return application.FinishedStatus();
   }
   document.SaveSpecFile(application.AbsolutePath(options.output));

@@ -5,10 +5,27 @@
 
 #include "cli/chain_output.h"
 #include "cli/list_output.h"
+#include "cli/note_text.h"
 #include "cli/terminal_text.h"
 
 namespace velkor {
 namespace {
+
+using BoundTest = bool (*)(const StkBounds&, const StkFunction&);
+
+bool IsBounded(const StkBounds& bounds, const StkFunction& function) {
+  return bounds.State(function) == BoundState::kBounded;
+}
+
+bool IsBelowItsBound(const StkBounds& bounds, const StkFunction& function) {
+  return IsBounded(bounds, function) && !bounds.IsComplete(function);
+}
+
+size_t CountRoots(const AnalysisResult& result, BoundTest holds) {
+  return static_cast<size_t>(
+      std::count_if(result.roots.begin(), result.roots.end(),
+                    [&](const StkFunction* root) { return holds(result.bounds, *root); }));
+}
 
 void WriteHead(const AnalysisResult& result, ResultOutput& output) {
   const StkFunctionTable& functions = result.functions;
@@ -17,14 +34,21 @@ void WriteHead(const AnalysisResult& result, ResultOutput& output) {
       fmt::format("Compiler   {}\n", result.compilerVersion
                                          ? result.compilerName + " V" + *result.compilerVersion
                                          : "unknown: no module was read"));
-  const auto uncertain =
-      std::count_if(result.roots.begin(), result.roots.end(),
-                    [&result](const StkFunction* root) { return !result.IsComplete(*root); });
   output.Write(
       fmt::format("Functions  {}, {} of them top-level\n", functions.Count(), result.roots.size()));
-  if (uncertain > 0) {
-    output.Write(fmt::format("Uncertain  {} of the top-level ones: their totals are lower bounds\n",
-                             uncertain));
+  output.Write(fmt::format("Bounded    {} of the top-level ones\n", CountRoots(result, IsBounded)));
+  if (const size_t low = CountRoots(result, IsBelowItsBound); low > 0) {
+    output.Write(fmt::format("Too low    the totals of {} of them: below the bound\n", low));
+  }
+}
+
+void WriteNotes(const AnalysisResult& result, ResultOutput& output) {
+  if (result.notes.empty()) {
+    return;
+  }
+  output.Write(fmt::format("Notes: {}\n", result.notes.size()));
+  for (const StkNote& note : result.notes) {
+    output.Write("  " + OneLine(result.Utf8(NoteLine(note))) + "\n");
   }
 }
 
@@ -34,6 +58,7 @@ void WriteText(const AnalysisResult& result, bool full, ResultOutput& output) {
   WriteHead(result, output);
   WriteChains(result, full, output);
   WriteLists(result, output);
+  WriteNotes(result, output);
 }
 
 }  // namespace velkor

@@ -5,9 +5,9 @@
 
 namespace velkor {
 
-// The analysis for a reader at a terminal: the top-level functions, largest total first, each
-// with the call chain that takes it and with what is uncertain about it; then the lists of
-// functions that need attention.
+// The analysis for a reader at a terminal: the top-level functions, largest bound first, each
+// with the calls that add up to it and with what keeps it from a bound; then the lists of functions
+// that need attention, and the notes.
 // full: draws whole call chains; otherwise long ones are shown by their two ends.
 void WriteText(const AnalysisResult& result, bool full, ResultOutput& output);
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "core/adjustments.h"
+#include "core/call_range.h"
 
 namespace velkor {
 
@@ -16,33 +16,25 @@ void NamedFunctions::Add(StkFunction& function) {
 UncertaintySearch::UncertaintySearch(const AnalysisResult& result, UncertaintyBudget budget)
     : result_(result), left_(budget), visitedBy_(result.functions.Count(), 0) {
   firstCall_.reserve(visitedBy_.size() + 1);
-  kinds_.reserve(visitedBy_.size());
-  for (const auto& function : result.functions.Functions()) {
+  reasons_.reserve(visitedBy_.size());
+  for (const StkFunction* function : result.functions.Functions()) {
     firstCall_.push_back(static_cast<uint32_t>(calls_.size()));
-    const bool complete = result.IsComplete(*function);
-    kinds_.push_back(complete ? uint8_t{0} : KindsOf(*function));
-    if (!complete) {
-      AddCalls(function->callees);
-      AddCalls(function->extraCallees);
+    reasons_.push_back(result.bounds.OwnReasons(*function));
+    if (IsUnbounded(*function)) {
+      AddCalls(*function);
     }
   }
   firstCall_.push_back(static_cast<uint32_t>(calls_.size()));
 }
 
-uint8_t UncertaintySearch::KindsOf(const StkFunction& function) {
-  if (!IsSizeUnknown(function)) {
-    return 0;
-  }
-  return static_cast<uint8_t>((function.Is(FN_DEFINED) ? 0 : kUnknown) |
-                              (function.Is(FN_RECURSIVE) ? kRecursive : 0) |
-                              (function.Is(FN_INDIRECT_CALL) ? kIndirect : 0));
+bool UncertaintySearch::IsUnbounded(const StkFunction& function) const {
+  return result_.bounds.State(function) == BoundState::kUnbounded;
 }
 
-void UncertaintySearch::AddCalls(const StkFunctionList& callees) {
-  for (const StkFunction* callee : callees) {
-    const uint32_t index = result_.functions.IndexOf(*callee);
-    if (!result_.complete[index]) {  // below a complete one there is nothing to find
-      calls_.push_back(index);
+void UncertaintySearch::AddCalls(const StkFunction& function) {
+  for (const StkFunction* callee : AllCallees(function)) {
+    if (IsUnbounded(*callee)) {  // below a bounded one there is nothing to find
+      calls_.push_back(result_.functions.IndexOf(*callee));
     }
   }
 }
@@ -51,14 +43,14 @@ Uncertainty UncertaintySearch::Below(StkFunction& start) {
   Uncertainty found;
   ++walk_;
   queue_.clear();
-  if (!result_.IsComplete(start)) {
+  if (IsUnbounded(start)) {
     Enter(start.index);
   }
   const uint64_t most = WalkBudget();
   uint64_t looked = 0;
   for (size_t next = 0; next < queue_.size(); ++next) {  // NOLINT(modernize-loop-convert): it grows
     const uint32_t function = queue_[next];
-    if (kinds_[function] != 0) {
+    if (!reasons_[function].empty()) {
       Note(function, found);
     }
     const uint32_t end = firstCall_[function + 1];
@@ -87,15 +79,10 @@ void UncertaintySearch::Spend(uint64_t calls) {
 }
 
 void UncertaintySearch::Note(uint32_t index, Uncertainty& found) {
-  StkFunction& function = *result_.functions.Functions()[index];
-  if ((kinds_[index] & kUnknown) != 0) {
-    found.unknown.Add(function);
-  }
-  if ((kinds_[index] & kRecursive) != 0) {
-    found.recursive.Add(function);
-  }
-  if ((kinds_[index] & kIndirect) != 0) {
-    found.indirect.Add(function);
+  for (const ReasonKind kind : kReasonKinds) {
+    if (reasons_[index].Has(kind)) {
+      found.byKind[static_cast<size_t>(kind)].Add(*result_.functions.Functions()[index]);
+    }
   }
 }
 

@@ -18,12 +18,13 @@ struct NamedFunctions {
   void Add(StkFunction& function);
 };
 
-// Why a total is only a lower bound. A function can stand in several lists.
+// Why a function has no bound: the functions that it can reach, itself included, and that miss
+// something, by what they miss. One can stand in several lists.
 struct Uncertainty {
-  NamedFunctions unknown;
-  NamedFunctions recursive;  // without a stated depth
-  NamedFunctions indirect;   // without stated callees
-  bool cutShort = false;     // not everything was looked at
+  std::array<NamedFunctions, kReasonKinds.size()> byKind;  // in the order of kReasonKinds
+  bool cutShort = false;                                   // not everything was looked at
+
+  const NamedFunctions& Of(ReasonKind kind) const { return byKind[static_cast<size_t>(kind)]; }
 };
 
 // How many calls the walks of one search look at.
@@ -33,9 +34,9 @@ struct UncertaintyBudget {
   uint64_t all = 4'000'000;    // of all together
 };
 
-// Finds what is uncertain below functions, one after another. Its budget keeps a program with very
-// many top-level functions from taking time in the square of its size; a walk that it cuts short
-// says so. The graph must not change meanwhile.
+// Finds what keeps functions from having a bound, one function after another. Its budget keeps a
+// program with very many top-level functions from taking time in the square of its size; a walk
+// that it cuts short says so. The graph must not change meanwhile.
 class UncertaintySearch {
  public:
   explicit UncertaintySearch(const AnalysisResult& result, UncertaintyBudget budget = {});
@@ -43,10 +44,8 @@ class UncertaintySearch {
   Uncertainty Below(StkFunction& start);
 
  private:
-  enum Kind : uint8_t { kUnknown = 1, kRecursive = 2, kIndirect = 4 };
-
-  static uint8_t KindsOf(const StkFunction& function);
-  void AddCalls(const StkFunctionList& callees);
+  bool IsUnbounded(const StkFunction& function) const;
+  void AddCalls(const StkFunction& function);
   void Note(uint32_t index, Uncertainty& found);
   void Enter(uint32_t function);
   // What one walk may look at, and what it did.
@@ -55,10 +54,10 @@ class UncertaintySearch {
 
   const AnalysisResult& result_;
   UncertaintyBudget left_;
-  // Of the functions that are not complete, by index: all that a walk looks at, close together.
+  // Of the functions without a bound, by index: all that a walk looks at, close together.
   std::vector<uint32_t> firstCall_;  // in calls_, up to that of the next function
-  std::vector<uint32_t> calls_;      // the called ones that are not complete either
-  std::vector<uint8_t> kinds_;       // why it is uncertain itself
+  std::vector<uint32_t> calls_;      // the called ones that have none either
+  std::vector<ReasonSet> reasons_;   // its own
   std::vector<uint32_t> visitedBy_;  // number of the last walk that met the function
   uint32_t walk_ = 0;
   std::vector<uint32_t> queue_;

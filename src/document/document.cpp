@@ -58,6 +58,7 @@ void CStkDoc::DeleteContents() {
   currentSelection_ = nullptr;
   input_.reset();
   moduleOutcomes_.clear();
+  filesInMemory_.clear();
   DiscardTables();
   knownSystemFile_.reset();
 }
@@ -145,6 +146,9 @@ bool CStkDoc::LoadSpecFile(std::string_view path, bool saveAfter) {
   }
   readFromUserFile_ = true;
   saveAfterReading_ = saveAfter;
+  if (!saveAfter) {
+    filesInMemory_.emplace_back(path);
+  }
   std::vector<std::unique_ptr<StkSpecReader>> sources;
   sources.push_back(std::make_unique<StkSpecReader>(SpecificationKind::kUserFile, std::string(path),
                                                     host_, reporter_));

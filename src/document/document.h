@@ -95,7 +95,8 @@ class CStkDoc {
   // Only with a project that has no tables yet.
   void StartAnalysis();
   void StartSpecRead();
-  // saveAfter: rewrite the stk system file when the file has been read.
+  // saveAfter: rewrite the stk system file when the file has been read. Without it the file is an
+  // input of this analysis, which nothing is written over.
   // False without a function to specify.
   bool LoadSpecFile(std::string_view path, bool saveAfter = true);
   void Recalculate();
@@ -173,6 +174,7 @@ class CStkDoc {
   std::vector<ModuleOutcome> moduleOutcomes_;
   bool readFromUserFile_ = false;
   bool saveAfterReading_ = false;
+  std::vector<std::string> filesInMemory_;  // loaded, and not saved after
   StkFunction* currentSelection_ = nullptr;
   JobSlots jobs_;
   bool systemSaveDue_ = false;

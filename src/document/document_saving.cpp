@@ -108,6 +108,7 @@ std::vector<std::string> CStkDoc::InputPaths(bool withSources) {
     for (const auto& source : input_->BuildSpecSources()) {
       paths.push_back(source->Path());
     }
+    paths.insert(paths.end(), filesInMemory_.begin(), filesInMemory_.end());
   }
   return paths;
 }

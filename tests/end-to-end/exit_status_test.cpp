@@ -86,8 +86,8 @@ TEST(ExitStatus, SomethingNotReadIsOneWithTheResultsOfTheRest) {
                        "file and rebuild."))
       << run.err;
   EXPECT_EQ(run.out,
-            "name,total,frame,adjustment,file,top-level,complete\n"
-            "main,4,4,,main.c,yes,yes\n");
+            "name,total,frame,adjustment,file,top-level,complete,bound,state,known\n"
+            "main,4,4,,main.c,yes,yes,4,bounded,4\n");
 }
 
 TEST(ExitStatus, OutputThatCannotBeWrittenIsFour) {

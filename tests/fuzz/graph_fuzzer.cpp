@@ -107,7 +107,7 @@ class GraphRun {
     }
   }
 
-  void Check() const {
+  void Check() {
     CheckDatabase(table_);
     CheckResults(table_, roots_);
     host_.CheckAllMessages(true);

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "core/adjustments.h"
-#include "core/completeness.h"
+#include "core/bounds.h"
 #include "core/function_text.h"
 #include "fuzz/require.h"
 #include "messages/catalogue.h"
@@ -164,16 +164,22 @@ void CheckLargestCallee(const StkFunction& function, const Reachability& graph) 
           "the largest callee is one", function.name);
 }
 
-void CheckComplete(const StkFunctionTable& table, const Reachability& graph) {
-  const std::vector<bool> complete = CompleteFunctions(table);
-  for (const auto& function : table.Functions()) {
-    const bool certain =
-        !IsSizeUnknown(*function) &&
-        std::none_of(table.Functions().begin(), table.Functions().end(), [&](const auto& below) {
-          return graph.Reaches(*function, *below) && IsSizeUnknown(*below);
-        });
-    RequireEqual(complete[function->index], certain,
-                 "a total is certain when everything below it is", function->name);
+void CheckBounds(StkFunctionTable& table, const Reachability& graph) {
+  StkBounds bounds(table);
+  bounds.Update();
+  for (const StkFunction* function : table.Functions()) {
+    ReasonSet reasons = bounds.OwnReasons(*function);
+    for (const StkFunction* below : table.Functions()) {
+      if (graph.Reaches(*function, *below)) {
+        reasons.Add(bounds.OwnReasons(*below));
+      }
+    }
+    Require(reasons == bounds.Reasons(*function),
+            "a function has the reasons of all that it can reach", function->name);
+    for (const StkFunction* callee : AllCallees(*function)) {
+      Require(graph.Reaches(*callee, *function) || bounds.Known(*function) >= bounds.Known(*callee),
+              "what is called and does not call back is contained", function->name);
+    }
   }
 }
 
@@ -198,7 +204,7 @@ void CheckRoots(const StkFunctionTable& table, const StkRootList& roots) {
   RequireEqual(table.Overflow(), over, "the overflow flag is that of a root");
 }
 
-void CheckClosure(const StkFunctionTable& table, const StkRootList& roots) {
+void CheckClosure(StkFunctionTable& table, const StkRootList& roots) {
   const Reachability graph(table);
   for (const auto& function : table.Functions()) {
     RequireEqual(function->Is(FN_RECURSIVE), graph.Reaches(*function, *function),
@@ -210,7 +216,7 @@ void CheckClosure(const StkFunctionTable& table, const StkRootList& roots) {
             "every function is below a top-level function", function->name);
     CheckLargestCallee(*function, graph);
   }
-  CheckComplete(table, graph);
+  CheckBounds(table, graph);
 }
 
 }  // namespace
@@ -235,7 +241,7 @@ void CheckDatabase(const StkFunctionTable& table) {
           "callers mirror callees");
 }
 
-void CheckResults(const StkFunctionTable& table, const StkRootList& roots) {
+void CheckResults(StkFunctionTable& table, const StkRootList& roots) {
   Require(Links(table, &StkFunction::extraCallees, false) ==
               Links(table, &StkFunction::extraCallers, true),
           "extra callers mirror extra callees");

@@ -1,0 +1,196 @@
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <random>
+#include <rapidjson/document.h>
+#include <sstream>
+
+#include "analysis.h"
+#include "cli/application.h"
+#include "cli/chain_output.h"
+#include "cli/explanation_output.h"
+#include "core/bound_arithmetic.h"
+#include "core/function_text.h"
+
+namespace velkor {
+namespace {
+
+using testing::Analysis;
+using testing::Written;
+
+rapidjson::Document Json(const AnalysisResult& result, const StkFunction& function) {
+  const std::string text =
+      Written([&](ResultOutput& output) { WriteExplanationJson(result, function, output); });
+  rapidjson::Document document;
+  document.Parse(text.c_str());
+  EXPECT_FALSE(document.HasParseError()) << text;
+  return document;
+}
+
+uint64_t BytesOfCalls(const rapidjson::Value& row) {
+  uint64_t sum = 0;
+  for (const auto& call : row["calls"].GetArray()) {
+    sum += call["bytes"].GetUint64();
+  }
+  return sum;
+}
+
+void ExpectJsonAddsUp(const AnalysisResult& result, const StkFunction& function) {
+  const rapidjson::Document document = Json(result, function);
+  EXPECT_EQ(document["value"].GetUint64(), result.bounds.Known(function));
+  EXPECT_EQ(document["state"].GetString(), BoundStateName(result.bounds.State(function)));
+  EXPECT_EQ(document["function"].GetString(), FunctionSpecName(function, result.codePage));
+  uint64_t sum = 0;
+  for (const auto& row : document["rows"].GetArray()) {
+    const uint64_t times = row["times"].GetUint64();
+    const uint64_t bytes = row["bytes"].GetUint64();
+    if (result.bounds.Known(function) < kMaxBound) {
+      EXPECT_EQ(bytes % times, 0U);
+      EXPECT_LE(BytesOfCalls(row), bytes / times);
+    }
+    sum += bytes;
+  }
+  EXPECT_EQ(sum, document["value"].GetUint64());
+}
+
+// The numbers of a block in the text's first column below its first line; the first line's number.
+std::pair<uint64_t, uint64_t> ColumnOf(std::istringstream& lines) {
+  std::string line;
+  std::getline(lines, line);
+  const size_t digits = line.find_first_of("0123456789");
+  const uint64_t stated = std::stoull(line.substr(digits));
+  uint64_t sum = 0;
+  while (std::getline(lines, line) && !line.empty()) {
+    const bool isRow = line.find_first_not_of(' ') < 10;
+    sum += isRow ? std::stoull(line) : 0;
+  }
+  return {stated, sum};
+}
+
+std::istringstream BelowHeading(const std::string& text) {
+  return std::istringstream(text.substr(text.find("  Function\n") + 11));
+}
+
+void ExpectTextAddsUp(const AnalysisResult& result, StkFunction& function) {
+  std::istringstream lines = BelowHeading(
+      Written([&](ResultOutput& output) { WriteExplanation(result, function, output); }));
+  const auto [stated, sum] = ColumnOf(lines);
+  EXPECT_EQ(stated, result.bounds.Known(function));
+  EXPECT_EQ(sum, stated);
+}
+
+// Each function, and the text of the whole analysis, whose long lists are cut.
+void ExpectAllAddUp(const AnalysisResult& result) {
+  for (StkFunction* function : result.functions.Functions()) {
+    ExpectJsonAddsUp(result, *function);
+    ExpectTextAddsUp(result, *function);
+  }
+  std::istringstream lines =
+      BelowHeading(Written([&](ResultOutput& output) { WriteChains(result, false, output); }));
+  for (const StkFunction* root : LargestFirst(result)) {
+    const auto [stated, sum] = ColumnOf(lines);
+    EXPECT_EQ(stated, result.bounds.Known(*root));
+    EXPECT_EQ(sum, stated);
+  }
+}
+
+using Random = std::mt19937;
+
+uint32_t Below(Random& random, uint32_t end) {
+  return static_cast<uint32_t>(random() % end);
+}
+
+std::string RandomGraph(Random& random) {
+  const uint32_t count = 1 + Below(random, 9);
+  std::string text;
+  for (uint32_t i = 0; i < count; ++i) {
+    text += "f" + std::to_string(i) + " " + std::to_string(Below(random, 300)) + " ->";
+    std::vector<bool> called(count + 1);
+    for (uint32_t calls = Below(random, 4); calls > 0; --calls) {
+      called[Below(random, count + 1)] = true;  // one of them is unknown
+    }
+    for (uint32_t callee = 0; callee < called.size(); ++callee) {
+      text += called[callee] ? " f" + std::to_string(callee) : "";
+    }
+    text += "\n";
+  }
+  return text;
+}
+
+void StateAtRandom(Analysis& analysis, Random& random) {
+  constexpr uint32_t kDepths[] = {kNoDepth, 1, 1, 2, 3, 70000, 4294967295};
+  for (StkFunction* function : analysis.graph.functions.Functions()) {
+    function->flags |= Below(random, 12) == 0 && function->Is(FN_DEFINED) ? FN_INDIRECT_CALL : 0U;
+    if (Below(random, 2) == 0) {
+      const uint32_t margin = Below(random, 2) == 0 ? kNoMargin : Below(random, 65536);
+      const uint32_t depth = kDepths[Below(random, std::size(kDepths))];
+      analysis.Adjust(*function, margin, function->Is(FN_RECURSIVE) ? depth : kNoDepth);
+    }
+  }
+  analysis.Compute();
+}
+
+TEST(Explain, AddsUpForEveryFunctionOfRandomProjects) {
+  uint32_t settled = 0;
+  for (uint32_t seed = 0; seed < 500 && !::testing::Test::HasFailure(); ++seed) {
+    SCOPED_TRACE(seed);
+    Random random(seed);
+    Analysis analysis(RandomGraph(random));
+    StateAtRandom(analysis, random);
+    for (const RecursionGroup& group : analysis.bounds.Groups()) {
+      settled += group.settled ? 1 : 0;
+    }
+    ExpectAllAddUp(analysis.Result());
+  }
+  EXPECT_GT(settled, 100U);
+}
+
+// Those that lie beside the sources are looked at where they are.
+TEST(Explain, AddsUpForEveryFunctionOfRealProjects) {
+  const std::string source = VELKOR_SOURCE_DIR;
+  for (const std::string place :
+       {"/examples/firmware", "/examples/lua", "/../shared/corpus/littlefs"}) {
+    Options options;
+    options.project = source + place + "/app.prj";
+    if (!std::filesystem::exists(options.project)) {
+      continue;
+    }
+    SCOPED_TRACE(place);
+    ::testing::internal::CaptureStderr();
+    std::string error;
+    const auto application = Application::Create(options, error);
+    ASSERT_NE(application, nullptr) << error;
+    EXPECT_EQ(application->OpenAndAnalyse(options), kDone);
+    ::testing::internal::GetCapturedStderr();
+    const AnalysisResult result = application->Result();
+    EXPECT_GT(result.functions.Count(), 20U);
+    ExpectAllAddUp(result);
+  }
+}
+
+// Ways from one counted function to the next are cut like long chains, and so are the rows.
+TEST(Explain, LongListsAreCutWithTheirBytes) {
+  std::string text = "main 1 -> a\na 10 -> p0\n";
+  constexpr int kPath = 100;
+  for (int i = 0; i < kPath; ++i) {
+    text += "p" + std::to_string(i) + " 2 -> " +
+            (i + 1 < kPath ? "p" + std::to_string(i + 1) : "a") + "\n";
+  }
+  Analysis analysis(text);
+  analysis.Adjust(analysis.graph["a"], kNoMargin, 3);
+  analysis.Compute();
+  const AnalysisResult result = analysis.Result();
+  const std::string cut =
+      Written([&](ResultOutput& output) { WriteChains(result, false, output); });
+  EXPECT_NE(cut.find("       631  "), std::string::npos) << cut;
+  EXPECT_NE(cut.find("       630                  10    a*  *3  (3 times 210)\n"),
+            std::string::npos)
+      << cut;
+  EXPECT_NE(cut.find("  120  ... 60 functions left out, --full shows them\n"), std::string::npos)
+      << cut;
+  const std::string full =
+      Written([&](ResultOutput& output) { WriteChains(result, true, output); });
+  EXPECT_NE(full.find("  2  p50*\n"), std::string::npos) << full;
+}
+
+}  // namespace
+}  // namespace velkor
