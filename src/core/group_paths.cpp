@@ -1,7 +1,6 @@
 #include "core/group_paths.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "core/bound_arithmetic.h"
 #include "core/call_range.h"
@@ -95,7 +94,8 @@ class PathSearch {
   void FindHeaviest() {
     paths_.heaviest.assign(members_.size(), 0);
     paths_.next.assign(members_.size(), GroupPaths::kEnd);
-    for (const uint32_t place : std::views::reverse(order_)) {
+    for (size_t i = order_.size(); i-- > 0;) {
+      const uint32_t place = order_[i];
       GoOn(place);
       paths_.heaviest[place] = AddBounded(paths_.heaviest[place], paths_.own[place]);
     }
