@@ -271,7 +271,7 @@ void CStkDoc::StopAllJobs() {
   Stop(JobKind::kAnalysis);
   Stop(JobKind::kSpecRead);
   Stop(JobKind::kChainSave);
-  const StkSpecWriteJob* writing = jobs_.Get<StkSpecWriteJob>();
+  const auto* writing = jobs_.Get<StkSpecWriteJob>();
   if (writing != nullptr && !writing->IsAutomatic()) {
     Stop(JobKind::kSpecWrite);
   }

@@ -75,7 +75,7 @@ void CStkDoc::StartWriting(StkSpecWriter::Mode mode, std::string path) {
 }
 
 void CStkDoc::EndSpecWrite() {
-  StkSpecWriteJob* job = jobs_.Get<StkSpecWriteJob>();
+  auto* job = jobs_.Get<StkSpecWriteJob>();
   if (job == nullptr) {
     return;
   }
