@@ -36,7 +36,7 @@ ExitStatus LoadFiles(Application& application, const Options& options) {
   ExitStatus status = kDone;
   for (const std::string& file : options.loadFiles) {
     if (!application.Document().LoadSpecFile(application.AbsolutePath(file), false)) {
-      application.Say(file + " is not read: the project has no functions");
+      application.Say(application.Typed(file) + " is not read: the project has no functions");
       status = kNotEverythingRead;
     }
     if (!application.RunJobs()) {

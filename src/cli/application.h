@@ -33,7 +33,7 @@ class Application : private MessageTarget {
   ExitStatus RunWritingJob();
   // Ctrl-C ends the program from here on, as it does with others. The jobs have ended.
   void StopCatchingInterrupts() { interrupt_.reset(); }
-  // Tells the user what no message of the log says. Bytes of the code page.
+  // Tells the user what no message of the log says. A text of the code page.
   void Say(std::string_view text);
   // The one function that the name of the command line stands for; none after having said why.
   StkFunction* FindFunction(const std::string& name);
@@ -46,8 +46,9 @@ class Application : private MessageTarget {
   CStkDoc& Document() { return document_; }
   StkReporter& Reporter() { return reporter_; }
   const TerminalLog& Log() const { return log_; }
-  // The path against the current folder; as it stands when that has no result.
+  // What the command line gives, as a path and as a text of the code page.
   std::string AbsolutePath(std::string_view path) const { return machine_->AbsolutePath(path); }
+  std::string Typed(std::string_view text) const { return machine_->Typed(text); }
 
  private:
   Application(std::unique_ptr<LocalMachine> machine, const Options& options);

@@ -120,7 +120,7 @@ ExitStatus Load(Application& application, const Options& options) {
   }
   const std::string& file = options.loadFiles.front();
   if (!application.Document().LoadSpecFile(application.AbsolutePath(file))) {
-    application.Say(file + " is not read: the project has no functions");
+    application.Say(application.Typed(file) + " is not read: the project has no functions");
     return kNotEverythingRead;
   }
   return application.RunJobs() ? application.FinishedStatus() : kStopped;

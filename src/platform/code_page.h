@@ -49,7 +49,8 @@ class CodePage {
 
   // The longest length, at most limit, at which text can be cut without cutting a character.
   size_t CutLength(std::string_view text, size_t limit) const;
-  // Undecodable bytes show as U+FFFD. Never fails. UTF-8 that is returned is well formed.
+  // Undecodable bytes show as U+FFFD, escaped bytes of a host path (ByteEscape) as the characters
+  // that they are there. Never fails. UTF-8 that is returned is well formed.
   std::string ToUtf8(std::string_view text) const;
   // None when a character has no place in this set.
   std::optional<std::string> FromUtf8(std::string_view utf8) const;

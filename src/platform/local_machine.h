@@ -27,8 +27,9 @@ class LocalMachine {
 
   Host& GetHost() { return host_; }
   const CodePage& GetCodePage() const { return codePage_; }
-  // The path against the current folder; as it stands when that has no result.
-  std::string AbsolutePath(std::string_view path) const;
+  // What the user gave here, as a path and as a text of the run's code page (see PathHost).
+  std::string AbsolutePath(std::string_view typed) const { return paths_.GivenPath(typed); }
+  std::string Typed(std::string_view bytes) const { return paths_.Typed(bytes); }
 
  private:
   LocalMachine(CodePage codePage, const MachineOptions& options);
@@ -36,7 +37,7 @@ class LocalMachine {
   bool AddMappings(const MachineOptions& options, std::string& error);
 
   const CodePage codePage_;
-  HostPaths paths_{codePage_};
+  HostPaths paths_{codePage_, CodePage::FromLocale()};
   HostFileSystem files_{paths_};
   BuiltInResources resources_;
   Host host_;
