@@ -7,6 +7,7 @@
 #include "document/fingerprint.h"
 #include "document/notifications.h"
 #include "files/paths.h"
+#include "files/spec_language.h"
 #include "files/text_reader.h"
 
 namespace velkor {
@@ -14,26 +15,6 @@ namespace velkor {
 namespace {
 
 constexpr uint32_t kSpecLinesPerStopTest = 10;
-
-// Whether a line of a specification file states something: it is no comment, and more than blanks
-// or a name alone.
-bool IsStatement(std::string_view line, const CodePage& codePage) {
-  bool inName = false;
-  bool afterName = false;
-  for (size_t i = 0; i < line.size(); i += codePage.CharLength(line, i)) {
-    const bool blank = codePage.IsBlank(line, i);
-    if (blank) {
-      afterName = inName;
-    } else if (!inName && line[i] == '#') {
-      return false;
-    } else if (afterName || line[i] == ',') {
-      return true;
-    } else {
-      inName = true;
-    }
-  }
-  return false;
-}
 
 }  // namespace
 
@@ -145,7 +126,7 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
     }
     // What a line too long to be kept states may stand in the part that is lost.
     if (line.length >= StkSpecReader::kLineBufferSize ||
-        IsStatement(line.text, functions_.GetCodePage())) {
+        IsSpecStatement(line.text, functions_.GetCodePage())) {
       ++statements_;
     }
     if (!source.ParseLine(functions_, number, line.text, line.length, stopEvent_)) {
