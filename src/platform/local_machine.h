@@ -1,22 +1,14 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/host.h"
 #include "platform/host_file_system.h"
+#include "platform/machine_options.h"
 
 namespace velkor {
-
-// What a program's command line says of the machine. Texts are bytes as the caller gave them.
-struct MachineOptions {
-  std::vector<std::string> mappings;    // 'C:\work=/home/me/work'
-  std::optional<std::string> codePage;  // none: that of the locale
-  std::string dataFolder;               // empty: beside the program
-};
 
 // The machine that the program runs on, as its command line and environment describe it: owns all
 // that a Host refers to.
