@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "document/notifications.h"
-#include "files/paths.h"
+#include "platform/limits.h"
 
 namespace velkor {
 

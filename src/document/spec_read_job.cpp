@@ -6,9 +6,9 @@
 #include "core/recompute.h"
 #include "document/fingerprint.h"
 #include "document/notifications.h"
-#include "files/paths.h"
 #include "files/spec_language.h"
 #include "files/text_reader.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
@@ -110,11 +110,10 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
   TextLine line;
   statements_ = 0;
   cutShort_ = false;
-  for (uint32_t number = 1;
-       reader.ReadLine(line, StkSpecReader::kLineBufferSize) && !reader.CutShort(); ++number) {
-    if (number > StkSpecReader::kMaxLines) {
-      reporter_.PostWarning(MessageKey::kW9406,
-                            {MessageFile{source.Path()}, StkSpecReader::kMaxLines});
+  for (uint32_t number = 1; reader.ReadLine(line, kTextBufferSize) && !reader.CutShort();
+       ++number) {
+    if (number > kMaxTextLines) {
+      reporter_.PostWarning(MessageKey::kW9406, {MessageFile{source.Path()}, kMaxTextLines});
       return false;
     }
     if (number % kSpecLinesPerStopTest == 0) {
@@ -125,8 +124,7 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
       Post(WM_STK_SPECREAD_PROGRESS, reader.Position());
     }
     // What a line too long to be kept states may stand in the part that is lost.
-    if (line.length >= StkSpecReader::kLineBufferSize ||
-        IsSpecStatement(line.text, functions_.GetCodePage())) {
+    if (line.length > kMaxTextLength || IsSpecStatement(line.text, functions_.GetCodePage())) {
       ++statements_;
     }
     if (!source.ParseLine(functions_, number, line.text, line.length, stopEvent_)) {

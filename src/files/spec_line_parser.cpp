@@ -4,7 +4,7 @@
 #include <array>
 
 #include "files/numbers.h"
-#include "files/paths.h"
+#include "platform/limits.h"
 
 namespace velkor {
 

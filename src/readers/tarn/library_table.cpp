@@ -3,6 +3,7 @@
 #include "files/paths.h"
 #include "files/spec_language.h"
 #include "files/text_reader.h"
+#include "platform/limits.h"
 #include "readers/tarn/host_spelling.h"
 
 namespace velkor {
@@ -46,7 +47,7 @@ bool ReadNames(StkLibraryTable& table, const CodePage& codePage, RuntimeNameSet&
   }
   StkTextReader reader(*source);
   TextLine line;
-  while (reader.ReadLine(line, StkSpecReader::kLineBufferSize) && !reader.CutShort()) {
+  while (reader.ReadLine(line, kTextBufferSize) && !reader.CutShort()) {
     const std::string_view name = LibraryTableName(line.text, codePage);
     if (!name.empty()) {
       set.names.Insert(name);

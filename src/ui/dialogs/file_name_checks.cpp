@@ -2,7 +2,7 @@
 
 #include <QFile>
 
-#include "files/paths.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
