@@ -45,7 +45,6 @@ class CodePage {
   uint32_t HashIgnoreCase(std::string_view text) const;
   // White space of the C locale (space, \t, \n, \v, \f, \r), and U+3000 in the multibyte sets.
   bool IsBlank(std::string_view text, size_t position) const;
-  bool IsDigit(std::string_view text, size_t position) const;
 
   // The longest length, at most limit, at which text can be cut without cutting a character.
   size_t CutLength(std::string_view text, size_t limit) const;
