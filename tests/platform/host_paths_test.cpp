@@ -47,19 +47,10 @@ TEST(FullPathNameTest, StepsSeparatorsAndRoots) {
     EXPECT_EQ(paths.FullPathName(one.path), one.expected) << one.path;
   }
   EXPECT_EQ(paths.FullPathName(""), std::nullopt);
-}
-
-TEST(FullPathNameTest, RelativePathsLieBelowTheCurrentFolder) {
   const TemporaryFolder folder;
-  const CodePage page = CodePage::Utf8();
-  const HostPaths paths(page);
   EXPECT_EQ(paths.FullPathName("a\\..\\b/c.asm"), folder / "b/c.asm");
   EXPECT_EQ(paths.FullPathName("."), folder.Path());
-}
-
-TEST(FullPathNameTest, TheResultIsShorterThan300Bytes) {
-  const CodePage page = CodePage::Utf8();
-  const HostPaths paths(page);
+  // The result is shorter than 300 bytes.
   const std::string fits = "C:\\" + std::string(296, 'x');
   EXPECT_EQ(paths.FullPathName(fits), fits);
   EXPECT_EQ(paths.FullPathName(fits + 'x'), std::nullopt);
