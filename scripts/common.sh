@@ -23,13 +23,16 @@ install_missing() {
     apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-# build PRESET [TARGET...]: configures and builds, quietly unless something fails.
+# build PRESET [TARGET...]: configures, with the further arguments in configure_options, and builds,
+# quietly unless something fails.
+configure_options=()
 build() {
   local preset=$1
   shift
   local log
   log=$(mktemp)
-  if ! { cmake --preset "$preset" && cmake --build "build/$preset" --parallel "$(nproc)" \
+  if ! { cmake --preset "$preset" "${configure_options[@]}" &&
+         cmake --build "build/$preset" --parallel "$(nproc)" \
            ${1:+--target "$@"}; } >"$log" 2>&1; then
     cat "$log" >&2
     rm -f "$log"

@@ -71,7 +71,7 @@ ExitStatus Application::OpenAndAnalyse(const Options& options) {
 
 ExitStatus Application::LoadSpecification(const std::string& file, bool saveAfter) {
   if (!document_.LoadSpecFile(AbsolutePath(file), saveAfter)) {
-    Say(file + " is not read: the project has no functions");
+    Say(Typed(file) + " is not read: the project has no functions");
     anyFileUnread_ = true;
     return kNotEverythingRead;
   }
@@ -127,14 +127,13 @@ std::vector<StkNote> Application::Notes() {
 
 StkFunction* Application::FindFunction(const std::string& name) {
   const StkFunctionTable& functions = *document_.FunctionTable();
-  StkFunctionList found = FindFunctions(functions, name);
+  const std::string typed = machine_->Typed(name);
+  StkFunctionList found = FindFunctions(functions, typed);
   if (found.empty()) {
-    // Names are typed in the terminal's character set, which need not be that of the project.
-    const std::optional<std::string> typed = GetCodePage().FromUtf8(name);
-    found = typed ? FindFunctions(functions, *typed) : found;
+    found = FindFunctions(functions, name);  // a script may give the project's own bytes
   }
   if (found.size() != 1) {
-    Say(LookupError(functions, name, found));
+    Say(LookupError(functions, typed, found));
     return nullptr;
   }
   return found.front();

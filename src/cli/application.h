@@ -38,7 +38,7 @@ class Application : private MessageTarget {
   ExitStatus RunWritingJob();
   // Ctrl-C ends the program from here on, as it does with others. The jobs have ended.
   void StopCatchingInterrupts() { interrupt_.reset(); }
-  // Tells the user what no message of the log says. Bytes of the code page.
+  // Tells the user what no message of the log says. A text of the code page.
   void Say(std::string_view text);
   // Tells what is to be noted of the analysis as it stands now, behind the log.
   void SayNotes();
@@ -56,8 +56,9 @@ class Application : private MessageTarget {
   const TerminalLog& Log() const { return log_; }
   // The analysis as it stands now, to which it refers: no job may change it meanwhile.
   AnalysisResult Result();
-  // The path against the current folder; as it stands when that has no result.
+  // What the command line gives, as a path and as a text of the code page.
   std::string AbsolutePath(std::string_view path) const { return machine_->AbsolutePath(path); }
+  std::string Typed(std::string_view text) const { return machine_->Typed(text); }
 
  private:
   Application(std::unique_ptr<LocalMachine> machine, const Options& options);

@@ -4,6 +4,7 @@
 #include <numeric>
 
 #include "core/function_text.h"
+#include "files/spec_language.h"
 
 namespace velkor {
 namespace {
@@ -11,38 +12,6 @@ namespace {
 constexpr size_t kMostNear = 10;
 constexpr size_t kLongestCompared = 64;
 constexpr size_t kWorstDistance = 2;
-
-struct NameParts {
-  std::string_view file;  // empty: none given
-  std::string_view name;
-  bool bracketed = false;
-};
-
-size_t LastHash(std::string_view text, const CodePage& codePage) {
-  size_t last = std::string_view::npos;
-  for (size_t i = 0; i < text.size(); i += codePage.CharLength(text, i)) {
-    if (text[i] == '#') {
-      last = i;
-    }
-  }
-  return last;
-}
-
-NameParts Split(std::string_view text, const CodePage& codePage) {
-  NameParts parts;
-  if (text.size() >= 2 && text.front() == '[' && text.back() == ']') {
-    parts.bracketed = true;
-    text = text.substr(1, text.size() - 2);
-  }
-  const size_t hash = LastHash(text, codePage);
-  if (hash == std::string_view::npos) {
-    parts.name = text;
-  } else {
-    parts.file = text.substr(0, hash);
-    parts.name = text.substr(hash + 1);
-  }
-  return parts;
-}
 
 template <typename Predicate>
 StkFunctionList Select(const StkFunctionTable& functions, Predicate holds) {
@@ -109,19 +78,19 @@ StkFunctionList FindFunctions(const StkFunctionTable& functions, std::string_vie
   StkFunctionList found = Select(functions, [&](const StkFunction& function) {
     return FunctionSpecName(function, codePage) == name;
   });
-  const NameParts parts = Split(name, codePage);
-  if (found.empty() && !parts.bracketed && parts.name.starts_with('_')) {
-    found = WithSymbol(functions, parts.name, parts.file);
+  const SpecName parts = SpecName::Split(name, codePage);
+  if (found.empty() && !parts.bracketed && parts.function.starts_with('_')) {
+    found = WithSymbol(functions, parts.function, parts.file);
   }
   if (found.empty()) {
-    found = WithSymbol(functions, "_" + std::string(parts.name), parts.file);
+    found = WithSymbol(functions, "_" + std::string(parts.function), parts.file);
   }
   return found;
 }
 
 std::vector<std::string> NearNames(const StkFunctionTable& functions, std::string_view name) {
   const CodePage& codePage = functions.GetCodePage();
-  const std::string_view wanted = Split(name, codePage).name;
+  const std::string_view wanted = SpecName::Split(name, codePage).function;
   std::vector<std::pair<size_t, const StkFunction*>> near;
   for (const auto& function : functions.Functions()) {
     const size_t farness = Farness(CName(*function), wanted, codePage);

@@ -29,19 +29,7 @@ void AddRunOptions(CLI::App& command, Options& options) {
                   "ignore log it and go on (default: ignore)")
       ->transform(CLI::CheckedTransformer(kAnswers))
       ->option_text("abort|retry|ignore");
-  command
-      .add_option("--map", options.machine.mappings,
-                  "a folder of the project and where it is on this machine; may be repeated")
-      ->allow_extra_args(false)
-      ->option_text("'C:\\work=/home/me/work'");
-  command
-      .add_option("--codepage", options.machine.codePage,
-                  "character set of the files: utf-8, 932, cp1252, ... (default: the locale's)")
-      ->option_text("NAME");
-  command
-      .add_option("--data", options.machine.dataFolder,
-                  "folder of the library stack size tables (default: ../dattarn of the program)")
-      ->option_text("DIR");
+  AddMachineOptions(command, options.machine);
 }
 
 void AddLoadOption(CLI::App& command, Options& options) {

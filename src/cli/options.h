@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "messages/stop_question.h"
-#include "platform/local_machine.h"
+#include "platform/machine_options.h"
 
 namespace velkor {
 

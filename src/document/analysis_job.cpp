@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "document/notifications.h"
-#include "files/paths.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
@@ -47,8 +47,9 @@ void StkAnalysisJob::Abandon() {
 
 bool StkAnalysisJob::AnyModuleExists() {
   const StkStringList& modules = parts_.input.Modules();
-  return std::any_of(modules.begin(), modules.end(),
-                     [this](const std::string& path) { return parts_.host.files.Exists(path); });
+  return std::any_of(modules.begin(), modules.end(), [this](const std::string& path) {
+    return parts_.host.files.Exists(path, Spelling::kOfProject);
+  });
 }
 
 bool StkAnalysisJob::ReadModules() {

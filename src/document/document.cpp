@@ -4,7 +4,7 @@
 #include <array>
 
 #include "core/adjustments.h"
-#include "files/paths.h"
+#include "platform/limits.h"
 #include "readers/open_input.h"
 
 namespace velkor {

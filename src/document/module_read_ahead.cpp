@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
-#include "files/paths.h"
+#include "platform/limits.h"
 
 namespace velkor {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "files/paths.h"
+#include "platform/limits.h"
 
 namespace velkor {
 

@@ -6,34 +6,15 @@
 #include "core/recompute.h"
 #include "document/fingerprint.h"
 #include "document/notifications.h"
-#include "files/paths.h"
+#include "files/spec_language.h"
 #include "files/text_reader.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
 namespace {
 
 constexpr uint32_t kSpecLinesPerStopTest = 10;
-
-// Whether a line of a specification file states something: it is no comment, and more than blanks
-// or a name alone.
-bool IsStatement(std::string_view line, const CodePage& codePage) {
-  bool inName = false;
-  bool afterName = false;
-  for (size_t i = 0; i < line.size(); i += codePage.CharLength(line, i)) {
-    const bool blank = codePage.IsBlank(line, i);
-    if (blank) {
-      afterName = inName;
-    } else if (!inName && line[i] == '#') {
-      return false;
-    } else if (afterName || line[i] == ',') {
-      return true;
-    } else {
-      inName = true;
-    }
-  }
-  return false;
-}
 
 }  // namespace
 
@@ -129,11 +110,10 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
   TextLine line;
   statements_ = 0;
   cutShort_ = false;
-  for (uint32_t number = 1;
-       reader.ReadLine(line, StkSpecReader::kLineBufferSize) && !reader.CutShort(); ++number) {
-    if (number > StkSpecReader::kMaxLines) {
-      reporter_.PostWarning(MessageKey::kW9406,
-                            {MessageFile{source.Path()}, StkSpecReader::kMaxLines});
+  for (uint32_t number = 1; reader.ReadLine(line, kTextBufferSize) && !reader.CutShort();
+       ++number) {
+    if (number > kMaxTextLines) {
+      reporter_.PostWarning(MessageKey::kW9406, {MessageFile{source.Path()}, kMaxTextLines});
       return false;
     }
     if (number % kSpecLinesPerStopTest == 0) {
@@ -144,8 +124,7 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
       Post(WM_STK_SPECREAD_PROGRESS, reader.Position());
     }
     // What a line too long to be kept states may stand in the part that is lost.
-    if (line.length >= StkSpecReader::kLineBufferSize ||
-        IsStatement(line.text, functions_.GetCodePage())) {
+    if (line.length > kMaxTextLength || IsSpecStatement(line.text, functions_.GetCodePage())) {
       ++statements_;
     }
     if (!source.ParseLine(functions_, number, line.text, line.length, stopEvent_)) {

@@ -5,6 +5,7 @@
 
 #include "core/function_text.h"
 #include "files/paths.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
@@ -127,7 +128,7 @@ bool StkChainReport::Open() {
 
 WriteEnd StkChainReport::Write(const StkFunction& start, ChainMode mode,
                                const AfterChain& afterChain) {
-  file_->SetLimits(kMaxOutputLines, kMaxOutputLineLength, format_ == Format::kText);
+  file_->SetLimits(kMaxTextLines, kMaxTextLength, format_ == Format::kText);
   TextRendering text(*file_, host_.codePage, afterChain);
   CsvRendering csv(*file_, host_.codePage, afterChain);
   const bool isCsv = format_ == Format::kCsv;

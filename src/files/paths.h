@@ -11,8 +11,6 @@ namespace velkor {
 // Path operations on file names. A separator is ":", "\" or "/"; whole characters are stepped
 // over, so the second byte of a double-byte character is never one. No state; any thread.
 
-constexpr size_t kMaxPathLength = 255;  // longer names are refused with W9407
-
 // Begins with "\" or "/", or has ":" as its second character.
 bool IsAbsolute(std::string_view path, const CodePage& codePage);
 // Up to and including the last separator; empty when there is none.

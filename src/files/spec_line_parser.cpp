@@ -4,16 +4,9 @@
 #include <array>
 
 #include "files/numbers.h"
-#include "files/paths.h"
+#include "platform/limits.h"
 
 namespace velkor {
-
-struct SpecLineParser::Name {
-  std::string_view file;      // empty: not qualified
-  std::string_view function;  // without file and brackets
-  bool qualified = false;
-  bool bracketed = false;
-};
 
 struct SpecLineParser::Keyword {
   std::string_view text;
@@ -24,35 +17,34 @@ SpecLineParser::SpecLineParser(const Context& context, std::string_view text)
     : context_(context),
       codePage_(context.table.GetCodePage()),
       // What stands behind a zero byte does not belong to the text.
-      text_(text.substr(0, text.find('\0'))) {}
+      line_(text.substr(0, text.find('\0')), codePage_) {}
 
 bool SpecLineParser::Parse() {
-  SkipBlanks();
-  if (AtEnd() || text_[position_] == '#') {
+  line_.SkipBlanks();
+  if (line_.AtEnd() || line_.AtComment()) {
     return true;
   }
   if (!ParseFunction()) {
     return false;
   }
-  SkipBlanks();
-  while (!AtEnd()) {
-    if (text_[position_] != ',') {
+  line_.SkipBlanks();
+  while (!line_.AtEnd()) {
+    if (!line_.Take(",")) {
       return Fail(afterCall_ ? MessageKey::kW9419 : FormatError());
     }
-    ++position_;
-    SkipBlanks();
+    line_.SkipBlanks();
     if (!ParseAttribute()) {
       return false;
     }
-    SkipBlanks();
+    line_.SkipBlanks();
   }
   return true;
 }
 
 bool SpecLineParser::ParseFunction() {
-  const std::string_view written = TakeWord();
-  Name name;
-  if (!SplitName(written, FormatError(), name) || !CheckName(name)) {
+  const std::string_view written = line_.TakeWord();
+  const SpecName name = SpecName::Split(written, codePage_);
+  if (!CheckName(name, FormatError())) {
     return false;
   }
   function_ = Find(written, name);
@@ -75,11 +67,9 @@ bool SpecLineParser::ParseAttribute() {
       {"RECTIME=", &SpecLineParser::ReadDepth},
       {"CALL=", &SpecLineParser::ReadCallee},
   }};
-  const std::string_view rest = text_.substr(position_);
   for (const Keyword& keyword : kKeywords) {
-    if (rest.starts_with(keyword.text)) {
-      position_ += keyword.text.size();
-      return (this->*keyword.read)(TakeWord());
+    if (line_.Take(keyword.text)) {
+      return (this->*keyword.read)(line_.TakeWord());
     }
   }
   return Fail(FormatError());
@@ -118,8 +108,8 @@ bool SpecLineParser::ReadDepth(std::string_view value) {
 
 bool SpecLineParser::ReadCallee(std::string_view value) {
   afterCall_ = true;
-  Name name;
-  if (!SplitName(value, MessageKey::kW9418, name) || !CheckName(name)) {
+  const SpecName name = SpecName::Split(value, codePage_);
+  if (!CheckName(name, MessageKey::kW9418)) {
     return false;
   }
   if (callCount_ == kMaxCallees) {
@@ -137,31 +127,10 @@ bool SpecLineParser::ReadCallee(std::string_view value) {
   return true;
 }
 
-bool SpecLineParser::SplitName(std::string_view written, MessageKey brokenBracket, Name& name) {
-  std::string_view rest = written;
-  if (rest.starts_with('[')) {
-    const size_t last = rest.size() - 1;
-    const bool closed = rest.size() >= 2 && rest[last] == ']' &&
-                        codePage_.CutLength(rest, last) == last;  // no second byte of a character
-    if (!closed) {
-      return Fail(brokenBracket);
-    }
-    rest = rest.substr(1, rest.size() - 2);
-    name.bracketed = true;
+bool SpecLineParser::CheckName(const SpecName& name, MessageKey unclosedBracket) {
+  if (name.unclosed) {
+    return Fail(unclosedBracket);
   }
-  size_t mark = std::string_view::npos;
-  for (size_t i = 0; i < rest.size(); i += codePage_.CharLength(rest, i)) {
-    if (rest[i] == '#') {
-      mark = i;
-    }
-  }
-  name.qualified = mark != std::string_view::npos;
-  name.function = name.qualified ? rest.substr(mark + 1) : rest;
-  name.file = name.qualified ? rest.substr(0, mark) : std::string_view();
-  return true;
-}
-
-bool SpecLineParser::CheckName(const Name& name) {
   if (name.qualified && name.file.empty()) {
     return Fail(MessageKey::kW9418);
   }
@@ -175,7 +144,7 @@ bool SpecLineParser::CheckName(const Name& name) {
 }
 
 // Nothing written names nothing, even where a module holds a symbol that is a "_" alone.
-StkFunction* SpecLineParser::Find(std::string_view written, const Name& name) const {
+StkFunction* SpecLineParser::Find(std::string_view written, const SpecName& name) const {
   return written.empty() ? nullptr
                          : context_.table.FindBySpecName(name.file, name.function, name.bracketed);
 }
@@ -193,21 +162,6 @@ bool SpecLineParser::IsDirectCallee(const StkFunction& callee) const {
     }
   }
   return false;
-}
-
-void SpecLineParser::SkipBlanks() {
-  while (!AtEnd() && codePage_.IsBlank(text_, position_)) {
-    position_ += codePage_.CharLength(text_, position_);
-  }
-}
-
-// Up to the next comma, the next blank or the end of the line.
-std::string_view SpecLineParser::TakeWord() {
-  const size_t start = position_;
-  while (!AtEnd() && text_[position_] != ',' && !codePage_.IsBlank(text_, position_)) {
-    position_ += codePage_.CharLength(text_, position_);
-  }
-  return text_.substr(start, position_ - start);
 }
 
 bool SpecLineParser::Fail(MessageKey key) {

@@ -7,6 +7,7 @@
 
 #include "core/function_table.h"
 #include "core/specification_source.h"
+#include "files/spec_language.h"
 #include "messages/catalogue.h"
 
 namespace velkor {
@@ -44,21 +45,16 @@ class SpecLineParser {
 
  private:
   struct Keyword;
-  struct Name;
 
   bool ParseFunction();
   bool ParseAttribute();
   bool ReadMargin(std::string_view value);
   bool ReadDepth(std::string_view value);
   bool ReadCallee(std::string_view value);
-  bool SplitName(std::string_view written, MessageKey brokenBracket, Name& name);
-  bool CheckName(const Name& name);
-  StkFunction* Find(std::string_view written, const Name& name) const;
+  // False after an error of the name.
+  bool CheckName(const SpecName& name, MessageKey unclosedBracket);
+  StkFunction* Find(std::string_view written, const SpecName& name) const;
   bool IsDirectCallee(const StkFunction& callee) const;
-
-  void SkipBlanks();
-  std::string_view TakeWord();
-  bool AtEnd() const { return position_ == text_.size(); }
 
   bool Fail(MessageKey key);
   bool Fail(MessageKey key, std::string_view argument);
@@ -66,8 +62,7 @@ class SpecLineParser {
 
   const Context context_;
   const CodePage& codePage_;
-  const std::string_view text_;
-  size_t position_ = 0;
+  SpecLineScanner line_;
   bool afterCall_ = false;  // the value read last was a callee's name
   StkMessage error_;
 

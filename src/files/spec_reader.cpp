@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "files/spec_line_parser.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
@@ -39,7 +40,7 @@ std::unique_ptr<StkByteSource> StkSystemFileReader::Open() {
 
 bool StkSpecReader::ParseLine(StkFunctionTable& table, uint32_t lineNumber, std::string_view text,
                               uint64_t length, Event& stopEvent) {
-  if (length >= kLineBufferSize) {
+  if (length > kMaxTextLength) {
     return HandleError(reporter_.Messages().MakeMessage(
                            MessageKey::kW9425, {MessageFile{path_}, MessageLine{lineNumber}}),
                        stopEvent);

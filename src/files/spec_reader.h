@@ -21,9 +21,6 @@ class SpecLineParser;
 // at once, an erroneous line has none. Made for one reading, used by one job's thread.
 class StkSpecReader : public SpecificationSource {
  public:
-  static constexpr uint32_t kMaxLines = 32767;
-  static constexpr size_t kLineBufferSize = 5120;  // at most one byte less is kept of a line
-
   StkSpecReader(SpecificationKind kind, std::string path, Host& host, StkReporter& reporter);
 
   SpecificationKind Kind() const override { return kind_; }

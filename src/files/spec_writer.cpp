@@ -4,6 +4,7 @@
 
 #include "core/function_text.h"
 #include "files/sibling_path.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
@@ -28,7 +29,7 @@ bool StkSpecWriter::Open() {
   if (mode_ == Mode::kAutomatic) {
     sibling_ = std::move(target);
   }
-  file_->SetLimits(kMaxOutputLines, kMaxOutputLineLength, false);
+  file_->SetLimits(kMaxTextLines, kMaxTextLength, false);
   return true;
 }
 
@@ -147,7 +148,7 @@ void StkSpecWriter::Discard() {
 
 void StkSpecWriter::PostFailure(StkReporter& reporter) const {
   if (failure_ == MessageKey::kW9406) {
-    reporter.PostWarning(failure_, {MessageFile{path_}, kMaxOutputLines});
+    reporter.PostWarning(failure_, {MessageFile{path_}, kMaxTextLines});
   } else {
     reporter.PostWarning(failure_, {MessageFile{path_}});
   }

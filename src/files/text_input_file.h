@@ -7,6 +7,7 @@
 
 #include "files/text_line.h"
 #include "platform/file_system.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
@@ -17,8 +18,8 @@ class TextInputFile {
   explicit TextInputFile(std::unique_ptr<InputFile> file);
 
   // Lines end at a line feed or the end of the file; at most limit - 1 characters are kept, limit
-  // being at most 5120. False at the end of the file before a first character. The full length
-  // counts the characters of the line as text mode delivers them.
+  // being at most kTextBufferSize. False at the end of the file before a first character. The full
+  // length counts the characters of the line as text mode delivers them.
   bool ReadLine(TextLine& line, size_t limit);
   // The file ended before its length: the line answered last may be a part of one.
   bool CutShort() const { return cutShort_; }

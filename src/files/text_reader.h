@@ -6,6 +6,7 @@
 
 #include "files/byte_source.h"
 #include "files/text_line.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
@@ -17,7 +18,7 @@ class StkTextReader {
   explicit StkTextReader(StkByteSource& source) : source_(source) {}
 
   // False at the end of the data. At most size - 1 characters of the line are kept; size is at
-  // most 5120.
+  // most kTextBufferSize.
   bool ReadLine(TextLine& line, size_t size);
   // The source ended before its length: the line answered last may be a part of one.
   bool CutShort() const { return endOfData_ && position_ < source_.Length(); }
@@ -36,7 +37,7 @@ class StkTextReader {
   size_t end_ = 0;
   bool endOfData_ = false;
   uint64_t position_ = 0;
-  std::array<char, 5120> line_;
+  std::array<char, kTextBufferSize> line_;
 };
 
 }  // namespace velkor

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstdint>
-
 namespace velkor {
 
 // How the writing of a file ended.
@@ -10,9 +8,5 @@ enum class WriteEnd {
   kStopped,  // the caller's hook asked for it
   kFailed,   // PostFailure of the writer says why
 };
-
-// Limits of every file that the system writes.
-constexpr uint32_t kMaxOutputLines = 32767;
-constexpr uint32_t kMaxOutputLineLength = 5119;
 
 }  // namespace velkor

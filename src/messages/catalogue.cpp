@@ -4,6 +4,8 @@
 #include <charconv>
 #include <optional>
 
+#include "platform/limits.h"
+
 namespace velkor {
 
 namespace embedded {
@@ -15,7 +17,7 @@ namespace {
 
 // A message is built this far past its limit, so that the cut sees whether the character at the
 // limit is whole; whatever lies further on is never looked at.
-constexpr size_t kBuildLimit = StkMessages::kMaxMessageLength + 8;
+constexpr size_t kBuildLimit = kMaxTextLength + 8;
 
 void AppendBounded(std::string& message, std::string_view text) {
   message += text.substr(0, kBuildLimit - message.size());
@@ -149,7 +151,7 @@ std::string StkMessages::FormatMessageText(MessageKey key, MessageArguments argu
     }
     rest.remove_prefix(length);
   }
-  message.resize(codePage_.CutLength(message, kMaxMessageLength));
+  message.resize(codePage_.CutLength(message, kMaxTextLength));
   return message;
 }
 

@@ -10,6 +10,7 @@
 #include "messages/message.h"
 #include "messages/message_key.h"
 #include "platform/code_page.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
@@ -31,9 +32,6 @@ using MessageArguments = std::initializer_list<MessageArgument>;
 // that the tests find; it reads as an empty text.
 class StkMessages {
  public:
-  // A formatted message holds at most this many bytes.
-  static constexpr size_t kMaxMessageLength = 5119;
-
   // Each catalogue is UTF-8: lines of key, one space and text, with "\n" and "\\" as escapes and
   // "#" comments. A later one adds keys and replaces texts of the earlier ones; a text that the
   // code page has no characters for is passed over, so that the earlier one stays.
@@ -49,7 +47,7 @@ class StkMessages {
 
   // The text as it stands in the catalogue, placeholders included.
   std::string_view Text(MessageKey key) const;
-  // The key's text with its placeholders replaced in order, cut at kMaxMessageLength bytes, never
+  // The key's text with its placeholders replaced in order, cut at kMaxTextLength bytes, never
   // inside a character. Arguments are data: a "%" inside one means nothing. A placeholder without
   // a fitting argument shows nothing.
   std::string FormatMessageText(MessageKey key, MessageArguments arguments) const;

@@ -188,10 +188,6 @@ bool CodePage::IsBlank(std::string_view text, size_t position) const {
   return character == (kind_ == Kind::kUtf8 ? "\xE3\x80\x80" : "\x81\x40");
 }
 
-bool CodePage::IsDigit(std::string_view text, size_t position) const {
-  return position < text.size() && IsBetween(ByteAt(text, position), '0', '9');
-}
-
 size_t CodePage::CutLength(std::string_view text, size_t limit) const {
   if (limit >= text.size()) {
     return text.size();

@@ -45,11 +45,11 @@ class CodePage {
   uint32_t HashIgnoreCase(std::string_view text) const;
   // White space of the C locale (space, \t, \n, \v, \f, \r), and U+3000 in the multibyte sets.
   bool IsBlank(std::string_view text, size_t position) const;
-  bool IsDigit(std::string_view text, size_t position) const;
 
   // The longest length, at most limit, at which text can be cut without cutting a character.
   size_t CutLength(std::string_view text, size_t limit) const;
-  // Undecodable bytes show as U+FFFD. Never fails. UTF-8 that is returned is well formed.
+  // Undecodable bytes show as U+FFFD, escaped bytes of a host path (ByteEscape) as the characters
+  // that they are there. Never fails. UTF-8 that is returned is well formed.
   std::string ToUtf8(std::string_view text) const;
   // None when a character has no place in this set.
   std::optional<std::string> FromUtf8(std::string_view utf8) const;

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "platform/byte_escape.h"
 #include "platform/charset_converter.h"
 #include "platform/code_page.h"
 
@@ -49,6 +50,25 @@ void AppendConverted(std::string_view character, CharsetConverter& converter, st
   }
 }
 
+// Appends what the escapes that begin at the position stand for. Answers their length.
+size_t AppendEscaped(std::string_view text, size_t position, std::string& result) {
+  std::string bytes;
+  size_t end = position;
+  for (; const std::optional<char> byte = ByteEscape::At(text, end); end += ByteEscape::kLength) {
+    if (*byte == ByteEscape::kSubstitute) {
+      AppendUtf8(kReplacementCharacter, bytes);
+    } else {
+      bytes += *byte;
+    }
+  }
+  const CodePage unicode = CodePage::Utf8();
+  for (size_t at = 0, length = 0; at < bytes.size(); at += length) {
+    length = unicode.CharLength(bytes, at);
+    AppendWellFormed(std::string_view(bytes).substr(at, length), result);
+  }
+  return end - position;
+}
+
 std::optional<std::string> Utf8ToShiftJis(std::string_view utf8) {
   const CodePage unicode = CodePage::Utf8();
   CharsetConverter converter("UTF-8", "CP932");
@@ -91,26 +111,26 @@ std::optional<std::string> Utf8ToSingleByte(std::string_view utf8, std::u16strin
 }  // namespace
 
 std::string CodePage::ToUtf8(std::string_view text) const {
-  if (IsAscii(text)) {
+  if (IsAscii(text) && text.find(ByteEscape::kSubstitute) == std::string_view::npos) {
     return std::string(text);
   }
   std::string result;
   result.reserve(text.size());
-  if (kind_ == Kind::kSingleByte) {
-    for (const char byte : text) {
-      AppendUtf8(unicode_[static_cast<unsigned char>(byte)], result);
-    }
-    return result;
-  }
   std::optional<CharsetConverter> converter;
   if (kind_ == Kind::kShiftJis) {
     converter.emplace("CP932", "UTF-8");
   }
   for (size_t position = 0, length = 0; position < text.size(); position += length) {
+    length = AppendEscaped(text, position, result);
+    if (length != 0) {
+      continue;
+    }
     length = CharLength(text, position);
     const std::string_view character = text.substr(position, length);
     if (converter) {
       AppendConverted(character, *converter, result);
+    } else if (kind_ == Kind::kSingleByte) {
+      AppendUtf8(unicode_[static_cast<unsigned char>(character.front())], result);
     } else {
       AppendWellFormed(character, result);
     }

@@ -45,19 +45,26 @@ struct OpenResult {
   FileFailure failure = FileFailure::kNone;
 };
 
-// The files of the host under the system's own path names (drive letters, backslashes). One
-// implementation works on the host, others in memory or failing on purpose, for tests.
-// Operations may be called from several threads at once.
+// How a path finds its file. What a project file states was spelt on another machine, where letter
+// case meant nothing: see HostPaths. What the user gives here, and all that is written, is meant as
+// it is spelt.
+enum class Spelling { kExact, kOfProject };
+
+// The files of the host under path names in text, as the whole system uses them (drive letters,
+// backslashes, the run's code page): only the implementation knows the host's own paths. One works
+// on the host, another in memory, failing on purpose, for tests. Operations may be called from
+// several threads at once.
 class FileSystem {
  public:
   virtual ~FileSystem() = default;
-  virtual OpenResult<InputFile> OpenForRead(std::string_view path) = 0;
+  virtual OpenResult<InputFile> OpenForRead(std::string_view path,
+                                            Spelling spelling = Spelling::kExact) = 0;
   // Creates the file, or empties it once it is held exclusively. The folder must exist.
   virtual OpenResult<OutputFile> OpenForWrite(std::string_view path) = 0;
-  virtual bool Exists(std::string_view path) = 0;
-  virtual bool IsDirectory(std::string_view path) = 0;
-  // True when both name the same existing file, whatever their spelling.
-  virtual bool IsSameFile(std::string_view left, std::string_view right) = 0;
+  virtual bool Exists(std::string_view path, Spelling spelling = Spelling::kExact) = 0;
+  virtual bool IsDirectory(std::string_view path, Spelling spelling = Spelling::kExact) = 0;
+  // True when both name the same existing file; input may be a path of a project.
+  virtual bool IsSameFile(std::string_view path, std::string_view input) = 0;
   // Asked about the file that is about to be replaced, none when there is none. It is held
   // meanwhile: what is agreed to is what goes.
   using MayReplace = std::function<bool(InputFile* old)>;

@@ -10,21 +10,21 @@ namespace {
 
 constexpr mode_t kNewFileMode = 0666;
 
-int Open(const std::string& hostPath, int flags) {
-  if (hostPath.find('\0') != std::string::npos) {
-    errno = ENOENT;  // no file can have that name
+int Open(const HostPath& path, int flags) {
+  if (!path.IsUsable()) {
+    errno = ENOENT;
     return -1;
   }
   int descriptor = -1;
   do {
-    descriptor = open(hostPath.c_str(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kNewFileMode);
+    descriptor = open(path.Text(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, kNewFileMode);
   } while (descriptor < 0 && errno == EINTR);
   return descriptor;
 }
 
 }  // namespace
 
-HostFile::HostFile(const std::string& hostPath, int flags) : descriptor_(Open(hostPath, flags)) {
+HostFile::HostFile(const HostPath& path, int flags) : descriptor_(Open(path, flags)) {
   error_ = IsOpen() ? 0 : errno;
 }
 

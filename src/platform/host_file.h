@@ -1,10 +1,10 @@
 #pragma once
 
-#include <string>
 #include <sys/stat.h>
 #include <utility>
 
 #include "platform/file_system.h"
+#include "platform/host_path.h"
 
 namespace velkor {
 
@@ -12,7 +12,7 @@ namespace velkor {
 class HostFile {
  public:
   // Does not wait for anything, a FIFO without a partner included. flags: those of open.
-  HostFile(const std::string& hostPath, int flags);
+  HostFile(const HostPath& path, int flags);
   HostFile(HostFile&& other) noexcept
       : descriptor_(std::exchange(other.descriptor_, -1)), error_(other.error_) {}
   HostFile(const HostFile&) = delete;

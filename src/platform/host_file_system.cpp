@@ -65,10 +65,9 @@ class HostOutputFile : public OutputFile {
   HostFile file_;
 };
 
-std::optional<struct stat> StatusOf(const std::string& hostPath) {
+std::optional<struct stat> StatusOf(const HostPath& path) {
   struct stat status {};
-  const bool found =
-      hostPath.find('\0') == std::string::npos && stat(hostPath.c_str(), &status) == 0;
+  const bool found = path.IsUsable() && stat(path.Text(), &status) == 0;
   return found ? std::optional(status) : std::nullopt;
 }
 
@@ -77,13 +76,13 @@ bool IsSame(const struct stat& left, const struct stat& right) {
 }
 
 // The path names the file that is open, and not one that has been put in its place since.
-bool IsAt(const HostFile& file, const std::string& hostPath) {
-  const std::optional<struct stat> current = StatusOf(hostPath);
+bool IsAt(const HostFile& file, const HostPath& path) {
+  const std::optional<struct stat> current = StatusOf(path);
   return current && IsSame(*current, file.Status());
 }
 
 // Empties a file that is open for writing and locks it; a device is used as it is.
-FileFailure Take(const HostFile& file, const std::string& hostPath) {
+FileFailure Take(const HostFile& file, const HostPath& path) {
   const struct stat status = file.Status();
   if (S_ISCHR(status.st_mode)) {
     fcntl(file.Descriptor(), F_SETFL, O_WRONLY);  // wait while it is busy
@@ -93,51 +92,51 @@ FileFailure Take(const HostFile& file, const std::string& hostPath) {
     return FileFailure::kOther;
   }
   // Another file may have been put in its place before the lock was there.
-  const bool taken = IsAt(file, hostPath) && ftruncate(file.Descriptor(), 0) == 0;
+  const bool taken = IsAt(file, path) && ftruncate(file.Descriptor(), 0) == 0;
   return taken ? FileFailure::kNone : FileFailure::kOther;
 }
 
 // The file that a path leads to when its last component is a symbolic link, or a chain of them,
 // whether or not there is something at its end.
-std::string FollowLinks(std::string hostPath) {
+HostPath FollowLinks(const HostPath& path) {
   constexpr int kMostLinks = 40;
+  std::filesystem::path followed = path.Bytes();
   for (int i = 0; i < kMostLinks; ++i) {
     std::error_code error;
-    const std::filesystem::path target = std::filesystem::read_symlink(hostPath, error);
+    const std::filesystem::path target = std::filesystem::read_symlink(followed, error);
     if (error) {
       break;
     }
-    hostPath = (std::filesystem::path(hostPath).parent_path() / target).string();
+    followed = followed.parent_path() / target;
   }
-  return hostPath;
+  return HostPath(followed.string());
 }
 
 // A file that takes another's place is its owner's and has its permissions. False when it cannot.
-bool TakeOver(const std::string& hostPath, const struct stat& before) {
+bool TakeOver(const HostPath& path, const struct stat& before) {
   constexpr mode_t kPermissions = 07777;
-  const bool owned = chown(hostPath.c_str(), before.st_uid, before.st_gid) == 0;
+  const bool owned = chown(path.Text(), before.st_uid, before.st_gid) == 0;
   const mode_t set = owned ? kPermissions : 0777;
-  return chmod(hostPath.c_str(), before.st_mode & set) == 0;
+  return chmod(path.Text(), before.st_mode & set) == 0;
 }
 
 // Where nothing has that name. False when something has.
-bool RenameToNew(const std::string& from, const std::string& to) {
-  if (renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+bool RenameToNew(const HostPath& from, const HostPath& to) {
+  if (renameat2(AT_FDCWD, from.Text(), AT_FDCWD, to.Text(), RENAME_NOREPLACE) == 0) {
     return true;
   }
   const bool unsupported = errno == EINVAL || errno == ENOSYS;
-  return unsupported && !IsThere(to) && rename(from.c_str(), to.c_str()) == 0;
+  return unsupported && !IsThere(to) && rename(from.Text(), to.Text()) == 0;
 }
 
-void SynchronizeFolderOf(const std::string& hostPath) {
-  const std::string folder = std::filesystem::path(hostPath).parent_path().string();
-  const HostFile opened(folder.empty() ? "." : folder, O_RDONLY | O_DIRECTORY);
+void SynchronizeFolderOf(const HostPath& path) {
+  const HostFile opened(path.Folder(), O_RDONLY | O_DIRECTORY);
   if (opened.IsOpen()) {
     fsync(opened.Descriptor());  // a failure cannot undo what everybody sees already
   }
 }
 
-bool PutInPlaceOf(HostFile old, const std::string& from, const std::string& to,
+bool PutInPlaceOf(HostFile old, const HostPath& from, const HostPath& to,
                   const FileSystem::MayReplace& mayReplace) {
   const struct stat oldStatus = old.Status();
   const std::optional<struct stat> status = StatusOf(from);
@@ -148,7 +147,7 @@ bool PutInPlaceOf(HostFile old, const std::string& from, const std::string& to,
   if ((mayReplace && !mayReplace(&held)) || !TakeOver(from, oldStatus)) {
     return false;
   }
-  if (rename(from.c_str(), to.c_str()) != 0) {
+  if (rename(from.Text(), to.Text()) != 0) {
     TakeOver(from, *status);
     return false;
   }
@@ -157,8 +156,8 @@ bool PutInPlaceOf(HostFile old, const std::string& from, const std::string& to,
 
 }  // namespace
 
-OpenResult<InputFile> HostFileSystem::OpenForRead(std::string_view path) {
-  HostFile file(paths_.ToHost(path), O_RDONLY);
+OpenResult<InputFile> HostFileSystem::OpenForRead(std::string_view path, Spelling spelling) {
+  HostFile file(paths_.ToHost(path, spelling), O_RDONLY);
   if (!file.IsOpen()) {
     return {nullptr, file.Failure()};
   }
@@ -169,7 +168,7 @@ OpenResult<InputFile> HostFileSystem::OpenForRead(std::string_view path) {
 }
 
 OpenResult<OutputFile> HostFileSystem::OpenForWrite(std::string_view path) {
-  const std::string hostPath = paths_.ToHost(path);
+  const HostPath hostPath = paths_.ToHost(path, Spelling::kExact);
   HostFile file(hostPath, O_WRONLY | O_CREAT);
   const FileFailure failure = file.IsOpen() ? Take(file, hostPath) : file.Failure();
   if (failure != FileFailure::kNone) {
@@ -178,25 +177,25 @@ OpenResult<OutputFile> HostFileSystem::OpenForWrite(std::string_view path) {
   return {std::make_unique<HostOutputFile>(std::move(file)), FileFailure::kNone};
 }
 
-bool HostFileSystem::Exists(std::string_view path) {
-  return StatusOf(paths_.ToHost(path)).has_value();
+bool HostFileSystem::Exists(std::string_view path, Spelling spelling) {
+  return StatusOf(paths_.ToHost(path, spelling)).has_value();
 }
 
-bool HostFileSystem::IsDirectory(std::string_view path) {
-  const std::optional<struct stat> status = StatusOf(paths_.ToHost(path));
+bool HostFileSystem::IsDirectory(std::string_view path, Spelling spelling) {
+  const std::optional<struct stat> status = StatusOf(paths_.ToHost(path, spelling));
   return status && S_ISDIR(status->st_mode);
 }
 
-bool HostFileSystem::IsSameFile(std::string_view left, std::string_view right) {
-  const std::optional<struct stat> first = StatusOf(paths_.ToHost(left));
-  const std::optional<struct stat> second = StatusOf(paths_.ToHost(right));
+bool HostFileSystem::IsSameFile(std::string_view path, std::string_view input) {
+  const std::optional<struct stat> first = StatusOf(paths_.ToHost(path, Spelling::kExact));
+  const std::optional<struct stat> second = StatusOf(paths_.ToHost(input, Spelling::kOfProject));
   return first && second && IsSame(*first, *second);
 }
 
 bool HostFileSystem::Replace(std::string_view from, std::string_view to,
                              const MayReplace& mayReplace) {
-  const std::string source = paths_.ToHost(from);
-  const std::string target = FollowLinks(paths_.ToHost(to));
+  const HostPath source = paths_.ToHost(from, Spelling::kExact);
+  const HostPath target = FollowLinks(paths_.ToHost(to, Spelling::kExact));
   const std::optional<struct stat> status = StatusOf(source);
   if (!status || !S_ISREG(status->st_mode)) {
     return false;
@@ -214,8 +213,8 @@ bool HostFileSystem::Replace(std::string_view from, std::string_view to,
 }
 
 bool HostFileSystem::Remove(std::string_view path) {
-  const std::string hostPath = paths_.ToHost(path);
-  return hostPath.find('\0') == std::string::npos && unlink(hostPath.c_str()) == 0;
+  const HostPath hostPath = paths_.ToHost(path, Spelling::kExact);
+  return hostPath.IsUsable() && unlink(hostPath.Text()) == 0;
 }
 
 }  // namespace velkor

@@ -12,11 +12,12 @@ class HostFileSystem : public FileSystem {
  public:
   explicit HostFileSystem(const HostPaths& paths) : paths_(paths) {}
 
-  OpenResult<InputFile> OpenForRead(std::string_view path) override;
+  OpenResult<InputFile> OpenForRead(std::string_view path,
+                                    Spelling spelling = Spelling::kExact) override;
   OpenResult<OutputFile> OpenForWrite(std::string_view path) override;
-  bool Exists(std::string_view path) override;
-  bool IsDirectory(std::string_view path) override;
-  bool IsSameFile(std::string_view left, std::string_view right) override;
+  bool Exists(std::string_view path, Spelling spelling = Spelling::kExact) override;
+  bool IsDirectory(std::string_view path, Spelling spelling = Spelling::kExact) override;
+  bool IsSameFile(std::string_view path, std::string_view input) override;
   bool Replace(std::string_view from, std::string_view to,
                const MayReplace& mayReplace = {}) override;
   bool Remove(std::string_view path) override;

@@ -35,9 +35,8 @@ std::optional<std::vector<std::string>> StepsFromProject(const PathText& path,
   return steps;
 }
 
-std::string FolderOf(const std::string& hostPath) {
-  const size_t separator = hostPath.rfind('/');
-  return separator == std::string::npos ? "." : hostPath.substr(0, separator + 1);
+bool IsOfThisHost(std::string_view typed) {
+  return typed.starts_with('/') || (!BeginsWithDrive(typed) && typed.find('\\') == typed.npos);
 }
 
 }  // namespace
@@ -47,9 +46,9 @@ bool HostPaths::AddMapping(std::string_view mapping) {
   if (equals == std::string_view::npos || equals == 0 || equals + 1 == mapping.size()) {
     return false;
   }
-  PathText prefix = PathText::Split(mapping.substr(0, equals), codePage_);
+  PathText prefix = PathText::Split(Typed(mapping.substr(0, equals)), codePage_);
   prefix.ResolveSteps();
-  mappings_.push_back({std::move(prefix), std::string(mapping.substr(equals + 1))});
+  mappings_.push_back({std::move(prefix), HostPath(std::string(mapping.substr(equals + 1)))});
   return true;
 }
 
@@ -67,47 +66,49 @@ bool HostPaths::AddMappings(std::string_view mappings) {
 void HostPaths::SetProject(std::string_view projectDirectory, std::string_view projectPath) {
   std::optional<Project> project;
   PathText directory = PathText::Split(projectDirectory, codePage_);
-  if (directory.HasDrive() || directory.fixed > 0) {
+  if (!directory.root.empty() && !directory.IsHostPath()) {
     directory.ResolveSteps();
-    project = {std::move(directory), FolderOf(ToHost(projectPath, std::nullopt))};
+    const Place file = Locate(PathText::Split(projectPath, codePage_), std::nullopt);
+    project = {std::move(directory), JoinBelow(file.folder, file.components, names_).Folder()};
   }
   const std::lock_guard lock(mutex_);
   project_ = std::move(project);
 }
 
-std::string HostPaths::ToHost(std::string_view path) const {
+HostPath HostPaths::ToHost(std::string_view path, Spelling spelling) const {
   std::optional<Project> project;
   {
     const std::lock_guard lock(mutex_);
     project = project_;
   }
-  return ToHost(path, project);
+  PathText text = PathText::Split(path, codePage_);
+  const bool endsWithSeparator = text.endsWithSeparator;
+  const Place place = Locate(std::move(text), project);
+  const HostPath found = spelling == Spelling::kExact
+                             ? JoinBelow(place.folder, place.components, names_)
+                             : FindBelow(place.folder, place.components, names_);
+  return endsWithSeparator ? found.Below("") : found;
 }
 
-std::string HostPaths::ToHost(std::string_view path, const std::optional<Project>& project) const {
-  PathText text = PathText::Split(path, codePage_);
-  if (text.IsHostPath() || path.empty()) {
-    const std::string spelt(path);
-    return IsThere(spelt) || path.empty()
-               ? spelt
-               : FindBelow("/", text.components, text.endsWithSeparator, codePage_);
+HostPaths::Place HostPaths::Locate(PathText path, const std::optional<Project>& project) const {
+  if (path.IsHostPath()) {
+    return {HostPath("/"), std::move(path.components)};
   }
-  if (!text.root.empty()) {
-    text.ResolveSteps();
+  if (!path.root.empty()) {
+    path.ResolveSteps();
   }
-  if (const Mapping* const mapping = FindMapping(text)) {
-    return FindBelow(mapping->target, Rest(text, mapping->prefix.components.size()),
-                     text.endsWithSeparator, codePage_);
+  if (const Mapping* const mapping = FindMapping(path)) {
+    return {mapping->target, Rest(path, mapping->prefix.components.size())};
   }
   if (project) {
-    if (const auto steps = StepsFromProject(text, project->directory, codePage_)) {
-      return FindBelow(project->folder, *steps, text.endsWithSeparator, codePage_);
+    if (auto steps = StepsFromProject(path, project->directory, codePage_)) {
+      return {project->folder, *std::move(steps)};
     }
   }
-  if (text.HasDrive()) {
-    text.components.insert(text.components.begin(), text.root.substr(0, 2));
+  if (path.HasDrive()) {
+    path.components.insert(path.components.begin(), path.root.substr(0, 2));
   }
-  return FindBelow("", text.components, text.endsWithSeparator, codePage_);
+  return {HostPath(), std::move(path.components)};
 }
 
 const HostPaths::Mapping* HostPaths::FindMapping(const PathText& path) const {
@@ -129,11 +130,11 @@ std::optional<std::string> HostPaths::FullPathName(std::string_view path) const 
   PathText text = PathText::Split(path, codePage_);
   if (text.root.empty()) {
     std::error_code error;
-    const std::string folder = std::filesystem::current_path(error).string();
+    const HostPath folder(std::filesystem::current_path(error).string());
     if (error) {
       return std::nullopt;
     }
-    text = PathText::Split(folder + '/' + std::string(path), codePage_);
+    text = PathText::Split(names_.Text(folder) + '/' + std::string(path), codePage_);
   }
   text.ResolveSteps();
   text.endsWithSeparator = text.endsWithSeparator && !text.components.empty();
@@ -144,10 +145,16 @@ std::optional<std::string> HostPaths::FullPathName(std::string_view path) const 
   return full;
 }
 
+std::string HostPaths::GivenPath(std::string_view typed) const {
+  std::string path = IsOfThisHost(typed) ? names_.Text(HostPath(std::string(typed))) : Typed(typed);
+  std::optional<std::string> full = FullPathName(path);
+  return full ? *std::move(full) : path;
+}
+
 std::string HostPaths::ExecutablePath() const {
   std::error_code error;
   const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", error);
-  return error ? std::string() : path.string();
+  return error ? std::string() : names_.Text(HostPath(path.string()));
 }
 
 }  // namespace velkor

@@ -1,19 +1,41 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 
 #include "platform/code_page.h"
+#include "platform/file_system.h"
 
 namespace velkor {
 
-// The pieces of an INI line, for everything that reads such files. Views into the given text.
+// The lines of an INI text that say something, in their order: sections in brackets, then
+// key=value. Blanks around a name, key and value are trimmed, one pair of quotes around a value is
+// removed, ";" begins a comment line, a section's name reaches to the last "]" of its line, and
+// what stands before the first section says nothing. A line ends at LF, CR LF or CR alone; no other
+// byte ends anything. Points into the text. Used by one thread.
+class IniLines {
+ public:
+  struct Line {
+    bool isSection = false;
+    std::string_view name;  // of the section, or the key
+    std::string_view value;
+  };
 
-// Without the blanks around it (space, \t, \v, \f).
-std::string_view TrimIniText(std::string_view text);
-// Without one pair of equal quotes around it.
-std::string_view UnquoteIniValue(std::string_view value);
-// Position of the last "]" that is a character of its own; npos when there is none.
-size_t FindLastIniBracket(std::string_view line, const CodePage& codePage);
+  IniLines(std::string_view text, const CodePage& codePage);
+  // False at the end.
+  bool Next(Line& line);
+
+ private:
+  // False for a line that says nothing.
+  bool Parse(std::string_view text, Line& line);
+
+  std::string_view rest_;
+  const CodePage& codePage_;
+  bool inSection_ = false;
+};
+
+// The beginning of a file, at most so many bytes.
+std::string ReadIniText(InputFile& file, size_t most);
 
 }  // namespace velkor

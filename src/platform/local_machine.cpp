@@ -21,10 +21,6 @@ LocalMachine::LocalMachine(CodePage codePage, const MachineOptions& options)
       host_{codePage_, files_, paths_, resources_,
             options.dataFolder.empty() ? "" : AbsolutePath(options.dataFolder)} {}
 
-std::string LocalMachine::AbsolutePath(std::string_view path) const {
-  return paths_.FullPathName(path).value_or(std::string(path));
-}
-
 bool LocalMachine::AddMappings(const MachineOptions& options, std::string& error) {
   // NOLINTNEXTLINE(concurrency-mt-unsafe): at the start, when there is one thread
   const char* environment = std::getenv("VELKOR_MAP");

@@ -1,22 +1,14 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "platform/host.h"
 #include "platform/host_file_system.h"
+#include "platform/machine_options.h"
 
 namespace velkor {
-
-// What a program's command line says of the machine. Texts are bytes as the caller gave them.
-struct MachineOptions {
-  std::vector<std::string> mappings;    // 'C:\work=/home/me/work'
-  std::optional<std::string> codePage;  // none: that of the locale
-  std::string dataFolder;               // empty: beside the program
-};
 
 // The machine that the program runs on, as its command line and environment describe it: owns all
 // that a Host refers to.
@@ -27,8 +19,9 @@ class LocalMachine {
 
   Host& GetHost() { return host_; }
   const CodePage& GetCodePage() const { return codePage_; }
-  // The path against the current folder; as it stands when that has no result.
-  std::string AbsolutePath(std::string_view path) const;
+  // What the user gave here, as a path and as a text of the run's code page (see PathHost).
+  std::string AbsolutePath(std::string_view typed) const { return paths_.GivenPath(typed); }
+  std::string Typed(std::string_view bytes) const { return paths_.Typed(bytes); }
 
  private:
   LocalMachine(CodePage codePage, const MachineOptions& options);
@@ -36,7 +29,7 @@ class LocalMachine {
   bool AddMappings(const MachineOptions& options, std::string& error);
 
   const CodePage codePage_;
-  HostPaths paths_{codePage_};
+  HostPaths paths_{codePage_, CodePage::FromLocale()};
   HostFileSystem files_{paths_};
   BuiltInResources resources_;
   Host host_;

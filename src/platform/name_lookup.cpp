@@ -12,68 +12,71 @@ struct CloseFolder {
   void operator()(DIR* folder) const { closedir(folder); }
 };
 
-// Of several names that differ in letter case only, the first in byte order.
-std::optional<std::string> FindIgnoringCase(const std::string& folder, const std::string& component,
-                                            const CodePage& codePage) {
-  const std::unique_ptr<DIR, CloseFolder> listing(opendir(folder.empty() ? "." : folder.c_str()));
+// None too when there are several: which one is meant, nobody but the user can say.
+std::optional<std::string> FindIgnoringCase(const HostPath& folder, const std::string& component,
+                                            const HostNames& names) {
+  const bool isCurrent = folder.Bytes().empty();
+  const std::unique_ptr<DIR, CloseFolder> listing(opendir(isCurrent ? "." : folder.Text()));
   if (!listing) {
     return std::nullopt;
   }
-  const CodePage utf8 = CodePage::Utf8();
-  const std::string inUtf8 = codePage.ToUtf8(component);
   std::optional<std::string> found;
   // No other thread sees this listing.
   // cppcheck-suppress readdirCalled
   // NOLINTNEXTLINE(concurrency-mt-unsafe)
   while (const dirent* const entry = readdir(listing.get())) {
-    const std::string_view name = entry->d_name;
-    const bool fits =
-        codePage.EqualIgnoreCase(name, component) || utf8.EqualIgnoreCase(name, inUtf8);
-    if (fits && (!found || name < *found)) {
-      found = name;
+    if (names.IsSpelling(entry->d_name, component)) {
+      if (found) {
+        return std::nullopt;
+      }
+      found = entry->d_name;
     }
   }
   return found;
 }
 
-std::string JoinAll(std::string path, const std::vector<std::string>& components) {
-  for (const std::string& component : components) {
-    if (!path.empty() && path.back() != '/') {
-      path += '/';
+std::optional<HostPath> FindComponent(const HostPath& folder, const std::string& component,
+                                      const HostNames& names) {
+  for (const std::string& spelling : {names.Name(component), component}) {
+    HostPath path = folder.Below(spelling);
+    if (IsThere(path)) {
+      return path;
     }
-    path += component;
   }
-  return path;
+  const std::optional<std::string> found = FindIgnoringCase(folder, component, names);
+  return found ? std::optional(folder.Below(*found)) : std::nullopt;
 }
 
 }  // namespace
 
-bool IsThere(const std::string& hostPath) {
+bool IsThere(const HostPath& path) {
   struct stat status {};
-  return hostPath.find('\0') == std::string::npos && lstat(hostPath.c_str(), &status) == 0;
+  return path.IsUsable() && lstat(path.Text(), &status) == 0;
 }
 
-std::string FindBelow(std::string folder, const std::vector<std::string>& components,
-                      bool endsWithSeparator, const CodePage& codePage) {
-  const std::string end = endsWithSeparator ? "/" : "";
-  std::string path = JoinAll(folder, components) + end;
-  if (IsThere(path)) {
-    return path;
+HostPath JoinBelow(HostPath folder, const std::vector<std::string>& components,
+                   const HostNames& names) {
+  for (const std::string& component : components) {
+    folder = folder.Below(names.Name(component));
   }
-  path = std::move(folder);
+  return folder;
+}
+
+HostPath FindBelow(HostPath folder, const std::vector<std::string>& components,
+                   const HostNames& names) {
+  HostPath asSpelt = JoinBelow(folder, components, names);
+  if (IsThere(asSpelt)) {
+    return asSpelt;
+  }
   for (size_t i = 0; i < components.size(); ++i) {
-    std::string next = JoinAll(path, {components[i]});
-    if (!IsThere(next)) {
-      const std::optional<std::string> found = FindIgnoringCase(path, components[i], codePage);
-      if (!found) {
-        const auto rest = components.begin() + static_cast<std::ptrdiff_t>(i);
-        return JoinAll(std::move(path), {rest, components.end()}) + end;
-      }
-      next = JoinAll(std::move(path), {*found});
+    std::optional<HostPath> found = FindComponent(folder, components[i], names);
+    if (!found) {
+      const auto rest = components.begin() + static_cast<std::ptrdiff_t>(i);
+      return JoinBelow(std::move(folder), {rest, components.end()}, names);
     }
-    path = std::move(next);
+    folder = *std::move(found);
   }
-  return path + end;
+  return folder;
 }
 
 }  // namespace velkor

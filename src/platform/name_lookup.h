@@ -3,17 +3,21 @@
 #include <string>
 #include <vector>
 
-#include "platform/code_page.h"
+#include "platform/host_names.h"
+#include "platform/host_path.h"
 
 namespace velkor {
 
 // Whether the host has something of exactly this name, a dangling symbolic link included.
-bool IsThere(const std::string& hostPath);
+bool IsThere(const HostPath& path);
 
-// The host path of the components below a folder ("": the current one). A component that is not
-// there as spelt is looked for in a listing of its folder, ignoring letter case; from the first
-// that is not there at all, the rest stays as spelt. At most one listing for each component.
-std::string FindBelow(std::string folder, const std::vector<std::string>& components,
-                      bool endsWithSeparator, const CodePage& codePage);
+// The components of a text below a folder (empty: the current one), exactly as spelt.
+HostPath JoinBelow(HostPath folder, const std::vector<std::string>& components,
+                   const HostNames& names);
+// The same, but a component that is not there as spelt is looked for in a listing of its folder,
+// ignoring letter case; from the first that is not there at all, or of which several are there,
+// the rest stays as spelt. At most one listing for each component.
+HostPath FindBelow(HostPath folder, const std::vector<std::string>& components,
+                   const HostNames& names);
 
 }  // namespace velkor

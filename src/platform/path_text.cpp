@@ -10,11 +10,6 @@ bool IsSeparator(std::string_view path, size_t position) {
   return position < path.size() && (path[position] == '\\' || path[position] == '/');
 }
 
-bool BeginsWithDrive(std::string_view path) {
-  return path.size() >= 2 && path[1] == ':' &&
-         ((path[0] >= 'A' && path[0] <= 'Z') || (path[0] >= 'a' && path[0] <= 'z'));
-}
-
 // Moves the position behind the root.
 std::string TakeRoot(std::string_view path, size_t& position) {
   if (BeginsWithDrive(path)) {
@@ -44,6 +39,11 @@ bool SwallowsBackslash(std::string_view component, const CodePage& codePage) {
 }
 
 }  // namespace
+
+bool BeginsWithDrive(std::string_view path) {
+  return path.size() >= 2 && path[1] == ':' &&
+         ((path[0] >= 'A' && path[0] <= 'Z') || (path[0] >= 'a' && path[0] <= 'z'));
+}
 
 PathText PathText::Split(std::string_view path, const CodePage& codePage) {
   constexpr size_t kServerAndShare = 2;

@@ -9,6 +9,9 @@
 
 namespace velkor {
 
+// "C:", with or without more after it.
+bool BeginsWithDrive(std::string_view path);
+
 // A path name taken apart, without asking whether anything of that name exists. Both "\" and "/"
 // separate; the second byte of a double-byte character never does. A value; any thread.
 struct PathText {

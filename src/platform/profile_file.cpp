@@ -5,29 +5,12 @@
 #include <utility>
 
 #include "platform/ini_text.h"
+#include "platform/limits.h"
 
 namespace velkor {
-namespace {
-
-std::string ReadAll(InputFile& file) {
-  constexpr size_t kChunk = size_t{64} << 10;
-  std::string text;
-  std::string chunk(kChunk, '\0');
-  while (text.size() < ProfileFile::kMaxBytes) {
-    const size_t wanted = std::min(kChunk, ProfileFile::kMaxBytes - text.size());
-    const size_t count = file.Read(chunk.data(), wanted);
-    if (count == 0) {
-      break;
-    }
-    text.append(chunk, 0, count);
-  }
-  return text;
-}
-
-}  // namespace
 
 ProfileFile::ProfileFile(const CodePage& codePage, InputFile& file)
-    : ProfileFile(codePage, ReadAll(file)) {
+    : ProfileFile(codePage, ReadIniText(file, kMaxBytes)) {
   cutShort_ = text_.size() < std::min<uint64_t>(file.Length(), kMaxBytes);
 }
 
@@ -39,37 +22,16 @@ ProfileFile::ProfileFile(const CodePage& codePage, std::string text)
 }
 
 void ProfileFile::Parse() {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  std::string_view rest = text_;
-  if (rest.starts_with(kByteOrderMark)) {
-    rest.remove_prefix(kByteOrderMark.size());
-  }
-  while (!rest.empty() && !IsFull()) {
-    // The LF of a CR LF ends an empty line, which says nothing.
-    const size_t length = std::min(rest.find_first_of("\r\n"), rest.size());
-    ParseLine(TrimIniText(rest.substr(0, length)));
-    rest.remove_prefix(std::min(length + 1, rest.size()));
-  }
-}
-
-void ProfileFile::ParseLine(std::string_view line) {
-  if (line.empty() || line.front() == ';') {
-    return;
-  }
-  if (line.front() == '[') {
-    const size_t end = FindLastIniBracket(line, codePage_);
-    if (end != std::string_view::npos) {
-      sections_.push_back({TrimIniText(line.substr(1, end - 1)), entries_.size(), entries_.size()});
+  IniLines lines(text_, codePage_);
+  IniLines::Line line;
+  while (!IsFull() && lines.Next(line)) {
+    if (line.isSection) {
+      sections_.push_back({line.name, entries_.size(), entries_.size()});
+    } else {
+      entries_.push_back({line.name, line.value});
+      sections_.back().end = entries_.size();
     }
-    return;
   }
-  const size_t equals = line.find('=');
-  if (equals == std::string_view::npos || sections_.empty()) {
-    return;
-  }
-  entries_.push_back(
-      {TrimIniText(line.substr(0, equals)), UnquoteIniValue(TrimIniText(line.substr(equals + 1)))});
-  sections_.back().end = entries_.size();
 }
 
 void ProfileFile::Sort() {
@@ -91,14 +53,12 @@ void ProfileFile::Sort() {
   }
 }
 
-std::string ProfileFile::GetString(std::string_view section, std::string_view key,
-                                   size_t size) const {
+std::string ProfileFile::GetString(std::string_view section, std::string_view key) const {
   const auto foundSection = std::lower_bound(sections_.begin(), sections_.end(), section,
                                              [this](const Section& a, std::string_view name) {
                                                return codePage_.CompareIgnoreCase(a.name, name) < 0;
                                              });
-  if (size == 0 || foundSection == sections_.end() ||
-      !codePage_.EqualIgnoreCase(foundSection->name, section)) {
+  if (foundSection == sections_.end() || !codePage_.EqualIgnoreCase(foundSection->name, section)) {
     return "";
   }
   const auto end = entries_.begin() + static_cast<std::ptrdiff_t>(foundSection->end);
@@ -111,7 +71,7 @@ std::string ProfileFile::GetString(std::string_view section, std::string_view ke
     return "";
   }
   const std::string_view value = foundEntry->value;
-  return std::string(value.substr(0, codePage_.CutLength(value, size - 1)));
+  return std::string(value.substr(0, codePage_.CutLength(value, kMaxTextLength)));
 }
 
 }  // namespace velkor

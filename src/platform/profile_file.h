@@ -6,16 +6,14 @@
 
 #include "platform/code_page.h"
 #include "platform/file_system.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
-// An INI file read once: sections in brackets, then lines key=value. Names are compared ignoring
-// letter case; blanks around key and value are trimmed, one pair of quotes around a value is
-// removed, a line that begins with ";" is a comment, and the first of two equal sections or keys
-// wins: a later section of the same name is not looked at, even for keys that the first lacks. A
-// section's name reaches to the last "]" of its line. A line ends at LF, CR LF or CR alone; no
-// other byte ends anything. Memory is bounded: at most kMaxBytes and kMaxLines of the file (those
-// with a section or a key) are looked at. Not copied, not moved; any thread may ask.
+// An INI file (see IniLines) read once. Names are compared ignoring letter case, and the first of
+// two equal sections or keys wins: a later section of the same name is not looked at, even for keys
+// that the first lacks. Memory is bounded: at most kMaxBytes and kMaxLines of the file (those with
+// a section or a key) are looked at. Not copied, not moved; any thread may ask.
 class ProfileFile {
  public:
   static constexpr size_t kMaxBytes = size_t{64} << 20;
@@ -28,9 +26,9 @@ class ProfileFile {
 
   // The file ended before it should: what is missing may be anything.
   bool CutShort() const { return cutShort_; }
-  // The value, at most size - 1 bytes and never cut inside a character; empty when the section or
-  // the key is missing.
-  std::string GetString(std::string_view section, std::string_view key, size_t size = 5120) const;
+  // The value, at most kMaxTextLength bytes and never cut inside a character; empty when the
+  // section or the key is missing.
+  std::string GetString(std::string_view section, std::string_view key) const;
 
  private:
   struct Entry {
@@ -44,7 +42,6 @@ class ProfileFile {
   };
 
   void Parse();
-  void ParseLine(std::string_view line);
   void Sort();
   bool IsFull() const { return sections_.size() + entries_.size() >= kMaxLines; }
 

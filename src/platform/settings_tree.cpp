@@ -5,10 +5,9 @@
 #include "platform/ini_text.h"
 
 namespace velkor {
-
 namespace {
 
-// Takes the next component off a path. "\" and "]" may also be the second half of a character.
+// Takes the next component off a path. "\" may also be the second half of a character.
 std::string_view TakeComponent(std::string_view& path, const CodePage& codePage) {
   size_t end = 0;
   while (end < path.size() && path[end] != '\\') {
@@ -19,68 +18,24 @@ std::string_view TakeComponent(std::string_view& path, const CodePage& codePage)
   return component;
 }
 
-// The name of a section, without a line's brackets; none for a line that is no section.
-std::optional<std::string_view> SectionName(std::string_view line, const CodePage& codePage) {
-  const size_t end = FindLastIniBracket(line, codePage);
-  if (!line.starts_with('[') || end == std::string_view::npos) {
-    return std::nullopt;
-  }
-  return TrimIniText(line.substr(1, end - 1));
-}
-
-std::string ReadStart(InputFile& file) {
-  std::string text(SettingsTree::kMaxBytes, '\0');
-  size_t size = 0;
-  while (size < text.size()) {
-    const size_t count = file.Read(text.data() + size, text.size() - size);
-    if (count == 0) {
-      break;
-    }
-    size += count;
-  }
-  text.resize(size);
-  return text;
-}
-
 }  // namespace
 
 SettingsTree::SettingsTree(const CodePage& codePage) : codePage_(&codePage), nodes_(1) {}
 
 SettingsTree::SettingsTree(const CodePage& codePage, InputFile& file)
-    : SettingsTree(codePage, ReadStart(file)) {}
+    : SettingsTree(codePage, ReadIniText(file, kMaxBytes)) {}
 
 SettingsTree::SettingsTree(const CodePage& codePage, std::string_view text)
     : SettingsTree(codePage) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  text = text.substr(0, kMaxBytes);
-  if (text.starts_with(kByteOrderMark)) {
-    text.remove_prefix(kByteOrderMark.size());
-  }
-  std::optional<Key> current;
-  while (!text.empty()) {
-    const size_t length = std::min(text.find_first_of("\r\n"), text.size());
-    ParseLine(TrimIniText(text.substr(0, length)), current);
-    text.remove_prefix(std::min(length + 1, text.size()));
-  }
-}
-
-void SettingsTree::ParseLine(std::string_view line, std::optional<Key>& current) {
-  if (line.empty() || line.front() == ';') {
-    return;
-  }
-  if (const std::optional<std::string_view> section = SectionName(line, *codePage_)) {
-    current = Make(*section);
-  } else if (current && line.front() != '[') {
-    AddSetting(*current, line);
-  }
-}
-
-void SettingsTree::AddSetting(Key key, std::string_view line) {
-  const size_t equals = line.find('=');
-  if (equals != std::string_view::npos) {
-    nodes_[key].settings.push_back(
-        {std::string(TrimIniText(line.substr(0, equals))),
-         std::string(UnquoteIniValue(TrimIniText(line.substr(equals + 1))))});
+  IniLines lines(text.substr(0, kMaxBytes), codePage);
+  IniLines::Line line;
+  Key current = 0;
+  while (lines.Next(line)) {
+    if (line.isSection) {
+      current = Make(line.name);
+    } else {
+      nodes_[current].settings.push_back({std::string(line.name), std::string(line.value)});
+    }
   }
 }
 

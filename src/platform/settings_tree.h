@@ -15,8 +15,7 @@ namespace velkor {
 // from an INI file and never written. A section of the file is a key, named by its whole path
 // ("Software\Company\Program"); the keys on the way to it exist too. Names are compared ignoring
 // letter case, a separator at the end of a path means nothing, two equal sections are one key, and
-// of two equal values the first counts. Lines are those of any INI file: key=value, blanks around
-// both trimmed, one pair of quotes removed, ";" before a comment.
+// of two equal values the first counts. Lines are those of any INI file (see IniLines).
 //
 // Memory is bounded: at most kMaxBytes of the file are looked at. Any thread may ask.
 class SettingsTree {
@@ -49,8 +48,6 @@ class SettingsTree {
     std::vector<Setting> settings;
   };
 
-  void ParseLine(std::string_view line, std::optional<Key>& current);
-  void AddSetting(Key key, std::string_view line);
   // The key of that path, made where it is missing.
   Key Make(std::string_view path);
   std::optional<Key> FindSubkey(Key key, std::string_view name) const;

@@ -3,7 +3,8 @@
 namespace velkor {
 
 VersionTexts ProgramVersion() {
-  return {"velkor", VELKOR_VERSION " (" VELKOR_RELEASE_DATE ")"};
+  // The day of the release of that version.
+  return {"velkor", VELKOR_VERSION " (2026-11-24)"};
 }
 
 }  // namespace velkor

@@ -3,7 +3,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/local_machine.h"
+#include "platform/machine_options.h"
 
 namespace velkor {
 

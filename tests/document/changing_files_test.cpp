@@ -46,14 +46,14 @@ TEST_F(ChangingFilesTest, AnotherProgramsSaveIsNotReplacedUnseen) {
   PutChain();
   host.files.Put(kSystemFile, "f, ADD=5\r\n");
   OpenAndFinish();
-  host.faults.BeforeReplace([this] { host.files.Put(kSystemFile, "g, ADD=9\r\n"); });
+  host.files.BeforeReplace([this] { host.files.Put(kSystemFile, "g, ADD=9\r\n"); });
   StkAdjustment adjustment;
   adjustment.margin = 8;
   ASSERT_TRUE(document.AdjustFunction(*Find("f"), adjustment));
   Finish();
   EXPECT_TRUE(Logged("W9402 Cannot open file to write (C:\\p\\app.psg)"));
   EXPECT_EQ(host.files.Get(kSystemFile), "g, ADD=9\r\n");
-  host.faults.BeforeReplace(nullptr);
+  host.files.BeforeReplace(nullptr);
   ASSERT_TRUE(document.AdjustFunction(*Find("f"), adjustment));
   Finish();
   EXPECT_EQ(host.files.Get(kSystemFile), "f, ADD=8\r\n");

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "document_host.h"
-#include "support/faulty_files.h"
+#include "support/memory_files.h"
 
 namespace velkor {
 namespace {
@@ -102,7 +102,7 @@ class FaultMatrix : public DocumentHost,
 
   // The files as they were, and, for the jobs that need one, an analysis of them.
   void Prepare() {
-    host.faults.Clear();
+    host.files.ClearFault();
     for (const std::string& path : host.files.Paths()) {
       host.files.Remove(path);
     }
@@ -222,7 +222,7 @@ class FaultMatrix : public DocumentHost,
   }
 
   void CheckFailure(const std::string& sound) {
-    const std::string path = host.faults.HitPath();
+    const std::string path = host.files.GetFault().path;
     const bool onOutput = Case().output != nullptr && path.starts_with(Case().output) &&
                           path.find(".bak") == std::string::npos;
     const Expected expected = Case().output == nullptr
@@ -258,13 +258,13 @@ TEST_P(FaultMatrix, EveryCallFailsOnce) {
   for (bool reached = true; reached && !HasFailure(); calls += reached ? 1 : 0) {
     SCOPED_TRACE("call " + std::to_string(calls + 1));
     Prepare();
-    host.faults.FailAt(Operation(), calls + 1);
+    host.files.FailAt(Operation(), calls + 1);
     Perform();
-    reached = host.faults.Hit();
+    reached = host.files.GetFault().hit;
     if (reached) {
       CheckFailure(sound);
     }
-    host.faults.Clear();
+    host.files.ClearFault();
     recorder.log.lines.clear();
     recorder.boxes.boxes.clear();
     Perform();

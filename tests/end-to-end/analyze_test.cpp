@@ -172,6 +172,77 @@ TEST(Paths, TextsOfCodePage932ReachTheReaderAsUtf8) {
   EXPECT_EQ(text.out.find("≥"), std::string::npos) << text.out;
 }
 
+// A folder of the host's characters with a project of code page 932, on a UTF-8 terminal.
+TEST(Paths, FoldersOfTheHostAreNotSteppedInTheCodePageOfTheProject) {
+  const std::string here = "日本語";
+  const std::string stated = "\x93\xFA\x96\x7B\x8C\xEA";
+  const ScratchFolder folder;
+  const auto analyze = [&](const std::string& project, std::vector<std::string> more) {
+    std::vector<std::string> arguments = {"analyze", project, "--codepage", "932", "--format"};
+    arguments.push_back("csv");
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return Program(arguments).In(folder.Root()).Run();
+  };
+  const std::string module = ModuleText("main.c", {{"main", "4", {"memcpy"}}});
+  folder.Put(here + "/表示.asm", module);
+  folder.Put("tables " + here + "/lt.txt", "[memcpy], ADD=40\n");
+  folder.Put("tables " + here + "/ltr.txt", "");
+  folder.Put("café 表.txt", "main, ADD=100\n");
+  const struct {
+    std::string project;
+    std::string directory;
+    std::vector<std::string> more;
+    std::string module;  // as it is shown
+  } cases[] = {
+      {here + "/app.prj", ".", {}, folder.Path(here) + "/表示.asm"},
+      {here + "/app.prj", "C:\\" + stated, {}, "C:\\日本語\\表示.asm"},
+      {"app.prj", stated, {}, folder.Path(here) + "/表示.asm"},
+      {"app.prj", folder.Path(stated), {}, folder.Path(here) + "/表示.asm"},
+      {"app.prj",
+       "C:\\" + stated,
+       {"--map", "C:\\日本語=" + folder.Path(here)},
+       "C:\\日本語\\表示.asm"},
+      {"日本é/app.prj", "..\\" + stated, {}, folder.Path(here) + "/表示.asm"},
+  };
+  for (const auto& one : cases) {
+    folder.Put(one.project, ProjectText(one.directory, {"\x95\x5C\x8E\xA6.c"}, "Librarychk=1\n"));
+    std::vector<std::string> more = one.more;
+    more.insert(more.end(), {"--data", "tables " + here, "--load", "café 表.txt"});
+    const ProgramRun run = analyze(one.project, more);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_TRUE(run.Says(one.module + " Reading completed.")) << run.err;
+    EXPECT_TRUE(run.Says(folder.Path("café 表.txt") + " Reading completed.")) << run.err;
+    EXPECT_NE(run.out.find("main,144,4,100,"), std::string::npos) << run.out;
+  }
+  // What is written goes where it was named, and is there again.
+  const std::string project = "日本é/app.prj";
+  const ProgramRun adjusted =
+      Program({"adjust", project, "main", "--margin", "7", "--codepage", "932"})
+          .In(folder.Root())
+          .Run();
+  EXPECT_EQ(adjusted.status, 0) << adjusted.err;
+  EXPECT_EQ(testing::ReadFile(folder.Path("日本é/app.psg")), "main, ADD=7\r\n");
+  EXPECT_NE(analyze(project, {}).out.find(",4,7,"), std::string::npos);
+}
+
+TEST(Paths, OnlyWhatAProjectStatesIgnoresLetterCase) {
+  const ScratchFolder folder;
+  folder.Put("Main.asm", ModuleText("main.c", {{"main", "4", {}}}));
+  folder.Put("other.asm", ModuleText("other.c", {{"other", "4", {}}}));
+  const std::string project = folder.Put("app.prj", ProjectText(".", {"MAIN.c", "other.c"}));
+  folder.Put("APP.psg", "main, ADD=1\n");
+  const ProgramRun run = Program({"analyze", project, "--format", "csv"}).Run();
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_NE(run.out.find("main,4,4,,"), std::string::npos) << run.out;
+  EXPECT_EQ(Program({"analyze", folder.Path("APP.prj")}).Run().status, 3);
+  // Which of two is meant, only the project can say.
+  folder.Put("main.asm", ModuleText("main.c", {{"main", "40", {}}}));
+  const ProgramRun two = Program({"analyze", project}).Run();
+  EXPECT_EQ(two.status, 1);
+  EXPECT_NE(two.err.find("W9431 "), std::string::npos) << two.err;
+  EXPECT_NE(two.err.find(folder.Path("MAIN.asm")), std::string::npos) << two.err;
+}
+
 TEST(Paths, TheTableFilesAreBesideTheProgramOrWhereTheOptionSays) {
   const ScratchFolder folder;
   folder.Put("main.asm", ModuleText("main.c", {{"main", "4", {"memcpy"}}}));

@@ -5,7 +5,6 @@
 
 #include "core/function_text.h"
 #include "core/recompute.h"
-#include "files/paths.h"
 #include "support/graph.h"
 #include "support/recorder.h"
 #include "support/test_host.h"
@@ -74,39 +73,6 @@ TEST(ChainReport, TwoCalleesOfTheSameTotal) {
   EXPECT_EQ(kHeading + "h,2,2,0\r\n", reports.Csv(ChainMode::kAll, "h"));
 }
 
-TEST(ChainReport, BarsRecursionAndWhatIsUncertain) {
-  Reports reports("main 4 -> a c\na 2 -> b x\nb 2 -> a b\nc 2 -> d\nd 1 => main d\n? x");
-  reports.graph["d"].flags |= FN_INDIRECT_CALL;
-  reports.graph["a"].adjustment = std::make_unique<StkAppliedAdjustment>();
-  *reports.graph["a"].adjustment = {10, 3};
-  reports.graph["b"].adjustment = std::make_unique<StkAppliedAdjustment>();
-  reports.graph["b"].adjustment->depth = 3;
-  const auto item = [&](const char* name) {
-    return TextItem(reports.graph[name], ",", reports.graph.codePage);
-  };
-  const auto blanks = [](const std::string& text) { return std::string(text.size(), ' '); };
-  reports.Compute();
-  EXPECT_EQ("[x](?,?)", item("x"));
-  EXPECT_NE(std::string::npos, item("a").find(",+10*3)"));
-  EXPECT_NE(std::string::npos, item("b").find(",*3)"));
-  const std::string main = item("main"), a = item("a"), b = item("b"), c = item("c"), d = item("d");
-  const std::string underMain = blanks(main) + "|  ";
-  const std::string underA = underMain + blanks(a);
-  const std::string underC = blanks(main) + "   " + blanks(c) + "   " + blanks(d);
-  EXPECT_EQ(main + "+--" + a + "+--" + b + "+--" + a + "\r\n" + underA + "|  " + blanks(b) + "+--" +
-                b + "\r\n" + underA + "+--[x](?,?)\r\n" + blanks(main) + "+--" + c + "---" + d +
-                "+--" + main + "\r\n" + underC + "+--" + d + "\r\n",
-            reports.Text(ChainMode::kAll));
-  EXPECT_EQ(0u, d.find("d*&("));
-
-  // One of three callees is followed, but all of them decide the mark.
-  Reports three("main 4 -> f g h\nf 9\ng 2\nh 2");
-  EXPECT_EQ("main(13,4)+--f(9,9)\r\n", three.Text(ChainMode::kMaximum));
-  // A function that is a callee and an extra callee is followed twice.
-  Reports twice("main 4 -> f => f\nf 9");
-  EXPECT_EQ("main(13,4)+--f(9,9)\r\n          +--f(9,9)\r\n", twice.Text(ChainMode::kAll));
-}
-
 TEST(ChainReport, DoubleByteNamesAreIndentedByTheirBytes) {
   const std::string name = "\x83\x5C\x83\x5C";
   Reports reports(name + " 4 -> f g\nf 6\ng 6", CodePage::ShiftJis());
@@ -172,31 +138,20 @@ TEST(ChainReport, LinesAreLimitedInBothFormats) {
   EXPECT_EQ(32767, std::count(file.begin(), file.end(), '\n'));
 }
 
+// A second branch half way down needs the whole indentation.
 TEST(ChainReport, AVeryDeepChain) {
-  constexpr uint32_t kDepth = 300000;
-  Reports reports("main 0");
-  StkFunction* last = &reports.graph["main"];
-  StkFunction* const start = last;
-  const StkFileEntry& file = reports.graph.files.Intern("C:\\p\\deep.c");
-  for (uint32_t i = 0; i < kDepth; ++i) {
-    StkFunction& next = reports.graph.functions.AddDefined("_f" + std::to_string(i), file);
-    next.flags |= FN_GLOBAL;
-    last->callees.push_back(&next);
-    next.callers.push_back(last);
-    last = &next;
+  constexpr size_t kDepth = 300000;
+  std::string text;
+  for (size_t i = 0; i < kDepth; ++i) {
+    text += "f" + std::to_string(i) + " 0 -> f" + std::to_string(i + 1) + "\n";
   }
-  // A second branch half way down needs the whole indentation.
+  Reports reports(text + "f" + std::to_string(kDepth) + " 0");
   StkFunction& middle = *reports.graph.functions.Functions()[kDepth / 2];
   middle.callees.push_back(&middle);
   reports.Compute();
-  StkChainReport report(Format::kText, kReportPath, reports.host.host, reports.recorder.messages);
-  ASSERT_TRUE(report.Open());
-  EXPECT_EQ(WriteEnd::kCompleted,
-            report.Write(*start, ChainMode::kAll, [](uint32_t) { return true; }));
-  const std::string written = reports.host.files.Get(kReportPath).value_or("");
-  EXPECT_EQ("main(0,0)---f0(0,0)---f1(0,0)", written.substr(0, 29));
-  const std::string end = "+--" + TextItem(middle, ",", reports.graph.codePage) + "\r\n";
-  EXPECT_TRUE(std::string(written).erase(0, written.size() - end.size()) == end);
+  const std::string written = reports.Text(ChainMode::kAll, "f0");
+  EXPECT_TRUE(written.starts_with("f0(0,0)---f1(0,0)---f2(0,0)"));
+  EXPECT_TRUE(written.ends_with("+--" + TextItem(middle, ",", reports.graph.codePage) + "\r\n"));
 }
 
 TEST(ChainReport, StopsAndFailures) {
@@ -213,16 +168,6 @@ TEST(ChainReport, StopsAndFailures) {
   reports.host.files.SetCapacity(10);
   EXPECT_EQ("main(5,4)+", reports.Write(Format::kText, ChainMode::kAll, "main", WriteEnd::kFailed));
   EXPECT_EQ("W9404 File write error (C:\\p\\chains.txt).", reports.LastWarning());
-
-  reports.host.files.Refuse(kReportPath);
-  StkChainReport refused(Format::kText, kReportPath, reports.host.host, reports.recorder.messages);
-  EXPECT_FALSE(refused.Open());
-  refused.PostFailure(reports.recorder.reporter);
-  reports.recorder.queue.Drain();
-  EXPECT_EQ(
-      "W9402 Cannot open file to write (C:\\p\\chains.txt).\nCheck that both the file and the "
-      "folder are writable.",
-      reports.LastWarning());
 }
 
 TEST(ChainReport, TheExtensionDecidesTheFormat) {

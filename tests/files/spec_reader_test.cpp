@@ -22,36 +22,8 @@ constexpr char kGraph[] = R"(
     static s 2
 )";
 
-// Examples only: the specification fuzzer checks what any line means in each kind of file, against
-// a literal reading, and its corpus holds each rule at its border.
-TEST(SpecReader, AcceptedLinesOfAUserFile) {
-  struct Case {
-    std::string line;
-    std::string function;
-    std::string pending;
-    bool calls = false;
-  };
-  const Case cases[] = {
-      {"main, ADD=10, RECTIME=2, CALL=f, CALL=s.c#s", "main", "10 2 _f _s", true},
-      {"main,ADD=010", "main", "8 -"},
-      {"main,ADD=12bytes", "main", "12 -"},
-      // Sorted by name, each once; what main calls anyway is left out.
-      {"main,CALL=g,CALL=f,CALL=direct,CALL=[memcpy],CALL=g", "main", "- - _f _g", true},
-      {"main,CALL=direct", "main", ""},
-      {"[S.C#s],ADD=7", "s", "7 -"},
-      {"# main,ADD=7", "main", ""},
-  };
-  for (const Case& c : cases) {
-    SpecReading reading(kGraph);
-    EXPECT_TRUE(reading.Read(kUserFile, "#s\n" + c.line));
-    EXPECT_EQ(c.pending, reading.Pending(c.function)) << c.line;
-    EXPECT_EQ(c.pending.empty() ? 0u : 1u, reading.reader->SpecCount()) << c.line;
-    EXPECT_EQ(c.pending.empty() ? 0u : 1u, reading.graph.functions.AdjustedCount()) << c.line;
-    EXPECT_EQ(c.calls, reading.reader->CallsSeen()) << c.line;
-    EXPECT_EQ(Lines{}, reading.recorder.log.lines) << c.line;
-  }
-}
-
+// What any line means in each kind of file, the specification fuzzer checks against a literal
+// reading.
 // Whole texts of every error that a user's file can raise.
 TEST(SpecReader, ErrorsOfAUserFile) {
   const std::string long256(256, 'd');
@@ -144,55 +116,32 @@ TEST(SpecReader, TheProgramsOwnFilesAreGivenUpWithOneMessage) {
 }
 
 TEST(SpecReader, AnswersOfTheStopQuestion) {
-  const std::string text = "main,ADD=1\n?\nf,ADD=x\n?\ng,ADD=2";
-  struct Case {
-    std::vector<BoxAnswer> answers;
-    bool complete;
-    size_t logged;
-    uint32_t specifications;
-  };
-  const Case cases[] = {
-      {{BoxAnswer::kRetry, BoxAnswer::kRetry, BoxAnswer::kRetry}, true, 3, 2},
-      {{BoxAnswer::kIgnore}, true, 3, 2},
-      {{BoxAnswer::kRetry, BoxAnswer::kAbort}, false, 2, 1},
-  };
-  for (const Case& c : cases) {
+  constexpr auto kRetry = BoxAnswer::kRetry;
+  const std::pair<std::vector<BoxAnswer>, uint32_t> cases[] = {
+      {{kRetry, kRetry, kRetry}, 2}, {{BoxAnswer::kIgnore}, 2}, {{kRetry, BoxAnswer::kAbort}, 1}};
+  for (const auto& [answers, specifications] : cases) {
     SpecReading reading(kGraph);
     size_t asked = 0;
     reading.recorder.boxes.answerWith = [&](const testing::RecordingBoxes::Box&) {
-      return c.answers.at(asked++);
+      return answers.at(asked++);
     };
-    EXPECT_EQ(c.complete, reading.Read(kUserFile, text));
-    EXPECT_EQ(c.answers.size(), asked);
-    EXPECT_EQ(c.logged, reading.recorder.log.lines.size());
-    EXPECT_EQ(c.specifications, reading.reader->SpecCount());
+    EXPECT_EQ(specifications == 2, reading.Read(kUserFile, "main,ADD=1\n?\nf,ADD=x\n?\ng,ADD=2"));
+    EXPECT_EQ(answers.size(), asked);
+    EXPECT_EQ(specifications + 1, reading.recorder.log.lines.size());
+    EXPECT_EQ(specifications, reading.reader->SpecCount());
   }
 }
 
-TEST(SpecReader, Opening) {
-  const std::string path = "C:\\p\\s.psg";
-  const std::string aborted = path + " Reading aborted.";
-  const Lines missing = {
-      "W9400 Cannot find file (C:\\p\\s.psg).\nCheck that the specified file name is correct.",
-      aborted};
-  const Lines refused = {
-      "W9401 Cannot open file to read (C:\\p\\s.psg).\nCheck that the file is readable.", aborted};
-  const Lines broken = {"W9429 Broken stk system file (C:\\p\\s.psg).\nThe file was ignored."};
-  for (const bool exists : {false, true}) {
-    SpecReading reading(kGraph);
-    Lines& log = reading.recorder.log.lines;
-    if (exists) {
-      reading.host.files.Refuse(path);
-    }
-    StkSpecReader user(kUserFile, path, reading.host.host, reading.recorder.reporter);
-    EXPECT_EQ(nullptr, user.Open());
-    reading.recorder.queue.Drain();
-    EXPECT_EQ(exists ? refused : missing, std::exchange(log, {}));
-    StkSystemFileReader system(path, reading.host.host, reading.recorder.reporter);
-    EXPECT_EQ(nullptr, system.Open());
-    reading.recorder.queue.Drain();
-    EXPECT_EQ(exists ? broken : Lines{}, log);
-  }
+// Which failure of opening each kind of file has, the fault matrix of the document checks.
+TEST(SpecReader, AFileThatCannotBeOpenedIsGivenUp) {
+  SpecReading reading(kGraph);
+  StkSpecReader user(kUserFile, "C:\\p\\s.psg", reading.host.host, reading.recorder.reporter);
+  EXPECT_EQ(nullptr, user.Open());
+  reading.recorder.queue.Drain();
+  EXPECT_EQ((Lines{"W9400 Cannot find file (C:\\p\\s.psg).\nCheck that the specified file name is "
+                   "correct.",
+                   "C:\\p\\s.psg Reading aborted."}),
+            reading.recorder.log.lines);
 }
 
 }  // namespace

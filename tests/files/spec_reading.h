@@ -7,6 +7,7 @@
 
 #include "files/spec_reader.h"
 #include "files/text_reader.h"
+#include "platform/limits.h"
 #include "support/graph.h"
 #include "support/recorder.h"
 #include "support/test_host.h"
@@ -30,7 +31,7 @@ struct SpecReading {
       StkTextReader lines(source);
       TextLine line;
       uint32_t number = 0;
-      while (complete && lines.ReadLine(line, StkSpecReader::kLineBufferSize)) {
+      while (complete && lines.ReadLine(line, kTextBufferSize)) {
         complete = reader->ParseLine(graph.functions, ++number, line.text, line.length, stop);
       }
     });

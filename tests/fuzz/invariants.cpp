@@ -9,6 +9,7 @@
 #include "core/function_text.h"
 #include "fuzz/require.h"
 #include "messages/catalogue.h"
+#include "platform/limits.h"
 
 namespace velkor::testing {
 
@@ -262,7 +263,7 @@ void CheckMessages(const std::vector<std::string>& texts, const CodePage& codePa
                    bool wholeInputs) {
   const CodePage utf8 = CodePage::Utf8();
   for (const std::string& text : texts) {
-    Require(text.size() <= StkMessages::kMaxMessageLength, "a message has a limit");
+    Require(text.size() <= kMaxTextLength, "a message has a limit");
     const std::string shown = codePage.ToUtf8(text);
     RequireEqual(utf8.ToUtf8(shown), shown, "what a screen gets is UTF-8");
     Require(!wholeInputs || IsWhole(text, codePage), "a message holds whole characters", shown);

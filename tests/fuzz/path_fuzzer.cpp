@@ -92,7 +92,7 @@ void CheckMapping(std::string_view path, FuzzHost& host) {
   const std::string target = "/nowhere/mapped";
   Require(host.paths.AddMappings("C:\\w=" + target), "a mapping is one");
   host.paths.SetProject("D:\\p\\q", "/nowhere/project/app.prj");
-  const std::string found = host.paths.ToHost(path);
+  const std::string found = host.paths.ToHost(path, Spelling::kOfProject).Bytes();
   PathText parts = PathText::Split(path, host.codePage);
   parts.ResolveSteps();
   PathText prefix = PathText::Split("C:\\w", host.codePage);

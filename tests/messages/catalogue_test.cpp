@@ -7,6 +7,8 @@
 #include <sstream>
 #include <string>
 
+#include "platform/limits.h"
+
 namespace velkor {
 namespace {
 
@@ -164,7 +166,7 @@ TEST(Texts, PlaceholdersTakeTheArgumentsInOrder) {
 }
 
 TEST(Texts, AMessageIsCutAtACharacterBorder) {
-  const size_t limit = StkMessages::kMaxMessageLength;
+  const size_t limit = kMaxTextLength;
   const std::string fits(limit - 2, 'a');
   EXPECT_EQ(Format("(%s)", {fits}), "(" + fits + ")");
   EXPECT_EQ(Format("(%s)%lu", {fits, 7U}), "(" + fits + ")");

@@ -39,7 +39,7 @@ TEST_F(HostFileSystemTest, WritesAndReadsWholeFiles) {
   std::string bytes("a\r\n\0\x1A", 5);
   bytes.append(100000, 'x');
   folder_.Put("new", std::string(200000, 'o'));
-  auto output = files_.OpenForWrite("NEW");
+  auto output = files_.OpenForWrite("new");
   ASSERT_TRUE(output.file);
   EXPECT_TRUE(output.file->Write(bytes) && output.file->Write(""));
   EXPECT_TRUE(output.file->Synchronize() && output.file->Close());
@@ -113,15 +113,30 @@ TEST_F(HostFileSystemTest, AsksWithoutOpening) {
   folder_.Put("Folder/file", "");
   fs::create_symlink("Folder/file", "link");
   fs::create_symlink("nowhere", "dangling");
-  EXPECT_TRUE(files_.Exists("folder\\FILE") && files_.Exists("Folder") && files_.Exists("link"));
+  EXPECT_TRUE(files_.Exists("Folder\\file") && files_.Exists("Folder") && files_.Exists("link"));
   EXPECT_FALSE(files_.Exists("dangling") || files_.Exists("") || files_.Exists("Folder/file/x"));
-  EXPECT_TRUE(files_.IsDirectory("FOLDER\\"));
+  EXPECT_TRUE(files_.IsDirectory("Folder\\"));
   EXPECT_FALSE(files_.IsDirectory("link") || files_.IsDirectory("nowhere"));
-  EXPECT_TRUE(files_.IsSameFile("Folder\\..\\Folder/file", "link"));
+  EXPECT_TRUE(files_.IsSameFile("Folder\\..\\Folder/file", "LINK"));
   EXPECT_FALSE(files_.IsSameFile("link", "Folder") || files_.IsSameFile("nowhere", "nowhere"));
   EXPECT_TRUE(files_.Remove("link"));
   EXPECT_FALSE(files_.Remove("link") || files_.Remove("Folder"));
   EXPECT_TRUE(files_.Exists("Folder/file"));
+}
+
+TEST_F(HostFileSystemTest, OnlyWhatAProjectStatesIsLookedUp) {
+  folder_.Put("Folder/file", "kept");
+  EXPECT_TRUE(files_.OpenForRead("folder\\FILE", Spelling::kOfProject).file);
+  EXPECT_TRUE(files_.Exists("folder\\FILE", Spelling::kOfProject));
+  EXPECT_TRUE(files_.IsDirectory("FOLDER", Spelling::kOfProject));
+  EXPECT_EQ(ReadFailure("Folder/FILE"), FileFailure::kNotFound);
+  EXPECT_FALSE(files_.Exists("Folder/FILE") || files_.IsDirectory("FOLDER"));
+  EXPECT_FALSE(files_.IsSameFile("Folder/FILE", "Folder/file"));
+  EXPECT_FALSE(files_.Remove("Folder/FILE"));
+  EXPECT_EQ(WriteFailure("Folder/FILE"), FileFailure::kNone);
+  folder_.Put("next", "new");
+  EXPECT_TRUE(files_.Replace("next", "Folder/File"));
+  EXPECT_EQ(folder_.Get("Folder/file"), "kept");
 }
 
 TEST_F(HostFileSystemTest, ReplaceKeepsLinksAndPermissions) {

@@ -1,5 +1,6 @@
 #include "platform/host_paths.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -14,6 +15,14 @@ struct Case {
   std::string path;
   std::string expected;
 };
+
+std::string Exact(const HostPaths& paths, std::string_view path) {
+  return paths.ToHost(path, Spelling::kExact).Bytes();
+}
+
+std::string OfProject(const HostPaths& paths, std::string_view path) {
+  return paths.ToHost(path, Spelling::kOfProject).Bytes();
+}
 
 TEST(FullPathNameTest, StepsSeparatorsAndRoots) {
   const CodePage page = CodePage::Utf8();
@@ -38,19 +47,10 @@ TEST(FullPathNameTest, StepsSeparatorsAndRoots) {
     EXPECT_EQ(paths.FullPathName(one.path), one.expected) << one.path;
   }
   EXPECT_EQ(paths.FullPathName(""), std::nullopt);
-}
-
-TEST(FullPathNameTest, RelativePathsLieBelowTheCurrentFolder) {
   const TemporaryFolder folder;
-  const CodePage page = CodePage::Utf8();
-  const HostPaths paths(page);
   EXPECT_EQ(paths.FullPathName("a\\..\\b/c.asm"), folder / "b/c.asm");
   EXPECT_EQ(paths.FullPathName("."), folder.Path());
-}
-
-TEST(FullPathNameTest, TheResultIsShorterThan300Bytes) {
-  const CodePage page = CodePage::Utf8();
-  const HostPaths paths(page);
+  // The result is shorter than 300 bytes.
   const std::string fits = "C:\\" + std::string(296, 'x');
   EXPECT_EQ(paths.FullPathName(fits), fits);
   EXPECT_EQ(paths.FullPathName(fits + 'x'), std::nullopt);
@@ -85,7 +85,7 @@ TEST(ToHostTest, MappingsReplaceWholeComponents) {
       {"", ""},
   };
   for (const Case& one : cases) {
-    EXPECT_EQ(paths.ToHost(one.path), one.expected) << one.path;
+    EXPECT_EQ(Exact(paths, one.path), one.expected) << one.path;
   }
 }
 
@@ -106,42 +106,102 @@ TEST(ToHostTest, TheProjectDirectoryStandsForTheFolderOfTheProjectFile) {
       {"out\\m.asm", "out/m.asm"},
   };
   for (const Case& one : cases) {
-    EXPECT_EQ(paths.ToHost(one.path), one.expected) << one.path;
+    EXPECT_EQ(Exact(paths, one.path), one.expected) << one.path;
   }
   paths.SetProject("\\\\srv\\share\\fw", "fw.prj");
-  EXPECT_EQ(paths.ToHost("\\\\SRV\\share\\fw\\m.asm"), "./m.asm");
-  EXPECT_EQ(paths.ToHost("\\\\srv\\else\\m.asm"), "srv/else/m.asm");
+  EXPECT_EQ(Exact(paths, "\\\\SRV\\share\\fw\\m.asm"), "./m.asm");
+  EXPECT_EQ(Exact(paths, "\\\\srv\\else\\m.asm"), "srv/else/m.asm");
+  paths.SetProject("\\fw\\prj", folder / "fw.prj");
+  EXPECT_EQ(Exact(paths, "\\FW\\prj\\..\\m.asm"), folder / "../m.asm");
+  EXPECT_EQ(Exact(paths, "C:\\fw\\prj\\m.asm"), "C:/fw/prj/m.asm");
   paths.SetProject("/home/me/fw", "/home/me/fw/fw.prj");
-  EXPECT_EQ(paths.ToHost("C:\\m.asm"), "C:/m.asm");
+  EXPECT_EQ(Exact(paths, "C:\\m.asm"), "C:/m.asm");
 }
 
-TEST(ToHostTest, MissingSpellingsAreFoundIgnoringCase) {
+TEST(ToHostTest, SpellingsOfAProjectAreFoundIgnoringCase) {
   const TemporaryFolder folder;
-  folder.Put("Src/Main.ASM", "");
-  folder.Put("Src/main.Asm", "");
-  folder.Put("SRC2/x", "");
-  folder.Put("src2/x", "");
-  folder.Put("odd\\name", "");
-  folder.Put("\xE8\xA1\xA8.asm", "");
+  for (const char* name : {"Src/Main.ASM", "Src/main.Asm", "Src/One.asm", "SRC2/x", "src2/x"}) {
+    folder.Put(name, "");
+  }
   const CodePage page = CodePage::Utf8();
   HostPaths paths(page);
   paths.AddMapping("C:=" + folder.Path());
   const Case cases[] = {
-      {"C:\\SRC\\MAIN.asm", folder / "Src/Main.ASM"},  // of several the first in byte order
+      {"C:\\SRC\\ONE.asm", folder / "Src/One.asm"},
       {"C:\\src\\main.Asm", folder / "Src/main.Asm"},  // as spelt, where there
+      {"C:\\src\\MAIN.asm", folder / "Src/MAIN.asm"},  // none of several
+      {"sRC2/x", "sRC2/x"},
       {"src2\\X", "src2/x"},
-      {"sRC2/x", "SRC2/x"},
-      {folder / "src\\MAIN.ASM", folder / "Src/Main.ASM"},
-      {folder / "odd\\name", folder / "odd\\name"},
+      {folder / "src\\ONE.ASM", folder / "Src/One.asm"},
       {"C:\\src\\new\\X.psg", folder / "Src/new/X.psg"},  // where it would be created
       {"C:\\src\\", folder / "Src/"},
       {std::string("C:\\src\0", 7), folder / std::string("src\0", 4)},
   };
   for (const Case& one : cases) {
-    EXPECT_EQ(paths.ToHost(one.path), one.expected) << one.path;
+    EXPECT_EQ(OfProject(paths, one.path), one.expected) << one.path;
   }
-  const CodePage shiftJis = CodePage::ShiftJis();
-  EXPECT_EQ(HostPaths(shiftJis).ToHost("\x95\x5C.ASM"), "\xE8\xA1\xA8.asm");
+  EXPECT_EQ(Exact(paths, "C:\\src\\one.asm"), folder / "src/one.asm");
+}
+
+// A folder named in two sets, and files in it that an archive has left in the bytes of the other.
+TEST(ToHostTest, NamesAreThoseOfTheHostBeforeTheBytesOfTheProject) {
+  const TemporaryFolder folder;
+  const CodePage page = CodePage::ShiftJis();
+  const HostPaths paths(page);
+  folder.Put("\xE8\xA1\xA8/ab.asm", "");
+  EXPECT_EQ(OfProject(paths, "\x95\x5C\\AB.asm"), "\xE8\xA1\xA8/ab.asm");
+  folder.Put("\x95\x5C/ab.asm", "");
+  EXPECT_EQ(OfProject(paths, "\x95\x5C/ab.asm"), "\xE8\xA1\xA8/ab.asm");
+  folder.Put("\xE8\xA1\xA8/\x95\x5C.ASM", "");
+  EXPECT_EQ(OfProject(paths, "\x95\x5C\\\x95\x5C.asm"), "\xE8\xA1\xA8/\x95\x5C.ASM");
+  EXPECT_EQ(Exact(paths, "\x95\x5C\\\x95\x5C.ASM"), "\xE8\xA1\xA8/\xE8\xA1\xA8.ASM");
+}
+
+// Whatever a path is made of, its text leads back to it, and nothing in it separates or hides.
+TEST(GivenPathTest, EveryHostPathHasATextThatLeadsBackToIt) {
+  const std::string names[] = {"\xE6\x97\xA5\xE6\x9C\xAC\xE8\xA1\xA8",  // a "\" in 932
+                               "caf\xC3\xA9",
+                               "\xC2\xA5\xE2\x82\xAC\xF0\x9F\x98\x80",
+                               "\x95\x5C\xFF",
+                               "odd\\name",
+                               "\x1A"
+                               "5C\x1A",
+                               "C:x=;"};
+  const CodePage pages[] = {CodePage::Utf8(), CodePage::ShiftJis(), CodePage::Latin1()};
+  for (const CodePage& host : {CodePage::Utf8(), CodePage::ShiftJis()}) {
+    for (const CodePage& page : pages) {
+      const HostPaths paths(page, host);
+      for (const std::string& name : names) {
+        const std::string path = "/" + name + "/x." + name;
+        const std::string text = paths.GivenPath(path);
+        EXPECT_EQ(Exact(paths, text), path) << page.Name();
+        EXPECT_EQ(PathText::Split(text, page).components.size(), 2u) << page.Name() << text;
+        EXPECT_EQ(paths.FullPathName(text), text);
+      }
+    }
+  }
+  const CodePage page = CodePage::ShiftJis();
+  const HostPaths paths(page);
+  EXPECT_EQ(paths.GivenPath("/\xE8\xA1\xA8/../\xE8\xA1\xA8"), "/\x95\x5C");
+  EXPECT_EQ(page.ToUtf8(paths.GivenPath("/caf\xC3\xA9\\\xFF")), "/caf\xC3\xA9\\\xEF\xBF\xBD");
+}
+
+TEST(GivenPathTest, WhatIsTypedIsConvertedFirst) {
+  const TemporaryFolder folder;
+  const std::string inner = folder / "\xE8\xA1\xA8\\in";
+  std::filesystem::create_directories(inner);
+  const CodePage page = CodePage::ShiftJis();
+  HostPaths paths(page);
+  EXPECT_TRUE(paths.AddMapping("C:\\\xE8\xA1\xA8=/\xE8\xA1\xA8"));
+  EXPECT_EQ(Exact(paths, "C:\\\x95\x5C\\x"), "/\xE8\xA1\xA8/x");
+  EXPECT_EQ(paths.GivenPath("C:\\\xE8\xA1\xA8\\..\\x"), "C:\\x");
+  EXPECT_EQ(paths.GivenPath("a\\..\\b"), folder / "b");
+  EXPECT_EQ(paths.GivenPath(""), "");
+  std::filesystem::current_path(inner);
+  EXPECT_EQ(paths.GivenPath("x"), folder /
+                                      "\x95\x5C\x1A"
+                                      "5Cin/x");
+  EXPECT_EQ(Exact(paths, paths.GivenPath("../x")), folder / "x");
 }
 
 }  // namespace

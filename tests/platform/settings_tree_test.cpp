@@ -38,24 +38,16 @@ TEST(SettingsTree, FindsKeysAndValuesWhateverTheirLetterCase) {
   EXPECT_EQ(Read(tree, "Software\\Company\\C", "Name"), "(no key)");
   EXPECT_EQ(Read(tree, "Company\\B", "Name"), "(no key)");
   EXPECT_EQ(Read(tree, "", "lost"), "(no value)");
-}
-
-TEST(SettingsTree, ListsSubkeysInTheOrderOfTheFile) {
-  const SettingsTree tree(kUtf8, kFile);
+  // Subkeys in the order of the file, and no value in part.
   EXPECT_EQ(tree.Subkeys(*tree.Open("Software\\Company")), (std::vector<std::string>{"B", "A"}));
-  EXPECT_TRUE(tree.Subkeys(*tree.Open("Software\\Company\\B")).empty());
   EXPECT_TRUE(SettingsTree(kUtf8).Subkeys(0).empty());
+  EXPECT_TRUE(tree.Value(*tree.Open("Software\\Company\\B"), "More", 7));
+  EXPECT_FALSE(tree.Value(*tree.Open("Software\\Company\\B"), "More", 6));
 }
 
-TEST(SettingsTree, ReadsNoValueInPart) {
-  const SettingsTree tree(kUtf8, "[k]\nv=" + std::string(519, 'x'));
-  EXPECT_EQ(tree.Value(*tree.Open("k"), "v", 520)->size(), 519u);
-  EXPECT_FALSE(tree.Value(*tree.Open("k"), "v", 519));
-}
-
+// The second bytes of these two are the separator and the bracket.
 TEST(SettingsTree, StepsOverCharactersOfTwoBytes) {
   const CodePage shiftJis = CodePage::ShiftJis();
-  // The second bytes of these two are the separator and the bracket.
   const SettingsTree tree(shiftJis, "[\x83\x5C\x83\x5D\\x]\nv=1\n");
   EXPECT_EQ(Read(tree, "\x83\x5C\x83\x5D\\X", "v"), "1");
   EXPECT_FALSE(tree.Open("\x83"));

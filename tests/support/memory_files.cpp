@@ -1,9 +1,18 @@
 #include "support/memory_files.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace velkor::testing {
+
+std::string_view NameOf(FileOperation operation) {
+  static constexpr std::array<std::string_view, 14> kNames = {
+      "None",        "OpenMissing", "OpenRefused", "Read",  "Length",
+      "Create",      "Write",       "Synchronize", "Close", "Exists",
+      "IsDirectory", "IsSameFile",  "Replace",     "Remove"};
+  return kNames.at(static_cast<size_t>(operation));
+}
 
 class MemoryFileSystem::Input : public InputFile {
  public:
@@ -31,10 +40,13 @@ class MemoryFileSystem::Input : public InputFile {
     const size_t count = std::min({size, left, files_.readLimit_});
     std::memcpy(buffer, bytes.data() + position_, count);
     position_ += count;
-    return count;
+    return files_.Fails(FileOperation::kRead, path_) ? 0 : count;
   }
 
-  uint64_t Length() const override { return length_; }
+  uint64_t Length() const override {
+    const std::lock_guard lock(files_.mutex_);
+    return files_.Fails(FileOperation::kLength, path_) ? 0 : length_;
+  }
 
  private:
   MemoryFileSystem& files_;
@@ -74,21 +86,25 @@ class MemoryFileSystem::Output : public OutputFile {
 
   bool Write(std::string_view bytes) override {
     const std::lock_guard lock(files_.mutex_);
-    std::string& content = *files_.entries_[path_].bytes;
-    if (!files_.capacity_) {
-      content.append(bytes);
-      return true;
+    const bool fails = files_.Fails(FileOperation::kWrite, path_);
+    const size_t room = files_.capacity_.value_or(SIZE_MAX);
+    const size_t taken = std::min(fails ? bytes.size() / 2 : bytes.size(), room);
+    files_.entries_[path_].bytes->append(bytes.substr(0, taken));
+    if (files_.capacity_) {
+      *files_.capacity_ -= taken;
     }
-    const size_t taken = std::min(bytes.size(), *files_.capacity_);
-    content.append(bytes.substr(0, taken));
-    *files_.capacity_ -= taken;
-    return taken == bytes.size();
+    return taken == bytes.size() && !fails;
   }
 
-  bool Synchronize() override { return true; }
-  bool Close() override { return true; }
+  bool Synchronize() override { return !Fails(FileOperation::kSynchronize); }
+  bool Close() override { return !Fails(FileOperation::kClose); }
 
  private:
+  bool Fails(FileOperation operation) {
+    const std::lock_guard lock(files_.mutex_);
+    return files_.Fails(operation, path_);
+  }
+
   MemoryFileSystem& files_;
   const std::string path_;
 };
@@ -132,6 +148,38 @@ void MemoryFileSystem::OnRead(const std::string& path, std::function<void()> act
   entries_[path].onRead = std::move(action);
 }
 
+void MemoryFileSystem::BeforeReplace(std::function<void()> action) {
+  const std::lock_guard lock(mutex_);
+  beforeReplace_ = std::move(action);
+}
+
+void MemoryFileSystem::FailAt(FileOperation operation, int call) {
+  const std::lock_guard lock(mutex_);
+  fault_ = {.operation = operation, .callsLeft = call, .path = ""};
+}
+
+MemoryFileSystem::Fault MemoryFileSystem::GetFault() const {
+  const std::lock_guard lock(mutex_);
+  return fault_;
+}
+
+bool MemoryFileSystem::Fails(FileOperation operation, std::string_view path) {
+  if (operation != fault_.operation || fault_.callsLeft == 0 || --fault_.callsLeft > 0) {
+    return false;
+  }
+  fault_.hit = true;
+  fault_.path = path;
+  return true;
+}
+
+bool MemoryFileSystem::IsThere(std::string_view path) const {
+  return entries_.contains(path) || directories_.contains(path);
+}
+
+bool MemoryFileSystem::IsClosedTo(std::string_view path) const {
+  return refused_.contains(path) || directories_.contains(path);
+}
+
 std::vector<std::string> MemoryFileSystem::Paths() const {
   const std::lock_guard lock(mutex_);
   std::vector<std::string> paths;
@@ -150,9 +198,12 @@ int MemoryFileSystem::OpenFiles() const {
   return count;
 }
 
-OpenResult<InputFile> MemoryFileSystem::OpenForRead(std::string_view path) {
+OpenResult<InputFile> MemoryFileSystem::OpenForRead(std::string_view path, Spelling /*spelling*/) {
   const std::lock_guard lock(mutex_);
-  if (refused_.contains(path) || directories_.contains(path)) {
+  if (Fails(FileOperation::kOpenMissing, path)) {
+    return {nullptr, FileFailure::kNotFound};
+  }
+  if (Fails(FileOperation::kOpenRefused, path) || IsClosedTo(path)) {
     return {nullptr, FileFailure::kOther};
   }
   const auto entry = entries_.find(path);
@@ -168,7 +219,7 @@ OpenResult<InputFile> MemoryFileSystem::OpenForRead(std::string_view path) {
 
 OpenResult<OutputFile> MemoryFileSystem::OpenForWrite(std::string_view path) {
   const std::lock_guard lock(mutex_);
-  if (refused_.contains(path) || directories_.contains(path)) {
+  if (Fails(FileOperation::kCreate, path) || IsClosedTo(path)) {
     return {nullptr, FileFailure::kOther};
   }
   Entry& entry = entries_[std::string(path)];
@@ -180,24 +231,30 @@ OpenResult<OutputFile> MemoryFileSystem::OpenForWrite(std::string_view path) {
   return {std::make_unique<Output>(*this, std::string(path)), FileFailure::kNone};
 }
 
-bool MemoryFileSystem::Exists(std::string_view path) {
+bool MemoryFileSystem::Exists(std::string_view path, Spelling /*spelling*/) {
   const std::lock_guard lock(mutex_);
-  return entries_.contains(path) || directories_.contains(path);
+  return !Fails(FileOperation::kExists, path) && IsThere(path);
 }
 
-bool MemoryFileSystem::IsDirectory(std::string_view path) {
+bool MemoryFileSystem::IsDirectory(std::string_view path, Spelling /*spelling*/) {
   const std::lock_guard lock(mutex_);
-  return directories_.contains(path);
+  return !Fails(FileOperation::kIsDirectory, path) && directories_.contains(path);
 }
 
-bool MemoryFileSystem::IsSameFile(std::string_view left, std::string_view right) {
-  return left == right && Exists(left);
+bool MemoryFileSystem::IsSameFile(std::string_view path, std::string_view input) {
+  const std::lock_guard lock(mutex_);
+  return !Fails(FileOperation::kIsSameFile, path) && path == input && IsThere(path);
 }
 
 bool MemoryFileSystem::Replace(std::string_view from, std::string_view to,
                                const MayReplace& mayReplace) {
   std::unique_lock lock(mutex_);
-  if (!entries_.contains(from) || refused_.contains(to) || directories_.contains(to)) {
+  if (const std::function<void()> action = beforeReplace_) {
+    lock.unlock();
+    action();
+    lock.lock();
+  }
+  if (Fails(FileOperation::kReplace, to) || !entries_.contains(from) || IsClosedTo(to)) {
     return false;
   }
   const bool wasThere = entries_.contains(to);
@@ -223,7 +280,7 @@ bool MemoryFileSystem::Replace(std::string_view from, std::string_view to,
 bool MemoryFileSystem::Remove(std::string_view path) {
   const std::lock_guard lock(mutex_);
   const auto entry = entries_.find(path);
-  if (entry == entries_.end()) {
+  if (Fails(FileOperation::kRemove, path) || entry == entries_.end()) {
     return false;
   }
   entries_.erase(entry);

@@ -15,8 +15,31 @@
 
 namespace velkor::testing {
 
+// What a program asks of its files. The ways in which an open can fail are operations of their
+// own: a lock of another and a missing permission are kOpenRefused.
+enum class FileOperation {
+  kNone,
+  kOpenMissing,
+  kOpenRefused,
+  kRead,
+  kLength,
+  kCreate,
+  kWrite,
+  kSynchronize,
+  kClose,
+  kExists,
+  kIsDirectory,
+  kIsSameFile,
+  kReplace,
+  kRemove,
+};
+
+std::string_view NameOf(FileOperation operation);
+
 // Files in memory under exactly the names that the engine uses. Sharing is as on the host: a
-// writer admits nobody, readers admit readers. Failures are set by the test.
+// writer admits nobody, readers admit readers. Failures are set by the test: lasting ones of a
+// path or of the device, or one call of an operation, which fails as it does on a host. A read then
+// ends the data, a write takes half of its bytes, a close closes and loses some.
 class MemoryFileSystem : public FileSystem {
  public:
   void Put(const std::string& path, std::string bytes);
@@ -30,15 +53,29 @@ class MemoryFileSystem : public FileSystem {
   void OnRead(const std::string& path, std::function<void()> action);
   // No Read answers more than this many bytes.
   void SetReadLimit(size_t bytes);
+  // Runs before each replacing, as another program may work at that moment.
+  void BeforeReplace(std::function<void()> action);
   std::vector<std::string> Paths() const;
   // Files that are open for reading or writing.
   int OpenFiles() const;
 
-  OpenResult<InputFile> OpenForRead(std::string_view path) override;
+  struct Fault {
+    FileOperation operation = FileOperation::kNone;
+    int callsLeft = 0;
+    bool hit = false;  // the call was reached
+    std::string path;  // what it was about
+  };
+  // From now on the call of that number (the first is 1) of the operation fails, and no other.
+  void FailAt(FileOperation operation, int call);
+  void ClearFault() { FailAt(FileOperation::kNone, 0); }
+  Fault GetFault() const;
+
+  OpenResult<InputFile> OpenForRead(std::string_view path,
+                                    Spelling spelling = Spelling::kExact) override;
   OpenResult<OutputFile> OpenForWrite(std::string_view path) override;
-  bool Exists(std::string_view path) override;
-  bool IsDirectory(std::string_view path) override;
-  bool IsSameFile(std::string_view left, std::string_view right) override;
+  bool Exists(std::string_view path, Spelling spelling = Spelling::kExact) override;
+  bool IsDirectory(std::string_view path, Spelling spelling = Spelling::kExact) override;
+  bool IsSameFile(std::string_view path, std::string_view input) override;
   bool Replace(std::string_view from, std::string_view to,
                const MayReplace& mayReplace = {}) override;
   bool Remove(std::string_view path) override;
@@ -55,12 +92,20 @@ class MemoryFileSystem : public FileSystem {
     std::function<void()> onRead;
   };
 
+  // Under the mutex.
+  bool IsThere(std::string_view path) const;
+  bool IsClosedTo(std::string_view path) const;
+  // Whether this call is the one.
+  bool Fails(FileOperation operation, std::string_view path);
+
   mutable std::mutex mutex_;
   std::map<std::string, Entry, std::less<>> entries_;
   std::set<std::string, std::less<>> directories_;
   std::set<std::string, std::less<>> refused_;
   std::optional<size_t> capacity_;
   size_t readLimit_ = SIZE_MAX;
+  std::function<void()> beforeReplace_;
+  Fault fault_;
 };
 
 }  // namespace velkor::testing

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "platform/host.h"
-#include "support/faulty_files.h"
 #include "support/memory_files.h"
 
 namespace velkor::testing {
@@ -12,10 +11,9 @@ struct TestHost {
 
   CodePage codePage;
   MemoryFileSystem files;
-  FaultyFileSystem faults{files};  // between the two; passes everything on until a fault is set
   HostPaths paths{codePage};
   BuiltInResources resources;
-  Host host{codePage, faults, paths, resources, "C:\\data"};
+  Host host{codePage, files, paths, resources, "C:\\data"};
 };
 
 }  // namespace velkor::testing

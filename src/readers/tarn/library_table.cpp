@@ -1,7 +1,9 @@
 #include "readers/tarn/library_table.h"
 
 #include "files/paths.h"
+#include "files/spec_language.h"
 #include "files/text_reader.h"
+#include "platform/limits.h"
 #include "readers/tarn/host_spelling.h"
 
 namespace velkor {
@@ -37,35 +39,6 @@ std::string TablePath(LibraryTableKind kind, const StkProject& project, const Ho
                       host);
 }
 
-size_t SkipWhiteSpace(std::string_view text, size_t position, const CodePage& codePage) {
-  while (position < text.size() && codePage.IsBlank(text, position)) {
-    position += codePage.CharLength(text, position);
-  }
-  return position;
-}
-
-// The function name of a table's line, brackets removed; empty for a line that names none.
-std::string_view TableLineName(std::string_view line, const CodePage& codePage) {
-  const size_t start = SkipWhiteSpace(line, 0, codePage);
-  size_t end = start;
-  while (end < line.size() && line[end] != ',' && !codePage.IsBlank(line, end)) {
-    end += codePage.CharLength(line, end);
-  }
-  std::string_view word = line.substr(start, end - start);
-  if (word.empty() || word.front() == '#') {
-    return {};
-  }
-  if (word.front() != '[') {
-    return word;
-  }
-  word.remove_prefix(1);
-  size_t close = 0;
-  while (close < word.size() && word[close] != ']') {
-    close += codePage.CharLength(word, close);
-  }
-  return word.substr(0, close);
-}
-
 // False when only a part of the table could be read.
 bool ReadNames(StkLibraryTable& table, const CodePage& codePage, RuntimeNameSet& set) {
   const std::unique_ptr<StkByteSource> source = table.Open();
@@ -74,8 +47,8 @@ bool ReadNames(StkLibraryTable& table, const CodePage& codePage, RuntimeNameSet&
   }
   StkTextReader reader(*source);
   TextLine line;
-  while (reader.ReadLine(line, StkSpecReader::kLineBufferSize) && !reader.CutShort()) {
-    const std::string_view name = TableLineName(line.text, codePage);
+  while (reader.ReadLine(line, kTextBufferSize) && !reader.CutShort()) {
+    const std::string_view name = LibraryTableName(line.text, codePage);
     if (!name.empty()) {
       set.names.Insert(name);
     }

@@ -32,7 +32,7 @@ std::optional<std::string> LocateModuleFile(std::string_view sourceName,
   const std::string_view sourceFile = FileNamePart(source, page);
   std::string output =
       AbsoluteAgainst(OutputSetting(sourceFile, projectFile), projectFile.projectDirectory, host);
-  if (host.files.IsDirectory(output)) {
+  if (host.files.IsDirectory(output, Spelling::kOfProject)) {
     output = Join(output, ReplaceExtension(sourceFile, kModuleExtension, page), page);
   } else {
     const std::string_view extension = Extension(output, page);

@@ -2,13 +2,14 @@
 
 #include <algorithm>
 
+#include "platform/limits.h"
 #include "readers/tarn/code_skip.h"
 
 namespace velkor {
 
 namespace {
 
-constexpr size_t kReadLimit = 5119;  // keeps one character less
+constexpr size_t kReadLimit = kMaxTextLength;  // keeps one character less
 
 }  // namespace
 

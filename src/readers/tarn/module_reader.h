@@ -4,6 +4,7 @@
 
 #include "files/text_input_file.h"
 #include "platform/event.h"
+#include "platform/limits.h"
 #include "readers/tarn/module_parser.h"
 #include "readers/tarn/module_recording.h"
 
@@ -15,7 +16,8 @@ namespace velkor {
 class StkAsmModuleReader {
  public:
   static constexpr uint32_t kMaxLines = 65535;
-  static constexpr uint32_t kMaxLineLength = 5119;  // in characters; a longer line is reported
+  // In characters; a longer line is reported.
+  static constexpr uint32_t kMaxLineLength = kMaxTextLength;
   static constexpr uint32_t kLinesPerStopTest = 100;
 
   // An empty recording, which is complete when Read returns.

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "platform/code_page.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
@@ -12,7 +13,7 @@ namespace velkor {
 // border, and so is everything after it.
 class NameBuffer {
  public:
-  static constexpr size_t kCapacity = 5120;
+  static constexpr size_t kCapacity = kTextBufferSize;
 
   explicit NameBuffer(const CodePage& codePage) : codePage_(codePage) {}
 

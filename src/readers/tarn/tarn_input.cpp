@@ -20,7 +20,7 @@ class TarnModuleReader : public ModuleReader {
 
   FileFailure Open(size_t module) override {
     path_ = project_.Modules()[module];
-    OpenResult<InputFile> opened = host_.files.OpenForRead(path_);
+    OpenResult<InputFile> opened = host_.files.OpenForRead(path_, Spelling::kOfProject);
     if (opened.file) {
       file_.emplace(std::move(opened.file));
     }

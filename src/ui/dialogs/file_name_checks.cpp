@@ -1,22 +1,18 @@
 #include "ui/dialogs/file_name_checks.h"
 
-#include "files/paths.h"
+#include <QFile>
+
+#include "platform/limits.h"
 
 namespace velkor {
 
 namespace {
 
-// A name with characters that the code page lacks would become that of another file.
-std::optional<std::string> CheckedName(const QString& path, UiContext& context,
-                                       MessageKey notUsable) {
-  const std::string shown = context.Encoded(path);
-  if (shown.size() > kMaxPathLength) {
-    context.reporter.ShowWarning(MessageKey::kW9407, {MessageFile{shown}});
+std::optional<std::string> CheckedName(const QString& path, UiContext& context) {
+  std::string name = context.host.paths.GivenPath(QFile::encodeName(path).toStdString());
+  if (name.size() > kMaxPathLength) {
+    context.reporter.ShowWarning(MessageKey::kW9407, {MessageFile{name}});
     return std::nullopt;
-  }
-  std::optional<std::string> name = context.host.codePage.FromUtf8(path.toStdString());
-  if (!name) {
-    context.reporter.ShowWarning(notUsable, {MessageFile{shown}});
   }
   return name;
 }
@@ -24,11 +20,11 @@ std::optional<std::string> CheckedName(const QString& path, UiContext& context,
 }  // namespace
 
 std::optional<std::string> NameToOpen(const QString& path, UiContext& context) {
-  return CheckedName(path, context, MessageKey::kW9401);
+  return CheckedName(path, context);
 }
 
 std::optional<std::string> NameToSave(const QString& path, UiContext& context) {
-  std::optional<std::string> name = CheckedName(path, context, MessageKey::kW9402);
+  std::optional<std::string> name = CheckedName(path, context);
   if (name && context.host.files.Exists(*name) &&
       !context.reporter.AskYesNo(MessageKey::kI9501, {})) {
     return std::nullopt;

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "messages/log_view.h"
+#include "platform/limits.h"
 #include "ui/commands/command_target.h"
 #include "ui/commands/frame_operations.h"
 #include "ui/language.h"
@@ -23,7 +24,7 @@ namespace velkor {
 class CStkLogView : public QPlainTextEdit, public LogView, public CommandTarget {
  public:
   // Lines of the text, with the empty one at its end.
-  static constexpr int kMaxLines = 32767;
+  static constexpr int kMaxLines = kMaxTextLines;
 
   CStkLogView(UiContext& context, FrameOperations& frame, Language language,
               QWidget* parent = nullptr);
