@@ -5,12 +5,12 @@
 #include <cstdlib>
 #include <string_view>
 
-namespace velkor {
-
-namespace embedded {
+namespace velkor::embedded {
 extern const std::string_view englishWindowTexts;
 extern const std::string_view japaneseWindowTexts;
-}  // namespace embedded
+}  // namespace velkor::embedded
+
+namespace velkor::ui {
 
 Language ChooseLanguage(std::initializer_list<const char*> settings, bool systemIsJapanese) {
   for (const char* setting : settings) {
@@ -48,4 +48,4 @@ std::string_view JapaneseWindowTexts() {
   return embedded::japaneseWindowTexts;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

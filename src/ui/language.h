@@ -4,7 +4,7 @@
 
 #include "messages/catalogue.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The sets of texts that the window can show.
 enum class Language { kEnglish, kJapanese };
@@ -20,4 +20,4 @@ StkMessages WindowMessages(const CodePage& codePage, Language language);
 std::string_view EnglishWindowTexts();
 std::string_view JapaneseWindowTexts();
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -11,7 +11,7 @@
 #include "ui/commands/toolbar_icons.h"
 #include "ui/wait_cursor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -191,4 +191,4 @@ QWidget* CMainFrame::DialogParent() {
   return modal ? modal : this;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

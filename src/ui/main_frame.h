@@ -19,7 +19,7 @@
 #include "ui/views/function_list_view.h"
 #include "ui/views/log_view.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The main window: menus, toolbar, status bar and the three views; the way of every command; and
 // what the notifications of the jobs do. Asked to close, it stops every job first.
@@ -92,4 +92,4 @@ class CMainFrame : public QMainWindow, public FrameOperations, public CommandTar
   bool closed_ = false;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,7 +5,7 @@
 #include "ui/main_frame.h"
 #include "ui/wait_cursor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 void CMainFrame::UpdateCommands() {
   if (activeView_) {
@@ -172,4 +172,4 @@ void CMainFrame::ResetFunction(StkFunction& function) {
   }
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -2,9 +2,9 @@
 
 #include "core/function_text.h"
 
-namespace velkor {
+namespace velkor::ui {
 
-std::string ShownName(const StkFunction& function, const CodePage& codePage) {
+std::string RowName(const StkFunction& function, const CodePage& codePage) {
   std::string name = FunctionDisplayName(function, codePage);
   if (name.size() > kMaxNameLength) {
     name.resize(codePage.CutLength(name, kCutNameLength));
@@ -26,4 +26,4 @@ KindDescriptions KindsFrom(const UiContext& context) {
   return kinds;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -10,7 +10,7 @@
 #include "ui/commands/commands.h"
 #include "ui/ui_context.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // A row's name holds at most this many bytes; of a longer one stand the first kCutNameLength
 // bytes at most, never half a character, and "...".
@@ -18,7 +18,7 @@ constexpr size_t kMaxNameLength = 259;
 constexpr size_t kCutNameLength = 256;
 
 // The function's display name as a row of the tree or the list shows it, in code page bytes.
-std::string ShownName(const StkFunction& function, const CodePage& codePage);
+std::string RowName(const StkFunction& function, const CodePage& codePage);
 
 // For the screen; undecodable bytes show as U+FFFD.
 QString ForScreen(std::string_view bytes, const CodePage& codePage);
@@ -34,4 +34,4 @@ constexpr uint32_t kKindDescriptionKey = kDialogTextKey * 500 + 1010;
 
 KindDescriptions KindsFrom(const UiContext& context);
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -3,7 +3,7 @@
 #include <QLabel>
 #include <algorithm>
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -40,4 +40,4 @@ void CStkStatusBar::StepIt() {
   SetPosition(position_ + 1);
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

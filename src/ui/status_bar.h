@@ -6,7 +6,7 @@
 
 #include "document/job_monitor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The bar below the views: the idle text or the prompt of the command under the pointer, and the
 // progress of the running job at the right end.
@@ -29,4 +29,4 @@ class CStkStatusBar : public QStatusBar, public ProgressBar {
   uint64_t range_ = 100;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

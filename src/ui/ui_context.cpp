@@ -2,7 +2,7 @@
 
 #include <QList>
 
-namespace velkor {
+namespace velkor::ui {
 
 QString UiContext::Decoded(std::string_view bytes) const {
   const std::string utf8 = host.codePage.ToUtf8(bytes);
@@ -29,4 +29,4 @@ QString UiContext::Text(uint32_t key) const {
   return Decoded(messages.Text(static_cast<MessageKey>(key)));
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -1,9 +1,9 @@
 #include "ui/version_texts.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 VersionTexts ProgramVersion() {
   return {"velkor", VELKOR_VERSION " (" VELKOR_RELEASE_DATE ")"};
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

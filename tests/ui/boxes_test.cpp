@@ -6,10 +6,8 @@
 
 #include "main_window.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
-
-using testing::MainWindow;
 
 // A box of the test that is open until it is told to close, with an event loop as real ones have.
 struct OpenBox {
@@ -108,4 +106,4 @@ TEST_F(RealBoxes, ButtonsGiveTheirAnswers) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

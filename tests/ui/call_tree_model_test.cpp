@@ -8,7 +8,7 @@
 #include "support/computed_graph.h"
 #include "ui/views/function_icons.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
 
 using testing::ComputedGraph;
@@ -212,4 +212,4 @@ TEST_F(CallTree, DeepAndWideTreesCostTheirNodes) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

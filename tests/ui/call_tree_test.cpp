@@ -4,10 +4,8 @@
 
 #include "main_window.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
-
-using testing::MainWindow;
 
 class CallTreeView : public MainWindow {
  protected:
@@ -102,4 +100,4 @@ TEST_F(CallTreeView, TheRightClickedNodeIsTheTargetOnce) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

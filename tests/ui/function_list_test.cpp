@@ -6,7 +6,7 @@
 #include "ui/views/function_icons.h"
 #include "ui/views/function_list_model.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
 
 using testing::ComputedGraph;
@@ -69,4 +69,4 @@ TEST_F(FunctionList, ShowsTheFunctionItsCalleesAndItsExtraCallees) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

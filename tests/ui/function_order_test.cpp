@@ -4,7 +4,7 @@
 
 #include "support/computed_graph.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
 
 using testing::ComputedGraph;
@@ -96,4 +96,4 @@ TEST(AdditionalAmount, FollowsTheAdjustmentInForceOrTheLibrarySize) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

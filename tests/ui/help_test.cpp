@@ -5,7 +5,7 @@
 #include "ui/help/help_location.h"
 #include "ui/help/help_viewer.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
 
 // The settings that are shipped lead to the pages that are shipped.
@@ -56,4 +56,4 @@ TEST(HelpViewer, ShowsTheInstalledPageInTheUsersLanguageOrItsOwn) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
 
 TEST(LanguageChoice, TheStrongestSettingDecides) {
@@ -59,4 +59,4 @@ TEST(WindowTexts, BothSetsHaveTheSameKeysAndShapes) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

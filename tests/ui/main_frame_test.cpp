@@ -1,9 +1,7 @@
 #include "main_window.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
-
-using testing::MainWindow;
 
 TEST_F(MainWindow, AnAnalysisCanOnlyBeStoppedOrReplaced) {
   BlockAt(kModuleB);
@@ -123,4 +121,4 @@ TEST_F(MainWindow, ClosingKeepsAdjustmentsAndSaysWhenItCannot) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

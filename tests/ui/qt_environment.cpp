@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 
-namespace velkor::testing {
+namespace velkor::ui {
 namespace {
 
 // The one application object of the test program. The toolkit does not survive one that goes with
@@ -25,4 +25,4 @@ class QtEnvironment : public ::testing::Environment {
     ::testing::AddGlobalTestEnvironment(new QtEnvironment);
 
 }  // namespace
-}  // namespace velkor::testing
+}  // namespace velkor::ui

@@ -6,7 +6,7 @@
 
 #include "ui/dialogs/file_name_checks.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -108,4 +108,4 @@ QStringList NameFilters(const QString& filter) {
   return filters;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

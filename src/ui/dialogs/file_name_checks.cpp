@@ -2,7 +2,7 @@
 
 #include "files/paths.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -36,4 +36,4 @@ std::optional<std::string> NameToSave(const QString& path, UiContext& context) {
   return name;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -13,7 +13,7 @@
 #include "ui/help/help_pages.h"
 #include "ui/shown_text.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -150,4 +150,4 @@ void HelpViewer::ComeForward() {
   activateWindow();
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -7,7 +7,7 @@
 #include "ui/help/help_location.h"
 #include "ui/language.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 class HelpBrowser;
 
@@ -35,4 +35,4 @@ class HelpViewer : public QWidget {
   HelpBrowser* browser_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -7,7 +7,7 @@
 #include "ui/views/largest_total.h"
 #include "ui/wait_cursor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -181,7 +181,7 @@ QVariant CallTreeModel::data(const QModelIndex& index, int role) const {
   const Node& node = NodeOf(index);
   const bool isBusy = isBusy_();
   if (!isBusy && role == Qt::DisplayRole) {
-    return ForScreen(ShownName(*node.record.function, codePage_), codePage_);
+    return ForScreen(RowName(*node.record.function, codePage_), codePage_);
   }
   auto shown = shown_.find(&node);
   if (!isBusy) {
@@ -253,7 +253,7 @@ bool CallTreeModel::HasChildren(const Node& node) const {
 
 CallTreeModel::Looks CallTreeModel::LooksOf(const Node& node) const {
   const NodeRecord& record = node.record;
-  return {ForScreen(ShownName(*record.function, codePage_), codePage_),
+  return {ForScreen(RowName(*record.function, codePage_), codePage_),
           record.function->IconIndex(record.onMaximumChain, false),
           node.children != kNoLevel || HasChildren(node)};
 }
@@ -299,4 +299,4 @@ QModelIndexList CallTreeModel::Reopen(const CallTreePaths& saved, const Node*& s
   return expanded;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -11,7 +11,7 @@
 #include "ui/views/call_tree_paths.h"
 #include "ui/views/node_record.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The call graph as a tree: the top-level functions, under each node the functions that its
 // function calls. Nodes are made a level at a time, when their parent is first expanded; a
@@ -91,4 +91,4 @@ class CallTreeModel : public QAbstractItemModel {
   mutable std::unordered_map<const Node*, Looks> shown_;  // for when the functions are busy
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -13,7 +13,7 @@
 #include "ui/views/function_icons.h"
 #include "ui/wait_cursor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -322,4 +322,4 @@ void CStkTreeView::ShowMenu(const QModelIndex& index, const QPoint& position) {
   menu->popup(position);
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -11,7 +11,7 @@
 #include "ui/views/function_order.h"
 #include "ui/views/node_record.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The rows of the function list: the function of a tree node, and below it those that it calls.
 // A row's texts and its icon are those at the time of Fill. Refers to functions; the owner clears
@@ -60,4 +60,4 @@ class FunctionListModel : public QAbstractTableModel {
   std::vector<SortValues> sortValues_;  // of the rows
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

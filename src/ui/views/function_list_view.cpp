@@ -11,7 +11,7 @@
 #include "ui/views/function_list_model.h"
 #include "ui/wait_cursor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -216,4 +216,4 @@ bool CStkListView::CanSort() const {
   return functions && functions->Count() > 0;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

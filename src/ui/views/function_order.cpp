@@ -4,7 +4,7 @@
 #include <numeric>
 #include <unordered_map>
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -118,4 +118,4 @@ std::vector<uint32_t> SortedPositions(const std::vector<SortValues>& rows, SortK
   return positions;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -6,7 +6,7 @@
 
 #include "core/function.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // By what the function list can be sorted. The number of a key is the column that carries its
 // arrow, except for kIcon, whose arrow stands on column 0.
@@ -35,4 +35,4 @@ SortValues SortValuesOf(const StkFunction& function, int icon, uint32_t sizeLimi
 std::vector<uint32_t> SortedPositions(const std::vector<SortValues>& rows, SortKey key,
                                       bool descending, const CodePage& codePage);
 
-}  // namespace velkor
+}  // namespace velkor::ui
