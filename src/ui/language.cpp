@@ -33,19 +33,11 @@ Language UserLanguage() {
 
 StkMessages WindowMessages(const CodePage& codePage, Language language) {
   if (language == Language::kEnglish) {
-    return {codePage, {StkMessages::EnglishCatalogue(), EnglishWindowTexts()}};
+    return {codePage, {StkMessages::EnglishCatalogue(), embedded::englishWindowTexts}};
   }
   return {codePage,
-          {StkMessages::EnglishCatalogue(), EnglishWindowTexts(), StkMessages::JapaneseCatalogue(),
-           JapaneseWindowTexts()}};
-}
-
-std::string_view EnglishWindowTexts() {
-  return embedded::englishWindowTexts;
-}
-
-std::string_view JapaneseWindowTexts() {
-  return embedded::japaneseWindowTexts;
+          {StkMessages::EnglishCatalogue(), embedded::englishWindowTexts,
+           StkMessages::JapaneseCatalogue(), embedded::japaneseWindowTexts}};
 }
 
 }  // namespace velkor::ui

@@ -17,7 +17,5 @@ Language UserLanguage();
 
 // Messages and window texts of the language; English where the code page cannot show a text.
 StkMessages WindowMessages(const CodePage& codePage, Language language);
-std::string_view EnglishWindowTexts();
-std::string_view JapaneseWindowTexts();
 
 }  // namespace velkor::ui

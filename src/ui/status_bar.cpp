@@ -7,6 +7,7 @@ namespace velkor::ui {
 
 namespace {
 
+constexpr int kProgressWidth = 120;
 constexpr int kParts = 1000;
 
 }  // namespace

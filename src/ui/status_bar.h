@@ -12,16 +12,11 @@ namespace velkor::ui {
 // progress of the running job at the right end.
 class CStkStatusBar : public QStatusBar, public ProgressBar {
  public:
-  static constexpr int kProgressWidth = 120;
-
   CStkStatusBar(const QString& idleText, const QString& progressName, QWidget* parent = nullptr);
 
   void SetPosition(uint64_t position) override;
   void SetRange(uint64_t range) override;
   void StepIt() override;
-
-  uint64_t Position() const { return position_; }
-  uint64_t Range() const { return range_; }
 
  private:
   QProgressBar* bar_;  // owned by the Qt parent; shows thousandths

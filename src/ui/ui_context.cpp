@@ -2,11 +2,12 @@
 
 #include <QList>
 
+#include "ui/shown_text.h"
+
 namespace velkor::ui {
 
 QString UiContext::Decoded(std::string_view bytes) const {
-  const std::string utf8 = host.codePage.ToUtf8(bytes);
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+  return ForScreen(bytes, host.codePage);
 }
 
 std::string UiContext::Encoded(const QString& text) const {

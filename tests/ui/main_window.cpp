@@ -13,6 +13,22 @@ namespace {
 
 constexpr int kPatience = 10000;
 
+// The one application object of the test program. The toolkit does not survive one that goes with
+// the static objects.
+class QtEnvironment : public ::testing::Environment {
+ public:
+  void TearDown() override { application_.reset(); }
+
+ private:
+  int count_ = 1;
+  char name_[8] = "ui_test";
+  char* arguments_[2] = {name_, nullptr};
+  std::unique_ptr<QApplication> application_ = std::make_unique<QApplication>(count_, arguments_);
+};
+
+[[maybe_unused]] const auto* const kEnvironment =
+    ::testing::AddGlobalTestEnvironment(new QtEnvironment);
+
 }  // namespace
 
 std::optional<std::string> PreparedDialogs::Next() {

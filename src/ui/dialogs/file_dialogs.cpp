@@ -17,6 +17,17 @@ constexpr uint32_t kProjectType = 128;
 constexpr int kFilterLine = 3;
 constexpr int kExtensionLine = 4;
 
+// "Text (*.txt)|*.txt|Table (*.csv)|*.csv||" as the toolkit's name filters.
+QStringList NameFilters(const QString& filter) {
+  const QStringList parts = filter.split(u'|');
+  QStringList filters;
+  for (qsizetype i = 0; i + 1 < parts.size() && !parts[i].isEmpty(); i += 2) {
+    const qsizetype bracket = parts[i].lastIndexOf(u'(');
+    filters << parts[i].left(bracket).trimmed() + " (" + parts[i + 1] + ")";
+  }
+  return filters;
+}
+
 template <typename Dialog>
 std::optional<std::string> AskFor(const QString& filter, UiContext& context, QWidget* parent) {
   Dialog dialog(context, parent);
@@ -96,16 +107,6 @@ CFileSaveDlg::CFileSaveDlg(UiContext& context, QWidget* parent)
 
 std::optional<std::string> CFileSaveDlg::Check(const QString& path) {
   return NameToSave(path, context_);
-}
-
-QStringList NameFilters(const QString& filter) {
-  const QStringList parts = filter.split(u'|');
-  QStringList filters;
-  for (qsizetype i = 0; i + 1 < parts.size() && !parts[i].isEmpty(); i += 2) {
-    const qsizetype bracket = parts[i].lastIndexOf(u'(');
-    filters << parts[i].left(bracket).trimmed() + " (" + parts[i + 1] + ")";
-  }
-  return filters;
 }
 
 }  // namespace velkor::ui

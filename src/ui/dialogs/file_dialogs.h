@@ -65,7 +65,4 @@ class CFileSaveDlg : public CFileDialogEx {
   std::optional<std::string> Check(const QString& path) override;
 };
 
-// "Text (*.txt)|*.txt|Table (*.csv)|*.csv||" as the toolkit's name filters.
-QStringList NameFilters(const QString& filter);
-
 }  // namespace velkor::ui

@@ -19,12 +19,7 @@ constexpr int kLaidOutAtOnce = 20000;
 constexpr qint64 kSearchMilliseconds = 10;
 
 std::string RowText(const StkFunction& function, bool added, const CodePage& codePage) {
-  std::string text = (added ? "+" : "") + TextItem(function, ":", codePage);
-  if (text.size() > kMaxNameLength) {
-    text.resize(codePage.CutLength(text, kCutNameLength));
-    text += "...";
-  }
-  return text;
+  return CutToRow((added ? "+" : "") + TextItem(function, ":", codePage), codePage);
 }
 
 // Letter case counts for nothing in the letters that every code page shares.

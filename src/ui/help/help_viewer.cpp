@@ -133,10 +133,6 @@ void HelpViewer::ShowTopic(int topic) {
   ComeForward();
 }
 
-QString HelpViewer::ShownText() const {
-  return browser_->toPlainText();
-}
-
 void HelpViewer::ComeForward() {
   // A modal dialog blocks every window but those that stand in front of it.
   winId();

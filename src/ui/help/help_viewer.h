@@ -24,8 +24,6 @@ class HelpViewer : public QWidget {
 
   // 1 to 3. Shows the window and brings it to the front.
   void ShowTopic(int topic);
-  // What is shown, without its markup.
-  QString ShownText() const;
 
  private:
   void ComeForward();

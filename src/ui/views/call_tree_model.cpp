@@ -3,6 +3,7 @@
 #include <unordered_set>
 
 #include "core/function_text.h"
+#include "ui/shown_text.h"
 #include "ui/views/function_icons.h"
 #include "ui/views/largest_total.h"
 #include "ui/wait_cursor.h"
@@ -103,14 +104,6 @@ const NodeRecord& CallTreeModel::RecordOf(const QModelIndex& index) const {
 
 StkFunction& CallTreeModel::FunctionOf(const QModelIndex& index) const {
   return *NodeOf(index).record.function;
-}
-
-size_t CallTreeModel::NodeCount() const {
-  size_t count = 0;
-  for (const Level& level : levels_) {
-    count += level.size();
-  }
-  return count;
 }
 
 QModelIndex CallTreeModel::index(int row, int column, const QModelIndex& parent) const {

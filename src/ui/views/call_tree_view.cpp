@@ -8,7 +8,7 @@
 
 #include "ui/commands/context_menu.h"
 #include "ui/commands/function_commands.h"
-#include "ui/shown_text.h"
+#include "ui/views/accessible_texts.h"
 #include "ui/views/call_tree_model.h"
 #include "ui/views/function_icons.h"
 #include "ui/wait_cursor.h"

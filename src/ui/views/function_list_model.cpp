@@ -1,6 +1,7 @@
 #include "ui/views/function_list_model.h"
 
 #include "core/function_text.h"
+#include "ui/shown_text.h"
 #include "ui/views/function_icons.h"
 #include "ui/views/largest_total.h"
 

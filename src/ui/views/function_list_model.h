@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "ui/shown_text.h"
+#include "ui/views/accessible_texts.h"
 #include "ui/views/function_order.h"
 #include "ui/views/node_record.h"
 
@@ -32,7 +32,6 @@ class FunctionListModel : public QAbstractTableModel {
   void Sort(SortKey key, bool descending);
 
   StkFunction* FunctionAt(int row) const { return rows_[static_cast<size_t>(row)].function; }
-  int IconIndexAt(int row) const { return sortValues_[static_cast<size_t>(row)].icon; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;

@@ -5,7 +5,7 @@
 
 #include "ui/commands/context_menu.h"
 #include "ui/commands/function_commands.h"
-#include "ui/shown_text.h"
+#include "ui/views/accessible_texts.h"
 #include "ui/views/arrow_header.h"
 #include "ui/views/function_icons.h"
 #include "ui/views/function_list_model.h"
