@@ -37,6 +37,11 @@ TEST_F(CallTreeView, SelectionFillsTheList) {
   EXPECT_EQ(Document().CurrentSelection(), &Function("main"));
   EXPECT_EQ(ListText(), "main a b spin* ");
 
+  Choose(Command::kSortByTotal);
+  EXPECT_EQ(ListText(), "main spin* a b ");
+  Choose(Command::kSortByTotal);
+  EXPECT_EQ(ListText(), "main a b spin* ") << "turned round";
+
   Tree().expand(Node("main"));
   Tree().expand(Node("spin*"));
   Click(Node("spin*", 1));
@@ -72,6 +77,16 @@ TEST_F(CallTreeView, MarksFollowAnAdjustmentAndBranchesStayOpen) {
   EXPECT_EQ(TreeText(), "main\n  a\n  b\n    c <\n    other\n  spin*\ng\n");
   EXPECT_EQ(Document().CurrentSelection(), &Function("c"));
   EXPECT_EQ(ListText(), "c ");
+}
+
+TEST_F(CallTreeView, TheViewWithTheFocusIsTheTarget) {
+  StartAndFinish();
+  List().setFocus();
+  List().setCurrentIndex(List().model()->index(2, 0));
+  Choose(Command::kAdjustStackSize);
+  Tree().setFocus();
+  Choose(Command::kAdjustStackSize);
+  EXPECT_EQ(adjusted, (std::vector<std::string>{"_b", "_main"}));
 }
 
 TEST_F(CallTreeView, TheRightClickedNodeIsTheTargetOnce) {

@@ -64,6 +64,7 @@ TEST_F(FunctionList, ShowsTheFunctionItsCalleesAndItsExtraCallees) {
   const QPersistentModelIndex self = model->index(4, 0);
   const QPersistentModelIndex lib = model->index(3, 0);
   model->Sort(SortKey::kMargin, true);
+  model->Sort(SortKey::kIcon, false);
   EXPECT_EQ(self.data().toString(), "self*");
   EXPECT_EQ(lib.data().toString(), "[lib]");
   EXPECT_EQ(model->FunctionAt(self.row()), &graph["self"]);
