@@ -18,7 +18,7 @@
 #include "ui/dialogs/adjust_dialog.h"
 #include "ui/dialogs/function_lists_dialog.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
 
 // Processor time of this thread. Other programs on the machine hardly change it.
@@ -90,7 +90,7 @@ class WindowBench {
                               QWidget* parent) { return Adjust(context, function, parent); },
              .functionLists =
                  [this](UiContext& context, FrameOperations& frame, QWidget* parent) {
-                   CFunctionListsDialog dialog(
+                   FunctionListsDialog dialog(
                        context, frame, [](int) {}, parent);
                    Show(dialog);
                  },
@@ -137,7 +137,7 @@ class WindowBench {
   }
   AdjustAnswer Adjust(UiContext& context, StkFunction& function, QWidget* parent) {
     if (shows_) {
-      CAdjustStackSizeDialog dialog(
+      AdjustStackSizeDialog dialog(
           context, function, [](int) {}, parent);
       Show(dialog);
       return {};
@@ -245,10 +245,10 @@ int Run(int argc, char** argv) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui
 
 int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen");
   QApplication toolkit(argc, argv);
-  return velkor::Run(argc, argv);
+  return velkor::ui::Run(argc, argv);
 }

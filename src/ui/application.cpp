@@ -3,7 +3,7 @@
 #include "ui/dialogs/file_name_checks.h"
 #include "ui/wait_cursor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 CStkApp::CStkApp(ApplicationParts parts)
     : parts_(std::move(parts)),
@@ -93,4 +93,4 @@ void CStkApp::OpenDropped(const QString& path) {
   }
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -17,7 +17,7 @@
 #include "ui/ui_context.h"
 #include "ui/version_texts.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // What the application runs on, and the windows it opens. Everything outlives the application.
 // Replaced in tests.
@@ -68,4 +68,4 @@ class CStkApp : public CommandTarget {
   CMainFrame frame_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -4,7 +4,7 @@
 #include <QPixmap>
 #include <algorithm>
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -47,4 +47,4 @@ QIcon DrawnIcon(std::function<void(QPainter&)> draw, QSize size) {
   return QIcon(new DrawnEngine(std::move(draw), size));
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -12,7 +12,7 @@
 #include "ui/dialogs/file_dialogs.h"
 #include "ui/language.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // How the Adjust Stack Size dialog ended.
 struct AdjustAnswer {
@@ -36,4 +36,4 @@ struct FrameParts {
   std::function<void()> closed;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,12 +5,12 @@
 #include <cstdlib>
 #include <string_view>
 
-namespace velkor {
-
-namespace embedded {
+namespace velkor::embedded {
 extern const std::string_view englishWindowTexts;
 extern const std::string_view japaneseWindowTexts;
-}  // namespace embedded
+}  // namespace velkor::embedded
+
+namespace velkor::ui {
 
 Language ChooseLanguage(std::initializer_list<const char*> settings, bool systemIsJapanese) {
   for (const char* setting : settings) {
@@ -33,19 +33,11 @@ Language UserLanguage() {
 
 StkMessages WindowMessages(const CodePage& codePage, Language language) {
   if (language == Language::kEnglish) {
-    return {codePage, {StkMessages::EnglishCatalogue(), EnglishWindowTexts()}};
+    return {codePage, {StkMessages::EnglishCatalogue(), embedded::englishWindowTexts}};
   }
   return {codePage,
-          {StkMessages::EnglishCatalogue(), EnglishWindowTexts(), StkMessages::JapaneseCatalogue(),
-           JapaneseWindowTexts()}};
+          {StkMessages::EnglishCatalogue(), embedded::englishWindowTexts,
+           StkMessages::JapaneseCatalogue(), embedded::japaneseWindowTexts}};
 }
 
-std::string_view EnglishWindowTexts() {
-  return embedded::englishWindowTexts;
-}
-
-std::string_view JapaneseWindowTexts() {
-  return embedded::japaneseWindowTexts;
-}
-
-}  // namespace velkor
+}  // namespace velkor::ui

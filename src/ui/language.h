@@ -4,7 +4,7 @@
 
 #include "messages/catalogue.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The sets of texts that the window can show.
 enum class Language { kEnglish, kJapanese };
@@ -17,7 +17,5 @@ Language UserLanguage();
 
 // Messages and window texts of the language; English where the code page cannot show a text.
 StkMessages WindowMessages(const CodePage& codePage, Language language);
-std::string_view EnglishWindowTexts();
-std::string_view JapaneseWindowTexts();
 
-}  // namespace velkor
+}  // namespace velkor::ui

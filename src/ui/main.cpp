@@ -14,7 +14,7 @@
 #include "ui/help/help_viewer.h"
 #include "ui/window_options.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
 
 // The application with the real windows. The toolkit's application object outlives it.
@@ -47,16 +47,16 @@ class Program {
                              QWidget* parent) { return Adjust(context, function, parent); },
             .functionLists =
                 [this](UiContext& context, FrameOperations& frame, QWidget* parent) {
-                  CFunctionListsDialog(context, frame, ShowHelp(), parent).exec();
+                  FunctionListsDialog(context, frame, ShowHelp(), parent).exec();
                 },
             .about = [](UiContext& context, const VersionTexts& version,
-                        QWidget* parent) { CAboutBox(context, version, parent).exec(); },
+                        QWidget* parent) { AboutBox(context, version, parent).exec(); },
             .showHelp = ShowHelp(),
             .closed = [] { QCoreApplication::exit(0); }};
   }
 
   AdjustAnswer Adjust(UiContext& context, StkFunction& function, QWidget* parent) {
-    CAdjustStackSizeDialog dialog(context, function, ShowHelp(), parent);
+    AdjustStackSizeDialog dialog(context, function, ShowHelp(), parent);
     if (dialog.exec() != QDialog::Accepted) {
       return {};
     }
@@ -111,12 +111,12 @@ int Run(int argc, char** argv) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui
 
 int main(int argc, char** argv) {
   velkor::PrepareStandardStreams();
   try {
-    return velkor::Run(argc, argv);
+    return velkor::ui::Run(argc, argv);
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "velkor: %s\n", failure.what());
     return 1;

@@ -7,11 +7,14 @@
 #include <QToolBar>
 #include <algorithm>
 
+#include "core/function_text.h"
+#include "files/chain_report.h"
 #include "files/paths.h"
+#include "ui/commands/context_menu.h"
 #include "ui/commands/toolbar_icons.h"
 #include "ui/wait_cursor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -42,7 +45,8 @@ CMainFrame::CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts
       actions_(*this, context, parts_.productName, [this](Command command) { Route(command); }),
       statusBar_(new CStkStatusBar(context.Text(kIdlePrompt), context.Text(kProgressName), this)),
       notes_(context),
-      monitor_(context.document, *statusBar_) {
+      monitor_(context.document, *statusBar_),
+      commands_(context, parts_, monitor_, *this) {
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
   CreateBars();
@@ -140,7 +144,8 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
   if (closed_) {
     return;
   }
-  Stop();
+  commands_.Stop();
+  UpdateCommands();
   if (!IsModal()) {
     LetGoOfDocument();
   }
@@ -191,4 +196,84 @@ QWidget* CMainFrame::DialogParent() {
   return modal ? modal : this;
 }
 
-}  // namespace velkor
+void CMainFrame::UpdateCommands() {
+  if (activeView_) {
+    actions_.Update([this](Command command) { return RoutedState(command); });
+  }
+}
+
+std::vector<CommandTarget*> CMainFrame::Targets(Command command) {
+  std::vector<CommandTarget*> targets;
+  if (std::ranges::find(kSortCommands, command) != std::end(kSortCommands)) {
+    targets.push_back(listView_);
+  }
+  targets.insert(targets.end(), {activeView_, &commands_, &parts_.application});
+  return targets;
+}
+
+CommandState CMainFrame::RoutedState(Command command) {
+  for (CommandTarget* target : Targets(command)) {
+    if (const std::optional<CommandState> state = target->StateOf(command)) {
+      return *state;
+    }
+  }
+  return {};
+}
+
+void CMainFrame::Route(Command command) {
+  for (CommandTarget* target : Targets(command)) {
+    const std::optional<CommandState> state = target->StateOf(command);
+    if (!state) {
+      continue;
+    }
+    if (state->enabled) {
+      target->Execute(command);
+    }
+    break;
+  }
+  UpdateCommands();
+}
+
+void CMainFrame::SaveCallChain(StkFunction& function, bool allChains) {
+  const auto path = parts_.fileDialogs.ReportToSave(context_, DialogParent());
+  if (path && HasReadableFunctions(context_.document)) {
+    const WaitCursor waiting;
+    context_.document.SaveCallChains(*path, function, allChains,
+                                     StkChainReport::FormatOf(*path, context_.host.codePage));
+    UpdateCommands();
+  }
+}
+
+bool CMainFrame::AdjustStackSize(StkFunction& function) {
+  CStkDoc& document = context_.document;
+  if (!document.FunctionTable() || !document.CanChangeAnalysis()) {
+    return false;
+  }
+  const AdjustAnswer answer = parts_.adjust(function, DialogParent());
+  if (!answer.accepted) {
+    return false;
+  }
+  const WaitCursor waiting;
+  if (answer.adjustment) {
+    document.AdjustFunction(function, *answer.adjustment);
+  } else if (function.adjustment) {
+    document.CancelAdjustment(function);
+  }
+  UpdateCommands();
+  return true;
+}
+
+void CMainFrame::ResetFunction(StkFunction& function) {
+  CStkDoc& document = context_.document;
+  if (!document.FunctionTable() || !document.CanChangeAnalysis() || !function.adjustment) {
+    return;
+  }
+  const std::string name = FunctionSpecName(function, context_.host.codePage);
+  if (context_.reporter.AskYesNo(MessageKey::kI9502, {name})) {
+    const WaitCursor waiting;
+    document.CancelAdjustment(function);
+    UpdateCommands();
+  }
+}
+
+}  // namespace velkor::ui

@@ -10,6 +10,7 @@
 #include "ui/commands/command_actions.h"
 #include "ui/commands/command_target.h"
 #include "ui/commands/frame_operations.h"
+#include "ui/frame_commands.h"
 #include "ui/frame_parts.h"
 #include "ui/notification_queue.h"
 #include "ui/status_bar.h"
@@ -19,14 +20,14 @@
 #include "ui/views/function_list_view.h"
 #include "ui/views/log_view.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The main window: menus, toolbar, status bar and the three views; the way of every command; and
 // what the notifications of the jobs do. Asked to close, it stops every job first.
 //
 // A command goes to the view that had the focus last, then to the frame, then to the application;
 // a sort command goes to the function list before that. The first that knows it decides.
-class CMainFrame : public QMainWindow, public FrameOperations, public CommandTarget {
+class CMainFrame : public QMainWindow, public FrameOperations {
  public:
   CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts parts);
   ~CMainFrame() override;
@@ -39,18 +40,9 @@ class CMainFrame : public QMainWindow, public FrameOperations, public CommandTar
   void ResetFunction(StkFunction& function) override;
   void UpdateCommands() override;
 
-  // The commands of the frame itself.
-  std::optional<CommandState> StateOf(Command command) override;
-  void Execute(Command command) override;
-
-  // A command on its whole way.
-  CommandState RoutedState(Command command);
-  void Route(Command command);
-
   CStkTreeView& TreeView() { return *treeView_; }
   CStkListView& ListView() { return *listView_; }
   CStkLogView& GetLogView() { return *logView_; }
-  CStkStatusBar& StatusBar() { return *statusBar_; }
   const CommandActions& Actions() const { return actions_; }
 
  protected:
@@ -64,11 +56,9 @@ class CMainFrame : public QMainWindow, public FrameOperations, public CommandTar
   void SetInitialSizes();
   void FollowFocus(QWidget* focused);
   std::vector<CommandTarget*> Targets(Command command);
-  bool HasReadableFunctions() const;
-  void LoadSpecFile();
-  void SaveSpecFile();
-  void ResetAllFunctions();
-  void Stop();
+  // A command on its whole way.
+  CommandState RoutedState(Command command);
+  void Route(Command command);
   void LetGoOfDocument();
   // A dialog or a box is open: what it works on must not go away under it.
   bool IsModal() const;
@@ -89,7 +79,8 @@ class CMainFrame : public QMainWindow, public FrameOperations, public CommandTar
   CommandTarget* activeView_ = nullptr;
   AnalysisNotes notes_;
   StkJobMonitor monitor_;
+  FrameCommands commands_;
   bool closed_ = false;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,7 +5,7 @@
 #include <QEvent>
 #include <QScopedValueRollback>
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -134,4 +134,4 @@ void NotificationQueue::HandleNotification(const Notification& notification) {
   handlers_.notification(notification.message, notification.parameter);
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

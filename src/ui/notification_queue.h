@@ -10,7 +10,7 @@
 
 #include "platform/message_target.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // What background jobs have posted to the window: notifications, and word of each request that
 // waits in the reporter, in the order of posting. Handled in the user-interface thread in short
@@ -86,4 +86,4 @@ class NotificationQueue : public QObject, public MessageTarget {
   bool awake_ = false;  // an event is on its way
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

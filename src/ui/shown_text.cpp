@@ -2,15 +2,25 @@
 
 #include "core/function_text.h"
 
-namespace velkor {
+namespace velkor::ui {
 
-std::string ShownName(const StkFunction& function, const CodePage& codePage) {
-  std::string name = FunctionDisplayName(function, codePage);
-  if (name.size() > kMaxNameLength) {
-    name.resize(codePage.CutLength(name, kCutNameLength));
-    name += "...";
+namespace {
+
+constexpr size_t kMaxRowLength = 259;
+constexpr size_t kCutRowLength = 256;
+
+}  // namespace
+
+std::string RowName(const StkFunction& function, const CodePage& codePage) {
+  return CutToRow(FunctionDisplayName(function, codePage), codePage);
+}
+
+std::string CutToRow(std::string text, const CodePage& codePage) {
+  if (text.size() > kMaxRowLength) {
+    text.resize(codePage.CutLength(text, kCutRowLength));
+    text += "...";
   }
-  return name;
+  return text;
 }
 
 QString ForScreen(std::string_view bytes, const CodePage& codePage) {
@@ -18,12 +28,4 @@ QString ForScreen(std::string_view bytes, const CodePage& codePage) {
   return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
-KindDescriptions KindsFrom(const UiContext& context) {
-  KindDescriptions kinds;
-  for (size_t kind = 0; kind < kinds.size(); ++kind) {
-    kinds[kind] = context.Text(kKindDescriptionKey + static_cast<uint32_t>(kind));
-  }
-  return kinds;
-}
-
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -3,10 +3,11 @@
 #include <QLabel>
 #include <algorithm>
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
+constexpr int kProgressWidth = 120;
 constexpr int kParts = 1000;
 
 }  // namespace
@@ -40,4 +41,4 @@ void CStkStatusBar::StepIt() {
   SetPosition(position_ + 1);
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -6,22 +6,17 @@
 
 #include "document/job_monitor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The bar below the views: the idle text or the prompt of the command under the pointer, and the
 // progress of the running job at the right end.
 class CStkStatusBar : public QStatusBar, public ProgressBar {
  public:
-  static constexpr int kProgressWidth = 120;
-
   CStkStatusBar(const QString& idleText, const QString& progressName, QWidget* parent = nullptr);
 
   void SetPosition(uint64_t position) override;
   void SetRange(uint64_t range) override;
   void StepIt() override;
-
-  uint64_t Position() const { return position_; }
-  uint64_t Range() const { return range_; }
 
  private:
   QProgressBar* bar_;  // owned by the Qt parent; shows thousandths
@@ -29,4 +24,4 @@ class CStkStatusBar : public QStatusBar, public ProgressBar {
   uint64_t range_ = 100;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -2,11 +2,12 @@
 
 #include <QList>
 
-namespace velkor {
+#include "ui/shown_text.h"
+
+namespace velkor::ui {
 
 QString UiContext::Decoded(std::string_view bytes) const {
-  const std::string utf8 = host.codePage.ToUtf8(bytes);
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+  return ForScreen(bytes, host.codePage);
 }
 
 std::string UiContext::Encoded(const QString& text) const {
@@ -29,4 +30,4 @@ QString UiContext::Text(uint32_t key) const {
   return Decoded(messages.Text(static_cast<MessageKey>(key)));
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -8,7 +8,7 @@
 #include "messages/reporter.h"
 #include "platform/host.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // What every part of the window works with. Owned by the application, which outlives them all.
 struct UiContext {
@@ -26,4 +26,4 @@ struct UiContext {
   QString Text(uint32_t key) const;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

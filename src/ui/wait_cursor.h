@@ -3,7 +3,7 @@
 #include <QCursor>
 #include <QGuiApplication>
 
-namespace velkor {
+namespace velkor::ui {
 
 // The pointer shows that work is going on, for as long as this lives. User-interface thread.
 class WaitCursor {
@@ -14,4 +14,4 @@ class WaitCursor {
   WaitCursor& operator=(const WaitCursor&) = delete;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

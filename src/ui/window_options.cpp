@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <string_view>
 
-namespace velkor {
+namespace velkor::ui {
 
 WindowArguments ParseWindowArguments(int argc, const char* const* argv) {
   WindowOptions options;
@@ -26,4 +26,4 @@ bool AskOnlyForText(int argc, const char* const* argv) {
   });
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,7 +5,7 @@
 
 #include "platform/machine_options.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // What the window's command line asks for. Texts are bytes as the caller gave them.
 struct WindowOptions {
@@ -26,4 +26,4 @@ WindowArguments ParseWindowArguments(int argc, const char* const* argv);
 // Whether they ask for what can be answered without a display.
 bool AskOnlyForText(int argc, const char* const* argv);
 
-}  // namespace velkor
+}  // namespace velkor::ui

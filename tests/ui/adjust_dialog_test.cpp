@@ -5,10 +5,8 @@
 
 #include "main_window.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
-
-using testing::MainWindow;
 
 class AdjustDialog : public MainWindow {
  protected:
@@ -17,8 +15,8 @@ class AdjustDialog : public MainWindow {
   }
 
   void OpenFor(const std::string& cName) {
-    dialog = std::make_unique<CAdjustStackSizeDialog>(app->Context(), Function(cName), [](int) {});
-    const QList<FunctionRows*> lists = dialog->findChildren<FunctionRows*>();
+    dialog = std::make_unique<AdjustStackSizeDialog>(app->Context(), Function(cName), [](int) {});
+    const QList<FunctionListBox*> lists = dialog->findChildren<FunctionListBox*>();
     callees = lists[0];
     all = lists[1];
     const QList<QLineEdit*> fields = dialog->findChildren<QLineEdit*>();
@@ -33,9 +31,9 @@ class AdjustDialog : public MainWindow {
   }
   void Press(const QString& text) { QTest::mouseClick(&Button(*dialog, text), Qt::LeftButton); }
 
-  std::unique_ptr<CAdjustStackSizeDialog> dialog;
-  FunctionRows* callees = nullptr;
-  FunctionRows* all = nullptr;
+  std::unique_ptr<AdjustStackSizeDialog> dialog;
+  FunctionListBox* callees = nullptr;
+  FunctionListBox* all = nullptr;
   QLineEdit* margin = nullptr;
   QLineEdit* depth = nullptr;
 };
@@ -103,4 +101,4 @@ TEST_F(AdjustDialog, ResetEmptiesEverythingOnce) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

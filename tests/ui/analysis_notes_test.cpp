@@ -1,10 +1,9 @@
 #include "main_window.h"
 #include "support/module_text.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
 
-using testing::MainWindow;
 using testing::ModuleText;
 
 // What the log says beside the lines of the jobs.
@@ -77,4 +76,4 @@ INSTANTIATE_TEST_SUITE_P(Languages, NotesOfTheWindow,
                          ::testing::Values(Language::kEnglish, Language::kJapanese));
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -8,7 +8,7 @@
 #include "support/computed_graph.h"
 #include "ui/views/function_icons.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
 
 using testing::ComputedGraph;
@@ -16,8 +16,8 @@ using testing::ComputedGraph;
 class CallTree : public ::testing::Test {
  protected:
   void Show(ComputedGraph& graph) {
-    model = std::make_unique<CallTreeModel>(graph.codePage, KindDescriptions(),
-                                            [this] { return busy; });
+    model = std::make_unique<CallTreeModel>(
+        graph.codePage, KindDescriptions{"0", "1", "2", "3", "4"}, [this] { return busy; });
     model->Fill(graph.roots.Functions());
   }
 
@@ -33,26 +33,18 @@ class CallTree : public ::testing::Test {
     return index;
   }
 
-  // A line for each node that exists: indentation, text, icon index, "+" when it has children.
-  std::string Text(const QModelIndex& parent = {}, size_t depth = 0) {
+  // Each node that exists: its text and kind, "+" when it has children, those made in brackets.
+  std::string Text(const QModelIndex& parent = {}) {
     std::string text;
     for (int row = 0; row < model->rowCount(parent); ++row) {
       const QModelIndex index = model->index(row, 0, parent);
-      text += std::string(depth * 2, ' ') + index.data().toString().toStdString() + " " +
-              std::to_string(Icon(index)) + (model->hasChildren(index) ? "+\n" : "\n");
-      text += Text(index, depth + 1);
+      text += (row == 0 ? "" : " ") + index.data().toString().toStdString() + ":" +
+              index.data(Qt::AccessibleDescriptionRole).toString().toStdString() +
+              (model->hasChildren(index) ? "+" : "");
+      const std::string below = Text(index);
+      text += below.empty() ? "" : "[" + below + "]";
     }
     return text;
-  }
-
-  int Icon(const QModelIndex& index) {
-    const QImage image = index.data(Qt::DecorationRole).value<QIcon>().pixmap(16, 16).toImage();
-    const QRgb center = image.pixel(8, 8);
-    int kind = 0;
-    while (kind < 5 && TreeIcon(kind).pixmap(16, 16).toImage().pixel(8, 8) != center) {
-      ++kind;
-    }
-    return kind;
   }
 
   std::string Rebuilt(ComputedGraph& graph, const std::set<std::string>& expandedNames,
@@ -78,84 +70,45 @@ TEST_F(CallTree, ClosesEveryCycleWhereAFunctionComesAgain) {
   // Checks the model's promises while it fetches all there is.
   const QAbstractItemModelTester tester(model.get(),
                                         QAbstractItemModelTester::FailureReportingMode::Fatal);
-  EXPECT_EQ(Text(),
-            "f* 0+\n"
-            "  g* 2+\n"
-            "    f* 0\n"
-            "    g* 2\n"
-            "  h 0\n");
+  EXPECT_EQ(Text(), "f*:0+[g*:2+[f*:0 g*:2] h:0]");
   EXPECT_FALSE(model->RecordOf(Open({0, 0})).repeated);
   EXPECT_TRUE(model->RecordOf(Open({0, 0, 1})).repeated);
 }
 
 TEST_F(CallTree, ShowsCalleesThenExtraCalleesWithKindsAndMaximumMarks) {
   ComputedGraph graph(
-      "main 110 -> big also f x memcpy => target\n"
-      "big 50\n"
-      "also 50\n"
-      "f 20\n"
-      "? x\n"
-      "? memcpy\n"
-      "target 7\n"
-      "static lone 160");
+      "main 110 -> big also f x memcpy => target\nbig 50\nalso 50\nf 20\n? x\n? memcpy\n"
+      "target 7\nstatic lone 160");
   graph["main"].flags |= FN_INDIRECT_CALL;
   graph.SetLibrarySize("memcpy", 8);
   Show(graph);
-  EXPECT_EQ(Text(),
-            "main& 0+\n"
-            "lone.c#lone 0\n")
+  EXPECT_EQ(Text(), "main&:0+ lone.c#lone:0")
       << "two top-level functions share the largest total; nothing is made below them yet";
   Open({0});
-  EXPECT_EQ(Text(),
-            "main& 0+\n"
-            "  also 0\n"
-            "  big 0\n"
-            "  f 4\n"
-            "  [memcpy] 1\n"
-            "  [x] 3\n"
-            "  target 4\n"
-            "lone.c#lone 0\n");
+  EXPECT_EQ(Text(), "main&:0+[also:0 big:0 f:4 [memcpy]:1 [x]:3 target:4] lone.c#lone:0");
+  const auto center = [](const QIcon& icon) {
+    return icon.pixmap(kTreeIconSize).toImage().pixel(8, 8);
+  };
+  EXPECT_EQ(center(Open({0, 4}).data(Qt::DecorationRole).value<QIcon>()), center(TreeIcon(3)));
 
   graph.Adjust("target", 100);
   model->RefreshMarks();
-  EXPECT_EQ(Text(),
-            "main& 0+\n"
-            "  also 4\n"
-            "  big 4\n"
-            "  f 4\n"
-            "  [memcpy] 1\n"
-            "  [x] 3\n"
-            "  target 0\n"
-            "lone.c#lone 4\n");
+  EXPECT_EQ(Text(), "main&:0+[also:4 big:4 f:4 [memcpy]:1 [x]:3 target:0] lone.c#lone:4");
 }
 
 TEST_F(CallTree, RebuildReopensThePathsThatStillExist) {
-  ComputedGraph graph(
-      "main 10 -> a b\n"
-      "a 20 -> c\n"
-      "b 5 -> c\n"
-      "c 30 -> d\n"
-      "d 1");
+  ComputedGraph graph("main 10 -> a b\na 20 -> c\nb 5 -> c\nc 30 -> d\nd 1");
   Show(graph);
   Open({0});
   Open({0, 0});
   const QModelIndex selected = Open({0, 0, 0});
   graph["c"].extraCallees = {&graph["main"]};
-  EXPECT_EQ(Rebuilt(graph, {"main", "a", "c"}, selected),
-            "main 0+\n"
-            "  a 0+\n"
-            "    c 0+\n"
-            "      d 4\n"
-            "      main 0+\n"
-            "  b 4+\n");
+  EXPECT_EQ(Rebuilt(graph, {"main", "a", "c"}, selected), "main:0+[a:0+[c:0+[d:4 main:0+]] b:4+]");
   EXPECT_EQ(restoredSelection, "c");
 
   // c is called by b only: what was open and selected below a has no place any more.
   graph["a"].callees.clear();
-  EXPECT_EQ(Rebuilt(graph, {"main", "a", "c"}, Open({0, 0, 0})),
-            "main 0+\n"
-            "  a 0\n"
-            "  b 4+\n");
+  EXPECT_EQ(Rebuilt(graph, {"main", "a", "c"}, Open({0, 0, 0})), "main:0+[a:0 b:4+]");
   EXPECT_EQ(restoredSelection, "");
 }
 
@@ -171,9 +124,7 @@ TEST_F(CallTree, TouchesNoFunctionWhileAJobChangesThem) {
   Open({0, 0});
   EXPECT_EQ(Text(), before);
   busy = false;
-  EXPECT_EQ(Text(),
-            "main& 0+\n"
-            "  a 0\n");
+  EXPECT_EQ(Text(), "main&:0+[a:0]");
 }
 
 // A chain of rings: every function is recursive and nothing repeats before the very end.
@@ -202,7 +153,8 @@ TEST_F(CallTree, DeepAndWideTreesCostTheirNodes) {
   }
   const std::clock_t start = std::clock();
   const auto restored = model->Rebuild(graph.roots.Functions(), all);
-  EXPECT_EQ(model->NodeCount(), static_cast<size_t>(1 + kDepth + kWidth));
+  ASSERT_EQ(restored.expanded.size(), kDepth + 1);
+  EXPECT_EQ(model->rowCount(restored.expanded.back()), kWidth);
   const CallTreePaths again =
       model->Save([](const QModelIndex&) { return true; }, restored.expanded.back());
   EXPECT_EQ(model->Rebuild(graph.roots.Functions(), again).expanded.size(), kDepth + 1);
@@ -212,4 +164,4 @@ TEST_F(CallTree, DeepAndWideTreesCostTheirNodes) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

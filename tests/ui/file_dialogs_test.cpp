@@ -5,10 +5,8 @@
 #include "main_window.h"
 #include "ui/dialogs/file_name_checks.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
-
-using testing::MainWindow;
 
 class FileNames : public MainWindow {
  protected:
@@ -62,4 +60,4 @@ TEST_F(FileNames, ANameThatIsRefusedLeavesTheDialogOpen) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,14 +5,12 @@
 #include "core/recompute.h"
 #include "main_window.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
 
-using testing::MainWindow;
-
-class FunctionListsDialog : public MainWindow {
+class ListsDialog : public MainWindow {
  protected:
-  FunctionListsDialog() : MainWindow({"main 10 work", "loop 6 loop", "work 4", "B 1"}) {}
+  ListsDialog() : MainWindow({"main 10 work", "loop 6 loop", "work 4", "B 1"}) {}
 
   // With unknown functions and one of the system library.
   void Open() {
@@ -23,8 +21,8 @@ class FunctionListsDialog : public MainWindow {
     }
     functions.SetLibrarySize(Function("lib"), 8);
     Recompute(functions, *Document().RootList(), true, nullptr, nullptr, app->Context().reporter);
-    dialog = std::make_unique<CFunctionListsDialog>(app->Context(), app->Frame(), [](int) {});
-    const QList<FunctionRows*> lists = dialog->findChildren<FunctionRows*>();
+    dialog = std::make_unique<FunctionListsDialog>(app->Context(), app->Frame(), [](int) {});
+    const QList<FunctionListBox*> lists = dialog->findChildren<FunctionListBox*>();
     unknown = lists[0];
     adjusted = lists[1];
     library = lists[2];
@@ -40,14 +38,14 @@ class FunctionListsDialog : public MainWindow {
     Finish();
   }
 
-  std::unique_ptr<CFunctionListsDialog> dialog;
-  FunctionRows* unknown = nullptr;
-  FunctionRows* adjusted = nullptr;
-  FunctionRows* library = nullptr;
+  std::unique_ptr<FunctionListsDialog> dialog;
+  FunctionListBox* unknown = nullptr;
+  FunctionListBox* adjusted = nullptr;
+  FunctionListBox* library = nullptr;
 };
 
 // The rows stand in the order of the names in the modules, not of the names shown.
-TEST_F(FunctionListsDialog, MovesFunctionsBetweenItsLists) {
+TEST_F(ListsDialog, MovesFunctionsBetweenItsLists) {
   Open();
   const std::string others = "U:\n[@@help](?:?)\n[E](?:?)\n[ext](?:?)\n";
   EXPECT_EQ(Lists(), others + "loop*(6:6)\n[a](?:?)\nA:\nL:\n[lib](8:?:+8)\n");
@@ -70,13 +68,13 @@ TEST_F(FunctionListsDialog, MovesFunctionsBetweenItsLists) {
 }
 
 // So many are put in order in steps between which the window answers.
-TEST(FunctionRows, ManyRowsComeWhenTheyAreInOrder) {
+TEST(FunctionListBox, ManyRowsComeWhenTheyAreInOrder) {
   const CodePage codePage = CodePage::Utf8();
   StkFunctionTable table(codePage);
   for (int i = 0; i < 50000; ++i) {
     table.AddUnknown("_f" + std::to_string(i * 7919 % 40009));
   }
-  FunctionRows rows(codePage);
+  FunctionListBox rows(codePage);
   StkFunctionList sorted = table.Functions();
   rows.SetFunctionsByName(sorted);
   EXPECT_EQ(rows.Rows().rowCount(), 0);
@@ -90,4 +88,4 @@ TEST(FunctionRows, ManyRowsComeWhenTheyAreInOrder) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,10 +5,8 @@
 
 #include "main_window.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
-
-using testing::MainWindow;
 
 class LogViewOfTheWindow : public MainWindow {
  protected:
@@ -64,4 +62,4 @@ TEST_F(LogViewOfTheWindow, ManyLinesDoNotKeepTheWindowFromAnswering) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -1,9 +1,9 @@
+#include <QProgressBar>
+
 #include "main_window.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
-
-using testing::MainWindow;
 
 TEST_F(MainWindow, AnAnalysisCanOnlyBeStoppedOrReplaced) {
   BlockAt(kModuleB);
@@ -11,14 +11,14 @@ TEST_F(MainWindow, AnAnalysisCanOnlyBeStoppedOrReplaced) {
   EXPECT_TRUE(app->Context().reporter.OpenedFromCommandLine());
   WaitUntilBlocked();
   EXPECT_FALSE(IsEnabled(Command::kAdjustStackSize) || IsEnabled(Command::kLoadSpecFile));
-  EXPECT_EQ(app->Frame().StatusBar().Position(), 2U);
-  EXPECT_EQ(app->Frame().StatusBar().Range(), 2U);
+  const auto* const progress = app->Frame().findChild<QProgressBar*>();
+  EXPECT_EQ(progress->value(), progress->maximum()) << "of two modules two";
   ChooseWhileBlocked(Command::kStop);
   EXPECT_FALSE(HasJobs());
   HandleEvents();
   EXPECT_FALSE(IsEnabled(Command::kStop) || IsEnabled(Command::kAdjustStackSize));
   EXPECT_TRUE(IsEnabled(Command::kRecalculate));
-  EXPECT_EQ(app->Frame().StatusBar().Position(), 0U);
+  EXPECT_EQ(progress->value(), 0);
 }
 
 TEST_F(MainWindow, OpeningClearsTheMarkOfTheCommandLine) {
@@ -100,16 +100,6 @@ TEST_F(MainWindow, ResettingAsksFirst) {
   EXPECT_EQ(Function("main").totalStackSize, 30U);
 }
 
-TEST_F(MainWindow, ClosingStopsTheAnalysis) {
-  BlockAt(kModuleB);
-  Start(kProject);
-  WaitUntilBlocked();
-  ChooseWhileBlocked(Command::kExit);
-  EXPECT_FALSE(HasJobs());
-  EXPECT_EQ(closedCount, 1);
-  EXPECT_FALSE(app->Frame().isVisible());
-}
-
 TEST_F(MainWindow, ClosingKeepsAdjustmentsAndSaysWhenItCannot) {
   StartAndFinish();
   adjustAnswer.accepted = true;
@@ -123,4 +113,4 @@ TEST_F(MainWindow, ClosingKeepsAdjustmentsAndSaysWhenItCannot) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

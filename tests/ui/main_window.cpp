@@ -7,11 +7,27 @@
 #include "core/adjustments.h"
 #include "support/module_text.h"
 
-namespace velkor::testing {
+namespace velkor::ui {
 
 namespace {
 
 constexpr int kPatience = 10000;
+
+// The one application object of the test program. The toolkit does not survive one that goes with
+// the static objects.
+class QtEnvironment : public ::testing::Environment {
+ public:
+  void TearDown() override { application_.reset(); }
+
+ private:
+  int count_ = 1;
+  char name_[8] = "ui_test";
+  char* arguments_[2] = {name_, nullptr};
+  std::unique_ptr<QApplication> application_ = std::make_unique<QApplication>(count_, arguments_);
+};
+
+[[maybe_unused]] const auto* const kEnvironment =
+    ::testing::AddGlobalTestEnvironment(new QtEnvironment);
 
 }  // namespace
 
@@ -28,8 +44,8 @@ MainWindow::MainWindow(const std::vector<std::string>& functions, Language langu
     : messages(WindowMessages(host.codePage, language)) {
   host.files.AddDirectory("C:\\p");
   host.files.Put(kProject, "[ProjectManager]\nPath=C:\\p\n[SrcFile]\nSource1=a.c\nSource2=b.c\n");
-  host.files.Put("C:\\p\\a.asm", ModuleText("a.c", functions));
-  host.files.Put(kModuleB, ModuleText("b.c", {"g 5"}));
+  host.files.Put("C:\\p\\a.asm", testing::ModuleText("a.c", functions));
+  host.files.Put(kModuleB, testing::ModuleText("b.c", {"g 5"}));
   host.files.Put("C:\\data\\ltr.txt", "# none\n");
   app = std::make_unique<CStkApp>(
       ApplicationParts{.host = host.host,
@@ -153,7 +169,7 @@ void MainWindow::Click(const QModelIndex& node) {
                     Tree().visualRect(node).center());
 }
 
-std::string MainWindow::RowsOf(const FunctionRows& rows) {
+std::string MainWindow::RowsOf(const FunctionListBox& rows) {
   std::string text;
   for (int row = 0; row < rows.model()->rowCount(); ++row) {
     const QModelIndex index = rows.model()->index(row, 0);
@@ -163,7 +179,7 @@ std::string MainWindow::RowsOf(const FunctionRows& rows) {
   return text;
 }
 
-void MainWindow::Select(FunctionRows& rows, int row) {
+void MainWindow::Select(FunctionListBox& rows, int row) {
   const QPoint point = rows.visualRect(rows.model()->index(row, 0)).center();
   QTest::mouseClick(rows.viewport(), Qt::LeftButton, Qt::NoModifier, {10, point.y()});
 }
@@ -178,4 +194,4 @@ QPushButton& MainWindow::Button(QWidget& dialog, const QString& text) {
   return *dialog.findChild<QPushButton*>();
 }
 
-}  // namespace velkor::testing
+}  // namespace velkor::ui

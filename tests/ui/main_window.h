@@ -13,9 +13,9 @@
 #include "support/recorder.h"
 #include "support/test_host.h"
 #include "ui/application.h"
-#include "ui/dialogs/function_rows.h"
+#include "ui/dialogs/function_list_box.h"
 
-namespace velkor::testing {
+namespace velkor::ui {
 
 // Answers every request for a file with the next prepared path; none: cancelled.
 class PreparedDialogs : public FileDialogs {
@@ -75,8 +75,8 @@ class MainWindow : public ::testing::Test {
   void Click(const QModelIndex& node);
 
   // Of dialogs: each row on a line, "<" where selected.
-  static std::string RowsOf(const FunctionRows& rows);
-  static void Select(FunctionRows& rows, int row);
+  static std::string RowsOf(const FunctionListBox& rows);
+  static void Select(FunctionListBox& rows, int row);
   // By its text without mnemonic.
   static QPushButton& Button(QWidget& dialog, const QString& text);
 
@@ -84,9 +84,9 @@ class MainWindow : public ::testing::Test {
   static constexpr const char* kSystemFile = "C:\\p\\app.psg";
   static constexpr const char* kModuleB = "C:\\p\\b.asm";
 
-  TestHost host;
+  testing::TestHost host;
   StkMessages messages;
-  RecordingBoxes boxes;
+  testing::RecordingBoxes boxes;
   PreparedDialogs dialogs;
   AdjustAnswer adjustAnswer;
   std::vector<std::string> adjusted;  // the functions for which the dialog was asked for
@@ -96,4 +96,4 @@ class MainWindow : public ::testing::Test {
   std::unique_ptr<CStkApp> app;
 };
 
-}  // namespace velkor::testing
+}  // namespace velkor::ui

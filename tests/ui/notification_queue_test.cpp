@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
 
 class Posted : public ::testing::Test {
@@ -79,4 +79,4 @@ TEST_F(Posted, NothingIsHandledWithoutHandlersOrLost) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -9,7 +9,7 @@
 #include "ui/commands/context_menu.h"
 #include "ui/commands/toolbar_icons.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -41,7 +41,7 @@ constexpr Command kAllCommands[] = {
 };
 
 const std::array<Items, 4>& Menus() {
-  static const std::array<Items, 4> menus = {
+  static const std::array<Items, 4> kMenus = {
       Items{Command::kOpenProject, std::nullopt, Command::kSaveMaximumChain,
             Command::kSaveAllChains, std::nullopt, Command::kLoadSpecFile, Command::kSaveSpecFile,
             std::nullopt, Command::kExit},
@@ -49,22 +49,22 @@ const std::array<Items, 4>& Menus() {
       Items{Command::kFunctionLists, Command::kAdjustStackSize, Command::kResetFunction,
             Command::kResetAllFunctions},
       Items{Command::kHelp, std::nullopt, Command::kAbout}};
-  return menus;
+  return kMenus;
 }
 
 constexpr size_t kViewMenu = 1;
 
 const Items& ToolBarItems() {
-  static const Items items = {Command::kSaveMaximumChain,
-                              std::nullopt,
-                              Command::kRecalculate,
-                              std::nullopt,
-                              Command::kStop,
-                              std::nullopt,
-                              Command::kAdjustStackSize,
-                              std::nullopt,
-                              Command::kHelp};
-  return items;
+  static const Items kItems = {Command::kSaveMaximumChain,
+                               std::nullopt,
+                               Command::kRecalculate,
+                               std::nullopt,
+                               Command::kStop,
+                               std::nullopt,
+                               Command::kAdjustStackSize,
+                               std::nullopt,
+                               Command::kHelp};
+  return kItems;
 }
 
 QList<QKeySequence> KeysOf(Command command) {
@@ -149,4 +149,4 @@ void CommandActions::FillToolBar(QToolBar& toolBar) const {
   AddItems(toolBar, ToolBarItems(), *this);
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -10,7 +10,7 @@
 #include "ui/commands/command_target.h"
 #include "ui/ui_context.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // One action for every command of the window, with its texts, its keys and its image; the menu
 // bar and the toolbar made of them. Choosing one is handed to the frame.
@@ -33,4 +33,4 @@ class CommandActions {
   std::map<Command, QAction*> actions_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -4,7 +4,7 @@
 
 #include "ui/commands/commands.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 struct CommandState {
   bool enabled = false;
@@ -22,4 +22,4 @@ class CommandTarget {
   virtual void Execute(Command command) = 0;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

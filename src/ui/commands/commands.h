@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace velkor {
+namespace velkor::ui {
 
 // The commands of the window. Each number is also the key of the command's prompt in the
 // catalogue; the text of its menu item has the key kMenuTextKey + the number.
@@ -38,4 +38,4 @@ enum class Command : uint32_t {
 constexpr uint32_t kMenuTextKey = 1000000;
 constexpr uint32_t kDialogTextKey = 100000;
 
-}  // namespace velkor
+}  // namespace velkor::ui

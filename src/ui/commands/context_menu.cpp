@@ -5,7 +5,7 @@
 #include <QCoreApplication>
 #include <QStatusTipEvent>
 
-namespace velkor {
+namespace velkor::ui {
 
 void AddCommands(QMenu& menu, const UiContext& context, const std::vector<Command>& commands,
                  const CommandStateQuery& stateOf, const CommandAction& act) {
@@ -38,4 +38,4 @@ QString PromptOf(Command command, const UiContext& context) {
   return context.Text(static_cast<uint32_t>(command)).section(u'\n', 0, 0);
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

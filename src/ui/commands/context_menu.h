@@ -7,7 +7,7 @@
 #include "ui/commands/command_target.h"
 #include "ui/ui_context.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The function list's six sort commands in the order of their menu.
 constexpr Command kSortCommands[] = {Command::kSortByName,   Command::kSortByIcon,
@@ -28,4 +28,4 @@ void AddCommands(QMenu& menu, const UiContext& context, const std::vector<Comman
 // The view's window shows the prompt of whichever item of the context menu is pointed at.
 void ShowPrompts(QMenu& menu, QWidget& view);
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -2,7 +2,7 @@
 
 #include "core/function.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // What views and dialogs ask of the main frame for the function they have selected.
 // User-interface thread.
@@ -17,4 +17,4 @@ class FrameOperations {
   virtual void UpdateCommands() = 0;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -1,6 +1,6 @@
 #include "ui/commands/function_commands.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 std::optional<CommandState> FunctionCommandState(Command command, const StkFunction* function,
                                                  const CStkDoc& document) {
@@ -38,4 +38,4 @@ void ExecuteFunctionCommand(Command command, StkFunction* function, FrameOperati
   }
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -6,7 +6,7 @@
 #include "ui/commands/command_target.h"
 #include "ui/commands/frame_operations.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The four commands that act on one function of the call tree or the function list.
 
@@ -17,4 +17,4 @@ std::optional<CommandState> FunctionCommandState(Command command, const StkFunct
 // Nothing happens without a function, or for any other command.
 void ExecuteFunctionCommand(Command command, StkFunction* function, FrameOperations& frame);
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,7 +5,7 @@
 
 #include "ui/drawn_icon.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -121,4 +121,4 @@ QIcon ProgramIcon() {
   return DrawnIcon(DrawProgram, QSize(16, 16));
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

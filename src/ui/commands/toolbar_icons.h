@@ -5,7 +5,7 @@
 
 #include "ui/commands/commands.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 constexpr QSize kToolbarIconSize(20, 17);
 
@@ -15,4 +15,4 @@ QIcon ToolbarIcon(Command command);
 // Of the program itself.
 QIcon ProgramIcon();
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -7,7 +7,7 @@
 
 #include "ui/commands/toolbar_icons.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -19,7 +19,7 @@ constexpr int kIconSize = 48;
 
 }  // namespace
 
-CAboutBox::CAboutBox(const UiContext& context, const VersionTexts& version, QWidget* parent)
+AboutBox::AboutBox(const UiContext& context, const VersionTexts& version, QWidget* parent)
     : QDialog(parent) {
   const auto format = [&context](uint32_t key, MessageArguments arguments) {
     return context.Decoded(context.messages.FormatMessageText(MessageKey{key}, arguments));
@@ -47,4 +47,4 @@ CAboutBox::CAboutBox(const UiContext& context, const VersionTexts& version, QWid
   layout->setSizeConstraint(QLayout::SetFixedSize);
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,12 +5,12 @@
 #include "ui/ui_context.h"
 #include "ui/version_texts.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // Name, version and rights. Run it with exec.
-class CAboutBox : public QDialog {
+class AboutBox : public QDialog {
  public:
-  CAboutBox(const UiContext& context, const VersionTexts& version, QWidget* parent = nullptr);
+  AboutBox(const UiContext& context, const VersionTexts& version, QWidget* parent = nullptr);
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -9,10 +9,10 @@
 
 #include "core/function_text.h"
 #include "ui/commands/commands.h"
-#include "ui/dialogs/function_rows.h"
+#include "ui/dialogs/function_list_box.h"
 #include "ui/help/help_location.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -34,10 +34,9 @@ constexpr uint32_t kHelpButton = 57670;
 
 }  // namespace
 
-CAdjustStackSizeDialog::CAdjustStackSizeDialog(const UiContext& context,
-                                               const StkFunction& function,
-                                               std::function<void(int topic)> showHelp,
-                                               QWidget* parent)
+AdjustStackSizeDialog::AdjustStackSizeDialog(const UiContext& context, const StkFunction& function,
+                                             std::function<void(int topic)> showHelp,
+                                             QWidget* parent)
     : QDialog(parent),
       context_(context),
       showHelp_(std::move(showHelp)),
@@ -46,8 +45,8 @@ CAdjustStackSizeDialog::CAdjustStackSizeDialog(const UiContext& context,
       frameSize_(new QLineEdit(this)),
       margin_(new QLineEdit(this)),
       depth_(new QLineEdit(this)),
-      callees_(new FunctionRows(context.host.codePage, this)),
-      all_(new FunctionRows(context.host.codePage, this)),
+      callees_(new FunctionListBox(context.host.codePage, this)),
+      all_(new FunctionListBox(context.host.codePage, this)),
       add_(new QPushButton(Text(kAdd), this)),
       delete_(new QPushButton(Text(kDelete), this)),
       ok_(new QPushButton(Text(kOk), this)),
@@ -66,11 +65,11 @@ CAdjustStackSizeDialog::CAdjustStackSizeDialog(const UiContext& context,
   margin_->selectAll();
 }
 
-QString CAdjustStackSizeDialog::Text(uint32_t item) const {
+QString AdjustStackSizeDialog::Text(uint32_t item) const {
   return context_.Text(kDialogTextKey * kAdjustDialog + item);
 }
 
-void CAdjustStackSizeDialog::Fill(const StkFunction& function) {
+void AdjustStackSizeDialog::Fill(const StkFunction& function) {
   name_->setText(context_.Decoded(FunctionDisplayName(function, context_.host.codePage)));
   name_->setCursorPosition(0);
   name_->setReadOnly(true);
@@ -84,13 +83,13 @@ void CAdjustStackSizeDialog::Fill(const StkFunction& function) {
   all_->SetFunctionsByName(context_.document.FunctionTable()->Functions());
 }
 
-QLabel* CAdjustStackSizeDialog::Label(uint32_t item, QWidget* buddy) {
+QLabel* AdjustStackSizeDialog::Label(uint32_t item, QWidget* buddy) {
   auto* label = new QLabel(Text(item), this);
   label->setBuddy(buddy);
   return label;
 }
 
-void CAdjustStackSizeDialog::Arrange() {
+void AdjustStackSizeDialog::Arrange() {
   auto* layout = new QGridLayout(this);
   layout->addLayout(ArrangeFields(), 0, 0);
   layout->addLayout(ArrangeButtons(), 0, 1);
@@ -99,7 +98,7 @@ void CAdjustStackSizeDialog::Arrange() {
   layout->setRowStretch(1, 1);
 }
 
-QLayout* CAdjustStackSizeDialog::ArrangeFields() {
+QLayout* AdjustStackSizeDialog::ArrangeFields() {
   auto* fields = new QGridLayout;
   depthLabel_ = Label(kDepthLabel, depth_);
   fields->addWidget(Label(kNameLabel, name_), 0, 0);
@@ -114,7 +113,7 @@ QLayout* CAdjustStackSizeDialog::ArrangeFields() {
   return fields;
 }
 
-QLayout* CAdjustStackSizeDialog::ArrangeButtons() {
+QLayout* AdjustStackSizeDialog::ArrangeButtons() {
   auto* buttons = new QVBoxLayout;
   for (QPushButton* button : {ok_, cancel_, reset_, help_}) {
     buttons->addWidget(button);
@@ -124,7 +123,7 @@ QLayout* CAdjustStackSizeDialog::ArrangeButtons() {
   return buttons;
 }
 
-QWidget* CAdjustStackSizeDialog::ArrangeLists() {
+QWidget* AdjustStackSizeDialog::ArrangeLists() {
   auto* group = new QGroupBox(Text(kCalleeGroup), this);
   auto* layout = new QGridLayout(group);
   auto* buttons = new QVBoxLayout;
@@ -141,7 +140,7 @@ QWidget* CAdjustStackSizeDialog::ArrangeLists() {
   return group;
 }
 
-void CAdjustStackSizeDialog::SetTabOrder() {
+void AdjustStackSizeDialog::SetTabOrder() {
   QWidget* const order[] = {name_, frameSize_, margin_, depth_,  callees_, all_,
                             add_,  delete_,    ok_,     cancel_, reset_,   help_};
   for (size_t i = 1; i < std::size(order); ++i) {
@@ -149,11 +148,11 @@ void CAdjustStackSizeDialog::SetTabOrder() {
   }
 }
 
-void CAdjustStackSizeDialog::Connect() {
-  connect(callees_, &FunctionRows::GotFocus, this, [this] { Focused(FocusedList::kCallees); });
-  connect(all_, &FunctionRows::GotFocus, this, [this] { Focused(FocusedList::kAll); });
-  connect(callees_, &FunctionRows::SelectionChanged, this, [this] { UpdateButtons(); });
-  connect(all_, &FunctionRows::SelectionChanged, this, [this] { UpdateButtons(); });
+void AdjustStackSizeDialog::Connect() {
+  connect(callees_, &FunctionListBox::GotFocus, this, [this] { Focused(FocusedList::kCallees); });
+  connect(all_, &FunctionListBox::GotFocus, this, [this] { Focused(FocusedList::kAll); });
+  connect(callees_, &FunctionListBox::SelectionChanged, this, [this] { UpdateButtons(); });
+  connect(all_, &FunctionListBox::SelectionChanged, this, [this] { UpdateButtons(); });
   connect(add_, &QPushButton::clicked, this, [this] { Add(); });
   connect(delete_, &QPushButton::clicked, this, [this] { Delete(); });
   connect(reset_, &QPushButton::clicked, this, [this] { Reset(); });
@@ -164,12 +163,12 @@ void CAdjustStackSizeDialog::Connect() {
           [this] { showHelp_(kAdjustHelp); });
 }
 
-void CAdjustStackSizeDialog::Focused(FocusedList list) {
+void AdjustStackSizeDialog::Focused(FocusedList list) {
   focusedList_ = list;
   UpdateButtons();
 }
 
-void CAdjustStackSizeDialog::UpdateButtons() {
+void AdjustStackSizeDialog::UpdateButtons() {
   bool canAdd = false;
   bool canDelete = false;
   if (focusedList_ == FocusedList::kAll) {
@@ -183,13 +182,13 @@ void CAdjustStackSizeDialog::UpdateButtons() {
   delete_->setEnabled(canDelete);
 }
 
-void CAdjustStackSizeDialog::UpdateRecursion() {
+void AdjustStackSizeDialog::UpdateRecursion() {
   const bool enabled = form_.RecursionEnabled();
   depthLabel_->setEnabled(enabled);
   depth_->setEnabled(enabled);
 }
 
-void CAdjustStackSizeDialog::Add() {
+void AdjustStackSizeDialog::Add() {
   if (actingFunction_ == nullptr) {
     return;
   }
@@ -207,7 +206,7 @@ void CAdjustStackSizeDialog::Add() {
   UpdateRecursion();
 }
 
-void CAdjustStackSizeDialog::Delete() {
+void AdjustStackSizeDialog::Delete() {
   if (actingFunction_ == nullptr) {
     return;
   }
@@ -220,7 +219,7 @@ void CAdjustStackSizeDialog::Delete() {
   UpdateRecursion();
 }
 
-void CAdjustStackSizeDialog::Reset() {
+void AdjustStackSizeDialog::Reset() {
   form_.Reset();
   margin_->setText(context_.Decoded(form_.MarginText()));
   depth_->setText(context_.Decoded(form_.DepthText()));
@@ -229,7 +228,7 @@ void CAdjustStackSizeDialog::Reset() {
   reset_->setEnabled(form_.CanReset());
 }
 
-void CAdjustStackSizeDialog::accept() {
+void AdjustStackSizeDialog::accept() {
   form_.SetMarginText(context_.Encoded(margin_->text()));
   form_.SetDepthText(context_.Encoded(depth_->text()));
   if (const std::optional<AdjustmentForm::Refusal> refusal = form_.Validate()) {
@@ -242,4 +241,4 @@ void CAdjustStackSizeDialog::accept() {
   QDialog::accept();
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -11,20 +11,20 @@ class QLabel;
 class QLineEdit;
 class QPushButton;
 
-namespace velkor {
+namespace velkor::ui {
 
-class FunctionRows;
+class FunctionListBox;
 
 // States the adjustment of one function. Changes nothing in the analysis: after exec() has
 // answered Accepted, the caller applies what BuildAdjustment answers, or cancels the adjustment in
 // force when that is none. User-interface thread; the analysis must not change meanwhile.
-class CAdjustStackSizeDialog : public QDialog {
+class AdjustStackSizeDialog : public QDialog {
   Q_OBJECT
 
  public:
   // The document must hold the function. showHelp is given the topic (kAdjustHelp).
-  CAdjustStackSizeDialog(const UiContext& context, const StkFunction& function,
-                         std::function<void(int topic)> showHelp, QWidget* parent = nullptr);
+  AdjustStackSizeDialog(const UiContext& context, const StkFunction& function,
+                        std::function<void(int topic)> showHelp, QWidget* parent = nullptr);
 
   std::optional<StkAdjustment> BuildAdjustment() const { return form_.BuildAdjustment(); }
 
@@ -61,8 +61,8 @@ class CAdjustStackSizeDialog : public QDialog {
   QLineEdit* frameSize_;
   QLineEdit* margin_;
   QLineEdit* depth_;
-  FunctionRows* callees_;  // the fixed callees, then the added ones
-  FunctionRows* all_;
+  FunctionListBox* callees_;  // the fixed callees, then the added ones
+  FunctionListBox* all_;
   QPushButton* add_;
   QPushButton* delete_;
   QPushButton* ok_;
@@ -72,4 +72,4 @@ class CAdjustStackSizeDialog : public QDialog {
   QLabel* depthLabel_ = nullptr;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

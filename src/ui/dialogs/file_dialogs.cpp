@@ -6,7 +6,7 @@
 
 #include "ui/dialogs/file_name_checks.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -16,6 +16,17 @@ constexpr uint32_t kReportFilter = 35007;
 constexpr uint32_t kProjectType = 128;
 constexpr int kFilterLine = 3;
 constexpr int kExtensionLine = 4;
+
+// "Text (*.txt)|*.txt|Table (*.csv)|*.csv||" as the toolkit's name filters.
+QStringList NameFilters(const QString& filter) {
+  const QStringList parts = filter.split(u'|');
+  QStringList filters;
+  for (qsizetype i = 0; i + 1 < parts.size() && !parts[i].isEmpty(); i += 2) {
+    const qsizetype bracket = parts[i].lastIndexOf(u'(');
+    filters << parts[i].left(bracket).trimmed() + " (" + parts[i + 1] + ")";
+  }
+  return filters;
+}
 
 template <typename Dialog>
 std::optional<std::string> AskFor(const QString& filter, UiContext& context, QWidget* parent) {
@@ -98,14 +109,4 @@ std::optional<std::string> CFileSaveDlg::Check(const QString& path) {
   return NameToSave(path, context_);
 }
 
-QStringList NameFilters(const QString& filter) {
-  const QStringList parts = filter.split(u'|');
-  QStringList filters;
-  for (qsizetype i = 0; i + 1 < parts.size() && !parts[i].isEmpty(); i += 2) {
-    const qsizetype bracket = parts[i].lastIndexOf(u'(');
-    filters << parts[i].left(bracket).trimmed() + " (" + parts[i + 1] + ")";
-  }
-  return filters;
-}
-
-}  // namespace velkor
+}  // namespace velkor::ui

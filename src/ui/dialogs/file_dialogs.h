@@ -6,7 +6,7 @@
 
 #include "ui/ui_context.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // Asks the user for files. Each answers the path in the code page, or none when the user cancels.
 // User-interface thread.
@@ -65,7 +65,4 @@ class CFileSaveDlg : public CFileDialogEx {
   std::optional<std::string> Check(const QString& path) override;
 };
 
-// "Text (*.txt)|*.txt|Table (*.csv)|*.csv||" as the toolkit's name filters.
-QStringList NameFilters(const QString& filter);
-
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -4,7 +4,7 @@
 
 #include "platform/limits.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -32,4 +32,4 @@ std::optional<std::string> NameToSave(const QString& path, UiContext& context) {
   return name;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -6,7 +6,7 @@
 
 #include "ui/ui_context.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // What is checked when the user confirms a file name. User-interface thread.
 
@@ -16,4 +16,4 @@ std::optional<std::string> NameToOpen(const QString& path, UiContext& context);
 // The same for a file to be written; an existing one only if the user wants to overwrite it.
 std::optional<std::string> NameToSave(const QString& path, UiContext& context);
 
-}  // namespace velkor
+}  // namespace velkor::ui

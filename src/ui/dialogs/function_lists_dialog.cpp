@@ -7,10 +7,10 @@
 
 #include "core/adjustments.h"
 #include "ui/commands/commands.h"
-#include "ui/dialogs/function_rows.h"
+#include "ui/dialogs/function_list_box.h"
 #include "ui/help/help_location.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -44,8 +44,8 @@ std::array<StkFunctionList, kRules.size()> ByRule(const StkFunctionTable& functi
 
 }  // namespace
 
-CFunctionListsDialog::CFunctionListsDialog(const UiContext& context, FrameOperations& frame,
-                                           std::function<void(int topic)> showHelp, QWidget* parent)
+FunctionListsDialog::FunctionListsDialog(const UiContext& context, FrameOperations& frame,
+                                         std::function<void(int topic)> showHelp, QWidget* parent)
     : QDialog(parent),
       context_(context),
       frame_(frame),
@@ -54,8 +54,8 @@ CFunctionListsDialog::CFunctionListsDialog(const UiContext& context, FrameOperat
       adjust_(new QPushButton(Text(kAdjustSize), this)),
       help_(new QPushButton(Text(kHelpOfLists), this)) {
   setWindowTitle(Text(0));
-  for (FunctionRows*& list : lists_) {
-    list = new FunctionRows(context.host.codePage, this);
+  for (FunctionListBox*& list : lists_) {
+    list = new FunctionListBox(context.host.codePage, this);
   }
   Arrange();
   SetTabOrder();
@@ -64,11 +64,11 @@ CFunctionListsDialog::CFunctionListsDialog(const UiContext& context, FrameOperat
   lists_[kUnknown]->setFocus();
 }
 
-QString CFunctionListsDialog::Text(uint32_t item) const {
+QString FunctionListsDialog::Text(uint32_t item) const {
   return context_.Text(kDialogTextKey * kListsDialog + item);
 }
 
-void CFunctionListsDialog::Arrange() {
+void FunctionListsDialog::Arrange() {
   auto* buttons = new QVBoxLayout;
   for (QPushButton* button : {close_, adjust_, help_}) {
     buttons->addWidget(button);
@@ -87,15 +87,15 @@ void CFunctionListsDialog::Arrange() {
   }
 }
 
-void CFunctionListsDialog::AddLabelled(QGridLayout& layout, size_t list, int row, int column,
-                                       int rows) {
+void FunctionListsDialog::AddLabelled(QGridLayout& layout, size_t list, int row, int column,
+                                      int rows) {
   auto* label = new QLabel(Text(kLabels[list]), this);
   label->setBuddy(lists_[list]);
   layout.addWidget(label, row, column);
   layout.addWidget(lists_[list], row + 1, column, rows, 1);
 }
 
-void CFunctionListsDialog::SetTabOrder() {
+void FunctionListsDialog::SetTabOrder() {
   QWidget* const order[] = {lists_[kUnknown], lists_[kAdjusted], lists_[kLibrary],
                             close_,           adjust_,           help_};
   for (size_t i = 1; i < std::size(order); ++i) {
@@ -103,10 +103,10 @@ void CFunctionListsDialog::SetTabOrder() {
   }
 }
 
-void CFunctionListsDialog::Connect() {
-  for (FunctionRows* list : lists_) {
-    connect(list, &FunctionRows::GotFocus, this, [this, list] { SetCurrentList(list); });
-    connect(list, &FunctionRows::SelectionChanged, this, [this, list] { SetCurrentList(list); });
+void FunctionListsDialog::Connect() {
+  for (FunctionListBox* list : lists_) {
+    connect(list, &FunctionListBox::GotFocus, this, [this, list] { SetCurrentList(list); });
+    connect(list, &FunctionListBox::SelectionChanged, this, [this, list] { SetCurrentList(list); });
   }
   connect(close_, &QPushButton::clicked, this, [this] { accept(); });
   connect(adjust_, &QPushButton::clicked, this, [this] { AdjustSize(); });
@@ -118,7 +118,7 @@ void CFunctionListsDialog::Connect() {
           [this] { showHelp_(kFunctionListsHelp); });
 }
 
-void CFunctionListsDialog::Fill() {
+void FunctionListsDialog::Fill() {
   auto functions = ByRule(*context_.document.FunctionTable());
   for (size_t i = 0; i < lists_.size(); ++i) {
     lists_[i]->SetFunctionsByName(std::move(functions[i]));
@@ -126,17 +126,17 @@ void CFunctionListsDialog::Fill() {
   UpdateSelectedFunction();
 }
 
-void CFunctionListsDialog::SetCurrentList(FunctionRows* list) {
+void FunctionListsDialog::SetCurrentList(FunctionListBox* list) {
   currentList_ = list;
   UpdateSelectedFunction();
 }
 
-void CFunctionListsDialog::UpdateSelectedFunction() {
+void FunctionListsDialog::UpdateSelectedFunction() {
   selectedFunction_ = currentList_ == nullptr ? nullptr : currentList_->SelectedFunction();
   adjust_->setEnabled(selectedFunction_ != nullptr);
 }
 
-void CFunctionListsDialog::AdjustSize() {
+void FunctionListsDialog::AdjustSize() {
   if (selectedFunction_ == nullptr) {
     return;
   }
@@ -146,10 +146,10 @@ void CFunctionListsDialog::AdjustSize() {
   FocusCurrentList();
 }
 
-void CFunctionListsDialog::FocusCurrentList() {
+void FunctionListsDialog::FocusCurrentList() {
   if (currentList_ != nullptr) {
     currentList_->setFocus();
   }
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

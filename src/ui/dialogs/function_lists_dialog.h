@@ -10,20 +10,20 @@
 class QGridLayout;
 class QPushButton;
 
-namespace velkor {
+namespace velkor::ui {
 
-class FunctionRows;
+class FunctionListBox;
 
 // Shows which functions the analysis cannot settle by itself, which the user has adjusted, and
 // which take their size from a system library table, and lets each be adjusted. Changes nothing by
 // itself. User-interface thread; meanwhile the analysis changes only by AdjustStackSize.
-class CFunctionListsDialog : public QDialog {
+class FunctionListsDialog : public QDialog {
   Q_OBJECT
 
  public:
   // The document must have functions. showHelp is given the topic (kFunctionListsHelp).
-  CFunctionListsDialog(const UiContext& context, FrameOperations& frame,
-                       std::function<void(int topic)> showHelp, QWidget* parent = nullptr);
+  FunctionListsDialog(const UiContext& context, FrameOperations& frame,
+                      std::function<void(int topic)> showHelp, QWidget* parent = nullptr);
 
  private:
   void Arrange();
@@ -32,7 +32,7 @@ class CFunctionListsDialog : public QDialog {
   void Connect();
   QString Text(uint32_t item) const;
   void Fill();
-  void SetCurrentList(FunctionRows* list);
+  void SetCurrentList(FunctionListBox* list);
   void UpdateSelectedFunction();
   void AdjustSize();
   void FocusCurrentList();
@@ -41,12 +41,12 @@ class CFunctionListsDialog : public QDialog {
   FrameOperations& frame_;
   std::function<void(int topic)> showHelp_;
   // Owned by Qt as children.
-  std::array<FunctionRows*, 3> lists_;   // unknown, adjusted, system library
-  FunctionRows* currentList_ = nullptr;  // had the focus or changed its selection last
+  std::array<FunctionListBox*, 3> lists_;   // unknown, adjusted, system library
+  FunctionListBox* currentList_ = nullptr;  // had the focus or changed its selection last
   StkFunction* selectedFunction_ = nullptr;
   QPushButton* close_;
   QPushButton* adjust_;
   QPushButton* help_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -8,7 +8,7 @@
 #include "ui/commands/commands.h"
 #include "ui/shown_text.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -98,4 +98,4 @@ QString Breakable(const QString& text) {
   return result;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

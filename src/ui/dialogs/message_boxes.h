@@ -9,7 +9,7 @@
 #include "messages/catalogue.h"
 #include "ui/notification_queue.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // Message boxes on the screen, in front of whatever window is in use.
 class WindowBoxes : public MessageBoxes {
@@ -48,4 +48,4 @@ class HoldingBoxes : public MessageBoxes {
 // function names can be.
 QString Breakable(const QString& text);
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -4,7 +4,7 @@
 
 #include "core/function.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -65,4 +65,4 @@ void NameSorter::BeginPair(size_t start) {
   rightEnd_ = std::min(right_ + runSize_, functions_.size());
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

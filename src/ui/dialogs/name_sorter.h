@@ -5,7 +5,7 @@
 #include "core/function_list.h"
 #include "platform/code_page.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // Brings functions into the order of SortByName in steps of a few milliseconds each, between which
 // the window can answer the user. Refers to the functions, whose names must not change meanwhile.
@@ -35,4 +35,4 @@ class NameSorter {
   size_t rightEnd_ = 0;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

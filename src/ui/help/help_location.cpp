@@ -4,7 +4,7 @@
 
 #include "files/paths.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -116,4 +116,4 @@ SettingsTree InstallationSettings(const Host& host) {
   return opened.file ? SettingsTree(host.codePage, *opened.file) : SettingsTree(host.codePage);
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -7,7 +7,7 @@
 #include "platform/host.h"
 #include "platform/settings_tree.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The help topics, by the window in which help is asked for.
 constexpr int kMainWindowHelp = 1;
@@ -46,4 +46,4 @@ std::string HelpPath(std::string_view page, const Host& host);
 // it cannot be read.
 SettingsTree InstallationSettings(const Host& host);
 
-}  // namespace velkor
+}  // namespace velkor::ui

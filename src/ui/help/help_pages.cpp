@@ -4,16 +4,16 @@
 
 #include "ui/help/help_location.h"
 
-namespace velkor {
-
-namespace embedded {
+namespace velkor::embedded {
 extern const std::string_view helpWindowEnglish;
 extern const std::string_view helpListsEnglish;
 extern const std::string_view helpAdjustEnglish;
 extern const std::string_view helpWindowJapanese;
 extern const std::string_view helpListsJapanese;
 extern const std::string_view helpAdjustJapanese;
-}  // namespace embedded
+}  // namespace velkor::embedded
+
+namespace velkor::ui {
 
 namespace {
 
@@ -45,4 +45,4 @@ std::string_view EmbeddedHelpPage(std::string_view name, Language language) {
   return {};
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

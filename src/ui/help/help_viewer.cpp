@@ -13,7 +13,7 @@
 #include "ui/help/help_pages.h"
 #include "ui/shown_text.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -133,10 +133,6 @@ void HelpViewer::ShowTopic(int topic) {
   ComeForward();
 }
 
-QString HelpViewer::ShownText() const {
-  return browser_->toPlainText();
-}
-
 void HelpViewer::ComeForward() {
   // A modal dialog blocks every window but those that stand in front of it.
   winId();
@@ -150,4 +146,4 @@ void HelpViewer::ComeForward() {
   activateWindow();
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

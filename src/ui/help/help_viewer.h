@@ -7,7 +7,7 @@
 #include "ui/help/help_location.h"
 #include "ui/language.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 class HelpBrowser;
 
@@ -24,8 +24,6 @@ class HelpViewer : public QWidget {
 
   // 1 to 3. Shows the window and brings it to the front.
   void ShowTopic(int topic);
-  // What is shown, without its markup.
-  QString ShownText() const;
 
  private:
   void ComeForward();
@@ -35,4 +33,4 @@ class HelpViewer : public QWidget {
   HelpBrowser* browser_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

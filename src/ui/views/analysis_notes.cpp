@@ -6,7 +6,7 @@
 #include "core/bound_notes.h"
 #include "ui/commands/commands.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -65,4 +65,4 @@ void AnalysisNotes::WriteCount(const StkBounds& bounds) {
   }
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -6,7 +6,7 @@
 #include "document/document.h"
 #include "ui/ui_context.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // Writes into the log, below the last line of each analysis and of each loaded specification file,
 // what the bounds have to say: the notes, and how many top-level functions have no bound or a total
@@ -30,4 +30,4 @@ class AnalysisNotes : public View {
   UiContext& context_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,7 +5,7 @@
 
 #include "ui/views/function_icons.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -55,4 +55,4 @@ void ArrowHeader::paintSection(QPainter* painter, const QRect& rect, int section
   painter->restore();
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -2,7 +2,7 @@
 
 #include <QHeaderView>
 
-namespace velkor {
+namespace velkor::ui {
 
 // A table's header that draws the arrow of the sorted column at the right of its text.
 class ArrowHeader : public QHeaderView {
@@ -11,8 +11,6 @@ class ArrowHeader : public QHeaderView {
 
   // section -1: no arrow.
   void SetArrow(int section, bool descending);
-  int ArrowSection() const { return arrowSection_; }
-  bool ArrowDescending() const { return descending_; }
 
  protected:
   // With room for an arrow.
@@ -24,4 +22,4 @@ class ArrowHeader : public QHeaderView {
   bool descending_ = false;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -3,11 +3,12 @@
 #include <unordered_set>
 
 #include "core/function_text.h"
+#include "ui/shown_text.h"
 #include "ui/views/function_icons.h"
 #include "ui/views/largest_total.h"
 #include "ui/wait_cursor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -105,14 +106,6 @@ StkFunction& CallTreeModel::FunctionOf(const QModelIndex& index) const {
   return *NodeOf(index).record.function;
 }
 
-size_t CallTreeModel::NodeCount() const {
-  size_t count = 0;
-  for (const Level& level : levels_) {
-    count += level.size();
-  }
-  return count;
-}
-
 QModelIndex CallTreeModel::index(int row, int column, const QModelIndex& parent) const {
   if (row < 0 || column != 0 || row >= rowCount(parent)) {
     return {};
@@ -181,7 +174,7 @@ QVariant CallTreeModel::data(const QModelIndex& index, int role) const {
   const Node& node = NodeOf(index);
   const bool isBusy = isBusy_();
   if (!isBusy && role == Qt::DisplayRole) {
-    return ForScreen(ShownName(*node.record.function, codePage_), codePage_);
+    return ForScreen(RowName(*node.record.function, codePage_), codePage_);
   }
   auto shown = shown_.find(&node);
   if (!isBusy) {
@@ -253,7 +246,7 @@ bool CallTreeModel::HasChildren(const Node& node) const {
 
 CallTreeModel::Looks CallTreeModel::LooksOf(const Node& node) const {
   const NodeRecord& record = node.record;
-  return {ForScreen(ShownName(*record.function, codePage_), codePage_),
+  return {ForScreen(RowName(*record.function, codePage_), codePage_),
           record.function->IconIndex(record.onMaximumChain, false),
           node.children != kNoLevel || HasChildren(node)};
 }
@@ -299,4 +292,4 @@ QModelIndexList CallTreeModel::Reopen(const CallTreePaths& saved, const Node*& s
   return expanded;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -7,11 +7,11 @@
 #include <unordered_map>
 #include <vector>
 
-#include "ui/shown_text.h"
+#include "ui/views/accessible_texts.h"
 #include "ui/views/call_tree_paths.h"
 #include "ui/views/node_record.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The call graph as a tree: the top-level functions, under each node the functions that its
 // function calls. Nodes are made a level at a time, when their parent is first expanded; a
@@ -43,7 +43,6 @@ class CallTreeModel : public QAbstractItemModel {
   // With its repeated mark as it is now. Stays valid as long as the node.
   const NodeRecord& RecordOf(const QModelIndex& index) const;
   StkFunction& FunctionOf(const QModelIndex& index) const;
-  size_t NodeCount() const;
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& index) const override;
@@ -91,4 +90,4 @@ class CallTreeModel : public QAbstractItemModel {
   mutable std::unordered_map<const Node*, Looks> shown_;  // for when the functions are busy
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -1,6 +1,6 @@
 #include "ui/views/call_tree_paths.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -43,4 +43,4 @@ std::string CallTreePaths::Key(Place parent, std::string_view component) {
   return key;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

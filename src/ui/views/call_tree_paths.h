@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <vector>
 
-namespace velkor {
+namespace velkor::ui {
 
 // A set of paths of the call tree: which nodes were expanded and which was selected. The path of a
 // node is "\" and the function's name for each node from the top level down to it; two paths are
@@ -37,4 +37,4 @@ class CallTreePaths {
   Place selected_ = kNowhere;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

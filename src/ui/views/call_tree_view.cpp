@@ -8,12 +8,12 @@
 
 #include "ui/commands/context_menu.h"
 #include "ui/commands/function_commands.h"
-#include "ui/shown_text.h"
+#include "ui/views/accessible_texts.h"
 #include "ui/views/call_tree_model.h"
 #include "ui/views/function_icons.h"
 #include "ui/wait_cursor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -322,4 +322,4 @@ void CStkTreeView::ShowMenu(const QModelIndex& index, const QPoint& position) {
   menu->popup(position);
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

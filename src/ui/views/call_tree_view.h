@@ -11,7 +11,7 @@
 #include "ui/ui_context.h"
 #include "ui/views/node_record.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 class CallTreeModel;
 
@@ -67,4 +67,4 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
   QTimer announceLater_;     // runs while a job changes the functions
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,7 +5,7 @@
 
 #include "ui/drawn_icon.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -50,4 +50,4 @@ void PaintArrow(QPainter& painter, const QRect& rect, bool descending, const QCo
   painter.restore();
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,7 +5,7 @@
 
 class QPainter;
 
-namespace velkor {
+namespace velkor::ui {
 
 // The drawn images of the tree and the list: sharp at every scale. User-interface thread.
 
@@ -23,4 +23,4 @@ constexpr QSize kArrowSize(9, 5);
 // The triangle of a sorted column: up for an ascending order, down for a descending one.
 void PaintArrow(QPainter& painter, const QRect& rect, bool descending, const QColor& color);
 
-}  // namespace velkor
+}  // namespace velkor::ui

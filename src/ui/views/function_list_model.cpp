@@ -1,10 +1,11 @@
 #include "ui/views/function_list_model.h"
 
 #include "core/function_text.h"
+#include "ui/shown_text.h"
 #include "ui/views/function_icons.h"
 #include "ui/views/largest_total.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -118,7 +119,7 @@ QVariant FunctionListModel::headerData(int section, Qt::Orientation orientation,
 }
 
 void FunctionListModel::Append(StkFunction& function, int icon, uint32_t sizeLimit) {
-  rows_.push_back({&function, ShownName(function, codePage_), TotalSizeText(function),
+  rows_.push_back({&function, RowName(function, codePage_), TotalSizeText(function),
                    FrameSizeText(function), AdjustmentInfoText(function, AdjustmentStyle::kList)});
   sortValues_.push_back(SortValuesOf(function, icon, sizeLimit));
 }
@@ -152,4 +153,4 @@ std::string_view FunctionListModel::Text(size_t row, int column) const {
   }
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "ui/shown_text.h"
+#include "ui/views/accessible_texts.h"
 #include "ui/views/function_order.h"
 #include "ui/views/node_record.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The rows of the function list: the function of a tree node, and below it those that it calls.
 // A row's texts and its icon are those at the time of Fill. Refers to functions; the owner clears
@@ -32,7 +32,6 @@ class FunctionListModel : public QAbstractTableModel {
   void Sort(SortKey key, bool descending);
 
   StkFunction* FunctionAt(int row) const { return rows_[static_cast<size_t>(row)].function; }
-  int IconIndexAt(int row) const { return sortValues_[static_cast<size_t>(row)].icon; }
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
@@ -60,4 +59,4 @@ class FunctionListModel : public QAbstractTableModel {
   std::vector<SortValues> sortValues_;  // of the rows
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

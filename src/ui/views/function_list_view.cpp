@@ -5,13 +5,13 @@
 
 #include "ui/commands/context_menu.h"
 #include "ui/commands/function_commands.h"
-#include "ui/shown_text.h"
+#include "ui/views/accessible_texts.h"
 #include "ui/views/arrow_header.h"
 #include "ui/views/function_icons.h"
 #include "ui/views/function_list_model.h"
 #include "ui/wait_cursor.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -216,4 +216,4 @@ bool CStkListView::CanSort() const {
   return functions && functions->Count() > 0;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -11,7 +11,7 @@
 #include "ui/views/function_order.h"
 #include "ui/views/node_record.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 class ArrowHeader;
 class FunctionListModel;
@@ -60,4 +60,4 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
   bool fitting_ = false;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -4,7 +4,7 @@
 #include <numeric>
 #include <unordered_map>
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -17,7 +17,7 @@ uint64_t Doubled(uint32_t size, bool laterAmongZeros) {
 }
 
 // The place of every file among those of the rows: comparing paths is dear, and many functions
-// share a file. 0 is no file; names that differ only in letter case share a place.
+// share a file. 0 is no file; no two files have names that differ only in letter case.
 std::unordered_map<const StkFileEntry*, uint64_t> PlacesOfFiles(const std::vector<SortValues>& rows,
                                                                 const CodePage& codePage) {
   std::unordered_map<const StkFileEntry*, uint64_t> places{{nullptr, 0}};
@@ -30,12 +30,8 @@ std::unordered_map<const StkFileEntry*, uint64_t> PlacesOfFiles(const std::vecto
   std::sort(files.begin(), files.end(), [&](const StkFileEntry* a, const StkFileEntry* b) {
     return codePage.CompareIgnoreCase(a->name, b->name) < 0;
   });
-  uint64_t place = 0;
   for (size_t i = 0; i < files.size(); ++i) {
-    if (i == 0 || !codePage.EqualIgnoreCase(files[i - 1]->name, files[i]->name)) {
-      ++place;
-    }
-    places[files[i]] = place;
+    places[files[i]] = i + 1;
   }
   return places;
 }
@@ -58,8 +54,8 @@ std::vector<uint64_t> Numbers(const std::vector<SortValues>& rows, SortKey key,
   return numbers;
 }
 
-}  // namespace
-
+// What a function's adjustment, or else its library size, adds to its stack, in bytes; kOverSize
+// above the limit.
 uint32_t AdditionalAmount(const StkFunction& function, uint32_t sizeLimit) {
   if (!function.adjustment) {
     return function.Is(FN_LIBRARY | FN_FIXED_EXTRA) ? Limited(function.librarySize, sizeLimit) : 0;
@@ -80,6 +76,8 @@ uint32_t AdditionalAmount(const StkFunction& function, uint32_t sizeLimit) {
   }
   return Limited(amount, sizeLimit);
 }
+
+}  // namespace
 
 SortValues SortValuesOf(const StkFunction& function, int icon, uint32_t sizeLimit) {
   const bool hasAmount = function.adjustment || function.Is(FN_LIBRARY);
@@ -118,4 +116,4 @@ std::vector<uint32_t> SortedPositions(const std::vector<SortValues>& rows, SortK
   return positions;
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -6,15 +6,11 @@
 
 #include "core/function.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // By what the function list can be sorted. The number of a key is the column that carries its
 // arrow, except for kIcon, whose arrow stands on column 0.
 enum class SortKey { kName, kTotal, kFrame, kMargin, kFile, kIcon };
-
-// What a function's adjustment, or else its library size, adds to its stack, in bytes; kOverSize
-// above the limit.
-uint32_t AdditionalAmount(const StkFunction& function, uint32_t sizeLimit);
 
 // What a function's row is sorted by, as it stood when the row was made: sorting reads no function
 // that a job may be changing. Refers to the function's name and file, which stay.
@@ -24,7 +20,7 @@ struct SortValues {
   // A size doubled, so that among zeros the lowest bit tells which comes first.
   uint64_t total = 0;
   uint64_t frame = 0;
-  uint64_t margin = 0;
+  uint64_t margin = 0;  // what the adjustment, or else the library size, adds to the stack
   int icon = 0;
   uint32_t tableIndex = 0;  // decides between equal rows, in both directions
 };
@@ -35,4 +31,4 @@ SortValues SortValuesOf(const StkFunction& function, int icon, uint32_t sizeLimi
 std::vector<uint32_t> SortedPositions(const std::vector<SortValues>& rows, SortKey key,
                                       bool descending, const CodePage& codePage);
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -5,7 +5,7 @@
 
 #include "core/function.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // 0 for an empty list.
 inline uint32_t LargestTotal(const StkFunctionList& functions) {
@@ -22,4 +22,4 @@ inline uint32_t LargestCalleeTotal(const StkFunction& function) {
   return std::max(LargestTotal(function.callees), LargestTotal(function.extraCallees));
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -8,7 +8,7 @@
 
 #include "ui/commands/context_menu.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -165,4 +165,4 @@ void CStkLogView::ClearAll() {
   frame_.UpdateCommands();
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

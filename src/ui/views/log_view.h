@@ -13,7 +13,7 @@
 #include "ui/language.h"
 #include "ui/ui_context.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // The record of everything that was reported, one message or note a line, the newest last; of very
 // many the oldest disappear. Read-only. Registered with the reporter from its creation to its
@@ -56,4 +56,4 @@ class CStkLogView : public QPlainTextEdit, public LogView, public CommandTarget 
   QTimer showLater_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

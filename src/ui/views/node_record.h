@@ -1,8 +1,10 @@
 #pragma once
 
 namespace velkor {
-
 struct StkFunction;
+}  // namespace velkor
+
+namespace velkor::ui {
 
 // What the call tree knows of one of its nodes, and the function list reads of the selected one.
 struct NodeRecord {
@@ -11,4 +13,4 @@ struct NodeRecord {
   bool repeated = false;        // recursive, and stands on one of its ancestors: no children
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

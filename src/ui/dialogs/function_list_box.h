@@ -9,13 +9,13 @@
 #include "platform/code_page.h"
 #include "ui/dialogs/name_sorter.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 // Rows of functions, one column. A row's text is made whenever it is shown and never kept, so that
 // a million rows cost their references only. Refers to functions, which must outlive it.
-class FunctionRowsModel : public QAbstractListModel {
+class FunctionListBoxModel : public QAbstractListModel {
  public:
-  explicit FunctionRowsModel(const CodePage& codePage, QObject* parent = nullptr);
+  explicit FunctionListBoxModel(const CodePage& codePage, QObject* parent = nullptr);
 
   // From row firstAdded on, a row shows that its function was added.
   void SetRows(StkFunctionList functions, size_t firstAdded);
@@ -43,13 +43,13 @@ class FunctionRowsModel : public QAbstractListModel {
 
 // A list of one column over such rows. It starts as wide as the view and widens to the widest row
 // that was shown so far, so that long names can be scrolled to. One row at most is selected.
-class FunctionRows : public QListView {
+class FunctionListBox : public QListView {
   Q_OBJECT
 
  public:
-  explicit FunctionRows(const CodePage& codePage, QWidget* parent = nullptr);
+  explicit FunctionListBox(const CodePage& codePage, QWidget* parent = nullptr);
 
-  FunctionRowsModel& Rows() { return *rows_; }
+  FunctionListBoxModel& Rows() { return *rows_; }
   // None when no row is selected.
   StkFunction* SelectedFunction() const;
   // Another set of rows: scrolled to the first, nothing selected.
@@ -78,10 +78,10 @@ class FunctionRows : public QListView {
   void ShowSorted();
 
   const CodePage& codePage_;
-  FunctionRowsModel* rows_;
+  FunctionListBoxModel* rows_;
   Delegate* delegate_;
   std::unique_ptr<NameSorter> sorter_;  // of the rows that are to come
   QTimer sortLater_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::ui

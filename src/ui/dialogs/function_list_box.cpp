@@ -1,4 +1,4 @@
-#include "ui/dialogs/function_rows.h"
+#include "ui/dialogs/function_list_box.h"
 
 #include <QElapsedTimer>
 #include <QKeyEvent>
@@ -10,7 +10,7 @@
 #include "platform/letter_case.h"
 #include "ui/shown_text.h"
 
-namespace velkor {
+namespace velkor::ui {
 
 namespace {
 
@@ -19,12 +19,7 @@ constexpr int kLaidOutAtOnce = 20000;
 constexpr qint64 kSearchMilliseconds = 10;
 
 std::string RowText(const StkFunction& function, bool added, const CodePage& codePage) {
-  std::string text = (added ? "+" : "") + TextItem(function, ":", codePage);
-  if (text.size() > kMaxNameLength) {
-    text.resize(codePage.CutLength(text, kCutNameLength));
-    text += "...";
-  }
-  return text;
+  return CutToRow((added ? "+" : "") + TextItem(function, ":", codePage), codePage);
 }
 
 // Letter case counts for nothing in the letters that every code page shares.
@@ -38,31 +33,31 @@ bool StartsWith(std::string_view text, std::string_view start) {
 
 }  // namespace
 
-FunctionRowsModel::FunctionRowsModel(const CodePage& codePage, QObject* parent)
+FunctionListBoxModel::FunctionListBoxModel(const CodePage& codePage, QObject* parent)
     : QAbstractListModel(parent), codePage_(codePage) {}
 
-void FunctionRowsModel::SetRows(StkFunctionList functions, size_t firstAdded) {
+void FunctionListBoxModel::SetRows(StkFunctionList functions, size_t firstAdded) {
   beginResetModel();
   functions_ = std::move(functions);
   firstAdded_ = firstAdded;
   endResetModel();
 }
 
-void FunctionRowsModel::InsertAdded(size_t row, StkFunction& function) {
+void FunctionListBoxModel::InsertAdded(size_t row, StkFunction& function) {
   const int position = static_cast<int>(row);
   beginInsertRows({}, position, position);
   functions_.insert(functions_.begin() + position, &function);
   endInsertRows();
 }
 
-void FunctionRowsModel::RemoveAdded(size_t row) {
+void FunctionListBoxModel::RemoveAdded(size_t row) {
   const int position = static_cast<int>(row);
   beginRemoveRows({}, position, position);
   functions_.erase(functions_.begin() + position);
   endRemoveRows();
 }
 
-void FunctionRowsModel::RemoveAllAdded() {
+void FunctionListBoxModel::RemoveAllAdded() {
   if (functions_.size() > firstAdded_) {
     beginRemoveRows({}, static_cast<int>(firstAdded_), static_cast<int>(functions_.size()) - 1);
     functions_.resize(firstAdded_);
@@ -70,11 +65,11 @@ void FunctionRowsModel::RemoveAllAdded() {
   }
 }
 
-int FunctionRowsModel::rowCount(const QModelIndex& parent) const {
+int FunctionListBoxModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : static_cast<int>(functions_.size());
 }
 
-QVariant FunctionRowsModel::data(const QModelIndex& index, int role) const {
+QVariant FunctionListBoxModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || role != Qt::DisplayRole) {
     return {};
   }
@@ -82,7 +77,8 @@ QVariant FunctionRowsModel::data(const QModelIndex& index, int role) const {
   return ForScreen(RowText(*functions_[row], row >= firstAdded_, codePage_), codePage_);
 }
 
-bool FunctionRowsModel::NameStartsWith(const StkFunction& function, std::string_view search) const {
+bool FunctionListBoxModel::NameStartsWith(const StkFunction& function,
+                                          std::string_view search) const {
   if (StartsWith(CName(function), search)) {
     return true;
   }
@@ -95,8 +91,9 @@ bool FunctionRowsModel::NameStartsWith(const StkFunction& function, std::string_
          StartsWith(FunctionSpecName(function, codePage_), search);
 }
 
-QModelIndexList FunctionRowsModel::match(const QModelIndex& start, int role, const QVariant& value,
-                                         int hits, Qt::MatchFlags flags) const {
+QModelIndexList FunctionListBoxModel::match(const QModelIndex& start, int role,
+                                            const QVariant& value, int hits,
+                                            Qt::MatchFlags flags) const {
   const bool isSearch = role == Qt::DisplayRole && hits == 1 && flags.testFlag(Qt::MatchWrap) &&
                         (flags & Qt::MatchTypeMask) == Qt::MatchStartsWith;
   if (!isSearch || !start.isValid()) {
@@ -116,7 +113,7 @@ QModelIndexList FunctionRowsModel::match(const QModelIndex& start, int role, con
 }
 
 // Every row is as wide as the widest that was painted; the view asks once for all of them.
-class FunctionRows::Delegate : public QStyledItemDelegate {
+class FunctionListBox::Delegate : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
@@ -136,10 +133,10 @@ class FunctionRows::Delegate : public QStyledItemDelegate {
   mutable int widest_ = 0;
 };
 
-FunctionRows::FunctionRows(const CodePage& codePage, QWidget* parent)
+FunctionListBox::FunctionListBox(const CodePage& codePage, QWidget* parent)
     : QListView(parent),
       codePage_(codePage),
-      rows_(new FunctionRowsModel(codePage, this)),
+      rows_(new FunctionListBoxModel(codePage, this)),
       delegate_(new Delegate(this)) {
   setModel(rows_);
   setItemDelegate(delegate_);
@@ -153,24 +150,24 @@ FunctionRows::FunctionRows(const CodePage& codePage, QWidget* parent)
   setHorizontalScrollMode(ScrollPerPixel);
   setTabKeyNavigation(false);
   connect(selectionModel(), &QItemSelectionModel::selectionChanged, this,
-          &FunctionRows::SelectionChanged);
+          &FunctionListBox::SelectionChanged);
   sortLater_.setInterval(0);
   connect(&sortLater_, &QTimer::timeout, this, [this] { SortSome(); });
 }
 
-StkFunction* FunctionRows::SelectedFunction() const {
+StkFunction* FunctionListBox::SelectedFunction() const {
   const QModelIndexList selected = selectionModel()->selectedRows();
   return selected.empty() ? nullptr : rows_->FunctionAt(selected.front().row());
 }
 
-void FunctionRows::SetFunctions(StkFunctionList functions, size_t firstAdded) {
+void FunctionListBox::SetFunctions(StkFunctionList functions, size_t firstAdded) {
   sorter_.reset();
   sortLater_.stop();
   delegate_->Forget();
   rows_->SetRows(std::move(functions), firstAdded);
 }
 
-void FunctionRows::SetFunctionsByName(StkFunctionList functions) {
+void FunctionListBox::SetFunctionsByName(StkFunctionList functions) {
   const bool isShort = functions.size() <= kSortedAtOnce;
   SetFunctions({}, 0);
   sorter_ = std::make_unique<NameSorter>(std::move(functions), codePage_);
@@ -183,7 +180,7 @@ void FunctionRows::SetFunctionsByName(StkFunctionList functions) {
   }
 }
 
-void FunctionRows::SortSome() {
+void FunctionListBox::SortSome() {
   QElapsedTimer slice;
   slice.start();
   while (slice.elapsed() < kSearchMilliseconds) {
@@ -193,17 +190,17 @@ void FunctionRows::SortSome() {
   }
 }
 
-void FunctionRows::ShowSorted() {
+void FunctionListBox::ShowSorted() {
   StkFunctionList functions = sorter_->Take();
   const size_t count = functions.size();
   SetFunctions(std::move(functions), count);
 }
 
-QSize FunctionRows::sizeHint() const {
+QSize FunctionListBox::sizeHint() const {
   return {fontMetrics().averageCharWidth() * 34, fontMetrics().height() * 8};
 }
 
-void FunctionRows::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
+void FunctionListBox::rowsAboutToBeRemoved(const QModelIndex& parent, int start, int end) {
   const QModelIndexList selected = selectionModel()->selectedRows();
   const bool staysSelected =
       !selected.empty() && (selected.front().row() < start || selected.front().row() > end);
@@ -214,16 +211,16 @@ void FunctionRows::rowsAboutToBeRemoved(const QModelIndex& parent, int start, in
   }
 }
 
-void FunctionRows::paintEvent(QPaintEvent* event) {
+void FunctionListBox::paintEvent(QPaintEvent* event) {
   const int before = delegate_->Widest();
   QListView::paintEvent(event);
   if (delegate_->Widest() > before) {
     // Not now: new scroll bars change the area that is being painted.
-    QMetaObject::invokeMethod(this, &FunctionRows::WidenToShownRows, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(this, &FunctionListBox::WidenToShownRows, Qt::QueuedConnection);
   }
 }
 
-void FunctionRows::WidenToShownRows() {
+void FunctionListBox::WidenToShownRows() {
   if (delegate_->Widest() > contentsSize().width()) {
     resizeContents(delegate_->Widest(), contentsSize().height());
     updateGeometries();
@@ -231,12 +228,12 @@ void FunctionRows::WidenToShownRows() {
   }
 }
 
-void FunctionRows::focusInEvent(QFocusEvent* event) {
+void FunctionListBox::focusInEvent(QFocusEvent* event) {
   QListView::focusInEvent(event);
   emit GotFocus();
 }
 
-void FunctionRows::keyPressEvent(QKeyEvent* event) {
+void FunctionListBox::keyPressEvent(QKeyEvent* event) {
   // The first row has the keyboard without being selected; moving to it selects it.
   const bool moves =
       event->key() == Qt::Key_Down || event->key() == Qt::Key_Up || event->key() == Qt::Key_Home;
@@ -248,4 +245,4 @@ void FunctionRows::keyPressEvent(QKeyEvent* event) {
   QListView::keyPressEvent(event);
 }
 
-}  // namespace velkor
+}  // namespace velkor::ui

@@ -4,10 +4,8 @@
 
 #include "main_window.h"
 
-namespace velkor {
+namespace velkor::ui {
 namespace {
-
-using testing::MainWindow;
 
 class CallTreeView : public MainWindow {
  protected:
@@ -38,6 +36,11 @@ TEST_F(CallTreeView, SelectionFillsTheList) {
   EXPECT_EQ(TreeText(), "main <\nother\ng\n");
   EXPECT_EQ(Document().CurrentSelection(), &Function("main"));
   EXPECT_EQ(ListText(), "main a b spin* ");
+
+  Choose(Command::kSortByTotal);
+  EXPECT_EQ(ListText(), "main spin* a b ");
+  Choose(Command::kSortByTotal);
+  EXPECT_EQ(ListText(), "main a b spin* ") << "turned round";
 
   Tree().expand(Node("main"));
   Tree().expand(Node("spin*"));
@@ -76,6 +79,16 @@ TEST_F(CallTreeView, MarksFollowAnAdjustmentAndBranchesStayOpen) {
   EXPECT_EQ(ListText(), "c ");
 }
 
+TEST_F(CallTreeView, TheViewWithTheFocusIsTheTarget) {
+  StartAndFinish();
+  List().setFocus();
+  List().setCurrentIndex(List().model()->index(2, 0));
+  Choose(Command::kAdjustStackSize);
+  Tree().setFocus();
+  Choose(Command::kAdjustStackSize);
+  EXPECT_EQ(adjusted, (std::vector<std::string>{"_b", "_main"}));
+}
+
 TEST_F(CallTreeView, TheRightClickedNodeIsTheTargetOnce) {
   StartAndFinish();
   Tree().expand(Node("main"));
@@ -102,4 +115,4 @@ TEST_F(CallTreeView, TheRightClickedNodeIsTheTargetOnce) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::ui
