@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/folder_listing.h"
+
 namespace velkor {
 
 enum class FileFailure {
@@ -67,6 +69,7 @@ class FileSystem {
   virtual bool Replace(std::string_view from, std::string_view to,
                        const MayReplace& mayReplace = {}) = 0;
   virtual bool Remove(std::string_view path) = 0;
+  virtual FolderListing ListFolder(std::string_view path) = 0;
 };
 
 }  // namespace velkor

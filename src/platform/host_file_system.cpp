@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/host_file.h"
+#include "platform/host_folder.h"
 #include "platform/name_lookup.h"
 
 namespace velkor {
@@ -216,6 +217,10 @@ bool HostFileSystem::Replace(std::string_view from, std::string_view to,
 bool HostFileSystem::Remove(std::string_view path) {
   const std::string hostPath = paths_.ToHost(path);
   return hostPath.find('\0') == std::string::npos && unlink(hostPath.c_str()) == 0;
+}
+
+FolderListing HostFileSystem::ListFolder(std::string_view path) {
+  return ListHostFolder(paths_.ToHost(path));
 }
 
 }  // namespace velkor

@@ -157,4 +157,8 @@ bool FaultyFileSystem::Remove(std::string_view path) {
   return !Fails(FileOperation::kRemove, path) && files_.Remove(path);
 }
 
+FolderListing FaultyFileSystem::ListFolder(std::string_view path) {
+  return files_.ListFolder(path);
+}
+
 }  // namespace velkor::testing

@@ -56,6 +56,7 @@ class FaultyFileSystem : public FileSystem {
   bool Replace(std::string_view from, std::string_view to,
                const MayReplace& mayReplace = {}) override;
   bool Remove(std::string_view path) override;
+  FolderListing ListFolder(std::string_view path) override;
 
  private:
   class Input;
