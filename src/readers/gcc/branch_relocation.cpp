@@ -143,7 +143,10 @@ std::optional<BranchRelocation> ReadBranch(const ElfFile& elf, std::string_view 
   }
   std::optional<BranchRelocation> branch = form->decode({bytes, relocation.offset, elf.Order()});
   if (branch) {
-    branch->addend = (relocation.addendInPlace ? branch->addend : relocation.addend) + form->ahead;
+    // Addends of a broken file may wrap.
+    const int64_t addend = relocation.addendInPlace ? branch->addend : relocation.addend;
+    branch->addend =
+        static_cast<int64_t>(static_cast<uint64_t>(addend) + static_cast<uint64_t>(form->ahead));
   }
   return branch;
 }

@@ -307,10 +307,9 @@ const ElfSection* ElfFile::FindSection(std::string_view name) const {
 
 std::vector<ElfRelocation> ElfFile::RelocationsOf(uint32_t section, BinaryFaults& faults) const {
   std::vector<ElfRelocation> relocations;
-  const auto range =
-      std::ranges::equal_range(relocationSections_, section, {}, &RelocationSection::target);
-  for (const RelocationSection& one : range) {
-    const ElfSection& table = sections_[one.section];
+  auto one = std::ranges::lower_bound(relocationSections_, section, {}, &RelocationSection::target);
+  for (; one != relocationSections_.end() && one->target == section; ++one) {
+    const ElfSection& table = sections_[one->section];
     const bool addends = table.type == SECTION_RELOCATIONS_WITH_ADDENDS;
     const size_t size = AddressSize() * (addends ? 3 : 2);
     if (table.entrySize != size || table.link != symbolSection_) {

@@ -173,12 +173,12 @@ std::optional<uint64_t> FrameSectionReader::CommonEntryOf(const Entry& entry) co
 // In an object, an address is what a relocation says: the section of its symbol, and a place in it.
 std::optional<FrameSectionReader::Place> FrameSectionReader::RelocatedPlace(size_t position,
                                                                             int64_t inPlace) const {
-  const auto range =
-      std::ranges::equal_range(relocations_, uint64_t{position}, {}, &ElfRelocation::offset);
-  for (const ElfRelocation& relocation : range) {
-    const ElfSymbol& symbol = elf_.Symbols()[relocation.symbol];
+  auto relocation =
+      std::ranges::lower_bound(relocations_, uint64_t{position}, {}, &ElfRelocation::offset);
+  for (; relocation != relocations_.end() && relocation->offset == position; ++relocation) {
+    const ElfSymbol& symbol = elf_.Symbols()[relocation->symbol];
     if (symbol.section != ElfSymbol::kUndefined && symbol.section < elf_.Sections().size()) {
-      const int64_t addend = relocation.addendInPlace ? inPlace : relocation.addend;
+      const int64_t addend = relocation->addendInPlace ? inPlace : relocation->addend;
       return Place{symbol.section, symbol.value + static_cast<uint64_t>(addend)};
     }
   }
