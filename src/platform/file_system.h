@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/folder_listing.h"
+
 namespace velkor {
 
 enum class FileFailure {
@@ -74,6 +76,7 @@ class FileSystem {
   virtual bool Replace(std::string_view from, std::string_view to,
                        const MayReplace& mayReplace = {}) = 0;
   virtual bool Remove(std::string_view path) = 0;
+  virtual FolderListing ListFolder(std::string_view path) = 0;
 };
 
 }  // namespace velkor

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "platform/host_file.h"
+#include "platform/host_folder.h"
 #include "platform/name_lookup.h"
 
 namespace velkor {
@@ -215,6 +216,10 @@ bool HostFileSystem::Replace(std::string_view from, std::string_view to,
 bool HostFileSystem::Remove(std::string_view path) {
   const HostPath hostPath = paths_.ToHost(path, Spelling::kExact);
   return hostPath.IsUsable() && unlink(hostPath.Text()) == 0;
+}
+
+FolderListing HostFileSystem::ListFolder(std::string_view path) {
+  return ListHostFolder(paths_.ToHost(path, Spelling::kExact));
 }
 
 }  // namespace velkor

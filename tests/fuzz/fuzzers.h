@@ -15,15 +15,17 @@ void FuzzNumber(std::string_view bytes);
 void FuzzPath(std::string_view bytes);
 void FuzzGraph(std::string_view bytes);
 void FuzzAnalysis(std::string_view bytes);
+void FuzzCallGraph(std::string_view bytes);
+void FuzzElf(std::string_view bytes);
 
 struct NamedFuzzer {
   std::string_view name;  // of its program, its dictionary and its folder of the corpus
   Fuzzer fuzzer;
 };
 
-inline constexpr NamedFuzzer kFuzzers[] = {{"project", FuzzProject},  {"module", FuzzModule},
-                                           {"spec", FuzzSpec},        {"number", FuzzNumber},
-                                           {"path", FuzzPath},        {"graph", FuzzGraph},
-                                           {"analysis", FuzzAnalysis}};
+inline constexpr NamedFuzzer kFuzzers[] = {
+    {"project", FuzzProject},   {"module", FuzzModule},       {"spec", FuzzSpec},
+    {"number", FuzzNumber},     {"path", FuzzPath},           {"graph", FuzzGraph},
+    {"analysis", FuzzAnalysis}, {"callgraph", FuzzCallGraph}, {"elf", FuzzElf}};
 
 }  // namespace velkor::testing

@@ -287,4 +287,31 @@ bool MemoryFileSystem::Remove(std::string_view path) {
   return true;
 }
 
+FolderListing MemoryFileSystem::ListFolder(std::string_view path) {
+  const std::lock_guard lock(mutex_);
+  const std::string start = std::string(path) + "/";
+  std::map<std::string, FolderEntry::Kind> found;
+  for (const auto& [file, entry] : entries_) {
+    if (file.starts_with(start)) {
+      const size_t end = file.find('/', start.size());
+      found[file.substr(start.size(), end - start.size())] =
+          end == std::string::npos ? FolderEntry::Kind::kFile : FolderEntry::Kind::kFolder;
+    }
+  }
+  for (const std::string& folder : directories_) {
+    if (folder.starts_with(start)) {
+      found[folder.substr(start.size(), folder.find('/', start.size()) - start.size())] =
+          FolderEntry::Kind::kFolder;
+    }
+  }
+  FolderListing listing;
+  const auto number = folderNumbers_.emplace(path, folderNumbers_.size() + 1).first;
+  listing.identity = {0, number->second};
+  listing.isWhole = !refused_.contains(path) && (!found.empty() || directories_.contains(path));
+  for (const auto& [name, kind] : found) {
+    listing.entries.push_back({name, kind, false});
+  }
+  return listing;
+}
+
 }  // namespace velkor::testing

@@ -37,9 +37,10 @@ enum class FileOperation {
 std::string_view NameOf(FileOperation operation);
 
 // Files in memory under exactly the names that the engine uses. Sharing is as on the host: a
-// writer admits nobody, readers admit readers. Failures are set by the test: lasting ones of a
-// path or of the device, or one call of an operation, which fails as it does on a host. A read then
-// ends the data, a write takes half of its bytes, a close closes and loses some.
+// writer admits nobody, readers admit readers. A folder is there where a file below it is, or where
+// it was added. Failures are set by the test: lasting ones of a path or of the device, or one call
+// of an operation, which fails as it does on a host. A read then ends the data, a write takes half
+// of its bytes, a close closes and loses some.
 class MemoryFileSystem : public FileSystem {
  public:
   void Put(const std::string& path, std::string bytes);
@@ -79,6 +80,7 @@ class MemoryFileSystem : public FileSystem {
   bool Replace(std::string_view from, std::string_view to,
                const MayReplace& mayReplace = {}) override;
   bool Remove(std::string_view path) override;
+  FolderListing ListFolder(std::string_view path) override;
 
  private:
   class Input;
@@ -102,6 +104,7 @@ class MemoryFileSystem : public FileSystem {
   std::map<std::string, Entry, std::less<>> entries_;
   std::set<std::string, std::less<>> directories_;
   std::set<std::string, std::less<>> refused_;
+  std::map<std::string, uint64_t, std::less<>> folderNumbers_;  // of those that were listed
   std::optional<size_t> capacity_;
   size_t readLimit_ = SIZE_MAX;
   std::function<void()> beforeReplace_;
