@@ -48,31 +48,33 @@ class FolderSearcher {
     while (!pending.empty()) {
       const std::string path = std::move(pending.back());
       pending.pop_back();
-      const size_t before = pending.size();
-      ReadFolder(path, pending);
-      std::sort(pending.begin() + static_cast<std::ptrdiff_t>(before), pending.end(),
-                std::greater<>());
+      std::vector<std::string> folders = FoldersIn(path);
+      std::ranges::sort(folders, std::greater<>());
+      pending.insert(pending.end(), folders.begin(), folders.end());
     }
   }
 
-  void ReadFolder(const std::string& path, std::vector<std::string>& pending) {
+  // Those to be searched; the files are taken up.
+  std::vector<std::string> FoldersIn(const std::string& path) {
+    std::vector<std::string> folders;
     const FolderListing listing = files_.ListFolder(FullPath(path));
     if (!listing.isWhole) {
       contents_.unreadable.push_back(FullPath(path));
     }
     if (listing.entries.empty() || !visited_.insert(listing.identity).second) {
-      return;
+      return folders;
     }
     for (const FolderEntry& entry : listing.entries) {
       const std::string below = path.empty() ? entry.name : path + "/" + entry.name;
       if (entry.kind == FolderEntry::Kind::kFolder) {
         if (!IsNeverSearched(FullPath(path), entry.name) && !IsExcluded(below)) {
-          (entry.isLink ? links_ : pending).push_back(below);
+          (entry.isLink ? links_ : folders).push_back(below);
         }
       } else {
         AddFile(below);
       }
     }
+    return folders;
   }
 
   void AddFile(const std::string& path) {
