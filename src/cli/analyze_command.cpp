@@ -2,22 +2,23 @@
 
 #include <cstdio>
 
-#include "cli/csv_output.h"
-#include "cli/explanation_output.h"
-#include "cli/json_output.h"
-#include "cli/text_output.h"
+#include "reports/csv_output.h"
+#include "reports/explanation_output.h"
+#include "reports/json_output.h"
+#include "reports/text_output.h"
 
-namespace velkor {
+namespace velkor::cli {
 namespace {
 
-void WriteResult(const AnalysisResult& result, const Options& options, ResultOutput& output) {
+void WriteResult(const reports::AnalysisResult& result, const Options& options,
+                 reports::ResultOutput& output) {
   switch (options.format) {
     case OutputFormat::kText:
-      return WriteText(result, options.full, output);
+      return reports::WriteText(result, options.full, output);
     case OutputFormat::kJson:
-      return WriteJson(result, output);
+      return reports::WriteJson(result, output);
     case OutputFormat::kCsv:
-      return WriteCsv(result, output);
+      return reports::WriteCsv(result, output);
   }
 }
 
@@ -26,7 +27,7 @@ template <typename Write>
 ExitStatus Print(Application& application, Write write) {
   application.StopCatchingInterrupts();
   application.SayNotes();
-  ResultOutput output(stdout);
+  reports::ResultOutput output(stdout);
   write(application.Result(), output);
   if (!output.Finish()) {
     application.Say("cannot write to standard output: " + output.Failure());
@@ -42,9 +43,10 @@ ExitStatus Analyze(Application& application, const Options& options) {
   if (analysed != kDone) {
     return analysed;
   }
-  return Print(application, [&](const AnalysisResult& result, ResultOutput& output) {
-    WriteResult(result, options, output);
-  });
+  return Print(application,
+               [&](const reports::AnalysisResult& result, reports::ResultOutput& output) {
+                 WriteResult(result, options, output);
+               });
 }
 
 ExitStatus Explain(Application& application, const Options& options) {
@@ -56,13 +58,14 @@ ExitStatus Explain(Application& application, const Options& options) {
   if (function == nullptr) {
     return kWrongUsage;
   }
-  return Print(application, [&](const AnalysisResult& result, ResultOutput& output) {
-    if (options.format == OutputFormat::kJson) {
-      WriteExplanationJson(result, *function, output);
-    } else {
-      WriteExplanation(result, *function, output);
-    }
-  });
+  return Print(application,
+               [&](const reports::AnalysisResult& result, reports::ResultOutput& output) {
+                 if (options.format == OutputFormat::kJson) {
+                   reports::WriteExplanationJson(result, *function, output);
+                 } else {
+                   reports::WriteExplanation(result, *function, output);
+                 }
+               });
 }
 
-}  // namespace velkor
+}  // namespace velkor::cli

@@ -3,16 +3,16 @@
 #include <algorithm>
 #include <iterator>
 
-#include "cli/function_lookup.h"
-#include "cli/note_text.h"
 #include "core/bound_notes.h"
 #include "platform/terminal.h"
+#include "reports/function_lookup.h"
+#include "reports/note_text.h"
 
-namespace velkor {
+namespace velkor::cli {
 namespace {
 
-AnalysisInputs Inputs(CStkDoc& document) {
-  AnalysisInputs inputs;
+reports::AnalysisInputs Inputs(CStkDoc& document) {
+  reports::AnalysisInputs inputs;
   const StkStringList& modules = document.Input()->Modules();
   const std::vector<ModuleOutcome>& outcomes = document.ModuleOutcomes();
   for (size_t i = 0; i < outcomes.size(); ++i) {
@@ -100,11 +100,11 @@ void Application::Say(std::string_view text) {
 
 void Application::SayNotes() {
   for (const StkNote& note : Notes()) {
-    log_.Say("note: " + NoteLine(note));
+    log_.Say("note: " + reports::NoteLine(note));
   }
 }
 
-AnalysisResult Application::Result() {
+reports::AnalysisResult Application::Result() {
   const ProgramInput& input = *document_.Input();
   return {.codePage = GetCodePage(),
           .project = document_.PathName(),
@@ -128,12 +128,12 @@ std::vector<StkNote> Application::Notes() {
 StkFunction* Application::FindFunction(const std::string& name) {
   const StkFunctionTable& functions = *document_.FunctionTable();
   const std::string typed = machine_->Typed(name);
-  StkFunctionList found = FindFunctions(functions, typed);
+  StkFunctionList found = reports::FindFunctions(functions, typed);
   if (found.empty()) {
-    found = FindFunctions(functions, name);  // a script may give the project's own bytes
+    found = reports::FindFunctions(functions, name);  // a script may give the project's own bytes
   }
   if (found.size() != 1) {
-    Say(LookupError(functions, typed, found));
+    Say(reports::LookupError(functions, typed, found));
     return nullptr;
   }
   return found.front();
@@ -152,4 +152,4 @@ void Application::StopJobs() {
   }
 }
 
-}  // namespace velkor
+}  // namespace velkor::cli

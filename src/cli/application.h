@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 
-#include "cli/analysis_result.h"
 #include "cli/exit_status.h"
 #include "cli/options.h"
 #include "cli/progress_line.h"
@@ -15,8 +14,9 @@
 #include "document/job_monitor.h"
 #include "platform/interrupt.h"
 #include "platform/local_machine.h"
+#include "reports/analysis_result.h"
 
-namespace velkor {
+namespace velkor::cli {
 
 // The program while it runs one command: the host, the channels of its messages, the document,
 // and the loop that stands for a main window. Belongs to the main thread.
@@ -55,7 +55,7 @@ class Application : private MessageTarget {
   StkReporter& Reporter() { return reporter_; }
   const TerminalLog& Log() const { return log_; }
   // The analysis as it stands now, to which it refers: no job may change it meanwhile.
-  AnalysisResult Result();
+  reports::AnalysisResult Result();
   // What the command line gives, as a path and as a text of the code page.
   std::string AbsolutePath(std::string_view path) const { return machine_->AbsolutePath(path); }
   std::string Typed(std::string_view text) const { return machine_->Typed(text); }
@@ -82,4 +82,4 @@ class Application : private MessageTarget {
   std::optional<Interrupt> interrupt_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::cli

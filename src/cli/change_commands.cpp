@@ -6,7 +6,7 @@
 #include "core/function_text.h"
 #include "document/adjustment_form.h"
 
-namespace velkor {
+namespace velkor::cli {
 namespace {
 
 bool AddCallee(Application& application, const StkFunction& function, StkFunction& callee,
@@ -126,4 +126,4 @@ ExitStatus Load(Application& application, const Options& options) {
   return application.FinishedStatus();
 }
 
-}  // namespace velkor
+}  // namespace velkor::cli

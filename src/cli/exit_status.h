@@ -1,6 +1,6 @@
 #pragma once
 
-namespace velkor {
+namespace velkor::cli {
 
 // What the program's exit status says.
 enum ExitStatus : int {
@@ -12,4 +12,4 @@ enum ExitStatus : int {
   kStopped = 130,
 };
 
-}  // namespace velkor
+}  // namespace velkor::cli

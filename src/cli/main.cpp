@@ -8,7 +8,7 @@
 #include "platform/heap.h"
 #include "platform/terminal.h"
 
-namespace velkor {
+namespace velkor::cli {
 namespace {
 
 ExitStatus RunCommand(Application& application, const Options& options) {
@@ -46,15 +46,15 @@ int Run(int argc, const char* const* argv) {
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::cli
 
 int main(int argc, char** argv) {
   velkor::PrepareHeapForOneRun();
   velkor::PrepareStandardStreams();
   try {
-    return velkor::Run(argc, argv);
+    return velkor::cli::Run(argc, argv);
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "velkor-cli: %s\n", failure.what());
-    return velkor::kOutputFailed;
+    return velkor::cli::kOutputFailed;
   }
 }

@@ -5,7 +5,7 @@
 
 #include "cli/exit_status.h"
 
-namespace velkor {
+namespace velkor::cli {
 namespace {
 
 const char* const kFunctionHelp =
@@ -168,4 +168,4 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   return {std::move(options), kDone};
 }
 
-}  // namespace velkor
+}  // namespace velkor::cli

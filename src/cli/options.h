@@ -7,7 +7,7 @@
 #include "messages/stop_question.h"
 #include "platform/machine_options.h"
 
-namespace velkor {
+namespace velkor::cli {
 
 enum class OutputFormat { kText, kJson, kCsv };
 
@@ -45,4 +45,4 @@ struct ParsedArguments {
 // Prints help on standard output and what is wrong on standard error.
 ParsedArguments ParseArguments(int argc, const char* const* argv);
 
-}  // namespace velkor
+}  // namespace velkor::cli

@@ -2,7 +2,7 @@
 
 #include "files/chain_report.h"
 
-namespace velkor {
+namespace velkor::cli {
 
 ExitStatus Chains(Application& application, const Options& options) {
   const ExitStatus analysed = application.OpenAndAnalyse(options);
@@ -35,4 +35,4 @@ ExitStatus Save(Application& application, const Options& options) {
   return application.RunWritingJob();
 }
 
-}  // namespace velkor
+}  // namespace velkor::cli

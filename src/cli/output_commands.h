@@ -2,11 +2,11 @@
 
 #include "cli/application.h"
 
-namespace velkor {
+namespace velkor::cli {
 
 // The commands that write what the analysis found into a file of the user's choice. They change
 // nothing in the project.
 ExitStatus Chains(Application& application, const Options& options);
 ExitStatus Save(Application& application, const Options& options);
 
-}  // namespace velkor
+}  // namespace velkor::cli

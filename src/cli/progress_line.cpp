@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <fmt/format.h>
 
-namespace velkor {
+namespace velkor::cli {
 namespace {
 
 constexpr size_t kLongestBar = 40;
@@ -54,4 +54,4 @@ void ProgressLine::Draw() {
   }
 }
 
-}  // namespace velkor
+}  // namespace velkor::cli

@@ -5,7 +5,7 @@
 
 #include "document/job_monitor.h"
 
-namespace velkor {
+namespace velkor::cli {
 
 // The progress display at the foot of a terminal: one line of standard error that is drawn over
 // and over. User-interface thread.
@@ -30,4 +30,4 @@ class ProgressLine : public ProgressBar {
   std::string drawn_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::cli

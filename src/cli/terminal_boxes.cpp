@@ -1,6 +1,6 @@
 #include "cli/terminal_boxes.h"
 
-namespace velkor {
+namespace velkor::cli {
 
 BoxAnswer TerminalBoxes::Show(const StkMessage& message, BoxIcon, BoxButtons buttons) {
   switch (buttons) {
@@ -17,4 +17,4 @@ BoxAnswer TerminalBoxes::Show(const StkMessage& message, BoxIcon, BoxButtons but
   return BoxAnswer::kOk;
 }
 
-}  // namespace velkor
+}  // namespace velkor::cli

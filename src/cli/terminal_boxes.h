@@ -4,7 +4,7 @@
 #include "messages/boxes.h"
 #include "messages/stop_question.h"
 
-namespace velkor {
+namespace velkor::cli {
 
 // Message boxes where nobody can press a button: their texts stand in the log, and questions are
 // answered as the command line says. User-interface thread.
@@ -19,4 +19,4 @@ class TerminalBoxes : public MessageBoxes {
   const StopAnswer stopAnswer_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::cli

@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <string>
 
-#include "cli/terminal_text.h"
+#include "reports/terminal_text.h"
 
-namespace velkor {
+namespace velkor::cli {
 
 void TerminalLog::Append(const StkMessage& message) {
   messages_.push_back(message);
@@ -15,7 +15,7 @@ void TerminalLog::Append(const StkMessage& message) {
 
 void TerminalLog::Say(std::string_view text) {
   progress_.Erase();
-  const std::string line = OneLine(codePage_.ToUtf8(text)) + "\n";
+  const std::string line = reports::OneLine(codePage_.ToUtf8(text)) + "\n";
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
@@ -24,4 +24,4 @@ bool TerminalLog::AnyWarning() const {
                      [](const StkMessage& message) { return message.IsWarning(); });
 }
 
-}  // namespace velkor
+}  // namespace velkor::cli

@@ -7,7 +7,7 @@
 #include "messages/log_view.h"
 #include "platform/code_page.h"
 
-namespace velkor {
+namespace velkor::cli {
 
 // The log on standard error, one message a line, in UTF-8. Keeps what it has shown, and the notes,
 // which it does not show: they follow the results.
@@ -33,4 +33,4 @@ class TerminalLog : public LogView {
   std::vector<StkNote> notes_;
 };
 
-}  // namespace velkor
+}  // namespace velkor::cli

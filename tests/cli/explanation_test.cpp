@@ -4,22 +4,23 @@
 #include <rapidjson/document.h>
 #include <sstream>
 
-#include "analysis.h"
 #include "cli/application.h"
-#include "cli/chain_output.h"
-#include "cli/explanation_output.h"
 #include "core/bound_arithmetic.h"
 #include "core/function_text.h"
+#include "reports/analysis.h"
+#include "reports/chain_output.h"
+#include "reports/explanation_output.h"
 
-namespace velkor {
+namespace velkor::cli {
 namespace {
 
 using testing::Analysis;
 using testing::Written;
 
-rapidjson::Document Json(const AnalysisResult& result, const StkFunction& function) {
-  const std::string text =
-      Written([&](ResultOutput& output) { WriteExplanationJson(result, function, output); });
+rapidjson::Document Json(const reports::AnalysisResult& result, const StkFunction& function) {
+  const std::string text = Written([&](reports::ResultOutput& output) {
+    reports::WriteExplanationJson(result, function, output);
+  });
   rapidjson::Document document;
   document.Parse(text.c_str());
   EXPECT_FALSE(document.HasParseError()) << text;
@@ -34,7 +35,7 @@ uint64_t BytesOfCalls(const rapidjson::Value& row) {
   return sum;
 }
 
-void ExpectJsonAddsUp(const AnalysisResult& result, const StkFunction& function) {
+void ExpectJsonAddsUp(const reports::AnalysisResult& result, const StkFunction& function) {
   const rapidjson::Document document = Json(result, function);
   EXPECT_EQ(document["value"].GetUint64(), result.bounds.Known(function));
   EXPECT_EQ(document["state"].GetString(), BoundStateName(result.bounds.State(function)));
@@ -70,22 +71,22 @@ std::istringstream BelowHeading(const std::string& text) {
   return std::istringstream(text.substr(text.find("  Function\n") + 11));
 }
 
-void ExpectTextAddsUp(const AnalysisResult& result, StkFunction& function) {
-  std::istringstream lines = BelowHeading(
-      Written([&](ResultOutput& output) { WriteExplanation(result, function, output); }));
+void ExpectTextAddsUp(const reports::AnalysisResult& result, StkFunction& function) {
+  std::istringstream lines = BelowHeading(Written(
+      [&](reports::ResultOutput& output) { reports::WriteExplanation(result, function, output); }));
   const auto [stated, sum] = ColumnOf(lines);
   EXPECT_EQ(stated, result.bounds.Known(function));
   EXPECT_EQ(sum, stated);
 }
 
 // Each function, and the text of the whole analysis, whose long lists are cut.
-void ExpectAllAddUp(const AnalysisResult& result) {
+void ExpectAllAddUp(const reports::AnalysisResult& result) {
   for (StkFunction* function : result.functions.Functions()) {
     ExpectJsonAddsUp(result, *function);
     ExpectTextAddsUp(result, *function);
   }
-  std::istringstream lines =
-      BelowHeading(Written([&](ResultOutput& output) { WriteChains(result, false, output); }));
+  std::istringstream lines = BelowHeading(
+      Written([&](reports::ResultOutput& output) { reports::WriteChains(result, false, output); }));
   for (const StkFunction* root : LargestFirst(result)) {
     const auto [stated, sum] = ColumnOf(lines);
     EXPECT_EQ(stated, result.bounds.Known(*root));
@@ -161,7 +162,7 @@ TEST(Explain, AddsUpForEveryFunctionOfRealProjects) {
     ASSERT_NE(application, nullptr) << error;
     EXPECT_EQ(application->OpenAndAnalyse(options), kDone);
     ::testing::internal::GetCapturedStderr();
-    const AnalysisResult result = application->Result();
+    const reports::AnalysisResult result = application->Result();
     EXPECT_GT(result.functions.Count(), 20U);
     ExpectAllAddUp(result);
   }
@@ -178,9 +179,9 @@ TEST(Explain, LongListsAreCutWithTheirBytes) {
   Analysis analysis(text);
   analysis.Adjust(analysis.graph["a"], kNoMargin, 3);
   analysis.Compute();
-  const AnalysisResult result = analysis.Result();
+  const reports::AnalysisResult result = analysis.Result();
   const std::string cut =
-      Written([&](ResultOutput& output) { WriteChains(result, false, output); });
+      Written([&](reports::ResultOutput& output) { reports::WriteChains(result, false, output); });
   EXPECT_NE(cut.find("       631  "), std::string::npos) << cut;
   EXPECT_NE(cut.find("       630                  10    a*  *3  (3 times 210)\n"),
             std::string::npos)
@@ -188,9 +189,9 @@ TEST(Explain, LongListsAreCutWithTheirBytes) {
   EXPECT_NE(cut.find("  120  ... 60 functions left out, --full shows them\n"), std::string::npos)
       << cut;
   const std::string full =
-      Written([&](ResultOutput& output) { WriteChains(result, true, output); });
+      Written([&](reports::ResultOutput& output) { reports::WriteChains(result, true, output); });
   EXPECT_NE(full.find("  2  p50*\n"), std::string::npos) << full;
 }
 
 }  // namespace
-}  // namespace velkor
+}  // namespace velkor::cli

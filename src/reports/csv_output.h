@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "reports/analysis_result.h"
+#include "reports/result_output.h"
+
+namespace velkor::reports {
+
+// A heading, then one row a function in table order, in UTF-8; rows end with a line feed.
+void WriteCsv(const AnalysisResult& result, ResultOutput& output);
+
+// The field as it stands in a row: in quotes, its own quotes doubled, when it holds a comma, a
+// quote or a line break.
+std::string CsvField(std::string_view text);
+
+}  // namespace velkor::reports

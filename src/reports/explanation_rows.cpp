@@ -1,0 +1,190 @@
+#include "reports/explanation_rows.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+#include "core/bound_arithmetic.h"
+#include "core/function_text.h"
+#include "reports/function_names.h"
+#include "reports/terminal_text.h"
+
+namespace velkor::reports {
+namespace {
+
+constexpr size_t kColumnWidth = 10;
+constexpr size_t kIndentation = 2;
+constexpr std::ptrdiff_t kShownAtStart = 30;
+constexpr std::ptrdiff_t kShownAtEnd = 10;
+constexpr size_t kMostSteps = 5'000'000;  // functions of all rows and their calls together
+
+struct Columns {
+  std::string bytes;
+  std::string total;
+  std::string frame;
+};
+
+std::string Padded(const std::string& text) {
+  const size_t length = CharacterCount(text);
+  return std::string(length < kColumnWidth ? kColumnWidth - length : 0, ' ') + text;
+}
+
+std::string Line(const Columns& columns, size_t level, std::string_view text) {
+  return Padded(columns.bytes) + Padded(columns.total) + Padded(columns.frame) +
+         std::string(kIndentation * (1 + level), ' ') + std::string(text) + "\n";
+}
+
+std::string LeftOut(size_t count) {
+  return fmt::format("... {} functions left out, --full shows them", count);
+}
+
+std::string_view WhyNoBound(ReasonKind kind) {
+  switch (kind) {
+    case ReasonKind::kUnknown:
+      return "unknown";
+    case ReasonKind::kIndirect:
+      return "indirect calls without callees";
+    case ReasonKind::kHiddenCall:
+      return "calls that their records do not list";
+    case ReasonKind::kDynamic:
+      return "frames without a limit";
+    case ReasonKind::kRecursion:
+      return "recursion that no depths limit";
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string AtLeast(const CodePage& codePage) {
+  return codePage.FromUtf8("≥") ? "≥" : ">=";
+}
+
+ExplanationRows::ExplanationRows(const AnalysisResult& result, bool full, ResultOutput& output)
+    : result_(result),
+      full_(full),
+      output_(output),
+      explanations_(result.functions, result.bounds),
+      search_(result),
+      atLeast_(AtLeast(result.codePage)),
+      stepsLeft_(kMostSteps) {}
+
+void ExplanationRows::WriteHeading(std::string_view bytes) {
+  output_.Write(
+      Line({.bytes = std::string(bytes), .total = "Total", .frame = "Frame"}, 0, "Function"));
+}
+
+void ExplanationRows::WriteFunction(StkFunction& function) {
+  const bool drawn = full_ || stepsLeft_ > 0;
+  const bool unbounded = result_.bounds.State(function) == BoundState::kUnbounded;
+  output_.Write(
+      Line({.bytes = (unbounded ? atLeast_ : "") + std::to_string(result_.bounds.Known(function)),
+            .total = TotalSizeText(function),
+            .frame = FrameSizeText(function)},
+           0, Name(function) + (drawn ? "" : "  (chain not drawn: --full draws it)")));
+  if (drawn) {
+    WriteRows(function);
+  }
+  WriteReasons(function);
+}
+
+void ExplanationRows::WriteRows(const StkFunction& function) {
+  const size_t mostCalls = full_ ? Explanations::kMostCalls : stepsLeft_;
+  const std::vector<ExplanationRow> rows = explanations_.Of(function, mostCalls);
+  size_t steps = rows.size();
+  for (const ExplanationRow& row : rows) {
+    steps += row.calls.size();
+  }
+  stepsLeft_ -= std::min(stepsLeft_, steps);
+  ForShown(
+      rows, [this](const ExplanationRow& row) { WriteRow(row); },
+      [this](size_t count, uint64_t bytes) {
+        output_.Write(
+            Line({.bytes = std::to_string(bytes), .total = "", .frame = ""}, 1, LeftOut(count)));
+      });
+}
+
+void ExplanationRows::WriteRow(const ExplanationRow& row) {
+  std::string text = NameAndAdjustment(*row.function);
+  if (row.times > 1) {
+    text += fmt::format("  ({} times {})", row.times, row.bytes / row.times);
+  }
+  if (row.callsLeftOut) {
+    text += "  (path not drawn)";
+  }
+  output_.Write(
+      Line({.bytes = std::to_string(row.bytes), .total = "", .frame = FrameSizeText(*row.function)},
+           1, text));
+  if (!row.calls.empty()) {
+    WriteCalls(row);
+  }
+}
+
+// What one round of a counted function takes: itself, then the path below it.
+void ExplanationRows::WriteCalls(const ExplanationRow& row) {
+  const auto write = [this](uint64_t bytes, std::string_view text) {
+    output_.Write(Line({.bytes = "", .total = "", .frame = ""}, 1,
+                       Padded(std::to_string(bytes)) + "  " + std::string(text)));
+  };
+  write(ActivationSize(*row.function, result_.functions.SizeLimit()),
+        NameAndAdjustment(*row.function));
+  ForShown(
+      row.calls,
+      [&](const ExplainedCall& call) { write(call.bytes, NameAndAdjustment(*call.function)); },
+      [&](size_t count, uint64_t bytes) { write(bytes, LeftOut(count)); });
+}
+
+void ExplanationRows::WriteReasons(StkFunction& function) {
+  const BoundState state = result_.bounds.State(function);
+  if (state == BoundState::kOver) {
+    output_.Write(
+        Line({}, 0, fmt::format("over the limit of {} bytes", result_.functions.SizeLimit())));
+  }
+  if (state != BoundState::kUnbounded) {
+    return;
+  }
+  const Uncertainty found = search_.Below(function);
+  for (const ReasonKind kind : kReasonKinds) {
+    WriteReason(WhyNoBound(kind), found.Of(kind), found.cutShort);
+  }
+  if (found.cutShort) {
+    output_.Write(Line({}, 0, "not everything below it was looked at"));
+  }
+}
+
+void ExplanationRows::WriteReason(std::string_view reason, const NamedFunctions& functions,
+                                  bool cutShort) {
+  if (functions.count > 0) {
+    output_.Write(
+        Line({}, 0,
+             fmt::format("{}: {}{}", reason, NameList(result_, functions.named, functions.count),
+                         cutShort ? ", and perhaps more" : "")));
+  }
+}
+
+std::string ExplanationRows::Name(const StkFunction& function) const {
+  return ShownName(result_, FunctionDisplayName(function, result_.codePage));
+}
+
+std::string ExplanationRows::NameAndAdjustment(const StkFunction& function) const {
+  const std::string adjustment = AdjustmentInfoText(function, AdjustmentStyle::kReport);
+  return Name(function) + (adjustment.empty() ? "" : "  " + adjustment);
+}
+
+template <typename Item, typename Write, typename WriteLeftOut>
+void ExplanationRows::ForShown(const std::vector<Item>& items, Write write,
+                               WriteLeftOut writeLeftOut) const {
+  const bool cut = !full_ && std::ssize(items) > kShownAtStart + kShownAtEnd;
+  const auto leftOut = cut ? items.begin() + kShownAtStart : items.end();
+  const auto rest = cut ? items.end() - kShownAtEnd : items.end();
+  std::for_each(items.begin(), leftOut, write);
+  if (cut) {
+    uint64_t bytes = 0;
+    for (auto item = leftOut; item != rest; ++item) {
+      bytes = AddBounded(bytes, item->bytes);
+    }
+    writeLeftOut(static_cast<size_t>(rest - leftOut), bytes);
+  }
+  std::for_each(rest, items.end(), write);
+}
+
+}  // namespace velkor::reports

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/explanation.h"
+#include "reports/analysis_result.h"
+#include "reports/result_output.h"
+#include "reports/uncertainty.h"
+
+namespace velkor::reports {
+
+// The part of a text output that takes the bounds of functions apart, one after another: lines
+// whose first column adds up to what is known of a function, and what keeps it from a bound.
+//
+// In the columns of a line: bytes, total, frame, name. What is left out of a long list stands in
+// one line, with the bytes of all of it.
+class ExplanationRows {
+ public:
+  // full: nothing is left out. Else all functions together have a budget, so that a program with
+  // very many deep ones stays readable and quick.
+  ExplanationRows(const AnalysisResult& result, bool full, ResultOutput& output);
+
+  void WriteHeading(std::string_view bytes);
+  // The function's own line, with its bound or what is known at least, and all that is beneath it.
+  void WriteFunction(StkFunction& function);
+
+ private:
+  void WriteRows(const StkFunction& function);
+  void WriteRow(const ExplanationRow& row);
+  void WriteCalls(const ExplanationRow& row);
+  void WriteReasons(StkFunction& function);
+  void WriteReason(std::string_view reason, const NamedFunctions& functions, bool cutShort);
+  std::string Name(const StkFunction& function) const;
+  std::string NameAndAdjustment(const StkFunction& function) const;
+  // Calls one of the two for each item, or for all that are left out in the middle of a long list.
+  template <typename Item, typename Write, typename WriteLeftOut>
+  void ForShown(const std::vector<Item>& items, Write write, WriteLeftOut writeLeftOut) const;
+
+  const AnalysisResult& result_;
+  const bool full_;
+  ResultOutput& output_;
+  Explanations explanations_;
+  UncertaintySearch search_;
+  const std::string atLeast_;
+  size_t stepsLeft_;
+};
+
+// What stands before a number that can be larger: "≥", or ">=" where the code page lacks it.
+std::string AtLeast(const CodePage& codePage);
+
+}  // namespace velkor::reports

@@ -1,0 +1,44 @@
+#include "reports/terminal_text.h"
+
+namespace velkor::reports {
+namespace {
+
+bool IsControl(char c) {
+  const auto value = static_cast<unsigned char>(c);
+  return (value < 0x20 && c != '\t') || value == 0x7F;
+}
+
+}  // namespace
+
+std::string OneLine(std::string_view utf8) {
+  std::string line;
+  line.reserve(utf8.size());
+  for (size_t i = 0; i < utf8.size(); ++i) {
+    const char c = utf8[i];
+    if (c == '\r' && utf8.substr(i + 1, 1) == "\n") {
+      continue;
+    }
+    if (c == '\n' || c == '\r') {
+      line += ' ';
+    } else if (IsControl(c)) {
+      line += "\xEF\xBF\xBD";
+    } else if (c == '\xC2' && i + 1 < utf8.size() &&
+               static_cast<unsigned char>(utf8[i + 1]) < 0xA0) {
+      line += "\xEF\xBF\xBD";  // U+0080 to U+009F
+      ++i;
+    } else {
+      line += c;
+    }
+  }
+  return line;
+}
+
+size_t CharacterCount(std::string_view utf8) {
+  size_t count = 0;
+  for (const char c : utf8) {
+    count += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 1 : 0;
+  }
+  return count;
+}
+
+}  // namespace velkor::reports

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velkor::reports {
+
+// UTF-8 as one line that a terminal shows and does not obey: each line break is a blank (CR LF
+// is one), any other control character but the tab is U+FFFD.
+std::string OneLine(std::string_view utf8);
+
+// Characters of well-formed UTF-8.
+size_t CharacterCount(std::string_view utf8);
+
+}  // namespace velkor::reports
