@@ -158,7 +158,7 @@ bool CStkDoc::LoadSpecFile(std::string_view path, bool saveAfter) {
 
 void CStkDoc::StartReading(std::vector<std::unique_ptr<StkSpecReader>> sources) {
   jobs_.Start(std::make_unique<StkSpecReadJob>(std::move(sources), *functionTable_, *rootList_,
-                                               reporter_, mainWindow_));
+                                               *bounds_, reporter_, mainWindow_));
 }
 
 void CStkDoc::SpecReadStopped() {

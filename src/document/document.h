@@ -81,7 +81,7 @@ class CStkDoc {
   StkRootList* RootList() { return BelongsToJob() ? nullptr : rootList_.get(); }
   // An analysis or a specification reading has the tables.
   bool BelongsToJob() const { return Has(JobKind::kAnalysis) || Has(JobKind::kSpecRead); }
-  // The bounds of the functions, brought up to date now: computed only where somebody asks. They
+  // The bounds of the functions, brought up to date now; after a reading they are already. They
   // stay as they are, also while the analysis changes, until the next call. None without tables,
   // and while they belong to a job.
   const StkBounds* Bounds();

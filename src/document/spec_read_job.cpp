@@ -19,12 +19,13 @@ constexpr uint32_t kSpecLinesPerStopTest = 10;
 }  // namespace
 
 StkSpecReadJob::StkSpecReadJob(std::vector<std::unique_ptr<StkSpecReader>> sources,
-                               StkFunctionTable& functions, StkRootList& roots,
+                               StkFunctionTable& functions, StkRootList& roots, StkBounds& bounds,
                                StkReporter& reporter, MessageTarget& mainWindow)
     : StkJob(Event::Reset::kManual, mainWindow),
       sources_(std::move(sources)),
       functions_(functions),
       roots_(roots),
+      bounds_(bounds),
       reporter_(reporter) {}
 
 StkSpecReadJob::~StkSpecReadJob() {
@@ -43,6 +44,7 @@ JobEnd StkSpecReadJob::Run() {
   if (roots_.empty()) {
     Recompute(functions_, roots_, true, nullptr, &stopEvent_, reporter_);
   }
+  bounds_.Update();  // here it keeps nobody waiting
   PostEnd(WM_STK_SPECREAD_END);
   return JobEnd::kCompleted;
 }

@@ -5,6 +5,7 @@
 #include <optional>
 #include <vector>
 
+#include "core/bounds.h"
 #include "core/recompute.h"
 #include "document/job.h"
 #include "document/job_kind.h"
@@ -15,13 +16,14 @@ namespace velkor {
 
 // Reads an ordered list of specification sources, which it owns, and computes the totals after
 // each. The totals are computed at least once, also when the job is stopped or when no source can
-// be opened, with which it counts as completed.
+// be opened, with which it counts as completed. Completed, it has brought the bounds up to date.
 class StkSpecReadJob : public StkJob {
  public:
   static constexpr JobKind kKind = JobKind::kSpecRead;
 
   StkSpecReadJob(std::vector<std::unique_ptr<StkSpecReader>> sources, StkFunctionTable& functions,
-                 StkRootList& roots, StkReporter& reporter, MessageTarget& mainWindow);
+                 StkRootList& roots, StkBounds& bounds, StkReporter& reporter,
+                 MessageTarget& mainWindow);
   ~StkSpecReadJob() override;
 
   // The fingerprint of the stk system file, if one was read and everything that it states is in
@@ -44,6 +46,7 @@ class StkSpecReadJob : public StkJob {
   const StkSpecReader* current_ = nullptr;  // of the sources
   StkFunctionTable& functions_;
   StkRootList& roots_;
+  StkBounds& bounds_;
   StkReporter& reporter_;
   bool cutShort_ = false;    // the current source
   uint32_t statements_ = 0;  // lines of the current source that state something

@@ -31,8 +31,8 @@ class SpecReadJobTest : public ::testing::Test {
     }
   }
   Job& Make() {
-    job = std::make_unique<Job>(std::move(sources), graph.functions, roots, recorder.reporter,
-                                window);
+    job = std::make_unique<Job>(std::move(sources), graph.functions, roots, bounds,
+                                recorder.reporter, window);
     return *job;
   }
   void Run() {
@@ -55,6 +55,7 @@ class SpecReadJobTest : public ::testing::Test {
   QueuedMainWindow window{recorder.queue};
   Graph graph{"main 10 -> f lib\nf 20 -> f\n? x\nh 5 -> lib2\n"};
   StkRootList roots;
+  StkBounds bounds{graph.functions};
   std::vector<std::unique_ptr<StkSpecReader>> sources;
   std::unique_ptr<Job> job;
 };

@@ -63,7 +63,8 @@ class SpecRun {
     host.files.Put(kSpecFile, std::string(text));
     std::vector<std::unique_ptr<StkSpecReader>> sources;
     sources.push_back(Reader(kind));
-    StkSpecReadJob job(std::move(sources), graph.functions, roots, host.reporter, window_);
+    StkBounds bounds(graph.functions);
+    StkSpecReadJob job(std::move(sources), graph.functions, roots, bounds, host.reporter, window_);
     job.Start();
     job.Wait();
     Require(job.End() == JobEnd::kCompleted, "a reading ends by itself");
