@@ -54,16 +54,16 @@ ExitStatus Explain(Application& application, const Options& options) {
   if (analysed != kDone) {
     return analysed;
   }
-  StkFunction* function = application.FindFunction(*options.function);
+  const StkFunction* function = application.FindFunction(*options.function);
   if (function == nullptr) {
     return kWrongUsage;
   }
   return Print(application,
                [&](const reports::AnalysisResult& result, reports::ResultOutput& output) {
                  if (options.format == OutputFormat::kJson) {
-                   reports::WriteExplanationJson(result, *function, output);
+                   reports::WriteExplanationJson(result, function->index, output);
                  } else {
-                   reports::WriteExplanation(result, *function, output);
+                   reports::WriteExplanation(result, function->index, output);
                  }
                });
 }

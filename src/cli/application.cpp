@@ -7,6 +7,7 @@
 #include "platform/terminal.h"
 #include "reports/function_lookup.h"
 #include "reports/note_text.h"
+#include "reports/take_result.h"
 
 namespace velkor::cli {
 namespace {
@@ -106,16 +107,15 @@ void Application::SayNotes() {
 
 reports::AnalysisResult Application::Result() {
   const ProgramInput& input = *document_.Input();
-  return {.codePage = GetCodePage(),
-          .project = document_.PathName(),
-          .compilerName = std::string(input.GeneratorName()),
-          .compilerVersion = input.GeneratorVersion(),
-          .inputs = Inputs(document_),
-          .log = log_.Messages(),
-          .notes = Notes(),
-          .functions = *document_.FunctionTable(),
-          .roots = document_.RootList()->Functions(),
-          .bounds = *document_.Bounds()};
+  return reports::TakeResult({.project = document_.PathName(),
+                              .compilerName = input.GeneratorName(),
+                              .compilerVersion = input.GeneratorVersion(),
+                              .inputs = Inputs(document_),
+                              .log = log_.Messages(),
+                              .notes = Notes(),
+                              .functions = *document_.FunctionTable(),
+                              .roots = document_.RootList()->Functions(),
+                              .bounds = *document_.Bounds()});
 }
 
 std::vector<StkNote> Application::Notes() {

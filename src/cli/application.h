@@ -54,7 +54,7 @@ class Application : private MessageTarget {
   CStkDoc& Document() { return document_; }
   StkReporter& Reporter() { return reporter_; }
   const TerminalLog& Log() const { return log_; }
-  // The analysis as it stands now, to which it refers: no job may change it meanwhile.
+  // The analysis as it stands now.
   reports::AnalysisResult Result();
   // What the command line gives, as a path and as a text of the code page.
   std::string AbsolutePath(std::string_view path) const { return machine_->AbsolutePath(path); }

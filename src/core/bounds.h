@@ -53,7 +53,8 @@ class StkBounds {
 
   BoundState State(const StkFunction& function) const;
   // At most kMaxBound. The bound unless the state is kUnbounded.
-  uint64_t Known(const StkFunction& function) const { return results_.known[function.index]; }
+  uint64_t Known(const StkFunction& function) const { return KnownAt(function.index); }
+  uint64_t KnownAt(uint32_t index) const { return results_.known[index]; }
   // The kinds that keep the function from having a bound: its own and those of all that it can
   // reach.
   ReasonSet Reasons(const StkFunction& function) const { return results_.reasons[function.index]; }

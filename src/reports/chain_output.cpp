@@ -2,17 +2,17 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <functional>
 
 #include "reports/explanation_rows.h"
 
 namespace velkor::reports {
 
-StkFunctionList LargestFirst(const AnalysisResult& result) {
-  StkFunctionList roots = result.roots;
-  std::stable_sort(roots.begin(), roots.end(),
-                   [&result](const StkFunction* left, const StkFunction* right) {
-                     return result.bounds.Known(*left) > result.bounds.Known(*right);
-                   });
+std::vector<uint32_t> LargestFirst(const AnalysisResult& result) {
+  std::vector<uint32_t> roots = result.roots;
+  std::ranges::stable_sort(roots, std::greater(), [&result](uint32_t function) {
+    return result.functions[function].known;
+  });
   return roots;
 }
 
@@ -25,11 +25,11 @@ void WriteChains(const AnalysisResult& result, bool full, ResultOutput& output) 
       "\nTop-level functions, largest bound first, each with the calls whose bytes add up to it.\n"
       "{}: at least, for what is named beneath.  *: recursive.  &: calls indirectly.\n"
       "[ ]: not defined in the project.  +: adjustment or library size.\n\n",
-      AtLeast(result.codePage)));
+      result.atLeast));
   ExplanationRows rows(result, full, output);
   rows.WriteHeading("Bound");
-  for (StkFunction* root : LargestFirst(result)) {
-    rows.WriteFunction(*root);
+  for (const uint32_t root : LargestFirst(result)) {
+    rows.WriteFunction(root);
     output.Write("\n");
   }
 }

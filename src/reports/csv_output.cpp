@@ -1,7 +1,5 @@
 #include "reports/csv_output.h"
 
-#include "core/function_text.h"
-
 namespace velkor::reports {
 namespace {
 
@@ -9,25 +7,19 @@ std::string_view YesOrNo(bool value) {
   return value ? "yes" : "no";
 }
 
-std::string Row(const AnalysisResult& result, const StkFunction& function) {
-  const auto field = [&](std::string_view text) { return CsvField(result.Utf8(text)); };
-  std::string row = field(FunctionSpecName(function, result.codePage));
-  row += ',' + TotalSizeText(function);
-  row += ',' + FrameSizeText(function);
-  row += ',' + field(AdjustmentInfoText(function, AdjustmentStyle::kList));
-  row += ',';
-  if (function.file != nullptr) {
-    row += field(function.file->name);
+std::string Row(const AnalysisResult& result, const AnalysedFunction& function) {
+  std::string row;
+  for (const uint32_t text : {function.specName, function.totalText, function.frameText,
+                              function.adjustmentText, function.file}) {
+    row += CsvField(result.Text(text)) + ',';
   }
-  row += ',';
   row += YesOrNo(function.Is(FN_ROOT));
   row += ',';
-  row += YesOrNo(result.bounds.IsComplete(function));
-  const BoundState state = result.bounds.State(function);
-  const std::string known = std::to_string(result.bounds.Known(function));
-  row += ',' + (state == BoundState::kBounded ? known : "");
+  row += YesOrNo(function.complete);
+  const std::string known = std::to_string(function.known);
+  row += ',' + (function.state == BoundState::kBounded ? known : "");
   row += ',';
-  row += BoundStateName(state);
+  row += BoundStateName(function.state);
   row += ',' + known;
   row += '\n';
   return row;
@@ -51,8 +43,8 @@ std::string CsvField(std::string_view text) {
 
 void WriteCsv(const AnalysisResult& result, ResultOutput& output) {
   output.Write("name,total,frame,adjustment,file,top-level,complete,bound,state,known\n");
-  for (const auto& function : result.functions.Functions()) {
-    output.Write(Row(result, *function));
+  for (const AnalysedFunction& function : result.functions) {
+    output.Write(Row(result, function));
   }
 }
 

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include "core/function_text.h"
 #include "reports/explanation_rows.h"
 #include "reports/json_writer.h"
 
@@ -12,16 +11,15 @@ namespace {
 class ExplanationJson {
  public:
   ExplanationJson(const AnalysisResult& result, ResultOutput& output)
-      : result_(result), json_(result.codePage, output) {}
+      : result_(result), json_(output) {}
 
-  void Write(const StkFunction& function) {
+  void Write(uint32_t function) {
     json_.StartObject();
     WriteFunction(function);
-    json_.Text("state", BoundStateName(result_.bounds.State(function)));
-    json_.Number("value", result_.bounds.Known(function));
-    Explanations explanations(result_.functions, result_.bounds);
+    json_.Text("state", BoundStateName(result_.functions[function].state));
+    json_.Number("value", result_.functions[function].known);
     json_.StartArray("rows");
-    for (const ExplanationRow& row : explanations.Of(function)) {
+    for (const ExplanationRow& row : result_.explanations.Of(function)) {
       WriteRow(row);
     }
     json_.EndArray();
@@ -31,7 +29,7 @@ class ExplanationJson {
  private:
   void WriteRow(const ExplanationRow& row) {
     json_.StartObject();
-    WriteFunction(*row.function);
+    WriteFunction(row.function);
     json_.Number("bytes", row.bytes);
     json_.Number("times", row.times);
     json_.NumberOrNull("group", row.group != StkBounds::kNoGroup, row.group);
@@ -47,15 +45,15 @@ class ExplanationJson {
     json_.StartArray("calls");
     for (const ExplainedCall& call : calls) {
       json_.StartObject();
-      WriteFunction(*call.function);
+      WriteFunction(call.function);
       json_.Number("bytes", call.bytes);
       json_.EndObject();
     }
     json_.EndArray();
   }
 
-  void WriteFunction(const StkFunction& function) {
-    json_.Text("function", FunctionSpecName(function, result_.codePage));
+  void WriteFunction(uint32_t function) {
+    json_.Text("function", result_.Text(result_.functions[function].specName));
   }
 
   const AnalysisResult& result_;
@@ -64,8 +62,8 @@ class ExplanationJson {
 
 }  // namespace
 
-void WriteExplanation(const AnalysisResult& result, StkFunction& function, ResultOutput& output) {
-  const BoundState state = result.bounds.State(function);
+void WriteExplanation(const AnalysisResult& result, uint32_t function, ResultOutput& output) {
+  const BoundState state = result.functions[function].state;
   output.Write(fmt::format("State      {}\n", BoundStateName(state)));
   output.Write(
       "\nThe bytes of the rows add up to the first line.\n"
@@ -76,8 +74,7 @@ void WriteExplanation(const AnalysisResult& result, StkFunction& function, Resul
   rows.WriteFunction(function);
 }
 
-void WriteExplanationJson(const AnalysisResult& result, const StkFunction& function,
-                          ResultOutput& output) {
+void WriteExplanationJson(const AnalysisResult& result, uint32_t function, ResultOutput& output) {
   ExplanationJson(result, output).Write(function);
   output.Write("\n");
 }

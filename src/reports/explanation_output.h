@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 #include "reports/analysis_result.h"
 #include "reports/result_output.h"
 
@@ -8,8 +10,7 @@ namespace velkor::reports {
 // The bound of one function, or what is known at least, taken apart into rows whose bytes add up
 // to it: for a reader at a terminal, with what keeps it from a bound, and as one JSON object.
 // Nothing is left out, but for the paths of a group of recursion that hold millions of calls.
-void WriteExplanation(const AnalysisResult& result, StkFunction& function, ResultOutput& output);
-void WriteExplanationJson(const AnalysisResult& result, const StkFunction& function,
-                          ResultOutput& output);
+void WriteExplanation(const AnalysisResult& result, uint32_t function, ResultOutput& output);
+void WriteExplanationJson(const AnalysisResult& result, uint32_t function, ResultOutput& output);
 
 }  // namespace velkor::reports

@@ -4,7 +4,6 @@
 #include <fmt/format.h>
 
 #include "core/bound_arithmetic.h"
-#include "core/function_text.h"
 #include "reports/function_names.h"
 #include "reports/terminal_text.h"
 
@@ -55,41 +54,31 @@ std::string_view WhyNoBound(ReasonKind kind) {
 
 }  // namespace
 
-std::string AtLeast(const CodePage& codePage) {
-  return codePage.FromUtf8("≥") ? "≥" : ">=";
-}
-
 ExplanationRows::ExplanationRows(const AnalysisResult& result, bool full, ResultOutput& output)
-    : result_(result),
-      full_(full),
-      output_(output),
-      explanations_(result.functions, result.bounds),
-      search_(result),
-      atLeast_(AtLeast(result.codePage)),
-      stepsLeft_(kMostSteps) {}
+    : result_(result), full_(full), output_(output), search_(result), stepsLeft_(kMostSteps) {}
 
 void ExplanationRows::WriteHeading(std::string_view bytes) {
   output_.Write(
       Line({.bytes = std::string(bytes), .total = "Total", .frame = "Frame"}, 0, "Function"));
 }
 
-void ExplanationRows::WriteFunction(StkFunction& function) {
+void ExplanationRows::WriteFunction(uint32_t function) {
   const bool drawn = full_ || stepsLeft_ > 0;
-  const bool unbounded = result_.bounds.State(function) == BoundState::kUnbounded;
-  output_.Write(
-      Line({.bytes = (unbounded ? atLeast_ : "") + std::to_string(result_.bounds.Known(function)),
-            .total = TotalSizeText(function),
-            .frame = FrameSizeText(function)},
-           0, Name(function) + (drawn ? "" : "  (chain not drawn: --full draws it)")));
+  const AnalysedFunction& shown = At(function);
+  const bool unbounded = shown.state == BoundState::kUnbounded;
+  output_.Write(Line({.bytes = (unbounded ? result_.atLeast : "") + std::to_string(shown.known),
+                      .total = std::string(result_.Text(shown.totalText)),
+                      .frame = std::string(result_.Text(shown.frameText))},
+                     0, Name(function) + (drawn ? "" : "  (chain not drawn: --full draws it)")));
   if (drawn) {
     WriteRows(function);
   }
   WriteReasons(function);
 }
 
-void ExplanationRows::WriteRows(const StkFunction& function) {
+void ExplanationRows::WriteRows(uint32_t function) {
   const size_t mostCalls = full_ ? Explanations::kMostCalls : stepsLeft_;
-  const std::vector<ExplanationRow> rows = explanations_.Of(function, mostCalls);
+  const std::vector<ExplanationRow> rows = result_.explanations.Of(function, mostCalls);
   size_t steps = rows.size();
   for (const ExplanationRow& row : rows) {
     steps += row.calls.size();
@@ -104,16 +93,17 @@ void ExplanationRows::WriteRows(const StkFunction& function) {
 }
 
 void ExplanationRows::WriteRow(const ExplanationRow& row) {
-  std::string text = NameAndAdjustment(*row.function);
+  std::string text = NameAndAdjustment(row.function);
   if (row.times > 1) {
     text += fmt::format("  ({} times {})", row.times, row.bytes / row.times);
   }
   if (row.callsLeftOut) {
     text += "  (path not drawn)";
   }
-  output_.Write(
-      Line({.bytes = std::to_string(row.bytes), .total = "", .frame = FrameSizeText(*row.function)},
-           1, text));
+  output_.Write(Line({.bytes = std::to_string(row.bytes),
+                      .total = "",
+                      .frame = std::string(result_.Text(At(row.function).frameText))},
+                     1, text));
   if (!row.calls.empty()) {
     WriteCalls(row);
   }
@@ -125,19 +115,17 @@ void ExplanationRows::WriteCalls(const ExplanationRow& row) {
     output_.Write(Line({.bytes = "", .total = "", .frame = ""}, 1,
                        Padded(std::to_string(bytes)) + "  " + std::string(text)));
   };
-  write(ActivationSize(*row.function, result_.functions.SizeLimit()),
-        NameAndAdjustment(*row.function));
+  write(result_.explanations.ActivationSizeOf(row.function), NameAndAdjustment(row.function));
   ForShown(
       row.calls,
-      [&](const ExplainedCall& call) { write(call.bytes, NameAndAdjustment(*call.function)); },
+      [&](const ExplainedCall& call) { write(call.bytes, NameAndAdjustment(call.function)); },
       [&](size_t count, uint64_t bytes) { write(bytes, LeftOut(count)); });
 }
 
-void ExplanationRows::WriteReasons(StkFunction& function) {
-  const BoundState state = result_.bounds.State(function);
+void ExplanationRows::WriteReasons(uint32_t function) {
+  const BoundState state = At(function).state;
   if (state == BoundState::kOver) {
-    output_.Write(
-        Line({}, 0, fmt::format("over the limit of {} bytes", result_.functions.SizeLimit())));
+    output_.Write(Line({}, 0, fmt::format("over the limit of {} bytes", result_.sizeLimit)));
   }
   if (state != BoundState::kUnbounded) {
     return;
@@ -161,12 +149,12 @@ void ExplanationRows::WriteReason(std::string_view reason, const NamedFunctions&
   }
 }
 
-std::string ExplanationRows::Name(const StkFunction& function) const {
-  return ShownName(result_, FunctionDisplayName(function, result_.codePage));
+std::string ExplanationRows::Name(uint32_t function) const {
+  return ShownName(result_, At(function).displayName);
 }
 
-std::string ExplanationRows::NameAndAdjustment(const StkFunction& function) const {
-  const std::string adjustment = AdjustmentInfoText(function, AdjustmentStyle::kReport);
+std::string ExplanationRows::NameAndAdjustment(uint32_t function) const {
+  const std::string adjustment(result_.Text(At(function).adjustmentReport));
   return Name(function) + (adjustment.empty() ? "" : "  " + adjustment);
 }
 

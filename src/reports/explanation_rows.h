@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,16 +26,17 @@ class ExplanationRows {
 
   void WriteHeading(std::string_view bytes);
   // The function's own line, with its bound or what is known at least, and all that is beneath it.
-  void WriteFunction(StkFunction& function);
+  void WriteFunction(uint32_t function);
 
  private:
-  void WriteRows(const StkFunction& function);
+  void WriteRows(uint32_t function);
   void WriteRow(const ExplanationRow& row);
   void WriteCalls(const ExplanationRow& row);
-  void WriteReasons(StkFunction& function);
+  void WriteReasons(uint32_t function);
   void WriteReason(std::string_view reason, const NamedFunctions& functions, bool cutShort);
-  std::string Name(const StkFunction& function) const;
-  std::string NameAndAdjustment(const StkFunction& function) const;
+  std::string Name(uint32_t function) const;
+  std::string NameAndAdjustment(uint32_t function) const;
+  const AnalysedFunction& At(uint32_t function) const { return result_.functions[function]; }
   // Calls one of the two for each item, or for all that are left out in the middle of a long list.
   template <typename Item, typename Write, typename WriteLeftOut>
   void ForShown(const std::vector<Item>& items, Write write, WriteLeftOut writeLeftOut) const;
@@ -42,13 +44,8 @@ class ExplanationRows {
   const AnalysisResult& result_;
   const bool full_;
   ResultOutput& output_;
-  Explanations explanations_;
   UncertaintySearch search_;
-  const std::string atLeast_;
   size_t stepsLeft_;
 };
-
-// What stands before a number that can be larger: "≥", or ">=" where the code page lacks it.
-std::string AtLeast(const CodePage& codePage);
 
 }  // namespace velkor::reports

@@ -1,7 +1,5 @@
 #include "reports/json_output.h"
 
-#include "core/function_text.h"
-#include "core/reason_witnesses.h"
 #include "reports/json_writer.h"
 
 namespace velkor::reports {
@@ -11,26 +9,23 @@ constexpr unsigned kSchema = 2;
 
 class JsonOutput {
  public:
-  JsonOutput(const AnalysisResult& result, ResultOutput& output)
-      : result_(result),
-        witnesses_(result.functions, result.bounds),
-        json_(result.codePage, output) {}
+  JsonOutput(const AnalysisResult& result, ResultOutput& output) : result_(result), json_(output) {}
 
   void Write() {
     json_.StartObject();
     WriteHead();
     WriteInputs();
-    json_.Number("limit", result_.functions.SizeLimit());
+    json_.Number("limit", result_.sizeLimit);
     WriteLog();
     WriteWarnings();
     WriteNotes();
     WriteCounts();
-    json_.Bool("overflow", result_.functions.Overflow());
+    json_.Bool("overflow", result_.overflow);
     json_.Indices("roots", result_.roots);
     WriteGroups();
     json_.StartArray("functions");
-    for (const StkFunction* function : result_.functions.Functions()) {
-      WriteFunction(*function);
+    for (const AnalysedFunction& function : result_.functions) {
+      WriteFunction(function);
     }
     json_.EndArray();
     json_.EndObject();
@@ -65,37 +60,24 @@ class JsonOutput {
     json_.EndArray();
   }
 
-  void WriteLog() {
-    json_.StartArray("log");
-    for (const StkMessage& message : result_.log) {
-      json_.Text(message.text);
-    }
-    json_.EndArray();
-  }
+  void WriteLog() { WriteTexts("log", result_.log); }
 
   void WriteWarnings() {
     json_.StartArray("warnings");
-    for (const StkMessage& message : result_.log) {
-      if (message.IsWarning()) {
-        WriteWarning(message);
-      }
+    for (const AnalysisWarning& warning : result_.warnings) {
+      json_.StartObject();
+      json_.Text("code", warning.code);
+      json_.Text("text", warning.text);
+      json_.TextOrNull("file", warning.file);
+      json_.NumberOrNull("line", warning.line != 0, warning.line);
+      json_.EndObject();
     }
     json_.EndArray();
-  }
-
-  void WriteWarning(const StkMessage& message) {
-    const std::string lead = message.Code() + " ";  // as every text of a message with a code begins
-    json_.StartObject();
-    json_.Text("code", message.Code());
-    json_.Text("text", std::string_view(message.text).substr(lead.size()));
-    json_.TextOrNull("file", message.file);
-    json_.NumberOrNull("line", message.line != 0, message.line);
-    json_.EndObject();
   }
 
   void WriteNotes() {
     json_.StartArray("notes");
-    for (const StkNote& note : result_.notes) {
+    for (const AnalysisNote& note : result_.notes) {
       json_.StartObject();
       json_.Text("rule", note.rule);
       json_.Text("text", note.text);
@@ -109,15 +91,15 @@ class JsonOutput {
 
   void WriteCounts() {
     json_.StartObject("counts");
-    json_.Number("functions", result_.functions.Count());
-    json_.Number("unknown", result_.functions.UnknownCount());
-    json_.Number("adjusted", result_.functions.AdjustedCount());
+    json_.Number("functions", result_.functions.size());
+    json_.Number("unknown", result_.unknownCount);
+    json_.Number("adjusted", result_.adjustedCount);
     json_.EndObject();
   }
 
   void WriteGroups() {
     json_.StartArray("groups");
-    for (const RecursionGroup& group : result_.bounds.Groups()) {
+    for (const RecursionGroup& group : result_.groups) {
       json_.StartObject();
       json_.Indices("members", group.members);
       json_.Bool("settled", group.settled);
@@ -128,40 +110,40 @@ class JsonOutput {
     json_.EndArray();
   }
 
-  void WriteFunction(const StkFunction& function) {
-    const uint32_t group = result_.bounds.GroupOf(function);
+  void WriteFunction(const AnalysedFunction& function) {
+    const auto index = static_cast<uint32_t>(&function - result_.functions.data());
+    const uint32_t group = result_.explanations.GroupOf(index);
     json_.StartObject();
     WriteNames(function);
-    json_.Text("kind", KindName(function.Kind()));
+    json_.Text("kind", KindName(function.kind));
     WriteFlags(function);
     WriteSizes(function);
     WriteBound(function);
     json_.Number("librarySize", function.librarySize);
     json_.Number("chainCount", static_cast<uint32_t>(function.chainCount));
     WriteAdjustment(function);
-    json_.Bool("complete", result_.bounds.IsComplete(function));
+    json_.Bool("complete", function.complete);
     json_.NumberOrNull("group", group != StkBounds::kNoGroup, group);
-    json_.Indices("callees", function.callees);
-    json_.Indices("extraCallees", function.extraCallees);
+    json_.Indices("callees", result_.Callees(function));
+    json_.Indices("extraCallees", result_.ExtraCallees(function));
     json_.EmptyArray("indirectSites");
     json_.EndObject();
   }
 
-  void WriteNames(const StkFunction& function) {
-    const std::string specName = FunctionSpecName(function, result_.codePage);
-    json_.Text("name", function.name);
-    json_.Text("specName", specName);
-    json_.Text("displayName", FunctionDisplayName(function, result_.codePage));
-    if (function.file != nullptr) {
-      json_.Text("file", function.file->name);
+  void WriteNames(const AnalysedFunction& function) {
+    json_.Text("name", result_.Text(function.name));
+    json_.Text("specName", result_.Text(function.specName));
+    json_.Text("displayName", result_.Text(function.displayName));
+    if (function.file != AnalysedFunction::kNone) {
+      json_.Text("file", result_.Text(function.file));
     } else {
       json_.Null("file");
     }
-    json_.Text("statement", specName);
-    json_.Null("line");
+    json_.Text("statement", result_.Text(function.statement));
+    json_.NumberOrNull("line", function.line != 0, function.line);
   }
 
-  void WriteFlags(const StkFunction& function) {
+  void WriteFlags(const AnalysedFunction& function) {
     json_.Bool("defined", function.Is(FN_DEFINED));
     json_.Bool("global", function.Is(FN_GLOBAL));
     json_.Bool("recursive", function.Is(FN_RECURSIVE));
@@ -174,14 +156,14 @@ class JsonOutput {
     json_.Text("source", function.Is(FN_DEFINED) ? "module" : "none");
   }
 
-  void WriteSizes(const StkFunction& function) {
-    const std::string frameText = FrameSizeText(function);
-    const std::string totalText = TotalSizeText(function);
+  void WriteSizes(const AnalysedFunction& function) {
+    const std::string_view frameText = result_.Text(function.frameText);
+    const std::string_view totalText = result_.Text(function.totalText);
     WriteSize("frameSize", function.frameSize, frameText);
     WriteSize("totalStackSize", function.totalStackSize, totalText);
     json_.Text("frameText", frameText);
     json_.Text("totalText", totalText);
-    json_.Text("adjustmentText", AdjustmentInfoText(function, AdjustmentStyle::kList));
+    json_.Text("adjustmentText", result_.Text(function.adjustmentText));
   }
 
   // A size is a number exactly where its text is one.
@@ -189,29 +171,24 @@ class JsonOutput {
     json_.NumberOrNull(key, text != "?" && size != kOverSize, size);
   }
 
-  void WriteBound(const StkFunction& function) {
-    const StkBounds& bounds = result_.bounds;
-    const BoundState state = bounds.State(function);
-    json_.Text("boundState", BoundStateName(state));
-    json_.NumberOrNull("bound", state == BoundState::kBounded, bounds.Known(function));
-    json_.Number("known", bounds.Known(function));
+  void WriteBound(const AnalysedFunction& function) {
+    json_.Text("boundState", BoundStateName(function.state));
+    json_.NumberOrNull("bound", function.state == BoundState::kBounded, function.known);
+    json_.Number("known", function.known);
     json_.StartArray("reasons");
-    for (const ReasonWitnesses::Reason& reason : witnesses_.Of(function)) {
+    for (const AnalysedReason& reason : result_.Reasons(function)) {
       json_.StartObject();
       json_.Text("kind", ReasonName(reason.kind));
-      json_.Number("function", reason.function->index);
+      json_.Number("function", reason.function);
       json_.EndObject();
     }
     json_.EndArray();
   }
 
-  void WriteAdjustment(const StkFunction& function) {
-    const StkAppliedAdjustment* adjustment = function.adjustment.get();
-    const uint32_t margin = adjustment != nullptr ? adjustment->margin : kNoMargin;
-    const uint32_t depth = adjustment != nullptr ? adjustment->depth : kNoDepth;
-    json_.NumberOrNull("margin", margin != kNoMargin, margin);
-    json_.NumberOrNull("depth", depth != kNoDepth, depth);
-    json_.Bool("adjusted", adjustment != nullptr);
+  void WriteAdjustment(const AnalysedFunction& function) {
+    json_.NumberOrNull("margin", function.margin != kNoMargin, function.margin);
+    json_.NumberOrNull("depth", function.depth != kNoDepth, function.depth);
+    json_.Bool("adjusted", function.adjusted);
   }
 
   static std::string_view KindName(FunctionKind kind) {
@@ -220,7 +197,6 @@ class JsonOutput {
   }
 
   const AnalysisResult& result_;
-  const ReasonWitnesses witnesses_;
   JsonWriter json_;
 };
 

@@ -2,21 +2,17 @@
 
 #include <cstdint>
 #include <rapidjson/prettywriter.h>
-#include <string>
+#include <span>
 #include <string_view>
-#include <vector>
 
-#include "core/function.h"
-#include "platform/code_page.h"
 #include "reports/result_output.h"
 
 namespace velkor::reports {
 
 // Writes one JSON value in UTF-8, a member a line, arrays of anything but objects on one line.
-// Texts are bytes of the code page.
 class JsonWriter {
  public:
-  JsonWriter(const CodePage& codePage, ResultOutput& output) : codePage_(codePage), json_(output) {
+  explicit JsonWriter(ResultOutput& output) : json_(output) {
     json_.SetIndent(' ', 1);
     json_.SetFormatOptions(rapidjson::kFormatSingleLineArray);
   }
@@ -42,8 +38,7 @@ class JsonWriter {
     Text(text);
   }
   void Text(std::string_view text) {
-    const std::string utf8 = codePage_.ToUtf8(text);
-    json_.String(utf8.data(), static_cast<rapidjson::SizeType>(utf8.size()));
+    json_.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
   }
   void TextOrNull(const char* key, std::string_view text) {
     json_.Key(key);
@@ -74,14 +69,7 @@ class JsonWriter {
     json_.Null();
   }
 
-  void Indices(const char* key, const StkFunctionList& functions) {
-    StartArray(key);
-    for (const StkFunction* function : functions) {
-      json_.Uint(function->index);
-    }
-    EndArray();
-  }
-  void Indices(const char* key, const std::vector<uint32_t>& functions) {
+  void Indices(const char* key, std::span<const uint32_t> functions) {
     StartArray(key);
     for (const uint32_t function : functions) {
       json_.Uint(function);
@@ -90,7 +78,6 @@ class JsonWriter {
   }
 
  private:
-  const CodePage& codePage_;
   rapidjson::PrettyWriter<ResultOutput> json_;
 };
 

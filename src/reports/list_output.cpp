@@ -1,105 +1,99 @@
 #include "reports/list_output.h"
 
-#include <array>
 #include <fmt/format.h>
-#include <iterator>
+#include <span>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
 
-#include "core/adjustments.h"
-#include "core/function_text.h"
 #include "reports/function_names.h"
 
 namespace velkor::reports {
 namespace {
 
-using Filter = bool (*)(const StkFunction&);
-using Remark = std::string (*)(const AnalysisResult&, const StkFunction&);
+using Remark = std::string (*)(const AnalysisResult&, const AnalysedFunction&);
 
-struct FunctionSection {
-  std::string_view title;
-  Filter holds;
-  Remark remark;  // what stands behind the name
-};
-
-std::string CalledBy(const AnalysisResult& result, const StkFunction& function) {
-  constexpr size_t kMostCallers = 4;
-  StkFunctionList callers;
-  for (const StkFunctionList* list : {&function.callers, &function.extraCallers}) {
-    for (StkFunction* caller : *list) {
-      if (callers.size() < kMostCallers) {
-        callers.push_back(caller);
-      }
-    }
-  }
-  const size_t count = function.callers.size() + function.extraCallers.size();
-  return count == 0 ? "" : "called by " + NameList(result, callers, count);
+std::string Stated(const AnalysisResult& result, const AnalysedFunction& function) {
+  return "calls " + NameList(result, result.ExtraCallees(function));
 }
 
-std::string DepthStated(const AnalysisResult&, const StkFunction& function) {
-  const std::string depth = RecursionText(function);
-  return depth.empty() ? "no depth stated" : "depth " + depth.substr(1);
+std::string DepthStated(const AnalysisResult&, const AnalysedFunction& function) {
+  return function.depth == kNoDepth ? "no depth stated" : "depth " + std::to_string(function.depth);
 }
 
-std::string CalleesStated(const AnalysisResult& result, const StkFunction& function) {
-  return function.extraCallees.empty() ? "no callees stated"
-                                       : "calls " + NameList(result, function.extraCallees);
+std::string CalleesStated(const AnalysisResult& result, const AnalysedFunction& function) {
+  return function.extraCalleeCount == 0 ? "no callees stated" : Stated(result, function);
 }
 
-std::string Adjustment(const AnalysisResult& result, const StkFunction& function) {
-  std::string text = AdjustmentInfoText(function, AdjustmentStyle::kReport);
-  if (!function.extraCallees.empty()) {
-    text += (text.empty() ? "calls " : ", calls ") + NameList(result, function.extraCallees);
+std::string Adjustment(const AnalysisResult& result, const AnalysedFunction& function) {
+  std::string text(result.Text(function.adjustmentReport));
+  if (function.extraCalleeCount != 0) {
+    text += (text.empty() ? "" : ", ") + Stated(result, function);
   }
   return text;
 }
 
-std::string Size(const AnalysisResult&, const StkFunction& function) {
-  return TotalSizeText(function);
+std::string Size(const AnalysisResult& result, const AnalysedFunction& function) {
+  return std::string(result.Text(function.totalText));
 }
 
-bool HasUnknownTotal(const StkFunction& function) {
-  return function.IsUnknown() && !IsAdjusted(function);
-}
-bool IsRecursive(const StkFunction& function) {
-  return function.Is(FN_RECURSIVE);
-}
-bool CallsIndirectly(const StkFunction& function) {
-  return function.Is(FN_INDIRECT_CALL);
-}
+// The callers of the unknown functions, of each as many as are named.
+class UnknownCallers {
+ public:
+  explicit UnknownCallers(const AnalysisResult& result) : result_(result) {
+    for (const uint32_t function : result.lists.unknown) {
+      callers_.try_emplace(function);
+    }
+    if (!callers_.empty()) {
+      Collect(&AnalysisResult::Callees);
+      Collect(&AnalysisResult::ExtraCallees);
+    }
+  }
 
-constexpr FunctionSection kSections[] = {
-    {"Unknown functions", HasUnknownTotal, CalledBy},
-    {"Recursive functions", IsRecursive, DepthStated},
-    {"Functions with indirect calls", CallsIndirectly, CalleesStated},
-    {"Adjusted functions", IsAdjusted, Adjustment},
-    {"Library functions", IsSystemLibrary, Size},
-};
+  std::string Remark(uint32_t function) const {
+    const Callers& callers = callers_.at(function);
+    return callers.count == 0 ? "" : "called by " + NameList(result_, callers.named, callers.count);
+  }
 
-using SectionFunctions = std::array<StkFunctionList, std::size(kSections)>;
+ private:
+  static constexpr size_t kMostNamed = 4;
 
-// One pass: reading the records of a large program takes longer than asking of each all there is.
-SectionFunctions FindFunctions(const StkFunctionTable& table) {
-  SectionFunctions found;
-  for (StkFunction* function : table.Functions()) {
-    for (size_t i = 0; i < found.size(); ++i) {
-      if (kSections[i].holds(*function)) {
-        found[i].push_back(function);
+  struct Callers {
+    std::vector<uint32_t> named;
+    uint64_t count = 0;
+  };
+
+  void Collect(std::span<const uint32_t> (AnalysisResult::*calls)(const AnalysedFunction&) const) {
+    for (uint32_t caller = 0; caller < result_.functions.size(); ++caller) {
+      for (const uint32_t callee : (result_.*calls)(result_.functions[caller])) {
+        if (const AnalysedFunction& called = result_.functions[callee];
+            called.IsUnknown() && !called.adjusted) {
+          Callers& callers = callers_[callee];
+          ++callers.count;
+          if (callers.named.size() < kMostNamed) {
+            callers.named.push_back(caller);
+          }
+        }
       }
     }
   }
-  return found;
-}
 
-void WriteSection(const AnalysisResult& result, const FunctionSection& section,
-                  const StkFunctionList& functions, ResultOutput& output) {
+  const AnalysisResult& result_;
+  std::unordered_map<uint32_t, Callers> callers_;
+};
+
+template <typename RemarkOf>
+void WriteSection(const AnalysisResult& result, std::string_view title,
+                  const std::vector<uint32_t>& functions, RemarkOf remarkOf, ResultOutput& output) {
   if (functions.empty()) {
-    output.Write(fmt::format("{}: none\n", section.title));
+    output.Write(fmt::format("{}: none\n", title));
     return;
   }
-  output.Write(fmt::format("{}: {}\n", section.title, functions.size()));
-  for (const StkFunction* function : functions) {
-    const std::string remark = section.remark(result, *function);
-    output.Write(fmt::format("  {}{}{}\n",
-                             ShownName(result, FunctionSpecName(*function, result.codePage)),
+  output.Write(fmt::format("{}: {}\n", title, functions.size()));
+  for (const uint32_t function : functions) {
+    const std::string remark = remarkOf(function);
+    output.Write(fmt::format("  {}{}{}\n", ShownName(result, result.functions[function].specName),
                              remark.empty() ? "" : "  ", remark));
   }
 }
@@ -107,11 +101,20 @@ void WriteSection(const AnalysisResult& result, const FunctionSection& section,
 }  // namespace
 
 void WriteLists(const AnalysisResult& result, ResultOutput& output) {
-  SectionFunctions found = FindFunctions(result.functions);
-  for (size_t i = 0; i < found.size(); ++i) {
-    SortByName(found[i], result.codePage);
-    WriteSection(result, kSections[i], found[i], output);
-  }
+  const UnknownCallers callers(result);
+  WriteSection(
+      result, "Unknown functions", result.lists.unknown,
+      [&](uint32_t function) { return callers.Remark(function); }, output);
+  const auto write = [&](std::string_view title, const std::vector<uint32_t>& functions,
+                         Remark remark) {
+    WriteSection(
+        result, title, functions,
+        [&](uint32_t function) { return remark(result, result.functions[function]); }, output);
+  };
+  write("Recursive functions", result.lists.recursive, DepthStated);
+  write("Functions with indirect calls", result.lists.indirect, CalleesStated);
+  write("Adjusted functions", result.lists.adjusted, Adjustment);
+  write("Library functions", result.lists.library, Size);
 }
 
 }  // namespace velkor::reports

@@ -1,8 +1,10 @@
 #include "reports/note_text.h"
 
 namespace velkor::reports {
+namespace {
 
-std::string NoteLine(const StkNote& note) {
+template <typename Note>
+std::string LineOf(const Note& note) {
   std::string line = note.file;
   if (note.line != 0) {
     line += ':' + std::to_string(note.line);
@@ -14,6 +16,16 @@ std::string NoteLine(const StkNote& note) {
   line += " [";
   line += note.rule;
   return line + ']';
+}
+
+}  // namespace
+
+std::string NoteLine(const StkNote& note) {
+  return LineOf(note);
+}
+
+std::string NoteLine(const AnalysisNote& note) {
+  return LineOf(note);
 }
 
 }  // namespace velkor::reports

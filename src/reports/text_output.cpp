@@ -11,31 +11,27 @@
 namespace velkor::reports {
 namespace {
 
-using BoundTest = bool (*)(const StkBounds&, const StkFunction&);
-
-bool IsBounded(const StkBounds& bounds, const StkFunction& function) {
-  return bounds.State(function) == BoundState::kBounded;
+bool IsBounded(const AnalysedFunction& function) {
+  return function.state == BoundState::kBounded;
 }
 
-bool IsBelowItsBound(const StkBounds& bounds, const StkFunction& function) {
-  return IsBounded(bounds, function) && !bounds.IsComplete(function);
+bool IsBelowItsBound(const AnalysedFunction& function) {
+  return IsBounded(function) && !function.complete;
 }
 
-size_t CountRoots(const AnalysisResult& result, BoundTest holds) {
-  return static_cast<size_t>(
-      std::count_if(result.roots.begin(), result.roots.end(),
-                    [&](const StkFunction* root) { return holds(result.bounds, *root); }));
+size_t CountRoots(const AnalysisResult& result, bool (*holds)(const AnalysedFunction&)) {
+  return static_cast<size_t>(std::ranges::count_if(
+      result.roots, [&](uint32_t root) { return holds(result.functions[root]); }));
 }
 
 void WriteHead(const AnalysisResult& result, ResultOutput& output) {
-  const StkFunctionTable& functions = result.functions;
-  output.Write(fmt::format("Project    {}\n", OneLine(result.Utf8(result.project))));
+  output.Write(fmt::format("Project    {}\n", OneLine(result.project)));
   output.Write(
       fmt::format("Compiler   {}\n", result.compilerVersion
                                          ? result.compilerName + " V" + *result.compilerVersion
                                          : "unknown: no module was read"));
-  output.Write(
-      fmt::format("Functions  {}, {} of them top-level\n", functions.Count(), result.roots.size()));
+  output.Write(fmt::format("Functions  {}, {} of them top-level\n", result.functions.size(),
+                           result.roots.size()));
   output.Write(fmt::format("Bounded    {} of the top-level ones\n", CountRoots(result, IsBounded)));
   if (const size_t low = CountRoots(result, IsBelowItsBound); low > 0) {
     output.Write(fmt::format("Too low    the totals of {} of them: below the bound\n", low));
@@ -47,8 +43,8 @@ void WriteNotes(const AnalysisResult& result, ResultOutput& output) {
     return;
   }
   output.Write(fmt::format("Notes: {}\n", result.notes.size()));
-  for (const StkNote& note : result.notes) {
-    output.Write("  " + OneLine(result.Utf8(NoteLine(note))) + "\n");
+  for (const AnalysisNote& note : result.notes) {
+    output.Write("  " + OneLine(NoteLine(note)) + "\n");
   }
 }
 

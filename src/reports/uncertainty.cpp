@@ -2,49 +2,47 @@
 
 #include <algorithm>
 
-#include "core/call_range.h"
-
 namespace velkor::reports {
 
-void NamedFunctions::Add(StkFunction& function) {
+void NamedFunctions::Add(uint32_t function) {
   ++count;
   if (named.size() < kMostNamed) {
-    named.push_back(&function);
+    named.push_back(function);
   }
 }
 
 UncertaintySearch::UncertaintySearch(const AnalysisResult& result, UncertaintyBudget budget)
-    : result_(result), left_(budget), visitedBy_(result.functions.Count(), 0) {
+    : result_(result), left_(budget), visitedBy_(result.functions.size(), 0) {
   firstCall_.reserve(visitedBy_.size() + 1);
   reasons_.reserve(visitedBy_.size());
-  for (const StkFunction* function : result.functions.Functions()) {
+  for (const AnalysedFunction& function : result.functions) {
     firstCall_.push_back(static_cast<uint32_t>(calls_.size()));
-    reasons_.push_back(result.bounds.OwnReasons(*function));
-    if (IsUnbounded(*function)) {
-      AddCalls(*function);
+    reasons_.push_back(function.ownReasons);
+    if (function.state == BoundState::kUnbounded) {
+      AddCalls(function);
     }
   }
   firstCall_.push_back(static_cast<uint32_t>(calls_.size()));
 }
 
-bool UncertaintySearch::IsUnbounded(const StkFunction& function) const {
-  return result_.bounds.State(function) == BoundState::kUnbounded;
+bool UncertaintySearch::IsUnbounded(uint32_t function) const {
+  return result_.functions[function].state == BoundState::kUnbounded;
 }
 
-void UncertaintySearch::AddCalls(const StkFunction& function) {
-  for (const StkFunction* callee : AllCallees(function)) {
-    if (IsUnbounded(*callee)) {  // below a bounded one there is nothing to find
-      calls_.push_back(result_.functions.IndexOf(*callee));
+void UncertaintySearch::AddCalls(const AnalysedFunction& function) {
+  for (const uint32_t callee : result_.AllCallees(function)) {
+    if (IsUnbounded(callee)) {  // below a bounded one there is nothing to find
+      calls_.push_back(callee);
     }
   }
 }
 
-Uncertainty UncertaintySearch::Below(StkFunction& start) {
+Uncertainty UncertaintySearch::Below(uint32_t start) {
   Uncertainty found;
   ++walk_;
   queue_.clear();
   if (IsUnbounded(start)) {
-    Enter(start.index);
+    Enter(start);
   }
   const uint64_t most = WalkBudget();
   uint64_t looked = 0;
@@ -78,10 +76,10 @@ void UncertaintySearch::Spend(uint64_t calls) {
   left_.exact -= std::min(left_.exact, calls);
 }
 
-void UncertaintySearch::Note(uint32_t index, Uncertainty& found) {
+void UncertaintySearch::Note(uint32_t function, Uncertainty& found) {
   for (const ReasonKind kind : kReasonKinds) {
-    if (reasons_[index].Has(kind)) {
-      found.byKind[static_cast<size_t>(kind)].Add(*result_.functions.Functions()[index]);
+    if (reasons_[function].Has(kind)) {
+      found.byKind[static_cast<size_t>(kind)].Add(function);
     }
   }
 }

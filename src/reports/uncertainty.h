@@ -12,10 +12,10 @@ namespace velkor::reports {
 struct NamedFunctions {
   static constexpr size_t kMostNamed = 10;
 
-  StkFunctionList named;  // at most kMostNamed, nearest to the start first
+  std::vector<uint32_t> named;  // at most kMostNamed, nearest to the start first
   uint64_t count = 0;
 
-  void Add(StkFunction& function);
+  void Add(uint32_t function);
 };
 
 // Why a function has no bound: the functions that it can reach, itself included, and that miss
@@ -36,17 +36,17 @@ struct UncertaintyBudget {
 
 // Finds what keeps functions from having a bound, one function after another. Its budget keeps a
 // program with very many top-level functions from taking time in the square of its size; a walk
-// that it cuts short says so. The graph must not change meanwhile.
+// that it cuts short says so.
 class UncertaintySearch {
  public:
   explicit UncertaintySearch(const AnalysisResult& result, UncertaintyBudget budget = {});
 
-  Uncertainty Below(StkFunction& start);
+  Uncertainty Below(uint32_t start);
 
  private:
-  bool IsUnbounded(const StkFunction& function) const;
-  void AddCalls(const StkFunction& function);
-  void Note(uint32_t index, Uncertainty& found);
+  bool IsUnbounded(uint32_t function) const;
+  void AddCalls(const AnalysedFunction& function);
+  void Note(uint32_t function, Uncertainty& found);
   void Enter(uint32_t function);
   // What one walk may look at, and what it did.
   uint64_t WalkBudget() const;

@@ -6,7 +6,6 @@
 
 #include "cli/application.h"
 #include "core/bound_arithmetic.h"
-#include "core/function_text.h"
 #include "reports/analysis.h"
 #include "reports/chain_output.h"
 #include "reports/explanation_output.h"
@@ -17,7 +16,7 @@ namespace {
 using testing::Analysis;
 using testing::Written;
 
-rapidjson::Document Json(const reports::AnalysisResult& result, const StkFunction& function) {
+rapidjson::Document Json(const reports::AnalysisResult& result, uint32_t function) {
   const std::string text = Written([&](reports::ResultOutput& output) {
     reports::WriteExplanationJson(result, function, output);
   });
@@ -35,16 +34,17 @@ uint64_t BytesOfCalls(const rapidjson::Value& row) {
   return sum;
 }
 
-void ExpectJsonAddsUp(const reports::AnalysisResult& result, const StkFunction& function) {
+void ExpectJsonAddsUp(const reports::AnalysisResult& result, uint32_t function) {
+  const reports::AnalysedFunction& analysed = result.functions[function];
   const rapidjson::Document document = Json(result, function);
-  EXPECT_EQ(document["value"].GetUint64(), result.bounds.Known(function));
-  EXPECT_EQ(document["state"].GetString(), BoundStateName(result.bounds.State(function)));
-  EXPECT_EQ(document["function"].GetString(), FunctionSpecName(function, result.codePage));
+  EXPECT_EQ(document["value"].GetUint64(), analysed.known);
+  EXPECT_EQ(document["state"].GetString(), BoundStateName(analysed.state));
+  EXPECT_EQ(document["function"].GetString(), result.Text(analysed.specName));
   uint64_t sum = 0;
   for (const auto& row : document["rows"].GetArray()) {
     const uint64_t times = row["times"].GetUint64();
     const uint64_t bytes = row["bytes"].GetUint64();
-    if (result.bounds.Known(function) < kMaxBound) {
+    if (analysed.known < kMaxBound) {
       EXPECT_EQ(bytes % times, 0U);
       EXPECT_LE(BytesOfCalls(row), bytes / times);
     }
@@ -71,25 +71,25 @@ std::istringstream BelowHeading(const std::string& text) {
   return std::istringstream(text.substr(text.find("  Function\n") + 11));
 }
 
-void ExpectTextAddsUp(const reports::AnalysisResult& result, StkFunction& function) {
+void ExpectTextAddsUp(const reports::AnalysisResult& result, uint32_t function) {
   std::istringstream lines = BelowHeading(Written(
       [&](reports::ResultOutput& output) { reports::WriteExplanation(result, function, output); }));
   const auto [stated, sum] = ColumnOf(lines);
-  EXPECT_EQ(stated, result.bounds.Known(function));
+  EXPECT_EQ(stated, result.functions[function].known);
   EXPECT_EQ(sum, stated);
 }
 
 // Each function, and the text of the whole analysis, whose long lists are cut.
 void ExpectAllAddUp(const reports::AnalysisResult& result) {
-  for (StkFunction* function : result.functions.Functions()) {
-    ExpectJsonAddsUp(result, *function);
-    ExpectTextAddsUp(result, *function);
+  for (uint32_t function = 0; function < result.functions.size(); ++function) {
+    ExpectJsonAddsUp(result, function);
+    ExpectTextAddsUp(result, function);
   }
   std::istringstream lines = BelowHeading(
       Written([&](reports::ResultOutput& output) { reports::WriteChains(result, false, output); }));
-  for (const StkFunction* root : LargestFirst(result)) {
+  for (const uint32_t root : LargestFirst(result)) {
     const auto [stated, sum] = ColumnOf(lines);
-    EXPECT_EQ(stated, result.bounds.Known(*root));
+    EXPECT_EQ(stated, result.functions[root].known);
     EXPECT_EQ(sum, stated);
   }
 }
@@ -163,7 +163,7 @@ TEST(Explain, AddsUpForEveryFunctionOfRealProjects) {
     EXPECT_EQ(application->OpenAndAnalyse(options), kDone);
     ::testing::internal::GetCapturedStderr();
     const reports::AnalysisResult result = application->Result();
-    EXPECT_GT(result.functions.Count(), 20U);
+    EXPECT_GT(result.functions.size(), 20U);
     ExpectAllAddUp(result);
   }
 }

@@ -198,14 +198,15 @@ uint64_t HeaviestOfAllPaths(const SmallProgram& program, uint32_t start) {
 void ExpectExplained(const Engine& engine, uint32_t number) {
   uint64_t sum = 0;
   for (const ExplanationRow& row :
-       Explanations(engine.table, engine.bounds).Of(engine.At(number))) {
-    uint64_t once = ActivationSize(*row.function, kSizeLimit);
+       Explanations(engine.table, engine.bounds).Of(engine.At(number).index)) {
+    const StkFunction& function = *engine.table.Functions()[row.function];
+    uint64_t once = ActivationSize(function, kSizeLimit);
     for (const ExplainedCall& call : row.calls) {
-      EXPECT_EQ(call.bytes, ActivationSize(*call.function, kSizeLimit));
+      EXPECT_EQ(call.bytes, ActivationSize(*engine.table.Functions()[call.function], kSizeLimit));
       once += call.bytes;
     }
     EXPECT_EQ(row.bytes, once * row.times);
-    EXPECT_EQ(row.group, engine.bounds.GroupOf(*row.function));
+    EXPECT_EQ(row.group, engine.bounds.GroupOf(function));
     sum += row.bytes;
   }
   EXPECT_EQ(sum, engine.Known(number));

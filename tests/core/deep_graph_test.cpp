@@ -41,7 +41,7 @@ TEST(DeepGraph, ChainNeedsNoStackOfItsOwn) {
   bounds.Update();
   EXPECT_EQ(bounds.State(first), BoundState::kOver);
   EXPECT_EQ(bounds.Known(first), 65536u);
-  EXPECT_EQ(Explanations(graph.functions, bounds).Of(first).size(), kDeep);
+  EXPECT_EQ(Explanations(graph.functions, bounds).Of(first.index).size(), kDeep);
 }
 
 TEST(DeepGraph, RingNeedsNoStackOfItsOwn) {
@@ -71,7 +71,7 @@ TEST(DeepGraph, RingNeedsNoStackOfItsOwn) {
   EXPECT_EQ(bounds.Known(first), kMaxBound);
   EXPECT_EQ(bounds.State(first), BoundState::kOver);
   EXPECT_EQ(bounds.Groups().front().counted.size(), kDeep / 2 + size_t{1});
-  EXPECT_EQ(Explanations(graph.functions, bounds).Of(first).front().bytes, kMaxBound);
+  EXPECT_EQ(Explanations(graph.functions, bounds).Of(first.index).front().bytes, kMaxBound);
   EXPECT_EQ(MaximumChains(graph.functions).From(first).size(), kDeep + size_t{1});
 }
 

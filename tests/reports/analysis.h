@@ -11,6 +11,7 @@
 #include "core/recompute.h"
 #include "reports/analysis_result.h"
 #include "reports/result_output.h"
+#include "reports/take_result.h"
 #include "support/graph.h"
 #include "support/recorder.h"
 
@@ -18,7 +19,8 @@ namespace velkor::testing {
 
 // A graph with its totals and bounds, as an analysis would leave it.
 struct Analysis {
-  explicit Analysis(std::string_view text) : graph(text) {
+  explicit Analysis(std::string_view text, CodePage codePage = CodePage::Utf8())
+      : graph(text, std::move(codePage)) {
     for (StkFunction* function : graph.functions.Functions()) {
       if (function->adjustment) {
         StkAdjustment pending;
@@ -42,16 +44,15 @@ struct Analysis {
   }
 
   reports::AnalysisResult Result() {
-    return {.codePage = graph.codePage,
-            .project = "app.prj",
-            .compilerName = "CCTarn",
-            .compilerVersion = "3.70",
-            .inputs = {},
-            .log = log,
-            .notes = BoundNotes(graph.functions, bounds, recorder.messages),
-            .functions = graph.functions,
-            .roots = roots.Functions(),
-            .bounds = bounds};
+    return reports::TakeResult({.project = "app.prj",
+                                .compilerName = "CCTarn",
+                                .compilerVersion = "3.70",
+                                .inputs = {},
+                                .log = log,
+                                .notes = BoundNotes(graph.functions, bounds, recorder.messages),
+                                .functions = graph.functions,
+                                .roots = roots.Functions(),
+                                .bounds = bounds});
   }
 
   Graph graph;

@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <utility>
 
 #include "reports/analysis.h"
 #include "reports/chain_output.h"
@@ -14,10 +15,11 @@ namespace {
 using testing::Analysis;
 using testing::Written;
 
-std::vector<std::string> Names(const StkFunctionList& functions) {
+std::vector<std::string> Names(const AnalysisResult& result,
+                               const std::vector<uint32_t>& functions) {
   std::vector<std::string> names;
-  for (const StkFunction* function : functions) {
-    names.emplace_back(function->name.substr(1));
+  for (const uint32_t function : functions) {
+    names.emplace_back(result.Text(result.functions[function].name).substr(1));
   }
   return names;
 }
@@ -41,7 +43,8 @@ TEST(Outputs, ALineOfATerminalObeysNothing) {
 
 TEST(Outputs, WhatIsKnownOfMostComesFirst) {
   Analysis analysis("a 10\n? u\nb 20\nover 60000 -> big\nbig 6000\nc 15 -> d\nd 5\n");
-  EXPECT_EQ(Names(LargestFirst(analysis.Result())), (Texts{"over", "b", "c", "a", "u"}));
+  EXPECT_EQ(Names(analysis.Result(), LargestFirst(analysis.Result())),
+            (Texts{"over", "b", "c", "a", "u"}));
   const std::string text =
       Written([&](ResultOutput& output) { WriteText(analysis.Result(), false, output); });
   EXPECT_NE(text.find("     66000  SIZEOVER     60000  over\n"
@@ -52,14 +55,18 @@ TEST(Outputs, WhatIsKnownOfMostComesFirst) {
       << text;
 }
 
+// A result is a value: what computed it is gone, and another one stands beside it.
 TEST(Outputs, TextOfASmallAnalysis) {
-  Analysis analysis(
-      "main 4 -> step x\n"
-      "step 6 -> deep\n"
-      "deep 20 -> step\n"
-      "isr 8 => step\n"
-      "? x\n");
-  const AnalysisResult result = analysis.Result();
+  AnalysisResult taken = Analysis(
+                             "main 4 -> step x\n"
+                             "step 6 -> deep\n"
+                             "deep 20 -> step\n"
+                             "isr 8 => step\n"
+                             "? x\n")
+                             .Result();
+  const AnalysisResult other = Analysis("other 6\n").Result();
+  const AnalysisResult result = std::move(taken);
+  EXPECT_EQ(Names(other, LargestFirst(other)), Texts{"other"});
   EXPECT_EQ(Written([&](ResultOutput& output) { WriteText(result, false, output); }),
             "Project    app.prj\n"
             "Compiler   CCTarn V3.70\n"
@@ -94,6 +101,21 @@ TEST(Outputs, TextOfASmallAnalysis) {
             "Library functions: none\n");
 }
 
+// What is too long for a line is cut between characters of the project's set, two bytes each here.
+TEST(Outputs, TextsOfAResultAreUtf8) {
+  std::string name;
+  std::string shown;
+  for (int i = 0; i < 300; ++i) {
+    name += "\x93\xFA";
+    shown += i < 250 ? "日" : "";
+  }
+  Analysis analysis(name + " 4\n", CodePage::ShiftJis());
+  const std::string text =
+      Written([&](ResultOutput& output) { WriteText(analysis.Result(), false, output); });
+  EXPECT_NE(text.find("  " + shown + "...\n"), std::string::npos) << text;
+  EXPECT_NE(text.find(">=: at least"), std::string::npos) << text;
+}
+
 TEST(Uncertainty, NamesTheNearestAndCountsTheRest) {
   std::string text = "main 4 -> near hub\nhub 4 ->";
   for (int i = 0; i < 30; ++i) {
@@ -102,24 +124,25 @@ TEST(Uncertainty, NamesTheNearestAndCountsTheRest) {
   Analysis analysis(text + "\n? near\nsure 6\n");
   const AnalysisResult result = analysis.Result();
   UncertaintySearch search(result);
-  const Uncertainty found = search.Below(analysis.graph["main"]);
+  const Uncertainty found = search.Below(analysis.graph["main"].index);
   EXPECT_EQ(found.Of(ReasonKind::kUnknown).count, 31U);
   ASSERT_EQ(found.Of(ReasonKind::kUnknown).named.size(), NamedFunctions::kMostNamed);
-  EXPECT_EQ(found.Of(ReasonKind::kUnknown).named[0]->name, "_near");
-  EXPECT_EQ(found.Of(ReasonKind::kUnknown).named[1]->name, "_far100");
+  const std::vector<std::string> names = Names(result, found.Of(ReasonKind::kUnknown).named);
+  EXPECT_EQ(names[0], "near");
+  EXPECT_EQ(names[1], "far100");
   EXPECT_FALSE(found.cutShort);
-  EXPECT_EQ(search.Below(analysis.graph["hub"]).Of(ReasonKind::kUnknown).count, 30U)
+  EXPECT_EQ(search.Below(analysis.graph["hub"].index).Of(ReasonKind::kUnknown).count, 30U)
       << "searches are independent";
-  EXPECT_EQ(search.Below(analysis.graph["sure"]).Of(ReasonKind::kUnknown).count, 0U);
+  EXPECT_EQ(search.Below(analysis.graph["sure"].index).Of(ReasonKind::kUnknown).count, 0U);
 }
 
 TEST(Uncertainty, AllSearchesTogetherAreBounded) {
   Analysis analysis("a 4 -> b\nb 4 -> c\nc 4 -> x\n? x\nd 4 -> x\n");
   const AnalysisResult result = analysis.Result();
   UncertaintySearch search(result, {.exact = 7, .walk = 3, .all = 11});
-  EXPECT_FALSE(search.Below(analysis.graph["a"]).cutShort) << "three calls, four functions";
-  EXPECT_FALSE(search.Below(analysis.graph["d"]).cutShort) << "one call, two functions";
-  const Uncertainty cut = search.Below(analysis.graph["d"]);
+  EXPECT_FALSE(search.Below(analysis.graph["a"].index).cutShort) << "three calls, four functions";
+  EXPECT_FALSE(search.Below(analysis.graph["d"].index).cutShort) << "one call, two functions";
+  const Uncertainty cut = search.Below(analysis.graph["d"].index);
   EXPECT_TRUE(cut.cutShort);
   EXPECT_EQ(cut.Of(ReasonKind::kUnknown).count, 0U);
 }
