@@ -11,6 +11,7 @@
 
 #include "core/adjustments.h"
 #include "core/bounds.h"
+#include "core/function_sorting.h"
 #include "core/function_table.h"
 #include "core/recompute.h"
 

@@ -84,6 +84,7 @@ class WindowBench {
              .messages = messages_,
              .boxes = boxes_,
              .fileDialogs = fileDialogs_,
+             .posted = posted_,
              .version = {},
              .language = Language::kEnglish,
              .adjust = [this](UiContext& context, StkFunction& function,
@@ -225,6 +226,7 @@ class WindowBench {
   uint32_t margin_ = 0;
   StkFunction* callee_ = nullptr;
   Heartbeat heart_;
+  NotificationQueue posted_;
   CStkApp application_;
 };
 

@@ -53,7 +53,6 @@ class Application : private MessageTarget {
   const CodePage& GetCodePage() const { return machine_->GetCodePage(); }
   CStkDoc& Document() { return document_; }
   StkReporter& Reporter() { return reporter_; }
-  const TerminalLog& Log() const { return log_; }
   // The analysis as it stands now.
   reports::AnalysisResult Result();
   // What the command line gives, as a path and as a text of the code page.

@@ -1,5 +1,7 @@
 #include "core/adjustment.h"
 
+#include "core/function_sorting.h"
+
 namespace velkor {
 
 void StkAdjustment::SetCallees(const StkFunctionList& functions, const CodePage& codePage) {

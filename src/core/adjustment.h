@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "core/function_list.h"
+#include "platform/code_page.h"
 
 namespace velkor {
 

@@ -3,7 +3,10 @@
 #include <utility>
 
 #include "core/call_range.h"
+#include "core/detail/adjustment_information.h"
+#include "core/detail/report_overflow.h"
 #include "core/function_text.h"
+#include "core/recompute.h"
 
 namespace velkor {
 
@@ -20,22 +23,6 @@ bool Cancel(StkFunctionTable& table, StkFunction& function, StkReporter& reporte
 }
 
 }  // namespace
-
-void ApplyPending(StkFunctionTable& table, StkFunction& function, bool log, StkReporter& reporter) {
-  if (function.pendingAdjustment == nullptr) {
-    return;
-  }
-  const StkAdjustment& pending = *function.pendingAdjustment;
-  if (log) {
-    const std::string text =
-        AdjustmentInformation(pending, function, InformationMode::kNew, reporter.Messages()).text;
-    if (!text.empty()) {
-      const std::string name = FunctionSpecName(function, reporter.Messages().GetCodePage());
-      reporter.PostLog(MessageKey::kSpecificationAdjusted, {name, text});
-    }
-  }
-  table.PutPendingInForce(function);
-}
 
 bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& function,
                     const StkAdjustment& adjustment, StkReporter& reporter) {
@@ -80,26 +67,6 @@ bool CancelAllAdjustments(StkFunctionTable& table, StkRootList& roots, StkReport
   }
   Recompute(table, roots, changed, nullptr, nullptr, reporter);
   return changed;
-}
-
-void CheckRecursionDepths(StkFunctionTable& table, SpecificationSource& source, Event* stopEvent,
-                          StkReporter& reporter) {
-  const bool ask = source.Kind() == SpecificationKind::kUserFile;
-  Event neverStopped{Event::Reset::kManual};
-  StopAnswer answer = source.Answer();
-  for (StkFunction* function : table.Functions()) {
-    StkAdjustment* pending = function->pendingAdjustment.get();
-    if (pending == nullptr || pending->depth == kNoDepth || function->Is(FN_RECURSIVE)) {
-      continue;
-    }
-    if (ask) {
-      answer = reporter.AskStopReading(
-          stopEvent != nullptr ? *stopEvent : neverStopped, answer,
-          reporter.Messages().MakeMessage(
-              MessageKey::kW9417, {MessageFile{source.Path()}, MessageLine{pending->line}}));
-    }
-    pending->depth = kNoDepth;
-  }
 }
 
 // The proposed list leaves only from the function itself, so the question is whether the present

@@ -4,9 +4,9 @@
 #include <bit>
 #include <utility>
 
-#include "core/call_graph.h"
 #include "core/call_range.h"
-#include "core/components.h"
+#include "core/detail/call_graph.h"
+#include "core/detail/components.h"
 
 namespace velkor {
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "core/bound_arithmetic.h"
+#include "core/detail/group_paths.h"
 #include "core/function_table.h"
-#include "core/group_paths.h"
 #include "core/reason.h"
 
 namespace velkor {

@@ -4,8 +4,8 @@
 #include <unordered_map>
 #include <vector>
 
-#include "core/call_graph.h"
-#include "core/components.h"
+#include "core/detail/call_graph.h"
+#include "core/detail/components.h"
 
 namespace velkor {
 

@@ -63,11 +63,7 @@ struct StkFunction {
 
   FunctionKind Kind() const;
   bool CallsDirectly(const StkFunction& function) const;
-  void AddCaller(StkFunction& caller);
   void SetFixedExtra();
-  // 0..14: the image of the function in a view. onMaximumChain: the view marks a callee whose
-  // total is the largest among its siblings; calleeRow: a row below the list view's first one.
-  int IconIndex(bool onMaximumChain, bool calleeRow) const;
 };
 
 }  // namespace velkor

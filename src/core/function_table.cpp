@@ -6,7 +6,8 @@
 #include <string>
 #include <utility>
 
-#include "core/function_name_index.h"
+#include "core/detail/function_name_index.h"
+#include "core/function_sorting.h"
 
 namespace velkor {
 

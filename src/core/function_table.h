@@ -6,10 +6,10 @@
 #include <utility>
 #include <vector>
 
-#include "core/call_name_lists.h"
-#include "core/computation_order.h"
+#include "core/detail/call_name_lists.h"
+#include "core/detail/computation_order.h"
+#include "core/detail/function_blocks.h"
 #include "core/function.h"
-#include "core/function_blocks.h"
 #include "core/name_table.h"
 
 namespace velkor {

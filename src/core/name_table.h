@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/slot_index.h"
+#include "core/detail/slot_index.h"
 
 namespace velkor {
 

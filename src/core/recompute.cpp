@@ -1,7 +1,7 @@
 #include "core/recompute.h"
 
-#include "core/adjustments.h"
-#include "core/computation.h"
+#include "core/detail/computation.h"
+#include "core/detail/pending_adjustments.h"
 
 namespace velkor {
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <string_view>
-
 #include "core/function_table.h"
 #include "core/root_list.h"
 #include "core/specification_source.h"
@@ -22,10 +20,5 @@ namespace velkor {
 // Linear in functions and calls. Runs in the job's thread or the user-interface thread.
 void Recompute(StkFunctionTable& table, StkRootList& roots, bool rebuild,
                SpecificationSource* source, Event* stopEvent, StkReporter& reporter);
-
-// User-interface thread, after an interactive adjustment of the function: W9465 or W9466 for it
-// (under the given name) and for each top-level function above it that is over the limit.
-void ReportOverflow(const StkFunctionTable& table, const StkFunction& function,
-                    std::string_view name, StkReporter& reporter);
 
 }  // namespace velkor

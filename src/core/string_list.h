@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/slot_index.h"
+#include "core/detail/slot_index.h"
 #include "platform/code_page.h"
 
 namespace velkor {

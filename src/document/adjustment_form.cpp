@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/function_sorting.h"
 #include "files/numbers.h"
 
 namespace velkor {

@@ -14,21 +14,21 @@ StkAnalysisJob::~StkAnalysisJob() {
   Stop();
 }
 
-JobEnd StkAnalysisJob::Run() {
+WorkEnd StkAnalysisJob::Run() {
   const StkStringList& modules = parts_.input.Modules();
   outcomes_.assign(modules.size(), ModuleOutcome::kMissing);
   Post(WM_STK_ANALYSIS_START, modules.size());
   if (!AnyModuleExists()) {
     parts_.reporter.PostWarning(MessageKey::kW9430, {parts_.input.GeneratorName()});
     PostEnd(WM_STK_ANALYSIS_END);
-    return JobEnd::kFailed;
+    return WorkEnd::kFailed;
   }
   if (!ReadModules()) {
-    return JobEnd::kStopped;
+    return WorkEnd::kStopped;
   }
   parts_.input.ResolveCalls(parts_.database);
   PostEnd(WM_STK_ANALYSIS_END);
-  return JobEnd::kCompleted;
+  return WorkEnd::kCompleted;
 }
 
 void StkAnalysisJob::Abandon() {
@@ -80,11 +80,11 @@ void StkAnalysisJob::EnterModule(ModuleReadAhead& modules, size_t number) {
   }
   outcomes_[number] = ModuleOutcome::kNotWhole;
   reporter.PostLog(MessageKey::kReadingStarted, {currentPath_});
-  const ModuleReader::Entered entered = modules.Read().Enter(parts_.database);
-  if (entered == ModuleReader::Entered::kWhole) {
+  const WorkEnd entered = modules.Read().Enter(parts_.database);
+  if (entered == WorkEnd::kCompleted) {
     outcomes_[number] = ModuleOutcome::kRead;
     reporter.PostLog(MessageKey::kReadingCompleted, {currentPath_});
-  } else if (entered == ModuleReader::Entered::kStopped) {
+  } else if (entered == WorkEnd::kStopped) {
     SetStopped();
   }
 }

@@ -36,7 +36,7 @@ class StkAnalysisJob : public StkJob {
   const std::vector<ModuleOutcome>& Outcomes() const { return outcomes_; }
 
  protected:
-  JobEnd Run() override;
+  WorkEnd Run() override;
   void Abandon() override;
 
  private:

@@ -25,21 +25,21 @@ StkChainReportJob::~StkChainReportJob() {
   Stop();
 }
 
-JobEnd StkChainReportJob::Run() {
+WorkEnd StkChainReportJob::Run() {
   Post(WM_STK_CHAINSAVE_START, ExpectedLines());
-  const JobEnd end = WriteFile();
+  const WorkEnd end = WriteFile();
   PostEnd(WM_STK_CHAINSAVE_END);
   return end;
 }
 
-JobEnd StkChainReportJob::WriteFile() {
+WorkEnd StkChainReportJob::WriteFile() {
   if (!CheckOutputPath(order_.path, order_.inputs, host_, reporter_)) {
-    return JobEnd::kFailed;
+    return WorkEnd::kFailed;
   }
   StkChainReport report(order_.format, order_.path, host_, reporter_.Messages());
   if (!report.Open()) {
     report.PostFailure(reporter_);
-    return JobEnd::kFailed;
+    return WorkEnd::kFailed;
   }
   return Write(report);
 }
@@ -61,18 +61,18 @@ uint32_t StkChainReportJob::ExpectedLines() const {
   return static_cast<uint32_t>(CountChains(order_.start, order_.mode)) + heading;
 }
 
-JobEnd StkChainReportJob::Write(StkChainReport& report) {
+WorkEnd StkChainReportJob::Write(StkChainReport& report) {
   reporter_.PostLog(MessageKey::kWritingStarted, {order_.path});
   started_ = true;
-  const WriteEnd end =
+  const WorkEnd end =
       report.Write(order_.start, order_.mode, [this](uint32_t lines) { return AfterChain(lines); });
-  if (end == WriteEnd::kFailed) {
+  if (end == WorkEnd::kFailed) {
     report.PostFailure(reporter_);
   }
-  const bool completed = end == WriteEnd::kCompleted;
+  const bool completed = end == WorkEnd::kCompleted;
   reporter_.PostLog(completed ? MessageKey::kWritingCompleted : MessageKey::kWritingAborted,
                     {order_.path});
-  return completed ? JobEnd::kCompleted : Stopped() ? JobEnd::kStopped : JobEnd::kFailed;
+  return completed ? WorkEnd::kCompleted : Stopped() ? WorkEnd::kStopped : WorkEnd::kFailed;
 }
 
 // A chain may take several lines: what counts is that a tenth line was passed.

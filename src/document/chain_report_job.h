@@ -33,13 +33,13 @@ class StkChainReportJob : public StkJob {
   ~StkChainReportJob() override;
 
  protected:
-  JobEnd Run() override;
+  WorkEnd Run() override;
   void Abandon() override;
 
  private:
   uint32_t ExpectedLines() const;
-  JobEnd WriteFile();
-  JobEnd Write(StkChainReport& report);
+  WorkEnd WriteFile();
+  WorkEnd Write(StkChainReport& report);
   bool AfterChain(uint32_t lines);
 
   const ChainReportOrder order_;

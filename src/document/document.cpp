@@ -122,11 +122,11 @@ void CStkDoc::AnalysisStopped() {
 
 void CStkDoc::AnalysisFinished() {
   const StkAnalysisJob& job = *jobs_.Get<StkAnalysisJob>();
-  const JobEnd end = job.End();
-  anyJobFailed_ = anyJobFailed_ || end == JobEnd::kFailed;
+  const WorkEnd end = job.End();
+  anyJobFailed_ = anyJobFailed_ || end == WorkEnd::kFailed;
   moduleOutcomes_ = job.Outcomes();
   jobs_.Empty(JobKind::kAnalysis);
-  if (end == JobEnd::kCompleted) {
+  if (end == WorkEnd::kCompleted) {
     StartSpecRead();
   }
 }
@@ -164,7 +164,7 @@ void CStkDoc::StartReading(std::vector<std::unique_ptr<StkSpecReader>> sources) 
 void CStkDoc::SpecReadStopped() {
   const StkSpecReadJob& job = *jobs_.Get<StkSpecReadJob>();
   // A stop that came after the last line has stopped nothing: what was loaded is to be kept.
-  if (job.End() == JobEnd::kCompleted && saveAfterReading_) {
+  if (job.End() == WorkEnd::kCompleted && saveAfterReading_) {
     systemSaveDue_ = true;
   }
   TakeReadingResult();
@@ -172,7 +172,7 @@ void CStkDoc::SpecReadStopped() {
 
 void CStkDoc::TakeReadingResult() {
   const StkSpecReadJob& job = *jobs_.Get<StkSpecReadJob>();
-  anyJobFailed_ = anyJobFailed_ || job.End() == JobEnd::kFailed;
+  anyJobFailed_ = anyJobFailed_ || job.End() == WorkEnd::kFailed;
   if (!readFromUserFile_) {
     knownSystemFile_ = job.TakenSystemFile();
   }
@@ -180,7 +180,7 @@ void CStkDoc::TakeReadingResult() {
 }
 
 void CStkDoc::SpecReadFinished() {
-  const bool save = saveAfterReading_ && jobs_.Get<StkSpecReadJob>()->End() == JobEnd::kCompleted;
+  const bool save = saveAfterReading_ && jobs_.Get<StkSpecReadJob>()->End() == WorkEnd::kCompleted;
   TakeReadingResult();
   UpdateAllViews(nullptr, HINT_RESULTS);
   if (save) {

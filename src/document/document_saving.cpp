@@ -59,7 +59,8 @@ bool CStkDoc::SaveCallChains(std::string_view path, const StkFunction& function,
 }
 
 void CStkDoc::ChainSaveFinished() {
-  anyWritingFailed_ = anyWritingFailed_ || jobs_.Get<StkChainReportJob>()->End() == JobEnd::kFailed;
+  anyWritingFailed_ =
+      anyWritingFailed_ || jobs_.Get<StkChainReportJob>()->End() == WorkEnd::kFailed;
   jobs_.Empty(JobKind::kChainSave);
 }
 
@@ -80,11 +81,11 @@ void CStkDoc::EndSpecWrite() {
     return;
   }
   job->Wait();
-  anyWritingFailed_ = anyWritingFailed_ || job->End() == JobEnd::kFailed;
+  anyWritingFailed_ = anyWritingFailed_ || job->End() == WorkEnd::kFailed;
   if (job->IsAutomatic()) {
-    if (job->End() == JobEnd::kCompleted) {
+    if (job->End() == WorkEnd::kCompleted) {
       knownSystemFile_ = job->Written();
-    } else if (job->End() == JobEnd::kStopped) {
+    } else if (job->End() == WorkEnd::kStopped) {
       systemSaveDue_ = true;
     }
   }

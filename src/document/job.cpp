@@ -50,7 +50,7 @@ void StkJob::RunGuarded() {
 }
 
 void StkJob::AbandonGuarded() {
-  end_ = JobEnd::kFailed;
+  end_ = WorkEnd::kFailed;
   try {
     Abandon();
   } catch (...) {

@@ -3,17 +3,12 @@
 #include <atomic>
 #include <memory>
 
+#include "files/work_end.h"
 #include "platform/event.h"
 #include "platform/message_target.h"
 #include "platform/worker_thread.h"
 
 namespace velkor {
-
-enum class JobEnd {
-  kCompleted,  // what the job was to make is there
-  kFailed,     // it is not, or not whole, which has been reported if there was memory for that
-  kStopped,    // the stop came before the job was done
-};
 
 // Owns one worker thread and one stop event. Made, started, waited for (or stopped) and destroyed
 // by the document, in the user-interface thread. Run is the work, in the worker's thread; it
@@ -33,8 +28,9 @@ class StkJob {
   void Wait();
   // The same after signalling the stop event.
   void Stop();
-  // Valid after Wait or Stop. kFailed too when the job ended through Abandon.
-  JobEnd End() const { return end_; }
+  // Valid after Wait or Stop. kFailed too when the job ended through Abandon: nothing has been
+  // reported where there was no memory for that.
+  WorkEnd End() const { return end_; }
   // The end notification is on its way: the thread does nothing any more and Wait returns at
   // once. False while an end notification that arrives can only be one of an earlier job.
   bool EndPosted() const { return endPosted_; }
@@ -42,7 +38,7 @@ class StkJob {
  protected:
   StkJob(Event::Reset reset, MessageTarget& mainWindow);
 
-  virtual JobEnd Run() = 0;
+  virtual WorkEnd Run() = 0;
   // Brings what the job works on into a state that may be shown, and posts the end notification.
   // In the worker's thread, or in Start when there is no thread to be had.
   virtual void Abandon() = 0;
@@ -62,7 +58,7 @@ class StkJob {
   MessageTarget& mainWindow_;
   std::unique_ptr<WorkerThread> thread_;
   bool stopped_ = false;  // of the worker
-  std::atomic<JobEnd> end_{JobEnd::kStopped};
+  std::atomic<WorkEnd> end_{WorkEnd::kStopped};
   std::atomic<bool> endPosted_{false};
 };
 

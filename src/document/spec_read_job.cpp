@@ -32,13 +32,13 @@ StkSpecReadJob::~StkSpecReadJob() {
   Stop();
 }
 
-JobEnd StkSpecReadJob::Run() {
+WorkEnd StkSpecReadJob::Run() {
   Post(WM_STK_SPECREAD_START);
   for (const auto& source : sources_) {
     current_ = source.get();
     ReadSource(*source);
     if (Stopped()) {
-      return JobEnd::kStopped;
+      return WorkEnd::kStopped;
     }
   }
   if (roots_.empty()) {
@@ -46,7 +46,7 @@ JobEnd StkSpecReadJob::Run() {
   }
   bounds_.Update();  // here it keeps nobody waiting
   PostEnd(WM_STK_SPECREAD_END);
-  return JobEnd::kCompleted;
+  return WorkEnd::kCompleted;
 }
 
 // Half-computed totals must not be taken for results: without the memory to compute them there is

@@ -31,7 +31,7 @@ class StkSpecReadJob : public StkJob {
   std::optional<uint64_t> TakenSystemFile() const { return takenSystemFile_; }
 
  protected:
-  JobEnd Run() override;
+  WorkEnd Run() override;
   void Abandon() override;
 
  private:

@@ -27,12 +27,12 @@ StkSpecWriteJob::~StkSpecWriteJob() {
   Stop();
 }
 
-JobEnd StkSpecWriteJob::Run() {
+WorkEnd StkSpecWriteJob::Run() {
   StkSpecWriter writer(order_.mode, order_.path, functions_, host_);
   writer.SetMayReplace(
       [this](const std::string& newPath, InputFile* old) { return MayReplace(newPath, old); });
   Post(WM_STK_SPECWRITE_START, writer.CountToWrite());
-  const JobEnd end = WriteFile(writer);
+  const WorkEnd end = WriteFile(writer);
   PostEnd(WM_STK_SPECWRITE_END);
   return end;
 }
@@ -46,13 +46,13 @@ void StkSpecWriteJob::Abandon() {
   PostEnd(WM_STK_SPECWRITE_END);
 }
 
-JobEnd StkSpecWriteJob::WriteFile(StkSpecWriter& writer) {
+WorkEnd StkSpecWriteJob::WriteFile(StkSpecWriter& writer) {
   if (!PathAllowed()) {
-    return JobEnd::kFailed;
+    return WorkEnd::kFailed;
   }
   if (!writer.Open()) {
     writer.PostFailure(reporter_);
-    return JobEnd::kFailed;
+    return WorkEnd::kFailed;
   }
   return Write(writer);
 }
@@ -75,20 +75,20 @@ bool StkSpecWriteJob::MayReplace(const std::string& newPath, InputFile* old) {
   return old == nullptr || keeper_.IsKept(*old);
 }
 
-JobEnd StkSpecWriteJob::Write(StkSpecWriter& writer) {
+WorkEnd StkSpecWriteJob::Write(StkSpecWriter& writer) {
   if (!IsAutomatic()) {
     reporter_.PostLog(MessageKey::kWritingStarted, {order_.path});
   }
-  const WriteEnd end = writer.Write([this](uint32_t count) { return AfterFunction(count); });
-  const bool completed = end == WriteEnd::kCompleted;
-  if (end == WriteEnd::kFailed) {
+  const WorkEnd end = writer.Write([this](uint32_t count) { return AfterFunction(count); });
+  const bool completed = end == WorkEnd::kCompleted;
+  if (end == WorkEnd::kFailed) {
     writer.PostFailure(reporter_);
   }
   if (!IsAutomatic()) {
     reporter_.PostLog(completed ? MessageKey::kWritingCompleted : MessageKey::kWritingAborted,
                       {order_.path});
   }
-  return completed ? JobEnd::kCompleted : Stopped() ? JobEnd::kStopped : JobEnd::kFailed;
+  return completed ? WorkEnd::kCompleted : Stopped() ? WorkEnd::kStopped : WorkEnd::kFailed;
 }
 
 bool StkSpecWriteJob::AfterFunction(uint32_t count) {

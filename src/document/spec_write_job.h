@@ -40,14 +40,14 @@ class StkSpecWriteJob : public StkJob {
   std::optional<uint64_t> Written() const { return written_; }
 
  protected:
-  JobEnd Run() override;
+  WorkEnd Run() override;
   void Abandon() override;
 
  private:
   // False after having reported.
   bool PathAllowed();
-  JobEnd WriteFile(StkSpecWriter& writer);
-  JobEnd Write(StkSpecWriter& writer);
+  WorkEnd WriteFile(StkSpecWriter& writer);
+  WorkEnd Write(StkSpecWriter& writer);
   bool MayReplace(const std::string& newPath, InputFile* old);
   bool AfterFunction(uint32_t count);
 

@@ -126,8 +126,8 @@ bool StkChainReport::Open() {
   return true;
 }
 
-WriteEnd StkChainReport::Write(const StkFunction& start, ChainMode mode,
-                               const AfterChain& afterChain) {
+WorkEnd StkChainReport::Write(const StkFunction& start, ChainMode mode,
+                              const AfterChain& afterChain) {
   file_->SetLimits(kMaxTextLines, kMaxTextLength, format_ == Format::kText);
   TextRendering text(*file_, host_.codePage, afterChain);
   CsvRendering csv(*file_, host_.codePage, afterChain);
@@ -141,13 +141,13 @@ WriteEnd StkChainReport::Write(const StkFunction& start, ChainMode mode,
                : file_->CharLimitReached() ? MessageKey::kW9451
                                            : MessageKey::kW9404;
     file_.reset();
-    return WriteEnd::kFailed;
+    return WorkEnd::kFailed;
   }
   if (!file_->Close()) {
     failure_ = MessageKey::kW9404;
-    return WriteEnd::kFailed;
+    return WorkEnd::kFailed;
   }
-  return finished ? WriteEnd::kCompleted : WriteEnd::kStopped;
+  return finished ? WorkEnd::kCompleted : WorkEnd::kStopped;
 }
 
 void StkChainReport::PostFailure(StkReporter& reporter) const {

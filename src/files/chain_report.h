@@ -8,7 +8,7 @@
 
 #include "core/chain_walk.h"
 #include "files/text_output_file.h"
-#include "files/write_end.h"
+#include "files/work_end.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
 
@@ -30,7 +30,7 @@ class StkChainReport {
   static Format FormatOf(std::string_view path, const CodePage& codePage);
 
   bool Open();
-  WriteEnd Write(const StkFunction& start, ChainMode mode, const AfterChain& afterChain);
+  WorkEnd Write(const StkFunction& start, ChainMode mode, const AfterChain& afterChain);
   // The warning that belongs to an Open that answered false, or to kFailed.
   void PostFailure(StkReporter& reporter) const;
 

@@ -33,7 +33,7 @@ bool StkSpecWriter::Open() {
   return true;
 }
 
-WriteEnd StkSpecWriter::Write(const AfterFunction& afterFunction) {
+WorkEnd StkSpecWriter::Write(const AfterFunction& afterFunction) {
   const bool written = WriteFunctions(true, afterFunction) &&
                        (mode_ == Mode::kAutomatic || WriteFunctions(false, afterFunction));
   if (written || (stopped_ && count_ == CountToWrite())) {
@@ -105,7 +105,7 @@ std::string StkSpecWriter::NameToRead(const StkFunction& function) const {
   return ambiguous ? "[" + name + "]" : name;
 }
 
-WriteEnd StkSpecWriter::Finish() {
+WorkEnd StkSpecWriter::Finish() {
   const bool synchronized = mode_ == Mode::kUser || file_->Synchronize();
   if (!file_->Close() || !synchronized) {
     return Fail(MessageKey::kW9404);
@@ -115,7 +115,7 @@ WriteEnd StkSpecWriter::Finish() {
     return Fail(MessageKey::kW9402);
   }
   sibling_.clear();
-  return WriteEnd::kCompleted;
+  return WorkEnd::kCompleted;
 }
 
 bool StkSpecWriter::TakeOldPlace() {
@@ -124,18 +124,18 @@ bool StkSpecWriter::TakeOldPlace() {
                              mayReplace_ ? FileSystem::MayReplace(mayReplace) : nullptr);
 }
 
-WriteEnd StkSpecWriter::EndStopped() {
+WorkEnd StkSpecWriter::EndStopped() {
   if (mode_ == Mode::kUser && !file_->Close()) {
     return Fail(MessageKey::kW9404);
   }
   Discard();
-  return WriteEnd::kStopped;
+  return WorkEnd::kStopped;
 }
 
-WriteEnd StkSpecWriter::Fail(MessageKey key) {
+WorkEnd StkSpecWriter::Fail(MessageKey key) {
   failure_ = key;
   Discard();
-  return WriteEnd::kFailed;
+  return WorkEnd::kFailed;
 }
 
 void StkSpecWriter::Discard() {

@@ -9,7 +9,7 @@
 
 #include "core/function_table.h"
 #include "files/text_output_file.h"
-#include "files/write_end.h"
+#include "files/work_end.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
 
@@ -44,7 +44,7 @@ class StkSpecWriter {
   void SetMayReplace(MayReplace mayReplace) { mayReplace_ = std::move(mayReplace); }
   bool Open();
   // kStopped only when functions were left out: a stop after the last one comes too late.
-  WriteEnd Write(const AfterFunction& afterFunction);
+  WorkEnd Write(const AfterFunction& afterFunction);
   // The warning that belongs to an Open that answered false, or to kFailed.
   void PostFailure(StkReporter& reporter) const;
 
@@ -53,11 +53,11 @@ class StkSpecWriter {
   bool WriteFunction(const StkFunction& function);
   bool WriteAttribute(std::string_view keyword, uint32_t value);
   std::string NameToRead(const StkFunction& function) const;
-  WriteEnd Finish();
+  WorkEnd Finish();
   bool TakeOldPlace();
-  WriteEnd EndStopped();
+  WorkEnd EndStopped();
   void Discard();
-  WriteEnd Fail(MessageKey key);
+  WorkEnd Fail(MessageKey key);
 
   const Mode mode_;
   const std::string path_;

@@ -10,6 +10,7 @@
 #include "core/function_table.h"
 #include "core/string_list.h"
 #include "files/spec_reader.h"
+#include "files/work_end.h"
 #include "platform/event.h"
 #include "platform/file_system.h"
 
@@ -27,20 +28,15 @@ struct FunctionDatabase {
 // time.
 class ModuleReader {
  public:
-  enum class Entered {
-    kWhole,
-    kFailed,   // ended early, and reported; what was entered before stays
-    kStopped,  // by the stop event
-  };
-
   virtual ~ModuleReader() = default;
 
   // module: its number in the input's list.
   virtual FileFailure Open(size_t module) = 0;
   // The module that has been opened; closes its file. With the stop event set, it ends soon.
   virtual void Read(Event& stopEvent) = 0;
-  // The module that has been read.
-  virtual Entered Enter(FunctionDatabase database) = 0;
+  // The module that has been read. kFailed: it ended early, and was reported; what was entered
+  // before stays.
+  virtual WorkEnd Enter(FunctionDatabase database) = 0;
 };
 
 // A program as its build left it: a list of modules, and what belongs to the analysis of all of

@@ -5,6 +5,7 @@
 
 #include "core/adjustments.h"
 #include "core/call_range.h"
+#include "core/function_sorting.h"
 #include "core/function_text.h"
 #include "core/reason_witnesses.h"
 

@@ -7,11 +7,11 @@ namespace velkor::ui {
 
 CStkApp::CStkApp(ApplicationParts parts)
     : parts_(std::move(parts)),
-      boxes_(parts_.boxes, posted_),
-      reporter_(parts_.messages, boxes_, [this] { posted_.PostRequest(); }),
-      document_(parts_.host, reporter_, posted_),
+      boxes_(parts_.boxes, parts_.posted),
+      reporter_(parts_.messages, boxes_, [this] { parts_.posted.PostRequest(); }),
+      document_(parts_.host, reporter_, parts_.posted),
       context_{parts_.host, parts_.messages, reporter_, document_},
-      frame_(context_, posted_, MakeFrameParts()) {
+      frame_(context_, parts_.posted, MakeFrameParts()) {
   reporter_.SetCloseRequest([this] {
     QMetaObject::invokeMethod(
         &frame_, [this] { frame_.close(); }, Qt::QueuedConnection);

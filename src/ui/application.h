@@ -26,6 +26,7 @@ struct ApplicationParts {
   const StkMessages& messages;
   MessageBoxes& boxes;
   FileDialogs& fileDialogs;
+  NotificationQueue& posted;
   VersionTexts version;
   Language language = Language::kEnglish;
   std::function<AdjustAnswer(UiContext&, StkFunction&, QWidget* parent)> adjust;
@@ -52,7 +53,6 @@ class CStkApp : public CommandTarget {
 
   UiContext& Context() { return context_; }
   CMainFrame& Frame() { return frame_; }
-  NotificationQueue& Posted() { return posted_; }
 
  private:
   FrameParts MakeFrameParts();
@@ -60,7 +60,6 @@ class CStkApp : public CommandTarget {
   void OpenDropped(const QString& path);
 
   ApplicationParts parts_;
-  NotificationQueue posted_;
   HoldingBoxes boxes_;
   StkReporter reporter_;
   CStkDoc document_;

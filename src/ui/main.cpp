@@ -41,6 +41,7 @@ class Program {
             .messages = messages_,
             .boxes = boxes_,
             .fileDialogs = fileDialogs_,
+            .posted = posted_,
             .version = version_,
             .language = language_,
             .adjust = [this](UiContext& context, StkFunction& function,
@@ -82,6 +83,7 @@ class Program {
   WindowBoxes boxes_{messages_, version_.productName};
   WindowFileDialogs fileDialogs_;
   HelpViewer help_;
+  NotificationQueue posted_;
   CStkApp application_;
 };
 

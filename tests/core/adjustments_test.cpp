@@ -7,6 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include "core/detail/adjustment_information.h"
+#include "core/detail/pending_adjustments.h"
 #include "core/function_text.h"
 #include "core/test_source.h"
 #include "support/computed_graph.h"

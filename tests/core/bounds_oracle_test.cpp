@@ -111,7 +111,7 @@ class Engine {
   void Fill(const SmallProgram::Function& from, StkFunction& function) {
     for (const uint32_t callee : from.callees) {
       function.callees.push_back(records_[callee]);
-      records_[callee]->AddCaller(function);
+      records_[callee]->callers.push_back(&function);
     }
     for (const uint32_t callee : from.extraCallees) {
       function.extraCallees.push_back(records_[callee]);

@@ -4,8 +4,10 @@
 #include "core/adjustments.h"
 #include "core/bounds.h"
 #include "core/chain_count.h"
+#include "core/detail/maximum_chain.h"
+#include "core/detail/report_overflow.h"
 #include "core/explanation.h"
-#include "core/maximum_chain.h"
+#include "core/recompute.h"
 #include "support/computed_graph.h"
 
 namespace velkor {

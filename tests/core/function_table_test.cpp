@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "core/function_sorting.h"
 #include "fuzz/literal_spec.h"
 
 namespace velkor {

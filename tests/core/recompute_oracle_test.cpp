@@ -6,8 +6,10 @@
 
 #include "core/adjustments.h"
 #include "core/bounds.h"
+#include "core/function_sorting.h"
 #include "core/function_text.h"
 #include "core/literal_model.h"
+#include "core/recompute.h"
 #include "core/test_source.h"
 #include "support/recorder.h"
 
@@ -124,7 +126,7 @@ uint32_t RandomGraph::AnySize() {
 void RandomGraph::Connect(StkFunction& caller, StkFunction& callee) {
   if (!caller.CallsDirectly(callee)) {
     caller.callees.push_back(&callee);
-    callee.AddCaller(caller);
+    callee.callers.push_back(&caller);
   }
 }
 

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
+#include "core/detail/maximum_chain.h"
 #include "core/function_text.h"
-#include "core/maximum_chain.h"
 #include "support/computed_graph.h"
 
 namespace velkor {

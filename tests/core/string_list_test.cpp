@@ -5,7 +5,7 @@
 #include <random>
 #include <string>
 
-#include "core/call_name_lists.h"
+#include "core/detail/call_name_lists.h"
 #include "core/file_table.h"
 #include "core/name_table.h"
 

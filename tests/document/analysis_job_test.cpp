@@ -47,7 +47,7 @@ TEST_F(AnalysisJobTest, ReadsEveryModuleThatCanBeRead) {
   host.files.Put(ModulePath("broken"), "no header\n");
   PutModule("b", {"g 30"});
   RunJob();
-  EXPECT_EQ(job->End(), JobEnd::kCompleted);
+  EXPECT_EQ(job->End(), WorkEnd::kCompleted);
   using enum ModuleOutcome;
   EXPECT_EQ(job->Outcomes(),
             (std::vector<ModuleOutcome>{kRead, kMissing, kMissing, kNotWhole, kRead}));
@@ -94,7 +94,7 @@ TEST_F(AnalysisJobTest, AStopInsideAModuleEndsWithin100Lines) {
     }
   });
   RunJob();
-  EXPECT_EQ(job->End(), JobEnd::kStopped);
+  EXPECT_EQ(job->End(), WorkEnd::kStopped);
   EXPECT_EQ(reads, 2);
   EXPECT_FALSE(job->EndPosted());
   EXPECT_EQ(Notifications(),
@@ -169,7 +169,7 @@ TEST_P(OutOfMemory, EndsTheJobWithEmptyTables) {
   }
   host.files.OnRead(ModulePath("b"), [] { throw std::bad_alloc(); });
   RunJob();
-  EXPECT_EQ(job->End(), JobEnd::kFailed);
+  EXPECT_EQ(job->End(), WorkEnd::kFailed);
   EXPECT_EQ(functions.Count(), 0u);
   EXPECT_EQ(Notifications().back(), WM_STK_ANALYSIS_END);
   const std::vector<std::string>& lines = recorder.log.lines;

@@ -81,7 +81,7 @@ TEST_F(SpecReadJobTest, AStopDiscardsTheInterruptedSourceAndStillComputes) {
     job->Wait();
     window.handled.clear();
     recorder.queue.Drain();
-    EXPECT_EQ(job->End(), JobEnd::kStopped);
+    EXPECT_EQ(job->End(), WorkEnd::kStopped);
     EXPECT_EQ(reads, 2);
     EXPECT_EQ(graph["main"].totalStackSize, 30u);
     EXPECT_EQ(graph["f"].adjustment, nullptr);
@@ -154,7 +154,7 @@ TEST_F(SpecReadJobTest, RunningOutOfMemoryKeepsTheTotalsComputed) {
   });
   Add(SpecificationKind::kUserFile, kUser);
   Run();
-  EXPECT_EQ(job->End(), JobEnd::kFailed);
+  EXPECT_EQ(job->End(), WorkEnd::kFailed);
   EXPECT_EQ(PendingCount(), 0u);
   EXPECT_EQ(graph["main"].totalStackSize, 30u);
   EXPECT_EQ(window.handled.back().first, WM_STK_SPECREAD_END);

@@ -29,13 +29,13 @@ struct Reports {
 
   std::string Write(
       Format format, ChainMode mode, std::string_view start = "main",
-      WriteEnd end = WriteEnd::kCompleted,
+      WorkEnd end = WorkEnd::kCompleted,
       const StkChainReport::AfterChain& after = [](uint32_t) { return true; }) {
     StkChainReport report(format, kReportPath, host.host, recorder.messages);
     EXPECT_TRUE(report.Open());
-    const WriteEnd ended = report.Write(graph[start], mode, after);
+    const WorkEnd ended = report.Write(graph[start], mode, after);
     EXPECT_EQ(end, ended);
-    if (ended == WriteEnd::kFailed) {
+    if (ended == WorkEnd::kFailed) {
       report.PostFailure(recorder.reporter);
       recorder.queue.Drain();
     }
@@ -92,7 +92,7 @@ TEST(ChainReport, LongLinesWrapOrFail) {
       EXPECT_TRUE(kHeading + row + "\r\nmain,7,4,0,o,3,3,0\r\n" == reports.Csv(ChainMode::kAll));
     } else {
       EXPECT_TRUE(kHeading + row.substr(0, 5119) ==
-                  reports.Write(Format::kCsv, ChainMode::kAll, "main", WriteEnd::kFailed));
+                  reports.Write(Format::kCsv, ChainMode::kAll, "main", WorkEnd::kFailed));
       EXPECT_EQ(w9451, reports.LastWarning());
     }
   }
@@ -117,7 +117,7 @@ TEST(ChainReport, LinesAreLimitedInBothFormats) {
       const size_t heading = format == Format::kCsv ? 1 : 0;
       const bool fits = chains + heading <= 32767;
       const std::string file = reports.Write(format, ChainMode::kAll, "main",
-                                             fits ? WriteEnd::kCompleted : WriteEnd::kFailed);
+                                             fits ? WorkEnd::kCompleted : WorkEnd::kFailed);
       EXPECT_EQ(fits ? static_cast<long>(chains + heading) : 32767,
                 std::count(file.begin(), file.end(), '\n'));
       EXPECT_TRUE(file.ends_with("\r\n"));
@@ -134,7 +134,7 @@ TEST(ChainReport, LinesAreLimitedInBothFormats) {
   }
   Reports reports(ladder);
   const std::string file =
-      reports.Write(Format::kText, ChainMode::kMaximum, "a0", WriteEnd::kFailed);
+      reports.Write(Format::kText, ChainMode::kMaximum, "a0", WorkEnd::kFailed);
   EXPECT_EQ(32767, std::count(file.begin(), file.end(), '\n'));
 }
 
@@ -162,11 +162,11 @@ TEST(ChainReport, StopsAndFailures) {
     return count < 3;
   };
   EXPECT_EQ(kHeading + "main,5,4,0,f,1,1,0\r\nmain,5,4,0,g,1,1,0\r\n",
-            reports.Write(Format::kCsv, ChainMode::kAll, "main", WriteEnd::kStopped, stopAtThree));
+            reports.Write(Format::kCsv, ChainMode::kAll, "main", WorkEnd::kStopped, stopAtThree));
   EXPECT_EQ((std::vector<uint32_t>{2, 3}), lines);
 
   reports.host.files.SetCapacity(10);
-  EXPECT_EQ("main(5,4)+", reports.Write(Format::kText, ChainMode::kAll, "main", WriteEnd::kFailed));
+  EXPECT_EQ("main(5,4)+", reports.Write(Format::kText, ChainMode::kAll, "main", WorkEnd::kFailed));
   EXPECT_EQ("W9404 File write error (C:\\p\\chains.txt).", reports.LastWarning());
 }
 

@@ -5,6 +5,7 @@
 #include <set>
 #include <tuple>
 
+#include "core/function_sorting.h"
 #include "files/spec_reading.h"
 
 namespace velkor {
@@ -28,13 +29,13 @@ void Adjust(Graph& graph, StkFunction& function, uint32_t margin = kNoMargin,
 struct SpecWriterTest : ::testing::Test {
   explicit SpecWriterTest(std::string_view graphText = "main 4\n") : reading(graphText) {}
 
-  std::string Write(Mode mode, Graph& graph, WriteEnd end = WriteEnd::kCompleted,
+  std::string Write(Mode mode, Graph& graph, WorkEnd end = WorkEnd::kCompleted,
                     const StkSpecWriter::AfterFunction& after = GoOn) {
     StkSpecWriter writer(mode, kSpecPath, graph.functions, reading.host.host);
     EXPECT_TRUE(writer.Open());
-    const WriteEnd ended = writer.Write(after);
+    const WorkEnd ended = writer.Write(after);
     EXPECT_EQ(end, ended);
-    if (ended == WriteEnd::kFailed) {
+    if (ended == WorkEnd::kFailed) {
       writer.PostFailure(reading.recorder.reporter);
       reading.recorder.queue.Drain();
     }
@@ -83,15 +84,15 @@ TEST_F(SpecWriterTest, CountsAndStops) {
     };
   };
   // What a stopped automatic save would have replaced is still there.
-  EXPECT_EQ("old", Write(Mode::kAutomatic, graph, WriteEnd::kStopped, stopAt(2)));
+  EXPECT_EQ("old", Write(Mode::kAutomatic, graph, WorkEnd::kStopped, stopAt(2)));
   EXPECT_EQ((std::vector<uint32_t>{1, 2}), counts);
   ExpectOnlyTheFile();
   const std::string saved = "d1\r\nd2\r\nd3\r\n";
-  EXPECT_EQ(saved, Write(Mode::kAutomatic, graph, WriteEnd::kCompleted, stopAt(3)));
-  EXPECT_EQ(saved, Write(Mode::kUser, graph, WriteEnd::kStopped, stopAt(3)));
-  EXPECT_EQ(saved + "[u1]\r\n", Write(Mode::kUser, graph, WriteEnd::kStopped, stopAt(4)));
+  EXPECT_EQ(saved, Write(Mode::kAutomatic, graph, WorkEnd::kCompleted, stopAt(3)));
+  EXPECT_EQ(saved, Write(Mode::kUser, graph, WorkEnd::kStopped, stopAt(3)));
+  EXPECT_EQ(saved + "[u1]\r\n", Write(Mode::kUser, graph, WorkEnd::kStopped, stopAt(4)));
   EXPECT_EQ((std::vector<uint32_t>{1, 2, 3, 4}), counts);
-  EXPECT_EQ(saved + "[u1]\r\n[u2]\r\n", Write(Mode::kUser, graph, WriteEnd::kCompleted, stopAt(5)));
+  EXPECT_EQ(saved + "[u1]\r\n[u2]\r\n", Write(Mode::kUser, graph, WorkEnd::kCompleted, stopAt(5)));
 }
 
 TEST_F(SpecWriterTest, LongLines) {
@@ -103,7 +104,7 @@ TEST_F(SpecWriterTest, LongLines) {
     Adjust(graph, graph["after"]);
     const std::string line = "before\r\nfirst, CALL=" + std::string(5107, 'n');
     reading.host.files.Put(kSpecPath, "old");
-    const WriteEnd end = excess == 0 ? WriteEnd::kCompleted : WriteEnd::kFailed;
+    const WorkEnd end = excess == 0 ? WorkEnd::kCompleted : WorkEnd::kFailed;
     EXPECT_TRUE((excess == 0 ? line + "\r\nafter\r\n" : "old") ==
                 Write(Mode::kAutomatic, graph, end));
     ExpectOnlyTheFile();
@@ -124,7 +125,7 @@ TEST_F(SpecWriterTest, ManyLines) {
   const std::string whole = Write(Mode::kUser, graph);
   EXPECT_EQ("[f32766]\r\n", whole.substr(whole.size() - 10));
   Adjust(graph, *graph.functions.Functions().back());
-  EXPECT_TRUE(whole.size() == Write(Mode::kUser, graph, WriteEnd::kFailed).size());
+  EXPECT_TRUE(whole.size() == Write(Mode::kUser, graph, WorkEnd::kFailed).size());
   EXPECT_EQ("W9406 Too many lines in file (C:\\p\\p.psg).\nThe limit is 32767.", LastWarning());
 }
 
@@ -136,13 +137,13 @@ TEST_F(SpecWriterTest, FailuresLeaveTheOldFileOrWhatWasWritten) {
   for (const Mode mode : {Mode::kAutomatic, Mode::kUser}) {
     reading.host.files.SetCapacity(5);
     const bool automatic = mode == Mode::kAutomatic;
-    EXPECT_EQ(automatic ? "old" : "main,", Write(mode, graph, WriteEnd::kFailed));
+    EXPECT_EQ(automatic ? "old" : "main,", Write(mode, graph, WorkEnd::kFailed));
     EXPECT_EQ("W9404 File write error (C:\\p\\p.psg).", LastWarning());
     ExpectOnlyTheFile();
   }
   reading.host.files.SetCapacity(std::nullopt);
   const auto holder = reading.host.files.OpenForRead(kSpecPath);
-  EXPECT_EQ("main,", Write(Mode::kAutomatic, graph, WriteEnd::kFailed));
+  EXPECT_EQ("main,", Write(Mode::kAutomatic, graph, WorkEnd::kFailed));
   EXPECT_TRUE(LastWarning().starts_with("W9402 ")) << LastWarning();
   ExpectOnlyTheFile();
   // A writer that is given up in the middle leaves nothing behind either.

@@ -6,6 +6,7 @@
 #include "core/chain_walk.h"
 #include "core/function_text.h"
 #include "core/literal_model.h"
+#include "core/recompute.h"
 #include "core/test_source.h"
 #include "files/chain_report.h"
 #include "fuzz/fuzz_host.h"
@@ -269,11 +270,11 @@ class GraphRun {
                           kReport, host_.host, host_.reporter.Messages());
     Require(report.Open(), "a report opens");
     uint32_t lines = 0;
-    const WriteEnd end = report.Write(start, mode, [&lines](uint32_t written) {
+    const WorkEnd end = report.Write(start, mode, [&lines](uint32_t written) {
       lines = written;
       return true;
     });
-    Require(end == WriteEnd::kCompleted, "a small report is written whole");
+    Require(end == WorkEnd::kCompleted, "a small report is written whole");
     RequireEqual(lines, chains + (csv ? 1 : 0), "a line for each chain", start.name);
     const std::string heading =
         csv ? "Function,Total Stack Size,Frame Size,Adjustment Information\r\n" : "";

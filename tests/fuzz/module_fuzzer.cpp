@@ -60,9 +60,9 @@ class ModuleRun {
     const std::string path = kModule;
     ModuleEntry entry(path, {{functions, files}, project_, compiler}, host.host, host.reporter);
     const size_t linesBefore = host.log.lines.size();
-    const ModuleEntry::Result result = entry.Enter(recording);
-    Require(result != ModuleEntry::Result::kStopped, "nobody stopped the reading");
-    Require(result == ModuleEntry::Result::kWhole || host.log.lines.size() > linesBefore,
+    const WorkEnd result = entry.Enter(recording);
+    Require(result != WorkEnd::kStopped, "nobody stopped the reading");
+    Require(result == WorkEnd::kCompleted || host.log.lines.size() > linesBefore,
             "a module that is given up is reported");
     if (functions.Count() > 0) {
       Require(compiler.info.series != 0 && compiler.runtimeNames,

@@ -67,13 +67,13 @@ class SpecRun {
     StkSpecReadJob job(std::move(sources), graph.functions, roots, bounds, host.reporter, window_);
     job.Start();
     job.Wait();
-    Require(job.End() == JobEnd::kCompleted, "a reading ends by itself");
+    Require(job.End() == WorkEnd::kCompleted, "a reading ends by itself");
   }
 
   std::string Write() {
     StkSpecWriter writer(StkSpecWriter::Mode::kAutomatic, kSpecFile, graph.functions, host.host);
     Require(writer.Open(), "a file opens");
-    Require(writer.Write([](uint32_t) { return true; }) == WriteEnd::kCompleted,
+    Require(writer.Write([](uint32_t) { return true; }) == WorkEnd::kCompleted,
             "a small file is written");
     return host.files.Get(kSpecFile).value_or("");
   }

@@ -74,6 +74,14 @@ std::string InputComplaint(const std::string& file, const std::string& name) {
   return mayKnow ? "" : "knows the format of an input";
 }
 
+// What a room keeps to itself stands in a folder of its own.
+std::string DetailComplaint(const std::string& folder, const std::string& name) {
+  static const std::regex ofRoom("([^/]+)/detail/.*");
+  std::smatch room;
+  const bool mayKnow = !std::regex_match(name, room, ofRoom) || room[1] == folder;
+  return mayKnow ? "" : "knows what another room keeps to itself";
+}
+
 TEST(Arrows, EveryIncludePointsToAFolderListedAbove) {
   const std::regex include(R"(^\s*#\s*include\s*([<"])([^>"]+)[>"])");
   int seen = 0;
@@ -94,6 +102,8 @@ TEST(Arrows, EveryIncludePointsToAFolderListedAbove) {
           ++seen;
           EXPECT_EQ(Complaint(folder, match[2], match[1] == "\""), "")
               << entry.path() << ":" << number << ": " << line;
+          EXPECT_EQ(DetailComplaint(folder, match[2]), "")
+              << entry.path() << ":" << number << ": " << line;
           EXPECT_EQ(InputComplaint(fs::relative(entry.path(), root.parent_path()), match[2]), "")
               << entry.path() << ":" << number << ": " << line;
         }
@@ -105,6 +115,30 @@ TEST(Arrows, EveryIncludePointsToAFolderListedAbove) {
     }
   }
   EXPECT_GT(seen, 100);
+}
+
+// A header of the core that no other room includes is nobody else's concern.
+TEST(Arrows, WhatOnlyTheCoreIncludesStandsInItsDetail) {
+  const std::regex include(R"re(^\s*#\s*include\s*"(core/[^"]+)")re");
+  std::set<std::string> wanted;
+  for (const std::string& folder : kFolders) {
+    const fs::path root = fs::path(VELKOR_SOURCE_DIR) / "src" / folder;
+    for (const auto& entry : fs::recursive_directory_iterator(root)) {
+      std::ifstream file(entry.path());
+      std::smatch match;
+      for (std::string line;
+           folder != "core" && IsCode(entry.path()) && std::getline(file, line);) {
+        if (std::regex_search(line, match, include)) {
+          wanted.insert(match[1]);
+        }
+      }
+    }
+  }
+  for (const auto& entry : fs::directory_iterator(fs::path(VELKOR_SOURCE_DIR) / "src/core")) {
+    if (entry.path().extension() == ".h") {
+      EXPECT_TRUE(wanted.contains("core/" + entry.path().filename().string())) << entry.path();
+    }
+  }
 }
 
 // The rooms of the include lines below each room's folder.
@@ -160,6 +194,8 @@ TEST(Arrows, TheCheckFindsWrongOnes) {
   EXPECT_NE(Complaint("core", "fmt/format.h", false), "");
   EXPECT_EQ(Complaint("files", "core/function.h", true), "");
   EXPECT_EQ(Complaint("ui", "QString", false), "");
+  EXPECT_NE(DetailComplaint("files", "core/detail/components.h"), "");
+  EXPECT_EQ(DetailComplaint("core", "core/detail/components.h"), "");
   EXPECT_NE(InputComplaint("document/document.h", "readers/tarn/project.h"), "");
   EXPECT_NE(InputComplaint("readers/program_input.h", "readers/tarn/project.h"), "");
   EXPECT_EQ(InputComplaint("readers/tarn/project.cpp", "readers/tarn/project.h"), "");

@@ -2,6 +2,7 @@
 
 #include <QTest>
 
+#include "core/function_sorting.h"
 #include "core/recompute.h"
 #include "main_window.h"
 

@@ -35,7 +35,7 @@ TEST_F(LogViewOfTheWindow, TheOldestLinesDisappear) {
     while (appended < count) {
       Append(std::to_string(++appended));
     }
-    View().ShowAll();
+    ShowWholeLog();
     EXPECT_EQ(View().blockCount(), CStkLogView::kMaxLines);
     EXPECT_EQ(View().document()->firstBlock().text().toInt(), count - kKept + 1);
     EXPECT_EQ(View().document()->lastBlock().previous().text().toInt(), count);

@@ -1,6 +1,8 @@
 #include "main_window.h"
 
 #include <QTest>
+#include <QTextDocument>
+#include <QTimer>
 #include <chrono>
 #include <thread>
 
@@ -52,6 +54,7 @@ MainWindow::MainWindow(const std::vector<std::string>& functions, Language langu
                        .messages = messages,
                        .boxes = boxes,
                        .fileDialogs = dialogs,
+                       .posted = posted,
                        .version = {"velkor", "1.0.0 (date)"},
                        .language = language,
                        .adjust =
@@ -81,7 +84,7 @@ bool MainWindow::WaitUntil(const std::function<bool()>& condition) {
 
 void MainWindow::HandleEvents() {
   QCoreApplication::processEvents();
-  app->Posted().HandleAll();
+  posted.HandleAll();
   QCoreApplication::processEvents();
 }
 
@@ -116,9 +119,20 @@ StkFunction& MainWindow::Function(const std::string& cName) {
 }
 
 std::string MainWindow::Log() {
-  CStkLogView& log = app->Frame().GetLogView();
-  log.ShowAll();
-  return log.toPlainText().toStdString();
+  ShowWholeLog();
+  return app->Frame().GetLogView().toPlainText().toStdString();
+}
+
+// The log goes on in its own time as long as each turn of the event loop changes it.
+void MainWindow::ShowWholeLog() {
+  const QTextDocument& text = *app->Frame().GetLogView().document();
+  for (int before = -1; before != text.revision();) {
+    before = text.revision();
+    QTimer turn;
+    turn.setSingleShot(true);
+    turn.start(0);
+    ASSERT_TRUE(WaitUntil([&turn] { return !turn.isActive(); }));
+  }
 }
 
 std::string MainWindow::BoxTexts() const {

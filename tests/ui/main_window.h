@@ -60,6 +60,8 @@ class MainWindow : public ::testing::Test {
   bool IsEnabled(Command command) { return app->Frame().Actions().Of(command).isEnabled(); }
   StkFunction& Function(const std::string& cName);
   std::string Log();
+  // Everything that was appended to the log is in its text from here on.
+  void ShowWholeLog();
   std::string BoxTexts() const;
   bool HasJobs() const;
   CStkDoc& Document() { return app->Context().document; }
@@ -93,6 +95,7 @@ class MainWindow : public ::testing::Test {
   int closedCount = 0;
   Event reached{Event::Reset::kManual};
   Event released{Event::Reset::kManual};
+  NotificationQueue posted;
   std::unique_ptr<CStkApp> app;
 };
 

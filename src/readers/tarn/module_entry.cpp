@@ -23,11 +23,11 @@ ModuleEntry::ModuleEntry(const std::string& modulePath, ModuleDestination destin
                          StkReporter& reporter)
     : modulePath_(modulePath), destination_(destination), host_(host), reporter_(reporter) {}
 
-ModuleEntry::Result ModuleEntry::Enter(const ModuleRecording& recording) {
+WorkEnd ModuleEntry::Enter(const ModuleRecording& recording) {
   for (const ModuleRecording::Event event : recording.events) {
     if (!EnterEvent(recording, event)) {
       LogAborted();
-      return Result::kFailed;
+      return WorkEnd::kFailed;
     }
   }
   return ReportEnd(recording);
@@ -80,19 +80,19 @@ bool ModuleEntry::AcceptHeader(const ModuleRecording& recording) {
   return true;
 }
 
-ModuleEntry::Result ModuleEntry::ReportEnd(const ModuleRecording& recording) {
+WorkEnd ModuleEntry::ReportEnd(const ModuleRecording& recording) {
   using End = ModuleRecording::End;
   const std::string_view kind = reporter_.Messages().Text(MessageKey::kAssemblerSourceModuleFile);
   switch (recording.end) {
     case End::kWhole:
-      return Result::kWhole;
+      return WorkEnd::kCompleted;
     case End::kStopped:
       LogAborted();
-      return Result::kStopped;
+      return WorkEnd::kStopped;
     case End::kTooManyLines:
       reporter_.PostWarning(MessageKey::kW9406,
                             {MessageFile{modulePath_}, StkAsmModuleReader::kMaxLines});
-      return Result::kFailed;
+      return WorkEnd::kFailed;
     case End::kCutShort:
       reporter_.PostWarning(MessageKey::kW9401, {MessageFile{modulePath_}});
       break;
@@ -105,7 +105,7 @@ ModuleEntry::Result ModuleEntry::ReportEnd(const ModuleRecording& recording) {
       break;
   }
   LogAborted();
-  return Result::kFailed;
+  return WorkEnd::kFailed;
 }
 
 void ModuleEntry::AddFunction(const ModuleRecording& recording, uint32_t number) {

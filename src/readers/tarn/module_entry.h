@@ -27,14 +27,12 @@ struct ModuleDestination {
 // on the compiler's version and brings the runtime helper names.
 class ModuleEntry {
  public:
-  using Result = ModuleReader::Entered;
-
   // modulePath must outlive the entry.
   ModuleEntry(const std::string& modulePath, ModuleDestination destination, Host& host,
               StkReporter& reporter);
 
-  // kWhole: read to its end, with an accepted header.
-  Result Enter(const ModuleRecording& recording);
+  // kCompleted: read to its end, with an accepted header.
+  WorkEnd Enter(const ModuleRecording& recording);
 
  private:
   // What a helper of the recording is called in the function table, once that has been asked.
@@ -43,7 +41,7 @@ class ModuleEntry {
   // False: the module is refused.
   bool EnterEvent(const ModuleRecording& recording, ModuleRecording::Event event);
   bool AcceptHeader(const ModuleRecording& recording);
-  Result ReportEnd(const ModuleRecording& recording);
+  WorkEnd ReportEnd(const ModuleRecording& recording);
   void AddFunction(const ModuleRecording& recording, uint32_t number);
   void AddRuntimeHelpers(const ModuleRecording& recording, uint32_t number);
   uint32_t TableNameOf(const StkNameSet& names, uint32_t name);

@@ -33,7 +33,7 @@ class TarnModuleReader : public ModuleReader {
     StkAsmModuleReader(*file, stopEvent, host_.codePage, recording_).Read();
   }
 
-  Entered Enter(FunctionDatabase database) override {
+  WorkEnd Enter(FunctionDatabase database) override {
     return ModuleEntry(path_, {database, project_, compiler_}, host_, reporter_).Enter(recording_);
   }
 

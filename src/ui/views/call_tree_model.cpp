@@ -247,7 +247,7 @@ bool CallTreeModel::HasChildren(const Node& node) const {
 CallTreeModel::Looks CallTreeModel::LooksOf(const Node& node) const {
   const NodeRecord& record = node.record;
   return {ForScreen(RowName(*record.function, codePage_), codePage_),
-          record.function->IconIndex(record.onMaximumChain, false),
+          IconIndex(*record.function, record.onMaximumChain),
           node.children != kNoLevel || HasChildren(node)};
 }
 

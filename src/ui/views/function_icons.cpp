@@ -28,6 +28,23 @@ QIcon SquareIcon(int kind, int cells, int cell) {
 
 }  // namespace
 
+int IconIndex(const StkFunction& function, bool onMaximumChain) {
+  if (onMaximumChain) {
+    return 0;
+  }
+  switch (function.Kind()) {
+    case FunctionKind::kSpecified:
+      return 1;
+    case FunctionKind::kRecursive:
+      return 2;
+    case FunctionKind::kUnknown:
+      return 3;
+    case FunctionKind::kDefined:
+      break;
+  }
+  return 4;
+}
+
 QIcon TreeIcon(int iconIndex) {
   return SquareIcon(iconIndex, 1, 0);
 }

@@ -3,11 +3,17 @@
 #include <QIcon>
 #include <QRect>
 
+#include "core/function.h"
+
 class QPainter;
 
 namespace velkor::ui {
 
 // The drawn images of the tree and the list: sharp at every scale. User-interface thread.
+
+// 0 to 4: the image of the function. onMaximumChain: the view marks a callee whose total is the
+// largest among its siblings.
+int IconIndex(const StkFunction& function, bool onMaximumChain);
 
 // 16 x 16: a box in the colour of the function's kind; icon index 0 to 4.
 QIcon TreeIcon(int iconIndex);

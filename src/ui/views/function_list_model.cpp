@@ -40,14 +40,15 @@ void FunctionListModel::Fill(const NodeRecord& record, uint32_t sizeLimit,
   rows_.clear();
   sortValues_.clear();
   StkFunction& function = *record.function;
-  Append(function, function.IconIndex(record.onMaximumChain, false), sizeLimit);
+  Append(function, IconIndex(function, record.onMaximumChain), sizeLimit);
   if (!record.repeated) {
     rows_.reserve(1 + function.callees.size() + function.extraCallees.size());
     sortValues_.reserve(rows_.capacity());
     const uint32_t largest = LargestCalleeTotal(function);
     for (const StkFunctionList* list : {&function.callees, &function.extraCallees}) {
       for (StkFunction* callee : *list) {
-        Append(*callee, callee->IconIndex(callee->totalStackSize == largest, true), sizeLimit);
+        Append(*callee, kCalleeRow + IconIndex(*callee, callee->totalStackSize == largest),
+               sizeLimit);
       }
     }
   }

@@ -79,14 +79,6 @@ void CStkLogView::AppendLine(std::string_view text) {
   }
 }
 
-void CStkLogView::ShowAll() {
-  while (!pending_.empty()) {
-    Insert(pending_.size());
-  }
-  MoveToEnd();
-  frame_.UpdateCommands();
-}
-
 std::optional<CommandState> CStkLogView::StateOf(Command command) {
   switch (command) {
     case Command::kCopy:

@@ -32,8 +32,6 @@ class CStkLogView : public QPlainTextEdit, public LogView, public CommandTarget 
 
   void Append(const StkMessage& message) override;
   void AppendNote(const StkNote& note) override;
-  // Everything that was appended is in the text from here on.
-  void ShowAll();
 
   std::optional<CommandState> StateOf(Command command) override;
   void Execute(Command command) override;

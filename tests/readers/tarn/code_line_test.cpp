@@ -14,11 +14,11 @@ namespace {
 // The tests of a line spelt out with nothing but the scanner's operations.
 class LiteralTests {
  public:
-  explicit LiteralTests(const TextLine& line) : line_(line) { scanner_.SetLine(line); }
+  explicit LiteralTests(const TextLine& line) : line_(line) {}
 
   SegmentDirective Segment() {
     SegmentDirective directive;
-    scanner_.ResetCursor();
+    scanner_.SetLine(line_);
     if (line_.text.starts_with(';')) {
       return directive;
     }
@@ -37,7 +37,7 @@ class LiteralTests {
   }
 
   std::string_view Label() {
-    scanner_.ResetCursor();
+    scanner_.SetLine(line_);
     constexpr CharacterSet kColon{":"};
     std::string_view label;
     if (!scanner_.SkipBlanks() || !scanner_.Token(kColon, label)) {
@@ -49,7 +49,7 @@ class LiteralTests {
   }
 
   std::string Call() {
-    scanner_.ResetCursor();
+    scanner_.SetLine(line_);
     std::string_view mnemonic;
     if (!scanner_.SkipBlanks() || !scanner_.Token(kBlanks, mnemonic) || !scanner_.SkipBlanks()) {
       return {};

@@ -36,10 +36,10 @@ class ModuleReading {
     const ModuleRecording recording = Record(host_, std::move(bytes), stopped);
     const std::string path = kModulePath;
     ModuleEntry entry(path, {{functions, files}, project, compiler}, host_.host, recorder.reporter);
-    const ModuleEntry::Result result = entry.Enter(recording);
-    aborted = result == ModuleEntry::Result::kStopped;
+    const WorkEnd result = entry.Enter(recording);
+    aborted = result == WorkEnd::kStopped;
     recorder.queue.Drain();
-    return result == ModuleEntry::Result::kWhole;
+    return result == WorkEnd::kCompleted;
   }
 
   const std::vector<std::string>& Log() const { return recorder.log.lines; }

@@ -1,4 +1,4 @@
-#include "core/group_paths.h"
+#include "core/detail/group_paths.h"
 
 #include <algorithm>
 

@@ -1,11 +1,12 @@
-#include "core/computation.h"
+#include "core/detail/computation.h"
 
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
-#include "core/top_level.h"
-#include "core/totals.h"
+#include "core/detail/top_level.h"
+#include "core/detail/totals.h"
+#include "core/detail/totals_update.h"
 
 namespace velkor {
 

@@ -1,4 +1,4 @@
-#include "core/function_total.h"
+#include "core/detail/function_total.h"
 
 namespace velkor {
 

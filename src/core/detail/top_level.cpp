@@ -1,4 +1,4 @@
-#include "core/top_level.h"
+#include "core/detail/top_level.h"
 
 #include <algorithm>
 #include <cstdint>

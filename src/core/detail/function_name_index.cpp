@@ -1,4 +1,4 @@
-#include "core/function_name_index.h"
+#include "core/detail/function_name_index.h"
 
 #include <array>
 

@@ -1,4 +1,4 @@
-#include "core/function_list.h"
+#include "core/function_sorting.h"
 
 #include <algorithm>
 

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
-#include "core/call_graph.h"
-#include "core/components.h"
+#include "core/detail/call_graph.h"
+#include "core/detail/components.h"
 #include "core/function_table.h"
 #include "core/root_list.h"
 

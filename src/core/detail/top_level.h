@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <vector>
 
-#include "core/call_graph.h"
-#include "core/components.h"
+#include "core/detail/call_graph.h"
+#include "core/detail/components.h"
 
 namespace velkor {
 

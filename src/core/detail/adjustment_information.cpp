@@ -1,6 +1,9 @@
-#include <algorithm>
+#include "core/detail/adjustment_information.h"
 
-#include "core/adjustments.h"
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "core/function_text.h"
 
 namespace velkor {

@@ -1,4 +1,4 @@
-#include "core/call_name_lists.h"
+#include "core/detail/call_name_lists.h"
 
 namespace velkor {
 

@@ -4,7 +4,7 @@
 #include <span>
 #include <vector>
 
-#include "core/call_graph.h"
+#include "core/detail/call_graph.h"
 
 namespace velkor {
 

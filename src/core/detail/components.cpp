@@ -1,4 +1,4 @@
-#include "core/components.h"
+#include "core/detail/components.h"
 
 #include <algorithm>
 #include <utility>

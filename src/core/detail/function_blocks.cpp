@@ -1,4 +1,4 @@
-#include "core/function_blocks.h"
+#include "core/detail/function_blocks.h"
 
 #include <utility>
 

@@ -1,9 +1,9 @@
-#include "core/totals.h"
+#include "core/detail/totals.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "core/function_total.h"
+#include "core/detail/function_total.h"
 
 namespace velkor {
 

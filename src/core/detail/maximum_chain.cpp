@@ -1,4 +1,4 @@
-#include "core/maximum_chain.h"
+#include "core/detail/maximum_chain.h"
 
 #include "core/call_range.h"
 

@@ -1,9 +1,10 @@
+#include "core/detail/totals_update.h"
+
 #include <bit>
 #include <vector>
 
 #include "core/call_range.h"
-#include "core/function_total.h"
-#include "core/totals.h"
+#include "core/detail/function_total.h"
 
 namespace velkor {
 

@@ -1,9 +1,10 @@
+#include "core/detail/report_overflow.h"
+
 #include <string>
 #include <vector>
 
 #include "core/call_range.h"
 #include "core/function_text.h"
-#include "core/recompute.h"
 
 namespace velkor {
 

@@ -1,4 +1,4 @@
-#include "core/call_graph.h"
+#include "core/detail/call_graph.h"
 
 #include "core/call_range.h"
 

@@ -1,0 +1,46 @@
+#include "core/detail/pending_adjustments.h"
+
+#include <string>
+
+#include "core/detail/adjustment_information.h"
+#include "core/function_text.h"
+
+namespace velkor {
+
+void ApplyPending(StkFunctionTable& table, StkFunction& function, bool log, StkReporter& reporter) {
+  if (function.pendingAdjustment == nullptr) {
+    return;
+  }
+  const StkAdjustment& pending = *function.pendingAdjustment;
+  if (log) {
+    const std::string text =
+        AdjustmentInformation(pending, function, InformationMode::kNew, reporter.Messages()).text;
+    if (!text.empty()) {
+      const std::string name = FunctionSpecName(function, reporter.Messages().GetCodePage());
+      reporter.PostLog(MessageKey::kSpecificationAdjusted, {name, text});
+    }
+  }
+  table.PutPendingInForce(function);
+}
+
+void CheckRecursionDepths(StkFunctionTable& table, SpecificationSource& source, Event* stopEvent,
+                          StkReporter& reporter) {
+  const bool ask = source.Kind() == SpecificationKind::kUserFile;
+  Event neverStopped{Event::Reset::kManual};
+  StopAnswer answer = source.Answer();
+  for (StkFunction* function : table.Functions()) {
+    StkAdjustment* pending = function->pendingAdjustment.get();
+    if (pending == nullptr || pending->depth == kNoDepth || function->Is(FN_RECURSIVE)) {
+      continue;
+    }
+    if (ask) {
+      answer = reporter.AskStopReading(
+          stopEvent != nullptr ? *stopEvent : neverStopped, answer,
+          reporter.Messages().MakeMessage(
+              MessageKey::kW9417, {MessageFile{source.Path()}, MessageLine{pending->line}}));
+    }
+    pending->depth = kNoDepth;
+  }
+}
+
+}  // namespace velkor
