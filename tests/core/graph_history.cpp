@@ -12,7 +12,7 @@ namespace velkor::testing {
 namespace {
 
 constexpr uint32_t kSizes[] = {0, 1, 10, 21845, 32768, 65535, kOverSize};
-constexpr uint32_t kMargins[] = {kNoMargin, 0, 1, 65535};
+constexpr uint32_t kMargins[] = {kNoMargin, 0, 1, 65535, 0xFFFFFFFE};
 constexpr uint32_t kDepths[] = {kNoDepth, 1, 2, 3, 65536, 0xFFFFFFFF};
 
 Statement StatementOf(const StkAdjustment& adjustment) {
@@ -42,32 +42,7 @@ GraphHistory::GraphHistory(FuzzInput& input, const CodePage& codePage, uint32_t 
 }
 
 bool GraphHistory::Step(Kind kind) {
-  bool rebuilt = false;
-  switch (kind) {
-    case kAdjust:
-      rebuilt = Adjust();
-      break;
-    case kCancel:
-      rebuilt = Cancel();
-      break;
-    case kCancelAll:
-      rebuilt = CancelAll();
-      break;
-    case kReadAdjustments:
-      rebuilt = ReadAdjustments();
-      break;
-    case kNothing:
-      break;
-    case kCompute:
-      rebuilt = Compute(nullptr);
-      break;
-    case kDiscard:
-      Discard();
-      break;
-    case kReadLibrarySize:
-      rebuilt = ReadLibrarySize();
-      break;
-  }
+  const bool rebuilt = Take(kind);
   Statements inForce = stated_;
   for (std::optional<Statement>& statement : inForce) {
     if (statement && statement->StatesNothing()) {
@@ -76,6 +51,27 @@ bool GraphHistory::Step(Kind kind) {
   }
   Require(InForce(table) == inForce, "what is stated is in force");
   return rebuilt;
+}
+
+bool GraphHistory::Take(Kind kind) {
+  switch (kind) {
+    case kAdjust:
+      return Adjust();
+    case kCancel:
+      return Cancel();
+    case kCancelAll:
+      return CancelAll();
+    case kReadAdjustments:
+      return ReadAdjustments();
+    case kCompute:
+      return Compute(nullptr);
+    case kDiscard:
+      return Discard();
+    case kReadLibrarySize:
+      return ReadLibrarySize();
+    default:
+      return false;
+  }
 }
 
 StkFunctionList GraphHistory::AnyFunctions() {
@@ -214,10 +210,11 @@ bool GraphHistory::ReadAdjustments() {
 }
 
 // Of a file that is given up.
-void GraphHistory::Discard() {
+bool GraphHistory::Discard() {
   StkFunction& function = AnyFunction();
   table.SetPendingAdjustment(function, AnyAdjustment(function));
   table.DiscardPendingAdjustments();
+  return false;
 }
 
 bool GraphHistory::ReadLibrarySize() {

@@ -50,12 +50,13 @@ class GraphHistory {
   void AddCalls(StkFunction& function);
   StkAdjustment AnyAdjustment(const StkFunction& function);
   std::string Name(uint32_t number) const;
+  bool Take(Kind kind);
   bool Compute(SpecificationSource* source);
   bool Adjust();
   bool Cancel();
   bool CancelAll();
   bool ReadAdjustments();
-  void Discard();
+  bool Discard();
   bool ReadLibrarySize();
 
   FuzzInput& input_;
