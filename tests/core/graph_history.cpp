@@ -122,7 +122,7 @@ void GraphHistory::MakeFunctions(uint32_t maxFunctions) {
     StkFunction& function =
         table.AddDefined(input_.Below(2) != 0 ? Name(i) + "x" : Name(i), files_.Intern("f.c"));
     function.flags |= input_.Below(2) != 0 ? uint32_t{FN_GLOBAL} : 0u;
-    function.frameSize = AnyOf(kSizes);
+    function.frameSize = isLarge_ ? input_.Below(9) : AnyOf(kSizes);
     if (input_.Below(4) == 1) {
       function.SetFixedExtra();
     }

@@ -15,7 +15,7 @@ namespace velkor::testing {
 class GraphHistory {
  public:
   // A graph of up to kSmall functions is made of any sizes and calls; a larger one of few calls
-  // and of sizes that seldom lead over the limit.
+  // and of small sizes.
   static constexpr uint32_t kSmall = 6;
   GraphHistory(FuzzInput& input, const CodePage& codePage, uint32_t maxFunctions,
                StkReporter& reporter);
@@ -44,7 +44,7 @@ class GraphHistory {
  private:
   template <typename T, size_t kCount>
   T AnyOf(const T (&values)[kCount]) {
-    return isLarge_ && input_.Below(30) != 0 ? T{input_.Below(9)} : values[input_.Below(kCount)];
+    return isLarge_ && input_.Below(8) != 0 ? T{input_.Below(9)} : values[input_.Below(kCount)];
   }
   void MakeFunctions(uint32_t maxFunctions);
   void AddCalls(StkFunction& function);
