@@ -42,8 +42,6 @@ class StkLineScanner {
     hasLineEnd_ = text_.size() == line.length;
     cursor_ = 0;
   }
-  // Back to the start of the line; cannot fail.
-  void ResetCursor() { cursor_ = 0; }
   // Fails only when the cursor stands at the end before it starts.
   bool SkipBlanks() {
     if (cursor_ == End()) {
