@@ -69,6 +69,71 @@ TEST(Adjustments, InformationIsCutAtAWholeItem) {
             "Additional margin is set to 7, Recursion depth is set to 2, ...");
 }
 
+// What a change says, and that it says nothing where nothing changes.
+TEST(Adjustments, TellWhatTheyChange) {
+  Adjusted graph("f 1 -> f\ng 1\nstatic h 1\n");
+  StkFunction* const g = &graph["g"];
+  StkFunction* const h = &graph["h"];
+  const struct {
+    StkAdjustment adjustment;
+    const char* told;
+  } steps[] = {
+      {Values(10), "Additional margin is set to 10"},
+      {Values(10), nullptr},
+      {Values(0, 2, {g, h}),
+       "Additional margin is set to 0, Recursion depth is set to 2, g is "
+       "added., h.c#h is added."},
+      {Values(0, 3, {h}), "Recursion depth is set to 3, g is deleted."},
+      {Values(kNoMargin, 3, {g}), "Additional margin is deleted, g is added., h.c#h is deleted."},
+      {Values(0xFFFFFFFE),
+       "Additional margin is set to 4294967294, Recursion depth is deleted, "
+       "g is deleted."},
+  };
+  for (const auto& [adjustment, told] : steps) {
+    const bool callees = told != nullptr && std::string(told).ends_with('.');
+    EXPECT_EQ(graph.Adjust("f", adjustment), callees);
+    const Lines log = graph.Log();
+    EXPECT_EQ(told == nullptr
+                  ? Lines()
+                  : Lines{"Stack size specification of f adjusted. " + std::string(told) + "."},
+              Lines(log.begin(), log.begin() + (told == nullptr ? 0 : 1)));
+  }
+  CancelAdjustment(graph.functions, graph.roots, graph["f"], graph.recorder.reporter);
+  EXPECT_EQ(graph.Log(), Lines{"Stack size specification of f canceled."});
+}
+
+// The function itself, then each top-level function above it, once.
+TEST(Adjustments, TellWhatLeadsOverTheLimit) {
+  const struct {
+    const char* graph;
+    uint32_t margin;
+    uint32_t depth;
+    Lines told;
+  } cases[] = {
+      {"top 1 -> f\nf 1\n", 65534, kNoDepth, {"W9466 top"}},
+      {"top 1 -> f\nf 1\n", 65535, kNoDepth, {"W9466 f", "W9466 top"}},
+      {"top 1 -> f\nf 1\n", 65535, 2, {"W9465 f", "W9466 top"}},
+      {"top 1 -> f\nf 32768 -> f\n", kNoMargin, 2, {"W9465 f", "W9466 top"}},
+      {"top 1 -> f\nf 32768 -> f\n", 32768, 1, {"W9466 f", "W9466 top"}},
+      {"f 1 -> g\ng 1\ntop 65535 -> g\nelse 65536\n", 65535, kNoDepth, {"W9466 f"}},
+      {"a 0 -> b c\nb 0 -> f\nc 0 -> f\nd 65000 -> c\nf 0\n", 1000, kNoDepth, {"W9466 d"}},
+      {"a 65535 -> b\nb 0 -> a f\nf 0\n", 1, kNoDepth, {"W9466 a"}},
+  };
+  for (const auto& each : cases) {
+    SCOPED_TRACE(each.graph);
+    Adjusted graph(each.graph);
+    graph.Adjust("f", Values(each.margin, each.depth));
+    Lines told;
+    for (const std::string& line : graph.Log()) {
+      const size_t name = line.find("(") + 1;
+      if (line.starts_with("W")) {
+        told.push_back(line.substr(0, 6) + line.substr(name, line.find(')') - name));
+      }
+    }
+    EXPECT_EQ(told, each.told);
+  }
+}
+
 // The answer to each question decides about the next one only; every depth is dropped.
 TEST(Adjustments, AskAboutDepthsUntilAnswered) {
   for (const BoxAnswer answer : {BoxAnswer::kRetry, BoxAnswer::kIgnore, BoxAnswer::kAbort}) {

@@ -212,7 +212,7 @@ void ExpectExplained(const Engine& engine, uint32_t number) {
   EXPECT_EQ(sum, engine.Known(number));
 }
 
-// Whoever is blamed has the reason, and can be reached.
+// Whoever is blamed has the reason, and can be reached; whatever can be reached is blamed.
 void ExpectBlamed(const SmallProgram& program, const Engine& engine, uint32_t number) {
   const ReasonWitnesses witnesses(engine.table, engine.bounds);
   ReasonSet blamed;
@@ -222,6 +222,12 @@ void ExpectBlamed(const SmallProgram& program, const Engine& engine, uint32_t nu
     const uint32_t there =
         static_cast<uint32_t>(std::stoul(std::string(reason.function->name).substr(2)));
     EXPECT_TRUE(there == number || program.Leads(number, there, [](uint32_t) { return true; }));
+  }
+  EXPECT_EQ(blamed, engine.Reasons(number));
+  for (uint32_t below = 0; below < program.Count(); ++below) {
+    if (below == number || program.Leads(number, below, [](uint32_t) { return true; })) {
+      blamed.Add(engine.bounds.OwnReasons(engine.At(below)));
+    }
   }
   EXPECT_EQ(blamed, engine.Reasons(number));
 }

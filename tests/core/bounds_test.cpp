@@ -113,6 +113,19 @@ TEST(Bounds, OwnSizeTakesTheStatedMarginElseTheLibrarySize) {
   EXPECT_EQ(graph.Of("main"), "over 65557");
 }
 
+// The limit divides what has a bound, and never takes away that something is missing.
+TEST(Bounds, TheLimitItselfIsNotOverIt) {
+  const char* const states[][2] = {{"bounded 65534", "unbounded 65534 unknown"},
+                                   {"bounded 65535", "unbounded 65535 unknown"},
+                                   {"over 65536", "unbounded 65536 unknown"}};
+  for (uint32_t i = 0; i < 3; ++i) {
+    Bounded graph("main 65530 -> f\nisr 65530 -> f x\nf 4\n? x\n");
+    graph.Adjust("f", i);
+    EXPECT_EQ(graph.Of("main"), states[i][0]);
+    EXPECT_EQ(graph.Of("isr"), states[i][1]);
+  }
+}
+
 TEST(Bounds, AFunctionMayBeItsOwnExtraCallee) {
   Bounded graph("main 1 -> f\nf 4 => f\n");
   EXPECT_EQ(graph.Of("main"), "unbounded 5 recursion");

@@ -107,29 +107,6 @@ class FunctionTable : public ::testing::Test {
   StkFunctionTable table_{codePage_};
 };
 
-TEST_F(FunctionTable, ResolvingLinksBothDirections) {
-  StkFunction& main = Add("_main", "a.c", FN_GLOBAL);
-  StkFunction& other = Add("_other", "a.c", FN_GLOBAL);
-  for (const char* name : {"_z", "_other", "_main", "_z", "_a"}) {
-    table_.AddCallName(main, name);
-  }
-  table_.AddCallName(other, "_z");
-  table_.ResolveAllCalls();
-
-  ASSERT_EQ(table_.Count(), 4U);
-  StkFunction& z = *table_.Functions()[2];
-  StkFunction& a = *table_.Functions()[3];
-  EXPECT_EQ(z.name, "_z");
-  EXPECT_EQ(main.callees, (StkFunctionList{&a, &main, &other, &z}));
-  EXPECT_EQ(z.callers, (StkFunctionList{&main, &other}));
-  EXPECT_EQ(main.callers, StkFunctionList{&main});
-  EXPECT_TRUE(main.CallsDirectly(a));
-  EXPECT_FALSE(other.CallsDirectly(a));
-  EXPECT_TRUE(table_.CallNames(main).empty() && table_.CallNames(other).empty());
-  table_.ResolveAllCalls();
-  EXPECT_EQ(main.callees.size(), 4U);
-}
-
 TEST_F(FunctionTable, SortsByNameAndThenByTableOrder) {
   StkFunction& b1 = Add("_b", "a.c");
   StkFunction& upper = Add("_B", "a.c");

@@ -95,18 +95,5 @@ TEST(FunctionText, AdjustmentInformation) {
   }
 }
 
-TEST(FunctionText, Items) {
-  StkFunction function = Make("_main", FN_DEFINED | FN_GLOBAL | FN_RECURSIVE);
-  function.totalStackSize = 10;
-  function.frameSize = 4;
-  EXPECT_EQ(TextItem(function, ",", kCodePage), "main*(10,4)");
-  EXPECT_EQ(CsvItem(function, kCodePage), "main*,10,4,0");
-  Adjust(function, 10, 3);
-  EXPECT_EQ(TextItem(function, ",", kCodePage), "main*(10,4,+10*3)");
-  EXPECT_EQ(TextItem(function, ":", kCodePage), "main*(10:4:+10*3)");
-  EXPECT_EQ(CsvItem(function, kCodePage), "main*,10,4,+10*3");
-  EXPECT_EQ(TextItem(Make("_u", 0), ":", kCodePage), "[u](?:?)");
-}
-
 }  // namespace
 }  // namespace velkor

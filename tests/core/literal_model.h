@@ -2,83 +2,60 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "core/function_table.h"
-#include "core/specification_source.h"
+#include "core/root_list.h"
 
 namespace velkor::testing {
 
 using IndexList = std::vector<size_t>;
 
-IndexList Indices(const StkFunctionList& list);
-
-struct ModelAdjustment {
-  uint32_t margin = kNoMargin;
-  uint32_t depth = kNoDepth;
-  uint32_t line = 0;
-  std::optional<IndexList> callees;
-
-  explicit ModelAdjustment(const StkAdjustment& adjustment);
-};
-
 struct ModelFunction {
-  std::string name;  // as messages name it
-  uint32_t frameSize = 0;
   uint32_t flags = 0;
-  uint32_t librarySize = 0;
   uint32_t total = 0;
   uint32_t maxCalleeSize = 0;
   int32_t chainCount = 1;
   bool done = false;
-  IndexList callees, extraCallees, callers, extraCallers;
-  std::optional<ModelAdjustment> pending;
-  std::optional<StkAppliedAdjustment> applied;
+  IndexList callees, callers;  // extra ones behind the others
 
   bool Is(uint32_t flag) const { return (flags & flag) != 0; }
 };
 
-// The computation and the adjustments as path walks that recurse, mark and take back, without any
-// thought of cost: what the engine must agree with on every small database. Shares no code with
-// it. Texts are not cut to their limits.
+// The computation as path walks that recurse, mark and take back, without any thought of cost:
+// what the engine must agree with on every small database. Shares no code with it. Calls and what
+// is stated are the table's; recursion marks, top-level functions and totals are its own.
 class LiteralModel {
  public:
+  // With the marks that the table has.
   explicit LiteralModel(const StkFunctionTable& table);
 
-  // The source is called "user.txt" when it is a user's file.
-  void Recompute(bool rebuild, std::optional<SpecificationKind> source);
-  bool AdjustFunction(size_t function, const ModelAdjustment& adjustment);
-  bool CancelAdjustment(size_t function);
-  bool CancelAllAdjustments();
-  void ReportOverflow(size_t function);
-  bool IsRecursiveWith(size_t function, const IndexList& proposed);
-
-  std::vector<ModelFunction> functions;
-  IndexList roots;
-  bool overflow = false;
-  std::vector<std::string> log;
+  // After the table was computed, in the same way.
+  void Recompute(bool rebuild);
+  bool IsRecursiveWith(size_t function, const StkFunctionList& proposed);
+  // Everything that a computation leaves behind, as text, so that a difference can be read.
+  std::string Results() const;
 
  private:
+  void Read();
   void ClearDone();
-  void Link();
   void AppendInPostOrder(size_t function, IndexList& order);
   IndexList PostOrder();
   bool Reaches(size_t target, const IndexList& list, IndexList& path) const;
   bool AboveIsRecursive(size_t function, size_t current, IndexList& path) const;
   void DecideRoots();
-  void CheckRecursionDepths(SpecificationKind kind);
-  uint32_t Compute(size_t function, size_t root, IndexList& path, bool logPending);
-  uint32_t WalkCallees(size_t function, const IndexList& list, size_t root, IndexList& path,
-                       bool logPending);
-  uint32_t Total(const ModelFunction& function) const;
-  void ApplyPending(ModelFunction& function, bool logPending);
-  std::string Information(const ModelAdjustment& adjustment, const ModelFunction& function,
-                          bool compare, bool& changed) const;
-  bool Cancel(ModelFunction& function);
-  void WalkUp(size_t function, size_t current, IndexList& path);
-  void Warn(const ModelFunction& function, bool depth);
+  uint32_t Compute(size_t function, size_t root, IndexList& path);
+  uint32_t LargestCallee(size_t function, size_t root, IndexList& path);
+  uint32_t Total(size_t function) const;
+
+  const StkFunctionTable& table_;
+  std::vector<ModelFunction> functions_;
+  IndexList roots_;
+  bool overflow_ = false;
 };
+
+// The engine's, in the same words.
+std::string Results(const StkFunctionTable& table, const StkRootList& roots);
 
 }  // namespace velkor::testing

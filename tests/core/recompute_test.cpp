@@ -55,44 +55,6 @@ TEST(Recompute, FiguresOfSmallPrograms) {
   }
 }
 
-TEST(Recompute, FiguresOfMarginAndDepth) {
-  const struct {
-    const char* graph;
-    uint32_t margin;
-    uint32_t depth;
-    const char* total;
-  } cases[] = {
-      {"f 10\n", 6, kNoDepth, "16"},
-      {"f 10\n", kNoMargin, 3, "10"},  // not recursive
-      {"f 10 -> f\n", 2, 3, "36"},
-      {"f 21844 -> f\n", 2, 3, "SIZEOVER"},
-      {"f 21843 -> f\n", 2, 3, "65535"},
-      {"f 0 -> f\n", 0xFFFFFFFE, 0xFFFFFFFF, "SIZEOVER"},
-      {"f 0 -> f\n", kNoMargin, 0xFFFFFFFF, "0"},
-      {"f 0 -> f\n", 1, 0xFFFFFFFF, "SIZEOVER"},
-      {"f 0 -> f\n", 1, 65535, "65535"},
-      {"f 0 -> f\n", 65535, 65538, "SIZEOVER"},
-  };
-  for (const auto& each : cases) {
-    ComputedGraph graph(each.graph);
-    graph.Adjust("f", each.margin, each.depth);
-    EXPECT_EQ(TotalSizeText(graph["f"]), each.total) << each.graph << each.margin;
-  }
-}
-
-TEST(Recompute, PresetMarginsAndLibrarySizesCountUntilAnAdjustment) {
-  ComputedGraph graph("f 10 -> g\n? g\n");
-  graph["f"].SetFixedExtra();
-  graph.SetLibrarySize("g", 4);
-  EXPECT_EQ(Totals(graph), "20 4");
-  graph.Adjust("f", kSizeLimit);
-  EXPECT_EQ(Totals(graph), "SIZEOVER 4");
-  EXPECT_TRUE(graph.functions.Overflow());
-  graph.Adjust("f", 1);
-  EXPECT_EQ(Totals(graph), "15 4");
-  EXPECT_FALSE(graph.functions.Overflow()) << "it is over";
-}
-
 // 60 steps of two functions that each call both of the next step.
 TEST(Recompute, HoldsAChainCountAtItsLimit) {
   std::string text = "top 0 -> a0 b0\n";

@@ -22,15 +22,6 @@ struct TextModeReading : ::testing::Test {
   testing::TestHost host;
 };
 
-TEST_F(TextModeReading, LongLinesAreCutAndCountedWhole) {
-  const std::string kept(5118, 'x');
-  EXPECT_EQ((Lines{{kept, 5118}}), Read(kept + "\r\n", 5119));
-  EXPECT_EQ((Lines{{kept, 5119}, {"", 0}}), Read(kept + "y\r\n\r\n", 5119));
-  // Across many chunks, its carriage return at a chunk's end.
-  const std::string huge((1 << 20) - 1, 'x');
-  EXPECT_EQ((Lines{{kept, huge.size()}, {"z", 1}}), Read(huge + "\r\nz", 5119));
-}
-
 TEST_F(TextModeReading, AgreesWithTheModelOnAnyBytesInAnyPieces) {
   std::mt19937 random(20240602);
   for (uint32_t round = 0; round < 4000; ++round) {

@@ -10,15 +10,6 @@ using Lines = std::vector<testing::ReadLineResult>;
 
 constexpr char kFilePath[] = "C:\\p\\file.txt";
 
-TEST(TextReader, ALongLineIsCutAndCountedWhole) {
-  const std::string full(5119, 'x');
-  const std::string huge(1 << 20, 'x');
-  const std::string bytes = full + "\r\n" + huge + "\r\n\r\n";
-  StkMemorySource source(bytes);
-  StkTextReader reader(source);
-  EXPECT_EQ((Lines{{full, 5119}, {full, huge.size()}, {"", 0}}), testing::AllLines(reader, 5120));
-}
-
 TEST(TextReader, PositionGrowsWithTheLinesAnswered) {
   StkMemorySource source("ab\r\nc\rd\n");
   StkTextReader reader(source);

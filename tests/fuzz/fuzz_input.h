@@ -23,7 +23,10 @@ class FuzzInput {
     return byte.empty() ? '0' : static_cast<uint8_t>(byte.front());
   }
   // 0 to count - 1. A digit's character chooses its value, so that inputs can be written by hand.
-  uint32_t Below(uint32_t count) { return (Byte() + 256u - '0') % 256u % count; }
+  uint32_t Below(uint32_t count) {
+    const uint32_t low = (Byte() + 256u - '0') % 256u;
+    return (count > 256 ? Byte() * 256u + low : low) % count;
+  }
   // UTF-8, Shift-JIS or a single-byte set.
   const CodePage& Page() {
     static const std::array<CodePage, 3> kPages = {CodePage::Utf8(), CodePage::ShiftJis(),

@@ -11,7 +11,6 @@ using Fuzzer = void (*)(std::string_view bytes);
 void FuzzProject(std::string_view bytes);
 void FuzzModule(std::string_view bytes);
 void FuzzSpec(std::string_view bytes);
-void FuzzNumber(std::string_view bytes);
 void FuzzPath(std::string_view bytes);
 void FuzzGraph(std::string_view bytes);
 void FuzzAnalysis(std::string_view bytes);
@@ -23,9 +22,9 @@ struct NamedFuzzer {
   Fuzzer fuzzer;
 };
 
-inline constexpr NamedFuzzer kFuzzers[] = {
-    {"project", FuzzProject},   {"module", FuzzModule},       {"spec", FuzzSpec},
-    {"number", FuzzNumber},     {"path", FuzzPath},           {"graph", FuzzGraph},
-    {"analysis", FuzzAnalysis}, {"callgraph", FuzzCallGraph}, {"elf", FuzzElf}};
+inline constexpr NamedFuzzer kFuzzers[] = {{"project", FuzzProject},     {"module", FuzzModule},
+                                           {"spec", FuzzSpec},           {"path", FuzzPath},
+                                           {"graph", FuzzGraph},         {"analysis", FuzzAnalysis},
+                                           {"callgraph", FuzzCallGraph}, {"elf", FuzzElf}};
 
 }  // namespace velkor::testing

@@ -5,6 +5,7 @@
 #include "core/chain_count.h"
 #include "core/chain_walk.h"
 #include "core/function_text.h"
+#include "core/graph_history.h"
 #include "core/literal_model.h"
 #include "core/recompute.h"
 #include "core/test_source.h"
@@ -19,12 +20,8 @@ namespace velkor::testing {
 
 namespace {
 
-constexpr uint32_t kMaxFunctions = 6;  // the literal model walks every path
 constexpr int kMaxSteps = 12;
 constexpr const char* kReport = "C:\\p\\r.txt";
-constexpr uint32_t kSizes[] = {0, 1, 10, 21845, 32768, 65535, kOverSize};
-constexpr uint32_t kMargins[] = {kNoMargin, 0, 1, 65535};
-constexpr uint32_t kDepths[] = {kNoDepth, 1, 2, 3, 65536, 0xFFFFFFFF};
 
 // A report of the chains, drawn by a walk that recurses.
 struct LiteralReport {
@@ -74,188 +71,41 @@ struct LiteralReport {
   std::vector<const StkFunction*> path = {};
 };
 
-// One database of a few functions, its history, and the same done to the literal model.
+// A history of a few functions, beside it the literal model of it.
 class GraphRun {
  public:
-  explicit GraphRun(FuzzInput& input) : input_(input), host_(input.Page()) {
-    MakeFunctions();
-    model_.emplace(table_);
-  }
+  explicit GraphRun(FuzzInput& input)
+      : input_(input),
+        host_(input.Page()),
+        history_(input, host_.codePage, GraphHistory::kSmall, host_.reporter) {}
 
-  void Start() { Recompute(); }
-
-  void Step() {
-    switch (input_.Below(8)) {
-      case 0:
-        return Adjust();
-      case 1:
-        return Cancel();
-      case 2:
-        Require(
-            CancelAllAdjustments(table_, roots_, host_.reporter) == model_->CancelAllAdjustments(),
-            "all are cancelled alike");
-        return;
-      case 3:
-        return ReadAdjustments();
-      case 4:
-        return Report();
-      case 6:
-        return Propose();
-      case 7:
-        return ReadLibrarySize();
-      default:
-        return Recompute();
+  void Step(GraphHistory::Kind kind) {
+    const bool rebuilt = history_.Step(kind);
+    if (kind == GraphHistory::kNothing) {
+      Report();
+    } else if (kind == GraphHistory::kDiscard) {
+      Propose();
+    } else {
+      model_.Recompute(rebuilt);
     }
+    CheckDatabase(history_.table);
+    CheckResults(history_.table, history_.roots);
+    RequireEqual(Results(history_.table, history_.roots), model_.Results(), "the results");
   }
-
-  void Check() {
-    CheckDatabase(table_);
-    CheckResults(table_, roots_);
-    host_.CheckAllMessages(true);
-    RequireEqual(Index(roots_.Functions()), Index(model_->roots), "the top-level functions");
-    RequireEqual(table_.Overflow(), model_->overflow, "the overflow flag");
-    for (const auto& function : table_.Functions()) {
-      const ModelFunction& expected = model_->functions[function->index];
-      RequireEqual(function->flags, expected.flags, "flags", function->name);
-      RequireEqual(function->totalStackSize, expected.total, "a total", function->name);
-      RequireEqual(function->maxCalleeSize, expected.maxCalleeSize, "the largest callee",
-                   function->name);
-      RequireEqual(static_cast<uint32_t>(function->chainCount),
-                   static_cast<uint32_t>(expected.chainCount), "a chain count", function->name);
-    }
-    RequireEqual(Joined(host_.log.lines), Joined(model_->log), "the log");
-  }
+  void CheckMessages() const { host_.CheckAllMessages(true); }
 
  private:
-  static std::string Joined(const std::vector<std::string>& lines) {
-    std::string text;
-    for (const std::string& line : lines) {
-      text += line + "\n";
-    }
-    return text;
-  }
-  static std::string Index(const StkFunctionList& list) { return Index(Indices(list)); }
-  static std::string Index(const IndexList& list) {
-    std::string text;
-    for (const size_t index : list) {
-      text += std::to_string(index) + " ";
-    }
-    return text;
-  }
-
-  template <typename T, size_t kCount>
-  T AnyOf(const T (&values)[kCount]) {
-    return values[input_.Below(kCount)];
-  }
-  StkFunction& AnyFunction() { return *table_.Functions()[input_.Below(table_.Count())]; }
-  StkFunctionList AnyFunctions() {
-    const uint32_t chosen = input_.Byte();
-    StkFunctionList list;
-    for (const auto& function : table_.Functions()) {
-      if ((chosen >> function->index & 1) != 0) {
-        list.push_back(function);
-      }
-    }
-    return list;
-  }
-  StkAdjustment AnyAdjustment(const StkFunction& function) {
-    StkAdjustment adjustment;
-    adjustment.margin = AnyOf(kMargins);
-    adjustment.depth = AnyOf(kDepths);
-    StkFunctionList callees = AnyFunctions();
-    std::erase_if(callees,
-                  [&](const StkFunction* callee) { return function.CallsDirectly(*callee); });
-    if (!callees.empty()) {
-      adjustment.SetCallees(callees, table_.GetCodePage());
-    }
-    return adjustment;
-  }
-
-  // A byte of callees and one of properties for each; names run against the table's order where
-  // the properties say so.
-  void MakeFunctions() {
-    const uint32_t count = 1 + input_.Below(kMaxFunctions);
-    const auto name = [count](uint32_t i) { return std::string("_") + char('a' + count - i); };
-    for (uint32_t i = 0; i < count; ++i) {
-      StkFunction& function =
-          table_.AddDefined(input_.Below(2) != 0 ? name(i) + "x" : name(i), files_.Intern("f.c"));
-      function.flags |= input_.Below(2) != 0 ? uint32_t{FN_GLOBAL} : 0u;
-      function.frameSize = AnyOf(kSizes);
-      if (input_.Below(4) == 1) {
-        function.SetFixedExtra();
-      }
-      const uint32_t callees = input_.Byte();
-      for (uint32_t callee = 0; callee <= count; ++callee) {
-        if ((callees >> callee & 1) != 0) {
-          table_.AddCallName(function, name(callee));
-        }
-      }
-    }
-    table_.ResolveAllCalls();
-  }
-
-  void Recompute() {
-    const bool rebuild = input_.Below(2) != 0;
-    velkor::Recompute(table_, roots_, rebuild, nullptr, nullptr, host_.reporter);
-    model_->Recompute(rebuild, std::nullopt);
-  }
-
-  void Adjust() {
-    StkFunction& function = AnyFunction();
-    const StkAdjustment adjustment = AnyAdjustment(function);
-    Require(AdjustFunction(table_, roots_, function, adjustment, host_.reporter) ==
-                model_->AdjustFunction(function.index, ModelAdjustment(adjustment)),
-            "a change of callees is told");
-  }
-
-  void Cancel() {
-    StkFunction& function = AnyFunction();
-    Require(CancelAdjustment(table_, roots_, function, host_.reporter) ==
-                model_->CancelAdjustment(function.index),
-            "a change of callees is told");
-  }
-
-  void ReadAdjustments() {
-    const auto kind = static_cast<SpecificationKind>(input_.Below(3));
-    for (uint32_t count = input_.Below(4); count > 0; --count) {
-      StkFunction& function = AnyFunction();
-      if (function.pendingAdjustment == nullptr) {
-        StkAdjustment adjustment = AnyAdjustment(function);
-        model_->functions[function.index].pending = ModelAdjustment(adjustment);
-        table_.SetPendingAdjustment(function, std::move(adjustment));
-      }
-    }
-    const bool rebuild = input_.Below(2) != 0;
-    TestSource source(kind);
-    velkor::Recompute(table_, roots_, rebuild, &source, nullptr, host_.reporter);
-    model_->Recompute(rebuild, kind);
-  }
-
-  // Adjustments of a file that is given up, and callees that nobody has stated yet.
+  // Callees that nobody has stated yet.
   void Propose() {
-    StkFunction& function = AnyFunction();
-    table_.SetPendingAdjustment(function, AnyAdjustment(function));
-    table_.DiscardPendingAdjustments();
-    const StkFunctionList proposed = AnyFunctions();
-    RequireEqual(IsRecursiveWith(table_, function, proposed),
-                 model_->IsRecursiveWith(function.index, Indices(proposed)),
+    const StkFunction& function = history_.AnyFunction();
+    const StkFunctionList proposed = history_.AnyFunctions();
+    RequireEqual(IsRecursiveWith(history_.table, function, proposed),
+                 model_.IsRecursiveWith(function.index, proposed),
                  "a recursion that a callee would make", function.name);
   }
 
-  void ReadLibrarySize() {
-    StkFunction& function = AnyFunction();
-    if (function.IsUnknown()) {
-      table_.SetLibrarySize(function, input_.Byte());
-      ModelFunction& expected = model_->functions[function.index];
-      expected.flags |= uint32_t{FN_LIBRARY};
-      expected.librarySize = function.librarySize;
-    }
-    velkor::Recompute(table_, roots_, false, nullptr, nullptr, host_.reporter);
-    model_->Recompute(false, std::nullopt);
-  }
-
   void Report() {
-    const StkFunction& start = AnyFunction();
+    const StkFunction& start = history_.AnyFunction();
     const ChainMode mode = input_.Below(2) != 0 ? ChainMode::kAll : ChainMode::kMaximum;
     const bool csv = input_.Below(2) != 0;
     LiteralReport literal{csv, mode, host_.codePage};
@@ -283,10 +133,8 @@ class GraphRun {
 
   FuzzInput& input_;
   FuzzHost host_;
-  StkFileTable files_{host_.codePage};
-  StkFunctionTable table_{host_.codePage};
-  StkRootList roots_;
-  std::optional<LiteralModel> model_;
+  GraphHistory history_;
+  LiteralModel model_{history_.table};
 };
 
 }  // namespace
@@ -294,12 +142,11 @@ class GraphRun {
 void FuzzGraph(std::string_view bytes) {
   FuzzInput input(bytes);
   GraphRun run(input);
-  run.Start();
-  run.Check();
+  run.Step(GraphHistory::kCompute);
   for (int step = 0; step < kMaxSteps && !input.AtEnd(); ++step) {
-    run.Step();
-    run.Check();
+    run.Step(static_cast<GraphHistory::Kind>(input.Below(GraphHistory::kKinds)));
   }
+  run.CheckMessages();
 }
 
 }  // namespace velkor::testing

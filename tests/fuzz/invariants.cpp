@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "core/adjustments.h"
-#include "core/bounds.h"
 #include "core/function_text.h"
 #include "fuzz/require.h"
 #include "messages/catalogue.h"
@@ -165,25 +164,6 @@ void CheckLargestCallee(const StkFunction& function, const Reachability& graph) 
           "the largest callee is one", function.name);
 }
 
-void CheckBounds(StkFunctionTable& table, const Reachability& graph) {
-  StkBounds bounds(table);
-  bounds.Update();
-  for (const StkFunction* function : table.Functions()) {
-    ReasonSet reasons = bounds.OwnReasons(*function);
-    for (const StkFunction* below : table.Functions()) {
-      if (graph.Reaches(*function, *below)) {
-        reasons.Add(bounds.OwnReasons(*below));
-      }
-    }
-    Require(reasons == bounds.Reasons(*function),
-            "a function has the reasons of all that it can reach", function->name);
-    for (const StkFunction* callee : AllCallees(*function)) {
-      Require(graph.Reaches(*callee, *function) || bounds.Known(*function) >= bounds.Known(*callee),
-              "what is called and does not call back is contained", function->name);
-    }
-  }
-}
-
 bool IsCalled(const StkFunction& function) {
   return !function.callers.empty() || !function.extraCallers.empty();
 }
@@ -205,7 +185,7 @@ void CheckRoots(const StkFunctionTable& table, const StkRootList& roots) {
   RequireEqual(table.Overflow(), over, "the overflow flag is that of a root");
 }
 
-void CheckClosure(StkFunctionTable& table, const StkRootList& roots) {
+void CheckClosure(const StkFunctionTable& table, const StkRootList& roots) {
   const Reachability graph(table);
   for (const auto& function : table.Functions()) {
     RequireEqual(function->Is(FN_RECURSIVE), graph.Reaches(*function, *function),
@@ -217,7 +197,6 @@ void CheckClosure(StkFunctionTable& table, const StkRootList& roots) {
             "every function is below a top-level function", function->name);
     CheckLargestCallee(*function, graph);
   }
-  CheckBounds(table, graph);
 }
 
 }  // namespace
@@ -242,7 +221,7 @@ void CheckDatabase(const StkFunctionTable& table) {
           "callers mirror callees");
 }
 
-void CheckResults(StkFunctionTable& table, const StkRootList& roots) {
+void CheckResults(const StkFunctionTable& table, const StkRootList& roots) {
   Require(Links(table, &StkFunction::extraCallees, false) ==
               Links(table, &StkFunction::extraCallers, true),
           "extra callers mirror extra callees");

@@ -19,10 +19,9 @@ void CheckDatabase(const StkFunctionTable& table);
 
 // After a computation, in addition: nothing is pending, extra callers mirror extra callees,
 // recursion marks and top-level functions are as the call graph has them, every total is the sum
-// that its rule states or over the limit, and what keeps a function from a bound is all that it can
-// reach. What needs the graph's closure is left out for tables of
+// that its rule states or over the limit. What needs the graph's closure is left out for tables of
 // more than a few hundred functions.
-void CheckResults(StkFunctionTable& table, const StkRootList& roots);
+void CheckResults(const StkFunctionTable& table, const StkRootList& roots);
 
 // Callees, then extra callees.
 StkFunctionList AllCallees(const StkFunction& function);

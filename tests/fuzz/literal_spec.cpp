@@ -160,10 +160,10 @@ class LiteralParser {
     afterCallee_ = rest.starts_with("CALL=");
     if (rest.starts_with("ADD=")) {
       next_ += 4;
-      TakeMargin(LeadingNumber(Joined(TakeWord())));
+      TakeNumber(0, kSizeLimit, kNoMargin, "W9413", "W9414", line_.margin);
     } else if (rest.starts_with("RECTIME=")) {
       next_ += 8;
-      TakeDepth(LeadingNumber(Joined(TakeWord())));
+      TakeNumber(1, 0xFFFFFFFF, kNoDepth, "W9415", "W9416", line_.depth);
     } else if (afterCallee_) {
       next_ += 5;
       TakeCallee();
@@ -172,23 +172,15 @@ class LiteralParser {
     }
     SkipBlanks();
   }
-  void TakeMargin(std::optional<uint32_t> number) {
-    if (!number || *number > kSizeLimit) {
-      Fails("W9413");
-    } else if (line_.margin != kNoMargin) {
-      Fails("W9414");
+  void TakeNumber(uint32_t least, uint32_t most, uint32_t none, const char* illegal,
+                  const char* multiple, uint32_t& value) {
+    const std::optional<uint32_t> number = LeadingNumber(Joined(TakeWord()));
+    if (!number || *number < least || *number > most) {
+      Fails(illegal);
+    } else if (value != none) {
+      Fails(multiple);
     } else {
-      line_.margin = *number;
-      line_.statesSomething = true;
-    }
-  }
-  void TakeDepth(std::optional<uint32_t> number) {
-    if (!number || *number == 0) {
-      Fails("W9415");
-    } else if (line_.depth != kNoDepth) {
-      Fails("W9416");
-    } else {
-      line_.depth = *number;
+      value = *number;
       line_.statesSomething = true;
     }
   }

@@ -101,29 +101,6 @@ class SpecRun {
   NoWindow window_;
 };
 
-void CheckAdjustments(const StkFunctionTable& functions, SpecificationKind kind) {
-  for (const auto& function : functions.Functions()) {
-    const StkAppliedAdjustment* adjustment = function->adjustment.get();
-    if (kind == SpecificationKind::kLibraryTable) {
-      Require(adjustment == nullptr, "a library table adjusts nothing", function->name);
-    } else {
-      Require(!function->Is(FN_LIBRARY), "only a library table states library sizes",
-              function->name);
-    }
-    if (adjustment == nullptr) {
-      continue;
-    }
-    Require(adjustment->margin == kNoMargin || adjustment->margin <= kSizeLimit,
-            "a margin is in the limit", function->name);
-    Require(adjustment->depth == kNoDepth || function->Is(FN_RECURSIVE),
-            "only recursion has a depth", function->name);
-    for (const StkFunction* callee : function->extraCallees) {
-      Require(!function->CallsDirectly(*callee), "a stated callee is not called anyway",
-              function->name);
-    }
-  }
-}
-
 // Depths where there is no recursion are dropped once the callees are known.
 void CheckAgainst(const LiteralFile& literal, const SpecRun& run) {
   std::vector<std::string> told;
@@ -157,7 +134,6 @@ void FuzzSpec(std::string_view bytes) {
   CheckAgainst(literal, atOnce);
   CheckDatabase(atOnce.graph.functions);
   CheckResults(atOnce.graph.functions, atOnce.roots);
-  CheckAdjustments(atOnce.graph.functions, choices.kind);
   atOnce.host.CheckAllMessages(IsWhole(text, choices.codePage));
 
   if (choices.readLimit <= 100) {

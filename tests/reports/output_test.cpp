@@ -116,6 +116,16 @@ TEST(Outputs, TextsOfAResultAreUtf8) {
   EXPECT_NE(text.find(">=: at least"), std::string::npos) << text;
 }
 
+TEST(Outputs, WhatIsMissingShowsAtEverySize) {
+  for (const std::string bytes : {"65534", "65535", "65536"}) {
+    Analysis analysis("f " + bytes + " -> x\n? x\n");
+    const AnalysisResult result = analysis.Result();
+    const std::string text =
+        Written([&](ResultOutput& output) { WriteText(result, false, output); });
+    EXPECT_NE(text.find(" ≥" + bytes + " "), std::string::npos) << text;
+  }
+}
+
 TEST(Uncertainty, NamesTheNearestAndCountsTheRest) {
   std::string text = "main 4 -> near hub\nhub 4 ->";
   for (int i = 0; i < 30; ++i) {

@@ -72,6 +72,11 @@ TEST(ModuleSymbols, FifthFieldMarksAPresetMargin) {
             (Facts{.function = true, .presetMargin = true}));
   EXPECT_EQ(FactsOf("$DGS IDE_FUN, .x, 0, 0, 07abcH9, 0, 0, 02H"),
             (Facts{.function = true, .presetMargin = true}));
+  const std::string marked = "$DGS GLV_SYM, _x, 0, 0, 07abcH, 0, 0, 02H";
+  const std::string plain = "$DGS STA_SYM, _x, 0, 0, 0, 0, 0, 02H";
+  for (const std::string& twice : {marked + "\n" + plain, plain + "\n" + marked}) {
+    EXPECT_EQ(FactsOf(twice), (Facts{.function = true, .isStatic = true, .presetMargin = true}));
+  }
   // Later fields may be broken, or the symbol no function.
   EXPECT_EQ(FactsOf("$DGS GLV_SYM, _x, 0, 0, 07abcH, 0"), Facts{.presetMargin = true});
   EXPECT_EQ(FactsOf("$DGS STA_SYM, _x, 0, 0, 07abcH, 0, 0, 01H"), Facts{.presetMargin = true});
