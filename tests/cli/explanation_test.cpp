@@ -79,19 +79,35 @@ void ExpectTextAddsUp(const reports::AnalysisResult& result, uint32_t function) 
   EXPECT_EQ(sum, stated);
 }
 
-// Each function, and the text of the whole analysis, whose long lists are cut.
-void ExpectAllAddUp(const reports::AnalysisResult& result) {
-  for (uint32_t function = 0; function < result.functions.size(); ++function) {
-    ExpectJsonAddsUp(result, function);
-    ExpectTextAddsUp(result, function);
-  }
-  std::istringstream lines = BelowHeading(
-      Written([&](reports::ResultOutput& output) { reports::WriteChains(result, false, output); }));
+std::string Chains(const reports::AnalysisResult& result, bool full) {
+  return Written(
+      [&](reports::ResultOutput& output) { reports::WriteChains(result, full, output); });
+}
+
+// The text of the whole analysis, whose long lists are cut.
+void ExpectChainsAddUp(const reports::AnalysisResult& result) {
+  std::istringstream lines = BelowHeading(Chains(result, false));
   for (const uint32_t root : LargestFirst(result)) {
     const auto [stated, sum] = ColumnOf(lines);
     EXPECT_EQ(stated, result.functions[root].known);
     EXPECT_EQ(sum, stated);
   }
+}
+
+void ExpectAllAddUp(const reports::AnalysisResult& result) {
+  for (uint32_t function = 0; function < result.functions.size(); ++function) {
+    ExpectJsonAddsUp(result, function);
+    ExpectTextAddsUp(result, function);
+  }
+  ExpectChainsAddUp(result);
+}
+
+void ExpectAllAddUp(const reports::AnalysisResult& result) {
+  for (StkFunction* function : result.functions.Functions()) {
+    ExpectJsonAddsUp(result, *function);
+    ExpectTextAddsUp(result, *function);
+  }
+  ExpectChainsAddUp(result);
 }
 
 using Random = std::mt19937;
@@ -168,29 +184,44 @@ TEST(Explain, AddsUpForEveryFunctionOfRealProjects) {
   }
 }
 
+// A chain "f0 2 -> f1" and so on, whose last function calls the one stated.
+std::string Chain(const std::string& name, int length, const std::string& last) {
+  std::string text;
+  for (int i = 0; i < length; ++i) {
+    text += name + std::to_string(i) + " 2 -> " +
+            (i + 1 < length ? name + std::to_string(i + 1) : last) + "\n";
+  }
+  return text;
+}
+
+void ExpectParts(const std::string& text, const std::vector<std::string>& parts) {
+  for (const std::string& part : parts) {
+    EXPECT_NE(text.find(part), std::string::npos) << part << text.substr(0, 10000);
+  }
+}
+
 // Ways from one counted function to the next are cut like long chains, and so are the rows.
 TEST(Explain, LongListsAreCutWithTheirBytes) {
-  std::string text = "main 1 -> a\na 10 -> p0\n";
-  constexpr int kPath = 100;
-  for (int i = 0; i < kPath; ++i) {
-    text += "p" + std::to_string(i) + " 2 -> " +
-            (i + 1 < kPath ? "p" + std::to_string(i + 1) : "a") + "\n";
-  }
-  Analysis analysis(text);
-  analysis.Adjust(analysis.graph["a"], kNoMargin, 3);
-  analysis.Compute();
-  const reports::AnalysisResult result = analysis.Result();
-  const std::string cut =
-      Written([&](reports::ResultOutput& output) { reports::WriteChains(result, false, output); });
-  EXPECT_NE(cut.find("       631  "), std::string::npos) << cut;
-  EXPECT_NE(cut.find("       630                  10    a*  *3  (3 times 210)\n"),
-            std::string::npos)
-      << cut;
-  EXPECT_NE(cut.find("  120  ... 60 functions left out, --full shows them\n"), std::string::npos)
-      << cut;
-  const std::string full =
-      Written([&](reports::ResultOutput& output) { reports::WriteChains(result, true, output); });
-  EXPECT_NE(full.find("  2  p50*\n"), std::string::npos) << full;
+  Analysis ring("main 1 -> a\na 10 -> p0\n" + Chain("p", 100, "a"));
+  ring.Adjust(ring.graph["a"], kNoMargin, 3);
+  ring.Compute();
+  ExpectParts(Chains(ring.Result(), false),
+              {"       631  ", "       630                  10    a*  *3  (3 times 210)\n",
+               "  120  ... 60 functions left out, --full shows them\n"});
+  ExpectParts(Chains(ring.Result(), true), {"  2  p50*\n"});
+
+  Analysis chain(Chain("f", 3001, "f2990"));
+  ExpectChainsAddUp(chain.Result());
+  ExpectParts(
+      Chains(chain.Result(), false),
+      {"     ≥5982      6002         2  f0\n",
+       "      5902                        ... 2951 functions left out, --full shows them\n",
+       "         2                   2    f2990*\n",
+       "recursion that no depths limit: f2990, f2991, f2992, f2993, f2994, f2995, f2996, f2997, "
+       "f2998, f2999 and 1 more\n"});
+  const std::string full = Chains(chain.Result(), true);
+  ExpectParts(full, {" f1500\n"});
+  EXPECT_EQ(full.find("left out"), std::string::npos);
 }
 
 }  // namespace

@@ -110,15 +110,7 @@ TEST(AdjustmentForm, BuildsOnlyWhatIsStated) {
 }
 
 TEST(AdjustmentForm, StartsFromWhatIsInForceAndResets) {
-  Analysis analysis("loop 2 -> loop => b\na 1\nb 1\n? lib");
-  analysis.functions.SetLibrarySize(analysis["lib"], 8);
-  analysis.Adjust("lib", 4, kNoDepth);
-  AdjustmentForm adjusted = analysis.Form("lib");
-  EXPECT_EQ(adjusted.MarginText(), "4");
-  adjusted.Reset();
-  EXPECT_EQ(adjusted.MarginText(), "8");
-  EXPECT_EQ(Text(adjusted.BuildAdjustment()), "none");
-
+  Analysis analysis("loop 2 -> loop => b\na 1\nb 1");
   analysis.Adjust("loop", kNoMargin, 7);
   AdjustmentForm form = analysis.Form("loop");
   EXPECT_EQ(form.MarginText() + "|" + form.DepthText(), "|7");
@@ -128,22 +120,6 @@ TEST(AdjustmentForm, StartsFromWhatIsInForceAndResets) {
   EXPECT_TRUE(form.RecursionEnabled()) << "by a callee of its own";
   EXPECT_EQ(Text(form.BuildAdjustment()), "none");
   EXPECT_EQ(Names(analysis["loop"].extraCallees), "_b ") << "nothing reaches the function";
-}
-
-TEST(AdjustmentForm, AddsAndDeletesCalleesInNameOrder) {
-  Analysis analysis("f 1 -> fixed\nfixed 1\nc 1 -> f\nb 1\na 1");
-  AdjustmentForm form = analysis.Form("f");
-  EXPECT_FALSE(form.CanAdd(analysis["fixed"]) || form.CanDelete(analysis["fixed"]));
-  EXPECT_EQ(form.Add(analysis["b"]), 0);
-  EXPECT_EQ(form.Add(analysis["a"]), 0);
-  EXPECT_FALSE(form.RecursionEnabled());
-  EXPECT_EQ(form.Add(analysis["c"]), 2);
-  EXPECT_TRUE(form.RecursionEnabled()) << "c calls f";
-  EXPECT_EQ(form.Add(analysis["b"]), -1);
-  EXPECT_EQ(Names(form.AddedCallees()), "_a _b _c ");
-  EXPECT_EQ(form.Delete(analysis["c"]), 2);
-  EXPECT_FALSE(form.RecursionEnabled());
-  EXPECT_TRUE(form.CanAdd(analysis["f"])) << "a function may call itself";
 }
 
 }  // namespace

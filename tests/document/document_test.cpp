@@ -36,12 +36,27 @@ TEST_F(DocumentTest, ARecalculationThatFailsCanBeTriedAgain) {
 }
 
 TEST_F(DocumentTest, AJobThatRanOutOfMemoryIsKnownUntilTheNextAnalysis) {
-  for (const std::string& file : {ModulePath("a"), std::string(kSystemFile)}) {
+  const std::string module = ModulePath("a");
+  for (const auto& [file, threads] :
+       {std::pair(module, 1u), {module, 4u}, {std::string(kSystemFile), 1u}}) {
+    SCOPED_TRACE(file);
     PutChain();
-    host.files.Put(kSystemFile, "f, ADD=1\n");
-    host.files.OnRead(file, [] { throw std::bad_alloc(); });
+    host.files.Put(kSystemFile, "f, ADD=1\n" + std::string(10240, '\n'));
+    auto reads = std::make_shared<std::atomic<int>>(file == module ? 1 : 0);
+    host.files.OnRead(file, [reads] {
+      if (++*reads == 2) {
+        throw std::bad_alloc();
+      }
+    });
+    host.host.readingThreads = threads;
+    recorder.log.lines.clear();
     OpenAndFinish();
-    EXPECT_TRUE(document.AnyJobFailed()) << file;
+    EXPECT_TRUE(document.AnyJobFailed());
+    EXPECT_EQ(document.FunctionTable()->Count(), file == module ? 0u : 3u);
+    EXPECT_EQ(document.FunctionTable()->AdjustedCount(), 0u);
+    EXPECT_TRUE(file == module || Total("main") == 60u) << "without what was read";
+    EXPECT_TRUE(file != module || (Logged("W9401 Cannot open file to read (" + file + ").") &&
+                                   Logged(file + " Reading aborted.")));
     host.files.OnRead(file, [] {});
     document.Recalculate();
     Finish();

@@ -251,32 +251,14 @@ class RandomCommands : public DocumentHost, public ::testing::WithParamInterface
     }
   }
 
+  void Leave() { Below(8) == 0 ? Close() : Stop(); }
+
   void Step() {
-    switch (Below(12)) {
-      case 0:
-        Open();
-        break;
-      case 1:
-      case 2:
-        Adjust();
-        break;
-      case 4:
-        Reset();
-        break;
-      case 5:
-        Load();
-        break;
-      case 7:
-        Write();
-        break;
-      case 8:
-      case 9:
-        Below(8) == 0 ? Close() : Stop();
-        break;
-      default:
-        Finish();
-        break;
-    }
+    using This = RandomCommands;
+    constexpr void (This::*kAny[])() = {&This::Open,  &This::Adjust, &This::Adjust, &This::Finish,
+                                        &This::Reset, &This::Load,   &This::Finish, &This::Write,
+                                        &This::Leave, &This::Leave,  &This::Finish, &This::Finish};
+    (this->*kAny[Below(12)])();
     if (Below(2) == 0) {
       Pause();
     }

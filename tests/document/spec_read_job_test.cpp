@@ -144,22 +144,5 @@ TEST_F(SpecReadJobTest, TheStkSystemFileCountsAsTakenOnlyWhole) {
   }
 }
 
-TEST_F(SpecReadJobTest, RunningOutOfMemoryKeepsTheTotalsComputed) {
-  host.files.Put(kUser, "f, ADD=5\n" + std::string(10240, '\n'));
-  int reads = 0;
-  host.files.OnRead(kUser, [&reads] {
-    if (++reads == 2) {
-      throw std::bad_alloc();
-    }
-  });
-  Add(SpecificationKind::kUserFile, kUser);
-  Run();
-  EXPECT_EQ(job->End(), WorkEnd::kFailed);
-  EXPECT_EQ(PendingCount(), 0u);
-  EXPECT_EQ(graph["main"].totalStackSize, 30u);
-  EXPECT_EQ(window.handled.back().first, WM_STK_SPECREAD_END);
-  EXPECT_TRUE(recorder.log.lines.back().starts_with("W9401 Cannot open file to read ("));
-}
-
 }  // namespace
 }  // namespace velkor

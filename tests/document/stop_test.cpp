@@ -30,21 +30,6 @@ TEST_F(StopTest, InEveryModuleLeavesAProjectWithEmptyTables) {
   }
 }
 
-TEST_F(StopTest, InsideAQuestionDoesNotWaitForTheAnswer) {
-  PutChain();
-  OpenAndFinish();
-  host.files.Put("C:\\u.txt", "f, ADD=5\nwhat, ADD=1\n");
-  ASSERT_TRUE(document.LoadSpecFile("C:\\u.txt", false));
-  // The box is on screen while the user chooses Stop.
-  recorder.boxes.answerWith = [this](const testing::RecordingBoxes::Box&) {
-    document.Stop(JobKind::kSpecRead);
-    return BoxAnswer::kRetry;
-  };
-  Finish();
-  EXPECT_EQ(Total("f"), 50u);
-  EXPECT_TRUE(Logged("W9410"));
-}
-
 TEST_F(StopTest, ANewerJobIsNotFinishedByTheEndOfAnOlderOne) {
   PutChain();
   Open();

@@ -65,31 +65,6 @@ TEST(ExitStatus, AProjectThatCannotBeReadIsThreeAndIsSaidOnce) {
   }
 }
 
-TEST(ExitStatus, ARelativeProjectIsTheOneOfTheCurrentFolder) {
-  const ScratchFolder folder;
-  PutSmallProject(folder);
-  const ProgramRun run = Program({"analyze", "./sub/../app.prj"}).In(folder.Root()).Run();
-  EXPECT_EQ(run.status, 0) << run.err;
-  EXPECT_NE(run.out.find(folder.Path("app.prj") + "\n"), std::string::npos) << run.out;
-  EXPECT_TRUE(run.Says(folder.Path("main.asm") + " Reading completed.")) << run.err;
-}
-
-TEST(ExitStatus, SomethingNotReadIsOneWithTheResultsOfTheRest) {
-  const ScratchFolder folder;
-  folder.Put("main.asm", ModuleText("main.c", {{"main", "4", {}}}));
-  const std::string missing = folder.Put("missing.prj", ProjectText(".", {"main.c", "gone.c"}));
-  const ProgramRun run = Program({"analyze", missing, "--format", "csv"}).Run();
-  EXPECT_EQ(run.status, 1);
-  EXPECT_TRUE(run.Says("W9431 Cannot find CCTarn generated assembler source module file (" +
-                       folder.Path("gone.asm") +
-                       "). Check \"Compiler Options\" specified for the corresponding C source "
-                       "file and rebuild."))
-      << run.err;
-  EXPECT_EQ(run.out,
-            "name,total,frame,adjustment,file,top-level,complete,bound,state,known\n"
-            "main,4,4,,main.c,yes,yes,4,bounded,4\n");
-}
-
 TEST(ExitStatus, OutputThatCannotBeWrittenIsFour) {
   const ScratchFolder folder;
   const std::string project = PutSmallProject(folder);

@@ -52,18 +52,20 @@ class Kills : public ::testing::Test {
 };
 
 TEST_F(Kills, AtAnyInstantLeaveTheOldOrTheNewAdjustmentsWhole) {
-  const auto start = std::chrono::steady_clock::now();
-  ASSERT_EQ(Adjust(2).Run().status, 0);
-  const auto whole = std::chrono::duration_cast<std::chrono::microseconds>(
-      std::chrono::steady_clock::now() - start);
+  // How long a run takes at most, as far as it is known: a busy machine takes longer, then shorter.
+  auto whole = std::chrono::microseconds(20000);
   std::mt19937 random(1);
-  int last = 2;
+  int last = 1;
   int killed = 0;
   int replaced = 0;
-  for (int margin = 3; margin < 203; ++margin) {
-    const auto lifetime = whole * static_cast<int>(random() % 1200) / 1000;
+  for (int margin = 2; killed < 100 || replaced < 25; ++margin) {
+    ASSERT_LT(margin, 3000) << killed << " killed, " << replaced << " replaced";
+    const auto lifetime = whole * static_cast<int>(random() % 1000) / 1000;
     const ProgramRun run = Adjust(margin).KillAfter(lifetime).Run();
-    killed += run.status == 1000 + SIGKILL ? 1 : 0;
+    const bool wasKilled = run.status == 1000 + SIGKILL;
+    ASSERT_TRUE(wasKilled || run.status == 0) << run.status << run.err;
+    killed += wasKilled ? 1 : 0;
+    whole = whole * (wasKilled ? 103 : 90) / 100;
     const std::string saved = Saved();
     if (saved == SystemFile(margin)) {
       last = margin;
@@ -72,10 +74,8 @@ TEST_F(Kills, AtAnyInstantLeaveTheOldOrTheNewAdjustmentsWhole) {
       ASSERT_EQ(saved, SystemFile(last)) << "torn by the kill at margin " << margin;
     }
   }
-  EXPECT_GT(killed, 50);
-  EXPECT_GT(replaced, 5);
-  EXPECT_EQ(Adjust(999).Run().status, 0) << "what kills left behind is in nobody's way";
-  EXPECT_EQ(Saved(), SystemFile(999));
+  EXPECT_EQ(Adjust(9999).Run().status, 0) << "what kills left behind is in nobody's way";
+  EXPECT_EQ(Saved(), SystemFile(9999));
 }
 
 }  // namespace

@@ -16,48 +16,6 @@ bool ProgramRun::Says(std::string_view line) const {
   return ("\n" + err).find("\n" + std::string(line) + "\n") != std::string::npos;
 }
 
-Program& Program::In(const std::string& folder) {
-  folder_ = folder;
-  return *this;
-}
-
-Program& Program::WithoutRights() {
-  withoutRights_ = true;
-  return *this;
-}
-
-Program& Program::With(const std::string& variable, const std::string& value) {
-  environment_[variable] = value;
-  return *this;
-}
-
-Program& Program::OutputTo(const std::string& path) {
-  output_ = Output::kFile;
-  outputPath_ = path;
-  return *this;
-}
-
-Program& Program::OutputClosed() {
-  output_ = Output::kClosed;
-  return *this;
-}
-
-Program& Program::OutputToBrokenPipe() {
-  output_ = Output::kBrokenPipe;
-  return *this;
-}
-
-Program& Program::SignalOn(std::string_view text, int signalNumber) {
-  signalText_ = text;
-  signalNumber_ = signalNumber;
-  return *this;
-}
-
-Program& Program::KillAfter(std::chrono::microseconds time) {
-  lifetime_ = time;
-  return *this;
-}
-
 ProgramRun Program::Run() {
   const ScratchFolder scratch;
   const std::string out = scratch.Path("out");
@@ -102,28 +60,21 @@ void Program::Become(const std::string& out, const std::string& err) const {
 }
 
 void Program::ConnectOutput(const std::string& out) const {
-  switch (output_) {
-    case Output::kClosed:
-      close(STDOUT_FILENO);
-      return;
-    case Output::kBrokenPipe: {
-      int ends[2];
-      if (pipe(ends) == 0) {
-        dup2(ends[1], STDOUT_FILENO);
-        close(ends[0]);
-        close(ends[1]);
-      }
-      return;
-    }
-    case Output::kFile:
-    case Output::kCaptured: {
-      const std::string& path = output_ == Output::kFile ? outputPath_ : out;
-      const int file = open(path.c_str(), O_WRONLY | O_CREAT, 0600);
-      dup2(file, STDOUT_FILENO);
-      close(file);
-      return;
-    }
+  if (output_ == kClosed) {
+    close(STDOUT_FILENO);
+    return;
   }
+  int ends[2] = {-1, -1};
+  if (output_ == kBrokenPipe) {
+    if (pipe(ends) != 0) {
+      return;
+    }
+    close(ends[0]);
+  } else {
+    ends[1] = open(output_.value_or(out).c_str(), O_WRONLY | O_CREAT, 0600);
+  }
+  dup2(ends[1], STDOUT_FILENO);
+  close(ends[1]);
 }
 
 int Program::Wait(int process, const std::string& err) const {

@@ -21,26 +21,39 @@ struct ProgramRun {
 // The built command line program, run as its users run it.
 class Program {
  public:
-  explicit Program(std::vector<std::string> arguments) : arguments_(std::move(arguments)) {}
+  explicit Program(std::vector<std::string> arguments, const std::vector<std::string>& more = {})
+      : arguments_(std::move(arguments)) {
+    arguments_.insert(arguments_.end(), more.begin(), more.end());
+  }
 
-  Program& In(const std::string& folder);
+  Program& In(const std::string& folder) { return Set(folder_, folder); }
   // With the rights of a user who owns nothing, where the tests have more.
-  Program& WithoutRights();
-  Program& With(const std::string& variable, const std::string& value);
+  Program& WithoutRights() { return Set(withoutRights_, true); }
+  Program& With(const std::string& variable, const std::string& value) {
+    return Set(environment_[variable], value);
+  }
   // Standard output goes to this file, or nowhere at all, or to a pipe that nobody reads.
-  Program& OutputTo(const std::string& path);
-  Program& OutputClosed();
-  Program& OutputToBrokenPipe();
+  Program& OutputTo(const std::string& path) { return Set(output_, path); }
+  Program& OutputClosed() { return OutputTo(kClosed); }
+  Program& OutputToBrokenPipe() { return OutputTo(kBrokenPipe); }
   // Sends it this signal once standard error holds the text.
-  Program& SignalOn(std::string_view text, int signalNumber);
+  Program& SignalOn(std::string_view text, int signalNumber) {
+    return Set(signalText_, text).Set(signalNumber_, signalNumber);
+  }
   // Kills it this long after its start, unless it has ended by then.
-  Program& KillAfter(std::chrono::microseconds time);
+  Program& KillAfter(std::chrono::microseconds time) { return Set(lifetime_, time); }
 
   ProgramRun Run();
 
  private:
-  enum class Output { kCaptured, kFile, kClosed, kBrokenPipe };
+  static constexpr const char* kClosed = "closed";
+  static constexpr const char* kBrokenPipe = "broken pipe";
 
+  template <typename Field, typename Value>
+  Program& Set(Field& field, const Value& value) {
+    field = value;
+    return *this;
+  }
   [[noreturn]] void Become(const std::string& out, const std::string& err) const;
   void ConnectOutput(const std::string& out) const;
   int Wait(int process, const std::string& err) const;
@@ -49,8 +62,7 @@ class Program {
   std::string folder_ = ".";
   bool withoutRights_ = false;
   std::map<std::string, std::string> environment_ = {{"LC_ALL", "C.UTF-8"}, {"VELKOR_MAP", ""}};
-  Output output_ = Output::kCaptured;
-  std::string outputPath_;
+  std::optional<std::string> output_;  // none: captured
   std::string signalText_;
   int signalNumber_ = 0;
   std::optional<std::chrono::microseconds> lifetime_;

@@ -34,19 +34,6 @@ std::map<std::string, uint32_t> AllKeys() {
   return keys;
 }
 
-// The kinds that the text's placeholders ask for; "?" for a "%" that is none of them.
-std::string PlaceholderKinds(std::string_view text) {
-  std::string kinds;
-  for (size_t i = text.find('%'); i != std::string_view::npos; i = text.find('%', i + 1)) {
-    const std::string_view rest = text.substr(i);
-    kinds += rest.starts_with("%s") || rest.starts_with("%.0s") ? 's'
-             : rest.starts_with("%lu")                          ? 'n'
-             : rest.starts_with("%c")                           ? 'c'
-                                                                : '?';
-  }
-  return kinds;
-}
-
 class Catalogue : public ::testing::Test {
  protected:
   CodePage codePage_ = CodePage::Utf8();
@@ -72,25 +59,6 @@ TEST_F(Catalogue, EveryKeyHasATextThatBeginsWithItsCode) {
         << name;
   }
   EXPECT_EQ(coded, (std::map<char, size_t>{{'E', 3}, {'I', 3}, {'W', 41}}));
-}
-
-TEST_F(Catalogue, TheJapaneseSetHasEveryTextWithTheSameArguments) {
-  const StkMessages japanese(codePage_, {StkMessages::JapaneseCatalogue()});
-  const CodePage shiftJis = CodePage::ShiftJis();
-  const StkMessages converted(shiftJis, {StkMessages::JapaneseCatalogue()});
-  for (const auto& [name, key] : AllKeys()) {
-    const std::string_view english = messages_.Text(MessageKey{key});
-    const std::string_view text = japanese.Text(MessageKey{key});
-    EXPECT_EQ(PlaceholderKinds(text), PlaceholderKinds(english)) << name;
-    EXPECT_EQ(PlaceholderKinds(text).find('?'), std::string::npos) << name;
-    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'),
-              std::count(english.begin(), english.end(), '\n'))
-        << name;
-    if (key < 40300 || key == 40901) {
-      EXPECT_TRUE(key < 40000 || text.substr(0, 6) == english.substr(0, 6)) << name;
-    }
-    EXPECT_EQ(shiftJis.ToUtf8(converted.Text(MessageKey{key})), text) << name;
-  }
 }
 
 TEST_F(Catalogue, ARecordKnowsItsTextFileAndLine) {

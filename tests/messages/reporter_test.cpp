@@ -52,16 +52,6 @@ TEST_F(Reporter, AFatalMessageClosesOnlyARunFromTheCommandLine) {
   EXPECT_TRUE(recorder_.log.lines.empty());
 }
 
-TEST_F(Reporter, AYesNoQuestion) {
-  for (const BoxAnswer answer : {BoxAnswer::kYes, BoxAnswer::kNo, BoxAnswer::kAbort}) {
-    recorder_.boxes.answerWith = [answer](const auto&) { return answer; };
-    EXPECT_EQ(reporter_.AskYesNo(MessageKey::kI9501, {}), answer == BoxAnswer::kYes);
-  }
-  EXPECT_EQ(recorder_.boxes.boxes.back().icon, BoxIcon::kQuestion);
-  EXPECT_EQ(recorder_.boxes.boxes.back().buttons, BoxButtons::kYesNo);
-  EXPECT_TRUE(recorder_.log.lines.empty());
-}
-
 TEST_F(Reporter, WhatIsPostedKeepsItsOrderAndItsText) {
   std::string name = "a.asm";
   reporter_.PostLog(MessageKey::kReadingStarted, {name});

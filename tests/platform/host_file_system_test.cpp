@@ -186,19 +186,21 @@ TEST_F(HostFileSystemTest, ReplaceRefusesWithoutATrace) {
   EXPECT_EQ(ReadFailure("old"), FileFailure::kNone);
 }
 
+// Where the tests have every right, as a user who owns nothing.
 TEST_F(HostFileSystemTest, WhatTheUserProtectedStays) {
-  if (geteuid() == 0) {
-    GTEST_SKIP() << "nothing is protected from this user";
+  constexpr uid_t kNobody = 65534;
+  for (const auto& [name, mode] : {std::pair("next", 0644), {"shown", 0444}, {"hidden", 0}}) {
+    folder_.Put(name, name);
+    ASSERT_EQ(chmod(name, static_cast<mode_t>(mode)), 0);
   }
-  folder_.Put("old", "old");
-  folder_.Put("next", "new");
-  ASSERT_EQ(chmod("old", 0444), 0);
-  EXPECT_EQ(WriteFailure("old"), FileFailure::kOther);
-  EXPECT_FALSE(files_.Replace("next", "old"));
-  ASSERT_EQ(chmod("old", 0), 0);
-  EXPECT_EQ(ReadFailure("old"), FileFailure::kOther);
-  ASSERT_EQ(chmod("old", 0644), 0);
-  EXPECT_EQ(folder_.Get("old"), "old");
+  ASSERT_EQ(chmod(".", 0777), 0);
+  const uid_t user = geteuid();
+  ASSERT_TRUE(user != 0 || seteuid(kNobody) == 0);
+  EXPECT_EQ(WriteFailure("shown"), FileFailure::kOther);
+  EXPECT_FALSE(files_.Replace("next", "shown"));
+  EXPECT_EQ(ReadFailure("hidden"), FileFailure::kOther);
+  ASSERT_TRUE(user != 0 || seteuid(user) == 0);
+  EXPECT_EQ(folder_.Get("shown"), "shown");
 }
 
 TEST_F(HostFileSystemTest, AsksAboutTheFileThatGoes) {

@@ -1,8 +1,8 @@
 #include "platform/profile_file.h"
 
 #include <algorithm>
-#include <chrono>
 #include <cstring>
+#include <ctime>
 #include <gtest/gtest.h>
 
 namespace velkor {
@@ -37,10 +37,10 @@ TEST(ProfileFileTest, HugeFilesCostBoundedTimeAndMemory) {
       text += 'k' + std::to_string(key) + "=v" + std::to_string(i) + '\n';
     }
   }
-  const auto start = std::chrono::steady_clock::now();
+  const std::clock_t start = std::clock();
   const ProfileFile file(page, std::move(text));
   EXPECT_EQ(file.GetString(name, "K19999"), "v0");
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
+  EXPECT_LT(std::clock() - start, 20 * CLOCKS_PER_SEC);
 }
 
 }  // namespace

@@ -108,19 +108,6 @@ TEST(WorkerThreadTest, WorksOnceAfterResumeAndNotAtAllWithoutIt) {
   EXPECT_EQ(worked, 1);
 }
 
-TEST(MessageQueueTest, HandlersQueuedByHandlersRunInTheirOrder) {
-  MessageQueue queue;
-  std::string order;
-  EXPECT_FALSE(queue.Drain());
-  queue.Post([&] {
-    order += 'a';
-    queue.Post([&order] { order += 'c'; });
-  });
-  queue.Post([&order] { order += 'b'; });
-  EXPECT_TRUE(queue.Drain());
-  EXPECT_EQ(order, "abc");
-}
-
 TEST(MessageQueueTest, RunUntilStopsBeforeTheNextHandlerAndKeepsTheOrderOfEachThread) {
   constexpr int kEach = 2000;
   MessageQueue queue;

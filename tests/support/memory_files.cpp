@@ -1,18 +1,9 @@
 #include "support/memory_files.h"
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 
 namespace velkor::testing {
-
-std::string_view NameOf(FileOperation operation) {
-  static constexpr std::array<std::string_view, 14> kNames = {
-      "None",        "OpenMissing", "OpenRefused", "Read",  "Length",
-      "Create",      "Write",       "Synchronize", "Close", "Exists",
-      "IsDirectory", "IsSameFile",  "Replace",     "Remove"};
-  return kNames.at(static_cast<size_t>(operation));
-}
 
 class MemoryFileSystem::Input : public InputFile {
  public:
@@ -52,23 +43,6 @@ class MemoryFileSystem::Input : public InputFile {
   MemoryFileSystem& files_;
   const std::string path_;
   const uint64_t length_;
-  size_t position_ = 0;
-};
-
-// A file that its writer reads meanwhile.
-class MemoryFileSystem::Held : public InputFile {
- public:
-  explicit Held(std::string bytes) : bytes_(std::move(bytes)) {}
-
-  size_t Read(char* buffer, size_t size) override {
-    const size_t count = bytes_.copy(buffer, size, position_);
-    position_ += count;
-    return count;
-  }
-  uint64_t Length() const override { return bytes_.size(); }
-
- private:
-  const std::string bytes_;
   size_t position_ = 0;
 };
 
@@ -263,9 +237,11 @@ bool MemoryFileSystem::Replace(std::string_view from, std::string_view to,
     return false;
   }
   target.written = true;
-  Held old(*target.bytes);
+  ++target.readers;
+  std::optional<Input> old(std::in_place, *this, std::string(to));
   lock.unlock();
-  const bool agreed = !mayReplace || mayReplace(wasThere ? &old : nullptr);
+  const bool agreed = !mayReplace || mayReplace(wasThere ? &*old : nullptr);
+  old.reset();
   lock.lock();
   target.written = false;
   if (agreed) {

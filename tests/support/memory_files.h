@@ -34,8 +34,6 @@ enum class FileOperation {
   kRemove,
 };
 
-std::string_view NameOf(FileOperation operation);
-
 // Files in memory under exactly the names that the engine uses. Sharing is as on the host: a
 // writer admits nobody, readers admit readers. A folder is there where a file below it is, or where
 // it was added. Failures are set by the test: lasting ones of a path or of the device, or one call
@@ -84,7 +82,6 @@ class MemoryFileSystem : public FileSystem {
 
  private:
   class Input;
-  class Held;
   class Output;
 
   struct Entry {

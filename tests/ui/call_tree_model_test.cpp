@@ -3,7 +3,6 @@
 #include <QAbstractItemModelTester>
 #include <ctime>
 #include <gtest/gtest.h>
-#include <set>
 
 #include "support/computed_graph.h"
 #include "ui/views/function_icons.h"
@@ -47,21 +46,8 @@ class CallTree : public ::testing::Test {
     return text;
   }
 
-  std::string Rebuilt(ComputedGraph& graph, const std::set<std::string>& expandedNames,
-                      const QModelIndex& selected) {
-    const CallTreePaths saved = model->Save(
-        [&](const QModelIndex& index) {
-          return expandedNames.contains(index.data().toString().toStdString());
-        },
-        selected);
-    const CallTreeModel::Restored restored = model->Rebuild(graph.roots.Functions(), saved);
-    restoredSelection = restored.selected.data().toString().toStdString();
-    return Text();
-  }
-
   bool busy = false;
   std::unique_ptr<CallTreeModel> model;
-  std::string restoredSelection;
 };
 
 TEST_F(CallTree, ClosesEveryCycleWhereAFunctionComesAgain) {
@@ -94,22 +80,6 @@ TEST_F(CallTree, ShowsCalleesThenExtraCalleesWithKindsAndMaximumMarks) {
   graph.Adjust("target", 100);
   model->RefreshMarks();
   EXPECT_EQ(Text(), "main&:0+[also:4 big:4 f:4 [memcpy]:1 [x]:3 target:0] lone.c#lone:4");
-}
-
-TEST_F(CallTree, RebuildReopensThePathsThatStillExist) {
-  ComputedGraph graph("main 10 -> a b\na 20 -> c\nb 5 -> c\nc 30 -> d\nd 1");
-  Show(graph);
-  Open({0});
-  Open({0, 0});
-  const QModelIndex selected = Open({0, 0, 0});
-  graph["c"].extraCallees = {&graph["main"]};
-  EXPECT_EQ(Rebuilt(graph, {"main", "a", "c"}, selected), "main:0+[a:0+[c:0+[d:4 main:0+]] b:4+]");
-  EXPECT_EQ(restoredSelection, "c");
-
-  // c is called by b only: what was open and selected below a has no place any more.
-  graph["a"].callees.clear();
-  EXPECT_EQ(Rebuilt(graph, {"main", "a", "c"}, Open({0, 0, 0})), "main:0+[a:0 b:4+]");
-  EXPECT_EQ(restoredSelection, "");
 }
 
 TEST_F(CallTree, TouchesNoFunctionWhileAJobChangesThem) {

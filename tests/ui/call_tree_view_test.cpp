@@ -77,6 +77,13 @@ TEST_F(CallTreeView, MarksFollowAnAdjustmentAndBranchesStayOpen) {
   EXPECT_EQ(TreeText(), "main\n  a\n  b\n    c <\n    other\n  spin*\ng\n");
   EXPECT_EQ(Document().CurrentSelection(), &Function("c"));
   EXPECT_EQ(ListText(), "c ");
+
+  // What was open and selected below an extra callee has no place any more.
+  Tree().expand(Node("other"));
+  Click(Node("a", 1));
+  EXPECT_TRUE(Document().CancelAllAdjustments());
+  Finish();
+  EXPECT_EQ(TreeText(), "main <\n  a\n  b\n    c\n  spin*\nother\ng\n");
 }
 
 TEST_F(CallTreeView, TheViewWithTheFocusIsTheTarget) {

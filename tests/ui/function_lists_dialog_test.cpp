@@ -73,13 +73,13 @@ TEST(FunctionListBox, ManyRowsComeWhenTheyAreInOrder) {
   const CodePage codePage = CodePage::Utf8();
   StkFunctionTable table(codePage);
   for (int i = 0; i < 50000; ++i) {
-    table.AddUnknown("_f" + std::to_string(i * 7919 % 40009));
+    table.AddUnknown("_" + std::to_string(i * 7919 % 40009) + "_" + std::to_string(i % 10));
   }
   FunctionListBox rows(codePage);
   StkFunctionList sorted = table.Functions();
   rows.SetFunctionsByName(sorted);
   EXPECT_EQ(rows.Rows().rowCount(), 0);
-  sorted.resize(49999);
+  sorted.resize(40010);             // the first and the last begin as no other
   rows.SetFunctionsByName(sorted);  // others take the place of those that are being sorted
   ASSERT_TRUE(QTest::qWaitFor([&rows] { return rows.Rows().rowCount() > 0; }, 30000));
   SortByName(sorted, codePage);

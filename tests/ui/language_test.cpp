@@ -25,11 +25,11 @@ TEST(LanguageChoice, TheStrongestSettingDecides) {
   EXPECT_FALSE(choose(nullptr, "", nullptr, false));
 }
 
-std::map<uint32_t, std::string> Texts(const std::string& language) {
-  std::ifstream lines(VELKOR_SOURCE_DIR "/src/resources/window." + language + ".txt");
+std::map<uint32_t, std::string> Texts(const std::string& file) {
+  std::ifstream lines(VELKOR_SOURCE_DIR "/src/resources/" + file + ".txt");
   std::map<uint32_t, std::string> texts;
   for (std::string line; std::getline(lines, line);) {
-    if (!line.starts_with('#')) {
+    if (line.find_first_of("0123456789") == 0) {
       const size_t blank = line.find(' ');
       EXPECT_TRUE(texts.emplace(std::stoul(line), line.substr(blank + 1)).second) << line;
     }
@@ -37,25 +37,37 @@ std::map<uint32_t, std::string> Texts(const std::string& language) {
   return texts;
 }
 
+// The code, the arguments in the order in which they are taken, and whatever else both sets need.
 std::string Shape(const std::string& text) {
-  static const std::regex parts(R"(%s|%lu|\\n|&|\||\.\.\.$)");
-  std::string shape;
+  static const std::regex parts(R"(^[EIW]\d{4} |%(\.0)?s|%lu|%c|%|\\n|&|\||\.\.\.$)");
+  std::string taken;
+  std::string rest;
   for (std::sregex_iterator i(text.begin(), text.end(), parts), end; i != end; ++i) {
-    shape += i->str();
+    EXPECT_NE(i->str(), "%") << text;
+    (i->str()[0] == '%' ? taken : rest) += i->str() == "%.0s" ? "%s" : i->str();
   }
-  std::sort(shape.begin(), shape.end());
-  return shape;
+  std::sort(rest.begin(), rest.end());
+  return taken + rest;
 }
 
-TEST(WindowTexts, BothSetsHaveTheSameKeysAndShapes) {
-  const auto english = Texts("en");
-  const auto japanese = Texts("ja");
-  EXPECT_GT(english.size(), 80U);
-  for (const auto& [key, text] : english) {
-    ASSERT_TRUE(japanese.contains(key)) << key;
-    EXPECT_EQ(Shape(japanese.at(key)), Shape(text)) << key;
+TEST(LanguageTexts, BothSetsHaveTheSameKeysAndShapesInEveryCodePage) {
+  const CodePage utf8 = CodePage::Utf8();
+  const CodePage shiftJis = CodePage::ShiftJis();
+  const StkMessages messages = WindowMessages(utf8, Language::kJapanese);
+  const StkMessages converted = WindowMessages(shiftJis, Language::kJapanese);
+  for (const std::string file : {"catalogue", "window"}) {
+    const auto english = Texts(file + ".en");
+    const auto japanese = Texts(file + ".ja");
+    EXPECT_GT(english.size(), 50U);
+    EXPECT_EQ(japanese.size(), english.size());
+    for (const auto& [key, text] : english) {
+      ASSERT_TRUE(japanese.contains(key)) << key;
+      EXPECT_EQ(Shape(japanese.at(key)), Shape(text)) << key;
+      const std::string_view shown = messages.Text(MessageKey{key});
+      EXPECT_NE(shown, "") << key;
+      EXPECT_EQ(shiftJis.ToUtf8(converted.Text(MessageKey{key})), shown) << key;
+    }
   }
-  EXPECT_EQ(japanese.size(), english.size());
 }
 
 }  // namespace

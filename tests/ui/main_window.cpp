@@ -13,7 +13,7 @@ namespace velkor::ui {
 
 namespace {
 
-constexpr int kPatience = 10000;
+constexpr int kPatience = 60000;
 
 // The one application object of the test program. The toolkit does not survive one that goes with
 // the static objects.

@@ -10,7 +10,7 @@ trap 'trap - ERR; echo "lines ${BASH_LINENO[*]}: $BASH_COMMAND, before the windo
       tail -n 20 "$folder"/*.log >&2; exit 1' ERR
 
 # All that is awaited has to have come by then.
-readonly kEnd=$((SECONDS + 150))
+readonly kEnd=$((SECONDS + 600))
 readonly kTree=170x500+5+80 kList=780x250+215+80
 readonly kMain="app.prj - velkor" kBox="velkor"
 
