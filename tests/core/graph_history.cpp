@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/adjustments.h"
+#include "core/function_sorting.h"
 #include "core/recompute.h"
 #include "core/test_source.h"
 #include "fuzz/require.h"
