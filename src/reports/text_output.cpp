@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <fmt/format.h>
 
+#include "files/paths.h"
 #include "reports/chain_output.h"
 #include "reports/list_output.h"
 #include "reports/note_text.h"
@@ -27,6 +28,21 @@ size_t CountRoots(const AnalysisResult& result, BoundTest holds) {
                     [&](const StkFunction* root) { return holds(result.bounds, *root); }));
 }
 
+// ", uart.asm, main.asm not whole"; nothing of an empty list.
+std::string NotRead(const AnalysisResult& result, const std::vector<std::string>& modules,
+                    std::string_view why) {
+  constexpr size_t kMostNamed = 4;
+  std::string names;
+  for (size_t i = 0; i < std::min(modules.size(), kMostNamed); ++i) {
+    names += i == 0 ? "; " : ", ";
+    names += OneLine(result.Utf8(FileNamePart(modules[i], result.codePage)));
+  }
+  if (modules.size() > kMostNamed) {
+    names += fmt::format(" and {} more", modules.size() - kMostNamed);
+  }
+  return names.empty() ? names : fmt::format("{} {}", names, why);
+}
+
 void WriteHead(const AnalysisResult& result, ResultOutput& output) {
   const StkFunctionTable& functions = result.functions;
   output.Write(fmt::format("Project    {}\n", OneLine(result.Utf8(result.project))));
@@ -34,6 +50,10 @@ void WriteHead(const AnalysisResult& result, ResultOutput& output) {
       fmt::format("Compiler   {}\n", result.compilerVersion
                                          ? result.compilerName + " V" + *result.compilerVersion
                                          : "unknown: no module was read"));
+  const AnalysisInputs& inputs = result.inputs;
+  output.Write(fmt::format("Modules    {} of {} read{}{}\n", inputs.read, inputs.Count(),
+                           NotRead(result, inputs.missing, "missing"),
+                           NotRead(result, inputs.notWhole, "not whole")));
   output.Write(
       fmt::format("Functions  {}, {} of them top-level\n", functions.Count(), result.roots.size()));
   output.Write(fmt::format("Bounded    {} of the top-level ones\n", CountRoots(result, IsBounded)));

@@ -102,6 +102,19 @@ TEST_F(AnalysisJobTest, AStopInsideAModuleEndsWithin100Lines) {
   EXPECT_EQ(recorder.log.lines.back(), "C:\\p\\b.asm Reading aborted.");
 }
 
+TEST_F(AnalysisJobTest, AStopBetweenModulesNamesTheOneWhoseTurnItIs) {
+  PutProject({"a", "b", "c"});
+  for (const char* name : {"a", "b", "c"}) {
+    PutModule(name, {"main 10"});
+  }
+  host.files.OnRead(ModulePath("a"), [this] { job->RequestStop(); });
+  RunJob();
+  EXPECT_EQ(job->End(), JobEnd::kStopped);
+  EXPECT_EQ(recorder.log.lines,
+            (std::vector<std::string>{"C:\\p\\a.asm Reading...", "C:\\p\\a.asm Reading completed.",
+                                      "C:\\p\\b.asm Reading aborted."}));
+}
+
 // Everything that an analysis of a project shows, read by so many threads: what is logged, told to
 // the main window and found.
 class ReadingThreads : public DocumentHost {

@@ -98,6 +98,8 @@ TEST_P(HostileFiles, AsTheStkSystemFileIsIgnoredAndKept) {
   const ProgramRun saved = Program({"adjust", project_, "f", "--margin", "5"}).Run();
   EXPECT_EQ(saved.status, 4);
   EXPECT_TRUE(saved.Says(NotWritable(odd))) << saved.err;
+  const std::string margins = folder_.Put("margins.txt", "f, ADD=5\n");
+  EXPECT_EQ(Program({"load", project_, margins}).Run().status, 4);
   EXPECT_FALSE(fs::is_regular_file(fs::symlink_status(odd)));
 }
 

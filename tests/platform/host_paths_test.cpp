@@ -141,6 +141,11 @@ TEST(ToHostTest, SpellingsOfAProjectAreFoundIgnoringCase) {
     EXPECT_EQ(OfProject(paths, one.path), one.expected) << one.path;
   }
   EXPECT_EQ(Exact(paths, "C:\\src\\one.asm"), folder / "src/one.asm");
+  // What a folder holds is asked once for a project.
+  folder.Put("Src/Late.asm", "");
+  EXPECT_EQ(OfProject(paths, "C:\\src\\LATE.asm"), folder / "Src/LATE.asm");
+  paths.SetProject(folder.Path(), folder / "app.prj");
+  EXPECT_EQ(OfProject(paths, "C:\\src\\LATE.asm"), folder / "Src/Late.asm");
 }
 
 // A folder named in two sets, and files in it that an archive has left in the bytes of the other.

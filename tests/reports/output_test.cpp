@@ -63,6 +63,7 @@ TEST(Outputs, TextOfASmallAnalysis) {
   EXPECT_EQ(Written([&](ResultOutput& output) { WriteText(result, false, output); }),
             "Project    app.prj\n"
             "Compiler   CCTarn V3.70\n"
+            "Modules    0 of 0 read\n"
             "Functions  5, 2 of them top-level\n"
             "Bounded    0 of the top-level ones\n"
             "\n"

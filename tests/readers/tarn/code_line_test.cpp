@@ -69,10 +69,14 @@ class LiteralTests {
     if (scanner_.Match("_@") || scanner_.Match("@@")) {
       return scanner_.Token(kBlanksOrLineEnd, target) ? "helper " + std::string(target) : "";
     }
-    return scanner_.Token(kBlanksOrLineEnd, target) &&
-                   (target.starts_with("bs_F") || target.starts_with("bs_S"))
-               ? "stub " + std::string(target)
-               : "";
+    if (!scanner_.Token(kBlanksOrLineEnd, target)) {
+      return {};
+    }
+    if (target.starts_with('_')) {
+      return "symbol " + std::string(target.substr(0, target.find(';')));
+    }
+    const bool stub = target.starts_with("bs_F") || target.starts_with("bs_S");
+    return stub ? "stub " + std::string(target) : "";
   }
 
  private:
@@ -81,8 +85,9 @@ class LiteralTests {
   StkLineScanner scanner_{page_};
 };
 
-std::string Described(const std::optional<RuntimeCall>& call) {
-  return call ? (call->stub ? "stub " : "helper ") + std::string(call->target) : "";
+std::string Described(const std::optional<CodeCall>& call) {
+  constexpr const char* kTargets[] = {"helper ", "stub ", "symbol "};
+  return call ? kTargets[static_cast<size_t>(call->target)] + std::string(call->name) : "";
 }
 
 // Compares on every way of putting up to six pieces together that the generator meets.
@@ -94,11 +99,14 @@ TEST(CodeLine, QuickTestsAgreeWithTheLiteralOnes) {
   for (std::string word; words >> word;) {
     pieces.push_back(word);
   }
+  pieces.emplace_back("\tcall !_g");
   std::mt19937 random(7);
   const CodePage page = CodePage::Utf8();
   StkLineScanner scanner(page);
   size_t found = 0;
   size_t skipped = 0;
+  size_t called = 0;
+  SkippedLines passed;
   for (int round = 0; round < 150000; ++round) {
     std::string text;
     for (auto count = random() % 7; count > 0; --count) {
@@ -112,25 +120,33 @@ TEST(CodeLine, QuickTestsAgreeWithTheLiteralOnes) {
     ASSERT_EQ(directive.code, expected.code) << text;
     ASSERT_EQ(FindCodeLabel(line), literal.Label()) << text;
     const std::string call = literal.Call();
-    ASSERT_EQ(Described(FindRuntimeCall(line, scanner)), call) << text;
+    ASSERT_EQ(Described(FindCodeCall(line, scanner)), call) << text;
     found += (directive.segment ? 1U : 0U) + (call.empty() ? 0U : 1U);
-    const bool plain = SkipPlainCode(text + "\n" + std::string(64, ';'), 1, 100).lines == 1;
-    ASSERT_FALSE(plain && (expected.segment || expected.code || !call.empty() ||
+    const std::string code = text + "\n" + std::string(64, ';');
+    SkipPlainCode(code, 1, 100, passed);
+    const bool plain = passed.lines == 1;
+    const std::string symbol =
+        passed.calls.empty() ? "" : "symbol " + std::string(passed.calls[0].name);
+    // One that is skipped is read whole.
+    ASSERT_FALSE(plain && (expected.segment || expected.code ||
+                           (line.length == text.size() && symbol != call) ||
                            !literal.Label().empty() || IsInformationHeading(line)))
         << text;
+    called += symbol.empty() ? 0U : 1U;
     skipped += plain ? 1U : 0U;
   }
   EXPECT_GT(found, 1000U);
   EXPECT_GT(skipped, 50000U);
+  EXPECT_GT(called, 10U);
 }
 
 TEST(CodeLine, HelperNamesEndAtAWholeCharacter) {
   const CodePage page = CodePage::ShiftJis();
   StkLineScanner scanner(page);
   const std::string text = "\tcallt [@@\x83\x5Dx]";  // the second byte of the character is "]"
-  const std::optional<RuntimeCall> call = FindRuntimeCall({text, text.size()}, scanner);
+  const std::optional<CodeCall> call = FindCodeCall({text, text.size()}, scanner);
   ASSERT_TRUE(call.has_value());
-  EXPECT_EQ(call->target, "\x83\x5Dx");
+  EXPECT_EQ(call->name, "\x83\x5Dx");
 }
 
 }  // namespace
