@@ -105,7 +105,7 @@ TEST(ExitStatus, AModuleThatIsNotWholeIsOneAndIsNamedInEveryOutput) {
       << text.out;
   const ProgramRun json = Program({"analyze", project, "--format", "json"}).Run();
   EXPECT_EQ(json.status, 1);
-  EXPECT_NE(json.out.find("\"missing\": [],\n  \"notWhole\": [\n   \"" + uart + "\"\n"),
+  EXPECT_NE(json.out.find("\"missing\": [],\n  \"notWhole\": [\"" + uart + "\"]"),
             std::string::npos)
       << json.out;
   EXPECT_NE(json.out.find("\"warnings\": []"), std::string::npos) << json.out;
