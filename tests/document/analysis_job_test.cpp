@@ -107,12 +107,13 @@ TEST_F(AnalysisJobTest, AStopBetweenModulesNamesTheOneWhoseTurnItIs) {
   for (const char* name : {"a", "b", "c"}) {
     PutModule(name, {"main 10"});
   }
-  host.files.OnRead(ModulePath("a"), [this] { job->RequestStop(); });
+  host.files.OnRead(ModulePath("b"), [this] { job->RequestStop(); });
   RunJob();
   EXPECT_EQ(job->End(), JobEnd::kStopped);
   EXPECT_EQ(recorder.log.lines,
             (std::vector<std::string>{"C:\\p\\a.asm Reading...", "C:\\p\\a.asm Reading completed.",
-                                      "C:\\p\\b.asm Reading aborted."}));
+                                      "C:\\p\\b.asm Reading...", "C:\\p\\b.asm Reading completed.",
+                                      "C:\\p\\c.asm Reading aborted."}));
 }
 
 // Everything that an analysis of a project shows, read by so many threads: what is logged, told to
