@@ -95,6 +95,12 @@ ExitStatus Application::RunWritingJob() {
   return document_.AnyWritingFailed() ? kOutputFailed : FinishedStatus();
 }
 
+ExitStatus Application::FinishedStatus() {
+  const bool unread = log_.AnyWarning() || document_.AnyJobFailed() || anyFileUnread_ ||
+                      std::ranges::any_of(document_.InputNotes(), &StkNote::incomplete);
+  return unread ? kNotEverythingRead : kDone;
+}
+
 void Application::Say(std::string_view text) {
   log_.Say("velkor-cli: " + std::string(text));
 }
@@ -120,6 +126,7 @@ reports::AnalysisResult Application::Result() {
 
 std::vector<StkNote> Application::Notes() {
   std::vector<StkNote> notes = log_.Notes();
+  std::ranges::move(document_.InputNotes(), std::back_inserter(notes));
   std::ranges::move(BoundNotes(*document_.FunctionTable(), *document_.Bounds(), messages_),
                     std::back_inserter(notes));
   return notes;

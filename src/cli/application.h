@@ -45,10 +45,7 @@ class Application : private MessageTarget {
   // The one function that the name of the command line stands for; none after having said why.
   StkFunction* FindFunction(const std::string& name);
   // How a command ends that has done its work.
-  ExitStatus FinishedStatus() const {
-    return log_.AnyWarning() || document_.AnyJobFailed() || anyFileUnread_ ? kNotEverythingRead
-                                                                           : kDone;
-  }
+  ExitStatus FinishedStatus();
 
   const CodePage& GetCodePage() const { return machine_->GetCodePage(); }
   CStkDoc& Document() { return document_; }

@@ -119,11 +119,7 @@ ExitStatus Load(Application& application, const Options& options) {
     return analysed;
   }
   const ExitStatus loaded = application.LoadSpecification(options.specification, true);
-  if (loaded == kStopped) {
-    return kStopped;
-  }
-  application.SayNotes();
-  return application.FinishedStatus();
+  return loaded == kStopped ? kStopped : application.RunWritingJob();
 }
 
 }  // namespace velkor::cli

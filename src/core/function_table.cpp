@@ -142,6 +142,10 @@ StkFunction* StkFunctionTable::FindBySpecName(std::string_view fileBaseName, std
   return find(std::string("_").append(name));
 }
 
+bool StkFunctionTable::SharesName(const StkFunction& function) const {
+  return nameIndex_->IsShared(function.index);
+}
+
 void StkFunctionTable::SetLibrarySize(StkFunction& function, uint32_t size) {
   if (function.IsUnknown()) {
     --unknownCount_;

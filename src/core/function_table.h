@@ -84,6 +84,8 @@ class StkFunctionTable {
   // takes the functions in the order of the new lists. (When other functions are called, the next
   // Recompute must rebuild instead.)
   void NoteRearrangedCallees() { order_ = ComputationOrder(); }
+  // Another record has the same name.
+  bool SharesName(const StkFunction& function) const;
   // Records with an adjustment in force; with unknown functions: those too that are unknown and
   // not adjusted.
   uint32_t CountForSpecFile(bool withUnknown) const;

@@ -59,6 +59,7 @@ bool StkAnalysisJob::ReadModules() {
     // a stop waiting.
     if (stopEvent_.Test()) {
       SetStopped();
+      parts_.reporter.PostLog(MessageKey::kReadingAborted, {parts_.input.Modules()[i]});
     } else {
       Post(WM_STK_ANALYSIS_STEP);
       EnterModule(modules, i);
@@ -80,11 +81,13 @@ void StkAnalysisJob::EnterModule(ModuleReadAhead& modules, size_t number) {
   }
   outcomes_[number] = ModuleOutcome::kNotWhole;
   reporter.PostLog(MessageKey::kReadingStarted, {currentPath_});
-  const WorkEnd entered = modules.Read().Enter(parts_.database);
-  if (entered == WorkEnd::kCompleted) {
-    outcomes_[number] = ModuleOutcome::kRead;
+  const ModuleReader::Entered entered = modules.Read().Enter(parts_.database);
+  using Entered = ModuleReader::Entered;
+  if (entered == Entered::kWhole || entered == Entered::kNotWhole) {
+    const bool whole = entered == Entered::kWhole;
+    outcomes_[number] = whole ? ModuleOutcome::kRead : ModuleOutcome::kNotWhole;
     reporter.PostLog(MessageKey::kReadingCompleted, {currentPath_});
-  } else if (entered == WorkEnd::kStopped) {
+  } else if (entered == Entered::kStopped) {
     SetStopped();
   }
 }

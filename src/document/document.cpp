@@ -89,6 +89,19 @@ const StkBounds* CStkDoc::Bounds() {
   return bounds_.get();
 }
 
+std::vector<StkNote> CStkDoc::InputNotes() {
+  if (!input_ || !functionTable_ || BelongsToJob()) {
+    return {};
+  }
+  std::vector<StkNote> notes = input_->Notes();
+  for (StkNote& note : notes) {
+    if (note.function && *note.function >= functionTable_->Count()) {
+      note.function.reset();
+    }
+  }
+  return notes;
+}
+
 bool CStkDoc::LoadProject(std::string_view path) {
   DeleteContents();
   if (path.size() > kMaxPathLength) {

@@ -87,6 +87,9 @@ class CStkDoc {
   const StkBounds* Bounds();
   // Of each module of the input once its analysis has been finished, in its order; else empty.
   const std::vector<ModuleOutcome>& ModuleOutcomes() const { return moduleOutcomes_; }
+  // What the input has to be noted for. None while the tables belong to a job. A note of a function
+  // that is gone names none.
+  std::vector<StkNote> InputNotes();
   // The function that the call tree last selected.
   StkFunction* CurrentSelection() { return currentSelection_; }
   void SetCurrentSelection(StkFunction* function) { currentSelection_ = function; }

@@ -108,12 +108,16 @@ void StkSpecReadJob::ReadSource(StkSpecReader& source) {
 }
 
 bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
-  StkTextReader reader(bytes);
+  StkTextReader reader(bytes, &stopEvent_);
   TextLine line;
   statements_ = 0;
   cutShort_ = false;
   for (uint32_t number = 1; reader.ReadLine(line, kTextBufferSize) && !reader.CutShort();
        ++number) {
+    if (reader.Stopped()) {
+      SetStopped();
+      return false;
+    }
     if (number > kMaxTextLines) {
       reporter_.PostWarning(MessageKey::kW9406, {MessageFile{source.Path()}, kMaxTextLines});
       return false;

@@ -129,6 +129,7 @@ bool StkChainReport::Open() {
 WorkEnd StkChainReport::Write(const StkFunction& start, ChainMode mode,
                               const AfterChain& afterChain) {
   file_->SetLimits(kMaxTextLines, kMaxTextLength, format_ == Format::kText);
+  file_->KeepCharacters(host_.codePage);
   TextRendering text(*file_, host_.codePage, afterChain);
   CsvRendering csv(*file_, host_.codePage, afterChain);
   const bool isCsv = format_ == Format::kCsv;

@@ -9,10 +9,12 @@ namespace {
 
 constexpr size_t kReadBufferSize = 65536;
 constexpr char kEndOfText = '\x1A';
+constexpr size_t kRestOfCharacter = 3;  // bytes that may follow its first one
 
 }  // namespace
 
-TextInputFile::TextInputFile(std::unique_ptr<InputFile> file) : file_(std::move(file)) {
+TextInputFile::TextInputFile(std::unique_ptr<InputFile> file, const CodePage& codePage)
+    : codePage_(codePage), file_(std::move(file)) {
   buffer_.resize(kReadBufferSize);
 }
 
@@ -39,6 +41,16 @@ void TextInputFile::Carry(std::string_view bytes, size_t limit) {
   carriageReturnLast_ = bytes.back() == '\r';
 }
 
+std::string_view TextInputFile::Kept(std::string_view bytes, uint64_t length, size_t most) const {
+  return length <= most ? bytes.substr(0, length)
+                        : bytes.substr(0, codePage_.CutLength(bytes, most));
+}
+
+bool TextInputFile::MustStop() {
+  stopped_ = stopEvent_ != nullptr && stopEvent_->Test();
+  return stopped_;
+}
+
 bool TextInputFile::ReadLine(TextLine& line, size_t limit) {
   if (next_ == end_ && !Refill()) {
     return false;
@@ -46,29 +58,31 @@ bool TextInputFile::ReadLine(TextLine& line, size_t limit) {
   carried_.clear();
   carriedLength_ = 0;
   carriageReturnLast_ = false;
+  lastLineEnded_ = false;
   const size_t most = limit - 1;
   do {
     const std::string_view chunk(buffer_.data() + next_, end_ - next_);
     const size_t lineFeed = chunk.find('\n');
     if (lineFeed != std::string_view::npos) {
+      lastLineEnded_ = true;
       next_ += lineFeed + 1;
       if (carriedLength_ == 0) {
         const bool carriageReturn = lineFeed > 0 && chunk[lineFeed - 1] == '\r';
         line.length = lineFeed - (carriageReturn ? 1 : 0);
-        line.text = chunk.substr(0, std::min<uint64_t>(line.length, most));
+        line.text = Kept(chunk.substr(0, lineFeed), line.length, most);
         return true;
       }
       if (lineFeed > 0) {
-        Carry(chunk.substr(0, lineFeed), most);
+        Carry(chunk.substr(0, lineFeed), most + kRestOfCharacter);
       }
       carriedLength_ -= carriageReturnLast_ ? 1 : 0;
       break;
     }
     next_ = end_;
-    Carry(chunk, most);
-  } while (Refill());
+    Carry(chunk, most + kRestOfCharacter);
+  } while (!MustStop() && Refill());
   line.length = carriedLength_;
-  line.text = std::string_view(carried_).substr(0, std::min<uint64_t>(line.length, most));
+  line.text = Kept(carried_, line.length, most);
   return true;
 }
 

@@ -50,9 +50,12 @@ bool TextOutputFile::WriteUnlimited(std::string_view text) {
   return true;
 }
 
-size_t TextOutputFile::RoomInLine(size_t wanted) const {
+size_t TextOutputFile::RoomInLine(std::string_view text) const {
   const size_t left = maxCharsPerLine_ - std::min(maxCharsPerLine_, charsInLine_);
-  return maxCharsPerLine_ == 0 ? wanted : std::min(wanted, left);
+  if (maxCharsPerLine_ == 0 || text.size() <= left) {
+    return text.size();
+  }
+  return codePage_ != nullptr ? codePage_->CutLength(text, left) : left;
 }
 
 bool TextOutputFile::WriteLimited(std::string_view text) {
@@ -67,7 +70,7 @@ bool TextOutputFile::WriteLimited(std::string_view text) {
       text.remove_prefix(1);
       continue;
     }
-    const size_t room = RoomInLine(text.size());
+    const size_t room = RoomInLine(text);
     if (room == 0) {
       if (!wrapLongLines_) {
         return FailAtLimit(charLimitReached_);

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/code_page.h"
 #include "platform/file_system.h"
 
 namespace velkor {
@@ -22,6 +23,8 @@ class TextOutputFile {
 
   // 0: no limit.
   void SetLimits(uint32_t maxLines, uint32_t maxCharsPerLine, bool wrapLongLines);
+  // Each text that is written is whole characters of the code page: a limit cuts none of them.
+  void KeepCharacters(const CodePage& codePage) { codePage_ = &codePage; }
   uint32_t LinesWritten() const { return linesWritten_; }
   bool LineLimitReached() const { return lineLimitReached_; }
   bool CharLimitReached() const { return charLimitReached_; }
@@ -40,7 +43,8 @@ class TextOutputFile {
   [[nodiscard]] bool Put(std::string_view bytes);
   [[nodiscard]] bool WriteUnlimited(std::string_view text);
   [[nodiscard]] bool WriteLimited(std::string_view text);
-  size_t RoomInLine(size_t wanted) const;
+  // How much of the text the line has room for.
+  size_t RoomInLine(std::string_view text) const;
   [[nodiscard]] bool EndLine();
   [[nodiscard]] bool FailAtLimit(bool& reached);
   // Hands everything that is buffered to the file.
@@ -52,6 +56,7 @@ class TextOutputFile {
   uint32_t maxLines_ = 0;
   uint32_t maxCharsPerLine_ = 0;
   bool wrapLongLines_ = false;
+  const CodePage* codePage_ = nullptr;
   uint32_t linesWritten_ = 0;
   uint32_t charsInLine_ = 0;
   bool lineLimitReached_ = false;

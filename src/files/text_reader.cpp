@@ -21,6 +21,11 @@ void StkTextReader::SkipLineFeed() {
   }
 }
 
+bool StkTextReader::MustStop() {
+  stopped_ = stopEvent_ != nullptr && stopEvent_->Test();
+  return stopped_;
+}
+
 bool StkTextReader::ReadLine(TextLine& line, size_t size) {
   if (next_ == end_ && !Refill()) {
     return false;
@@ -48,7 +53,7 @@ bool StkTextReader::ReadLine(TextLine& line, size_t size) {
       }
       break;
     }
-  } while (Refill());
+  } while (!MustStop() && Refill());
   line.text = std::string_view(line_.data(), kept);
   line.length = length;
   return true;

@@ -83,6 +83,20 @@ enum class MessageKey : uint32_t {
   kNoteWantsSize = 43003,
   kNoteWantsCallees = 43004,
   kNoteWantsDepth = 43005,
+  kNoteEndsInLine = 43010,
+  kNoteEndsInStatement = 43011,
+  kNoteNoRecord = 43012,
+  kNoteNoSymbols = 43013,
+  kNoteNoInformation = 43014,
+  kNoteHiddenCall = 43015,
+  kNoteDuplicateDefinition = 43016,
+  kNoteNotASource = 43020,
+  kNoteSourceLimit = 43021,
+  kNoteSourceGap = 43022,
+  kNoteSourceRepeated = 43023,
+  kNoteSourceTooLong = 43024,
+  kNoteProjectTooLarge = 43025,
+  kNoteMoreSources = 43026,
 };
 
 }  // namespace velkor

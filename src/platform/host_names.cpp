@@ -77,4 +77,14 @@ bool HostNames::IsSpelling(std::string_view found, std::string_view component) c
          CodePage::Utf8().EqualIgnoreCase(found, codePage_.ToUtf8(component));
 }
 
+HostNames::Hashes HostNames::HashesOfFound(std::string_view found) const {
+  return {host_.HashIgnoreCase(found), codePage_.HashIgnoreCase(found),
+          CodePage::Utf8().HashIgnoreCase(found)};
+}
+
+HostNames::Hashes HostNames::HashesOfComponent(std::string_view component) const {
+  return {host_.HashIgnoreCase(Name(component)), codePage_.HashIgnoreCase(component),
+          CodePage::Utf8().HashIgnoreCase(codePage_.ToUtf8(component))};
+}
+
 }  // namespace velkor

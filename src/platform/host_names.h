@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -25,6 +27,11 @@ class HostNames {
   // Whether a name found on this host is the component, ignoring letter case: as it is here, in
   // UTF-8, or in the bytes of the project, as an archive may have left it.
   bool IsSpelling(std::string_view found, std::string_view component) const;
+  // Of a name found and of a component: when the one is a spelling of the other, they have a hash
+  // in common.
+  using Hashes = std::array<uint32_t, 3>;
+  Hashes HashesOfFound(std::string_view found) const;
+  Hashes HashesOfComponent(std::string_view component) const;
 
  private:
   std::string ToText(std::string_view bytes, bool escapeSeparator) const;

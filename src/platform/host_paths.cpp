@@ -5,8 +5,6 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/name_lookup.h"
-
 namespace velkor {
 namespace {
 
@@ -71,6 +69,7 @@ void HostPaths::SetProject(std::string_view projectDirectory, std::string_view p
     const Place file = Locate(PathText::Split(projectPath, codePage_), std::nullopt);
     project = {std::move(directory), JoinBelow(file.folder, file.components, names_).Folder()};
   }
+  folders_.Forget();
   const std::lock_guard lock(mutex_);
   project_ = std::move(project);
 }
@@ -86,7 +85,7 @@ HostPath HostPaths::ToHost(std::string_view path, Spelling spelling) const {
   const Place place = Locate(std::move(text), project);
   const HostPath found = spelling == Spelling::kExact
                              ? JoinBelow(place.folder, place.components, names_)
-                             : FindBelow(place.folder, place.components, names_);
+                             : FindBelow(place.folder, place.components, names_, folders_);
   return endsWithSeparator ? found.Below("") : found;
 }
 

@@ -10,6 +10,7 @@
 #include "platform/file_system.h"
 #include "platform/host_names.h"
 #include "platform/host_path.h"
+#include "platform/name_lookup.h"
 #include "platform/path_text.h"
 
 namespace velkor {
@@ -45,7 +46,8 @@ class PathHost {
 //   a step ".." for each component that the two do not share); one without a drive likewise;
 // - any other path with a drive letter or "\" lies below the current folder;
 // - of a path that a project states, a component that does not exist as spelt is looked up ignoring
-//   letter case, and in the bytes of the project; when there are several, none is taken.
+//   letter case, and in the bytes of the project; when there are several, none is taken. What a
+//   folder holds is asked once from one SetProject to the next.
 // May be used from several threads; SetProject only while no file is in use.
 class HostPaths : public PathHost {
  public:
@@ -89,6 +91,7 @@ class HostPaths : public PathHost {
   const CodePage& codePage_;
   const HostNames names_;
   std::vector<Mapping> mappings_;
+  mutable FolderNames folders_;
   mutable std::mutex mutex_;
   std::optional<Project> project_;
 };

@@ -45,10 +45,11 @@ IniLines::IniLines(std::string_view text, const CodePage& codePage)
 
 bool IniLines::Next(Line& line) {
   while (!rest_.empty()) {
-    // The LF of a CR LF ends an empty line, which says nothing.
     const size_t length = std::min(rest_.find_first_of("\r\n"), rest_.size());
     const std::string_view text = Trim(rest_.substr(0, length));
-    rest_.remove_prefix(std::min(length + 1, rest_.size()));
+    rest_.remove_prefix(length);
+    rest_.remove_prefix(rest_.starts_with("\r\n") ? 2 : std::min<size_t>(1, rest_.size()));
+    line.number = ++number_;
     if (Parse(text, line)) {
       return true;
     }

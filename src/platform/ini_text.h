@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,7 @@ class IniLines {
     bool isSection = false;
     std::string_view name;  // of the section, or the key
     std::string_view value;
+    uint32_t number = 0;  // of the line, from 1
   };
 
   IniLines(std::string_view text, const CodePage& codePage);
@@ -31,6 +33,7 @@ class IniLines {
   bool Parse(std::string_view text, Line& line);
 
   std::string_view rest_;
+  uint32_t number_ = 0;
   const CodePage& codePage_;
   bool inSection_ = false;
 };

@@ -1,53 +1,78 @@
 #include "platform/name_lookup.h"
 
-#include <dirent.h>
-#include <memory>
-#include <optional>
+#include <algorithm>
 #include <sys/stat.h>
+#include <utility>
+
+#include "platform/host_folder.h"
 
 namespace velkor {
 namespace {
 
-struct CloseFolder {
-  void operator()(DIR* folder) const { closedir(folder); }
-};
-
-// None too when there are several: which one is meant, nobody but the user can say.
-std::optional<std::string> FindIgnoringCase(const HostPath& folder, const std::string& component,
-                                            const HostNames& names) {
-  const bool isCurrent = folder.Bytes().empty();
-  const std::unique_ptr<DIR, CloseFolder> listing(opendir(isCurrent ? "." : folder.Text()));
-  if (!listing) {
-    return std::nullopt;
-  }
-  std::optional<std::string> found;
-  // No other thread sees this listing.
-  // cppcheck-suppress readdirCalled
-  // NOLINTNEXTLINE(concurrency-mt-unsafe)
-  while (const dirent* const entry = readdir(listing.get())) {
-    if (names.IsSpelling(entry->d_name, component)) {
-      if (found) {
-        return std::nullopt;
-      }
-      found = entry->d_name;
-    }
-  }
-  return found;
-}
-
 std::optional<HostPath> FindComponent(const HostPath& folder, const std::string& component,
-                                      const HostNames& names) {
+                                      const HostNames& names, FolderNames& folders) {
   for (const std::string& spelling : {names.Name(component), component}) {
     HostPath path = folder.Below(spelling);
     if (IsThere(path)) {
       return path;
     }
   }
-  const std::optional<std::string> found = FindIgnoringCase(folder, component, names);
+  const std::optional<std::string> found = folders.Find(folder, component, names);
   return found ? std::optional(folder.Below(*found)) : std::nullopt;
 }
 
 }  // namespace
+
+std::optional<std::string> FolderNames::Find(const HostPath& folder, const std::string& component,
+                                             const HostNames& names) {
+  const std::shared_ptr<const Listing> listing = ListingOf(folder, names);
+  const std::string* found = nullptr;
+  for (const uint32_t hash : names.HashesOfComponent(component)) {
+    const auto [first, end] = listing->byHash.equal_range(hash);
+    for (auto place = first; place != end; ++place) {
+      const std::string& entry = listing->entries[place->second];
+      if (&entry == found || !names.IsSpelling(entry, component)) {
+        continue;
+      }
+      if (found != nullptr) {
+        return std::nullopt;
+      }
+      found = &entry;
+    }
+  }
+  return found != nullptr ? std::optional(*found) : std::nullopt;
+}
+
+void FolderNames::Forget() {
+  const std::lock_guard lock(mutex_);
+  listings_.clear();
+}
+
+std::shared_ptr<const FolderNames::Listing> FolderNames::ListingOf(const HostPath& folder,
+                                                                   const HostNames& names) {
+  const std::lock_guard lock(mutex_);
+  std::shared_ptr<const Listing>& listing = listings_[folder.Bytes()];
+  if (listing == nullptr) {
+    listing = std::make_shared<const Listing>(List(folder, names));
+  }
+  return listing;
+}
+
+FolderNames::Listing FolderNames::List(const HostPath& folder, const HostNames& names) {
+  Listing listing;
+  for (FolderEntry& entry :
+       ListHostFolder(folder.Bytes().empty() ? HostPath(".") : folder).entries) {
+    const auto place = static_cast<uint32_t>(listing.entries.size());
+    HostNames::Hashes hashes = names.HashesOfFound(entry.name);
+    std::ranges::sort(hashes);
+    const auto repeated = std::ranges::unique(hashes);
+    for (auto hash = hashes.begin(); hash != repeated.begin(); ++hash) {
+      listing.byHash.emplace(*hash, place);
+    }
+    listing.entries.push_back(std::move(entry.name));
+  }
+  return listing;
+}
 
 bool IsThere(const HostPath& path) {
   struct stat status {};
@@ -63,13 +88,13 @@ HostPath JoinBelow(HostPath folder, const std::vector<std::string>& components,
 }
 
 HostPath FindBelow(HostPath folder, const std::vector<std::string>& components,
-                   const HostNames& names) {
+                   const HostNames& names, FolderNames& folders) {
   HostPath asSpelt = JoinBelow(folder, components, names);
   if (IsThere(asSpelt)) {
     return asSpelt;
   }
   for (size_t i = 0; i < components.size(); ++i) {
-    std::optional<HostPath> found = FindComponent(folder, components[i], names);
+    std::optional<HostPath> found = FindComponent(folder, components[i], names, folders);
     if (!found) {
       const auto rest = components.begin() + static_cast<std::ptrdiff_t>(i);
       return JoinBelow(std::move(folder), {rest, components.end()}, names);

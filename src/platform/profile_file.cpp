@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <span>
 #include <utility>
 
 #include "platform/ini_text.h"
@@ -10,47 +11,67 @@
 namespace velkor {
 
 ProfileFile::ProfileFile(const CodePage& codePage, InputFile& file)
-    : ProfileFile(codePage, ReadIniText(file, kMaxBytes)) {
+    : ProfileFile(codePage, ReadIniText(file, kMaxBytes), file.Length() > kMaxBytes) {
   cutShort_ = text_.size() < std::min<uint64_t>(file.Length(), kMaxBytes);
 }
 
-ProfileFile::ProfileFile(const CodePage& codePage, std::string text)
+ProfileFile::ProfileFile(const CodePage& codePage, std::string text, bool moreBytes)
     : codePage_(codePage), text_(std::move(text)) {
+  moreBytes = moreBytes || text_.size() > kMaxBytes;
   text_.resize(std::min(text_.size(), kMaxBytes));
-  Parse();
+  Parse(moreBytes);
   Sort();
 }
 
-void ProfileFile::Parse() {
+void ProfileFile::Parse(bool moreBytes) {
   IniLines lines(text_, codePage_);
   IniLines::Line line;
-  while (!IsFull() && lines.Next(line)) {
+  while (lines.Next(line)) {
+    if (IsFull()) {
+      firstLeftOut_ = line.number;
+      return;
+    }
     if (line.isSection) {
       sections_.push_back({line.name, entries_.size(), entries_.size()});
     } else {
-      entries_.push_back({line.name, line.value});
+      entries_.push_back({line.name, line.value, line.number, false});
       sections_.back().end = entries_.size();
+    }
+  }
+  firstLeftOut_ = moreBytes ? line.number : 0;
+}
+
+// Of sections and of keys the first of equal ones counts.
+void ProfileFile::Sort() {
+  std::stable_sort(sections_.begin(), sections_.end(), [this](const Section& a, const Section& b) {
+    return codePage_.CompareIgnoreCase(a.name, b.name) < 0;
+  });
+  for (size_t i = 0; i < sections_.size(); ++i) {
+    if (i > 0 && codePage_.EqualIgnoreCase(sections_[i - 1].name, sections_[i].name)) {
+      continue;
+    }
+    const std::span<Entry> entries(entries_.data() + sections_[i].first,
+                                   entries_.data() + sections_[i].end);
+    std::ranges::stable_sort(entries, [this](const Entry& a, const Entry& b) {
+      return codePage_.CompareIgnoreCase(a.key, b.key) < 0;
+    });
+    for (size_t entry = 0; entry < entries.size(); ++entry) {
+      entries[entry].counts =
+          entry == 0 || !codePage_.EqualIgnoreCase(entries[entry - 1].key, entries[entry].key);
     }
   }
 }
 
-void ProfileFile::Sort() {
-  const auto at = [this](size_t index) {
-    return entries_.begin() + static_cast<std::ptrdiff_t>(index);
-  };
-  std::stable_sort(sections_.begin(), sections_.end(), [this](const Section& a, const Section& b) {
-    return codePage_.CompareIgnoreCase(a.name, b.name) < 0;
-  });
-  sections_.erase(std::unique(sections_.begin(), sections_.end(),
-                              [this](const Section& a, const Section& b) {
-                                return codePage_.EqualIgnoreCase(a.name, b.name);
-                              }),
-                  sections_.end());
-  for (const Section& section : sections_) {
-    std::stable_sort(at(section.first), at(section.end), [this](const Entry& a, const Entry& b) {
-      return codePage_.CompareIgnoreCase(a.key, b.key) < 0;
-    });
+std::vector<ProfileFile::Entry> ProfileFile::EntriesOf(std::string_view section) const {
+  std::vector<Entry> found;
+  for (const Section& each : sections_) {
+    if (codePage_.EqualIgnoreCase(each.name, section)) {
+      found.insert(found.end(), entries_.begin() + static_cast<std::ptrdiff_t>(each.first),
+                   entries_.begin() + static_cast<std::ptrdiff_t>(each.end));
+    }
   }
+  std::ranges::sort(found, {}, &Entry::line);
+  return found;
 }
 
 std::string ProfileFile::GetString(std::string_view section, std::string_view key) const {

@@ -10,7 +10,7 @@
 #include "core/function_table.h"
 #include "core/string_list.h"
 #include "files/spec_reader.h"
-#include "files/work_end.h"
+#include "messages/note.h"
 #include "platform/event.h"
 #include "platform/file_system.h"
 
@@ -28,6 +28,13 @@ struct FunctionDatabase {
 // time.
 class ModuleReader {
  public:
+  enum class Entered {
+    kWhole,
+    kNotWhole,  // read to its end, but a part of it is missing, which a note says
+    kFailed,    // ended early, and reported; what was entered before stays
+    kStopped,   // by the stop event
+  };
+
   virtual ~ModuleReader() = default;
 
   // module: its number in the input's list.
@@ -68,6 +75,8 @@ class ProgramInput {
   virtual void ResolveCalls(FunctionDatabase database) = 0;
   // What states sizes of its functions, in the order in which it is to be read.
   virtual std::vector<std::unique_ptr<StkSpecReader>> BuildSpecSources() = 0;
+  // What is to be noted of the input and its modules. Whole once the calls have been resolved.
+  virtual const std::vector<StkNote>& Notes() const = 0;
 };
 
 }  // namespace velkor

@@ -102,14 +102,6 @@ void ExpectAllAddUp(const reports::AnalysisResult& result) {
   ExpectChainsAddUp(result);
 }
 
-void ExpectAllAddUp(const reports::AnalysisResult& result) {
-  for (StkFunction* function : result.functions.Functions()) {
-    ExpectJsonAddsUp(result, *function);
-    ExpectTextAddsUp(result, *function);
-  }
-  ExpectChainsAddUp(result);
-}
-
 using Random = std::mt19937;
 
 uint32_t Below(Random& random, uint32_t end) {

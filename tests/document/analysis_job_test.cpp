@@ -95,6 +95,20 @@ TEST_F(AnalysisJobTest, AStopInsideAModuleEndsTheJob) {
   }
 }
 
+TEST_F(AnalysisJobTest, AStopBetweenModulesNamesTheOneWhoseTurnItIs) {
+  PutProject({"a", "b", "c"});
+  for (const char* name : {"a", "b", "c"}) {
+    PutModule(name, {"main 10"});
+  }
+  host.files.OnRead(ModulePath("b"), [this] { job->RequestStop(); });
+  RunJob();
+  EXPECT_EQ(job->End(), JobEnd::kStopped);
+  EXPECT_EQ(recorder.log.lines,
+            (std::vector<std::string>{"C:\\p\\a.asm Reading...", "C:\\p\\a.asm Reading completed.",
+                                      "C:\\p\\b.asm Reading...", "C:\\p\\b.asm Reading completed.",
+                                      "C:\\p\\c.asm Reading aborted."}));
+}
+
 // Everything that an analysis of a project shows, read by so many threads: what is logged, told to
 // the main window and found.
 class ReadingThreads : public DocumentHost {

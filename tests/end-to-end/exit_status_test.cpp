@@ -65,6 +65,49 @@ TEST(ExitStatus, AProjectThatCannotBeReadIsThreeAndIsSaidOnce) {
   }
 }
 
+TEST(ExitStatus, AModuleThatIsNotWholeIsOneAndIsNamedInEveryOutput) {
+  const ScratchFolder folder;
+  const std::string cut = ModuleText("uart.c", {{"isr", "6", {}}, {"tail", "8", {}}});
+  const std::string uart = folder.Put("uart.asm", cut.substr(0, cut.size() - 1));
+  const std::string two = ModuleText("two.c", {{"main", "9", {}}});
+  folder.Put("two.asm", two);
+  PutSmallProject(folder);
+  const std::string project =
+      folder.Put("app.prj", ProjectText(".", {"main.c", "uart.c", "two.c", "boot.asm"}));
+  const ProgramRun text = Program({"analyze", project}).Run();
+  EXPECT_EQ(text.status, 1);
+  EXPECT_NE(text.out.find("\nModules    2 of 3 read; uart.asm not whole\n"), std::string::npos)
+      << text.out;
+  const ProgramRun json = Program({"analyze", project, "--format", "json"}).Run();
+  EXPECT_EQ(json.status, 1);
+  EXPECT_NE(json.out.find("\"missing\": [],\n  \"notWhole\": [\"" + uart + "\"]"),
+            std::string::npos)
+      << json.out;
+  EXPECT_NE(json.out.find("\"warnings\": []"), std::string::npos) << json.out;
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"analyze", project, "--format", "csv"},
+        {"explain", project, "isr"},
+        {"chains", project, "isr", "--output", folder.Path("chains.txt")}}) {
+    const ProgramRun run = Program(command).Run();
+    EXPECT_EQ(run.status, 1);
+    for (const std::string& note :
+         {folder.Path("app.prj") +
+              ":7: Source4=boot.asm is no C source: what it defines is not known. "
+              "[source-left-out]",
+          uart + ":11: The module is not whole: it ends in the middle of a line. "
+                 "[module-not-whole]",
+          std::string("two.c: main is defined twice: with a frame of 4 bytes in main.c, and of 9 "
+                      "bytes in two.c. Calls from other files are taken to mean the first. "
+                      "[duplicate-definition]")}) {
+      EXPECT_TRUE(run.Says("note: " + note)) << run.err;
+    }
+    EXPECT_TRUE(run.Says(uart + " Reading completed.")) << run.err;
+  }
+  // What is no C source is noted and no more.
+  folder.Put("app.prj", ProjectText(".", {"main.c", "boot.asm"}));
+  EXPECT_EQ(Program({"analyze", project}).Run().status, 0);
+}
+
 TEST(ExitStatus, OutputThatCannotBeWrittenIsFour) {
   const ScratchFolder folder;
   const std::string project = PutSmallProject(folder);
@@ -104,6 +147,7 @@ TEST(ExitStatus, AnInterruptStopsTheJobAndPrintsNoResult) {
     EXPECT_EQ(run.status, 130);
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.err.find("m1999.asm"), std::string::npos);
+    EXPECT_TRUE(run.err.ends_with(" Reading aborted.\n")) << run.err;
   }
 }
 

@@ -104,6 +104,11 @@ TEST(ChainReport, LongLinesWrapOrFail) {
   const std::string branch = std::string(5005, ' ') + "+--o(3,3)";
   EXPECT_TRUE(line.substr(0, 5119) + "\r\n" + line.substr(5119) + "\r\n" + branch + "\r\n" ==
               reports.Text(ChainMode::kAll, first));
+  // Not inside a character.
+  const std::string wide = std::string(5118, 'm') + "\xE3\x81\x82";
+  Reports wideReports(wide + " 3");
+  EXPECT_TRUE(std::string(5118, 'm') + "\r\n\xE3\x81\x82(3,3)\r\n" ==
+              wideReports.Text(ChainMode::kAll, wide));
 }
 
 TEST(ChainReport, LinesAreLimitedInBothFormats) {

@@ -32,12 +32,13 @@ void ReadEachLine(TextInputFile& file, const CodePage& codePage, ModuleRecording
     if (line.length > 5119) {
       recording.events.push_back({ModuleRecording::Step::kLongLine, number});
     }
-    accepted = parser.HandleLine(line);
+    accepted = parser.HandleLine(line, number);
   }
   recording.lastLine = number;
   recording.end = !accepted     ? ModuleRecording::End::kFormatError
                   : number == 0 ? ModuleRecording::End::kNoLine
                                 : ModuleRecording::End::kWhole;
+  parser.Finish(!file.LastLineEnded());
 }
 
 // One analysis of modules that are read one after another.
@@ -50,7 +51,7 @@ class ModuleRun {
 
   void Read(std::string_view text) {
     host.files.Put(kModule, std::string(text));
-    TextInputFile file(host.files.OpenForRead(kModule).file);
+    TextInputFile file(host.files.OpenForRead(kModule).file, host.codePage);
     ModuleRecording recording;
     if (reading_ == Reading::kEachLine) {
       ReadEachLine(file, host.codePage, recording);
@@ -58,12 +59,15 @@ class ModuleRun {
       StkAsmModuleReader(file, stopEvent_, host.codePage, recording).Read();
     }
     const std::string path = kModule;
-    ModuleEntry entry(path, {{functions, files}, project_, compiler}, host.host, host.reporter);
+    ModuleEntry entry(path, {{functions, files}, project_, compiler, notes_}, host.host,
+                      host.reporter, stopEvent_);
     const size_t linesBefore = host.log.lines.size();
-    const WorkEnd result = entry.Enter(recording);
-    Require(result != WorkEnd::kStopped, "nobody stopped the reading");
-    Require(result == WorkEnd::kCompleted || host.log.lines.size() > linesBefore,
+    const ModuleEntry::Result result = entry.Enter(recording);
+    Require(result != ModuleEntry::Result::kStopped, "nobody stopped the reading");
+    Require(result != ModuleEntry::Result::kFailed || host.log.lines.size() > linesBefore,
             "a module that is given up is reported");
+    Require(result != ModuleEntry::Result::kNotWhole || !notes_.empty(),
+            "a module that is not whole is noted");
     if (functions.Count() > 0) {
       Require(compiler.info.series != 0 && compiler.runtimeNames,
               "functions come from an accepted module");
@@ -86,6 +90,9 @@ class ModuleRun {
     for (const std::string& line : host.log.lines) {
       text += line + "\n";
     }
+    for (const StkNote& note : notes_) {
+      text += note.text + std::to_string(note.line) + "\n";
+    }
     return text;
   }
 
@@ -96,6 +103,7 @@ class ModuleRun {
 
  private:
   const StkProject project_{host.host, host.reporter};
+  std::vector<StkNote> notes_;
   const Reading reading_;
   Event stopEvent_{Event::Reset::kManual};
 };

@@ -141,20 +141,25 @@ TEST(ToHostTest, SpellingsOfAProjectAreFoundIgnoringCase) {
     EXPECT_EQ(OfProject(paths, one.path), one.expected) << one.path;
   }
   EXPECT_EQ(Exact(paths, "C:\\src\\one.asm"), folder / "src/one.asm");
+  // What a folder holds is asked once for a project.
+  folder.Put("Src/Late.asm", "");
+  EXPECT_EQ(OfProject(paths, "C:\\src\\LATE.asm"), folder / "Src/LATE.asm");
+  paths.SetProject(folder.Path(), folder / "app.prj");
+  EXPECT_EQ(OfProject(paths, "C:\\src\\LATE.asm"), folder / "Src/Late.asm");
 }
 
 // A folder named in two sets, and files in it that an archive has left in the bytes of the other.
 TEST(ToHostTest, NamesAreThoseOfTheHostBeforeTheBytesOfTheProject) {
   const TemporaryFolder folder;
   const CodePage page = CodePage::ShiftJis();
-  const HostPaths paths(page);
+  const auto find = [&page](const char* path) { return OfProject(HostPaths(page), path); };
   folder.Put("\xE8\xA1\xA8/ab.asm", "");
-  EXPECT_EQ(OfProject(paths, "\x95\x5C\\AB.asm"), "\xE8\xA1\xA8/ab.asm");
+  EXPECT_EQ(find("\x95\x5C\\AB.asm"), "\xE8\xA1\xA8/ab.asm");
   folder.Put("\x95\x5C/ab.asm", "");
-  EXPECT_EQ(OfProject(paths, "\x95\x5C/ab.asm"), "\xE8\xA1\xA8/ab.asm");
+  EXPECT_EQ(find("\x95\x5C/ab.asm"), "\xE8\xA1\xA8/ab.asm");
   folder.Put("\xE8\xA1\xA8/\x95\x5C.ASM", "");
-  EXPECT_EQ(OfProject(paths, "\x95\x5C\\\x95\x5C.asm"), "\xE8\xA1\xA8/\x95\x5C.ASM");
-  EXPECT_EQ(Exact(paths, "\x95\x5C\\\x95\x5C.ASM"), "\xE8\xA1\xA8/\xE8\xA1\xA8.ASM");
+  EXPECT_EQ(find("\x95\x5C\\\x95\x5C.asm"), "\xE8\xA1\xA8/\x95\x5C.ASM");
+  EXPECT_EQ(Exact(HostPaths(page), "\x95\x5C\\\x95\x5C.ASM"), "\xE8\xA1\xA8/\xE8\xA1\xA8.ASM");
 }
 
 // Whatever a path is made of, its text leads back to it, and nothing in it separates or hides.

@@ -26,6 +26,8 @@ class FunctionNameIndex {
   void Append(uint32_t name);
   void Clear();
 
+  // Whether the name of this record is that of another one too.
+  bool IsShared(uint32_t record) const { return next_[record] != record; }
   // Asks for the memory that FindCallee will read for these names.
   void FetchCallees(std::span<const uint32_t> names) const;
   // Each answers none when nothing fits, and for NameTable::kNone.

@@ -61,18 +61,23 @@ bool IsHelperName(std::string_view text) {
   return text.starts_with("_@") || text.starts_with("@@");
 }
 
-std::optional<RuntimeCall> ParseDirectCall(StkLineScanner& scanner) {
+std::optional<CodeCall> ParseDirectCall(StkLineScanner& scanner) {
+  using Target = CodeCall::Target;
   std::string_view target;
   if (!scanner.Expect('!') || !scanner.Token(kBlanksOrLineEnd, target)) {
     return std::nullopt;
   }
   if (IsStubName(target)) {
-    return RuntimeCall{target, true};
+    return CodeCall{target, Target::kStub};
   }
-  return IsHelperName(target) ? std::optional(RuntimeCall{target.substr(2), false}) : std::nullopt;
+  if (IsHelperName(target)) {
+    return CodeCall{target.substr(2), Target::kHelper};
+  }
+  return target.starts_with('_') ? std::optional(CodeCall{CalledSymbol(target), Target::kSymbol})
+                                 : std::nullopt;
 }
 
-std::optional<RuntimeCall> ParseTableCall(StkLineScanner& scanner) {
+std::optional<CodeCall> ParseTableCall(StkLineScanner& scanner) {
   std::string_view target;
   if (!scanner.Expect('[') || !scanner.Token(kBracketEnd, target) || !IsHelperName(target)) {
     return std::nullopt;
@@ -81,7 +86,7 @@ std::optional<RuntimeCall> ParseTableCall(StkLineScanner& scanner) {
   if (helper == "bcall" || helper == "bcals") {
     return std::nullopt;
   }
-  return RuntimeCall{helper, false};
+  return CodeCall{helper, CodeCall::Target::kHelper};
 }
 
 bool MayBeCall(std::string_view text) {
@@ -123,7 +128,7 @@ std::string_view FindCodeLabel(const TextLine& line) {
                                                                           : std::string_view();
 }
 
-std::optional<RuntimeCall> FindRuntimeCall(const TextLine& line, StkLineScanner& scanner) {
+std::optional<CodeCall> FindCodeCall(const TextLine& line, StkLineScanner& scanner) {
   if (!MayBeCall(line.text)) {
     return std::nullopt;
   }
@@ -137,6 +142,10 @@ std::optional<RuntimeCall> FindRuntimeCall(const TextLine& line, StkLineScanner&
   }
   return mnemonic == "call" || mnemonic == "callf" || mnemonic == "br" ? ParseDirectCall(scanner)
                                                                        : std::nullopt;
+}
+
+std::string_view CalledSymbol(std::string_view target) {
+  return target.substr(0, target.find(';'));
 }
 
 bool IsInformationHeading(const TextLine& line) {

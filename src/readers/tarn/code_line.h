@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string_view>
 
@@ -21,12 +22,16 @@ SegmentDirective FindSegmentDirective(const TextLine& line);
 // switch stub.
 std::string_view FindCodeLabel(const TextLine& line);
 
-// What a call instruction calls, as far as it matters: a runtime helper or a bank switch stub.
-struct RuntimeCall {
-  std::string_view target;  // points into the line
-  bool stub = false;
+// What a call instruction calls, as far as it matters.
+struct CodeCall {
+  enum class Target : uint8_t { kHelper, kStub, kSymbol };
+
+  std::string_view name;  // points into the line; of a helper without its prefix
+  Target target = Target::kHelper;
 };
-std::optional<RuntimeCall> FindRuntimeCall(const TextLine& line, StkLineScanner& scanner);
+std::optional<CodeCall> FindCodeCall(const TextLine& line, StkLineScanner& scanner);
+// The symbol that stands behind the "!" of a call, a comment that follows at once left out.
+std::string_view CalledSymbol(std::string_view target);
 
 // Whether the line heads the code information block.
 bool IsInformationHeading(const TextLine& line);

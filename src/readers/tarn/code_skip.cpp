@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "platform/byte_block.h"
+#include "readers/tarn/code_line.h"
 #include "readers/tarn/line_scanner.h"
 
 namespace velkor {
@@ -47,55 +48,101 @@ size_t SkipWord(std::string_view line, size_t position) {
   return position;
 }
 
-// What a call that matters names: a runtime helper or a bank switch stub.
+// What a call that is not passed over names: a runtime helper or a bank switch stub.
 bool IsStoredTarget(std::string_view target) {
   return target.starts_with('[') || target.starts_with("!_@") || target.starts_with("!@") ||
          target.starts_with("!b");
 }
 
-// Of a line whose first word begins with "b" or "c": whether it is a bank switch stub's label, the
-// segment directive "cseg" or, its target being what it should, one of the calls.
-bool MayStoreCall(std::string_view line, size_t word, size_t target) {
+enum class Plainness : uint8_t {
+  kPlain,  // says nothing
+  kCall,   // calls a symbol, whose "!" stands at the target, and says nothing else
+  kOther,  // has to be looked at closely
+};
+
+// Of a line whose first word begins with "b" or "c". What is not plain may be a bank switch stub's
+// label, the segment directive "cseg" or a call that stores something.
+Plainness PlainnessFrom(std::string_view line, size_t word, size_t wordEnd, size_t target) {
   const char second = word + 1 < line.size() ? line[word + 1] : '\0';
-  const bool isCall = second == (line[word] == 'b' ? 'r' : 'a');
-  return second == 's' || second == 'S' || (isCall && IsStoredTarget(line.substr(target)));
+  if (second == 's' || second == 'S') {
+    return Plainness::kOther;
+  }
+  if (second != (line[word] == 'b' ? 'r' : 'a')) {
+    return Plainness::kPlain;
+  }
+  if (IsStoredTarget(line.substr(target))) {
+    return Plainness::kOther;
+  }
+  if (!line.substr(target).starts_with("!_")) {
+    return Plainness::kPlain;
+  }
+  const std::string_view mnemonic = line.substr(word, wordEnd - word);
+  const bool calls = mnemonic == "call" || mnemonic == "br" || mnemonic == "callf";
+  if (!calls) {
+    return Plainness::kPlain;
+  }
+  return line.find('\0') == std::string_view::npos ? Plainness::kCall : Plainness::kOther;
 }
 
-bool IsPlain(std::string_view line) {
+Plainness PlainnessOf(std::string_view line, size_t& target) {
   if (line.starts_with(';')) {  // a comment, or the heading of the code information block
-    return line.size() < 3 || line[2] != '*';
+    return line.size() < 3 || line[2] != '*' ? Plainness::kPlain : Plainness::kOther;
   }
   const size_t word = SkipBlanks(line, 0);
   if (word == line.size()) {
-    return true;
+    return Plainness::kPlain;
   }
   if (kLabelOrSegment.Has(line[word])) {
-    return false;
+    return Plainness::kOther;
   }
-  const size_t second = SkipBlanks(line, SkipWord(line, word));
+  const size_t wordEnd = SkipWord(line, word);
+  const size_t second = SkipBlanks(line, wordEnd);
   if (second + 1 < line.size() && (line[second + 1] | 0x20) == 's') {  // "CSEG"
-    return false;
+    return Plainness::kOther;
   }
-  return !kCallOrStub.Has(line[word]) || !MayStoreCall(line, word, second);
+  if (!kCallOrStub.Has(line[word])) {
+    return Plainness::kPlain;
+  }
+  target = second;
+  return PlainnessFrom(line, word, wordEnd, second);
+}
+
+std::string_view CalledAt(std::string_view line, size_t target) {
+  line.remove_suffix(line.ends_with('\r') ? 1 : 0);
+  return CalledSymbol(line.substr(0, SkipWord(line, target)).substr(target + 1));
 }
 
 }  // namespace
 
-SkippedLines SkipPlainCode(std::string_view text, uint32_t maxLines, size_t maxLength) {
-  SkippedLines skipped;
-  for (size_t block = 0; block + kByteBlock <= text.size(); block += kByteBlock) {
+void SkipPlainCode(std::string_view text, uint32_t maxLines, size_t maxLength,
+                   SkippedLines& skipped) {
+  size_t bytes = 0;
+  uint32_t lines = 0;
+  skipped.calls.clear();
+  const auto skipLine = [&](std::string_view line) {
+    size_t target = 0;
+    const Plainness plainness = PlainnessOf(line, target);
+    if (plainness == Plainness::kCall) {
+      skipped.calls.push_back({CalledAt(line, target), lines + 1});
+    }
+    return plainness != Plainness::kOther;
+  };
+  bool skips = true;
+  for (size_t block = 0; skips && block + kByteBlock <= text.size(); block += kByteBlock) {
     uint64_t lineEnds = FindInBlock(text.data() + block, '\n');
     for (; lineEnds != 0; lineEnds &= lineEnds - 1) {
       const size_t end = block + static_cast<size_t>(std::countr_zero(lineEnds));
-      const std::string_view line = text.substr(skipped.bytes, end - skipped.bytes);
-      if (skipped.lines == maxLines || line.size() > maxLength || !IsPlain(line)) {
-        return skipped;
+      const std::string_view line = text.substr(bytes, end - bytes);
+      skips = lines < maxLines && line.size() <= maxLength && skipLine(line);
+      if (!skips) {
+        break;
       }
-      skipped.bytes = end + 1;
-      ++skipped.lines;
+      bytes = end + 1;
+      ++lines;
     }
   }
-  return skipped;
+  skipped.bytes = bytes;
+  skipped.lines = lines;
 }
 
 }  // namespace velkor

@@ -40,14 +40,15 @@ std::string TablePath(LibraryTableKind kind, const StkProject& project, const Ho
 }
 
 // False when only a part of the table could be read.
-bool ReadNames(StkLibraryTable& table, const CodePage& codePage, RuntimeNameSet& set) {
+bool ReadNames(StkLibraryTable& table, const CodePage& codePage, Event& stopEvent,
+               RuntimeNameSet& set) {
   const std::unique_ptr<StkByteSource> source = table.Open();
   if (!source) {
     return true;
   }
-  StkTextReader reader(*source);
+  StkTextReader reader(*source, &stopEvent);
   TextLine line;
-  while (reader.ReadLine(line, kTextBufferSize) && !reader.CutShort()) {
+  while (reader.ReadLine(line, kTextBufferSize) && !reader.CutShort() && !reader.Stopped()) {
     const std::string_view name = LibraryTableName(line.text, codePage);
     if (!name.empty()) {
       set.names.Insert(name);
@@ -71,20 +72,27 @@ std::unique_ptr<StkByteSource> StkLibraryTable::Open() {
     return file;
   }
   usesBuiltIn_ = true;
-  if (!noMissingWarning_) {
+  if (!noMissingWarning_ && MayBeMissed()) {
     reporter_.PostWarning(MessageKey::kW9427, {MessageFile{Path()}, kProductName, displayName_});
   }
   const std::optional<std::string_view> builtIn = host_.resources.Find(kResourceType, resourceId_);
   return builtIn ? std::make_unique<StkMemorySource>(*builtIn) : nullptr;
 }
 
-RuntimeNameSet LoadRuntimeNames(const StkProject& project, Host& host, StkReporter& reporter) {
+// No table needs to be installed; a folder for them says that they are.
+bool StkLibraryTable::MayBeMissed() const {
+  return !host_.dataFolder.empty() ||
+         host_.files.IsDirectory(DirectoryPart(Path(), host_.codePage));
+}
+
+RuntimeNameSet LoadRuntimeNames(const StkProject& project, Host& host, StkReporter& reporter,
+                                Event& stopEvent) {
   RuntimeNameSet set;
   StkLibraryTable table(LibraryTableKind::kRuntimeHelpers, project, host, reporter);
   table.SetNoMissingWarning();
-  if (!ReadNames(table, host.codePage, set)) {
+  if (!ReadNames(table, host.codePage, stopEvent, set)) {
     table.UseBuiltIn();
-    ReadNames(table, host.codePage, set);
+    ReadNames(table, host.codePage, stopEvent, set);
   }
   set.builtIn = table.UsesBuiltIn();
   return set;

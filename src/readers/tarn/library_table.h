@@ -28,13 +28,17 @@ class StkLibraryTable : public StkSpecReader {
   bool UsesBuiltIn() const { return usesBuiltIn_; }
 
  private:
+  bool MayBeMissed() const;
+
   bool usesBuiltIn_ = false;
   bool noMissingWarning_ = false;
   uint32_t resourceId_;
   std::string displayName_;
 };
 
-// The names of the runtime helper table that the project's options choose. Any thread.
-RuntimeNameSet LoadRuntimeNames(const StkProject& project, Host& host, StkReporter& reporter);
+// The names of the runtime helper table that the project's options choose; some of them once the
+// stop event is set. Any thread.
+RuntimeNameSet LoadRuntimeNames(const StkProject& project, Host& host, StkReporter& reporter,
+                                Event& stopEvent);
 
 }  // namespace velkor

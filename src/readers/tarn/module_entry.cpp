@@ -1,5 +1,6 @@
 #include "readers/tarn/module_entry.h"
 
+#include "core/function_text.h"
 #include "readers/tarn/library_table.h"
 #include "readers/tarn/module_reader.h"
 
@@ -17,19 +18,40 @@ uint32_t SeriesOfFamily(std::string_view family, const StkMessages& messages) {
   return 0;
 }
 
+MessageKey TextOfLack(ModuleRecording::Lack lack) {
+  switch (lack) {
+    case ModuleRecording::Lack::kLineEnd:
+      return MessageKey::kNoteEndsInLine;
+    case ModuleRecording::Lack::kRest:
+      return MessageKey::kNoteEndsInStatement;
+    case ModuleRecording::Lack::kRecord:
+      return MessageKey::kNoteNoRecord;
+    case ModuleRecording::Lack::kSymbols:
+      return MessageKey::kNoteNoSymbols;
+    default:
+      return MessageKey::kNoteNoInformation;
+  }
+}
+
 }  // namespace
 
 ModuleEntry::ModuleEntry(const std::string& modulePath, ModuleDestination destination, Host& host,
-                         StkReporter& reporter)
-    : modulePath_(modulePath), destination_(destination), host_(host), reporter_(reporter) {}
+                         StkReporter& reporter, Event& stopEvent)
+    : modulePath_(modulePath),
+      destination_(destination),
+      host_(host),
+      reporter_(reporter),
+      stopEvent_(stopEvent) {}
 
-WorkEnd ModuleEntry::Enter(const ModuleRecording& recording) {
+ModuleEntry::Result ModuleEntry::Enter(const ModuleRecording& recording) {
+  firstFunction_ = destination_.database.functions.Count();
   for (const ModuleRecording::Event event : recording.events) {
     if (!EnterEvent(recording, event)) {
       LogAborted();
-      return WorkEnd::kFailed;
+      return stopEvent_.Test() ? Result::kStopped : Result::kFailed;
     }
   }
+  NoteHiddenCalls(recording);
   return ReportEnd(recording);
 }
 
@@ -75,24 +97,26 @@ bool ModuleEntry::AcceptHeader(const ModuleRecording& recording) {
     return false;
   }
   if (isFirst) {
-    destination_.compiler.runtimeNames = LoadRuntimeNames(destination_.project, host_, reporter_);
+    destination_.compiler.runtimeNames =
+        LoadRuntimeNames(destination_.project, host_, reporter_, stopEvent_);
+    return !stopEvent_.Test();
   }
   return true;
 }
 
-WorkEnd ModuleEntry::ReportEnd(const ModuleRecording& recording) {
+ModuleEntry::Result ModuleEntry::ReportEnd(const ModuleRecording& recording) {
   using End = ModuleRecording::End;
   const std::string_view kind = reporter_.Messages().Text(MessageKey::kAssemblerSourceModuleFile);
   switch (recording.end) {
     case End::kWhole:
-      return WorkEnd::kCompleted;
+      return NoteLack(recording);
     case End::kStopped:
       LogAborted();
-      return WorkEnd::kStopped;
+      return Result::kStopped;
     case End::kTooManyLines:
       reporter_.PostWarning(MessageKey::kW9406,
                             {MessageFile{modulePath_}, StkAsmModuleReader::kMaxLines});
-      return WorkEnd::kFailed;
+      return Result::kFailed;
     case End::kCutShort:
       reporter_.PostWarning(MessageKey::kW9401, {MessageFile{modulePath_}});
       break;
@@ -105,7 +129,42 @@ WorkEnd ModuleEntry::ReportEnd(const ModuleRecording& recording) {
       break;
   }
   LogAborted();
-  return WorkEnd::kFailed;
+  return Result::kFailed;
+}
+
+void ModuleEntry::NoteHiddenCalls(const ModuleRecording& recording) {
+  const StkFunctionList& functions = destination_.database.functions.Functions();
+  for (const ModuleRecording::HiddenCall& call : recording.hiddenCalls) {
+    StkFunction& caller = *functions[firstFunction_ + call.function];
+    caller.flags |= FN_HIDDEN_CALL;
+    destination_.notes.push_back(
+        {.rule = "hidden-call",
+         .text = reporter_.Messages().FormatMessageText(
+             MessageKey::kNoteHiddenCall, {FunctionSpecName(caller, host_.codePage),
+                                           recording.names.Name(call.callee).substr(1)}),
+         .file = modulePath_,
+         .line = call.line,
+         .function = caller.index});
+  }
+}
+
+// Says nothing in the log, whose lines are those of a module that was read to its end.
+ModuleEntry::Result ModuleEntry::NoteLack(const ModuleRecording& recording) {
+  if (recording.lack == ModuleRecording::Lack::kNothing) {
+    return Result::kWhole;
+  }
+  const bool notWhole = recording.lack < ModuleRecording::Lack::kSymbols;
+  const std::string_view name = recording.lack == ModuleRecording::Lack::kRecord
+                                    ? recording.names.Name(recording.lackName).substr(1)
+                                    : std::string_view();
+  destination_.notes.push_back(
+      {.rule = notWhole ? "module-not-whole" : "no-information-block",
+       .text = reporter_.Messages().FormatMessageText(TextOfLack(recording.lack), {name}),
+       .file = modulePath_,
+       .line = recording.lackLine,
+       .function = std::nullopt,
+       .incomplete = notWhole});
+  return notWhole ? Result::kNotWhole : Result::kWhole;
 }
 
 void ModuleEntry::AddFunction(const ModuleRecording& recording, uint32_t number) {

@@ -19,6 +19,7 @@ struct ModuleDestination {
   FunctionDatabase database;
   const StkProject& project;
   AcceptedCompiler& compiler;
+  std::vector<StkNote>& notes;
 };
 
 // Enters what was recorded of one module into the function database, checks that the module comes
@@ -27,12 +28,14 @@ struct ModuleDestination {
 // on the compiler's version and brings the runtime helper names.
 class ModuleEntry {
  public:
-  // modulePath must outlive the entry.
-  ModuleEntry(const std::string& modulePath, ModuleDestination destination, Host& host,
-              StkReporter& reporter);
+  using Result = ModuleReader::Entered;
 
-  // kCompleted: read to its end, with an accepted header.
-  WorkEnd Enter(const ModuleRecording& recording);
+  // modulePath must outlive the entry. With the stop event set, what takes long ends soon.
+  ModuleEntry(const std::string& modulePath, ModuleDestination destination, Host& host,
+              StkReporter& reporter, Event& stopEvent);
+
+  // kWhole, kNotWhole: read to its end, with an accepted header.
+  Result Enter(const ModuleRecording& recording);
 
  private:
   // What a helper of the recording is called in the function table, once that has been asked.
@@ -41,7 +44,9 @@ class ModuleEntry {
   // False: the module is refused.
   bool EnterEvent(const ModuleRecording& recording, ModuleRecording::Event event);
   bool AcceptHeader(const ModuleRecording& recording);
-  WorkEnd ReportEnd(const ModuleRecording& recording);
+  void NoteHiddenCalls(const ModuleRecording& recording);
+  Result ReportEnd(const ModuleRecording& recording);
+  Result NoteLack(const ModuleRecording& recording);
   void AddFunction(const ModuleRecording& recording, uint32_t number);
   void AddRuntimeHelpers(const ModuleRecording& recording, uint32_t number);
   uint32_t TableNameOf(const StkNameSet& names, uint32_t name);
@@ -54,7 +59,9 @@ class ModuleEntry {
   ModuleDestination destination_;
   Host& host_;
   StkReporter& reporter_;
+  Event& stopEvent_;
   StkCompilerInfo moduleInfo_;
+  uint32_t firstFunction_ = 0;  // of the module, in the function table
   bool versionWarned_ = false;
   const StkFileEntry* currentFile_ = nullptr;
   StkFunction* currentRecord_ = nullptr;

@@ -28,9 +28,10 @@ struct ModuleParser::StateHandlers {
 };
 
 ModuleParser::ModuleParser(const CodePage& codePage, ModuleRecording& recording)
-    : recording_(recording), scanner_(codePage), nameBuffer_(codePage) {}
+    : recording_(recording), scanner_(codePage), nameBuffer_(codePage), codeWatch_(recording) {}
 
-bool ModuleParser::HandleLine(const TextLine& line) {
+bool ModuleParser::HandleLine(const TextLine& line, uint32_t number) {
+  lineNumber_ = number;
   return (this->*StateHandlers::kOfState[state_])(line);
 }
 
@@ -50,22 +51,41 @@ bool ModuleParser::HandleHeader(const TextLine& line) {
 bool ModuleParser::HandleBeforeSymbols(const TextLine& line) {
   if (TakeSymbolLine(line)) {
     state_ = kSymbols;
+  } else if (unmarkedLine_ == 0) {
+    LookForUnmarkedCode(line);
   }
   return true;
 }
 
 bool ModuleParser::HandleSymbols(const TextLine& line) {
-  if (FindSegmentDirective(line).segment) {
+  const SegmentDirective directive = FindSegmentDirective(line);
+  if (directive.segment) {
     state_ = kOutsideCode;
+    firstSegmentIsCode_ = directive.code;
   } else {
     TakeSymbolLine(line);
   }
   return true;
 }
 
+// The first segment only leads here, even when it is one of code: what stands in it says nothing of
+// runtime helpers, but is code all the same.
 bool ModuleParser::HandleOutsideCode(const TextLine& line) {
-  if (!TakeInformationHeading(line) && FindSegmentDirective(line).code) {
+  if (TakeInformationHeading(line)) {
+    return true;
+  }
+  const SegmentDirective directive = FindSegmentDirective(line);
+  if (directive.code) {
     state_ = kBeforeLabel;
+  }
+  firstSegmentIsCode_ = firstSegmentIsCode_ && !directive.segment;
+  if (firstSegmentIsCode_) {
+    const std::string_view label = FindCodeLabel(line);
+    if (!label.empty()) {
+      codeWatch_.TakeLabel(label, lineNumber_);
+    } else if (const std::optional<CodeCall> call = FindCodeCall(line, scanner_)) {
+      codeWatch_.TakeCall(call->name, lineNumber_);
+    }
   }
   return true;
 }
@@ -135,15 +155,14 @@ bool ModuleParser::HandleBetweenFunctions(const TextLine& line) {
     return true;
   }
   nameBuffer_.Clear();
-  nameBuffer_.Append("_");
-  const bool ended = GatherName();
   if (isCall) {
+    nameBuffer_.Append("_");
     state_ = kCalleeName;
-    return ended ? EndCallee() : true;
+    return GatherName() ? EndCallee() : true;
   }
-  if (!ended) {
+  if (!GatherName()) {
     state_ = kFunctionName;
-  } else if (nameBuffer_.Text() != "_") {
+  } else if (!nameBuffer_.Text().empty()) {
     BeginFunction();
   }
   return true;
@@ -187,10 +206,14 @@ bool ModuleParser::TakeSymbolLine(const TextLine& line) {
   if (!symbol) {
     return true;
   }
-  const int marks = (symbol->isFunction ? kFunction : 0) | (symbol->isStatic ? kStatic : 0) |
-                    (symbol->presetMargin ? kPresetMargin : 0);
-  if (marks != 0) {
-    MarksOf(recording_.names.Insert(symbol->name)) |= static_cast<uint8_t>(marks);
+  const int marks = (symbol->isStatic ? kStatic : 0) | (symbol->presetMargin ? kPresetMargin : 0);
+  if (marks == 0 && !symbol->isFunction) {
+    return true;
+  }
+  const uint32_t name = recording_.names.Insert(symbol->name);
+  MarksOf(name) |= static_cast<uint8_t>(marks);
+  if (symbol->isFunction) {
+    codeWatch_.AddFunctionSymbol(name);
   }
   return true;
 }
@@ -209,18 +232,52 @@ bool ModuleParser::TakeLabel(const TextLine& line) {
     return false;
   }
   currentName_ = label;
+  codeWatch_.TakeLabel(label, lineNumber_);
   return true;
 }
 
 void ModuleParser::TakeCall(const TextLine& line) {
-  const std::optional<RuntimeCall> call = FindRuntimeCall(line, scanner_);
+  const std::optional<CodeCall> call = FindCodeCall(line, scanner_);
   if (!call) {
     return;
   }
-  if (call->stub) {
-    runtimeCalls_.AddStub(currentName_, call->target);
-  } else {
-    runtimeCalls_.AddHelper(currentName_, call->target);
+  switch (call->target) {
+    case CodeCall::Target::kHelper:
+      return runtimeCalls_.AddHelper(currentName_, call->name);
+    case CodeCall::Target::kStub:
+      return runtimeCalls_.AddStub(currentName_, call->name);
+    case CodeCall::Target::kSymbol:
+      return codeWatch_.TakeCall(call->name, lineNumber_);
+  }
+}
+
+// A label, or a "$FUNC" line of the code information block.
+void ModuleParser::LookForUnmarkedCode(const TextLine& line) {
+  if (!FindCodeLabel(line).empty() || (EnterInformationLine(line) && scanner_.Match("$FUNC"))) {
+    unmarkedLine_ = lineNumber_;
+  }
+}
+
+void ModuleParser::SetLack(ModuleRecording::Lack lack, uint32_t line) {
+  recording_.lack = lack;
+  recording_.lackLine = line;
+}
+
+void ModuleParser::Finish(bool endsInLine) {
+  using Lack = ModuleRecording::Lack;
+  codeWatch_.FindHiddenCalls();
+  const std::optional<CodeWatch::Label> unrecorded = codeWatch_.FindUnrecordedLabel();
+  if (endsInLine) {
+    SetLack(Lack::kLineEnd, lineNumber_);
+  } else if (state_ >= kBeforeFileName && state_ != kBetweenFunctions) {
+    SetLack(Lack::kRest, lineNumber_);
+  } else if (unrecorded) {
+    SetLack(Lack::kRecord, unrecorded->line);
+    recording_.lackName = unrecorded->name;
+  } else if (state_ == kBeforeSymbols && unmarkedLine_ != 0) {
+    SetLack(Lack::kSymbols, unmarkedLine_);
+  } else if (state_ < kBeforeFileName && codeWatch_.HasFunctionSymbols()) {
+    SetLack(Lack::kInformation, lineNumber_);
   }
 }
 
@@ -242,7 +299,8 @@ bool ModuleParser::GatherName() {
 }
 
 void ModuleParser::BeginFunction() {
-  currentName_ = nameBuffer_.Text();
+  currentName_ = "_";
+  currentName_ += nameBuffer_.Text();
   state_ = kBeforeCodeSize;
 }
 
@@ -258,7 +316,7 @@ bool ModuleParser::EndCallee() {
   }
   const std::string_view name = nameBuffer_.Text();
   const std::optional<uint32_t> symbol = name == "_" ? std::nullopt : recording_.names.Find(name);
-  if (symbol && (MarksOf(*symbol) & kFunction) != 0) {
+  if (symbol && codeWatch_.IsFunctionSymbol(*symbol)) {
     Record(ModuleRecording::Step::kCallee, *symbol);
   } else {
     Record(ModuleRecording::Step::kIndirectCall);

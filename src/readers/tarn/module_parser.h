@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "readers/tarn/code_watch.h"
 #include "readers/tarn/line_scanner.h"
 #include "readers/tarn/module_recording.h"
 #include "readers/tarn/name_buffer.h"
@@ -16,10 +17,15 @@ class ModuleParser {
  public:
   ModuleParser(const CodePage& codePage, ModuleRecording& recording);
 
-  // The line's bytes are not kept. False: a format error, after which no further line may be given.
-  bool HandleLine(const TextLine& line);
+  // number: of the line, from 1. Its bytes are not kept. False: a format error, after which no
+  // further line may be given.
+  bool HandleLine(const TextLine& line, uint32_t number);
+  // Of a line that needs no handling, while InFunctionCode, in the order of the lines.
+  void TakeSymbolCall(std::string_view name, uint32_t number) { codeWatch_.TakeCall(name, number); }
   // The next line is one of a function's code.
   bool InFunctionCode() const { return state_ == kFunctionCode; }
+  // After the last line, however the reading ended. endsInLine: no line end is behind it.
+  void Finish(bool endsInLine);
 
  private:
   using Handler = bool (ModuleParser::*)(const TextLine&);
@@ -43,7 +49,7 @@ class ModuleParser {
   // Whom a "$CALL" line belongs to.
   enum class Owner { kNone, kMade, kNotMade };
   // What the symbol lines say of a name.
-  enum Mark : uint8_t { kFunction = 1, kStatic = 2, kPresetMargin = 4 };
+  enum Mark : uint8_t { kStatic = 1, kPresetMargin = 2 };
 
   bool HandleHeader(const TextLine& line);
   bool HandleBeforeSymbols(const TextLine& line);
@@ -62,6 +68,8 @@ class ModuleParser {
   bool TakeInformationHeading(const TextLine& line);
   bool TakeLabel(const TextLine& line);
   void TakeCall(const TextLine& line);
+  void LookForUnmarkedCode(const TextLine& line);
+  void SetLack(ModuleRecording::Lack lack, uint32_t line);
   bool EnterInformationLine(const TextLine& line);
   bool GatherName();
   void BeginFunction();
@@ -72,12 +80,16 @@ class ModuleParser {
 
   ModuleRecording& recording_;
   State state_ = kHeader;
+  uint32_t lineNumber_ = 0;
   Owner owner_ = Owner::kNone;
   std::string currentName_;  // the last code label; in the information block, the last "$FUNC"
   StkLineScanner scanner_;
   NameBuffer nameBuffer_;
   std::vector<uint8_t> marks_;  // by name of the recording; may end before the last one
   StkRuntimeCallTable runtimeCalls_;
+  CodeWatch codeWatch_;
+  bool firstSegmentIsCode_ = false;
+  uint32_t unmarkedLine_ = 0;  // the first that speaks of a function before any symbol line
 };
 
 }  // namespace velkor

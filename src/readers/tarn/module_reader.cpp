@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "platform/limits.h"
-#include "readers/tarn/code_skip.h"
 
 namespace velkor {
 
@@ -15,17 +14,20 @@ constexpr size_t kReadLimit = kMaxTextLength;  // keeps one character less
 
 StkAsmModuleReader::StkAsmModuleReader(TextInputFile& file, Event& stopEvent,
                                        const CodePage& codePage, ModuleRecording& recording)
-    : file_(file), stopEvent_(stopEvent), recording_(recording), parser_(codePage, recording) {}
+    : file_(file), stopEvent_(stopEvent), recording_(recording), parser_(codePage, recording) {
+  file_.StopOn(stopEvent);
+}
 
 void StkAsmModuleReader::Read() {
   recording_.end = ReadLines();
   recording_.lastLine = lineNumber_;
+  parser_.Finish(!file_.LastLineEnded());
 }
 
 ModuleRecording::End StkAsmModuleReader::ReadLines() {
   using End = ModuleRecording::End;
   TextLine line;
-  while (file_.ReadLine(line, kReadLimit) && !file_.CutShort()) {
+  while (file_.ReadLine(line, kReadLimit) && !file_.CutShort() && !file_.Stopped()) {
     ++lineNumber_;
     if (lineNumber_ % kLinesPerStopTest == 0 && stopEvent_.Test()) {
       return End::kStopped;
@@ -36,12 +38,15 @@ ModuleRecording::End StkAsmModuleReader::ReadLines() {
     if (line.length > kMaxLineLength) {
       recording_.events.push_back({ModuleRecording::Step::kLongLine, lineNumber_});
     }
-    if (!parser_.HandleLine(line)) {
+    if (!parser_.HandleLine(line, lineNumber_)) {
       return End::kFormatError;
     }
     if (parser_.InFunctionCode()) {
       SkipCode();
     }
+  }
+  if (file_.Stopped()) {
+    return End::kStopped;
   }
   if (file_.CutShort()) {
     return End::kCutShort;
@@ -53,9 +58,12 @@ ModuleRecording::End StkAsmModuleReader::ReadLines() {
 void StkAsmModuleReader::SkipCode() {
   const uint32_t beforeTest = kLinesPerStopTest - 1 - lineNumber_ % kLinesPerStopTest;
   const uint32_t mostLines = std::min(beforeTest, kMaxLines - lineNumber_);
-  const SkippedLines skipped = SkipPlainCode(file_.BytesAtHand(), mostLines, kReadLimit - 1);
-  file_.SkipBytes(skipped.bytes);
-  lineNumber_ += skipped.lines;
+  SkipPlainCode(file_.BytesAtHand(), mostLines, kReadLimit - 1, skipped_);
+  for (const SkippedLines::Call& call : skipped_.calls) {
+    parser_.TakeSymbolCall(call.name, lineNumber_ + call.line);
+  }
+  file_.SkipBytes(skipped_.bytes);
+  lineNumber_ += skipped_.lines;
 }
 
 }  // namespace velkor

@@ -5,6 +5,7 @@
 #include "files/text_input_file.h"
 #include "platform/event.h"
 #include "platform/limits.h"
+#include "readers/tarn/code_skip.h"
 #include "readers/tarn/module_parser.h"
 #include "readers/tarn/module_recording.h"
 
@@ -34,6 +35,7 @@ class StkAsmModuleReader {
   Event& stopEvent_;
   ModuleRecording& recording_;
   ModuleParser parser_;
+  SkippedLines skipped_;
   uint32_t lineNumber_ = 0;
 };
 

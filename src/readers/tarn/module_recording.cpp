@@ -10,10 +10,14 @@ void ModuleRecording::Clear() {
   events.clear();
   functions.clear();
   helpers.clear();
+  hiddenCalls.clear();
   names.Clear();
   helperNames.Clear();
   end = End::kWhole;
   lastLine = 0;
+  lack = Lack::kNothing;
+  lackLine = 0;
+  lackName = 0;
 }
 
 }  // namespace velkor

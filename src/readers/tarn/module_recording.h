@@ -34,6 +34,23 @@ struct ModuleRecording {
     uint32_t cprep2Count;  // lines of its code that call "cprep2"
     uint32_t firstHelper;  // in helpers, up to those of the next function
   };
+  // A call in the code of a function that its record does not list.
+  struct HiddenCall {
+    uint32_t function;  // in functions
+    uint32_t callee;    // in names
+    uint32_t line;      // of its first one
+  };
+  // What a module that was read to its end lacks all the same.
+  enum class Lack : uint8_t {
+    kNothing,
+    // It is not whole:
+    kLineEnd,  // it ends in the middle of a line
+    kRest,     // in the middle of a statement of the code information block
+    kRecord,   // of the function name, whose code it holds
+    // It may be whole, but was written without what the analysis needs:
+    kSymbols,      // the symbol lines
+    kInformation,  // the code information block
+  };
   enum class End : uint8_t {
     kWhole,         // the end of the file
     kNoLine,        // the same, without one line
@@ -50,11 +67,15 @@ struct ModuleRecording {
   std::string sourceFile;
   std::vector<Event> events;
   std::vector<Function> functions;
-  std::vector<uint32_t> helpers;  // in helperNames, in the order of their first call
-  StkNameSet names;               // every symbol that the module tells something of
+  std::vector<uint32_t> helpers;        // in helperNames, in the order of their first call
+  std::vector<HiddenCall> hiddenCalls;  // by function, then in the order of the code
+  StkNameSet names;                     // every symbol that the module tells something of
   StkNameSet helperNames;
   End end = End::kWhole;
   uint32_t lastLine = 0;  // counted from 1
+  Lack lack = Lack::kNothing;
+  uint32_t lackLine = 0;  // where that shows
+  uint32_t lackName = 0;  // in names; of kRecord
 };
 
 }  // namespace velkor

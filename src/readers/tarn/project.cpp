@@ -2,6 +2,7 @@
 
 #include "files/paths.h"
 #include "readers/tarn/module_location.h"
+#include "readers/tarn/source_notes.h"
 
 namespace velkor {
 
@@ -80,16 +81,18 @@ void StkProject::ReportIllegal() {
 }
 
 void StkProject::ReadModules(const StkProjectFile& projectFile) {
-  for (int i = 1; i <= kMaxSources; ++i) {
+  int number = 1;
+  for (; number <= kMaxSources; ++number) {
     const std::string source =
-        projectFile.profile.GetString("SrcFile", "Source" + std::to_string(i));
+        projectFile.profile.GetString("SrcFile", "Source" + std::to_string(number));
     if (source.empty()) {
-      return;
+      break;
     }
     if (const auto modulePath = LocateModuleFile(source, projectFile, host_)) {
       modules_.Add(*modulePath);
     }
   }
+  notes_ = SourceNotes(projectFile, static_cast<uint32_t>(number), reporter_.Messages());
 }
 
 void StkProject::ReadOptions(const StkProjectFile& projectFile) {

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/string_list.h"
 #include "messages/reporter.h"
@@ -25,6 +26,8 @@ class StkProject {
   const std::string& Path() const { return path_; }
   const std::string& ProjectDirectory() const { return projectDirectory_; }
   const StkStringList& Modules() const { return modules_; }
+  // Of sources that it names and that are not read.
+  const std::vector<StkNote>& Notes() const { return notes_; }
   bool LibraryCheck() const { return libraryCheck_; }
   bool FloatingPoint() const { return floatingPoint_; }
   bool StaticModel() const { return staticModel_; }
@@ -41,6 +44,7 @@ class StkProject {
   std::string path_;
   std::string projectDirectory_;
   StkStringList modules_;
+  std::vector<StkNote> notes_;
   bool libraryCheck_ = false;
   bool floatingPoint_ = false;
   bool staticModel_ = false;

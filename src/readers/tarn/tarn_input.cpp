@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "files/text_input_file.h"
+#include "readers/tarn/duplicate_definitions.h"
 #include "readers/tarn/module_entry.h"
 #include "readers/tarn/module_reader.h"
 #include "readers/tarn/spec_sources.h"
@@ -14,15 +15,15 @@ namespace {
 // Keeps the memory of one recording for the next.
 class TarnModuleReader : public ModuleReader {
  public:
-  TarnModuleReader(const StkProject& project, AcceptedCompiler& compiler, Host& host,
-                   StkReporter& reporter)
-      : project_(project), compiler_(compiler), host_(host), reporter_(reporter) {}
+  TarnModuleReader(const StkProject& project, AcceptedCompiler& compiler,
+                   std::vector<StkNote>& notes, Host& host, StkReporter& reporter)
+      : project_(project), compiler_(compiler), notes_(notes), host_(host), reporter_(reporter) {}
 
   FileFailure Open(size_t module) override {
     path_ = project_.Modules()[module];
     OpenResult<InputFile> opened = host_.files.OpenForRead(path_, Spelling::kOfProject);
     if (opened.file) {
-      file_.emplace(std::move(opened.file));
+      file_.emplace(std::move(opened.file), host_.codePage);
     }
     return opened.failure;
   }
@@ -30,21 +31,26 @@ class TarnModuleReader : public ModuleReader {
   void Read(Event& stopEvent) override {
     std::optional<TextInputFile> file = std::exchange(file_, std::nullopt);
     recording_.Clear();
+    stopEvent_ = &stopEvent;
     StkAsmModuleReader(*file, stopEvent, host_.codePage, recording_).Read();
   }
 
-  WorkEnd Enter(FunctionDatabase database) override {
-    return ModuleEntry(path_, {database, project_, compiler_}, host_, reporter_).Enter(recording_);
+  Entered Enter(FunctionDatabase database) override {
+    return ModuleEntry(path_, {database, project_, compiler_, notes_}, host_, reporter_,
+                       *stopEvent_)
+        .Enter(recording_);
   }
 
  private:
   const StkProject& project_;
-  AcceptedCompiler& compiler_;  // for Enter alone
+  AcceptedCompiler& compiler_;   // for Enter alone
+  std::vector<StkNote>& notes_;  // the same
   Host& host_;
   StkReporter& reporter_;
   std::string path_;
   std::optional<TextInputFile> file_;
   ModuleRecording recording_;
+  Event* stopEvent_ = nullptr;  // of the job that reads
 };
 
 }  // namespace
@@ -52,7 +58,11 @@ class TarnModuleReader : public ModuleReader {
 std::unique_ptr<TarnInput> TarnInput::Open(std::string_view path, Host& host,
                                            StkReporter& reporter) {
   std::unique_ptr<TarnInput> input(new TarnInput(host, reporter));
-  return input->project_.Load(path) ? std::move(input) : nullptr;
+  if (!input->project_.Load(path)) {
+    return nullptr;
+  }
+  input->notes_ = input->project_.Notes();
+  return input;
 }
 
 std::string_view TarnInput::GeneratorName() const {
@@ -68,11 +78,12 @@ std::optional<std::string> TarnInput::GeneratorVersion() const {
 }
 
 std::unique_ptr<ModuleReader> TarnInput::MakeReader() {
-  return std::make_unique<TarnModuleReader>(project_, compiler_, host_, reporter_);
+  return std::make_unique<TarnModuleReader>(project_, compiler_, notes_, host_, reporter_);
 }
 
 void TarnInput::ResolveCalls(FunctionDatabase database) {
   database.functions.ResolveAllCalls();
+  NoteDuplicateDefinitions(database.functions, reporter_.Messages(), notes_);
 }
 
 std::vector<std::unique_ptr<StkSpecReader>> TarnInput::BuildSpecSources() {

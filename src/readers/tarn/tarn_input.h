@@ -30,6 +30,7 @@ class TarnInput : public ProgramInput {
   std::unique_ptr<ModuleReader> MakeReader() override;
   void ResolveCalls(FunctionDatabase database) override;
   std::vector<std::unique_ptr<StkSpecReader>> BuildSpecSources() override;
+  const std::vector<StkNote>& Notes() const override { return notes_; }
 
  private:
   TarnInput(Host& host, StkReporter& reporter)
@@ -39,6 +40,7 @@ class TarnInput : public ProgramInput {
   StkReporter& reporter_;
   StkProject project_;
   AcceptedCompiler compiler_;
+  std::vector<StkNote> notes_;
 };
 
 }  // namespace velkor

@@ -10,7 +10,8 @@ namespace velkor::ui {
 
 // Writes into the log, below the last line of each analysis and of each loaded specification file,
 // what the bounds have to say: the notes, and how many top-level functions have no bound or a total
-// below it. Nothing where there is nothing to say.
+// below it; before, once an analysis, the notes of its input, and which modules were not read
+// whole. Nothing where there is nothing to say.
 class AnalysisNotes : public View {
  public:
   // More notes would push too much else out of the log.
@@ -25,9 +26,11 @@ class AnalysisNotes : public View {
 
  private:
   void WriteNotes(const StkBounds& bounds);
+  void WriteModules();
   void WriteCount(const StkBounds& bounds);
 
   UiContext& context_;
+  bool inputNoted_ = false;  // what is the same for each file that is loaded
 };
 
 }  // namespace velkor::ui

@@ -11,7 +11,8 @@
 namespace velkor {
 namespace {
 
-// What a line of code holds: "segment" or "code" of its directive, "label X", "helper X", "stub X".
+// What a line of code holds: "segment" or "code" of its directive, "label X", "helper X", "stub X",
+// "symbol X".
 std::string Found(const std::string& text, bool cut = false, CodePage page = CodePage::Utf8()) {
   const TextLine line{text, text.size() + (cut ? 1 : 0)};
   StkLineScanner scanner(page);
@@ -21,8 +22,9 @@ std::string Found(const std::string& text, bool cut = false, CodePage page = Cod
   if (const std::string_view label = FindCodeLabel(line); !label.empty()) {
     found += "label " + std::string(label) + " ";
   }
-  if (const std::optional<RuntimeCall> call = FindRuntimeCall(line, scanner)) {
-    found += (call->stub ? "stub " : "helper ") + std::string(call->target) + " ";
+  if (const std::optional<CodeCall> call = FindCodeCall(line, scanner)) {
+    constexpr const char* kTargets[] = {"helper ", "stub ", "symbol "};
+    found += kTargets[static_cast<size_t>(call->target)] + std::string(call->name) + " ";
   }
   return found.substr(0, found.size() - (found.empty() ? 0 : 1));
 }
@@ -62,6 +64,8 @@ TEST(CodeLine, WhatALineHolds) {
       {"br !bs_S y", "stub bs_S"},
       {"call !@@bcall", "helper bcall"},
       {"call !main", ""},
+      {"callf !_main;far", "symbol _main"},
+      {"br !_f x", "symbol _f"},
       {"call ! @@fmul", ""},
       {"call @@fmul", ""},
       {"calls !@@fmul", ""},
@@ -93,21 +97,29 @@ TEST(CodeLine, NoLineThatHoldsSomethingIsSkipped) {
   for (std::string word; words >> word;) {
     pieces.push_back(word);
   }
+  pieces.emplace_back("\tcall !_g");
   std::mt19937 random(7);
   size_t found = 0;
+  size_t called = 0;
   size_t skipped = 0;
+  SkippedLines passed;
   for (int round = 0; round < 100000; ++round) {
     std::string text;
     for (auto count = random() % 7; count > 0; --count) {
       text += pieces[random() % pieces.size()];
     }
-    const bool holds = !Found(text).empty() || IsInformationHeading({text, text.size()});
-    const bool plain = SkipPlainCode(text + "\n" + std::string(64, ';'), 1, 100).lines == 1;
-    ASSERT_FALSE(plain && holds) << text;
-    found += holds ? 1U : 0U;
+    const std::string holds = Found(text);
+    SkipPlainCode(text + "\n" + std::string(64, ';'), 1, 100, passed);
+    const bool plain = passed.lines == 1;
+    const std::string symbol =
+        passed.calls.empty() ? "" : "symbol " + std::string(passed.calls[0].name);
+    ASSERT_FALSE(plain && (holds != symbol || IsInformationHeading({text, text.size()}))) << text;
+    found += holds.empty() ? 0U : 1U;
+    called += symbol.empty() ? 0U : 1U;
     skipped += plain ? 1U : 0U;
   }
   EXPECT_GT(found, 1000U);
+  EXPECT_GT(called, 10U);
   EXPECT_GT(skipped, 40000U);
 }
 

@@ -5,6 +5,7 @@
 #include <regex>
 #include <sstream>
 
+#include "files/paths.h"
 #include "readers/tarn/spec_sources.h"
 #include "support/recorder.h"
 #include "support/test_host.h"
@@ -37,6 +38,7 @@ class LibraryTableTest : public ::testing::Test {
 
   TestHost host_;
   Recorder recorder_{host_.codePage};
+  Event notStopped_{Event::Reset::kManual};
   StkProject project_{host_.host, recorder_.reporter};
 };
 
@@ -91,6 +93,19 @@ TEST_F(LibraryTableTest, FileComesBeforeTheBuiltInTable) {
   EXPECT_EQ(recorder_.boxes.boxes.size(), 1U);
 }
 
+TEST_F(LibraryTableTest, NothingIsMissedWhereNoTablesAreInstalled) {
+  host_.host.dataFolder.clear();
+  EXPECT_EQ(SizesOf(BuiltIn(LibraryTableKind::kStandard)).size(), 133U);
+  EXPECT_EQ(Log(), Texts());
+  const StkLibraryTable table(LibraryTableKind::kStandard, project_, host_.host,
+                              recorder_.reporter);
+  host_.files.AddDirectory(std::string(DirectoryPart(table.Path(), host_.codePage)));
+  BuiltIn(LibraryTableKind::kStandard);
+  EXPECT_EQ(Log(), Texts{"W9427 Cannot find stack size specification file for system library "
+                         "functions (" +
+                         table.Path() + ").\nDefault values (the same as lt.txt) are used."});
+}
+
 // The built-in table stands in for the variants too, and is named as itself.
 TEST_F(LibraryTableTest, VariantsAreReplacedByThePlainTable) {
   host_.files.Put("C:\\w\\app.prj",
@@ -104,7 +119,7 @@ TEST_F(LibraryTableTest, VariantsAreReplacedByThePlainTable) {
 
 TEST_F(LibraryTableTest, TheSizesComeFromTheTableOfTheNames) {
   AcceptedCompiler compiler{{1, 0x370}, {}};
-  compiler.runtimeNames = LoadRuntimeNames(project_, host_.host, recorder_.reporter);
+  compiler.runtimeNames = LoadRuntimeNames(project_, host_.host, recorder_.reporter, notStopped_);
   host_.files.Put("C:\\data\\ltr.txt", "[@late], ADD=1\n");
   const auto sources = SpecSourcesOf(project_, compiler, host_.host, recorder_.reporter);
   ASSERT_FALSE(sources.empty());
@@ -127,7 +142,8 @@ TEST_F(LibraryTableTest, RuntimeNames) {
       "[@ftols]\r \t@fmul , ADD=x\r\n\n  # [@comment]\n#[@comment], ADD=1\n,\n[], ADD=1\n"
       "[@fadd],ADD=1\n[@open\n\xE3\x80\x80[@wide]tail\n@a]b\n" +
           std::string(6000, 'l') + ",");
-  const RuntimeNameSet names = LoadRuntimeNames(project_, host_.host, recorder_.reporter);
+  const RuntimeNameSet names =
+      LoadRuntimeNames(project_, host_.host, recorder_.reporter, notStopped_);
   for (const char* name : {"@ftols", "@fmul", "@fadd", "@open", "@wide", "@a]b"}) {
     EXPECT_TRUE(names.Contains(name)) << name;
   }

@@ -49,6 +49,19 @@ TEST(ModuleSymbols, KindAndTypeTellFunctions) {
   EXPECT_EQ(FactsOf("$DGS IDE_FUN, \xE3\x81\x82x, 0, 0, 0, 0, 0, gH"), global);
 }
 
+TEST(ModuleInformation, NamesAreKeptUpToTheirLimit) {
+  for (const size_t length : {5119U, 5120U, 5121U}) {
+    const std::string name = std::string(length - 1, 'n') + "z";
+    ModuleText module;
+    module.functions = "; $FUNC " + name.substr(0, 3000) + "\n;" + name.substr(3000) +
+                       "()\n; CODE SIZE=9 bytes, 0, STACK_SIZE=1 bytes\n";
+    ModuleReading reading;
+    EXPECT_TRUE(reading.Read(module.All()));
+    ASSERT_EQ(reading.functions.Count(), 1U);
+    EXPECT_EQ(reading.functions.Functions()[0]->name, "_" + name.substr(0, 5120));
+  }
+}
+
 TEST(ModuleSymbols, LibrarySymbolsAreFunctionsWhateverTheirType) {
   EXPECT_EQ(FactsOf("$DGS STA_SYM, _memcpy, 0, 0, 0, 0, 0, 01H", "memcpy"),
             (Facts{.function = true, .isStatic = true}));

@@ -17,7 +17,7 @@ inline constexpr const char* kModulePath = "C:\\p\\m.asm";
 // What the reader records of a module of these bytes.
 inline ModuleRecording Record(TestHost& host, std::string bytes, bool stopped = false) {
   host.files.Put(kModulePath, std::move(bytes));
-  TextInputFile file(host.files.OpenForRead(kModulePath).file);
+  TextInputFile file(host.files.OpenForRead(kModulePath).file, host.codePage);
   Event stopEvent(Event::Reset::kManual);
   if (stopped) {
     stopEvent.Set();
@@ -35,11 +35,13 @@ class ModuleReading {
   bool Read(std::string bytes) {
     const ModuleRecording recording = Record(host_, std::move(bytes), stopped);
     const std::string path = kModulePath;
-    ModuleEntry entry(path, {{functions, files}, project, compiler}, host_.host, recorder.reporter);
-    const WorkEnd result = entry.Enter(recording);
-    aborted = result == WorkEnd::kStopped;
+    notes.clear();
+    ModuleEntry entry(path, {{functions, files}, project, compiler, notes}, host_.host,
+                      recorder.reporter, notStopped_);
+    const ModuleEntry::Result result = entry.Enter(recording);
+    aborted = result == ModuleEntry::Result::kStopped;
     recorder.queue.Drain();
-    return result == WorkEnd::kCompleted;
+    return result == ModuleEntry::Result::kWhole || result == ModuleEntry::Result::kNotWhole;
   }
 
   const std::vector<std::string>& Log() const { return recorder.log.lines; }
@@ -63,6 +65,7 @@ class ModuleReading {
 
  private:
   TestHost host_;
+  Event notStopped_{Event::Reset::kManual};
 
  public:
   Recorder recorder{host_.codePage};
@@ -72,6 +75,7 @@ class ModuleReading {
   AcceptedCompiler compiler;
   bool stopped = false;  // the stop event of the next Read is set
   bool aborted = false;
+  std::vector<StkNote> notes;  // of the last Read
 };
 
 inline const std::string kHeader = "; Tarn C Compiler V3.70 Assembler Source\n";

@@ -106,6 +106,65 @@ TEST_F(ProjectTest, SourcesAreLimitedInNumberAndLength) {
   EXPECT_EQ(Modules(), (Texts{"C:\\p\\" + std::string(5000, 'y') + ".asm", "C:\\p\\z.asm"}));
 }
 
+// "line text" of each note; "!" before it where something is not read.
+Texts Described(const std::vector<StkNote>& notes) {
+  Texts texts;
+  for (const StkNote& note : notes) {
+    EXPECT_EQ(note.rule, "source-left-out");
+    EXPECT_EQ(note.file, kPath);
+    texts.push_back((note.incomplete ? "!" : "") + std::to_string(note.line) + " " + note.text);
+  }
+  return texts;
+}
+
+TEST_F(ProjectTest, SourcesThatAreLeftOutAreNotedOnce) {
+  const auto notesOf = [this](const std::string& sources) {
+    EXPECT_TRUE(Load("[ProjectManager]\r\nPath=C:\\p\r\n" + sources));
+    EXPECT_EQ(recorder_.log.lines, Texts());
+    return Described(project_->Notes());
+  };
+  const auto sourcesTo = [](int last) {
+    std::string text = "[SrcFile]\n";
+    for (int i = 1; i <= last; ++i) {
+      text += "Source" + std::to_string(i) + "=s" + std::to_string(i) + ".c\n";
+    }
+    return text;
+  };
+  EXPECT_EQ(notesOf("[SrcFile]\nSource1=a.c\nSource2=a.H\nSource3=b.inc\nSource1=a.c\n"
+                    "[srcfile]\nSource1=a.c\nSource9=\nOther=x.c\nSource01=y.c\n"),
+            Texts());
+  const std::string repeated =
+      " is left out: the section or the key stands in the file before, and the first one counts.";
+  EXPECT_EQ(notesOf("[SrcFile]\r\nSource1=a.c\r\nSource2=boot.ASM\rSource4=late.c\n\n"
+                    "source1=twin.c\nSource5=start.s\n[SRCFILE]\nSource1=b.c\nSource2=boot.ASM\n"),
+            (Texts{"5 Source2=boot.ASM is no C source: what it defines is not known.",
+                   "!6 Source4=late.c is left out: Source3 before it is missing.",
+                   "!8 source1=twin.c" + repeated,
+                   "9 Source5=start.s is no C source: what it defines is not known.",
+                   "!11 Source1=b.c" + repeated}));
+  const std::string limit = " is left out: a project has at most 2048 sources.";
+  EXPECT_EQ(notesOf(sourcesTo(2048)), Texts());
+  EXPECT_EQ(notesOf(sourcesTo(2050)),
+            (Texts{"!2052 Source2049=s2049.c" + limit, "!2053 Source2050=s2050.c" + limit}));
+  const Texts many = notesOf(sourcesTo(2200));
+  ASSERT_EQ(many.size(), 101U);
+  EXPECT_EQ(many.back(), "!0 52 more sources of the project are left out.");
+  EXPECT_EQ(notesOf("[SrcFile]\nSource1=" + std::string(5118, 'x') + ".c\nSource2=a.c\n"),
+            Texts{"!4 Source1=" + std::string(60, 'x') +
+                  "... is left out: the value is longer than 5119 bytes."});
+  const std::string tooLarge =
+      " The project file is read up to here: it is too large (at most 64 MiB and 1048576 lines "
+      "with "
+      "a section or a key). Sources that follow are left out.";
+  EXPECT_EQ(notesOf("[SrcFile]\nSource1=a.c\n;" + std::string(size_t{64} << 20, 'x')),
+            Texts{"!5" + tooLarge});
+  std::string keys = "[SrcFile]\nSource1=a.c\n";
+  for (int i = 4; i < 1 << 20; ++i) {
+    keys += "k=\n";
+  }
+  EXPECT_EQ(notesOf(keys + "Source2=b.c\n"), Texts{"!1048577" + tooLarge});
+}
+
 TEST_F(ProjectTest, WhereTheModuleIs) {
   host_.files.AddDirectory("C:\\p\\prj");
   host_.files.AddDirectory("C:\\out.d");
