@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "core/adjustments.h"
@@ -51,7 +52,8 @@ class View {
 // destructor let an automatic save end instead of stopping it, and make up for one that the user
 // stopped; opening and recalculating try one that failed once more, and so does whoever lets go of
 // the document (SettleSystemSave); a stk system file of which this analysis could not take
-// everything is kept beside the new one (StkSystemFileKeeper).
+// everything is kept beside the new one (StkSystemFileKeeper). What another program
+// has written into it since it was read is put in force before the save (MergeSystemFile).
 //
 // A job is finished on its end notification. One that was posted by a job that has been stopped
 // since finds no job, or a newer one that still works; then nothing happens, and the newer one is
@@ -167,8 +169,9 @@ class CStkDoc {
   void StartWriting(StkSpecWriter::Mode mode, std::string path);
   void EndSpecWrite();
   void EndDueSave();
+  void TakeChangedSystemFile(const ChangedSystemFile& changed);
   void SetSystemSaveFailed(bool failed);
-  std::vector<std::string> InputPaths(bool withSources);
+  std::vector<std::string> ProtectedPaths(bool withSystemFile);
 
   Host& host_;
   StkReporter& reporter_;
@@ -190,8 +193,12 @@ class CStkDoc {
   bool systemSaveFailed_ = false;
   bool anyJobFailed_ = false;
   bool anyWritingFailed_ = false;
-  // Fingerprint of the stk system file whose adjustments are all in force.
-  std::optional<uint64_t> knownSystemFile_;
+  StkSystemFileKeeper::Seen seenSystemFile_;
+  // Adjusted or cancelled here since the stk system file was last read or written. Asked, never
+  // walked.
+  std::unordered_set<const StkFunction*> unsaved_;
+  int mergesInARow_ = 0;
+  bool discarding_ = false;  // the views are told nothing more of this analysis
   BackgroundDisposal disposal_;
 };
 

@@ -21,7 +21,7 @@ enum class Job {  // in the order of kJobs
 };
 
 constexpr const char* kUserFile = "C:\\u.txt";
-constexpr const char* kForeign = "main, ADD=1\r\n";
+constexpr const char* kForeign = "main, ADD=1\r\nno statement\r\n";
 
 struct JobCase {
   Job job;
@@ -49,7 +49,7 @@ struct OperationCase {
 constexpr OperationCase kOperations[] = {
     {FileOperation::kOpenMissing, "AALSK..."}, {FileOperation::kOpenRefused, "AALSK..."},
     {FileOperation::kRead, "AALSK..."},        {FileOperation::kLength, "AALSK..."},
-    {FileOperation::kExists, "AA..K..."},      {FileOperation::kIsDirectory, "AA......"},
+    {FileOperation::kExists, "AA..KUTC"},      {FileOperation::kIsDirectory, "AA......"},
     {FileOperation::kCreate, "...SKUTC"},      {FileOperation::kWrite, "...SKUTC"},
     {FileOperation::kSynchronize, "...SK..."}, {FileOperation::kClose, "...SKUTC"},
     {FileOperation::kReplace, "...SK..."},     {FileOperation::kIsSameFile, "...SKUTC"},
@@ -212,7 +212,7 @@ class FaultMatrix : public DocumentHost,
   void ExpectNoAdjustmentLost() {
     const std::string saved = host.files.Get(kSystemFile).value_or("none");
     if (Case().job == Job::kKeepingSave) {
-      const bool replaced = saved == "f, ADD=8\r\n";
+      const bool replaced = saved == "main, ADD=1\r\nf, ADD=8\r\n";
       EXPECT_TRUE(replaced || saved == kForeign) << saved;
       EXPECT_TRUE(!replaced || host.files.Get(std::string(kSystemFile) + ".bak") == kForeign);
     } else {

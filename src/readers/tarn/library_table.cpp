@@ -28,10 +28,9 @@ std::string_view Suffix(LibraryTableKind kind, const StkProject& project) {
   return project.FloatingPoint() ? "f" : "";
 }
 
-std::string TablePath(LibraryTableKind kind, const StkProject& project, const Host& host,
-                      const StkReporter& reporter) {
+std::string TablePath(std::string_view suffix, const Host& host, const StkReporter& reporter) {
   const std::string name =
-      reporter.Messages().FormatMessageText(MessageKey::kTableFilePattern, {Suffix(kind, project)});
+      reporter.Messages().FormatMessageText(MessageKey::kTableFilePattern, {suffix});
   if (host.dataFolder.empty()) {
     return ProgramDataPath(name, host);
   }
@@ -60,8 +59,8 @@ bool ReadNames(StkLibraryTable& table, const CodePage& codePage, RuntimeNameSet&
 
 StkLibraryTable::StkLibraryTable(LibraryTableKind kind, const StkProject& project, Host& host,
                                  StkReporter& reporter)
-    : StkSpecReader(SpecificationKind::kLibraryTable, TablePath(kind, project, host, reporter),
-                    host, reporter),
+    : StkSpecReader(SpecificationKind::kLibraryTable,
+                    TablePath(Suffix(kind, project), host, reporter), host, reporter),
       resourceId_(static_cast<uint32_t>(NameKey(kind))),
       displayName_(reporter.Messages().Text(NameKey(kind))) {}
 
@@ -76,6 +75,14 @@ std::unique_ptr<StkByteSource> StkLibraryTable::Open() {
   }
   const std::optional<std::string_view> builtIn = host_.resources.Find(kResourceType, resourceId_);
   return builtIn ? std::make_unique<StkMemorySource>(*builtIn) : nullptr;
+}
+
+std::vector<std::string> LibraryTablePaths(const Host& host, const StkReporter& reporter) {
+  std::vector<std::string> paths;
+  for (const std::string_view suffix : {"", "f", "sm", "r", "rsm"}) {
+    paths.push_back(TablePath(suffix, host, reporter));
+  }
+  return paths;
 }
 
 RuntimeNameSet LoadRuntimeNames(const StkProject& project, Host& host, StkReporter& reporter) {

@@ -24,6 +24,8 @@ class StkProject {
 
   const std::string& Path() const { return path_; }
   const std::string& ProjectDirectory() const { return projectDirectory_; }
+  // As the project lists them, those too that have no module.
+  const StkStringList& Sources() const { return sources_; }
   const StkStringList& Modules() const { return modules_; }
   bool LibraryCheck() const { return libraryCheck_; }
   bool FloatingPoint() const { return floatingPoint_; }
@@ -40,6 +42,7 @@ class StkProject {
   StkReporter& reporter_;
   std::string path_;
   std::string projectDirectory_;
+  StkStringList sources_;
   StkStringList modules_;
   bool libraryCheck_ = false;
   bool floatingPoint_ = false;
