@@ -7,6 +7,7 @@
 #include "cli/output_commands.h"
 #include "platform/heap.h"
 #include "platform/terminal.h"
+#include "reports/terminal_text.h"
 
 namespace velkor::cli {
 namespace {
@@ -39,7 +40,7 @@ int Run(int argc, const char* const* argv) {
   std::string error;
   const auto application = Application::Create(*arguments.options, error);
   if (application == nullptr) {
-    std::fprintf(stderr, "velkor-cli: %s\n", error.c_str());
+    std::fprintf(stderr, "velkor-cli: %s\n", reports::OneLine(error).c_str());
     return kWrongUsage;
   }
   return RunCommand(*application, *arguments.options);

@@ -4,6 +4,7 @@
 #include <map>
 
 #include "cli/exit_status.h"
+#include "reports/terminal_text.h"
 
 namespace velkor::cli {
 namespace {
@@ -151,6 +152,10 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   Options options;
   CLI::App app("How much stack can each function of a firmware program use at most?", "velkor-cli");
   app.set_version_flag("--version", "velkor " VELKOR_VERSION);
+  app.failure_message([](const CLI::App* command, const CLI::Error& error) {
+    return reports::OneLine(error.what()) + "\nRun with " + command->get_help_ptr()->get_name() +
+           " for more information.\n";
+  });
   app.require_subcommand(1);
   AddAnalyze(app, options);
   AddExplain(app, options);

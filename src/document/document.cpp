@@ -43,6 +43,7 @@ void CStkDoc::UpdateAllViews(View* sender, ViewHint hint) {
 bool CStkDoc::OnOpenDocument(std::string_view path) {
   std::string opened(path);
   StopAllJobs();
+  SettleSystemSave();
   UpdateAllViews(nullptr, HINT_CLEAR);
   currentSelection_ = nullptr;
   pathName_.clear();
@@ -54,13 +55,17 @@ bool CStkDoc::OnOpenDocument(std::string_view path) {
 }
 
 void CStkDoc::DeleteContents() {
+  discarding_ = true;
   StopAllJobs();
+  discarding_ = false;
   currentSelection_ = nullptr;
   input_.reset();
   moduleOutcomes_.clear();
   filesInMemory_.clear();
   DiscardTables();
-  knownSystemFile_.reset();
+  seenSystemFile_ = {};
+  mergesInARow_ = 0;
+  SetSystemSaveFailed(false);
 }
 
 void CStkDoc::MakeTables() {
@@ -71,6 +76,7 @@ void CStkDoc::MakeTables() {
 }
 
 void CStkDoc::DiscardTables() {
+  unsaved_.clear();
   if (functionTable_ && functionTable_->Count() > kDestroyedAtOnce) {
     disposal_.Dispose({std::move(bounds_), std::move(rootList_), std::move(functionTable_),
                        std::move(fileTable_)});
@@ -187,8 +193,10 @@ void CStkDoc::TakeReadingResult() {
   const StkSpecReadJob& job = *jobs_.Get<StkSpecReadJob>();
   anyJobFailed_ = anyJobFailed_ || job.End() == WorkEnd::kFailed;
   if (!readFromUserFile_) {
-    knownSystemFile_ = job.TakenSystemFile();
+    seenSystemFile_ = {job.TakenSystemFile(), job.IncompleteSystemFile()};
+    unsaved_.clear();
   }
+  unsaved_.insert(job.Adjusted().begin(), job.Adjusted().end());
   jobs_.Empty(JobKind::kSpecRead);
 }
 
@@ -196,7 +204,7 @@ void CStkDoc::SpecReadFinished() {
   const bool save = saveAfterReading_ && jobs_.Get<StkSpecReadJob>()->End() == WorkEnd::kCompleted;
   TakeReadingResult();
   UpdateAllViews(nullptr, HINT_RESULTS);
-  if (save) {
+  if (save || systemSaveDue_) {
     SaveSystemFile();
   }
 }
@@ -207,6 +215,7 @@ void CStkDoc::Recalculate() {
   }
   reporter_.SetOpenedFromCommandLine(false);
   StopAllJobs();
+  SettleSystemSave();
   UpdateAllViews(nullptr, HINT_CLEAR);
   currentSelection_ = nullptr;
   if (LoadProject(pathName_)) {
@@ -218,6 +227,7 @@ bool CStkDoc::AdjustFunction(StkFunction& function, const StkAdjustment& adjustm
   if (!StartChange()) {
     return false;
   }
+  unsaved_.insert(&function);
   ChangeEnded(velkor::AdjustFunction(*functionTable_, *rootList_, function, adjustment, reporter_));
   return true;
 }
@@ -226,6 +236,7 @@ bool CStkDoc::CancelAdjustment(StkFunction& function) {
   if (!StartChange()) {
     return false;
   }
+  unsaved_.insert(&function);
   ChangeEnded(velkor::CancelAdjustment(*functionTable_, *rootList_, function, reporter_));
   return true;
 }
@@ -233,6 +244,11 @@ bool CStkDoc::CancelAdjustment(StkFunction& function) {
 bool CStkDoc::CancelAllAdjustments() {
   if (!StartChange()) {
     return false;
+  }
+  for (const StkFunction* function : functionTable_->Functions()) {
+    if (function->adjustment != nullptr) {
+      unsaved_.insert(function);
+    }
   }
   ChangeEnded(velkor::CancelAllAdjustments(*functionTable_, *rootList_, reporter_));
   return true;
@@ -288,7 +304,7 @@ void CStkDoc::StopAllJobs() {
   if (writing != nullptr && !writing->IsAutomatic()) {
     Stop(JobKind::kSpecWrite);
   }
-  SettleSystemSave();
+  EndDueSave();
 }
 
 }  // namespace velkor

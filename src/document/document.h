@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "core/adjustments.h"
@@ -30,6 +31,7 @@ enum ViewHint : int {
   HINT_STRUCTURE = 3,  // a callee list has changed
   HINT_SIZES = 4,      // sizes have changed
   HINT_SELECTION = 5,  // the call tree's selection has changed
+  HINT_SAVED = 6,      // SystemSaveFailed answers otherwise than before
 };
 
 // What is told of changes of the document. User-interface thread.
@@ -48,8 +50,10 @@ class View {
 //
 // Adjustments are not lost on the way to the stk system file: opening, recalculating and the
 // destructor let an automatic save end instead of stopping it, and make up for one that the user
-// stopped; a stk system file of which this analysis could not take everything is kept beside the
-// new one (StkSystemFileKeeper).
+// stopped; opening and recalculating try one that failed once more, and so does whoever lets go of
+// the document (SettleSystemSave); a stk system file of which this analysis could not take
+// everything is kept beside the new one (StkSystemFileKeeper). What another program
+// has written into it since it was read is put in force before the save (MergeSystemFile).
 //
 // A job is finished on its end notification. One that was posted by a job that has been stopped
 // since finds no job, or a newer one that still works; then nothing happens, and the newer one is
@@ -106,6 +110,12 @@ class CStkDoc {
   // Rewrites the stk system file in the background. A save that runs is waited for; requests made
   // meanwhile become one, which writes the newest state. Nothing without functions.
   void SaveSystemFile();
+  // The last automatic save of this analysis has failed, and none has come through since: the stk
+  // system file does not state what is in force.
+  bool SystemSaveFailed() const { return systemSaveFailed_; }
+  // Waits for a running automatic save, and makes good one that was stopped or has failed. False
+  // when it fails again, after a message: to discard the analysis now loses adjustments.
+  bool SettleSystemSave();
   // Waits for a running save. False without functions, or while they are being read.
   bool SaveSpecFile(std::string_view path);
   // Waits for a report that runs. False without functions, or while they are being read.
@@ -161,8 +171,10 @@ class CStkDoc {
   bool HasFunctionsToWrite() const;
   void StartWriting(StkSpecWriter::Mode mode, std::string path);
   void EndSpecWrite();
-  void SettleSystemSave();
-  std::vector<std::string> InputPaths(bool withSources);
+  void EndDueSave();
+  void TakeChangedSystemFile(const ChangedSystemFile& changed);
+  void SetSystemSaveFailed(bool failed);
+  std::vector<std::string> ProtectedPaths(bool withSystemFile);
 
   Host& host_;
   StkReporter& reporter_;
@@ -181,10 +193,15 @@ class CStkDoc {
   StkFunction* currentSelection_ = nullptr;
   JobSlots jobs_;
   bool systemSaveDue_ = false;
+  bool systemSaveFailed_ = false;
   bool anyJobFailed_ = false;
   bool anyWritingFailed_ = false;
-  // Fingerprint of the stk system file whose adjustments are all in force.
-  std::optional<uint64_t> knownSystemFile_;
+  StkSystemFileKeeper::Seen seenSystemFile_;
+  // Adjusted or cancelled here since the stk system file was last read or written. Asked, never
+  // walked.
+  std::unordered_set<const StkFunction*> unsaved_;
+  int mergesInARow_ = 0;
+  bool discarding_ = false;  // the views are told nothing more of this analysis
   BackgroundDisposal disposal_;
 };
 

@@ -1,8 +1,17 @@
 #include <utility>
 
 #include "document/document.h"
+#include "document/output_path.h"
+#include "document/system_file_merge.h"
 
 namespace velkor {
+
+namespace {
+
+// Others may save again and again before this one gets its turn.
+constexpr int kMostMergesInARow = 100;
+
+}  // namespace
 
 void CStkDoc::SaveSystemFile() {
   if (!HasFunctionsToWrite()) {
@@ -23,7 +32,7 @@ bool CStkDoc::SaveSpecFile(std::string_view path) {
     return false;
   }
   std::string target(path);
-  SettleSystemSave();
+  EndDueSave();
   StartWriting(StkSpecWriter::Mode::kUser, std::move(target));
   return true;
 }
@@ -53,7 +62,8 @@ bool CStkDoc::SaveCallChains(std::string_view path, const StkFunction& function,
   }
   jobs_.Start(std::make_unique<StkChainReportJob>(
       ChainReportOrder{std::string(path), function,
-                       allChains ? ChainMode::kAll : ChainMode::kMaximum, format, InputPaths(true)},
+                       allChains ? ChainMode::kAll : ChainMode::kMaximum, format,
+                       ProtectedPaths(true)},
       host_, reporter_, mainWindow_));
   return true;
 }
@@ -71,7 +81,7 @@ bool CStkDoc::HasFunctionsToWrite() const {
 void CStkDoc::StartWriting(StkSpecWriter::Mode mode, std::string path) {
   const bool automatic = mode == StkSpecWriter::Mode::kAutomatic;
   jobs_.Start(std::make_unique<StkSpecWriteJob>(
-      SpecWriteOrder{mode, std::move(path), InputPaths(!automatic), knownSystemFile_},
+      SpecWriteOrder{mode, std::move(path), ProtectedPaths(!automatic), seenSystemFile_},
       *functionTable_, host_, reporter_, mainWindow_));
 }
 
@@ -81,35 +91,89 @@ void CStkDoc::EndSpecWrite() {
     return;
   }
   job->Wait();
-  anyWritingFailed_ = anyWritingFailed_ || job->End() == WorkEnd::kFailed;
-  if (job->IsAutomatic()) {
-    if (job->End() == WorkEnd::kCompleted) {
-      knownSystemFile_ = job->Written();
-    } else if (job->End() == WorkEnd::kStopped) {
-      systemSaveDue_ = true;
-    }
-  }
+  const WorkEnd end = job->End();
+  const bool automatic = job->IsAutomatic();
+  const std::optional<uint64_t> written = job->Written();
+  const std::optional<ChangedSystemFile> changed = job->Changed();
   jobs_.Empty(JobKind::kSpecWrite);
+  if (changed && mergesInARow_ < kMostMergesInARow) {
+    ++mergesInARow_;
+    systemSaveDue_ = true;
+    TakeChangedSystemFile(*changed);
+    return;
+  }
+  mergesInARow_ = 0;
+  if (changed) {
+    reporter_.PostWarning(MessageKey::kW9402, {MessageFile{input_->SystemFilePath()}});
+  }
+  anyWritingFailed_ = anyWritingFailed_ || end == WorkEnd::kFailed;
+  if (!automatic) {
+    return;
+  }
+  if (end == WorkEnd::kCompleted) {
+    seenSystemFile_ = {written, std::nullopt};
+    unsaved_.clear();
+  }
+  systemSaveDue_ = systemSaveDue_ || end == WorkEnd::kStopped;
+  if (end != WorkEnd::kStopped) {
+    SetSystemSaveFailed(end == WorkEnd::kFailed);
+  }
+}
+
+void CStkDoc::TakeChangedSystemFile(const ChangedSystemFile& changed) {
+  if (StkJob* report = jobs_.Get(JobKind::kChainSave)) {
+    report->Wait();  // it works on the functions
+  }
+  SystemFileMerge merge;
+  if (changed.text) {
+    merge = MergeSystemFile(*changed.text, input_->SystemFilePath(), unsaved_, *functionTable_,
+                            *rootList_, reporter_);
+  }
+  const std::optional<uint64_t> content = changed.fingerprint;
+  seenSystemFile_ = merge.whole ? StkSystemFileKeeper::Seen{content, std::nullopt}
+                                : StkSystemFileKeeper::Seen{std::nullopt, content};
+  if (merge.changed && !discarding_) {
+    UpdateAllViews(nullptr, merge.calleesChanged ? HINT_STRUCTURE : HINT_SIZES);
+  }
 }
 
 // Until no automatic save runs or is due. One that fails has said so and is not tried again.
-void CStkDoc::SettleSystemSave() {
+void CStkDoc::EndDueSave() {
   EndSpecWrite();
-  if (systemSaveDue_) {
+  for (int i = 0; systemSaveDue_ && i <= kMostMergesInARow; ++i) {
     SaveSystemFile();
     EndSpecWrite();
-    systemSaveDue_ = false;
+  }
+  systemSaveDue_ = false;
+}
+
+bool CStkDoc::SettleSystemSave() {
+  EndSpecWrite();
+  systemSaveDue_ = systemSaveDue_ || systemSaveFailed_;
+  EndDueSave();
+  return !systemSaveFailed_;
+}
+
+void CStkDoc::SetSystemSaveFailed(bool failed) {
+  if (std::exchange(systemSaveFailed_, failed) != failed) {
+    UpdateAllViews(nullptr, HINT_SAVED);
   }
 }
 
-std::vector<std::string> CStkDoc::InputPaths(bool withSources) {
+// Of a file of the user's choice; the stk system file is itself one of the others.
+std::vector<std::string> CStkDoc::ProtectedPaths(bool withSystemFile) {
   std::vector<std::string> paths{input_->Path()};
-  paths.insert(paths.end(), input_->Modules().begin(), input_->Modules().end());
-  if (withSources) {
-    for (const auto& source : input_->BuildSpecSources()) {
-      paths.push_back(source->Path());
-    }
-    paths.insert(paths.end(), filesInMemory_.begin(), filesInMemory_.end());
+  const auto add = [&paths](const auto& more) {
+    paths.insert(paths.end(), more.begin(), more.end());
+  };
+  add(input_->Modules());
+  add(input_->RelatedFiles());
+  add(filesInMemory_);
+  add(ProgramFiles(host_));
+  if (withSystemFile) {
+    const std::string systemFile = input_->SystemFilePath();
+    paths.push_back(systemFile);
+    add(StkSystemFileKeeper::CopyPaths(systemFile));
   }
   return paths;
 }

@@ -2,9 +2,18 @@
 
 #include <algorithm>
 
+#include "files/paths.h"
 #include "platform/limits.h"
 
 namespace velkor {
+
+std::vector<std::string> ProgramFiles(Host& host) {
+  std::vector<std::string> paths{host.paths.ExecutablePath()};
+  for (const char* name : {"velkor", "velkor-cli", "..\\dattarn\\help.ini"}) {
+    paths.push_back(ProgramDataPath(name, host));
+  }
+  return paths;
+}
 
 bool CheckOutputPath(const std::string& path, const std::vector<std::string>& inputs, Host& host,
                      StkReporter& reporter) {

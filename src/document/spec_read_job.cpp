@@ -4,8 +4,8 @@
 #include <string>
 
 #include "core/recompute.h"
-#include "document/fingerprint.h"
 #include "document/notifications.h"
+#include "files/fingerprint.h"
 #include "files/spec_language.h"
 #include "files/text_reader.h"
 #include "platform/limits.h"
@@ -53,6 +53,7 @@ WorkEnd StkSpecReadJob::Run() {
 // no analysis.
 void StkSpecReadJob::Abandon() {
   takenSystemFile_.reset();
+  adjusted_.clear();
   functions_.DiscardPendingAdjustments();
   try {
     Recompute(functions_, roots_, true, nullptr, &stopEvent_, reporter_);
@@ -93,7 +94,10 @@ void StkSpecReadJob::ReadSource(StkSpecReader& source) {
                       {source.Path()});
   }
   const bool systemFile = source.Kind() == SpecificationKind::kSystemFile;
-  const StkFunctionList depths = systemFile ? PendingDepths() : StkFunctionList();
+  StkFunctionList depths = systemFile ? Pending() : StkFunctionList();
+  std::erase_if(depths, [](const StkFunction* function) {
+    return function->pendingAdjustment->depth == kNoDepth;
+  });
   HandOver(source);
   if (Stopped()) {
     return;
@@ -101,8 +105,9 @@ void StkSpecReadJob::ReadSource(StkSpecReader& source) {
   const bool depthsKept = std::all_of(depths.begin(), depths.end(), [](StkFunction* function) {
     return function->adjustment && function->adjustment->depth != kNoDepth;
   });
-  if (systemFile && reachedEnd && source.SpecCount() == statements_ && depthsKept) {
-    takenSystemFile_ = fingerprint.Value();
+  if (systemFile && reachedEnd) {
+    const bool whole = source.SpecCount() == statements_ && depthsKept;
+    (whole ? takenSystemFile_ : incompleteSystemFile_) = fingerprint.Value();
   }
   Post(WM_STK_SPECREAD_FILE_END);
 }
@@ -158,6 +163,7 @@ void StkSpecReadJob::HandOver(StkSpecReader& source) {
   if (discarded) {
     functions_.DiscardPendingAdjustments();
   }
+  adjusted_ = source.Kind() == SpecificationKind::kUserFile ? Pending() : StkFunctionList();
   // The sizes that a library table set before it ended early stay: the totals must contain them.
   const bool library = source.Kind() == SpecificationKind::kLibraryTable;
   const bool changed = source.SpecCount() != 0 && (library || !discarded);
@@ -168,10 +174,10 @@ void StkSpecReadJob::HandOver(StkSpecReader& source) {
   }
 }
 
-StkFunctionList StkSpecReadJob::PendingDepths() const {
+StkFunctionList StkSpecReadJob::Pending() const {
   StkFunctionList list;
   for (const auto& function : functions_.Functions()) {
-    if (function->pendingAdjustment && function->pendingAdjustment->depth != kNoDepth) {
+    if (function->pendingAdjustment) {
       list.push_back(function);
     }
   }

@@ -29,6 +29,10 @@ class StkSpecReadJob : public StkJob {
   // The fingerprint of the stk system file, if one was read and everything that it states is in
   // force now: such a file may be replaced. Valid after Wait or Stop.
   std::optional<uint64_t> TakenSystemFile() const { return takenSystemFile_; }
+  // The same of one that was read to its end and could not be taken whole.
+  std::optional<uint64_t> IncompleteSystemFile() const { return incompleteSystemFile_; }
+  // The functions that the last source has adjusted.
+  const StkFunctionList& Adjusted() const { return adjusted_; }
 
  protected:
   WorkEnd Run() override;
@@ -40,7 +44,7 @@ class StkSpecReadJob : public StkJob {
   bool ReadLines(StkSpecReader& source, StkByteSource& bytes);
   void ReportCutShort(const StkSpecReader& source);
   void HandOver(StkSpecReader& source);
-  StkFunctionList PendingDepths() const;
+  StkFunctionList Pending() const;
 
   std::vector<std::unique_ptr<StkSpecReader>> sources_;
   const StkSpecReader* current_ = nullptr;  // of the sources
@@ -51,6 +55,8 @@ class StkSpecReadJob : public StkJob {
   bool cutShort_ = false;    // the current source
   uint32_t statements_ = 0;  // lines of the current source that state something
   std::optional<uint64_t> takenSystemFile_;
+  std::optional<uint64_t> incompleteSystemFile_;
+  StkFunctionList adjusted_;
 };
 
 }  // namespace velkor

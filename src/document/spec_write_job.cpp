@@ -2,9 +2,9 @@
 
 #include <utility>
 
-#include "document/fingerprint.h"
 #include "document/notifications.h"
 #include "document/output_path.h"
+#include "files/fingerprint.h"
 
 namespace velkor {
 
@@ -21,7 +21,7 @@ StkSpecWriteJob::StkSpecWriteJob(SpecWriteOrder order, const StkFunctionTable& f
       functions_(functions),
       host_(host),
       reporter_(reporter),
-      keeper_(order_.path, order_.known, host, reporter) {}
+      keeper_(order_.path, order_.seen, host, reporter) {}
 
 StkSpecWriteJob::~StkSpecWriteJob() {
   Stop();
@@ -29,8 +29,9 @@ StkSpecWriteJob::~StkSpecWriteJob() {
 
 WorkEnd StkSpecWriteJob::Run() {
   StkSpecWriter writer(order_.mode, order_.path, functions_, host_);
-  writer.SetMayReplace(
-      [this](const std::string& newPath, InputFile* old) { return MayReplace(newPath, old); });
+  if (IsAutomatic()) {
+    writer.SetMayReplace([this](InputFile* old) { return MayReplace(old); });
+  }
   Post(WM_STK_SPECWRITE_START, writer.CountToWrite());
   const WorkEnd end = WriteFile(writer);
   PostEnd(WM_STK_SPECWRITE_END);
@@ -61,17 +62,32 @@ bool StkSpecWriteJob::PathAllowed() {
   if (!CheckOutputPath(order_.path, order_.inputs, host_, reporter_)) {
     return false;
   }
-  if (IsAutomatic() && !keeper_.Keep()) {
+  if (!IsAutomatic()) {
+    return true;
+  }
+  if (host_.files.LeadsOutOfFolder(order_.path)) {
     reporter_.PostWarning(MessageKey::kW9402, {MessageFile{order_.path}});
     return false;
   }
-  return true;
+  return Keep();
 }
 
-// Another program may have saved since the file was kept. The new file's fingerprint is taken
-// before it stands where others replace it.
-bool StkSpecWriteJob::MayReplace(const std::string& newPath, InputFile* old) {
-  written_ = FileFingerprint(host_.files, newPath);
+bool StkSpecWriteJob::Keep() {
+  switch (keeper_.Keep()) {
+    case StkSystemFileKeeper::State::kMayBeReplaced:
+      return true;
+    case StkSystemFileKeeper::State::kChanged:
+      changed_ = keeper_.TakeChanged();
+      return false;
+    case StkSystemFileKeeper::State::kNotKept:
+      break;
+  }
+  reporter_.PostWarning(MessageKey::kW9402, {MessageFile{order_.path}});
+  return false;
+}
+
+// Another program may have saved since the file was kept.
+bool StkSpecWriteJob::MayReplace(InputFile* old) {
   return old == nullptr || keeper_.IsKept(*old);
 }
 
@@ -81,7 +97,8 @@ WorkEnd StkSpecWriteJob::Write(StkSpecWriter& writer) {
   }
   const WorkEnd end = writer.Write([this](uint32_t count) { return AfterFunction(count); });
   const bool completed = end == WorkEnd::kCompleted;
-  if (end == WorkEnd::kFailed) {
+  written_ = writer.Fingerprint();
+  if (end == WorkEnd::kFailed && (!keeper_.Overtaken() || Keep())) {
     writer.PostFailure(reporter_);
   }
   if (!IsAutomatic()) {

@@ -20,13 +20,14 @@ struct SpecWriteOrder {
   std::string path;
   // Files that the analysis is made from: none of them is overwritten.
   std::vector<std::string> inputs;
-  // Automatic mode: the fingerprint of a stk system file that may be replaced as it stands. Any
-  // other content is kept beside the new file (StkSystemFileKeeper).
-  std::optional<uint64_t> known;
+  // Automatic mode: what may be replaced as it stands, and what is to be kept beside the new file.
+  StkSystemFileKeeper::Seen seen;
 };
 
 // Writes the adjustments in force into a stack size specification file. Posts its end
-// notification at every end. The function table must not change meanwhile.
+// notification at every end. The function table must not change meanwhile. An automatic save fails
+// without a message where another program has written the file (Changed): what it states is to be
+// put in force before the next save.
 class StkSpecWriteJob : public StkJob {
  public:
   static constexpr JobKind kKind = JobKind::kSpecWrite;
@@ -38,6 +39,8 @@ class StkSpecWriteJob : public StkJob {
   bool IsAutomatic() const { return order_.mode == StkSpecWriter::Mode::kAutomatic; }
   // The fingerprint of what an automatic save that completed has written.
   std::optional<uint64_t> Written() const { return written_; }
+  // Why an automatic save has failed without a message. Valid after Wait or Stop.
+  const std::optional<ChangedSystemFile>& Changed() const { return changed_; }
 
  protected:
   WorkEnd Run() override;
@@ -46,9 +49,11 @@ class StkSpecWriteJob : public StkJob {
  private:
   // False after having reported.
   bool PathAllowed();
+  // False: the file is not to be replaced, after having reported or with Changed.
+  bool Keep();
   WorkEnd WriteFile(StkSpecWriter& writer);
   WorkEnd Write(StkSpecWriter& writer);
-  bool MayReplace(const std::string& newPath, InputFile* old);
+  bool MayReplace(InputFile* old);
   bool AfterFunction(uint32_t count);
 
   const SpecWriteOrder order_;
@@ -57,6 +62,7 @@ class StkSpecWriteJob : public StkJob {
   StkReporter& reporter_;
   StkSystemFileKeeper keeper_;
   std::optional<uint64_t> written_;
+  std::optional<ChangedSystemFile> changed_;
 };
 
 }  // namespace velkor

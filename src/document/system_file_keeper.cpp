@@ -2,43 +2,79 @@
 
 #include <array>
 
-#include "document/fingerprint.h"
-#include "files/sibling_path.h"
+#include "files/fingerprint.h"
 
 namespace velkor {
 
 namespace {
 
 constexpr int kMaxCopies = 99;
+constexpr uint64_t kMaxTextSize = uint64_t{16} << 20;
+
+// None when the file cannot be read whole.
+std::optional<ChangedSystemFile> Content(InputFile& file) {
+  const uint64_t length = file.Length();
+  StkFingerprint fingerprint;
+  std::string text;
+  uint64_t read = 0;
+  std::array<char, 10240> buffer;
+  while (const size_t count = file.Read(buffer.data(), buffer.size())) {
+    fingerprint.Add({buffer.data(), count});
+    read += count;
+    if (length <= kMaxTextSize) {
+      text.append(buffer.data(), count);
+    }
+  }
+  if (read != length) {
+    return std::nullopt;
+  }
+  const bool isKept = length <= kMaxTextSize;
+  return ChangedSystemFile{fingerprint.Value(),
+                           isKept ? std::optional(std::move(text)) : std::nullopt};
+}
 
 }  // namespace
 
-bool StkSystemFileKeeper::Keep() {
-  if (host_.files.OpenForRead(path_).failure == FileFailure::kNotFound) {
-    return true;
+StkSystemFileKeeper::State StkSystemFileKeeper::Keep() {
+  const OpenResult<InputFile> opened = host_.files.OpenWhenFree(path_);
+  if (opened.failure == FileFailure::kNotFound) {
+    return State::kMayBeReplaced;
   }
-  const std::optional<uint64_t> content = FileFingerprint(host_.files, path_);
+  std::optional<ChangedSystemFile> content = opened.file ? Content(*opened.file) : std::nullopt;
   if (!content) {
-    return false;
+    return State::kNotKept;
   }
-  if (content == known_) {
-    return true;
+  if (content->fingerprint == seen_.known) {
+    return State::kMayBeReplaced;
   }
-  if (!Copy(*content)) {
-    return false;
+  if (content->fingerprint != seen_.incomplete) {
+    changed_ = *std::move(content);
+    return State::kChanged;
   }
-  copied_ = content;
-  return true;
+  if (!Copy(content->fingerprint)) {
+    return State::kNotKept;
+  }
+  copied_ = content->fingerprint;
+  return State::kMayBeReplaced;
 }
 
-bool StkSystemFileKeeper::IsKept(InputFile& file) const {
+bool StkSystemFileKeeper::IsKept(InputFile& file) {
   const std::optional<uint64_t> content = FileFingerprint(file);
-  return content && (content == known_ || content == copied_);
+  const bool kept = content && (content == seen_.known || content == copied_);
+  overtaken_ = content && !kept;
+  return kept;
+}
+
+std::vector<std::string> StkSystemFileKeeper::CopyPaths(const std::string& path) {
+  std::vector<std::string> paths;
+  for (int number = 1; number <= kMaxCopies; ++number) {
+    paths.push_back(path + ".bak" + (number == 1 ? "" : std::to_string(number)));
+  }
+  return paths;
 }
 
 bool StkSystemFileKeeper::Copy(uint64_t fingerprint) {
-  for (int number = 1; number <= kMaxCopies; ++number) {
-    const std::string copyPath = path_ + ".bak" + (number == 1 ? "" : std::to_string(number));
+  for (const std::string& copyPath : CopyPaths(path_)) {
     if (!host_.files.Exists(copyPath)) {
       if (!CopyTo(copyPath, fingerprint)) {
         return false;
@@ -55,33 +91,24 @@ bool StkSystemFileKeeper::Copy(uint64_t fingerprint) {
 
 // Complete or not at all, and never in the place of what another program has put there meanwhile.
 bool StkSystemFileKeeper::CopyTo(const std::string& copyPath, uint64_t fingerprint) {
-  const std::string sibling = SiblingPath(copyPath, host_.codePage);
-  const bool kept = WriteCopy(sibling, fingerprint) &&
-                    host_.files.Replace(sibling, copyPath, [](InputFile* old) { return !old; });
-  if (!kept) {
-    host_.files.Remove(sibling);
-  }
-  return kept;
+  StkOutputTarget copy(copyPath, host_);
+  return copy.Open(StkOutputTarget::Way::kBeside) && copy.TakePermissions(path_) &&
+         WriteCopy(copy, fingerprint) &&
+         copy.Finish([](InputFile* old) { return !old; }) == StkOutputTarget::End::kInPlace;
 }
 
-bool StkSystemFileKeeper::WriteCopy(const std::string& copyPath, uint64_t fingerprint) {
-  const OpenResult<InputFile> from = host_.files.OpenForRead(path_);
+bool StkSystemFileKeeper::WriteCopy(StkOutputTarget& copy, uint64_t fingerprint) {
+  const OpenResult<InputFile> from = host_.files.OpenWhenFree(path_);
   if (!from.file) {
     return false;
   }
-  const OpenResult<OutputFile> to = host_.files.OpenForWrite(copyPath);
-  if (!to.file) {
-    return false;
-  }
-  StkFingerprint copied;
+  const std::unique_ptr<OutputFile> to = copy.Output();
   bool written = true;
   std::array<char, 10240> buffer;
   while (const size_t count = written ? from.file->Read(buffer.data(), buffer.size()) : 0) {
-    copied.Add({buffer.data(), count});
-    written = to.file->Write({buffer.data(), count});
+    written = to->Write({buffer.data(), count});
   }
-  written = written && to.file->Synchronize();
-  return to.file->Close() && written && copied.Value() == fingerprint;
+  return written && copy.Fingerprint() == fingerprint;
 }
 
 }  // namespace velkor

@@ -110,19 +110,18 @@ class CsvRendering : public Rendering {
 
 StkChainReport::StkChainReport(Format format, std::string path, Host& host,
                                const StkMessages& messages)
-    : format_(format), path_(std::move(path)), host_(host), messages_(messages) {}
+    : format_(format), host_(host), messages_(messages), target_(std::move(path), host) {}
 
 StkChainReport::Format StkChainReport::FormatOf(std::string_view path, const CodePage& codePage) {
   return codePage.EqualIgnoreCase(Extension(path, codePage), ".csv") ? Format::kCsv : Format::kText;
 }
 
 bool StkChainReport::Open() {
-  OpenResult<OutputFile> opened = host_.files.OpenForWrite(path_);
-  if (!opened.file) {
+  if (!target_.Open(StkOutputTarget::Way::kAsIsNeeded)) {
     failure_ = MessageKey::kW9402;
     return false;
   }
-  file_ = std::make_unique<TextOutputFile>(std::move(opened.file));
+  file_ = std::make_unique<TextOutputFile>(target_.Output());
   return true;
 }
 
@@ -142,17 +141,29 @@ WorkEnd StkChainReport::Write(const StkFunction& start, ChainMode mode,
                : file_->CharLimitReached() ? MessageKey::kW9451
                                            : MessageKey::kW9404;
     file_.reset();
+    target_.Discard();
     return WorkEnd::kFailed;
   }
-  if (!file_->Close()) {
-    failure_ = MessageKey::kW9404;
+  if (!Finish(finished)) {
     return WorkEnd::kFailed;
   }
   return finished ? WorkEnd::kCompleted : WorkEnd::kStopped;
 }
 
+bool StkChainReport::Finish(bool whole) {
+  const bool flushed = file_->Close();
+  StkOutputTarget::End end = StkOutputTarget::End::kNotWritten;
+  if (flushed && whole) {
+    end = target_.Finish();
+  } else if (target_.Discard() && flushed) {
+    end = StkOutputTarget::End::kInPlace;
+  }
+  failure_ = end == StkOutputTarget::End::kNotReplaced ? MessageKey::kW9402 : MessageKey::kW9404;
+  return end == StkOutputTarget::End::kInPlace;
+}
+
 void StkChainReport::PostFailure(StkReporter& reporter) const {
-  reporter.PostWarning(failure_, {MessageFile{path_}});
+  reporter.PostWarning(failure_, {MessageFile{target_.Path()}});
 }
 
 }  // namespace velkor

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/chain_walk.h"
+#include "files/output_target.h"
 #include "files/text_output_file.h"
 #include "files/work_end.h"
 #include "messages/reporter.h"
@@ -16,8 +17,8 @@ namespace velkor {
 
 // Writes the call chains from one function into a file, as a drawing or as comma-separated values.
 // Made for one report: Open, then Write. Used by one job's thread; the functions must not change
-// meanwhile. What was written before a failure or a stop stays in the file. A report costs what it
-// writes.
+// meanwhile. A file that exists is replaced once the report is whole; of a new one, what was
+// written before a failure or a stop stays. A report costs what it writes.
 class StkChainReport {
  public:
   enum class Format { kText, kCsv };
@@ -35,10 +36,13 @@ class StkChainReport {
   void PostFailure(StkReporter& reporter) const;
 
  private:
+  // False, with its reason, when the report did not get where it belongs.
+  bool Finish(bool whole);
+
   const Format format_;
-  const std::string path_;
   Host& host_;
   const StkMessages& messages_;
+  StkOutputTarget target_;
   std::unique_ptr<TextOutputFile> file_;  // after Open
   MessageKey failure_{};
 };

@@ -12,7 +12,10 @@ StkSpecReader::StkSpecReader(SpecificationKind kind, std::string path, Host& hos
     : kind_(kind), path_(std::move(path)), host_(host), reporter_(reporter) {}
 
 std::unique_ptr<StkByteSource> StkSpecReader::OpenFile() {
-  OpenResult<InputFile> opened = host_.files.OpenForRead(path_);
+  return Taken(host_.files.OpenForRead(path_));
+}
+
+std::unique_ptr<StkByteSource> StkSpecReader::Taken(OpenResult<InputFile> opened) {
   notFound_ = opened.failure == FileFailure::kNotFound;
   if (opened.failure != FileFailure::kNone) {
     return nullptr;
@@ -31,8 +34,12 @@ std::unique_ptr<StkByteSource> StkSpecReader::Open() {
 }
 
 std::unique_ptr<StkByteSource> StkSystemFileReader::Open() {
-  std::unique_ptr<StkByteSource> source = OpenFile();
-  if (source == nullptr && !NotFound()) {
+  std::unique_ptr<StkByteSource> source;
+  const bool allowed = !host_.files.LeadsOutOfFolder(path_);
+  if (allowed) {
+    source = Taken(host_.files.OpenWhenFree(path_));
+  }
+  if (source == nullptr && !(allowed && NotFound())) {
     reporter_.PostWarning(MessageKey::kW9429, {MessageFile{path_}});
   }
   return source;

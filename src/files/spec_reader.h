@@ -41,6 +41,7 @@ class StkSpecReader : public SpecificationSource {
  protected:
   // The file at the path; none when that fails, with nothing reported.
   std::unique_ptr<StkByteSource> OpenFile();
+  std::unique_ptr<StkByteSource> Taken(OpenResult<InputFile> opened);
   bool NotFound() const { return notFound_; }
 
   const SpecificationKind kind_;
@@ -60,7 +61,8 @@ class StkSpecReader : public SpecificationSource {
   StopAnswer answer_ = StopAnswer::kRetry;
 };
 
-// The stk system file, where the user's adjustments live between runs. A missing one is normal.
+// The stk system file, where the user's adjustments live between runs. A missing one is normal. One
+// that is held by another is waited for, a symbolic link out of its folder is not followed.
 class StkSystemFileReader : public StkSpecReader {
  public:
   StkSystemFileReader(std::string path, Host& host, StkReporter& reporter)

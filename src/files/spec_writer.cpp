@@ -3,32 +3,20 @@
 #include <utility>
 
 #include "core/function_text.h"
-#include "files/sibling_path.h"
 #include "platform/limits.h"
 
 namespace velkor {
 
 StkSpecWriter::StkSpecWriter(Mode mode, std::string path, const StkFunctionTable& table, Host& host)
-    : mode_(mode), path_(std::move(path)), table_(table), host_(host) {}
-
-StkSpecWriter::~StkSpecWriter() {
-  Discard();
-}
+    : mode_(mode), table_(table), host_(host), target_(std::move(path), host) {}
 
 bool StkSpecWriter::Open() {
-  std::string target = path_;
-  if (mode_ == Mode::kAutomatic) {
-    target = SiblingPath(path_, host_.codePage);
-  }
-  OpenResult<OutputFile> opened = host_.files.OpenForWrite(target);
-  if (!opened.file) {
+  if (!target_.Open(mode_ == Mode::kAutomatic ? StkOutputTarget::Way::kBeside
+                                              : StkOutputTarget::Way::kAsIsNeeded)) {
     failure_ = MessageKey::kW9402;
     return false;
   }
-  file_ = std::make_unique<TextOutputFile>(std::move(opened.file));
-  if (mode_ == Mode::kAutomatic) {
-    sibling_ = std::move(target);
-  }
+  file_ = std::make_unique<TextOutputFile>(target_.Output());
   file_->SetLimits(kMaxTextLines, kMaxTextLength, false);
   return true;
 }
@@ -106,51 +94,38 @@ std::string StkSpecWriter::NameToRead(const StkFunction& function) const {
 }
 
 WorkEnd StkSpecWriter::Finish() {
-  const bool synchronized = mode_ == Mode::kUser || file_->Synchronize();
-  if (!file_->Close() || !synchronized) {
+  if (!file_->Close()) {
     return Fail(MessageKey::kW9404);
   }
-  if (mode_ == Mode::kAutomatic && !TakeOldPlace()) {
-    // Somebody holds the file, or it is protected: what opening it for writing meets.
-    return Fail(MessageKey::kW9402);
+  switch (target_.Finish(mayReplace_)) {
+    case StkOutputTarget::End::kInPlace:
+      break;
+    case StkOutputTarget::End::kNotWritten:
+      return Fail(MessageKey::kW9404);
+    case StkOutputTarget::End::kNotReplaced:
+      // Somebody holds the file, or it is protected: what opening it for writing meets.
+      return Fail(MessageKey::kW9402);
   }
-  sibling_.clear();
   return WorkEnd::kCompleted;
 }
 
-bool StkSpecWriter::TakeOldPlace() {
-  const auto mayReplace = [this](InputFile* old) { return mayReplace_(sibling_, old); };
-  return host_.files.Replace(sibling_, path_,
-                             mayReplace_ ? FileSystem::MayReplace(mayReplace) : nullptr);
-}
-
 WorkEnd StkSpecWriter::EndStopped() {
-  if (mode_ == Mode::kUser && !file_->Close()) {
-    return Fail(MessageKey::kW9404);
-  }
-  Discard();
-  return WorkEnd::kStopped;
+  const bool flushed = file_->Close();
+  return target_.Discard() && flushed ? WorkEnd::kStopped : Fail(MessageKey::kW9404);
 }
 
 WorkEnd StkSpecWriter::Fail(MessageKey key) {
   failure_ = key;
-  Discard();
-  return WorkEnd::kFailed;
-}
-
-void StkSpecWriter::Discard() {
   file_.reset();
-  if (!sibling_.empty()) {
-    host_.files.Remove(sibling_);
-    sibling_.clear();
-  }
+  target_.Discard();
+  return WorkEnd::kFailed;
 }
 
 void StkSpecWriter::PostFailure(StkReporter& reporter) const {
   if (failure_ == MessageKey::kW9406) {
-    reporter.PostWarning(failure_, {MessageFile{path_}, kMaxTextLines});
+    reporter.PostWarning(failure_, {MessageFile{target_.Path()}, kMaxTextLines});
   } else {
-    reporter.PostWarning(failure_, {MessageFile{path_}});
+    reporter.PostWarning(failure_, {MessageFile{target_.Path()}});
   }
 }
 

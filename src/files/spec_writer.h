@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "core/function_table.h"
+#include "files/output_target.h"
 #include "files/text_output_file.h"
 #include "files/work_end.h"
 #include "messages/reporter.h"
@@ -24,27 +25,27 @@ class StkSpecWriter {
     // The stk system file, after every change. It is replaced in one step by a complete new one:
     // after a failure, a stop or a crash the previous file is still there, whole.
     kAutomatic,
-    // A file of the user's choice, which also lists the unknown functions. What was written
-    // before a failure or a stop stays.
+    // A file of the user's choice, which also lists the unknown functions. One that exists is
+    // replaced in the same way; of a new one, what was written before a failure or a stop stays.
     kUser,
   };
   // Called after each function with the number of functions written so far. False stops.
   using AfterFunction = std::function<bool(uint32_t count)>;
-  // Called with the complete new file's path and, when there is one, the old file, which is held.
-  // False keeps the old file: the writing fails with W9402.
-  using MayReplace = std::function<bool(const std::string& newPath, InputFile* old)>;
 
   StkSpecWriter(Mode mode, std::string path, const StkFunctionTable& table, Host& host);
-  ~StkSpecWriter();
   StkSpecWriter(const StkSpecWriter&) = delete;
   StkSpecWriter& operator=(const StkSpecWriter&) = delete;
 
   // The number of functions that the file is to hold.
   uint32_t CountToWrite() const { return table_.CountForSpecFile(mode_ == Mode::kUser); }
-  void SetMayReplace(MayReplace mayReplace) { mayReplace_ = std::move(mayReplace); }
+  // Automatic mode. Asked with the old file, if there is one, which is held, when the new one is
+  // complete. False keeps the old file: the writing fails with W9402.
+  void SetMayReplace(FileSystem::MayReplace mayReplace) { mayReplace_ = std::move(mayReplace); }
   bool Open();
   // kStopped only when functions were left out: a stop after the last one comes too late.
   WorkEnd Write(const AfterFunction& afterFunction);
+  // Of what was written.
+  uint64_t Fingerprint() const { return target_.Fingerprint(); }
   // The warning that belongs to an Open that answered false, or to kFailed.
   void PostFailure(StkReporter& reporter) const;
 
@@ -54,18 +55,15 @@ class StkSpecWriter {
   bool WriteAttribute(std::string_view keyword, uint32_t value);
   std::string NameToRead(const StkFunction& function) const;
   WorkEnd Finish();
-  bool TakeOldPlace();
   WorkEnd EndStopped();
-  void Discard();
   WorkEnd Fail(MessageKey key);
 
   const Mode mode_;
-  const std::string path_;
   const StkFunctionTable& table_;
   Host& host_;
+  StkOutputTarget target_;
   std::unique_ptr<TextOutputFile> file_;  // after Open, until it is discarded
-  MayReplace mayReplace_;
-  std::string sibling_;  // the new file until it takes the old one's place; empty: none
+  FileSystem::MayReplace mayReplace_;
   uint32_t count_ = 0;
   bool stopped_ = false;
   MessageKey failure_{};

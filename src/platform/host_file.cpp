@@ -3,12 +3,23 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
+#include <thread>
 #include <unistd.h>
 
 namespace velkor {
 namespace {
 
 constexpr mode_t kNewFileMode = 0666;
+constexpr std::chrono::milliseconds kBetweenTries{5};
+
+// 0 or why it is not locked.
+int TryLock(int descriptor, bool exclusively) {
+  int result = -1;
+  do {
+    result = flock(descriptor, (exclusively ? LOCK_EX : LOCK_SH) | LOCK_NB);
+  } while (result < 0 && errno == EINTR);
+  return result == 0 ? 0 : errno;
+}
 
 int Open(const HostPath& path, int flags) {
   if (!path.IsUsable()) {
@@ -41,12 +52,17 @@ struct stat HostFile::Status() const {
   return status;
 }
 
-bool HostFile::Lock(bool exclusively) const {
-  int result = -1;
-  do {
-    result = flock(descriptor_, (exclusively ? LOCK_EX : LOCK_SH) | LOCK_NB);
-  } while (result < 0 && errno == EINTR);
-  return result == 0 || errno != EWOULDBLOCK;
+bool HostFile::Lock(bool exclusively, Time until) const {
+  int failure = TryLock(descriptor_, exclusively);
+  while (failure == EWOULDBLOCK && std::chrono::steady_clock::now() < until) {
+    std::this_thread::sleep_for(kBetweenTries);
+    failure = TryLock(descriptor_, exclusively);
+  }
+  return failure != EWOULDBLOCK;
+}
+
+bool HostFile::LockAlone() const {
+  return TryLock(descriptor_, true) == 0;
 }
 
 bool HostFile::Close() {

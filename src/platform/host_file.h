@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <sys/stat.h>
 #include <utility>
 
@@ -25,8 +26,12 @@ class HostFile {
   // Why it is not open.
   FileFailure Failure() const;
   struct stat Status() const;
-  // False when another holds the file; true on file systems that know no locks.
-  bool Lock(bool exclusively) const;
+  using Time = std::chrono::steady_clock::time_point;
+  // False when another holds the file, and still does at that time; true on file systems that know
+  // no locks.
+  bool Lock(bool exclusively, Time until = {}) const;
+  // This one is now known to be the only one that holds the file.
+  bool LockAlone() const;
   // False when the data may not have reached the file.
   bool Close();
 

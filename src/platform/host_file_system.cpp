@@ -1,5 +1,6 @@
 #include "platform/host_file_system.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
@@ -13,6 +14,7 @@
 #include "platform/host_file.h"
 #include "platform/host_folder.h"
 #include "platform/name_lookup.h"
+#include "platform/temporary_name.h"
 
 namespace velkor {
 namespace {
@@ -82,10 +84,10 @@ bool IsAt(const HostFile& file, const HostPath& path) {
   return current && IsSame(*current, file.Status());
 }
 
-// Empties a file that is open for writing and locks it; a device is used as it is.
+// Empties a file that is open for writing and locks it; a device or pipe is used as it is.
 FileFailure Take(const HostFile& file, const HostPath& path) {
   const struct stat status = file.Status();
-  if (S_ISCHR(status.st_mode)) {
+  if (S_ISCHR(status.st_mode) || S_ISFIFO(status.st_mode)) {
     fcntl(file.Descriptor(), F_SETFL, O_WRONLY);  // wait while it is busy
     return FileFailure::kNone;
   }
@@ -121,13 +123,23 @@ bool TakeOver(const HostPath& path, const struct stat& before) {
   return chmod(path.Text(), before.st_mode & set) == 0;
 }
 
-// Where nothing has that name. False when something has.
-bool RenameToNew(const HostPath& from, const HostPath& to) {
+enum class Replacing {
+  kDone,
+  kFailed,
+  kOvertaken,  // by another, who has put a file there or taken it away: to be tried again
+};
+
+// Where nothing has that name.
+Replacing RenameToNew(const HostPath& from, const HostPath& to) {
   if (renameat2(AT_FDCWD, from.Text(), AT_FDCWD, to.Text(), RENAME_NOREPLACE) == 0) {
-    return true;
+    return Replacing::kDone;
+  }
+  if (errno == EEXIST) {
+    return Replacing::kOvertaken;
   }
   const bool unsupported = errno == EINVAL || errno == ENOSYS;
-  return unsupported && !IsThere(to) && rename(from.Text(), to.Text()) == 0;
+  const bool renamed = unsupported && !IsThere(to) && rename(from.Text(), to.Text()) == 0;
+  return renamed ? Replacing::kDone : Replacing::kFailed;
 }
 
 void SynchronizeFolderOf(const HostPath& path) {
@@ -137,22 +149,38 @@ void SynchronizeFolderOf(const HostPath& path) {
   }
 }
 
-bool PutInPlaceOf(HostFile old, const HostPath& from, const HostPath& to,
-                  const FileSystem::MayReplace& mayReplace) {
+Replacing PutInPlaceOf(HostFile old, HostFile::Time until, const HostPath& from, const HostPath& to,
+                       const FileSystem::MayReplace& mayReplace) {
   const struct stat oldStatus = old.Status();
   const std::optional<struct stat> status = StatusOf(from);
-  if (!status || !S_ISREG(oldStatus.st_mode) || !old.Lock(true) || !IsAt(old, to)) {
-    return false;
+  if (!status || !S_ISREG(oldStatus.st_mode) || !old.Lock(true, until)) {
+    return Replacing::kFailed;
+  }
+  if (!IsAt(old, to)) {
+    return Replacing::kOvertaken;
   }
   HostInputFile held(std::move(old));
   if ((mayReplace && !mayReplace(&held)) || !TakeOver(from, oldStatus)) {
-    return false;
+    return Replacing::kFailed;
   }
   if (rename(from.Text(), to.Text()) != 0) {
     TakeOver(from, *status);
-    return false;
+    return Replacing::kFailed;
   }
-  return true;
+  return Replacing::kDone;
+}
+
+// Of an absolute path without links.
+bool IsBelow(const std::filesystem::path& path, const std::filesystem::path& folder) {
+  return std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first ==
+         folder.end();
+}
+
+void RemoveUnlessHeld(const HostPath& path) {
+  const HostFile file(path, O_RDWR);
+  if (file.IsOpen() && S_ISREG(file.Status().st_mode) && file.LockAlone() && IsAt(file, path)) {
+    unlink(path.Text());
+  }
 }
 
 }  // namespace
@@ -166,6 +194,24 @@ OpenResult<InputFile> HostFileSystem::OpenForRead(std::string_view path, Spellin
     return {nullptr, FileFailure::kOther};
   }
   return {std::make_unique<HostInputFile>(std::move(file)), FileFailure::kNone};
+}
+
+OpenResult<InputFile> HostFileSystem::OpenWhenFree(std::string_view path) {
+  const HostPath hostPath = paths_.ToHost(path, Spelling::kExact);
+  const HostFile::Time until = PatienceEnd();
+  for (;;) {
+    HostFile file(hostPath, O_RDONLY);
+    if (!file.IsOpen()) {
+      return {nullptr, file.Failure()};
+    }
+    if (!S_ISREG(file.Status().st_mode) || !file.Lock(false, until)) {
+      return {nullptr, FileFailure::kOther};
+    }
+    // Who held it may have put another in its place.
+    if (IsAt(file, hostPath) || std::chrono::steady_clock::now() >= until) {
+      return {std::make_unique<HostInputFile>(std::move(file)), FileFailure::kNone};
+    }
+  }
 }
 
 OpenResult<OutputFile> HostFileSystem::OpenForWrite(std::string_view path) {
@@ -201,16 +247,68 @@ bool HostFileSystem::Replace(std::string_view from, std::string_view to,
   if (!status || !S_ISREG(status->st_mode)) {
     return false;
   }
-  // Opened for writing: a file that its user protected is not replaced behind the protection.
-  HostFile old(target, O_RDWR);
-  const bool replaced = old.IsOpen() ? PutInPlaceOf(std::move(old), source, target, mayReplace)
-                                     : old.Failure() == FileFailure::kNotFound &&
-                                           (!mayReplace || mayReplace(nullptr)) &&
-                                           RenameToNew(source, target);
-  if (replaced) {
+  const HostFile::Time until = PatienceEnd();
+  Replacing result = Replacing::kOvertaken;
+  while (result == Replacing::kOvertaken) {
+    // Opened for writing: a file that its user protected is not replaced behind the protection.
+    HostFile old(target, O_RDWR);
+    if (old.IsOpen()) {
+      result = PutInPlaceOf(std::move(old), until, source, target, mayReplace);
+    } else {
+      const bool mayBeNew =
+          old.Failure() == FileFailure::kNotFound && (!mayReplace || mayReplace(nullptr));
+      result = mayBeNew ? RenameToNew(source, target) : Replacing::kFailed;
+    }
+    if (std::chrono::steady_clock::now() >= until) {
+      break;
+    }
+  }
+  if (result == Replacing::kDone) {
     SynchronizeFolderOf(target);
   }
-  return replaced;
+  return result == Replacing::kDone;
+}
+
+WayToWrite HostFileSystem::HowToWrite(std::string_view path) {
+  const HostPath hostPath = paths_.ToHost(path, Spelling::kExact);
+  const std::optional<struct stat> status = StatusOf(hostPath);
+  const std::optional<struct stat> folder = StatusOf(hostPath.Folder());
+  if (!status || !folder || !S_ISREG(status->st_mode) || status->st_dev != folder->st_dev) {
+    return WayToWrite::kDirectly;
+  }
+  const HostFile file(hostPath, O_RDWR);
+  return file.IsOpen() && file.Lock(true) ? WayToWrite::kBeside : WayToWrite::kRefused;
+}
+
+bool HostFileSystem::LeadsOutOfFolder(std::string_view path) {
+  const HostPath hostPath = paths_.ToHost(path, Spelling::kExact);
+  std::error_code error;
+  if (!std::filesystem::is_symlink(hostPath.Bytes(), error)) {
+    return false;
+  }
+  const auto folder = std::filesystem::canonical(hostPath.Folder().Bytes(), error);
+  if (error) {
+    return true;
+  }
+  const auto target = std::filesystem::weakly_canonical(FollowLinks(hostPath).Bytes(), error);
+  return error || !IsBelow(target, folder);
+}
+
+bool HostFileSystem::TakePermissions(std::string_view path, std::string_view from) {
+  const std::optional<struct stat> status = StatusOf(paths_.ToHost(from, Spelling::kExact));
+  return status && TakeOver(paths_.ToHost(path, Spelling::kExact), *status);
+}
+
+void HostFileSystem::RemoveAbandoned(std::string_view path) {
+  const HostPath hostPath = paths_.ToHost(path, Spelling::kExact);
+  const HostPath folder = hostPath.Folder();
+  const std::string name = std::filesystem::path(hostPath.Bytes()).filename().string();
+  for (const FolderEntry& entry : ListHostFolder(folder).entries) {
+    if (entry.kind == FolderEntry::Kind::kFile && !entry.isLink &&
+        IsTemporaryOf(entry.name, name)) {
+      RemoveUnlessHeld(folder.Below(entry.name));
+    }
+  }
 }
 
 bool HostFileSystem::Remove(std::string_view path) {

@@ -73,6 +73,9 @@ class ProgramInput {
   // After the last module has been entered, in the thread of the job: settles which function each
   // call means.
   virtual void ResolveCalls(FunctionDatabase database) = 0;
+  // Files beside the modules that it belongs to, or could: the sources that it lists, and every
+  // library table. No output may take their place.
+  virtual StkStringList RelatedFiles() const { return {}; }
   // What states sizes of its functions, in the order in which it is to be read.
   virtual std::vector<std::unique_ptr<StkSpecReader>> BuildSpecSources() = 0;
   // What is to be noted of the input and its modules. Whole once the calls have been resolved.

@@ -1,5 +1,7 @@
 #include "reports/csv_output.h"
 
+#include "reports/terminal_text.h"
+
 namespace velkor::reports {
 namespace {
 
@@ -28,11 +30,15 @@ std::string Row(const AnalysisResult& result, const AnalysedFunction& function) 
 }  // namespace
 
 std::string CsvField(std::string_view text) {
-  if (text.find_first_of(",\"\r\n") == std::string_view::npos) {
-    return std::string(text);
+  std::string shown = OneLine(text);
+  if (!shown.empty() && std::string_view("=+-@\t").find(shown.front()) != std::string_view::npos) {
+    shown.insert(shown.begin(), '\'');
+  }
+  if (shown.find_first_of(",\"") == std::string::npos) {
+    return shown;
   }
   std::string quoted = "\"";
-  for (const char c : text) {
+  for (const char c : shown) {
     quoted += c;
     if (c == '"') {
       quoted += c;

@@ -11,8 +11,9 @@ namespace velkor::reports {
 // A heading, then one row a function in table order, in UTF-8; rows end with a line feed.
 void WriteCsv(const AnalysisResult& result, ResultOutput& output);
 
-// The field as it stands in a row: in quotes, its own quotes doubled, when it holds a comma, a
-// quote or a line break.
+// The field as it stands in a row, of UTF-8: one line without control characters (OneLine); behind
+// a "'" where a spreadsheet would take it for a formula; in quotes, its own quotes doubled, when it
+// holds a comma or a quote.
 std::string CsvField(std::string_view text);
 
 }  // namespace velkor::reports

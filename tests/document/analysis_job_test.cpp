@@ -102,7 +102,7 @@ TEST_F(AnalysisJobTest, AStopBetweenModulesNamesTheOneWhoseTurnItIs) {
   }
   host.files.OnRead(ModulePath("b"), [this] { job->RequestStop(); });
   RunJob();
-  EXPECT_EQ(job->End(), JobEnd::kStopped);
+  EXPECT_EQ(job->End(), WorkEnd::kStopped);
   EXPECT_EQ(recorder.log.lines,
             (std::vector<std::string>{"C:\\p\\a.asm Reading...", "C:\\p\\a.asm Reading completed.",
                                       "C:\\p\\b.asm Reading...", "C:\\p\\b.asm Reading completed.",

@@ -42,22 +42,56 @@ TEST_F(ChangingFilesTest, AFigureThatWasCutIsNotTakenForAnother) {
 }
 
 // Between the moment in which a save looks at the old file and that in which it replaces it.
-TEST_F(ChangingFilesTest, AnotherProgramsSaveIsNotReplacedUnseen) {
+TEST_F(ChangingFilesTest, WhatAnotherProgramSavesMeanwhileStaysInForce) {
   PutChain();
-  host.files.Put(kSystemFile, "f, ADD=5\r\n");
+  host.files.Put(kSystemFile, "f, ADD=5\r\nmain, ADD=1\r\n");
   OpenAndFinish();
-  host.files.BeforeReplace([this] { host.files.Put(kSystemFile, "g, ADD=9\r\n"); });
+  host.files.BeforeReplace([this] {
+    host.files.Put(kSystemFile, "g, ADD=9, CALL=main\r\nf, ADD=7\r\n");
+    host.files.BeforeReplace(nullptr);
+  });
   StkAdjustment adjustment;
   adjustment.margin = 8;
+  view.hints.clear();
   ASSERT_TRUE(document.AdjustFunction(*Find("f"), adjustment));
   Finish();
-  EXPECT_TRUE(Logged("W9402 Cannot open file to write (C:\\p\\app.psg)"));
-  EXPECT_EQ(host.files.Get(kSystemFile), "g, ADD=9\r\n");
+  EXPECT_EQ(host.files.Get(kSystemFile), "f, ADD=8\r\ng, ADD=9, CALL=main\r\n")
+      << "one's own statement came last, every other one is the other's";
+  EXPECT_EQ(view.Take(), (std::vector<ViewHint>{HINT_SIZES, HINT_STRUCTURE}));
+  EXPECT_EQ(Find("main")->adjustment, nullptr);
+  EXPECT_TRUE(Find("g")->Is(FN_RECURSIVE));
+  EXPECT_TRUE(Logged("Stack size specification of main canceled."));
+  EXPECT_TRUE(Logged("Stack size specification of g adjusted."));
+  EXPECT_FALSE(document.AnyWritingFailed());
+
+  // A window that was left open; its reset takes that function's statement alone.
+  host.files.Put(kSystemFile, "f, ADD=8\r\nmain, ADD=3\r\n");
+  ASSERT_TRUE(document.CancelAdjustment(*Find("f")));
+  Finish();
+  EXPECT_EQ(host.files.Get(kSystemFile), "main, ADD=3\r\n");
+  EXPECT_EQ(Find("g")->adjustment, nullptr);
+  // What states something else than adjustments is kept, and replaced.
+  host.files.Put(kSystemFile, "main, ADD=3\r\nnonsense nonsense\r\n");
+  ASSERT_TRUE(document.AdjustFunction(*Find("f"), adjustment));
+  Finish();
+  EXPECT_EQ(host.files.Get(kSystemFile), "main, ADD=3\r\nf, ADD=8\r\n");
+  EXPECT_EQ(host.files.Get(std::string(kSystemFile) + ".bak"),
+            "main, ADD=3\r\nnonsense nonsense\r\n");
+}
+
+TEST_F(ChangingFilesTest, ASaveThatNeverGetsItsTurnSaysSo) {
+  PutChain();
+  OpenAndFinish();
+  int number = 0;
+  host.files.BeforeReplace(
+      [&] { host.files.Put(kSystemFile, "g, ADD=" + std::to_string(++number) + "\r\n"); });
+  ASSERT_TRUE(document.AdjustFunction(*Find("f"), {.margin = 8}));
+  Finish();
   host.files.BeforeReplace(nullptr);
-  ASSERT_TRUE(document.AdjustFunction(*Find("f"), adjustment));
-  Finish();
-  EXPECT_EQ(host.files.Get(kSystemFile), "f, ADD=8\r\n");
-  EXPECT_EQ(host.files.Get(std::string(kSystemFile) + ".bak"), "g, ADD=9\r\n");
+  EXPECT_TRUE(Logged("W9402 Cannot open file to write (C:\\p\\app.psg)"));
+  EXPECT_TRUE(document.SystemSaveFailed() && document.AnyWritingFailed());
+  EXPECT_TRUE(document.SettleSystemSave());
+  EXPECT_EQ(host.files.Get(kSystemFile), "f, ADD=8\r\ng, ADD=" + std::to_string(number) + "\r\n");
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ enum class Job {  // in the order of kJobs
 };
 
 constexpr const char* kUserFile = "C:\\u.txt";
-constexpr const char* kForeign = "main, ADD=1\r\n";
+constexpr const char* kForeign = "main, ADD=1\r\nno statement\r\n";
 
 struct JobCase {
   Job job;
@@ -52,7 +52,7 @@ constexpr OperationCase kOperations[] = {
     {FileOperation::kOpenRefused, "OpenRefused", "AALSK..."},
     {FileOperation::kRead, "Read", "AALSK..."},
     {FileOperation::kLength, "Length", "AALSK..."},
-    {FileOperation::kExists, "Exists", "AA..K..."},
+    {FileOperation::kExists, "Exists", "AA..KUTC"},
     {FileOperation::kIsDirectory, "IsDirectory", "AA......"},
     {FileOperation::kCreate, "Create", "...SKUTC"},
     {FileOperation::kWrite, "Write", "...SKUTC"},
@@ -219,7 +219,7 @@ class FaultMatrix : public DocumentHost,
   void ExpectNoAdjustmentLost() {
     const std::string saved = host.files.Get(kSystemFile).value_or("none");
     if (Case().job == Job::kKeepingSave) {
-      const bool replaced = saved == "f, ADD=8\r\n";
+      const bool replaced = saved == "main, ADD=1\r\nf, ADD=8\r\n";
       EXPECT_TRUE(replaced || saved == kForeign) << saved;
       EXPECT_TRUE(!replaced || host.files.Get(std::string(kSystemFile) + ".bak") == kForeign);
     } else {

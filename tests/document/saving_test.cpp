@@ -88,8 +88,16 @@ TEST_F(SavingTest, NothingThatTheAnalysisIsMadeFromIsOverwritten) {
   host.files.Put(kSystemFile, "f, ADD=5\r\n");
   OpenAndFinish();
   const std::string tooLong = "C:\\" + std::string(253, 'x');
-  for (const std::string& path :
-       {std::string(kProject), ModulePath("a"), std::string(kSystemFile), tooLong}) {
+  const std::string source = "C:\\p\\a.c";
+  const std::string table = "C:\\data\\ltrsm.txt";
+  const std::string copy = std::string(kSystemFile) + ".bak3";
+  host.files.Put(source, "");
+  host.files.Put(table, "");
+  host.files.Put(copy, "");
+  const std::string program = host.paths.ExecutablePath();
+  host.files.Put(program, "");
+  for (const std::string& path : {std::string(kProject), ModulePath("a"), std::string(kSystemFile),
+                                  source, table, copy, program, tooLong}) {
     SCOPED_TRACE(path);
     const auto before = host.files.Get(path);
     recorder.log.lines.clear();
@@ -137,12 +145,13 @@ TEST_F(SavingTest, WhatCouldNotBeTakenIsKeptBesideTheNewFile) {
   Finish();
   EXPECT_EQ(Backup(".bak2"), "none");
 
-  // Another program has written it meanwhile.
-  host.files.Put(kSystemFile, "main, ADD=1\r\n");
+  // A copy that is of something else stays.
+  host.files.Put(kSystemFile, "main, ADD=1\r\nlost, ADD=3\r\n");
   Adjust("f", 7);
   Finish();
+  EXPECT_EQ(SystemFile(), "main, ADD=1\r\nf, ADD=7\r\n");
   EXPECT_EQ(Backup(".bak"), old);
-  EXPECT_EQ(Backup(".bak2"), "main, ADD=1\r\n");
+  EXPECT_EQ(Backup(".bak2"), "main, ADD=1\r\nlost, ADD=3\r\n");
 }
 
 TEST_F(SavingTest, ASystemFileThatCannotBeKeptIsNotReplaced) {
@@ -157,6 +166,17 @@ TEST_F(SavingTest, ASystemFileThatCannotBeKeptIsNotReplaced) {
   EXPECT_TRUE(Logged("W9402 Cannot open file to write (C:\\p\\app.psg)."));
   EXPECT_EQ(Find("f")->adjustment->margin, 5u);
 
+  EXPECT_TRUE(document.SystemSaveFailed());
+  EXPECT_EQ(view.hints.back(), HINT_SAVED);
+  EXPECT_FALSE(document.SettleSystemSave());
+  EXPECT_EQ(SystemFile(), old);
+  host.files.Remove(kSystemFile);
+  document.Recalculate();
+  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n") << "tried once more before the analysis goes";
+  EXPECT_FALSE(document.SystemSaveFailed());
+  Finish();
+  host.files.Put(kSystemFile, old);
+
   host.files.Refuse(kSystemFile);
   document.Recalculate();
   Finish();
@@ -164,6 +184,26 @@ TEST_F(SavingTest, ASystemFileThatCannotBeKeptIsNotReplaced) {
   Adjust("f", 5);
   Finish();
   EXPECT_EQ(SystemFile(), old);
+}
+
+// Between the moment in which a name for the copy is chosen and that in which it gets it.
+TEST_F(SavingTest, AnotherProgramsCopyIsNotReplaced) {
+  PutAdjustable();
+  const std::string old = "f, ADD=1\r\nlost.c#g, ADD=4\r\n";
+  host.files.Put(kSystemFile, old);
+  OpenAndFinish();
+  host.files.BeforeReplace([this] {
+    host.files.BeforeReplace(nullptr);
+    host.files.Put(std::string(kSystemFile) + ".bak", "another's");
+  });
+  Adjust("f", 5);
+  Finish();
+  EXPECT_EQ(SystemFile(), old);
+  EXPECT_TRUE(document.SystemSaveFailed());
+  EXPECT_TRUE(document.SettleSystemSave());
+  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n");
+  EXPECT_EQ(Backup(".bak"), "another's");
+  EXPECT_EQ(Backup(".bak2"), old);
 }
 
 }  // namespace

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/recompute.h"
-#include "document/fingerprint.h"
 #include "document_host.h"
+#include "files/fingerprint.h"
 #include "stoppable.h"
 #include "support/graph.h"
 

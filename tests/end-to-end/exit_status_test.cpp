@@ -32,13 +32,16 @@ TEST(ExitStatus, WrongUsageIsTwoAndSaysWhy) {
       {"analyze", project, "--on-error", "stop"},
       {"analyze", project, "--load"},
       {"analyze", project, "--map", "C:\\work"},
-      {"analyze", project, "--codepage", "klingon"},
+      {"analyze", project, "--codepage", "klingon\x1B[2J"},
+      {"analyze", project, "--format\x1B[2J"},
+      {"analyze", project, "--format", "\x1B[2J"},
       {"analyze", project, "--no-such-option"}};
   for (const auto& arguments : wrong) {
     const ProgramRun run = Program(arguments).Run();
     EXPECT_EQ(run.status, 2) << ::testing::PrintToString(arguments);
     EXPECT_NE(run.err, "") << ::testing::PrintToString(arguments);
     EXPECT_EQ(run.out, "") << ::testing::PrintToString(arguments);
+    EXPECT_EQ(run.err.find('\x1B'), std::string::npos) << run.err;
   }
   EXPECT_EQ(Program({"analyze", project}).With("VELKOR_MAP", "C:\\a=/b;nonsense").Run().status, 2);
   EXPECT_EQ(Program({"--help"}).Run().status, 0);

@@ -175,6 +175,14 @@ TEST(ChainReport, StopsAndFailures) {
             reports.Write(Format::kCsv, ChainMode::kAll, "main", WorkEnd::kStopped, stopAtThree));
   EXPECT_EQ((std::vector<uint32_t>{2, 3}), lines);
 
+  const std::string path = "C:\\p\\chains.txt";
+  reports.host.files.Put(path, "old");
+  EXPECT_EQ("old",
+            reports.Write(Format::kText, ChainMode::kAll, "main", WorkEnd::kStopped, stopAtThree));
+  reports.host.files.SetCapacity(10);
+  EXPECT_EQ("old", reports.Write(Format::kText, ChainMode::kAll, "main", WorkEnd::kFailed));
+  EXPECT_EQ(std::vector<std::string>{path}, reports.host.files.Paths());
+  reports.host.files.Remove(path);
   reports.host.files.SetCapacity(10);
   EXPECT_EQ("main(5,4)+", reports.Write(Format::kText, ChainMode::kAll, "main", WorkEnd::kFailed));
   EXPECT_EQ("W9404 File write error (C:\\p\\chains.txt).", reports.LastWarning());

@@ -89,7 +89,11 @@ TEST_F(SpecWriterTest, CountsAndStops) {
   ExpectOnlyTheFile();
   const std::string saved = "d1\r\nd2\r\nd3\r\n";
   EXPECT_EQ(saved, Write(Mode::kAutomatic, graph, WorkEnd::kCompleted, stopAt(3)));
+  EXPECT_EQ(saved, Write(Mode::kUser, graph, WorkEnd::kStopped, stopAt(4)))
+      << "a file that exists is replaced whole or not at all";
+  reading.host.files.Remove(kSpecPath);
   EXPECT_EQ(saved, Write(Mode::kUser, graph, WorkEnd::kStopped, stopAt(3)));
+  reading.host.files.Remove(kSpecPath);
   EXPECT_EQ(saved + "[u1]\r\n", Write(Mode::kUser, graph, WorkEnd::kStopped, stopAt(4)));
   EXPECT_EQ((std::vector<uint32_t>{1, 2, 3, 4}), counts);
   EXPECT_EQ(saved + "[u1]\r\n[u2]\r\n", Write(Mode::kUser, graph, WorkEnd::kCompleted, stopAt(5)));
@@ -108,6 +112,7 @@ TEST_F(SpecWriterTest, LongLines) {
     EXPECT_TRUE((excess == 0 ? line + "\r\nafter\r\n" : "old") ==
                 Write(Mode::kAutomatic, graph, end));
     ExpectOnlyTheFile();
+    reading.host.files.Remove(kSpecPath);
     EXPECT_TRUE((excess == 0 ? line + "\r\nafter\r\n" : line) == Write(Mode::kUser, graph, end));
   }
   EXPECT_EQ("W9461 Too many characters in specification for one function.\nThe limit is 5119.",
@@ -137,7 +142,13 @@ TEST_F(SpecWriterTest, FailuresLeaveTheOldFileOrWhatWasWritten) {
   for (const Mode mode : {Mode::kAutomatic, Mode::kUser}) {
     reading.host.files.SetCapacity(5);
     const bool automatic = mode == Mode::kAutomatic;
-    EXPECT_EQ(automatic ? "old" : "main,", Write(mode, graph, WorkEnd::kFailed));
+    EXPECT_EQ("old", Write(mode, graph, WorkEnd::kFailed));
+    ExpectOnlyTheFile();
+    if (!automatic) {
+      reading.host.files.Remove(kSpecPath);
+      reading.host.files.SetCapacity(5);
+      EXPECT_EQ("main,", Write(mode, graph, WorkEnd::kFailed));
+    }
     EXPECT_EQ("W9404 File write error (C:\\p\\p.psg).", LastWarning());
     ExpectOnlyTheFile();
   }

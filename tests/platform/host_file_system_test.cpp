@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <csignal>
+#include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
@@ -12,6 +13,7 @@
 
 #include "platform/profile_file.h"
 #include "platform/temporary_folder.h"
+#include "platform/temporary_name.h"
 
 namespace velkor {
 namespace {
@@ -24,6 +26,28 @@ std::string Content(InputFile& file) {
   return content;
 }
 
+// How often this program has the file open.
+int Descriptors(const std::string& path) {
+  int count = 0;
+  for (const auto& entry : fs::directory_iterator("/proc/self/fd")) {
+    std::error_code gone;
+    count += fs::read_symlink(entry.path(), gone) == path ? 1 : 0;
+  }
+  return count;
+}
+
+// Takes away what root may do, as long as it lives.
+class WithoutRights {
+ public:
+  WithoutRights() { EXPECT_EQ(seteuid(before_ == 0 ? 65534 : before_), 0); }
+  ~WithoutRights() { EXPECT_EQ(seteuid(before_), 0); }
+  WithoutRights(const WithoutRights&) = delete;
+  WithoutRights& operator=(const WithoutRights&) = delete;
+
+ private:
+  const uid_t before_ = geteuid();
+};
+
 class HostFileSystemTest : public ::testing::Test {
  protected:
   FileFailure ReadFailure(std::string_view path) { return files_.OpenForRead(path).failure; }
@@ -32,7 +56,8 @@ class HostFileSystemTest : public ::testing::Test {
   const testing::TemporaryFolder folder_;
   const CodePage codePage_ = CodePage::Utf8();
   const HostPaths paths_{codePage_};
-  HostFileSystem files_{paths_};
+  HostFileSystem files_{paths_, std::chrono::milliseconds(100)};
+  HostFileSystem patient_{paths_, std::chrono::seconds(20)};
 };
 
 TEST_F(HostFileSystemTest, WritesAndReadsWholeFiles) {
@@ -186,21 +211,153 @@ TEST_F(HostFileSystemTest, ReplaceRefusesWithoutATrace) {
   EXPECT_EQ(ReadFailure("old"), FileFailure::kNone);
 }
 
-// Where the tests have every right, as a user who owns nothing.
-TEST_F(HostFileSystemTest, WhatTheUserProtectedStays) {
-  constexpr uid_t kNobody = 65534;
-  for (const auto& [name, mode] : {std::pair("next", 0644), {"shown", 0444}, {"hidden", 0}}) {
-    folder_.Put(name, name);
-    ASSERT_EQ(chmod(name, static_cast<mode_t>(mode)), 0);
-  }
+TEST_F(HostFileSystemTest, WhatTheUserProtectedStaysAndIsNotMissing) {
+  folder_.Put("old", "old");
+  folder_.Put("next", "new");
+  folder_.Put("closed/file", "");
   ASSERT_EQ(chmod(".", 0777), 0);
-  const uid_t user = geteuid();
-  ASSERT_TRUE(user != 0 || seteuid(kNobody) == 0);
-  EXPECT_EQ(WriteFailure("shown"), FileFailure::kOther);
-  EXPECT_FALSE(files_.Replace("next", "shown"));
-  EXPECT_EQ(ReadFailure("hidden"), FileFailure::kOther);
-  ASSERT_TRUE(user != 0 || seteuid(user) == 0);
-  EXPECT_EQ(folder_.Get("shown"), "shown");
+  ASSERT_EQ(chmod("old", 0444), 0);
+  ASSERT_EQ(chmod("closed", 0), 0);
+  {
+    const WithoutRights user;
+    EXPECT_EQ(WriteFailure("old"), FileFailure::kOther);
+    EXPECT_EQ(files_.HowToWrite("old"), WayToWrite::kRefused);
+    EXPECT_FALSE(files_.Replace("next", "old"));
+    EXPECT_EQ(ReadFailure("closed/file"), FileFailure::kOther);
+  }
+  ASSERT_EQ(chmod("closed", 0755), 0);
+  ASSERT_EQ(chmod("old", 0), 0);
+  {
+    const WithoutRights user;
+    EXPECT_EQ(ReadFailure("old"), FileFailure::kOther);
+    EXPECT_EQ(files_.OpenWhenFree("old").failure, FileFailure::kOther);
+  }
+  ASSERT_EQ(chmod("old", 0644), 0);
+  EXPECT_EQ(folder_.Get("old"), "old");
+}
+
+TEST_F(HostFileSystemTest, ALockThatPassesIsWaitedFor) {
+  folder_.Put("old", "old");
+  folder_.Put("next", "new");
+  auto writer = files_.OpenForWrite("old");
+  EXPECT_EQ(files_.OpenWhenFree("old").failure, FileFailure::kOther);
+  std::thread release([&] {
+    while (Descriptors(folder_ / "old") < 2) {
+      std::this_thread::yield();
+    }
+    writer.file.reset();
+  });
+  EXPECT_TRUE(patient_.OpenWhenFree("old").file);
+  release.join();
+}
+
+// Another program puts its file there between the moment in which the old one is opened and that
+// in which it can be held.
+TEST_F(HostFileSystemTest, AFileThatIsNoLongerAtItsPathIsNotTheOneThatIsReplaced) {
+  for (const bool isThere : {true, false}) {
+    folder_.Put("old", "old");
+    folder_.Put("next", "new");
+    folder_.Put("another", "another's");
+    auto reader = files_.OpenForRead("old");
+    std::vector<std::string> asked;
+    std::thread replacing([&] {
+      patient_.Replace("next", "old", [&](InputFile* old) {
+        asked.push_back(old != nullptr ? Content(*old) : "none");
+        return false;
+      });
+    });
+    while (Descriptors(folder_ / "old") < 2) {
+      std::this_thread::yield();
+    }
+    if (isThere) {
+      fs::rename("another", "old");
+    } else {
+      fs::remove("old");
+    }
+    reader.file.reset();
+    replacing.join();
+    EXPECT_EQ(asked, std::vector<std::string>{isThere ? "another's" : "none"});
+  }
+}
+
+TEST_F(HostFileSystemTest, OnlyARegularFileBesideIsReplaced) {
+  folder_.Put("file", "pipe");
+  fs::create_symlink("file", "link");
+  fs::create_symlink("/proc/version", "away");
+  ASSERT_EQ(mkfifo("fifo", 0666), 0);
+  const std::vector<std::pair<std::string, WayToWrite>> ways = {
+      {"file", WayToWrite::kBeside},      {"link", WayToWrite::kBeside},
+      {"missing", WayToWrite::kDirectly}, {"away", WayToWrite::kDirectly},
+      {"fifo", WayToWrite::kDirectly},    {"/dev/null", WayToWrite::kDirectly}};
+  for (const auto& [path, way] : ways) {
+    EXPECT_EQ(files_.HowToWrite(path), way) << path;
+  }
+  const auto reader = files_.OpenForRead("file");
+  EXPECT_EQ(files_.HowToWrite("file"), WayToWrite::kRefused);
+  const int end = open("fifo", O_RDONLY | O_NONBLOCK);
+  const auto pipe = files_.OpenForWrite("fifo");
+  ASSERT_TRUE(pipe.file);
+  EXPECT_TRUE(pipe.file->Write("seen"));
+  char seen[5] = {};
+  EXPECT_EQ(read(end, seen, 4), 4);
+  EXPECT_STREQ(seen, "seen");
+  close(end);
+}
+
+TEST_F(HostFileSystemTest, LinksOutOfTheFolderAreKnown) {
+  fs::create_directories("project/sub");
+  folder_.Put("outside", "");
+  folder_.Put("project/file", "");
+  fs::create_symlink("project", "alias");
+  fs::create_symlink("file", "project/inside");
+  fs::create_symlink("sub/new", "project/dangling");
+  fs::create_symlink("../outside", "project/out");
+  fs::create_symlink("out", "project/chain");
+  fs::create_symlink("../project/sub/../../outside", "project/sub/further");
+  for (const char* inside :
+       {"project/file", "project/inside", "project/dangling", "alias/inside", "project/missing"}) {
+    EXPECT_FALSE(files_.LeadsOutOfFolder(inside)) << inside;
+  }
+  for (const char* out : {"project/out", "project/chain", "alias/out", "project/sub/further"}) {
+    EXPECT_TRUE(files_.LeadsOutOfFolder(out)) << out;
+  }
+}
+
+TEST_F(HostFileSystemTest, WhatAKilledProgramLeftIsTakenAwayAndNothingElse) {
+  const std::string tail = ".0123456789abcdef.tmp";
+  const std::string longName(220, 'n');
+  for (const std::string& left : {"f" + tail, "f.bak12" + tail, longName.substr(0, 200) + tail}) {
+    folder_.Put(left, "");
+  }
+  const std::vector<std::string> others = {"f",
+                                           "f.tmp",
+                                           "ff" + tail,
+                                           "f.x" + tail,
+                                           "g" + tail,
+                                           "f.0123456789abcdeF.tmp",
+                                           "f" + TemporaryTail()};
+  for (const std::string& other : others) {
+    folder_.Put(other, "");
+  }
+  const auto running = files_.OpenForWrite(others.back());
+  fs::create_symlink("f", "f.aaaaaaaaaaaaaaaa.tmp");
+  files_.RemoveAbandoned("f");
+  files_.RemoveAbandoned(longName);
+  for (const std::string& other : others) {
+    EXPECT_TRUE(fs::exists(other)) << other;
+  }
+  const auto left = std::distance(fs::directory_iterator("."), fs::directory_iterator());
+  EXPECT_EQ(static_cast<size_t>(left), others.size() + 1);
+  EXPECT_NE(TemporaryTail(), TemporaryTail());
+}
+
+TEST_F(HostFileSystemTest, PermissionsAreTakenFromAnother) {
+  folder_.Put("secret", "");
+  folder_.Put("copy", "");
+  ASSERT_EQ(chmod("secret", 0600), 0);
+  EXPECT_TRUE(files_.TakePermissions("copy", "secret"));
+  EXPECT_EQ(fs::status("copy").permissions(), fs::perms(0600));
+  EXPECT_FALSE(files_.TakePermissions("copy", "missing"));
 }
 
 TEST_F(HostFileSystemTest, AsksAboutTheFileThatGoes) {

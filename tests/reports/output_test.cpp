@@ -32,7 +32,10 @@ TEST(Outputs, FieldsAreQuotedOnlyWhereTheyMustBe) {
   EXPECT_EQ(CsvField(""), "");
   EXPECT_EQ(CsvField("a,b"), "\"a,b\"");
   EXPECT_EQ(CsvField("a\"b"), "\"a\"\"b\"");
-  EXPECT_EQ(CsvField("a\r"), "\"a\r\"");
+  for (const std::string formula : {"=1+1", "+1", "-1", "@SUM(1)", "\tx"}) {
+    EXPECT_EQ(CsvField(formula), "'" + formula);
+  }
+  EXPECT_EQ(CsvField("=a,\r\n\x1B"), "\"'=a, \uFFFD\"");
 }
 
 TEST(Outputs, ALineOfATerminalObeysNothing) {

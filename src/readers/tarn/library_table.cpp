@@ -28,10 +28,9 @@ std::string_view Suffix(LibraryTableKind kind, const StkProject& project) {
   return project.FloatingPoint() ? "f" : "";
 }
 
-std::string TablePath(LibraryTableKind kind, const StkProject& project, const Host& host,
-                      const StkReporter& reporter) {
+std::string TablePath(std::string_view suffix, const Host& host, const StkReporter& reporter) {
   const std::string name =
-      reporter.Messages().FormatMessageText(MessageKey::kTableFilePattern, {Suffix(kind, project)});
+      reporter.Messages().FormatMessageText(MessageKey::kTableFilePattern, {suffix});
   if (host.dataFolder.empty()) {
     return ProgramDataPath(name, host);
   }
@@ -61,8 +60,8 @@ bool ReadNames(StkLibraryTable& table, const CodePage& codePage, Event& stopEven
 
 StkLibraryTable::StkLibraryTable(LibraryTableKind kind, const StkProject& project, Host& host,
                                  StkReporter& reporter)
-    : StkSpecReader(SpecificationKind::kLibraryTable, TablePath(kind, project, host, reporter),
-                    host, reporter),
+    : StkSpecReader(SpecificationKind::kLibraryTable,
+                    TablePath(Suffix(kind, project), host, reporter), host, reporter),
       resourceId_(static_cast<uint32_t>(NameKey(kind))),
       displayName_(reporter.Messages().Text(NameKey(kind))) {}
 
@@ -83,6 +82,14 @@ std::unique_ptr<StkByteSource> StkLibraryTable::Open() {
 bool StkLibraryTable::MayBeMissed() const {
   return !host_.dataFolder.empty() ||
          host_.files.IsDirectory(DirectoryPart(Path(), host_.codePage));
+}
+
+std::vector<std::string> LibraryTablePaths(const Host& host, const StkReporter& reporter) {
+  std::vector<std::string> paths;
+  for (const std::string_view suffix : {"", "f", "sm", "r", "rsm"}) {
+    paths.push_back(TablePath(suffix, host, reporter));
+  }
+  return paths;
 }
 
 RuntimeNameSet LoadRuntimeNames(const StkProject& project, Host& host, StkReporter& reporter,

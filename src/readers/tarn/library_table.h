@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "files/spec_reader.h"
 #include "readers/tarn/name_set.h"
@@ -35,6 +36,9 @@ class StkLibraryTable : public StkSpecReader {
   uint32_t resourceId_;
   std::string displayName_;
 };
+
+// Where each table of every variant is, or would be.
+std::vector<std::string> LibraryTablePaths(const Host& host, const StkReporter& reporter);
 
 // The names of the runtime helper table that the project's options choose; some of them once the
 // stop event is set. Any thread.

@@ -88,6 +88,7 @@ void StkProject::ReadModules(const StkProjectFile& projectFile) {
     if (source.empty()) {
       break;
     }
+    sources_.Add(AbsoluteAgainst(source, projectDirectory_, host_));
     if (const auto modulePath = LocateModuleFile(source, projectFile, host_)) {
       modules_.Add(*modulePath);
     }

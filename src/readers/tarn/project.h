@@ -25,6 +25,8 @@ class StkProject {
 
   const std::string& Path() const { return path_; }
   const std::string& ProjectDirectory() const { return projectDirectory_; }
+  // As the project lists them, those too that have no module.
+  const StkStringList& Sources() const { return sources_; }
   const StkStringList& Modules() const { return modules_; }
   // Of sources that it names and that are not read.
   const std::vector<StkNote>& Notes() const { return notes_; }
@@ -43,6 +45,7 @@ class StkProject {
   StkReporter& reporter_;
   std::string path_;
   std::string projectDirectory_;
+  StkStringList sources_;
   StkStringList modules_;
   std::vector<StkNote> notes_;
   bool libraryCheck_ = false;

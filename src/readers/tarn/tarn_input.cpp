@@ -4,6 +4,7 @@
 
 #include "files/text_input_file.h"
 #include "readers/tarn/duplicate_definitions.h"
+#include "readers/tarn/library_table.h"
 #include "readers/tarn/module_entry.h"
 #include "readers/tarn/module_reader.h"
 #include "readers/tarn/spec_sources.h"
@@ -84,6 +85,14 @@ std::unique_ptr<ModuleReader> TarnInput::MakeReader() {
 void TarnInput::ResolveCalls(FunctionDatabase database) {
   database.functions.ResolveAllCalls();
   NoteDuplicateDefinitions(database.functions, reporter_.Messages(), notes_);
+}
+
+StkStringList TarnInput::RelatedFiles() const {
+  StkStringList files = project_.Sources();
+  for (const std::string& table : LibraryTablePaths(host_, reporter_)) {
+    files.Add(table);
+  }
+  return files;
 }
 
 std::vector<std::unique_ptr<StkSpecReader>> TarnInput::BuildSpecSources() {

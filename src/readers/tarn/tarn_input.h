@@ -29,6 +29,7 @@ class TarnInput : public ProgramInput {
   std::optional<std::string> GeneratorVersion() const override;
   std::unique_ptr<ModuleReader> MakeReader() override;
   void ResolveCalls(FunctionDatabase database) override;
+  StkStringList RelatedFiles() const override;
   std::vector<std::unique_ptr<StkSpecReader>> BuildSpecSources() override;
   const std::vector<StkNote>& Notes() const override { return notes_; }
 

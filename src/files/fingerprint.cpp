@@ -1,4 +1,4 @@
-#include "document/fingerprint.h"
+#include "files/fingerprint.h"
 
 #include <array>
 

@@ -1,0 +1,170 @@
+#include "document/system_file_merge.h"
+
+#include <unordered_map>
+#include <utility>
+
+#include "core/adjustments.h"
+#include "core/function_text.h"
+#include "files/byte_source.h"
+#include "files/spec_line_parser.h"
+#include "files/text_reader.h"
+#include "platform/limits.h"
+
+namespace velkor {
+
+namespace {
+
+// What the lines of the file state, by function.
+class Statements {
+ public:
+  Statements(const StkFunctionTable& functions, const std::string& path,
+             const StkMessages& messages)
+      : functions_(functions), path_(path), messages_(messages) {}
+
+  // False at an erroneous line.
+  bool Read(std::string_view text) {
+    StkMemorySource source(text);
+    StkTextReader reader(source);
+    TextLine line;
+    for (uint32_t number = 1; reader.ReadLine(line, kTextBufferSize); ++number) {
+      if (number > kMaxTextLines || line.length > kMaxTextLength || !Take(number, line.text)) {
+        return false;
+      }
+    }
+    return true;
+  }
+  const StkAdjustment* Of(const StkFunction& function) const {
+    const auto found = byFunction_.find(&function);
+    return found == byFunction_.end() ? nullptr : &found->second;
+  }
+  // A line names a function that is not there.
+  bool AnyStale() const { return anyStale_; }
+
+ private:
+  bool Take(uint32_t number, std::string_view text) {
+    SpecLineParser line({functions_, SpecificationKind::kSystemFile, path_, number, messages_},
+                        text);
+    if (!line.Parse()) {
+      const MessageKey error = line.Error().key;
+      anyStale_ = true;
+      return error == MessageKey::kW9410 || error == MessageKey::kW9418;
+    }
+    if (line.Function() == nullptr || !line.AttributeSeen()) {
+      return true;
+    }
+    StkAdjustment adjustment;
+    adjustment.margin = line.Margin();
+    adjustment.depth = line.Depth();
+    adjustment.SetCallees(line.Callees(), functions_.GetCodePage());
+    return byFunction_.emplace(line.Function(), std::move(adjustment)).second;
+  }
+
+  const StkFunctionTable& functions_;
+  const std::string& path_;
+  const StkMessages& messages_;
+  std::unordered_map<const StkFunction*, StkAdjustment> byFunction_;  // asked, never walked
+  bool anyStale_ = false;
+};
+
+class Merging {
+ public:
+  Merging(StkFunctionTable& functions, StkRootList& roots, StkReporter& reporter)
+      : functions_(functions), roots_(roots), reporter_(reporter) {}
+
+  void Follow(StkFunction& function, const StkAdjustment* stated) {
+    if (stated == nullptr) {
+      Cancel(function);
+    } else if (!IsInForce(*stated, function)) {
+      Adjust(function, *stated);
+    }
+  }
+  // False when a depth had to be dropped: its function is not recursive.
+  bool Compute() {
+    if (changed_) {
+      Recompute(functions_, roots_, calleesChanged_, nullptr, nullptr, reporter_);
+    }
+    bool kept = true;
+    for (StkFunction* function : withDepth_) {
+      if (!function->Is(FN_RECURSIVE)) {
+        functions_.PutInForce(*function, {function->adjustment->margin, kNoDepth});
+        kept = false;
+      }
+    }
+    if (!kept) {
+      Recompute(functions_, roots_, false, nullptr, nullptr, reporter_);
+    }
+    return kept;
+  }
+  bool Changed() const { return changed_; }
+  bool CalleesChanged() const { return calleesChanged_; }
+
+ private:
+  static bool IsInForce(const StkAdjustment& stated, const StkFunction& function) {
+    const StkAppliedAdjustment* now = function.adjustment.get();
+    return now != nullptr && now->margin == stated.margin && now->depth == stated.depth &&
+           function.extraCallees == *stated.callees;
+  }
+  void Cancel(StkFunction& function) {
+    if (function.adjustment == nullptr) {
+      return;
+    }
+    functions_.TakeAdjustmentAway(function);
+    SetCallees(function, {});
+    Log(MessageKey::kSpecificationCanceled, function, {});
+  }
+  void Adjust(StkFunction& function, const StkAdjustment& stated) {
+    const std::string text =
+        AdjustmentInformation(stated, function, InformationMode::kCompare, reporter_.Messages())
+            .text;
+    functions_.PutInForce(function, {stated.margin, stated.depth});
+    if (stated.depth != kNoDepth) {
+      withDepth_.push_back(&function);
+    }
+    SetCallees(function, *stated.callees);
+    Log(MessageKey::kSpecificationAdjusted, function, text);
+  }
+  void SetCallees(StkFunction& function, const StkFunctionList& callees) {
+    calleesChanged_ = calleesChanged_ || function.extraCallees != callees;
+    function.extraCallees = callees;
+    changed_ = true;
+  }
+  void Log(MessageKey key, const StkFunction& function, const std::string& text) {
+    const std::string name = FunctionSpecName(function, functions_.GetCodePage());
+    if (key == MessageKey::kSpecificationCanceled) {
+      reporter_.LogMessage(key, {name});
+    } else {
+      reporter_.LogMessage(key, {name, text});
+    }
+  }
+
+  StkFunctionTable& functions_;
+  StkRootList& roots_;
+  StkReporter& reporter_;
+  StkFunctionList withDepth_;
+  bool changed_ = false;
+  bool calleesChanged_ = false;
+};
+
+}  // namespace
+
+SystemFileMerge MergeSystemFile(std::string_view text, const std::string& path,
+                                const std::unordered_set<const StkFunction*>& own,
+                                StkFunctionTable& functions, StkRootList& roots,
+                                StkReporter& reporter) {
+  Statements stated(functions, path, reporter.Messages());
+  if (!stated.Read(text)) {
+    return {};
+  }
+  Merging merging(functions, roots, reporter);
+  for (StkFunction* function : functions.Functions()) {
+    if (!own.contains(function)) {
+      merging.Follow(*function, stated.Of(*function));
+    }
+  }
+  const bool kept = merging.Compute();
+  return {.whole = kept && !stated.AnyStale(),
+          .changed = merging.Changed(),
+          .calleesChanged = merging.CalleesChanged()};
+}
+
+}  // namespace velkor
