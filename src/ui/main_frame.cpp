@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QMimeData>
 #include <QScreen>
+#include <QShortcut>
 #include <QToolBar>
 #include <algorithm>
 
@@ -34,6 +35,12 @@ QString DraggedProject(const QMimeData& data) {
   const QList<QUrl> urls = data.urls();
   const QString path = urls.size() == 1 ? urls.front().toLocalFile() : QString();
   return path.endsWith(".prj", Qt::CaseInsensitive) ? path : QString();
+}
+
+// What a source proposes may be a move: it would then delete the file.
+void AcceptAsCopy(QDropEvent& event) {
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
 }
 
 }  // namespace
@@ -71,6 +78,8 @@ CMainFrame::~CMainFrame() {
 
 void CMainFrame::CreateBars() {
   actions_.FillMenuBar(*menuBar(), context_, [this] { UpdateCommands(); });
+  connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this,
+          [this] { menuBar()->setActiveAction(menuBar()->actions().front()); });
   auto* toolBar = new QToolBar(context_.Text(kToolBarName), this);
   toolBar->setAccessibleName(context_.Text(kToolBarName));
   toolBar->setIconSize(kToolbarIconSize);
@@ -166,8 +175,12 @@ void CMainFrame::LetGoOfDocument() {
 
 void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {
   if (!IsModal() && !DraggedProject(*event->mimeData()).isEmpty()) {
-    event->acceptProposedAction();
+    AcceptAsCopy(*event);
   }
+}
+
+void CMainFrame::dragMoveEvent(QDragMoveEvent* event) {
+  AcceptAsCopy(*event);
 }
 
 // Opened once the drag has ended: opening may show a box.
@@ -176,7 +189,7 @@ void CMainFrame::dropEvent(QDropEvent* event) {
   if (IsModal() || path.isEmpty()) {
     return;
   }
-  event->acceptProposedAction();
+  AcceptAsCopy(*event);
   QMetaObject::invokeMethod(
       this,
       [this, path] {
