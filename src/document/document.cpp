@@ -43,6 +43,7 @@ void CStkDoc::UpdateAllViews(View* sender, ViewHint hint) {
 bool CStkDoc::OnOpenDocument(std::string_view path) {
   std::string opened(path);
   StopAllJobs();
+  SettleSystemSave();
   UpdateAllViews(nullptr, HINT_CLEAR);
   currentSelection_ = nullptr;
   pathName_.clear();
@@ -61,6 +62,7 @@ void CStkDoc::DeleteContents() {
   filesInMemory_.clear();
   DiscardTables();
   knownSystemFile_.reset();
+  SetSystemSaveFailed(false);
 }
 
 void CStkDoc::MakeTables() {
@@ -194,6 +196,7 @@ void CStkDoc::Recalculate() {
   }
   reporter_.SetOpenedFromCommandLine(false);
   StopAllJobs();
+  SettleSystemSave();
   UpdateAllViews(nullptr, HINT_CLEAR);
   currentSelection_ = nullptr;
   if (LoadProject(pathName_)) {
@@ -275,7 +278,7 @@ void CStkDoc::StopAllJobs() {
   if (writing != nullptr && !writing->IsAutomatic()) {
     Stop(JobKind::kSpecWrite);
   }
-  SettleSystemSave();
+  EndDueSave();
 }
 
 }  // namespace velkor

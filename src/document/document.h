@@ -30,6 +30,7 @@ enum ViewHint : int {
   HINT_STRUCTURE = 3,  // a callee list has changed
   HINT_SIZES = 4,      // sizes have changed
   HINT_SELECTION = 5,  // the call tree's selection has changed
+  HINT_SAVED = 6,      // SystemSaveFailed answers otherwise than before
 };
 
 // What is told of changes of the document. User-interface thread.
@@ -48,8 +49,9 @@ class View {
 //
 // Adjustments are not lost on the way to the stk system file: opening, recalculating and the
 // destructor let an automatic save end instead of stopping it, and make up for one that the user
-// stopped; a stk system file of which this analysis could not take everything is kept beside the
-// new one (StkSystemFileKeeper).
+// stopped; opening and recalculating try one that failed once more, and so does whoever lets go of
+// the document (SettleSystemSave); a stk system file of which this analysis could not take
+// everything is kept beside the new one (StkSystemFileKeeper).
 //
 // A job is finished on its end notification. One that was posted by a job that has been stopped
 // since finds no job, or a newer one that still works; then nothing happens, and the newer one is
@@ -103,6 +105,12 @@ class CStkDoc {
   // Rewrites the stk system file in the background. A save that runs is waited for; requests made
   // meanwhile become one, which writes the newest state. Nothing without functions.
   void SaveSystemFile();
+  // The last automatic save of this analysis has failed, and none has come through since: the stk
+  // system file does not state what is in force.
+  bool SystemSaveFailed() const { return systemSaveFailed_; }
+  // Waits for a running automatic save, and makes good one that was stopped or has failed. False
+  // when it fails again, after a message: to discard the analysis now loses adjustments.
+  bool SettleSystemSave();
   // Waits for a running save. False without functions, or while they are being read.
   bool SaveSpecFile(std::string_view path);
   // Waits for a report that runs. False without functions, or while they are being read.
@@ -158,7 +166,8 @@ class CStkDoc {
   bool HasFunctionsToWrite() const;
   void StartWriting(StkSpecWriter::Mode mode, std::string path);
   void EndSpecWrite();
-  void SettleSystemSave();
+  void EndDueSave();
+  void SetSystemSaveFailed(bool failed);
   std::vector<std::string> InputPaths(bool withSources);
 
   Host& host_;
@@ -178,6 +187,7 @@ class CStkDoc {
   StkFunction* currentSelection_ = nullptr;
   JobSlots jobs_;
   bool systemSaveDue_ = false;
+  bool systemSaveFailed_ = false;
   bool anyJobFailed_ = false;
   bool anyWritingFailed_ = false;
   // Fingerprint of the stk system file whose adjustments are all in force.

@@ -23,7 +23,7 @@ bool CStkDoc::SaveSpecFile(std::string_view path) {
     return false;
   }
   std::string target(path);
-  SettleSystemSave();
+  EndDueSave();
   StartWriting(StkSpecWriter::Mode::kUser, std::move(target));
   return true;
 }
@@ -84,20 +84,37 @@ void CStkDoc::EndSpecWrite() {
   if (job->IsAutomatic()) {
     if (job->End() == JobEnd::kCompleted) {
       knownSystemFile_ = job->Written();
-    } else if (job->End() == JobEnd::kStopped) {
-      systemSaveDue_ = true;
     }
+    systemSaveDue_ = systemSaveDue_ || job->End() == JobEnd::kStopped;
   }
+  const bool settled = job->IsAutomatic() && job->End() != JobEnd::kStopped;
+  const bool failed = job->End() == JobEnd::kFailed;
   jobs_.Empty(JobKind::kSpecWrite);
+  if (settled) {
+    SetSystemSaveFailed(failed);
+  }
 }
 
 // Until no automatic save runs or is due. One that fails has said so and is not tried again.
-void CStkDoc::SettleSystemSave() {
+void CStkDoc::EndDueSave() {
   EndSpecWrite();
   if (systemSaveDue_) {
     SaveSystemFile();
     EndSpecWrite();
     systemSaveDue_ = false;
+  }
+}
+
+bool CStkDoc::SettleSystemSave() {
+  EndSpecWrite();
+  systemSaveDue_ = systemSaveDue_ || systemSaveFailed_;
+  EndDueSave();
+  return !systemSaveFailed_;
+}
+
+void CStkDoc::SetSystemSaveFailed(bool failed) {
+  if (std::exchange(systemSaveFailed_, failed) != failed) {
+    UpdateAllViews(nullptr, HINT_SAVED);
   }
 }
 

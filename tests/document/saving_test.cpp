@@ -157,6 +157,17 @@ TEST_F(SavingTest, ASystemFileThatCannotBeKeptIsNotReplaced) {
   EXPECT_TRUE(Logged("W9402 Cannot open file to write (C:\\p\\app.psg)."));
   EXPECT_EQ(Find("f")->adjustment->margin, 5u);
 
+  EXPECT_TRUE(document.SystemSaveFailed());
+  EXPECT_EQ(view.hints.back(), HINT_SAVED);
+  EXPECT_FALSE(document.SettleSystemSave());
+  EXPECT_EQ(SystemFile(), old);
+  host.files.Remove(kSystemFile);
+  document.Recalculate();
+  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n") << "tried once more before the analysis goes";
+  EXPECT_FALSE(document.SystemSaveFailed());
+  Finish();
+  host.files.Put(kSystemFile, old);
+
   host.files.Refuse(kSystemFile);
   document.Recalculate();
   Finish();
