@@ -68,7 +68,7 @@ std::optional<std::string> WindowFileDialogs::Ask(CFileDialogEx& dialog, UiConte
   }
   std::optional<std::string> name = dialog.Ask();
   if (name) {
-    folder_ = dialog.directory().path();
+    folder_ = QFileInfo(dialog.selectedFiles().front()).path();
   }
   return name;
 }

@@ -83,6 +83,7 @@ void CStkTreeView::OnUpdate(ViewHint hint) {
     case HINT_SIZES:
       return RefreshMarks();
     case HINT_SELECTION:
+    case HINT_SAVED:
       return;
   }
 }
