@@ -134,6 +134,23 @@ reset_all() {
   await test ! -s "$folder/app.psg"
 }
 
+# A name that the code page of the project cannot hold whole; the dialogs speak the user's language.
+save_in_japanese_under_another_code_page() {
+  LC_ALL=ja_JP.UTF-8 "$velkor" --codepage 932 "$folder/app.prj" >"$folder/japanese.log" 2>&1 &
+  window=$!
+  children+=("$window")
+  await is_titled "$kMain"
+  open_by ctrl+o
+  await is_titled 開く
+  press Escape
+  await is_titled "$kMain"
+  give_file äレ.txt alt+f m
+  await is_titled "$kMain"
+  await test -s "$folder/äレ.txt"
+  press alt+f e
+  await is_ended "$window"
+}
+
 cp -r "$3"/. "$folder"
 start
 open_project
@@ -147,3 +164,4 @@ reset_all
 press alt+f e
 await is_ended "$window"
 wait "$window"
+save_in_japanese_under_another_code_page
