@@ -7,7 +7,13 @@
 namespace velkor {
 
 StkJobMonitor::StkJobMonitor(CStkDoc& document, ProgressBar& progress)
-    : document_(document), progress_(progress) {}
+    : document_(document), progress_(progress) {
+  document_.AddView(*this);
+}
+
+StkJobMonitor::~StkJobMonitor() {
+  document_.RemoveView(*this);
+}
 
 void StkJobMonitor::Handle(uint32_t message, uint64_t parameter) {
   if (message < WM_STK_ANALYSIS_START || message > WM_STK_CHAINSAVE_PROGRESS) {
@@ -79,6 +85,17 @@ void StkJobMonitor::Stop() {
       document_.Stop(kind);
     }
   }
+  ClearSlots();
+}
+
+// Sent when every job has been stopped.
+void StkJobMonitor::OnUpdate(ViewHint hint) {
+  if (hint == HINT_CLEAR) {
+    ClearSlots();
+  }
+}
+
+void StkJobMonitor::ClearSlots() {
   slots_ = {};
   progress_.SetPosition(0);
 }

@@ -81,14 +81,16 @@ void CStkApp::Execute(Command command) {
 
 void CStkApp::OpenProject() {
   reporter_.SetOpenedFromCommandLine(false);
-  if (const auto path = parts_.fileDialogs.ProjectToOpen(context_, &frame_)) {
+  const auto path = parts_.fileDialogs.ProjectToOpen(context_, &frame_);
+  if (path && frame_.MayDiscardAnalysis()) {
     OpenDocumentFile(*path);
   }
 }
 
 void CStkApp::OpenDropped(const QString& path) {
   reporter_.SetOpenedFromCommandLine(false);
-  if (const auto name = NameToOpen(path, context_)) {
+  const auto name = NameToOpen(path, context_);
+  if (name && frame_.MayDiscardAnalysis()) {
     OpenDocumentFile(*name);
   }
 }

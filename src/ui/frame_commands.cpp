@@ -5,9 +5,15 @@
 
 namespace velkor::ui {
 
-FrameCommands::FrameCommands(UiContext& context, FrameParts& parts, StkJobMonitor& monitor,
-                             QWidget& window)
-    : context_(context), parts_(parts), monitor_(monitor), window_(window) {}
+namespace {
+
+constexpr auto kDiscardQuestion = static_cast<MessageKey>(kDialogTextKey * 500 + 1009);
+
+}  // namespace
+
+FrameCommands::FrameCommands(UiContext& context, NotificationQueue& posted, FrameParts& parts,
+                             StkJobMonitor& monitor, QWidget& window)
+    : context_(context), posted_(posted), parts_(parts), monitor_(monitor), window_(window) {}
 
 std::optional<CommandState> FrameCommands::StateOf(Command command) {
   CStkDoc& document = context_.document;
@@ -78,6 +84,9 @@ void FrameCommands::ResetAllFunctions() {
 }
 
 void FrameCommands::Recalculate() {
+  if (!MayDiscardAnalysis()) {
+    return;
+  }
   const WaitCursor waiting;
   context_.document.Recalculate();
 }
@@ -87,6 +96,18 @@ void FrameCommands::Stop() {
     const WaitCursor waiting;
     monitor_.Stop();
   }
+}
+
+bool FrameCommands::MayDiscardAnalysis() {
+  {
+    const WaitCursor waiting;
+    if (context_.document.SettleSystemSave()) {
+      return true;
+    }
+  }
+  posted_.HandleAll();  // why it has failed
+  return context_.reporter.AskYesNo(kDiscardQuestion,
+                                    {MessageFile{context_.document.Input()->SystemFilePath()}});
 }
 
 bool HasReadableFunctions(CStkDoc& document) {

@@ -6,6 +6,7 @@
 #include "document/job_monitor.h"
 #include "ui/commands/command_target.h"
 #include "ui/frame_parts.h"
+#include "ui/notification_queue.h"
 #include "ui/ui_context.h"
 
 namespace velkor::ui {
@@ -15,12 +16,16 @@ namespace velkor::ui {
 class FrameCommands : public CommandTarget {
  public:
   // window: in front of which dialogs open.
-  FrameCommands(UiContext& context, FrameParts& parts, StkJobMonitor& monitor, QWidget& window);
+  FrameCommands(UiContext& context, NotificationQueue& posted, FrameParts& parts,
+                StkJobMonitor& monitor, QWidget& window);
 
   std::optional<CommandState> StateOf(Command command) override;
   void Execute(Command command) override;
   // Every job that runs.
   void Stop();
+  // Makes good an automatic save that has failed. When it fails again the user is told, and decides
+  // whether its adjustments may be lost with the analysis.
+  bool MayDiscardAnalysis();
 
  private:
   void LoadSpecFile();
@@ -29,6 +34,7 @@ class FrameCommands : public CommandTarget {
   void Recalculate();
 
   UiContext& context_;
+  NotificationQueue& posted_;
   FrameParts& parts_;
   StkJobMonitor& monitor_;
   QWidget& window_;

@@ -4,6 +4,7 @@
 #include <QCloseEvent>
 #include <QMimeData>
 #include <QScreen>
+#include <QShortcut>
 #include <QToolBar>
 #include <algorithm>
 
@@ -23,6 +24,8 @@ constexpr uint32_t kNames = kDialogTextKey * 500;
 constexpr uint32_t kProgressName = kNames + 1004;
 constexpr uint32_t kToolBarName = kNames + 1005;
 constexpr uint32_t kUntitled = kNames + 1006;
+constexpr uint32_t kNotSavedTitle = kNames + 1007;
+constexpr uint32_t kNotSavedPrompt = kNames + 1008;
 
 constexpr QSize kInitialSize(1024, 640);
 constexpr int kTreeWidth = 200;
@@ -36,6 +39,12 @@ QString DraggedProject(const QMimeData& data) {
   return path.endsWith(".prj", Qt::CaseInsensitive) ? path : QString();
 }
 
+// What a source proposes may be a move: it would then delete the file.
+void AcceptAsCopy(QDropEvent& event) {
+  event.setDropAction(Qt::CopyAction);
+  event.accept();
+}
+
 }  // namespace
 
 CMainFrame::CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts parts)
@@ -43,10 +52,11 @@ CMainFrame::CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts
       posted_(posted),
       parts_(std::move(parts)),
       actions_(*this, context, parts_.productName, [this](Command command) { Route(command); }),
-      statusBar_(new CStkStatusBar(context.Text(kIdlePrompt), context.Text(kProgressName), this)),
+      statusBar_(new CStkStatusBar(context.Text(kProgressName), this)),
       notes_(context),
       monitor_(context.document, *statusBar_),
-      commands_(context, parts_, monitor_, *this) {
+      commands_(context, posted, parts_, monitor_, *this) {
+  context_.document.AddView(*this);
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
   CreateBars();
@@ -61,6 +71,7 @@ CMainFrame::CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts
 }
 
 CMainFrame::~CMainFrame() {
+  context_.document.RemoveView(*this);
   posted_.ClearHandlers();
   disconnect(qApp, nullptr, this, nullptr);
   activeView_ = nullptr;
@@ -71,6 +82,8 @@ CMainFrame::~CMainFrame() {
 
 void CMainFrame::CreateBars() {
   actions_.FillMenuBar(*menuBar(), context_, [this] { UpdateCommands(); });
+  connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this,
+          [this] { menuBar()->setActiveAction(menuBar()->actions().front()); });
   auto* toolBar = new QToolBar(context_.Text(kToolBarName), this);
   toolBar->setAccessibleName(context_.Text(kToolBarName));
   toolBar->setIconSize(kToolbarIconSize);
@@ -116,10 +129,21 @@ void CMainFrame::SetInitialSizes() {
 
 void CMainFrame::DocumentChanged() {
   const std::string& path = context_.document.PathName();
-  const QString name = path.empty() ? context_.Text(kUntitled)
-                                    : context_.Decoded(FileNamePart(path, context_.host.codePage));
+  QString name = path.empty() ? context_.Text(kUntitled)
+                              : context_.Decoded(FileNamePart(path, context_.host.codePage));
+  const bool notSaved = context_.document.SystemSaveFailed();
+  if (notSaved) {
+    name += " " + context_.Text(kNotSavedTitle);
+  }
   setWindowTitle(name + " - " + context_.Decoded(parts_.productName));
+  statusBar_->SetIdleText(context_.Text(notSaved ? kNotSavedPrompt : kIdlePrompt));
   UpdateCommands();
+}
+
+void CMainFrame::OnUpdate(ViewHint hint) {
+  if (hint == HINT_SAVED) {
+    DocumentChanged();
+  }
 }
 
 void CMainFrame::FollowFocus(QWidget* focused) {
@@ -147,6 +171,10 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
   commands_.Stop();
   UpdateCommands();
   if (!IsModal()) {
+    if (!MayDiscardAnalysis()) {
+      event->ignore();
+      return;
+    }
     LetGoOfDocument();
   }
   closed_ = true;
@@ -166,8 +194,12 @@ void CMainFrame::LetGoOfDocument() {
 
 void CMainFrame::dragEnterEvent(QDragEnterEvent* event) {
   if (!IsModal() && !DraggedProject(*event->mimeData()).isEmpty()) {
-    event->acceptProposedAction();
+    AcceptAsCopy(*event);
   }
+}
+
+void CMainFrame::dragMoveEvent(QDragMoveEvent* event) {
+  AcceptAsCopy(*event);
 }
 
 // Opened once the drag has ended: opening may show a box.
@@ -176,7 +208,7 @@ void CMainFrame::dropEvent(QDropEvent* event) {
   if (IsModal() || path.isEmpty()) {
     return;
   }
-  event->acceptProposedAction();
+  AcceptAsCopy(*event);
   QMetaObject::invokeMethod(
       this,
       [this, path] {

@@ -23,22 +23,26 @@
 namespace velkor::ui {
 
 // The main window: menus, toolbar, status bar and the three views; the way of every command; and
-// what the notifications of the jobs do. Asked to close, it stops every job first.
+// what the notifications of the jobs do. Asked to close, it stops every job first. As long as the
+// stk system file lacks adjustments because its save has failed, title and status bar say so.
 //
 // A command goes to the view that had the focus last, then to the frame, then to the application;
 // a sort command goes to the function list before that. The first that knows it decides.
-class CMainFrame : public QMainWindow, public FrameOperations {
+class CMainFrame : public QMainWindow, public FrameOperations, public View {
  public:
   CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts parts);
   ~CMainFrame() override;
 
   // Another document, or none: the title and the commands follow.
   void DocumentChanged();
+  // As FrameCommands.
+  bool MayDiscardAnalysis() { return commands_.MayDiscardAnalysis(); }
 
   void SaveCallChain(StkFunction& function, bool allChains) override;
   bool AdjustStackSize(StkFunction& function) override;
   void ResetFunction(StkFunction& function) override;
   void UpdateCommands() override;
+  void OnUpdate(ViewHint hint) override;
 
   CStkTreeView& TreeView() { return *treeView_; }
   CStkListView& ListView() { return *listView_; }
@@ -48,6 +52,7 @@ class CMainFrame : public QMainWindow, public FrameOperations {
  protected:
   void closeEvent(QCloseEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragMoveEvent(QDragMoveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:

@@ -15,6 +15,8 @@ constexpr qint64 kHandlingMilliseconds = 15;
 
 NotificationQueue::Hold::Hold(NotificationQueue& posted) : posted_(posted) {
   ++posted_.holds_;
+  // What waits behind the request that shows the box: nothing may be posted after it.
+  posted_.goOn_.start();
 }
 
 NotificationQueue::Hold::~Hold() {

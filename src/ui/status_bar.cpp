@@ -1,6 +1,5 @@
 #include "ui/status_bar.h"
 
-#include <QLabel>
 #include <algorithm>
 
 namespace velkor::ui {
@@ -12,9 +11,9 @@ constexpr int kParts = 1000;
 
 }  // namespace
 
-CStkStatusBar::CStkStatusBar(const QString& idleText, const QString& progressName, QWidget* parent)
-    : QStatusBar(parent), bar_(new QProgressBar(this)) {
-  addWidget(new QLabel(idleText, this), 1);
+CStkStatusBar::CStkStatusBar(const QString& progressName, QWidget* parent)
+    : QStatusBar(parent), idle_(new QLabel(this)), bar_(new QProgressBar(this)) {
+  addWidget(idle_, 1);
   bar_->setRange(0, kParts);
   bar_->setValue(0);
   bar_->setTextVisible(false);

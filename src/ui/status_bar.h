@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QLabel>
 #include <QProgressBar>
 #include <QStatusBar>
 #include <cstdint>
@@ -12,14 +13,19 @@ namespace velkor::ui {
 // progress of the running job at the right end.
 class CStkStatusBar : public QStatusBar, public ProgressBar {
  public:
-  CStkStatusBar(const QString& idleText, const QString& progressName, QWidget* parent = nullptr);
+  explicit CStkStatusBar(const QString& progressName, QWidget* parent = nullptr);
+
+  // What it says while no command is pointed at.
+  void SetIdleText(const QString& text) { idle_->setText(text); }
 
   void SetPosition(uint64_t position) override;
   void SetRange(uint64_t range) override;
   void StepIt() override;
 
  private:
-  QProgressBar* bar_;  // owned by the Qt parent; shows thousandths
+  // Owned by the Qt parent.
+  QLabel* idle_;
+  QProgressBar* bar_;  // shows thousandths
   uint64_t position_ = 0;
   uint64_t range_ = 100;
 };

@@ -134,6 +134,15 @@ reset_all() {
   await test ! -s "$folder/app.psg"
 }
 
+# The toolkit's own dialogs speak the user's language, too.
+ask_in_japanese() {
+  LC_ALL=ja_JP.UTF-8 "$velkor" "$folder/app.prj" >"$folder/japanese.log" 2>&1 &
+  children+=("$!")
+  await is_titled "$kMain"
+  open_by ctrl+o
+  await is_titled 開く
+}
+
 cp -r "$3"/. "$folder"
 start
 open_project
@@ -147,3 +156,4 @@ reset_all
 press alt+f e
 await is_ended "$window"
 wait "$window"
+ask_in_japanese

@@ -136,9 +136,11 @@ void CommandActions::FillMenuBar(QMenuBar& menuBar, const UiContext& context,
   for (size_t i = 0; i < Menus().size(); ++i) {
     const auto number = static_cast<uint32_t>(i + 1);
     QMenu* menu = menuBar.addMenu(context.Text(kMenuTextKey + number));
+    PointAtDisabledItems(*menu);
     AddItems(*menu, Menus()[i], *this);
     if (i == kViewMenu) {
       QMenu* sorts = menu->addMenu(context.Text(kSortMenuText));
+      PointAtDisabledItems(*sorts);
       AddItems(*sorts, {std::begin(kSortCommands), std::end(kSortCommands)}, *this);
     }
     QObject::connect(menu, &QMenu::aboutToShow, &menuBar, opening);

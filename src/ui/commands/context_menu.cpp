@@ -3,12 +3,28 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QCoreApplication>
+#include <QProxyStyle>
 #include <QStatusTipEvent>
 
 namespace velkor::ui {
 
+namespace {
+
+class AllItemsStyle : public QProxyStyle {
+ public:
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* data) const override {
+    return hint == SH_Menu_AllowActiveAndDisabled
+               ? 1
+               : QProxyStyle::styleHint(hint, option, widget, data);
+  }
+};
+
+}  // namespace
+
 void AddCommands(QMenu& menu, const UiContext& context, const std::vector<Command>& commands,
                  const CommandStateQuery& stateOf, const CommandAction& act) {
+  PointAtDisabledItems(menu);
   auto* group = new QActionGroup(&menu);
   group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
   for (const Command command : commands) {
@@ -21,6 +37,12 @@ void AddCommands(QMenu& menu, const UiContext& context, const std::vector<Comman
     action->setStatusTip(PromptOf(command, context));
     QObject::connect(action, &QAction::triggered, &menu, [act, command] { act(command); });
   }
+}
+
+void PointAtDisabledItems(QMenu& menu) {
+  auto* style = new AllItemsStyle;
+  style->setParent(&menu);
+  menu.setStyle(style);
 }
 
 // The toolkit tells the window only of menus that belong to its menu bar.

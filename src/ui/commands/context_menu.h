@@ -25,6 +25,9 @@ QString PromptOf(Command command, const UiContext& context);
 void AddCommands(QMenu& menu, const UiContext& context, const std::vector<Command>& commands,
                  const CommandStateQuery& stateOf, const CommandAction& act);
 
+// An item that is disabled can be pointed at, too: its prompt is shown.
+void PointAtDisabledItems(QMenu& menu);
+
 // The view's window shows the prompt of whichever item of the context menu is pointed at.
 void ShowPrompts(QMenu& menu, QWidget& view);
 

@@ -2,10 +2,10 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 #include "ui/commands/toolbar_icons.h"
+#include "ui/dialogs/dialog_controls.h"
 
 namespace velkor::ui {
 
@@ -34,7 +34,7 @@ AboutBox::AboutBox(const UiContext& context, const VersionTexts& version, QWidge
   for (const uint32_t key : kRightsKeys) {
     texts->addWidget(new QLabel(context.Text(key), this));
   }
-  auto* ok = new QPushButton(context.Text(kOkKey), this);
+  auto* ok = new DialogButton(context.Text(kOkKey), this);
   ok->setDefault(true);
   connect(ok, &QPushButton::clicked, this, &QDialog::accept);
   texts->addWidget(ok, 0, Qt::AlignRight);

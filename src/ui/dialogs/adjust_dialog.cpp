@@ -9,6 +9,7 @@
 
 #include "core/function_text.h"
 #include "ui/commands/commands.h"
+#include "ui/dialogs/dialog_controls.h"
 #include "ui/dialogs/function_list_box.h"
 #include "ui/help/help_location.h"
 
@@ -41,18 +42,18 @@ AdjustStackSizeDialog::AdjustStackSizeDialog(const UiContext& context, const Stk
       context_(context),
       showHelp_(std::move(showHelp)),
       form_(*context.document.FunctionTable(), function),
-      name_(new QLineEdit(this)),
-      frameSize_(new QLineEdit(this)),
-      margin_(new QLineEdit(this)),
-      depth_(new QLineEdit(this)),
+      name_(new DialogField(this)),
+      frameSize_(new DialogField(this)),
+      margin_(new DialogField(this)),
+      depth_(new DialogField(this)),
       callees_(new FunctionListBox(context.host.codePage, this)),
       all_(new FunctionListBox(context.host.codePage, this)),
-      add_(new QPushButton(Text(kAdd), this)),
-      delete_(new QPushButton(Text(kDelete), this)),
-      ok_(new QPushButton(Text(kOk), this)),
-      cancel_(new QPushButton(Text(kCancel), this)),
-      reset_(new QPushButton(Text(kReset), this)),
-      help_(new QPushButton(Text(kHelpButton), this)) {
+      add_(new DialogButton(Text(kAdd), this)),
+      delete_(new DialogButton(Text(kDelete), this)),
+      ok_(new DialogButton(Text(kOk), this)),
+      cancel_(new DialogButton(Text(kCancel), this)),
+      reset_(new DialogButton(Text(kReset), this)),
+      help_(new DialogButton(Text(kHelpButton), this)) {
   setWindowTitle(Text(0));
   Arrange();
   Fill(function);
@@ -165,6 +166,8 @@ void AdjustStackSizeDialog::Connect() {
 
 void AdjustStackSizeDialog::Focused(FocusedList list) {
   focusedList_ = list;
+  callees_->ShowSelectionAlways(list == FocusedList::kCallees);
+  all_->ShowSelectionAlways(list == FocusedList::kAll);
   UpdateButtons();
 }
 
@@ -183,7 +186,10 @@ void AdjustStackSizeDialog::UpdateButtons() {
 }
 
 void AdjustStackSizeDialog::UpdateRecursion() {
-  const bool enabled = form_.RecursionEnabled();
+  EnableDepth(form_.RecursionEnabled());
+}
+
+void AdjustStackSizeDialog::EnableDepth(bool enabled) {
   depthLabel_->setEnabled(enabled);
   depth_->setEnabled(enabled);
 }
@@ -234,6 +240,9 @@ void AdjustStackSizeDialog::accept() {
   if (const std::optional<AdjustmentForm::Refusal> refusal = form_.Validate()) {
     ShowRefusal(*refusal, context_.reporter);
     QLineEdit* wrong = refusal->field == AdjustmentForm::Field::kMargin ? margin_ : depth_;
+    if (wrong == depth_) {
+      EnableDepth(true);  // else it could not be put right
+    }
     wrong->setFocus();
     wrong->selectAll();
     return;

@@ -46,6 +46,7 @@ class AdjustStackSizeDialog : public QDialog {
   void Focused(FocusedList list);
   void UpdateButtons();
   void UpdateRecursion();
+  void EnableDepth(bool enabled);
   void Add();
   void Delete();
   void Reset();

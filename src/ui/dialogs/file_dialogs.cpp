@@ -28,13 +28,6 @@ QStringList NameFilters(const QString& filter) {
   return filters;
 }
 
-template <typename Dialog>
-std::optional<std::string> AskFor(const QString& filter, UiContext& context, QWidget* parent) {
-  Dialog dialog(context, parent);
-  dialog.SetFilter(filter);
-  return dialog.Ask();
-}
-
 }  // namespace
 
 std::optional<std::string> WindowFileDialogs::ProjectToOpen(UiContext& context, QWidget* parent) {
@@ -43,19 +36,41 @@ std::optional<std::string> WindowFileDialogs::ProjectToOpen(UiContext& context, 
   dialog.setFileMode(QFileDialog::ExistingFile);
   dialog.SetFilter(type.value(kFilterLine) + "|*" + type.value(kExtensionLine) + "||");
   dialog.setDefaultSuffix(type.value(kExtensionLine));
-  return dialog.Ask();
+  return Ask(dialog, context);
 }
 
 std::optional<std::string> WindowFileDialogs::SpecFileToLoad(UiContext& context, QWidget* parent) {
-  return AskFor<CFileOpenDlg>(context.Text(kSpecFileFilter), context, parent);
+  CFileOpenDlg dialog(context, parent);
+  dialog.SetFilter(context.Text(kSpecFileFilter));
+  return Ask(dialog, context);
 }
 
 std::optional<std::string> WindowFileDialogs::SpecFileToSave(UiContext& context, QWidget* parent) {
-  return AskFor<CFileSaveDlg>(context.Text(kSpecFileFilter), context, parent);
+  CFileSaveDlg dialog(context, parent);
+  dialog.SetFilter(context.Text(kSpecFileFilter));
+  return Ask(dialog, context);
 }
 
 std::optional<std::string> WindowFileDialogs::ReportToSave(UiContext& context, QWidget* parent) {
-  return AskFor<CFileSaveDlg>(context.Text(kReportFilter), context, parent);
+  CFileSaveDlg dialog(context, parent);
+  dialog.SetFilter(context.Text(kReportFilter));
+  return Ask(dialog, context);
+}
+
+std::optional<std::string> WindowFileDialogs::Ask(CFileDialogEx& dialog, UiContext& context) {
+  const std::string& project = context.document.PathName();
+  if (project != project_ && project.starts_with('/')) {
+    project_ = project;
+    folder_ = QFileInfo(context.Decoded(project)).path();
+  }
+  if (!folder_.isEmpty()) {
+    dialog.setDirectory(folder_);
+  }
+  std::optional<std::string> name = dialog.Ask();
+  if (name) {
+    folder_ = QFileInfo(dialog.selectedFiles().front()).path();
+  }
+  return name;
 }
 
 CFileDialogEx::CFileDialogEx(UiContext& context, AcceptMode mode, QWidget* parent)

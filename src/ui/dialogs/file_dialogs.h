@@ -19,13 +19,22 @@ class FileDialogs {
   virtual std::optional<std::string> ReportToSave(UiContext& context, QWidget* parent) = 0;
 };
 
-// The toolkit's dialogs.
+class CFileDialogEx;
+
+// The toolkit's dialogs. The first for a project begins in the project's folder, each after it
+// where the last file was chosen.
 class WindowFileDialogs : public FileDialogs {
  public:
   std::optional<std::string> ProjectToOpen(UiContext& context, QWidget* parent) override;
   std::optional<std::string> SpecFileToLoad(UiContext& context, QWidget* parent) override;
   std::optional<std::string> SpecFileToSave(UiContext& context, QWidget* parent) override;
   std::optional<std::string> ReportToSave(UiContext& context, QWidget* parent) override;
+
+ private:
+  std::optional<std::string> Ask(CFileDialogEx& dialog, UiContext& context);
+
+  std::string project_;
+  QString folder_;
 };
 
 // A file dialog with a check of its own when the user confirms a name; a name that does not pass

@@ -3,12 +3,12 @@
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QStyledItemDelegate>
 #include <algorithm>
 
 #include "core/function_text.h"
 #include "platform/letter_case.h"
 #include "ui/shown_text.h"
+#include "ui/views/row_selection.h"
 
 namespace velkor::ui {
 
@@ -113,9 +113,9 @@ QModelIndexList FunctionListBoxModel::match(const QModelIndex& start, int role,
 }
 
 // Every row is as wide as the widest that was painted; the view asks once for all of them.
-class FunctionListBox::Delegate : public QStyledItemDelegate {
+class FunctionListBox::Delegate : public SelectedRowDelegate {
  public:
-  using QStyledItemDelegate::QStyledItemDelegate;
+  using SelectedRowDelegate::SelectedRowDelegate;
 
   int Widest() const { return widest_; }
   void Forget() { widest_ = 0; }
@@ -196,6 +196,15 @@ void FunctionListBox::ShowSorted() {
   SetFunctions(std::move(functions), count);
 }
 
+void FunctionListBox::ShowSelectionAlways(bool always) {
+  QPalette colors;
+  if (!always) {
+    colors.setColor(QPalette::Inactive, QPalette::Highlight, palette().color(QPalette::Base));
+    colors.setColor(QPalette::Inactive, QPalette::HighlightedText, palette().color(QPalette::Text));
+  }
+  setPalette(colors);
+}
+
 QSize FunctionListBox::sizeHint() const {
   return {fontMetrics().averageCharWidth() * 34, fontMetrics().height() * 8};
 }
@@ -234,15 +243,15 @@ void FunctionListBox::focusInEvent(QFocusEvent* event) {
 }
 
 void FunctionListBox::keyPressEvent(QKeyEvent* event) {
-  // The first row has the keyboard without being selected; moving to it selects it.
-  const bool moves =
-      event->key() == Qt::Key_Down || event->key() == Qt::Key_Up || event->key() == Qt::Key_Home;
-  if (moves && currentIndex().isValid() && !selectionModel()->hasSelection()) {
-    selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect);
-    event->accept();
-    return;
+  if (!SelectCurrent(*this, *event)) {
+    QListView::keyPressEvent(event);
   }
-  QListView::keyPressEvent(event);
+}
+
+QItemSelectionModel::SelectionFlags FunctionListBox::selectionCommand(const QModelIndex& index,
+                                                                      const QEvent* event) const {
+  return index.isValid() ? QListView::selectionCommand(index, event)
+                         : QItemSelectionModel::NoUpdate;
 }
 
 }  // namespace velkor::ui

@@ -58,6 +58,9 @@ class FunctionListBox : public QListView {
   // been sorted.
   void SetFunctionsByName(StkFunctionList functions);
 
+  // Whether the selected row is seen also without the focus.
+  void ShowSelectionAlways(bool always);
+
   QSize sizeHint() const override;
 
  signals:
@@ -69,6 +72,8 @@ class FunctionListBox : public QListView {
   void paintEvent(QPaintEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override;
 
  private:
   class Delegate;

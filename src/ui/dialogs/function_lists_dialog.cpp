@@ -7,6 +7,7 @@
 
 #include "core/adjustments.h"
 #include "ui/commands/commands.h"
+#include "ui/dialogs/dialog_controls.h"
 #include "ui/dialogs/function_list_box.h"
 #include "ui/help/help_location.h"
 
@@ -19,6 +20,8 @@ constexpr uint32_t kListsDialog = 400;
 constexpr uint32_t kClose = 1;
 constexpr uint32_t kAdjustSize = 1001;
 constexpr uint32_t kHelpOfLists = 57670;
+
+constexpr int kAskAgainMilliseconds = 50;
 
 constexpr size_t kUnknown = 0;
 constexpr size_t kAdjusted = 1;
@@ -50,9 +53,9 @@ FunctionListsDialog::FunctionListsDialog(const UiContext& context, FrameOperatio
       context_(context),
       frame_(frame),
       showHelp_(std::move(showHelp)),
-      close_(new QPushButton(Text(kClose), this)),
-      adjust_(new QPushButton(Text(kAdjustSize), this)),
-      help_(new QPushButton(Text(kHelpOfLists), this)) {
+      close_(new DialogButton(Text(kClose), this)),
+      adjust_(new DialogButton(Text(kAdjustSize), this)),
+      help_(new DialogButton(Text(kHelpOfLists), this)) {
   setWindowTitle(Text(0));
   for (FunctionListBox*& list : lists_) {
     list = new FunctionListBox(context.host.codePage, this);
@@ -107,7 +110,17 @@ void FunctionListsDialog::Connect() {
   for (FunctionListBox* list : lists_) {
     connect(list, &FunctionListBox::GotFocus, this, [this, list] { SetCurrentList(list); });
     connect(list, &FunctionListBox::SelectionChanged, this, [this, list] { SetCurrentList(list); });
+    connect(list, &QAbstractItemView::doubleClicked, this, [this] { AdjustSize(); });
+    for (const Qt::Key enter : {Qt::Key_Return, Qt::Key_Enter}) {
+      auto* shortcut = new QShortcut(enter, list);
+      shortcut->setContext(Qt::WidgetShortcut);
+      connect(shortcut, &QShortcut::activated, this,
+              [this] { selectedFunction_ == nullptr ? accept() : AdjustSize(); });
+    }
   }
+  askAgain_.setInterval(kAskAgainMilliseconds);
+  askAgain_.setSingleShot(true);
+  connect(&askAgain_, &QTimer::timeout, this, [this] { UpdateSelectedFunction(); });
   connect(close_, &QPushButton::clicked, this, [this] { accept(); });
   connect(adjust_, &QPushButton::clicked, this, [this] { AdjustSize(); });
   connect(help_, &QPushButton::clicked, this, [this] {
@@ -128,12 +141,19 @@ void FunctionListsDialog::Fill() {
 
 void FunctionListsDialog::SetCurrentList(FunctionListBox* list) {
   currentList_ = list;
+  for (FunctionListBox* other : lists_) {
+    other->ShowSelectionAlways(other == list);
+  }
   UpdateSelectedFunction();
 }
 
 void FunctionListsDialog::UpdateSelectedFunction() {
   selectedFunction_ = currentList_ == nullptr ? nullptr : currentList_->SelectedFunction();
-  adjust_->setEnabled(selectedFunction_ != nullptr);
+  const bool canAdjust = context_.document.CanChangeAnalysis();
+  adjust_->setEnabled(selectedFunction_ != nullptr && canAdjust);
+  if (!canAdjust) {
+    askAgain_.start();
+  }
 }
 
 void FunctionListsDialog::AdjustSize() {

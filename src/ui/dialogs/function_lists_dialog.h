@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QTimer>
 #include <array>
 #include <functional>
 
@@ -44,6 +45,7 @@ class FunctionListsDialog : public QDialog {
   std::array<FunctionListBox*, 3> lists_;   // unknown, adjusted, system library
   FunctionListBox* currentList_ = nullptr;  // had the focus or changed its selection last
   StkFunction* selectedFunction_ = nullptr;
+  QTimer askAgain_;  // runs while a job keeps the functions from being adjusted
   QPushButton* close_;
   QPushButton* adjust_;
   QPushButton* help_;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "ui/commands/commands.h"
+#include "ui/dialogs/dialog_controls.h"
 #include "ui/shown_text.h"
 
 namespace velkor::ui {
@@ -43,8 +44,9 @@ BoxAnswer Ask(QMessageBox& box, const std::vector<BoxAnswer>& answers,
   std::vector<QAbstractButton*> buttons;
   for (const BoxAnswer answer : answers) {
     const MessageKey key{kButtonTextKey + static_cast<uint32_t>(answer)};
-    buttons.push_back(box.addButton(ForScreen(messages.Text(key), messages.GetCodePage()),
-                                    QMessageBox::ActionRole));
+    buttons.push_back(
+        new DialogButton(ForScreen(messages.Text(key), messages.GetCodePage()), &box));
+    box.addButton(buttons.back(), QMessageBox::ActionRole);
   }
   box.setDefaultButton(static_cast<QPushButton*>(buttons.front()));
   // A stop question is answered with one of its buttons and with nothing else.

@@ -137,7 +137,8 @@ QItemSelectionModel::SelectionFlags CStkTreeView::selectionCommand(const QModelI
                                                                    const QEvent* event) const {
   const QItemSelectionModel::SelectionFlags command = QTreeView::selectionCommand(index, event);
   // A node stays selected until another one is.
-  return command.testFlag(QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : command;
+  const bool selectsNone = !index.isValid() || command.testFlag(QItemSelectionModel::Deselect);
+  return selectsNone ? QItemSelectionModel::NoUpdate : command;
 }
 
 void CStkTreeView::selectionChanged(const QItemSelection& selected,
@@ -146,6 +147,18 @@ void CStkTreeView::selectionChanged(const QItemSelection& selected,
   if (!rebuilding_) {
     AnnounceSelection();
   }
+}
+
+void CStkTreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& options,
+                           const QModelIndex& index) const {
+  QStyleOptionViewItem row = options;
+  if (index == menuNode_) {
+    row.state |= QStyle::State_Selected;
+  } else if (menuNode_.isValid()) {
+    row.palette.setColor(QPalette::Highlight, row.palette.color(QPalette::Base));
+    row.palette.setColor(QPalette::HighlightedText, row.palette.color(QPalette::Text));
+  }
+  QTreeView::drawRow(painter, row, index);
 }
 
 // The lines between the nodes, which not every style draws, below the style's expand buttons.
@@ -286,14 +299,33 @@ void CStkTreeView::ScrollToChildren(const QModelIndex& index) {
   }
 }
 
+void CStkTreeView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+  QTreeView::scrollTo(index, hint);
+  const QRect row = visualRect(index);
+  if (!row.isValid()) {
+    return;
+  }
+  QScrollBar& bar = *horizontalScrollBar();
+  const int left = row.left() + bar.value();
+  const int width = sizeHintForIndex(index).width();
+  GrowColumnTo(left + width);
+  const int most = viewport()->width();
+  const int first = left + std::min(width, most) - most;
+  bar.setValue(std::clamp(bar.value(), first, std::max(first, left - indentation())));
+}
+
 // The column is as wide as the widest row that has been on the screen, so that all of it can be
 // scrolled to; finding the widest of all rows would take the texts of all.
 void CStkTreeView::GrowColumn() {
   if (!rebuilding_) {
-    const int wanted = sizeHintForColumn(0);
-    if (wanted > header()->minimumSectionSize()) {
-      header()->setMinimumSectionSize(wanted);
-    }
+    GrowColumnTo(sizeHintForColumn(0));
+  }
+}
+
+void CStkTreeView::GrowColumnTo(int width) {
+  if (width > header()->minimumSectionSize()) {
+    header()->setMinimumSectionSize(width);
+    updateGeometries();  // the scroll bar, now
   }
 }
 
@@ -302,6 +334,7 @@ void CStkTreeView::ShowMenu(const QModelIndex& index, const QPoint& position) {
     return;
   }
   rightClickNode_ = index;
+  SetMenuNode(index);
   auto* menu = new QMenu(this);
   menu->setAttribute(Qt::WA_DeleteOnClose);
   const QPersistentModelIndex node = index;
@@ -319,8 +352,16 @@ void CStkTreeView::ShowMenu(const QModelIndex& index, const QPoint& position) {
         }
       });
   // A menu that is dismissed leaves nothing behind for the next command to act on by surprise.
-  connect(menu, &QMenu::aboutToHide, this, [this] { rightClickNode_ = QModelIndex(); });
+  connect(menu, &QMenu::aboutToHide, this, [this] {
+    rightClickNode_ = QModelIndex();
+    SetMenuNode({});
+  });
   menu->popup(position);
+}
+
+void CStkTreeView::SetMenuNode(const QModelIndex& index) {
+  menuNode_ = index;
+  viewport()->update();
 }
 
 }  // namespace velkor::ui

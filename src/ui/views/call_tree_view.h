@@ -18,7 +18,8 @@ class CallTreeModel;
 // The call graph below the top-level functions of the document. Its selection drives the function
 // list: every change sets the document's current selection and then tells all other views with
 // HINT_SELECTION. A right click selects nothing, but the command chosen from its menu acts on the
-// node under the pointer. Told of the document's changes from its creation to its destruction.
+// node under the pointer, which looks selected as long as the menu is open. Told of the document's
+// changes from its creation to its destruction.
 class CStkTreeView : public QTreeView, public View, public CommandTarget {
  public:
   CStkTreeView(UiContext& context, FrameOperations& frame, QWidget* parent = nullptr);
@@ -31,6 +32,8 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
   // Both take the target: after either, the node of the last right click is forgotten.
   std::optional<CommandState> StateOf(Command command) override;
   void Execute(Command command) override;
+  // Sideways too, so that the node's icon and name are seen.
+  void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
  protected:
   void contextMenuEvent(QContextMenuEvent* event) override;
@@ -40,6 +43,8 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  void drawRow(QPainter* painter, const QStyleOptionViewItem& options,
+               const QModelIndex& index) const override;
   void drawBranches(QPainter* painter, const QRect& rect, const QModelIndex& index) const override;
 
  private:
@@ -57,14 +62,17 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
   void SelectVisibleAncestor(const QModelIndex& collapsed);
   void ScrollToChildren(const QModelIndex& index);
   void GrowColumn();
+  void GrowColumnTo(int width);
   void ShowMenu(const QModelIndex& index, const QPoint& position);
+  void SetMenuNode(const QModelIndex& index);
 
   UiContext& context_;
   FrameOperations& frame_;
   CallTreeModel* model_;  // owned by the Qt parent
   QPersistentModelIndex rightClickNode_;
-  bool rebuilding_ = false;  // selections on the way are not announced
-  QTimer announceLater_;     // runs while a job changes the functions
+  QPersistentModelIndex menuNode_;  // of the menu that is open
+  bool rebuilding_ = false;         // selections on the way are not announced
+  QTimer announceLater_;            // runs while a job changes the functions
 };
 
 }  // namespace velkor::ui

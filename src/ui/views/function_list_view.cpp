@@ -9,6 +9,7 @@
 #include "ui/views/arrow_header.h"
 #include "ui/views/function_icons.h"
 #include "ui/views/function_list_model.h"
+#include "ui/views/row_selection.h"
 #include "ui/wait_cursor.h"
 
 namespace velkor::ui {
@@ -77,7 +78,7 @@ void CStkListView::SetUp() {
   setRootIsDecorated(false);
   setItemsExpandable(false);
   setUniformRowHeights(true);
-  setAllColumnsShowFocus(true);
+  setItemDelegate(new SelectedRowDelegate(this));
   setSelectionMode(SingleSelection);
   setSelectionBehavior(SelectRows);
   setEditTriggers(NoEditTriggers);
@@ -98,6 +99,9 @@ void CStkListView::SetUp() {
       namesFollow_ = false;
     }
   });
+  header_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(header_, &QWidget::customContextMenuRequested, this,
+          [this](const QPoint& position) { ShowMenu(header_->mapToGlobal(position)); });
   connect(header_, &QHeaderView::sectionClicked, this, [this](int column) {
     if (CanSort()) {
       SortBy(static_cast<SortKey>(column));
@@ -143,7 +147,26 @@ void CStkListView::keyboardSearch(const QString& search) {
   QTreeView::keyboardSearch(search);
 }
 
+void CStkListView::keyPressEvent(QKeyEvent* event) {
+  if (!SelectCurrent(*this, *event)) {
+    QTreeView::keyPressEvent(event);
+  }
+}
+
+QItemSelectionModel::SelectionFlags CStkListView::selectionCommand(const QModelIndex& index,
+                                                                   const QEvent* event) const {
+  return index.isValid() ? QTreeView::selectionCommand(index, event)
+                         : QItemSelectionModel::NoUpdate;
+}
+
 void CStkListView::contextMenuEvent(QContextMenuEvent* event) {
+  ShowMenu(event->globalPos());
+  event->accept();
+}
+
+void CStkListView::ShowMenu(const QPoint& position) {
+  // It acts on the selected row, which is seen only with the focus.
+  setFocus();
   const auto stateOf = [this](Command command) {
     return StateOf(command).value_or(CommandState());
   };
@@ -154,8 +177,7 @@ void CStkListView::contextMenuEvent(QContextMenuEvent* event) {
   AddCommands(*menu->addMenu(context_.Text(kSortMenuText)), context_,
               {std::begin(kSortCommands), std::end(kSortCommands)}, stateOf, act);
   ShowPrompts(*menu, *this);
-  menu->popup(event->globalPos());
-  event->accept();
+  menu->popup(position);
 }
 
 void CStkListView::resizeEvent(QResizeEvent* event) {

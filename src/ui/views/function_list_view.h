@@ -36,6 +36,9 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
   void keyboardSearch(const QString& search) override;
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override;
   void resizeEvent(QResizeEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
@@ -43,6 +46,7 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
  private:
   void SetUp();
   void FitNames();
+  void ShowMenu(const QPoint& position);
   void Clear();
   void Fill();
   // With toggling: the key that is in force already turns its direction round.
