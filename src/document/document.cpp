@@ -61,6 +61,7 @@ void CStkDoc::DeleteContents() {
   filesInMemory_.clear();
   DiscardTables();
   knownSystemFile_.reset();
+  stale_.clear();
 }
 
 void CStkDoc::MakeTables() {
@@ -175,6 +176,7 @@ void CStkDoc::TakeReadingResult() {
   anyJobFailed_ = anyJobFailed_ || job.End() == JobEnd::kFailed;
   if (!readFromUserFile_) {
     knownSystemFile_ = job.TakenSystemFile();
+    stale_ = job.Stale();
   }
   jobs_.Empty(JobKind::kSpecRead);
 }
@@ -205,6 +207,7 @@ bool CStkDoc::AdjustFunction(StkFunction& function, const StkAdjustment& adjustm
   if (!StartChange()) {
     return false;
   }
+  ForgetStale(&function);
   ChangeEnded(velkor::AdjustFunction(*functionTable_, *rootList_, function, adjustment, reporter_));
   return true;
 }
@@ -213,6 +216,7 @@ bool CStkDoc::CancelAdjustment(StkFunction& function) {
   if (!StartChange()) {
     return false;
   }
+  ForgetStale(&function);
   ChangeEnded(velkor::CancelAdjustment(*functionTable_, *rootList_, function, reporter_));
   return true;
 }
@@ -221,8 +225,23 @@ bool CStkDoc::CancelAllAdjustments() {
   if (!StartChange()) {
     return false;
   }
+  stale_.clear();
   ChangeEnded(velkor::CancelAllAdjustments(*functionTable_, *rootList_, reporter_));
   return true;
+}
+
+void CStkDoc::ForgetStale(const StkFunction* function) {
+  std::erase_if(stale_, [function](const auto& stale) { return stale.function == function; });
+}
+
+bool CStkDoc::HasStatement(const StkFunction& function) const {
+  return function.HasStatement() || std::ranges::any_of(stale_, [&](const auto& stale) {
+           return stale.function == &function;
+         });
+}
+
+bool CStkDoc::HasStatements() const {
+  return functionTable_ && (functionTable_->CountForSpecFile(false) != 0 || !stale_.empty());
 }
 
 bool CStkDoc::CanChangeAnalysis() const {

@@ -112,6 +112,11 @@ class CStkDoc {
   bool AdjustFunction(StkFunction& function, const StkAdjustment& adjustment);
   bool CancelAdjustment(StkFunction& function);
   bool CancelAllAdjustments();
+  // Something is stated about the function that CancelAdjustment takes away: also a line of the stk
+  // system file that has no effect because it names another function that was not found.
+  bool HasStatement(const StkFunction& function) const;
+  // The same of CancelAllAdjustments, which takes those lines away too that are about no function.
+  bool HasStatements() const;
 
   // A job of this kind exists (it may have ended and not yet been finished).
   bool Has(JobKind kind) const { return jobs_.Has(kind); }
@@ -158,6 +163,9 @@ class CStkDoc {
   bool HasFunctionsToWrite() const;
   void StartWriting(StkSpecWriter::Mode mode, std::string path);
   void EndSpecWrite();
+  std::vector<std::string> LinesToKeep() const;
+  // A newer statement takes the place of those that were not found.
+  void ForgetStale(const StkFunction* function);
   void SettleSystemSave();
   std::vector<std::string> InputPaths(bool withSources);
 
@@ -182,6 +190,7 @@ class CStkDoc {
   bool anyWritingFailed_ = false;
   // Fingerprint of the stk system file whose adjustments are all in force.
   std::optional<uint64_t> knownSystemFile_;
+  std::vector<StaleStatement> stale_;  // of that file
   BackgroundDisposal disposal_;
 };
 

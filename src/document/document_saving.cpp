@@ -70,8 +70,20 @@ bool CStkDoc::HasFunctionsToWrite() const {
 void CStkDoc::StartWriting(StkSpecWriter::Mode mode, std::string path) {
   const bool automatic = mode == StkSpecWriter::Mode::kAutomatic;
   jobs_.Start(std::make_unique<StkSpecWriteJob>(
-      SpecWriteOrder{mode, std::move(path), InputPaths(!automatic), knownSystemFile_},
+      SpecWriteOrder{mode, std::move(path), InputPaths(!automatic), knownSystemFile_,
+                     LinesToKeep()},
       *functionTable_, host_, reporter_, mainWindow_));
+}
+
+// A function stands on one line of a file only.
+std::vector<std::string> CStkDoc::LinesToKeep() const {
+  std::vector<std::string> lines;
+  for (const StaleStatement& stale : stale_) {
+    if (stale.function == nullptr || !stale.function->HasStatement()) {
+      lines.push_back(stale.text);
+    }
+  }
+  return lines;
 }
 
 void CStkDoc::EndSpecWrite() {

@@ -1,8 +1,8 @@
 #include "document/spec_read_job.h"
 
-#include <algorithm>
 #include <string>
 
+#include "core/function_text.h"
 #include "core/recompute.h"
 #include "document/fingerprint.h"
 #include "document/notifications.h"
@@ -53,6 +53,7 @@ JobEnd StkSpecReadJob::Run() {
 // no analysis.
 void StkSpecReadJob::Abandon() {
   takenSystemFile_.reset();
+  stale_.clear();
   functions_.DiscardPendingAdjustments();
   try {
     Recompute(functions_, roots_, true, nullptr, &stopEvent_, reporter_);
@@ -93,15 +94,13 @@ void StkSpecReadJob::ReadSource(StkSpecReader& source) {
                       {source.Path()});
   }
   const bool systemFile = source.Kind() == SpecificationKind::kSystemFile;
-  const StkFunctionList depths = systemFile ? PendingDepths() : StkFunctionList();
+  const std::vector<PendingDepth> depths =
+      systemFile ? PendingDepths() : std::vector<PendingDepth>();
   HandOver(source);
   if (Stopped()) {
     return;
   }
-  const bool depthsKept = std::all_of(depths.begin(), depths.end(), [](StkFunction* function) {
-    return function->adjustment && function->adjustment->depth != kNoDepth;
-  });
-  if (systemFile && reachedEnd && source.SpecCount() == statements_ && depthsKept) {
+  if (systemFile && reachedEnd && TakeSystemFile(source, depths)) {
     takenSystemFile_ = fingerprint.Value();
   }
   Post(WM_STK_SPECREAD_FILE_END);
@@ -153,6 +152,8 @@ void StkSpecReadJob::HandOver(StkSpecReader& source) {
   const bool discarded = Stopped() || cutShort_ || source.Answer() == StopAnswer::kAbort;
   if (discarded) {
     functions_.DiscardPendingAdjustments();
+  } else {
+    functions_.PutDirectCalleesInForce();
   }
   // The sizes that a library table set before it ended early stay: the totals must contain them.
   const bool library = source.Kind() == SpecificationKind::kLibraryTable;
@@ -164,14 +165,45 @@ void StkSpecReadJob::HandOver(StkSpecReader& source) {
   }
 }
 
-StkFunctionList StkSpecReadJob::PendingDepths() const {
-  StkFunctionList list;
-  for (const auto& function : functions_.Functions()) {
-    if (function->pendingAdjustment && function->pendingAdjustment->depth != kNoDepth) {
-      list.push_back(function);
+bool StkSpecReadJob::TakeSystemFile(const StkSpecReader& source,
+                                    const std::vector<PendingDepth>& depths) {
+  bool allKept = true;
+  for (const PendingDepth& pending : depths) {
+    const StkFunction& function = *pending.function;
+    if (function.adjustment == nullptr || function.adjustment->depth == kNoDepth) {
+      allKept = false;
+      const std::string name = FunctionSpecName(function, functions_.GetCodePage());
+      reporter_.PostNote({.rule = "unused-statement",
+                          .text = reporter_.Messages().FormatMessageText(
+                              MessageKey::kNoteUnusedDepth, {pending.depth, name}),
+                          .file = source.Path(),
+                          .line = pending.line,
+                          .function = function.index});
     }
   }
-  return list;
+  for (const StaleStatement& stale : source.Stale()) {
+    if (stale.function == nullptr || !stale.function->HasStatement()) {
+      stale_.push_back(stale);
+    }
+    reporter_.PostNote({.rule = "stale-statement",
+                        .text = reporter_.Messages().FormatMessageText(
+                            MessageKey::kNoteStaleStatement, {stale.missing}),
+                        .file = source.Path(),
+                        .line = stale.line,
+                        .function = std::nullopt});
+  }
+  return allKept && source.TakenCount() + stale_.size() == statements_;
+}
+
+std::vector<StkSpecReadJob::PendingDepth> StkSpecReadJob::PendingDepths() const {
+  std::vector<PendingDepth> depths;
+  for (StkFunction* function : functions_.Functions()) {
+    const StkAdjustment* pending = function->pendingAdjustment.get();
+    if (pending != nullptr && pending->depth != kNoDepth) {
+      depths.push_back({function, pending->depth, pending->line});
+    }
+  }
+  return depths;
 }
 
 }  // namespace velkor

@@ -29,6 +29,9 @@ class StkSpecReadJob : public StkJob {
   // The fingerprint of the stk system file, if one was read and everything that it states is in
   // force now: such a file may be replaced. Valid after Wait or Stop.
   std::optional<uint64_t> TakenSystemFile() const { return takenSystemFile_; }
+  // What the stk system file states of functions that were not found: none where the file was
+  // not taken to its end. Valid after Wait or Stop.
+  const std::vector<StaleStatement>& Stale() const { return stale_; }
 
  protected:
   JobEnd Run() override;
@@ -40,7 +43,16 @@ class StkSpecReadJob : public StkJob {
   bool ReadLines(StkSpecReader& source, StkByteSource& bytes);
   void ReportCutShort(const StkSpecReader& source);
   void HandOver(StkSpecReader& source);
-  StkFunctionList PendingDepths() const;
+  // Depths of the stk system file that are dropped without a message.
+  struct PendingDepth {
+    StkFunction* function;
+    uint32_t depth;
+    uint32_t line;
+  };
+  std::vector<PendingDepth> PendingDepths() const;
+  // Takes what the stk system file states, once it is in force. Answers whether all of it is, or
+  // is kept.
+  bool TakeSystemFile(const StkSpecReader& source, const std::vector<PendingDepth>& depths);
 
   std::vector<std::unique_ptr<StkSpecReader>> sources_;
   const StkSpecReader* current_ = nullptr;  // of the sources
@@ -51,6 +63,7 @@ class StkSpecReadJob : public StkJob {
   bool cutShort_ = false;    // the current source
   uint32_t statements_ = 0;  // lines of the current source that state something
   std::optional<uint64_t> takenSystemFile_;
+  std::vector<StaleStatement> stale_;
 };
 
 }  // namespace velkor

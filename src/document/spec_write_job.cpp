@@ -31,6 +31,7 @@ JobEnd StkSpecWriteJob::Run() {
   StkSpecWriter writer(order_.mode, order_.path, functions_, host_);
   writer.SetMayReplace(
       [this](const std::string& newPath, InputFile* old) { return MayReplace(newPath, old); });
+  writer.SetKeptLines(order_.keptLines);
   Post(WM_STK_SPECWRITE_START, writer.CountToWrite());
   const JobEnd end = WriteFile(writer);
   PostEnd(WM_STK_SPECWRITE_END);
@@ -81,6 +82,7 @@ JobEnd StkSpecWriteJob::Write(StkSpecWriter& writer) {
   }
   const WriteEnd end = writer.Write([this](uint32_t count) { return AfterFunction(count); });
   const bool completed = end == WriteEnd::kCompleted;
+  writer.PostRefused(reporter_);
   if (end == WriteEnd::kFailed) {
     writer.PostFailure(reporter_);
   }

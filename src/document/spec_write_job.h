@@ -23,6 +23,8 @@ struct SpecWriteOrder {
   // Automatic mode: the fingerprint of a stk system file that may be replaced as it stands. Any
   // other content is kept beside the new file (StkSystemFileKeeper).
   std::optional<uint64_t> known;
+  // Automatic mode: lines that are kept behind the others (StkSpecWriter).
+  std::vector<std::string> keptLines;
 };
 
 // Writes the adjustments in force into a stack size specification file. Posts its end

@@ -3,21 +3,26 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "core/function_table.h"
+#include "files/spec_names.h"
 #include "files/text_output_file.h"
 #include "files/write_end.h"
+#include "messages/catalogue.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
 
 namespace velkor {
 
-// Writes the adjustments in force as a stack size specification file, which reads back as the same
-// adjustments. Made for one writing: Open, then Write. Used by one job's thread; the table must
-// not change meanwhile. Knows no thread and posts nothing but PostFailure.
+// Writes the statements in force as a stack size specification file, which reads back as the same
+// statements: every line is read before it is written, and one that would say something else is
+// left out (PostRefused). Made for one writing: Open, then Write. Used by one job's thread; the
+// table must not change meanwhile. Knows no thread and posts nothing but PostFailure.
 class StkSpecWriter {
  public:
   enum class Mode {
@@ -42,17 +47,24 @@ class StkSpecWriter {
   // The number of functions that the file is to hold.
   uint32_t CountToWrite() const { return table_.CountForSpecFile(mode_ == Mode::kUser); }
   void SetMayReplace(MayReplace mayReplace) { mayReplace_ = std::move(mayReplace); }
+  // Automatic mode: lines to keep as they are, behind the others.
+  void SetKeptLines(std::vector<std::string> lines) { keptLines_ = std::move(lines); }
   bool Open();
   // kStopped only when functions were left out: a stop after the last one comes too late.
   WriteEnd Write(const AfterFunction& afterFunction);
   // The warning that belongs to an Open that answered false, or to kFailed.
   void PostFailure(StkReporter& reporter) const;
+  // A warning for each function whose line was left out.
+  void PostRefused(StkReporter& reporter) const;
 
  private:
-  bool WriteFunctions(bool adjusted, const AfterFunction& afterFunction);
+  bool WriteFunctions(bool stated, const AfterFunction& afterFunction);
   bool WriteFunction(const StkFunction& function);
-  bool WriteAttribute(std::string_view keyword, uint32_t value);
-  std::string NameToRead(const StkFunction& function) const;
+  bool WriteKeptLines();
+  // None where a name in it cannot be written.
+  std::optional<std::string> LineOf(const StkFunction& function);
+  bool AddCallees(const StkFunctionList& callees, std::string& line);
+  bool ReadsBack(std::string_view line, const StkFunction& function);
   WriteEnd Finish();
   bool TakeOldPlace();
   WriteEnd EndStopped();
@@ -63,6 +75,10 @@ class StkSpecWriter {
   const std::string path_;
   const StkFunctionTable& table_;
   Host& host_;
+  SpecNames names_{table_};
+  const StkMessages noMessages_{host_.codePage, {}};  // for lines that are read back
+  std::vector<std::string> keptLines_;
+  std::vector<std::string> refused_;      // functions
   std::unique_ptr<TextOutputFile> file_;  // after Open, until it is discarded
   MayReplace mayReplace_;
   std::string sibling_;  // the new file until it takes the old one's place; empty: none

@@ -53,6 +53,7 @@ enum class MessageKey : uint32_t {
   kW9464 = 40164,
   kW9465 = 40165,
   kW9466 = 40166,
+  kW9467 = 40167,
   kI9501 = 40201,
   kI9502 = 40202,
   kI9503 = 40203,
@@ -83,6 +84,11 @@ enum class MessageKey : uint32_t {
   kNoteWantsSize = 43003,
   kNoteWantsCallees = 43004,
   kNoteWantsDepth = 43005,
+  kNoteOddNumber = 43030,
+  kNoteStaleStatement = 43031,
+  kNoteUnusedDepth = 43032,
+  kNoteMarginReplacesSize = 43033,
+  kNoteAmbiguousName = 43034,
 };
 
 }  // namespace velkor

@@ -1,7 +1,11 @@
 #include "reports/json_output.h"
 
+#include <optional>
+#include <string>
+
 #include "core/function_text.h"
 #include "core/reason_witnesses.h"
+#include "files/spec_names.h"
 #include "reports/json_writer.h"
 
 namespace velkor::reports {
@@ -14,6 +18,7 @@ class JsonOutput {
   JsonOutput(const AnalysisResult& result, ResultOutput& output)
       : result_(result),
         witnesses_(result.functions, result.bounds),
+        specNames_(result.functions),
         json_(result.codePage, output) {}
 
   void Write() {
@@ -157,7 +162,11 @@ class JsonOutput {
     } else {
       json_.Null("file");
     }
-    json_.Text("statement", specName);
+    if (const std::optional<std::string> statement = specNames_.Statement(function)) {
+      json_.Text("statement", *statement);
+    } else {
+      json_.Null("statement");
+    }
     json_.Null("line");
   }
 
@@ -221,6 +230,7 @@ class JsonOutput {
 
   const AnalysisResult& result_;
   const ReasonWitnesses witnesses_;
+  SpecNames specNames_;
   JsonWriter json_;
 };
 
