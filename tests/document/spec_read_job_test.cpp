@@ -128,11 +128,11 @@ TEST_F(SpecReadJobTest, TheStkSystemFileCountsAsTakenOnlyWhole) {
       {"", true},
       {"# by hand\n\n  \nf, ADD=5, RECTIME=2\nh, CALL=f\nmain\n", true},
       {"f, ADD=5\ngone.c#g, ADD=4\n", true},  // kept: a module that could not be read this time
-      {"h, ADD=5, CALL=gone\n", true},        // the same of a callee
+      {"[x], ADD=5, CALL=gone\n", true},      // the same of a callee
       {"h, ADD=5, CALL=gone\nh, ADD=6\n", false},
       {"main, CALL=f\n", true},             // called directly as well
       {"f, ADD=5\nh, RECTIME=3\n", false},  // no recursion this time
-      {"f, ADD=5\nbroken line\nh, ADD=3\n", false},
+      {"f, ADD=5\nmain broken\nh, ADD=3\n", false},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(test.text);
