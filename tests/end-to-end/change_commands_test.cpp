@@ -71,8 +71,8 @@ TEST_F(ChangeCommands, AdjustStatesWhatItIsGivenAndKeepsTheRest) {
 
 // A second b.c stands in another folder.
 TEST_F(ChangeCommands, NamesThatOnlyTheFurtherFormTellsApart) {
-  folder_.Put("x/b.asm", ModuleText("x\\b.c", {{"other", "8", {"step"}}, {"step", "3", {}, true}}));
-  folder_.Put("app.prj", ProjectText(".", {"a.c", "b.c", "x/b.c"}));
+  folder_.Put("c.asm", ModuleText("x\\b.c", {{"other", "8", {"step"}}, {"step", "3", {}, true}}));
+  folder_.Put("app.prj", ProjectText(".", {"a.c", "b.c", "c.c"}));
   const ProgramRun both = Run("adjust", {"b.c#step", "--margin", "1"});
   EXPECT_EQ(both.status, 2) << both.err;
   EXPECT_TRUE(both.err.find("x\\b.c#step") != std::string::npos) << both.err;
