@@ -67,6 +67,20 @@ bool FillForm(Application& application, const StkFunction& function, const Optio
   return !refusal;
 }
 
+void NoteReplacedSize(Application& application, const StkFunction& function, uint32_t margin) {
+  if (!function.Is(FN_LIBRARY) || margin == kNoMargin || margin == function.librarySize) {
+    return;
+  }
+  StkReporter& reporter = application.Reporter();
+  const std::string name = FunctionSpecName(function, application.GetCodePage());
+  reporter.PostNote({.rule = "margin-replaces-size",
+                     .text = reporter.Messages().FormatMessageText(
+                         MessageKey::kNoteMarginReplacesSize, {margin, name, function.librarySize}),
+                     .file = {},
+                     .line = 0,
+                     .function = function.index});
+}
+
 }  // namespace
 
 ExitStatus Adjust(Application& application, const Options& options) {
@@ -84,6 +98,7 @@ ExitStatus Adjust(Application& application, const Options& options) {
     return kWrongUsage;
   }
   if (const std::optional<StkAdjustment> adjustment = form.BuildAdjustment()) {
+    NoteReplacedSize(application, *function, adjustment->margin);
     document.AdjustFunction(*function, *adjustment);
   } else if (function->adjustment != nullptr) {
     document.CancelAdjustment(*function);
@@ -98,7 +113,7 @@ ExitStatus Reset(Application& application, const Options& options) {
   }
   CStkDoc& document = application.Document();
   if (options.all) {
-    if (document.FunctionTable()->AdjustedCount() != 0) {
+    if (document.HasStatements()) {
       document.CancelAllAdjustments();
     }
     return application.RunWritingJob();
@@ -107,7 +122,7 @@ ExitStatus Reset(Application& application, const Options& options) {
   if (function == nullptr) {
     return kWrongUsage;
   }
-  if (function->adjustment != nullptr) {
+  if (document.HasStatement(*function)) {
     document.CancelAdjustment(*function);
   }
   return application.RunWritingJob();

@@ -17,6 +17,7 @@ struct StkAdjustment {
   uint32_t depth = kNoDepth;               // rounds of the function's recursion
   uint32_t line = 0;                       // of the specification file; 0 from the dialog
   std::optional<StkFunctionList> callees;  // none: not given
+  StkFunctionList directCallees;           // stated too, but called directly; from the dialog
 
   // Takes a copy and sorts it by name.
   void SetCallees(const StkFunctionList& functions, const CodePage& codePage);

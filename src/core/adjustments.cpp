@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "core/call_range.h"
-#include "core/detail/adjustment_information.h"
+#include "core/adjustment_information.h"
 #include "core/detail/report_overflow.h"
 #include "core/function_text.h"
 #include "core/recompute.h"
@@ -16,6 +16,7 @@ namespace {
 bool Cancel(StkFunctionTable& table, StkFunction& function, StkReporter& reporter) {
   const bool hadCallees = !function.extraCallees.empty();
   table.TakeAdjustmentAway(function);
+  table.SetDirectCallees(function, {});
   function.extraCallees.clear();
   const std::string name = FunctionSpecName(function, reporter.Messages().GetCodePage());
   reporter.LogMessage(MessageKey::kSpecificationCanceled, {name});
@@ -29,6 +30,7 @@ bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& fu
   const AdjustmentInformationResult information =
       AdjustmentInformation(adjustment, function, InformationMode::kCompare, reporter.Messages());
   table.PutInForce(function, {adjustment.margin, adjustment.depth});
+  table.SetDirectCallees(function, adjustment.directCallees);
   StkFunctionList callees = adjustment.callees.value_or(StkFunctionList());
   if (callees != function.extraCallees) {
     function.extraCallees = std::move(callees);
@@ -47,7 +49,7 @@ bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& fu
 
 bool CancelAdjustment(StkFunctionTable& table, StkRootList& roots, StkFunction& function,
                       StkReporter& reporter) {
-  if (function.adjustment == nullptr) {
+  if (!function.HasStatement()) {
     return false;
   }
   const bool changed = Cancel(table, function, reporter);
@@ -56,12 +58,12 @@ bool CancelAdjustment(StkFunctionTable& table, StkRootList& roots, StkFunction& 
 }
 
 bool CancelAllAdjustments(StkFunctionTable& table, StkRootList& roots, StkReporter& reporter) {
-  if (table.AdjustedCount() == 0) {
+  if (table.CountForSpecFile(false) == 0) {
     return false;
   }
   bool changed = false;
   for (StkFunction* function : table.Functions()) {
-    if (function->adjustment != nullptr) {
+    if (function->HasStatement()) {
       changed = Cancel(table, *function, reporter) || changed;
     }
   }

@@ -30,6 +30,7 @@ enum FunctionFlag : uint32_t {
   FN_DYNAMIC_FRAME = 0x2000,  // frameSize is only what the compiler knows of a larger frame
   FN_SIZE_UNKNOWN = 0x4000,   // defined, but nothing tells its frame size
   FN_PLAIN_SYMBOL = 0x8000,   // its symbol has no "_" before the C name
+  FN_CALLS_STATED = 0x20000,  // callees are stated that it calls directly (see the table)
 };
 
 // What a function is first of all, for its picture and for programs. Something is known of a
@@ -59,6 +60,8 @@ struct StkFunction {
 
   bool Is(uint32_t flag) const { return (flags & flag) != 0; }
   bool IsUnknown() const { return !Is(FN_DEFINED) && !Is(FN_LIBRARY); }
+  // Something that a user states is in force.
+  bool HasStatement() const { return adjustment != nullptr || Is(FN_CALLS_STATED); }
   bool IsStatic() const { return Is(FN_DEFINED) && !Is(FN_GLOBAL); }
 
   FunctionKind Kind() const;

@@ -142,6 +142,11 @@ StkFunction* StkFunctionTable::FindBySpecName(std::string_view fileBaseName, std
   return find(std::string("_").append(name));
 }
 
+StkFunctionList StkFunctionTable::Namesakes(std::string_view cName) const {
+  const std::string symbol = (rules_.underscored ? "_" : "") + std::string(cName);
+  return nameIndex_->FindAll(names_.Find(symbol));
+}
+
 bool StkFunctionTable::SharesName(const StkFunction& function) const {
   return nameIndex_->IsShared(function.index);
 }
@@ -164,6 +169,7 @@ void StkFunctionTable::SetPendingAdjustment(StkFunction& function, StkAdjustment
 }
 
 void StkFunctionTable::DiscardPendingAdjustments() {
+  pendingDirectCallees_.clear();
   for (StkFunction* function : functions_) {
     if (function->pendingAdjustment == nullptr) {
       continue;
@@ -203,6 +209,47 @@ void StkFunctionTable::TakeAdjustmentAway(StkFunction& function) {
   }
 }
 
+void StkFunctionTable::StateDirectCallees(const StkFunction& function,
+                                          const StkFunctionList& callees) {
+  StkFunctionList& stated = pendingDirectCallees_[function.index];
+  for (StkFunction* callee : callees) {
+    InsertByName(stated, *callee, codePage_);
+  }
+}
+
+StkFunctionList StkFunctionTable::PutDirectCalleesInForce() {
+  StkFunctionList stated;
+  for (auto& [index, callees] : pendingDirectCallees_) {
+    stated.push_back(functions_[index]);
+    SetDirectCallees(*functions_[index], std::move(callees));
+  }
+  pendingDirectCallees_.clear();
+  return stated;
+}
+
+// No total depends on them, so that only the bounds are told.
+void StkFunctionTable::SetDirectCallees(StkFunction& function, StkFunctionList callees) {
+  if (callees == DirectCallees(function)) {
+    return;
+  }
+  if (!changes_.structure) {
+    changes_.functions.push_back(&function);
+  }
+  if (callees.empty()) {
+    function.flags &= ~FN_CALLS_STATED;
+    directCallees_.erase(function.index);
+  } else {
+    function.flags |= FN_CALLS_STATED;
+    directCallees_[function.index] = std::move(callees);
+  }
+}
+
+const StkFunctionList& StkFunctionTable::DirectCallees(const StkFunction& function) const {
+  static const StkFunctionList kNone;
+  const auto found = directCallees_.find(function.index);
+  return found == directCallees_.end() ? kNone : found->second;
+}
+
 StkFunctionList StkFunctionTable::TakeTouched() {
   if (changes_.functions.size() + touched_.size() > Count()) {
     NoteStructureChange();  // to look at everything costs less
@@ -216,13 +263,15 @@ StkFunctionList StkFunctionTable::TakeTouched() {
 uint32_t StkFunctionTable::CountForSpecFile(bool withUnknown) const {
   return static_cast<uint32_t>(
       std::ranges::count_if(functions_, [withUnknown](const StkFunction* each) {
-        return each->adjustment != nullptr || (withUnknown && each->IsUnknown());
+        return each->HasStatement() || (withUnknown && each->IsUnknown());
       }));
 }
 
 void StkFunctionTable::Clear() {
   nameIndex_->Clear();
   callNames_.Clear();
+  directCallees_.clear();
+  pendingDirectCallees_.clear();
   functions_.clear();
   touched_.clear();
   changes_ = {};

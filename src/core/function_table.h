@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -70,6 +72,10 @@ class StkFunctionTable {
   // is first looked up as it stands.
   StkFunction* FindBySpecName(std::string_view fileBaseName, std::string_view name,
                               bool bracketed) const;
+  // All functions of that C name, in insertion order.
+  StkFunctionList Namesakes(std::string_view cName) const;
+  // Another record has the same name.
+  bool SharesName(const StkFunction& function) const;
 
   void SetLibrarySize(StkFunction& function, uint32_t size);
   void SetPendingAdjustment(StkFunction& function, StkAdjustment adjustment);
@@ -80,13 +86,21 @@ class StkFunctionTable {
   void PutPendingInForce(StkFunction& function);
   // Nothing where there is none.
   void TakeAdjustmentAway(StkFunction& function);
+  // A file states these callees of the function, which it calls directly anyway: they change no
+  // total, but settle what it calls indirectly. In force with PutDirectCalleesInForce; what several
+  // lines state is taken together.
+  void StateDirectCallees(const StkFunction& function, const StkFunctionList& callees);
+  // The functions of which something was stated.
+  StkFunctionList PutDirectCalleesInForce();
+  // In place of what was in force.
+  void SetDirectCallees(StkFunction& function, StkFunctionList callees);
+  // In force.
+  const StkFunctionList& DirectCallees(const StkFunction& function) const;
   // A callee list holds the same functions as before, but otherwise arranged: the next computation
   // takes the functions in the order of the new lists. (When other functions are called, the next
   // Recompute must rebuild instead.)
   void NoteRearrangedCallees() { order_ = ComputationOrder(); }
-  // Another record has the same name.
-  bool SharesName(const StkFunction& function) const;
-  // Records with an adjustment in force; with unknown functions: those too that are unknown and
+  // Records with a statement in force; with unknown functions: those too that are unknown and
   // not adjusted.
   uint32_t CountForSpecFile(bool withUnknown) const;
   void Clear();
@@ -138,6 +152,9 @@ class StkFunctionTable {
   StkFunctionList touched_;
   Changes changes_;
   std::unique_ptr<FunctionNameIndex> nameIndex_;
+  // By index; what is stated may be an empty list.
+  std::unordered_map<uint32_t, StkFunctionList> directCallees_;
+  std::map<uint32_t, StkFunctionList> pendingDirectCallees_;
   uint32_t unknownCount_ = 0;
   uint32_t adjustedCount_ = 0;
   // Kept from one computation to the next of the same graph:

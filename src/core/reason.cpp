@@ -14,7 +14,8 @@ ReasonSet MissingOf(const StkFunction& function) {
   const bool marginStated =
       function.adjustment != nullptr && function.adjustment->margin != kNoMargin;
   const bool dynamic = function.Is(FN_DYNAMIC_FRAME);
-  const bool callsSettled = !function.extraCallees.empty() || (marginStated && !dynamic);
+  const bool callsSettled =
+      !function.extraCallees.empty() || function.Is(FN_CALLS_STATED) || (marginStated && !dynamic);
   ReasonSet missing;
   if (!marginStated && (function.IsUnknown() || function.Is(FN_SIZE_UNKNOWN))) {
     missing.Add(ReasonKind::kUnknown);

@@ -23,6 +23,7 @@ AdjustmentForm::AdjustmentForm(const StkFunctionTable& functions, const StkFunct
     : functions_(functions),
       function_(function),
       addedCallees_(function.extraCallees),
+      directCallees_(functions.DirectCallees(function)),
       canReset_(function.adjustment != nullptr),
       recursionEnabled_(function.Is(FN_RECURSIVE)) {
   if (const StkAppliedAdjustment* inForce = function.adjustment.get()) {
@@ -57,6 +58,7 @@ int AdjustmentForm::Delete(const StkFunction& callee) {
 void AdjustmentForm::DeleteAll() {
   recursionEnabled_.reset();
   addedCallees_.clear();
+  directCallees_.clear();
 }
 
 bool AdjustmentForm::RecursionEnabled() const {
@@ -118,6 +120,7 @@ std::optional<StkAdjustment> AdjustmentForm::BuildAdjustment() const {
   const std::optional<uint32_t> margin = StatedNumber(marginText_);
   const std::optional<uint32_t> depth = StatedNumber(depthText_);
   StkAdjustment adjustment;
+  adjustment.directCallees = directCallees_;
   bool stated = false;
   if (depth && RecursionEnabled()) {
     adjustment.depth = *depth;

@@ -73,6 +73,7 @@ class AdjustmentForm {
   std::string marginText_;
   std::string depthText_;
   StkFunctionList addedCallees_;
+  StkFunctionList directCallees_;  // stated, although the function calls them directly
   bool canReset_;
   mutable std::optional<bool> recursionEnabled_;  // none: to be found out for the added callees
 };

@@ -66,6 +66,7 @@ void CStkDoc::DeleteContents() {
   seenSystemFile_ = {};
   mergesInARow_ = 0;
   SetSystemSaveFailed(false);
+  stale_.clear();
 }
 
 void CStkDoc::MakeTables() {
@@ -195,6 +196,7 @@ void CStkDoc::TakeReadingResult() {
   if (!readFromUserFile_) {
     seenSystemFile_ = {job.TakenSystemFile(), job.IncompleteSystemFile()};
     unsaved_.clear();
+    stale_ = job.Stale();
   }
   unsaved_.insert(job.Adjusted().begin(), job.Adjusted().end());
   jobs_.Empty(JobKind::kSpecRead);
@@ -228,6 +230,7 @@ bool CStkDoc::AdjustFunction(StkFunction& function, const StkAdjustment& adjustm
     return false;
   }
   unsaved_.insert(&function);
+  ForgetStale(&function);
   ChangeEnded(velkor::AdjustFunction(*functionTable_, *rootList_, function, adjustment, reporter_));
   return true;
 }
@@ -237,6 +240,7 @@ bool CStkDoc::CancelAdjustment(StkFunction& function) {
     return false;
   }
   unsaved_.insert(&function);
+  ForgetStale(&function);
   ChangeEnded(velkor::CancelAdjustment(*functionTable_, *rootList_, function, reporter_));
   return true;
 }
@@ -246,12 +250,27 @@ bool CStkDoc::CancelAllAdjustments() {
     return false;
   }
   for (const StkFunction* function : functionTable_->Functions()) {
-    if (function->adjustment != nullptr) {
+    if (function->HasStatement()) {
       unsaved_.insert(function);
     }
   }
+  stale_.clear();
   ChangeEnded(velkor::CancelAllAdjustments(*functionTable_, *rootList_, reporter_));
   return true;
+}
+
+void CStkDoc::ForgetStale(const StkFunction* function) {
+  std::erase_if(stale_, [function](const auto& stale) { return stale.function == function; });
+}
+
+bool CStkDoc::HasStatement(const StkFunction& function) const {
+  return function.HasStatement() || std::ranges::any_of(stale_, [&](const auto& stale) {
+           return stale.function == &function;
+         });
+}
+
+bool CStkDoc::HasStatements() const {
+  return functionTable_ && (functionTable_->CountForSpecFile(false) != 0 || !stale_.empty());
 }
 
 bool CStkDoc::CanChangeAnalysis() const {

@@ -125,6 +125,11 @@ class CStkDoc {
   bool AdjustFunction(StkFunction& function, const StkAdjustment& adjustment);
   bool CancelAdjustment(StkFunction& function);
   bool CancelAllAdjustments();
+  // Something is stated about the function that CancelAdjustment takes away: also a line of the stk
+  // system file that has no effect because it names another function that was not found.
+  bool HasStatement(const StkFunction& function) const;
+  // The same of CancelAllAdjustments, which takes those lines away too that are about no function.
+  bool HasStatements() const;
 
   // A job of this kind exists (it may have ended and not yet been finished).
   bool Has(JobKind kind) const { return jobs_.Has(kind); }
@@ -174,6 +179,9 @@ class CStkDoc {
   void EndDueSave();
   void TakeChangedSystemFile(const ChangedSystemFile& changed);
   void SetSystemSaveFailed(bool failed);
+  std::vector<std::string> LinesToKeep() const;
+  // A newer statement takes the place of those that were not found.
+  void ForgetStale(const StkFunction* function);
   std::vector<std::string> ProtectedPaths(bool withSystemFile);
 
   Host& host_;
@@ -202,6 +210,7 @@ class CStkDoc {
   std::unordered_set<const StkFunction*> unsaved_;
   int mergesInARow_ = 0;
   bool discarding_ = false;  // the views are told nothing more of this analysis
+  std::vector<StaleStatement> stale_;  // of the stk system file
   BackgroundDisposal disposal_;
 };
 

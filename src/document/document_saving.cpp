@@ -81,8 +81,20 @@ bool CStkDoc::HasFunctionsToWrite() const {
 void CStkDoc::StartWriting(StkSpecWriter::Mode mode, std::string path) {
   const bool automatic = mode == StkSpecWriter::Mode::kAutomatic;
   jobs_.Start(std::make_unique<StkSpecWriteJob>(
-      SpecWriteOrder{mode, std::move(path), ProtectedPaths(!automatic), seenSystemFile_},
+      SpecWriteOrder{mode, std::move(path), ProtectedPaths(!automatic), seenSystemFile_,
+                     LinesToKeep()},
       *functionTable_, host_, reporter_, mainWindow_));
+}
+
+// A function stands on one line of a file only.
+std::vector<std::string> CStkDoc::LinesToKeep() const {
+  std::vector<std::string> lines;
+  for (const StaleStatement& stale : stale_) {
+    if (stale.function == nullptr || !stale.function->HasStatement()) {
+      lines.push_back(stale.text);
+    }
+  }
+  return lines;
 }
 
 void CStkDoc::EndSpecWrite() {
@@ -128,6 +140,7 @@ void CStkDoc::TakeChangedSystemFile(const ChangedSystemFile& changed) {
   if (changed.text) {
     merge = MergeSystemFile(*changed.text, input_->SystemFilePath(), unsaved_, *functionTable_,
                             *rootList_, reporter_);
+    stale_ = std::move(merge.stale);
   }
   const std::optional<uint64_t> content = changed.fingerprint;
   seenSystemFile_ = merge.whole ? StkSystemFileKeeper::Seen{content, std::nullopt}

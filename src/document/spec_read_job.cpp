@@ -1,8 +1,9 @@
 #include "document/spec_read_job.h"
 
-#include <algorithm>
 #include <string>
+#include <utility>
 
+#include "core/function_text.h"
 #include "core/recompute.h"
 #include "document/notifications.h"
 #include "files/fingerprint.h"
@@ -54,6 +55,7 @@ WorkEnd StkSpecReadJob::Run() {
 void StkSpecReadJob::Abandon() {
   takenSystemFile_.reset();
   adjusted_.clear();
+  stale_.clear();
   functions_.DiscardPendingAdjustments();
   try {
     Recompute(functions_, roots_, true, nullptr, &stopEvent_, reporter_);
@@ -94,19 +96,14 @@ void StkSpecReadJob::ReadSource(StkSpecReader& source) {
                       {source.Path()});
   }
   const bool systemFile = source.Kind() == SpecificationKind::kSystemFile;
-  StkFunctionList depths = systemFile ? Pending() : StkFunctionList();
-  std::erase_if(depths, [](const StkFunction* function) {
-    return function->pendingAdjustment->depth == kNoDepth;
-  });
+  const std::vector<PendingDepth> depths =
+      systemFile ? PendingDepths() : std::vector<PendingDepth>();
   HandOver(source);
   if (Stopped()) {
     return;
   }
-  const bool depthsKept = std::all_of(depths.begin(), depths.end(), [](StkFunction* function) {
-    return function->adjustment && function->adjustment->depth != kNoDepth;
-  });
   if (systemFile && reachedEnd) {
-    const bool whole = source.SpecCount() == statements_ && depthsKept;
+    const bool whole = TakeSystemFile(source, depths);
     (whole ? takenSystemFile_ : incompleteSystemFile_) = fingerprint.Value();
   }
   Post(WM_STK_SPECREAD_FILE_END);
@@ -160,10 +157,15 @@ void StkSpecReadJob::ReportCutShort(const StkSpecReader& source) {
 
 void StkSpecReadJob::HandOver(StkSpecReader& source) {
   const bool discarded = Stopped() || cutShort_ || source.Answer() == StopAnswer::kAbort;
+  StkFunctionList stated;
   if (discarded) {
     functions_.DiscardPendingAdjustments();
+  } else {
+    stated = functions_.PutDirectCalleesInForce();
+    const StkFunctionList pending = Pending();
+    stated.insert(stated.end(), pending.begin(), pending.end());
   }
-  adjusted_ = source.Kind() == SpecificationKind::kUserFile ? Pending() : StkFunctionList();
+  adjusted_ = source.Kind() == SpecificationKind::kUserFile ? std::move(stated) : StkFunctionList();
   // The sizes that a library table set before it ended early stay: the totals must contain them.
   const bool library = source.Kind() == SpecificationKind::kLibraryTable;
   const bool changed = source.SpecCount() != 0 && (library || !discarded);
@@ -176,12 +178,53 @@ void StkSpecReadJob::HandOver(StkSpecReader& source) {
 
 StkFunctionList StkSpecReadJob::Pending() const {
   StkFunctionList list;
-  for (const auto& function : functions_.Functions()) {
+  for (StkFunction* function : functions_.Functions()) {
     if (function->pendingAdjustment) {
       list.push_back(function);
     }
   }
   return list;
+}
+
+bool StkSpecReadJob::TakeSystemFile(const StkSpecReader& source,
+                                    const std::vector<PendingDepth>& depths) {
+  bool allKept = true;
+  for (const PendingDepth& pending : depths) {
+    const StkFunction& function = *pending.function;
+    if (function.adjustment == nullptr || function.adjustment->depth == kNoDepth) {
+      allKept = false;
+      const std::string name = FunctionSpecName(function, functions_.GetCodePage());
+      reporter_.PostNote({.rule = "unused-statement",
+                          .text = reporter_.Messages().FormatMessageText(
+                              MessageKey::kNoteUnusedDepth, {pending.depth, name}),
+                          .file = source.Path(),
+                          .line = pending.line,
+                          .function = function.index});
+    }
+  }
+  for (const StaleStatement& stale : source.Stale()) {
+    if (stale.function == nullptr || !stale.function->HasStatement()) {
+      stale_.push_back(stale);
+    }
+    reporter_.PostNote({.rule = "stale-statement",
+                        .text = reporter_.Messages().FormatMessageText(
+                            MessageKey::kNoteStaleStatement, {stale.missing}),
+                        .file = source.Path(),
+                        .line = stale.line,
+                        .function = std::nullopt});
+  }
+  return allKept && source.TakenCount() + stale_.size() == statements_;
+}
+
+std::vector<StkSpecReadJob::PendingDepth> StkSpecReadJob::PendingDepths() const {
+  std::vector<PendingDepth> depths;
+  for (StkFunction* function : functions_.Functions()) {
+    const StkAdjustment* pending = function->pendingAdjustment.get();
+    if (pending != nullptr && pending->depth != kNoDepth) {
+      depths.push_back({function, pending->depth, pending->line});
+    }
+  }
+  return depths;
 }
 
 }  // namespace velkor

@@ -31,8 +31,11 @@ class StkSpecReadJob : public StkJob {
   std::optional<uint64_t> TakenSystemFile() const { return takenSystemFile_; }
   // The same of one that was read to its end and could not be taken whole.
   std::optional<uint64_t> IncompleteSystemFile() const { return incompleteSystemFile_; }
-  // The functions that the last source has adjusted.
+  // The functions that the last source has stated something of.
   const StkFunctionList& Adjusted() const { return adjusted_; }
+  // What the stk system file states of functions that were not found: none where the file was
+  // not taken to its end. Valid after Wait or Stop.
+  const std::vector<StaleStatement>& Stale() const { return stale_; }
 
  protected:
   WorkEnd Run() override;
@@ -45,6 +48,16 @@ class StkSpecReadJob : public StkJob {
   void ReportCutShort(const StkSpecReader& source);
   void HandOver(StkSpecReader& source);
   StkFunctionList Pending() const;
+  // Depths of the stk system file that are dropped without a message.
+  struct PendingDepth {
+    StkFunction* function;
+    uint32_t depth;
+    uint32_t line;
+  };
+  std::vector<PendingDepth> PendingDepths() const;
+  // Takes what the stk system file states, once it is in force. Answers whether all of it is, or
+  // is kept.
+  bool TakeSystemFile(const StkSpecReader& source, const std::vector<PendingDepth>& depths);
 
   std::vector<std::unique_ptr<StkSpecReader>> sources_;
   const StkSpecReader* current_ = nullptr;  // of the sources
@@ -57,6 +70,7 @@ class StkSpecReadJob : public StkJob {
   std::optional<uint64_t> takenSystemFile_;
   std::optional<uint64_t> incompleteSystemFile_;
   StkFunctionList adjusted_;
+  std::vector<StaleStatement> stale_;
 };
 
 }  // namespace velkor

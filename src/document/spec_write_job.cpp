@@ -32,6 +32,7 @@ WorkEnd StkSpecWriteJob::Run() {
   if (IsAutomatic()) {
     writer.SetMayReplace([this](InputFile* old) { return MayReplace(old); });
   }
+  writer.SetKeptLines(order_.keptLines);
   Post(WM_STK_SPECWRITE_START, writer.CountToWrite());
   const WorkEnd end = WriteFile(writer);
   PostEnd(WM_STK_SPECWRITE_END);
@@ -97,6 +98,7 @@ WorkEnd StkSpecWriteJob::Write(StkSpecWriter& writer) {
   }
   const WorkEnd end = writer.Write([this](uint32_t count) { return AfterFunction(count); });
   const bool completed = end == WorkEnd::kCompleted;
+  writer.PostRefused(reporter_);
   written_ = writer.Fingerprint();
   if (end == WorkEnd::kFailed && (!keeper_.Overtaken() || Keep())) {
     writer.PostFailure(reporter_);

@@ -22,6 +22,8 @@ struct SpecWriteOrder {
   std::vector<std::string> inputs;
   // Automatic mode: what may be replaced as it stands, and what is to be kept beside the new file.
   StkSystemFileKeeper::Seen seen;
+  // Automatic mode: lines that are kept behind the others (StkSpecWriter).
+  std::vector<std::string> keptLines;
 };
 
 // Writes the adjustments in force into a stack size specification file. Posts its end

@@ -3,10 +3,13 @@
 #include <unordered_map>
 #include <utility>
 
-#include "core/adjustments.h"
+#include "core/adjustment_information.h"
+#include "core/function_sorting.h"
 #include "core/function_text.h"
+#include "core/recompute.h"
 #include "files/byte_source.h"
 #include "files/spec_line_parser.h"
+#include "files/spec_names.h"
 #include "files/text_reader.h"
 #include "platform/limits.h"
 
@@ -37,33 +40,39 @@ class Statements {
     const auto found = byFunction_.find(&function);
     return found == byFunction_.end() ? nullptr : &found->second;
   }
-  // A line names a function that is not there.
-  bool AnyStale() const { return anyStale_; }
+  // Lines that name a function which is not there.
+  std::vector<StaleStatement>& Stale() { return stale_; }
 
  private:
   bool Take(uint32_t number, std::string_view text) {
-    SpecLineParser line({functions_, SpecificationKind::kSystemFile, path_, number, messages_},
-                        text);
+    SpecLineParser line(
+        {functions_, names_, SpecificationKind::kSystemFile, path_, number, messages_}, text);
     if (!line.Parse()) {
       const MessageKey error = line.Error().key;
-      anyStale_ = true;
-      return error == MessageKey::kW9410 || error == MessageKey::kW9418;
+      if (error != MessageKey::kW9410 && error != MessageKey::kW9418) {
+        return false;
+      }
+      stale_.push_back({std::string(text), number, std::string(line.Missing()), line.Function()});
+      return true;
     }
-    if (line.Function() == nullptr || !line.AttributeSeen()) {
+    if (line.Function() == nullptr || (!line.AttributeSeen() && line.DirectCallees().empty())) {
       return true;
     }
     StkAdjustment adjustment;
     adjustment.margin = line.Margin();
     adjustment.depth = line.Depth();
     adjustment.SetCallees(line.Callees(), functions_.GetCodePage());
+    adjustment.directCallees = line.DirectCallees();
+    SortByName(adjustment.directCallees, functions_.GetCodePage());
     return byFunction_.emplace(line.Function(), std::move(adjustment)).second;
   }
 
   const StkFunctionTable& functions_;
   const std::string& path_;
   const StkMessages& messages_;
+  SpecNames names_{functions_};
   std::unordered_map<const StkFunction*, StkAdjustment> byFunction_;  // asked, never walked
-  bool anyStale_ = false;
+  std::vector<StaleStatement> stale_;
 };
 
 class Merging {
@@ -99,16 +108,24 @@ class Merging {
   bool CalleesChanged() const { return calleesChanged_; }
 
  private:
-  static bool IsInForce(const StkAdjustment& stated, const StkFunction& function) {
-    const StkAppliedAdjustment* now = function.adjustment.get();
-    return now != nullptr && now->margin == stated.margin && now->depth == stated.depth &&
-           function.extraCallees == *stated.callees;
+  // The lines of functions of which only callees are stated that they call directly adjust nothing.
+  static bool Adjusts(const StkAdjustment& stated) {
+    return stated.margin != kNoMargin || stated.depth != kNoDepth || !stated.callees->empty();
+  }
+  bool IsInForce(const StkAdjustment& stated, const StkFunction& function) const {
+    const StkAppliedAdjustment now =
+        function.adjustment ? *function.adjustment : StkAppliedAdjustment();
+    return now.margin == stated.margin && now.depth == stated.depth &&
+           (function.adjustment != nullptr) == Adjusts(stated) &&
+           function.extraCallees == *stated.callees &&
+           functions_.DirectCallees(function) == stated.directCallees;
   }
   void Cancel(StkFunction& function) {
-    if (function.adjustment == nullptr) {
+    if (!function.HasStatement()) {
       return;
     }
     functions_.TakeAdjustmentAway(function);
+    functions_.SetDirectCallees(function, {});
     SetCallees(function, {});
     Log(MessageKey::kSpecificationCanceled, function, {});
   }
@@ -116,7 +133,12 @@ class Merging {
     const std::string text =
         AdjustmentInformation(stated, function, InformationMode::kCompare, reporter_.Messages())
             .text;
-    functions_.PutInForce(function, {stated.margin, stated.depth});
+    if (Adjusts(stated)) {
+      functions_.PutInForce(function, {stated.margin, stated.depth});
+    } else {
+      functions_.TakeAdjustmentAway(function);
+    }
+    functions_.SetDirectCallees(function, stated.directCallees);
     if (stated.depth != kNoDepth) {
       withDepth_.push_back(&function);
     }
@@ -161,10 +183,13 @@ SystemFileMerge MergeSystemFile(std::string_view text, const std::string& path,
       merging.Follow(*function, stated.Of(*function));
     }
   }
-  const bool kept = merging.Compute();
-  return {.whole = kept && !stated.AnyStale(),
+  std::erase_if(stated.Stale(), [&own](const StaleStatement& stale) {
+    return stale.function != nullptr && own.contains(stale.function);
+  });
+  return {.whole = merging.Compute(),
           .changed = merging.Changed(),
-          .calleesChanged = merging.CalleesChanged()};
+          .calleesChanged = merging.CalleesChanged(),
+          .stale = std::move(stated.Stale())};
 }
 
 }  // namespace velkor

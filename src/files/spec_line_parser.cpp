@@ -10,7 +10,7 @@ namespace velkor {
 
 struct SpecLineParser::Keyword {
   std::string_view text;
-  bool (SpecLineParser::*read)(std::string_view value);
+  bool (SpecLineParser::*read)();
 };
 
 SpecLineParser::SpecLineParser(const Context& context, std::string_view text)
@@ -42,14 +42,14 @@ bool SpecLineParser::Parse() {
 }
 
 bool SpecLineParser::ParseFunction() {
-  const std::string_view written = line_.TakeWord();
-  const SpecName name = SpecName::Split(written, codePage_);
+  const SpecName name = line_.TakeName();
   if (!CheckName(name, FormatError())) {
     return false;
   }
-  function_ = Find(written, name);
+  function_ = Find(name);
   if (function_ == nullptr) {
-    return Fail(MessageKey::kW9410, written);
+    missing_ = name.written;
+    return Fail(MessageKey::kW9410, name.written);
   }
   const auto& earlier = function_->pendingAdjustment;
   if (context_.kind != SpecificationKind::kLibraryTable && earlier != nullptr) {
@@ -69,13 +69,14 @@ bool SpecLineParser::ParseAttribute() {
   }};
   for (const Keyword& keyword : kKeywords) {
     if (line_.Take(keyword.text)) {
-      return (this->*keyword.read)(line_.TakeWord());
+      return (this->*keyword.read)();
     }
   }
   return Fail(FormatError());
 }
 
-bool SpecLineParser::ReadMargin(std::string_view value) {
+bool SpecLineParser::ReadMargin() {
+  const std::string_view value = line_.TakeWord();
   afterCall_ = false;
   size_t digits = 0;
   uint32_t number = 0;
@@ -87,11 +88,13 @@ bool SpecLineParser::ReadMargin(std::string_view value) {
     return Fail(MessageKey::kW9414);
   }
   margin_ = number;
+  NoteIfOdd("ADD=", value, digits, number);
   attributeSeen_ = true;
   return true;
 }
 
-bool SpecLineParser::ReadDepth(std::string_view value) {
+bool SpecLineParser::ReadDepth() {
+  const std::string_view value = line_.TakeWord();
   afterCall_ = false;
   size_t digits = 0;
   uint32_t number = 0;
@@ -102,13 +105,14 @@ bool SpecLineParser::ReadDepth(std::string_view value) {
     return Fail(MessageKey::kW9416);
   }
   depth_ = number;
+  NoteIfOdd("RECTIME=", value, digits, number);
   attributeSeen_ = true;
   return true;
 }
 
-bool SpecLineParser::ReadCallee(std::string_view value) {
+bool SpecLineParser::ReadCallee() {
   afterCall_ = true;
-  const SpecName name = SpecName::Split(value, codePage_);
+  const SpecName name = line_.TakeName();
   if (!CheckName(name, MessageKey::kW9418)) {
     return false;
   }
@@ -116,11 +120,17 @@ bool SpecLineParser::ReadCallee(std::string_view value) {
     return Fail(MessageKey::kW9423);
   }
   ++callCount_;
-  StkFunction* callee = Find(value, name);
+  StkFunction* callee = Find(name);
   if (callee == nullptr) {
+    missing_ = name.written;
     return Fail(MessageKey::kW9418);
   }
-  if (!IsDirectCallee(*callee) && calleeSet_.insert(callee).second) {
+  if (!calleeSet_.insert(callee).second) {
+    return true;
+  }
+  if (IsDirectCallee(*callee)) {
+    directCallees_.push_back(callee);
+  } else {
     callees_.push_back(callee);
     attributeSeen_ = true;
   }
@@ -137,16 +147,39 @@ bool SpecLineParser::CheckName(const SpecName& name, MessageKey unclosedBracket)
   if (name.file.size() > kMaxPathLength) {
     return Fail(MessageKey::kW9411, name.file);
   }
-  if (name.function.size() > kMaxFunctionName - (name.bracketed ? 1 : 0)) {
+  if (name.function.size() > name.FunctionLimit()) {
     return Fail(MessageKey::kW9412, name.function);
   }
   return true;
 }
 
-// Nothing written names nothing, even where a module holds a symbol that is a "_" alone.
-StkFunction* SpecLineParser::Find(std::string_view written, const SpecName& name) const {
-  return written.empty() ? nullptr
-                         : context_.table.FindBySpecName(name.file, name.function, name.bracketed);
+StkFunction* SpecLineParser::Find(const SpecName& name) {
+  StkFunction* found = context_.names.Find(name);
+  const bool stated = context_.kind != SpecificationKind::kLibraryTable;
+  if (found != nullptr && stated && context_.names.IsAmbiguous(name, *found)) {
+    notes_.push_back(
+        {.rule = "ambiguous-name",
+         .text = context_.messages.FormatMessageText(MessageKey::kNoteAmbiguousName,
+                                                     {name.written, context_.names.Shown(*found)}),
+         .file = context_.path,
+         .line = context_.lineNumber,
+         .function = found->index});
+  }
+  return found;
+}
+
+// A number ends at the first character that is no digit of its base, and the rest counts for
+// nothing.
+void SpecLineParser::NoteIfOdd(std::string_view keyword, std::string_view value, size_t digits,
+                               uint32_t number) {
+  if (digits != value.size()) {
+    notes_.push_back({.rule = "odd-number",
+                      .text = context_.messages.FormatMessageText(MessageKey::kNoteOddNumber,
+                                                                  {keyword, value, number}),
+                      .file = context_.path,
+                      .line = context_.lineNumber,
+                      .function = function_->index});
+  }
 }
 
 // The callees are sorted by name; those of one name are few.

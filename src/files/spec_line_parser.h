@@ -4,11 +4,14 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <vector>
 
 #include "core/function_table.h"
 #include "core/specification_source.h"
 #include "files/spec_language.h"
+#include "files/spec_names.h"
 #include "messages/catalogue.h"
+#include "messages/note.h"
 
 namespace velkor {
 
@@ -16,11 +19,11 @@ namespace velkor {
 // reads. What the line states takes effect elsewhere. Used once, where it was made.
 class SpecLineParser {
  public:
-  static constexpr size_t kMaxFunctionName = 1022;
   static constexpr uint32_t kMaxCallees = 1024;
 
   struct Context {
     const StkFunctionTable& table;
+    SpecNames& names;  // of the table
     SpecificationKind kind;
     const std::string& path;
     uint32_t lineNumber;
@@ -34,7 +37,10 @@ class SpecLineParser {
 
   const StkMessage& Error() const { return error_; }
 
-  // None for an empty line and a comment.
+  // The name, as written, for which an error found no function; else empty.
+  std::string_view Missing() const { return missing_; }
+
+  // None for an empty line and a comment. Also with an error behind the function's name.
   StkFunction* Function() const { return function_; }
   // At least one attribute was accepted. A callee that the function has already counts for none.
   bool AttributeSeen() const { return attributeSeen_; }
@@ -42,18 +48,23 @@ class SpecLineParser {
   uint32_t Depth() const { return depth_; }
   // In the order in which they were first met, without repetition.
   const StkFunctionList& Callees() const { return callees_; }
+  // Those that the function calls directly.
+  const StkFunctionList& DirectCallees() const { return directCallees_; }
+  // Of a line without error: what was perhaps not meant as it was read.
+  const std::vector<StkNote>& Notes() const { return notes_; }
 
  private:
   struct Keyword;
 
   bool ParseFunction();
   bool ParseAttribute();
-  bool ReadMargin(std::string_view value);
-  bool ReadDepth(std::string_view value);
-  bool ReadCallee(std::string_view value);
+  bool ReadMargin();
+  bool ReadDepth();
+  bool ReadCallee();
   // False after an error of the name.
   bool CheckName(const SpecName& name, MessageKey unclosedBracket);
-  StkFunction* Find(std::string_view written, const SpecName& name) const;
+  StkFunction* Find(const SpecName& name);
+  void NoteIfOdd(std::string_view keyword, std::string_view value, size_t digits, uint32_t number);
   bool IsDirectCallee(const StkFunction& callee) const;
 
   bool Fail(MessageKey key);
@@ -65,6 +76,8 @@ class SpecLineParser {
   SpecLineScanner line_;
   bool afterCall_ = false;  // the value read last was a callee's name
   StkMessage error_;
+  std::string_view missing_;
+  std::vector<StkNote> notes_;
 
   StkFunction* function_ = nullptr;
   bool attributeSeen_ = false;
@@ -72,6 +85,7 @@ class SpecLineParser {
   uint32_t depth_ = kNoDepth;
   uint32_t callCount_ = 0;
   StkFunctionList callees_;
+  StkFunctionList directCallees_;
   std::unordered_set<const StkFunction*> calleeSet_;  // asked, never walked
 };
 

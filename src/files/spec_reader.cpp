@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "files/spec_language.h"
 #include "files/spec_line_parser.h"
 #include "platform/limits.h"
 
@@ -52,15 +53,34 @@ bool StkSpecReader::ParseLine(StkFunctionTable& table, uint32_t lineNumber, std:
                            MessageKey::kW9425, {MessageFile{path_}, MessageLine{lineNumber}}),
                        stopEvent);
   }
-  SpecLineParser line({table, kind_, path_, lineNumber, reporter_.Messages()}, text);
+  if (names_ == nullptr) {
+    names_ = std::make_unique<SpecNames>(table);
+  }
+  SpecLineParser line({table, *names_, kind_, path_, lineNumber, reporter_.Messages()}, text);
   if (!line.Parse()) {
+    KeepStale(line, lineNumber, text);
     return HandleError(line.Error(), stopEvent);
   }
-  if (line.Function() != nullptr && line.AttributeSeen()) {
+  for (const StkNote& note : line.Notes()) {
+    reporter_.PostNote(note);
+  }
+  const bool states = line.AttributeSeen() || !line.DirectCallees().empty();
+  if (line.Function() != nullptr && states) {
     Apply(table, line, lineNumber);
-    ++specCount_;
+    specCount_ += line.AttributeSeen() ? 1U : 0U;
+    ++takenCount_;
   }
   return true;
+}
+
+void StkSpecReader::KeepStale(const SpecLineParser& line, uint32_t lineNumber,
+                              std::string_view text) {
+  const MessageKey error = line.Error().key;
+  if (kind_ == SpecificationKind::kSystemFile &&
+      (error == MessageKey::kW9410 || error == MessageKey::kW9418) &&
+      IsSpecStatement(text, host_.codePage)) {
+    stale_.push_back({std::string(text), lineNumber, std::string(line.Missing()), line.Function()});
+  }
 }
 
 void StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
@@ -70,6 +90,10 @@ void StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
     if (line.Margin() != kNoMargin && !function.Is(FN_DEFINED)) {
       table.SetLibrarySize(function, line.Margin());
     }
+    return;
+  }
+  table.StateDirectCallees(function, line.DirectCallees());
+  if (!line.AttributeSeen()) {
     return;
   }
   StkAdjustment adjustment;

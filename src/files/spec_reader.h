@@ -9,12 +9,22 @@
 #include "core/function_table.h"
 #include "core/specification_source.h"
 #include "files/byte_source.h"
+#include "files/spec_names.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
 
 namespace velkor {
 
 class SpecLineParser;
+
+// A line of the stk system file that names a function which the analysis does not have. It has no
+// effect, and is kept for the day on which it has one.
+struct StaleStatement {
+  std::string text;       // the line
+  uint32_t line = 0;      // its number
+  std::string missing;    // the name that names nothing
+  StkFunction* function;  // that the line is about; none: the missing one
+};
 
 // One stack size specification file to read: a user's file, a system library table or the stk
 // system file. Parses line by line against the function table; a line without error takes effect
@@ -35,7 +45,12 @@ class StkSpecReader : public SpecificationSource {
   bool ParseLine(StkFunctionTable& table, uint32_t lineNumber, std::string_view text,
                  uint64_t length, Event& stopEvent);
 
+  // Lines that ask for a computation.
   uint32_t SpecCount() const { return specCount_; }
+  // Lines of which all that they state has been taken, the stale ones not included.
+  uint32_t TakenCount() const { return takenCount_; }
+  // In the file's order.
+  const std::vector<StaleStatement>& Stale() const { return stale_; }
   bool CallsSeen() const { return callsSeen_; }
 
  protected:
@@ -54,9 +69,13 @@ class StkSpecReader : public SpecificationSource {
   void Apply(StkFunctionTable& table, const SpecLineParser& line, uint32_t lineNumber);
   // False: the file is read no further.
   bool HandleError(const StkMessage& error, Event& stopEvent);
+  void KeepStale(const SpecLineParser& line, uint32_t lineNumber, std::string_view text);
 
   bool notFound_ = false;
   uint32_t specCount_ = 0;
+  uint32_t takenCount_ = 0;
+  std::unique_ptr<SpecNames> names_;  // from the first line on
+  std::vector<StaleStatement> stale_;
   bool callsSeen_ = false;
   StopAnswer answer_ = StopAnswer::kRetry;
 };

@@ -1,11 +1,21 @@
 #include "files/spec_writer.h"
 
+#include <algorithm>
+#include <set>
 #include <utility>
 
 #include "core/function_text.h"
+#include "files/spec_line_parser.h"
 #include "platform/limits.h"
 
 namespace velkor {
+
+namespace {
+
+constexpr std::string_view kKeptLinesHeading =
+    "# Kept without effect: each names a function that was not found.\n";
+
+}  // namespace
 
 StkSpecWriter::StkSpecWriter(Mode mode, std::string path, const StkFunctionTable& table, Host& host)
     : mode_(mode), table_(table), host_(host), target_(std::move(path), host) {}
@@ -24,10 +34,11 @@ bool StkSpecWriter::Open() {
 WorkEnd StkSpecWriter::Write(const AfterFunction& afterFunction) {
   const bool written = WriteFunctions(true, afterFunction) &&
                        (mode_ == Mode::kAutomatic || WriteFunctions(false, afterFunction));
-  if (written || (stopped_ && count_ == CountToWrite())) {
+  const bool complete = written || (stopped_ && count_ == CountToWrite());
+  if (complete && WriteKeptLines()) {
     return Finish();
   }
-  if (stopped_) {
+  if (stopped_ && !complete) {
     return EndStopped();
   }
   return Fail(file_->LineLimitReached()   ? MessageKey::kW9406
@@ -35,10 +46,10 @@ WorkEnd StkSpecWriter::Write(const AfterFunction& afterFunction) {
                                           : MessageKey::kW9404);
 }
 
-bool StkSpecWriter::WriteFunctions(bool adjusted, const AfterFunction& afterFunction) {
+bool StkSpecWriter::WriteFunctions(bool stated, const AfterFunction& afterFunction) {
   for (const auto& function : table_.Functions()) {
-    const bool isAdjusted = function->adjustment != nullptr;
-    if (adjusted ? !isAdjusted : isAdjusted || !function->IsUnknown()) {
+    const bool hasStatement = function->HasStatement();
+    if (stated ? !hasStatement : hasStatement || !function->IsUnknown()) {
       continue;
     }
     if (!WriteFunction(*function)) {
@@ -53,44 +64,70 @@ bool StkSpecWriter::WriteFunctions(bool adjusted, const AfterFunction& afterFunc
   return true;
 }
 
+// A line that is too long goes to the file, whose limit it is.
 bool StkSpecWriter::WriteFunction(const StkFunction& function) {
-  if (!file_->WriteString(NameToRead(function))) {
+  const std::optional<std::string> line = LineOf(function);
+  if (!line || (line->size() <= kMaxTextLength && !ReadsBack(*line, function))) {
+    refused_.push_back(FunctionSpecName(function, host_.codePage));
+    return true;
+  }
+  return file_->WriteString(*line) && file_->WriteString("\n");
+}
+
+std::optional<std::string> StkSpecWriter::LineOf(const StkFunction& function) {
+  std::optional<std::string> line = names_.Statement(function);
+  if (!line) {
+    return std::nullopt;
+  }
+  if (const StkAppliedAdjustment* adjustment = function.adjustment.get()) {
+    if (adjustment->margin != kNoMargin) {
+      *line += ", ADD=" + std::to_string(adjustment->margin);
+    }
+    if (adjustment->depth != kNoDepth) {
+      *line += ", RECTIME=" + std::to_string(adjustment->depth);
+    }
+    if (!AddCallees(function.extraCallees, *line)) {
+      return std::nullopt;
+    }
+  }
+  return AddCallees(table_.DirectCallees(function), *line) ? line : std::nullopt;
+}
+
+bool StkSpecWriter::AddCallees(const StkFunctionList& callees, std::string& line) {
+  return std::ranges::all_of(callees, [&](const StkFunction* callee) {
+    const std::optional<std::string> name = names_.Statement(*callee);
+    line += name ? ", CALL=" + *name : "";
+    return name.has_value();
+  });
+}
+
+bool StkSpecWriter::ReadsBack(std::string_view line, const StkFunction& function) {
+  SpecLineParser parser({table_, names_, SpecificationKind::kSystemFile, target_.Path(), 0, noMessages_},
+                        line);
+  if (!parser.Parse() || parser.Function() != &function) {
     return false;
   }
+  const auto together = [](const StkFunctionList& some, const StkFunctionList& others) {
+    std::set<const StkFunction*> all(some.begin(), some.end());
+    all.insert(others.begin(), others.end());
+    return all;
+  };
   const StkAppliedAdjustment* adjustment = function.adjustment.get();
-  if (adjustment != nullptr) {
-    if (adjustment->margin != kNoMargin && !WriteAttribute(", ADD=", adjustment->margin)) {
-      return false;
-    }
-    if (adjustment->depth != kNoDepth && !WriteAttribute(", RECTIME=", adjustment->depth)) {
-      return false;
-    }
-    for (const StkFunction* callee : function.extraCallees) {
-      if (!file_->WriteString(", CALL=") || !file_->WriteString(NameToRead(*callee))) {
-        return false;
-      }
-    }
-  }
-  return file_->WriteString("\n");
+  const StkAppliedAdjustment inForce = adjustment != nullptr ? *adjustment : StkAppliedAdjustment();
+  const StkFunctionList extra = adjustment != nullptr ? function.extraCallees : StkFunctionList();
+  return parser.Margin() == inForce.margin && parser.Depth() == inForce.depth &&
+         together(parser.Callees(), parser.DirectCallees()) ==
+             together(extra, table_.DirectCallees(function));
 }
 
-bool StkSpecWriter::WriteAttribute(std::string_view keyword, uint32_t value) {
-  return file_->WriteString(keyword) && file_->WriteString(std::to_string(value));
-}
-
-// A C name that begins with "_" is also the symbol of another C name, which a reader prefers. Only
-// brackets keep the two apart.
-std::string StkSpecWriter::NameToRead(const StkFunction& function) const {
-  std::string name = FunctionSpecName(function, host_.codePage);
-  const std::string_view cName = CName(function);
-  if (!cName.starts_with('_') || !function.Is(FN_DEFINED)) {
-    return name;
+bool StkSpecWriter::WriteKeptLines() {
+  if (keptLines_.empty()) {
+    return true;
   }
-  const std::string_view file =
-      function.IsStatic() ? function.file->BaseName(host_.codePage) : std::string_view();
-  const bool ambiguous = table_.FindBySpecName(file, cName, false) != &function &&
-                         table_.FindBySpecName(file, cName, true) == &function;
-  return ambiguous ? "[" + name + "]" : name;
+  return file_->WriteString(kKeptLinesHeading) &&
+         std::ranges::all_of(keptLines_, [this](const std::string& line) {
+           return file_->WriteString(line) && file_->WriteString("\n");
+         });
 }
 
 WorkEnd StkSpecWriter::Finish() {
@@ -126,6 +163,12 @@ void StkSpecWriter::PostFailure(StkReporter& reporter) const {
     reporter.PostWarning(failure_, {MessageFile{target_.Path()}, kMaxTextLines});
   } else {
     reporter.PostWarning(failure_, {MessageFile{target_.Path()}});
+  }
+}
+
+void StkSpecWriter::PostRefused(StkReporter& reporter) const {
+  for (const std::string& name : refused_) {
+    reporter.PostWarning(MessageKey::kW9467, {name, MessageFile{target_.Path()}});
   }
 }
 

@@ -3,22 +3,27 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "core/function_table.h"
 #include "files/output_target.h"
+#include "files/spec_names.h"
 #include "files/text_output_file.h"
 #include "files/work_end.h"
+#include "messages/catalogue.h"
 #include "messages/reporter.h"
 #include "platform/host.h"
 
 namespace velkor {
 
-// Writes the adjustments in force as a stack size specification file, which reads back as the same
-// adjustments. Made for one writing: Open, then Write. Used by one job's thread; the table must
-// not change meanwhile. Knows no thread and posts nothing but PostFailure.
+// Writes the statements in force as a stack size specification file, which reads back as the same
+// statements: every line is read before it is written, and one that would say something else is
+// left out (PostRefused). Made for one writing: Open, then Write. Used by one job's thread; the
+// table must not change meanwhile. Knows no thread and posts nothing but PostFailure.
 class StkSpecWriter {
  public:
   enum class Mode {
@@ -41,6 +46,8 @@ class StkSpecWriter {
   // Automatic mode. Asked with the old file, if there is one, which is held, when the new one is
   // complete. False keeps the old file: the writing fails with W9402.
   void SetMayReplace(FileSystem::MayReplace mayReplace) { mayReplace_ = std::move(mayReplace); }
+  // Automatic mode: lines to keep as they are, behind the others.
+  void SetKeptLines(std::vector<std::string> lines) { keptLines_ = std::move(lines); }
   bool Open();
   // kStopped only when functions were left out: a stop after the last one comes too late.
   WorkEnd Write(const AfterFunction& afterFunction);
@@ -48,12 +55,17 @@ class StkSpecWriter {
   uint64_t Fingerprint() const { return target_.Fingerprint(); }
   // The warning that belongs to an Open that answered false, or to kFailed.
   void PostFailure(StkReporter& reporter) const;
+  // A warning for each function whose line was left out.
+  void PostRefused(StkReporter& reporter) const;
 
  private:
-  bool WriteFunctions(bool adjusted, const AfterFunction& afterFunction);
+  bool WriteFunctions(bool stated, const AfterFunction& afterFunction);
   bool WriteFunction(const StkFunction& function);
-  bool WriteAttribute(std::string_view keyword, uint32_t value);
-  std::string NameToRead(const StkFunction& function) const;
+  bool WriteKeptLines();
+  // None where a name in it cannot be written.
+  std::optional<std::string> LineOf(const StkFunction& function);
+  bool AddCallees(const StkFunctionList& callees, std::string& line);
+  bool ReadsBack(std::string_view line, const StkFunction& function);
   WorkEnd Finish();
   WorkEnd EndStopped();
   WorkEnd Fail(MessageKey key);
@@ -62,6 +74,10 @@ class StkSpecWriter {
   const StkFunctionTable& table_;
   Host& host_;
   StkOutputTarget target_;
+  SpecNames names_{table_};
+  const StkMessages noMessages_{host_.codePage, {}};  // for lines that are read back
+  std::vector<std::string> keptLines_;
+  std::vector<std::string> refused_;      // functions
   std::unique_ptr<TextOutputFile> file_;  // after Open, until it is discarded
   FileSystem::MayReplace mayReplace_;
   uint32_t count_ = 0;

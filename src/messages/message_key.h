@@ -53,6 +53,7 @@ enum class MessageKey : uint32_t {
   kW9464 = 40164,
   kW9465 = 40165,
   kW9466 = 40166,
+  kW9467 = 40167,
   kI9501 = 40201,
   kI9502 = 40202,
   kI9503 = 40203,
@@ -97,6 +98,11 @@ enum class MessageKey : uint32_t {
   kNoteSourceTooLong = 43024,
   kNoteProjectTooLarge = 43025,
   kNoteMoreSources = 43026,
+  kNoteOddNumber = 43030,
+  kNoteStaleStatement = 43031,
+  kNoteUnusedDepth = 43032,
+  kNoteMarginReplacesSize = 43033,
+  kNoteAmbiguousName = 43034,
 };
 
 }  // namespace velkor

@@ -41,9 +41,8 @@ class ModuleReader {
   virtual FileFailure Open(size_t module) = 0;
   // The module that has been opened; closes its file. With the stop event set, it ends soon.
   virtual void Read(Event& stopEvent) = 0;
-  // The module that has been read. kFailed: it ended early, and was reported; what was entered
-  // before stays.
-  virtual WorkEnd Enter(FunctionDatabase database) = 0;
+  // The module that has been read.
+  virtual Entered Enter(FunctionDatabase database) = 0;
 };
 
 // A program as its build left it: a list of modules, and what belongs to the analysis of all of

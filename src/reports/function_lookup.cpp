@@ -5,6 +5,7 @@
 
 #include "core/function_text.h"
 #include "files/spec_language.h"
+#include "files/spec_names.h"
 
 namespace velkor::reports {
 namespace {
@@ -78,7 +79,13 @@ StkFunctionList FindFunctions(const StkFunctionTable& functions, std::string_vie
   StkFunctionList found = Select(functions, [&](const StkFunction& function) {
     return FunctionSpecName(function, codePage) == name;
   });
-  const SpecName parts = SpecName::Split(name, codePage);
+  const SpecName parts = SpecName::OfText(name, codePage);
+  const bool further = parts.quoted || parts.file.find_first_of("\\/:") != parts.file.npos;
+  if (found.empty() && further) {
+    if (StkFunction* named = SpecNames(functions).Find(parts)) {
+      return {named};
+    }
+  }
   if (found.empty() && !parts.bracketed && parts.function.starts_with('_')) {
     found = WithSymbol(functions, parts.function, parts.file);
   }
@@ -90,7 +97,7 @@ StkFunctionList FindFunctions(const StkFunctionTable& functions, std::string_vie
 
 std::vector<std::string> NearNames(const StkFunctionTable& functions, std::string_view name) {
   const CodePage& codePage = functions.GetCodePage();
-  const std::string_view wanted = SpecName::Split(name, codePage).function;
+  const std::string wanted = SpecName::OfText(name, codePage).function;
   std::vector<std::pair<size_t, const StkFunction*>> near;
   for (const auto& function : functions.Functions()) {
     const size_t farness = Farness(CName(*function), wanted, codePage);
@@ -100,16 +107,16 @@ std::vector<std::string> NearNames(const StkFunctionTable& functions, std::strin
   }
   std::stable_sort(near.begin(), near.end(),
                    [](const auto& left, const auto& right) { return left.first < right.first; });
+  SpecNames specNames(functions);
   std::vector<std::string> names;
   for (size_t i = 0; i < near.size() && names.size() < kMostNear; ++i) {
-    names.push_back(FunctionSpecName(*near[i].second, codePage));
+    names.push_back(specNames.Shown(*near[i].second));
   }
   return names;
 }
 
 std::string LookupError(const StkFunctionTable& functions, std::string_view name,
                         const StkFunctionList& found) {
-  const CodePage& codePage = functions.GetCodePage();
   std::string error = "\"" + std::string(name) + "\" ";
   std::vector<std::string> names;
   if (found.empty()) {
@@ -118,9 +125,10 @@ std::string LookupError(const StkFunctionTable& functions, std::string_view name
     error += names.empty() ? "" : "; near it: ";
   } else {
     error += "can mean more than one function: ";
+    SpecNames specNames(functions);
     for (size_t i = 0; i < found.size() && i < kMostNear; ++i) {
       const StkFunction& function = *found[i];
-      names.push_back(FunctionSpecName(function, codePage) +
+      names.push_back(specNames.Shown(function) +
                       (function.file != nullptr ? " of " + function.file->name : ""));
     }
   }

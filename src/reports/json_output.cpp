@@ -139,7 +139,11 @@ class JsonOutput {
     } else {
       json_.Null("file");
     }
-    json_.Text("statement", result_.Text(function.statement));
+    if (const std::string_view statement = result_.Text(function.statement); !statement.empty()) {
+      json_.Text("statement", statement);
+    } else {
+      json_.Null("statement");
+    }
     json_.NumberOrNull("line", function.line != 0, function.line);
   }
 

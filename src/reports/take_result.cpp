@@ -1,6 +1,7 @@
 #include "reports/take_result.h"
 
 #include <array>
+#include <optional>
 #include <utility>
 
 #include "core/adjustments.h"
@@ -8,6 +9,7 @@
 #include "core/function_sorting.h"
 #include "core/function_text.h"
 #include "core/reason_witnesses.h"
+#include "files/spec_names.h"
 
 namespace velkor::reports {
 namespace {
@@ -64,6 +66,7 @@ class FunctionTaking {
         bounds_(analysis.bounds),
         codePage_(table_.GetCodePage()),
         witnesses_(table_, bounds_),
+        specNames_(table_),
         result_(result) {}
 
   void Run() {
@@ -110,7 +113,8 @@ class FunctionTaking {
     taken.displayName = function.Is(FN_RECURSIVE | FN_INDIRECT_CALL)
                             ? Name(FunctionDisplayName(function, codePage_))
                             : taken.specName;
-    taken.statement = taken.specName;
+    const std::optional<std::string> statement = specNames_.Statement(function);
+    taken.statement = statement ? Text(*statement) : AnalysedFunction::kNone;
     taken.file = File(function.file);
     taken.frameText = result_.texts.Intern(FrameSizeText(function));
     taken.totalText = result_.texts.Intern(TotalSizeText(function));
@@ -188,6 +192,7 @@ class FunctionTaking {
   const StkBounds& bounds_;
   const CodePage& codePage_;
   const ReasonWitnesses witnesses_;
+  SpecNames specNames_;
   const StkFileEntry* lastFile_ = nullptr;
   uint32_t lastFileText_ = AnalysedFunction::kNone;
   AnalysisResult& result_;

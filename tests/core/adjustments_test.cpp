@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "core/detail/adjustment_information.h"
+#include "core/adjustment_information.h"
 #include "core/detail/pending_adjustments.h"
 #include "core/function_text.h"
 #include "core/test_source.h"

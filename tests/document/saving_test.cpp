@@ -133,12 +133,12 @@ TEST_F(SavingTest, AProjectThatIsItsOwnSystemFileIsNotOverwritten) {
 
 TEST_F(SavingTest, WhatCouldNotBeTakenIsKeptBesideTheNewFile) {
   PutAdjustable();
-  const std::string old = "f, ADD=1\r\nlost.c#g, ADD=4\r\n";
+  const std::string old = "f, ADD=1\r\nmain, RECTIME=4\r\n";
   host.files.Put(kSystemFile, old);
   OpenAndFinish();
   Adjust("f", 5);
   Finish();
-  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n");
+  EXPECT_EQ(SystemFile(), "main\r\nf, ADD=5\r\n");
   EXPECT_EQ(Backup(".bak"), old);
   EXPECT_TRUE(Logged("C:\\p\\app.psg.bak Writing completed."));
   Adjust("f", 6);
@@ -154,9 +154,44 @@ TEST_F(SavingTest, WhatCouldNotBeTakenIsKeptBesideTheNewFile) {
   EXPECT_EQ(Backup(".bak2"), "main, ADD=1\r\nlost, ADD=3\r\n");
 }
 
+TEST_F(SavingTest, LinesThatNameNoFunctionAreKeptUntilTheyDo) {
+  PutAdjustable();
+  const std::string heading =
+      "# Kept without effect: each names a function that was not found.\r\n";
+  const std::string lost = "\"my lost.c\"#g,ADD=4\r\n";
+  const std::string gone = "main,  CALL=gone\r\n";
+  host.files.Put(kSystemFile, "f, ADD=1\r\n" + lost + gone);
+  OpenAndFinish();
+  EXPECT_TRUE(Logged("note: Function (\"my lost.c\"#g) is not found"));
+  EXPECT_TRUE(Logged("note: Function (gone) is not found"));
+  for (const uint32_t margin : {5u, 6u}) {
+    Adjust("f", margin);
+    Finish();
+    EXPECT_EQ(SystemFile(), "f, ADD=" + std::to_string(margin) + "\r\n" + heading + lost + gone);
+    EXPECT_EQ(Backup(".bak"), "none");
+    document.Recalculate();
+    Finish();
+  }
+  ASSERT_TRUE(document.HasStatement(*Find("main")));
+  ASSERT_TRUE(document.CancelAdjustment(*Find("main")));
+  Finish();
+  EXPECT_EQ(SystemFile(), "f, ADD=6\r\n" + heading + lost);
+  host.files.Put(ModulePath("a"), Module("my lost.c", {"main 10 f", "f 20", "static g 2"}));
+  document.Recalculate();
+  Finish();
+  Adjust("f", 7);
+  Finish();
+  std::string saved = SystemFile();
+  EXPECT_EQ(saved.find('#'), saved.rfind('#')) << saved;
+  EXPECT_NE(saved.find("g, ADD=4\r\n"), std::string::npos) << saved;
+  ASSERT_TRUE(document.CancelAllAdjustments());
+  Finish();
+  EXPECT_EQ(SystemFile(), "");
+}
+
 TEST_F(SavingTest, ASystemFileThatCannotBeKeptIsNotReplaced) {
   PutAdjustable();
-  const std::string old = "f, ADD=1\r\nlost.c#g, ADD=4\r\n";
+  const std::string old = "f, ADD=1\r\nmain, RECTIME=4\r\n";
   host.files.Put(kSystemFile, old);
   OpenAndFinish();
   host.files.Refuse(std::string(kSystemFile) + ".bak");

@@ -127,10 +127,12 @@ TEST_F(SpecReadJobTest, TheStkSystemFileCountsAsTakenOnlyWhole) {
   const Case cases[] = {
       {"", true},
       {"# by hand\n\n  \nf, ADD=5, RECTIME=2\nh, CALL=f\nmain\n", true},
-      {"f, ADD=5\ngone.c#g, ADD=4\n", false},  // a module that could not be read this time
-      {"h, ADD=5, CALL=gone\n", false},        // the same of a callee
-      {"f, ADD=5\nh, RECTIME=3\n", false},     // no recursion this time
-      {"f, ADD=5\nbroken line\nh, ADD=3\n", false},
+      {"f, ADD=5\ngone.c#g, ADD=4\n", true},  // kept: a module that could not be read this time
+      {"[x], ADD=5, CALL=gone\n", true},      // the same of a callee
+      {"h, ADD=5, CALL=gone\nh, ADD=6\n", false},
+      {"main, CALL=f\n", true},             // called directly as well
+      {"f, ADD=5\nh, RECTIME=3\n", false},  // no recursion this time
+      {"f, ADD=5\nmain broken\nh, ADD=3\n", false},
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(test.text);
@@ -142,6 +144,26 @@ TEST_F(SpecReadJobTest, TheStkSystemFileCountsAsTakenOnlyWhole) {
       EXPECT_EQ(job->TakenSystemFile(), FileFingerprint(host.files, kSystem));
     }
   }
+}
+
+// Although no total is computed for it.
+TEST_F(SpecReadJobTest, ADirectCalleeThatIsStatedSettlesTheBound) {
+  graph["main"].flags |= FN_INDIRECT_CALL;
+  graph.functions.SetLibrarySize(graph["lib"], 1);
+  host.files.Put(kSystem, "f, RECTIME=1\nh, RECTIME=1\n");
+  Add(SpecificationKind::kSystemFile, kSystem);
+  Run();
+  ASSERT_TRUE(bounds.Reasons(graph["main"]).Has(ReasonKind::kIndirect));
+  EXPECT_EQ(recorder.log.lines,
+            std::vector<std::string>{"note: The recursion depth 1 of function (h) has no effect: "
+                                     "the function is not recursive."});
+  host.files.Put(kUser, "main, CALL=f\n");
+  Add(SpecificationKind::kUserFile, kUser);
+  Run();
+  EXPECT_EQ(bounds.State(graph["main"]), BoundState::kBounded);
+  EXPECT_EQ(bounds.Known(graph["main"]), 30u);
+  EXPECT_EQ(graph["main"].adjustment, nullptr);
+  EXPECT_TRUE(graph["main"].extraCallees.empty());
 }
 
 }  // namespace

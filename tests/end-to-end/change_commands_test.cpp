@@ -60,6 +60,31 @@ TEST_F(ChangeCommands, AdjustStatesWhatItIsGivenAndKeepsTheRest) {
   EXPECT_EQ(Saved(), "main, ADD=5\r\n");
   EXPECT_EQ(Run("adjust", {"[memcpy]", "--margin", "4", "--callee", "isr"}).status, 0);
   EXPECT_EQ(Saved(), "main, ADD=5\r\n[memcpy], ADD=4, CALL=isr\r\n");
+  const ProgramRun replaced = Run("adjust", {"[memcpy]", "--margin", "3"});
+  EXPECT_EQ(replaced.status, 0);
+  EXPECT_TRUE(
+      replaced.Says("note: The margin of 3 bytes replaces the library size of function "
+                    "([memcpy]), 4 bytes. [margin-replaces-size]"))
+      << replaced.err;
+}
+
+// A second b.c stands in another folder.
+TEST_F(ChangeCommands, NamesThatOnlyTheFurtherFormTellsApart) {
+  folder_.Put("c.asm", ModuleText("x\\b.c", {{"other", "8", {"step"}}, {"step", "3", {}, true}}));
+  folder_.Put("app.prj", ProjectText(".", {"a.c", "b.c", "c.c"}));
+  const ProgramRun both = Run("adjust", {"b.c#step", "--margin", "1"});
+  EXPECT_EQ(both.status, 2) << both.err;
+  EXPECT_TRUE(both.err.find("x\\b.c#step") != std::string::npos) << both.err;
+  EXPECT_EQ(Run("adjust", {"x\\b.c#step", "--margin", "9", "--callee", "\"b.c\"#step"}).status, 0);
+  EXPECT_EQ(Saved(), "x\\b.c#step, ADD=9, CALL=\"b.c\"#step\r\n");
+  EXPECT_EQ(Run("adjust", {"x\\b.c#step", "--margin", "8"}).status, 0);
+  EXPECT_EQ(Saved(), "x\\b.c#step, ADD=8, CALL=\"b.c\"#step\r\n");
+
+  folder_.Put("app.psg", "ring, RECTIME=2, CALL=gone\r\n");
+  EXPECT_EQ(Run("reset", {"main"}).status, 0);
+  EXPECT_EQ(Saved(), "ring, RECTIME=2, CALL=gone\r\n") << "nothing is written";
+  EXPECT_EQ(Run("reset", {"ring"}).status, 0);
+  EXPECT_EQ(Saved(), "");
 }
 
 TEST_F(ChangeCommands, WhatADialogWouldRefuseChangesNothing) {

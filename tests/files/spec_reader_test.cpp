@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/reason.h"
 #include "files/spec_reading.h"
 
 namespace velkor {
@@ -55,6 +56,42 @@ TEST(SpecReader, ErrorsOfAUserFile) {
     ASSERT_EQ(1u, reading.recorder.boxes.boxes.size()) << line;
     EXPECT_EQ(message + "\nDo you want to stop reading?", reading.recorder.boxes.boxes[0].text);
     EXPECT_EQ("", reading.Pending("main")) << line;
+  }
+}
+
+TEST(SpecReader, WhatWasPerhapsNotMeantIsNoted) {
+  SpecReading reading("main 4 -> direct\ndirect 6\nstatic s 2");
+  reading.graph.functions.AddDefined("_s", reading.graph.files.Intern("D:\\q\\s.c"));
+  EXPECT_TRUE(reading.Read(kUserFile,
+                           "main, ADD=08, RECTIME=5.5\nS.C#s, ADD=12abc\nq\\s.c#s, ADD=0x10\n"
+                           "direct, CALL=s, ADD=010"));
+  EXPECT_EQ((Lines{"note: The number after \"ADD=\" is written \"08\" and read as 0.",
+                   "note: The number after \"RECTIME=\" is written \"5.5\" and read as 5.",
+                   "note: The name \"S.C#s\" fits several functions: the first one is taken, "
+                   "p\\s.c#s.",
+                   "note: The number after \"ADD=\" is written \"12abc\" and read as 12.",
+                   "note: The name \"s\" fits several functions: the first one is taken, "
+                   "p\\s.c#s."}),
+            reading.recorder.log.lines);
+  EXPECT_EQ("0 5", reading.Pending("main"));
+  EXPECT_EQ("12 -", reading.Pending("s"));
+}
+
+// It changes no adjustment, but is kept.
+TEST(SpecReader, ADirectCalleeThatIsStated) {
+  SpecReading reading("main 4 -> direct\ndirect 6\nf 1 -> direct");
+  EXPECT_TRUE(reading.Read(kSystemFile, "main, CALL=direct\nf, CALL=main, CALL=direct"));
+  EXPECT_EQ("", reading.Pending("main"));
+  EXPECT_EQ("- - _main", reading.Pending("f"));
+  StkFunctionTable& table = reading.graph.functions;
+  table.PutDirectCalleesInForce();
+  for (const char* name : {"main", "f"}) {
+    StkFunction& function = reading.graph[name];
+    EXPECT_EQ(StkFunctionList{&reading.graph["direct"]}, table.DirectCallees(function));
+    function.flags |= FN_INDIRECT_CALL | FN_HIDDEN_CALL;
+    EXPECT_TRUE(MissingOf(function).empty());
+    table.SetDirectCallees(function, {});
+    EXPECT_FALSE(MissingOf(function).empty());
   }
 }
 

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
+#include <string>
+#include <tuple>
+#include <vector>
 
 #include "core/function_sorting.h"
 #include "core/recompute.h"
@@ -37,8 +41,9 @@ struct SpecWriterTest : ::testing::Test {
     EXPECT_EQ(end, ended);
     if (ended == WorkEnd::kFailed) {
       writer.PostFailure(reading.recorder.reporter);
-      reading.recorder.queue.Drain();
     }
+    writer.PostRefused(reading.recorder.reporter);
+    reading.recorder.queue.Drain();
     return reading.host.files.Get(kSpecPath).value_or("no file");
   }
   std::string LastWarning() { return reading.recorder.log.lines.back(); }
@@ -67,6 +72,48 @@ TEST_F(SpecWriterTest, OneLinePerFunction) {
   Graph none("main 4");
   EXPECT_EQ("", Write(Mode::kAutomatic, none));
   ExpectOnlyTheFile();
+}
+
+// Files of one base name, and names that the plain form cannot hold or that mean another function.
+TEST_F(SpecWriterTest, NamesInTheFurtherForm) {
+  Graph graph("main 4\nstatic twin 2");
+  const auto add = [&](const char* symbol, const char* path, uint32_t flags = 0) {
+    graph.functions.AddDefined(symbol, graph.files.Intern(path)).flags |= flags;
+  };
+  add("_step", "C:\\p\\x\\util.c");
+  add("_step", "C:\\p\\y\\UTIL.C");
+  add("_step", "util.c");
+  add("_step", "/h/my util.c");
+  add("_step", "/g/a/z.c");
+  add("_step", "/h/a/z.c");
+  add("_ns::f(int, char)", "/h/f.cpp", FN_GLOBAL);
+  add("_a#\"b\"", "/h/one.c", FN_GLOBAL);
+  add("_main", "/h/other.c", FN_GLOBAL);
+  add("_twin", "C:\\p\\twin.c");  // the second one: no name tells the two apart
+  add(("_" + std::string(1023, 'n')).c_str(), "/h/one.c", FN_GLOBAL);
+  graph.functions.AddUnknown("_step");
+  for (StkFunction* function : graph.functions.Functions()) {
+    Adjust(graph, *function, 1);
+  }
+  graph["main"].extraCallees.push_back(&graph["twin"]);
+  EXPECT_EQ(
+      "x\\util.c#step, ADD=1\r\n"
+      "y\\UTIL.C#step, ADD=1\r\n"
+      "\"util.c\"#step, ADD=1\r\n"
+      "\"my util.c\"#step, ADD=1\r\n"
+      "g/a/z.c#step, ADD=1\r\n"
+      "h/a/z.c#step, ADD=1\r\n"
+      "\"ns::f(int, char)\", ADD=1\r\n"
+      "\"a#\"\"b\"\"\", ADD=1\r\n"
+      "\"other.c\"#main, ADD=1\r\n"
+      "[\"step\"], ADD=1\r\n",
+      Write(Mode::kAutomatic, graph));
+  const auto& warnings = reading.recorder.log.lines;
+  ASSERT_EQ(4u, warnings.size()) << "main, the twins and the long name";
+  EXPECT_EQ(
+      "W9467 Specification of function (main) cannot be saved in file (C:\\p\\p.psg).\nNo name "
+      "tells the function from others, or it cannot be written.",
+      warnings[0]);
 }
 
 TEST_F(SpecWriterTest, CountsAndStops) {
@@ -100,13 +147,21 @@ TEST_F(SpecWriterTest, CountsAndStops) {
 }
 
 TEST_F(SpecWriterTest, LongLines) {
-  // "first, CALL=" and the callee's name fill the line to the last character.
+  // "first" and five callees fill the line to the last character.
   for (const size_t excess : {0u, 1u}) {
-    const std::string callee(5119 - 12 + excess, 'n');
-    Graph graph("before 1\nfirst 1 => " + callee + "\n" + callee + " 2\nafter 1");
+    std::string callees;
+    std::string definitions;
+    std::string line = "before\r\nfirst";
+    for (const char letter : {'a', 'b', 'c', 'd', 'e'}) {
+      const std::string callee(letter == 'e' ? 1015 + excess : 1016, letter);
+      callees += " " + callee;
+      line += ", CALL=" + callee;
+      definitions += callee + " 2\n";
+    }
+    line.resize(8 + 5119);
+    Graph graph("before 1\nfirst 1 =>" + callees + "\nafter 1\n" + definitions);
     Adjust(graph, graph["before"]);
     Adjust(graph, graph["after"]);
-    const std::string line = "before\r\nfirst, CALL=" + std::string(5107, 'n');
     reading.host.files.Put(kSpecPath, "old");
     const WorkEnd end = excess == 0 ? WorkEnd::kCompleted : WorkEnd::kFailed;
     EXPECT_TRUE((excess == 0 ? line + "\r\nafter\r\n" : "old") ==
@@ -163,22 +218,33 @@ TEST_F(SpecWriterTest, FailuresLeaveTheOldFileOrWhatWasWritten) {
   ExpectOnlyTheFile();
 }
 
-// Names that a reader could take for one another.
+// Names that a reader could take for one another, and names of characters that lines are made of.
 void Populate(Graph& graph, std::mt19937& random) {
-  const auto& one = graph.files.Intern("C:\\p\\one.c");
-  const auto& two = graph.files.Intern("C:\\p\\TWO.C");
-  for (const char* name : {"_f", "__f", "___f", "_g", "__g"}) {
-    for (const StkFileEntry* file : {&one, &two}) {
-      if (random() % 2 == 0) {
+  std::vector<const StkFileEntry*> files;
+  for (const char* path :
+       {"C:\\p\\one.c", "C:\\p\\TWO.C", "C:\\q\\one.c", "one.c", "/h/a b/#,\"[one].c"}) {
+    files.push_back(&graph.files.Intern(path));
+  }
+  std::set<std::string> names = {"_f", "__f", "___f", "_g", "__g", "_"};
+  for (int i = 0; i < 3; ++i) {
+    std::string name = "_";
+    for (uint32_t length = 1 + random() % 4; length > 0; --length) {
+      name += "f# ,[]\"\\="[random() % 9];
+    }
+    names.insert(name);
+  }
+  for (const std::string& name : names) {
+    for (const StkFileEntry* file : files) {
+      if (random() % 3 == 0) {
         graph.functions.AddDefined(name, *file);
       }
     }
     if (random() % 2 == 0) {
-      graph.functions.AddDefined(name, one).flags |= FN_GLOBAL;
+      graph.functions.AddDefined(name, *files.front()).flags |= FN_GLOBAL;
     }
-  }
-  for (const char* name : {"_u", "__u", "_v"}) {
-    graph.functions.AddUnknown(name);
+    if (random() % 3 == 0) {
+      graph.functions.AddUnknown(name);
+    }
   }
 }
 
@@ -203,6 +269,7 @@ TEST_F(SpecWriterTest, WhatIsWrittenReadsBackAsItWas) {
     Populate(graph, random);
     AdjustAtRandom(graph, random);
     const std::string written = Write(Mode::kUser, graph);
+    ASSERT_EQ(std::vector<std::string>{}, reading.recorder.log.lines) << written;
 
     SpecReading fresh("");
     random.seed(seed);

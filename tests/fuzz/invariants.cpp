@@ -68,7 +68,7 @@ void CheckCounts(const StkFunctionTable& table) {
     const bool isInForce = function->adjustment != nullptr;
     unknown += isUnknown ? 1U : 0U;
     adjusted += isInForce || function->pendingAdjustment != nullptr ? 1U : 0U;
-    inForce += isInForce ? 1U : 0U;
+    inForce += function->HasStatement() ? 1U : 0U;
     unknownNotInForce += isUnknown && !isInForce ? 1U : 0U;
   }
   RequireEqual(table.UnknownCount(), unknown, "the unknown count is a recount");

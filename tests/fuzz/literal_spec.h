@@ -59,7 +59,7 @@ class LiteralFile {
   Statements stated;
   std::vector<std::optional<uint32_t>> librarySizes;  // by index
   std::vector<std::string> errors;                    // the codes that are told
-  // A line states something about no function of the analysis, or about one a second time.
+  // A line states something that is neither taken nor kept.
   bool hasStray = false;
 
  private:

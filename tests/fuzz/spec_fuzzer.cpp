@@ -2,6 +2,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "core/adjustments.h"
@@ -52,6 +53,13 @@ class SpecRun {
  public:
   explicit SpecRun(const Choices& choices, size_t readLimit)
       : host(choices.codePage), graph(Functions(choices.codePage), choices.codePage) {
+    // Namesakes, and names that a line cannot hold without quotes.
+    for (const auto& [symbol, file] :
+         {std::pair{"_s", "D:\\q\\s.c"}, {"_s", "D:\\a b\\s.c"}, {"_two words", "D:\\q\\#,.c"}}) {
+      graph.functions.AddDefined(symbol, graph.files.Intern(file));
+    }
+    graph.functions.AddDefined("_f", graph.files.Intern("D:\\q\\f.c")).flags |= FN_GLOBAL;
+    graph.functions.AddUnknown("_s");
     host.files.SetReadLimit(readLimit);
     host.boxes.answerWith = [answer = choices.answer](const RecordingBoxes::Box& box) {
       return box.buttons == BoxButtons::kOk ? BoxAnswer::kOk : answer;

@@ -128,6 +128,17 @@ StkFunction* FunctionNameIndex::FindStatic(uint32_t name, std::string_view fileB
   return found;
 }
 
+StkFunctionList FunctionNameIndex::FindAll(uint32_t name) const {
+  StkFunctionList found;
+  const uint32_t last = LastOf(name);
+  for (uint32_t i = last; i != kNone;) {
+    i = next_[i];
+    found.push_back(functions_[i]);
+    i = i == last ? kNone : i;
+  }
+  return found;
+}
+
 template <typename Visit>
 bool FunctionNameIndex::VisitFew(uint32_t last, Visit visit) const {
   uint32_t i = last;

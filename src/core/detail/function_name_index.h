@@ -34,6 +34,8 @@ class FunctionNameIndex {
   StkFunction* FindCallee(uint32_t name, const StkFileEntry* callerFile);
   StkFunction* FindUnqualified(uint32_t name);
   StkFunction* FindStatic(uint32_t name, std::string_view fileBaseName);
+  // In insertion order.
+  StkFunctionList FindAll(uint32_t name) const;
 
  private:
   struct IgnoringCase {

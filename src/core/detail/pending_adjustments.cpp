@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "core/detail/adjustment_information.h"
+#include "core/adjustment_information.h"
 #include "core/function_text.h"
 
 namespace velkor {

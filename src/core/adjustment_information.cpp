@@ -1,4 +1,4 @@
-#include "core/detail/adjustment_information.h"
+#include "core/adjustment_information.h"
 
 #include <algorithm>
 #include <utility>
