@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "core/call_range.h"
 #include "core/adjustment_information.h"
+#include "core/call_range.h"
 #include "core/detail/report_overflow.h"
 #include "core/function_text.h"
 #include "core/recompute.h"

@@ -209,7 +209,7 @@ class CStkDoc {
   // walked.
   std::unordered_set<const StkFunction*> unsaved_;
   int mergesInARow_ = 0;
-  bool discarding_ = false;  // the views are told nothing more of this analysis
+  bool discarding_ = false;            // the views are told nothing more of this analysis
   std::vector<StaleStatement> stale_;  // of the stk system file
   BackgroundDisposal disposal_;
 };

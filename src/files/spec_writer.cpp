@@ -102,8 +102,8 @@ bool StkSpecWriter::AddCallees(const StkFunctionList& callees, std::string& line
 }
 
 bool StkSpecWriter::ReadsBack(std::string_view line, const StkFunction& function) {
-  SpecLineParser parser({table_, names_, SpecificationKind::kSystemFile, target_.Path(), 0, noMessages_},
-                        line);
+  SpecLineParser parser(
+      {table_, names_, SpecificationKind::kSystemFile, target_.Path(), 0, noMessages_}, line);
   if (!parser.Parse() || parser.Function() != &function) {
     return false;
   }

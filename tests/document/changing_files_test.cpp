@@ -71,12 +71,14 @@ TEST_F(ChangingFilesTest, WhatAnotherProgramSavesMeanwhileStaysInForce) {
   EXPECT_EQ(host.files.Get(kSystemFile), "main, ADD=3\r\n");
   EXPECT_EQ(Find("g")->adjustment, nullptr);
   // What states something else than adjustments is kept, and replaced.
-  host.files.Put(kSystemFile, "main, ADD=3\r\nnonsense nonsense\r\n");
+  host.files.Put(kSystemFile, "main, ADD=3, RECTIME=2\r\nlost, ADD=1\r\n");
   ASSERT_TRUE(document.AdjustFunction(*Find("f"), adjustment));
   Finish();
-  EXPECT_EQ(host.files.Get(kSystemFile), "main, ADD=3\r\nf, ADD=8\r\n");
+  EXPECT_EQ(host.files.Get(kSystemFile),
+            "main, ADD=3\r\nf, ADD=8\r\n"
+            "# Kept without effect: each names a function that was not found.\r\nlost, ADD=1\r\n");
   EXPECT_EQ(host.files.Get(std::string(kSystemFile) + ".bak"),
-            "main, ADD=3\r\nnonsense nonsense\r\n");
+            "main, ADD=3, RECTIME=2\r\nlost, ADD=1\r\n");
 }
 
 TEST_F(ChangingFilesTest, ASaveThatNeverGetsItsTurnSaysSo) {

@@ -21,7 +21,7 @@ enum class Job {  // in the order of kJobs
 };
 
 constexpr const char* kUserFile = "C:\\u.txt";
-constexpr const char* kForeign = "main, ADD=1\r\nno statement\r\n";
+constexpr const char* kForeign = "main, ADD=1, RECTIME=4\r\n";
 
 struct JobCase {
   Job job;

@@ -146,12 +146,12 @@ TEST_F(SavingTest, WhatCouldNotBeTakenIsKeptBesideTheNewFile) {
   EXPECT_EQ(Backup(".bak2"), "none");
 
   // A copy that is of something else stays.
-  host.files.Put(kSystemFile, "main, ADD=1\r\nlost, ADD=3\r\n");
+  host.files.Put(kSystemFile, "main, ADD=1, RECTIME=3\r\n");
   Adjust("f", 7);
   Finish();
   EXPECT_EQ(SystemFile(), "main, ADD=1\r\nf, ADD=7\r\n");
   EXPECT_EQ(Backup(".bak"), old);
-  EXPECT_EQ(Backup(".bak2"), "main, ADD=1\r\nlost, ADD=3\r\n");
+  EXPECT_EQ(Backup(".bak2"), "main, ADD=1, RECTIME=3\r\n");
 }
 
 TEST_F(SavingTest, LinesThatNameNoFunctionAreKeptUntilTheyDo) {
@@ -207,7 +207,7 @@ TEST_F(SavingTest, ASystemFileThatCannotBeKeptIsNotReplaced) {
   EXPECT_EQ(SystemFile(), old);
   host.files.Remove(kSystemFile);
   document.Recalculate();
-  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n") << "tried once more before the analysis goes";
+  EXPECT_EQ(SystemFile(), "main\r\nf, ADD=5\r\n") << "tried once more before the analysis goes";
   EXPECT_FALSE(document.SystemSaveFailed());
   Finish();
   host.files.Put(kSystemFile, old);
@@ -224,7 +224,7 @@ TEST_F(SavingTest, ASystemFileThatCannotBeKeptIsNotReplaced) {
 // Between the moment in which a name for the copy is chosen and that in which it gets it.
 TEST_F(SavingTest, AnotherProgramsCopyIsNotReplaced) {
   PutAdjustable();
-  const std::string old = "f, ADD=1\r\nlost.c#g, ADD=4\r\n";
+  const std::string old = "f, ADD=1\r\nmain, RECTIME=4\r\n";
   host.files.Put(kSystemFile, old);
   OpenAndFinish();
   host.files.BeforeReplace([this] {
@@ -236,7 +236,7 @@ TEST_F(SavingTest, AnotherProgramsCopyIsNotReplaced) {
   EXPECT_EQ(SystemFile(), old);
   EXPECT_TRUE(document.SystemSaveFailed());
   EXPECT_TRUE(document.SettleSystemSave());
-  EXPECT_EQ(SystemFile(), "f, ADD=5\r\n");
+  EXPECT_EQ(SystemFile(), "main\r\nf, ADD=5\r\n");
   EXPECT_EQ(Backup(".bak"), "another's");
   EXPECT_EQ(Backup(".bak2"), old);
 }

@@ -117,8 +117,8 @@ TEST(ChainReport, LinesAreLimitedInBothFormats) {
     for (size_t i = 0; i < chains; ++i) {
       text += " f" + std::to_string(i);
     }
-    Reports reports(text);
     for (const Format format : {Format::kText, Format::kCsv}) {
+      Reports reports(text);
       const size_t heading = format == Format::kCsv ? 1 : 0;
       const bool fits = chains + heading <= 32767;
       const std::string file = reports.Write(format, ChainMode::kAll, "main",

@@ -38,7 +38,7 @@ void ReadEachLine(TextInputFile& file, const CodePage& codePage, ModuleRecording
   recording.end = !accepted     ? ModuleRecording::End::kFormatError
                   : number == 0 ? ModuleRecording::End::kNoLine
                                 : ModuleRecording::End::kWhole;
-  parser.Finish(!file.LastLineEnded());
+  parser.Finish(!file.LastLineEnded(), number);
 }
 
 // One analysis of modules that are read one after another.

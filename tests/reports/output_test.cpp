@@ -72,8 +72,7 @@ TEST(Outputs, AResultOutlivesWhatComputedIt) {
   const AnalysisResult other = Analysis("other 6\n").Result();
   const AnalysisResult result = std::move(taken);
   EXPECT_EQ(Names(other, LargestFirst(other)), Texts{"other"});
-  const std::string text =
-      Written([&](ResultOutput& output) { WriteText(result, false, output); });
+  const std::string text = Written([&](ResultOutput& output) { WriteText(result, false, output); });
   EXPECT_NE(text.find("10        10         4  main\n"), std::string::npos) << text;
 }
 

@@ -263,21 +263,21 @@ void ModuleParser::SetLack(ModuleRecording::Lack lack, uint32_t line) {
   recording_.lackLine = line;
 }
 
-void ModuleParser::Finish(bool endsInLine) {
+void ModuleParser::Finish(bool endsInLine, uint32_t lastLine) {
   using Lack = ModuleRecording::Lack;
   codeWatch_.FindHiddenCalls();
   const std::optional<CodeWatch::Label> unrecorded = codeWatch_.FindUnrecordedLabel();
   if (endsInLine) {
-    SetLack(Lack::kLineEnd, lineNumber_);
+    SetLack(Lack::kLineEnd, lastLine);
   } else if (state_ >= kBeforeFileName && state_ != kBetweenFunctions) {
-    SetLack(Lack::kRest, lineNumber_);
+    SetLack(Lack::kRest, lastLine);
   } else if (unrecorded) {
     SetLack(Lack::kRecord, unrecorded->line);
     recording_.lackName = unrecorded->name;
   } else if (state_ == kBeforeSymbols && unmarkedLine_ != 0) {
     SetLack(Lack::kSymbols, unmarkedLine_);
   } else if (state_ < kBeforeFileName && codeWatch_.HasFunctionSymbols()) {
-    SetLack(Lack::kInformation, lineNumber_);
+    SetLack(Lack::kInformation, lastLine);
   }
 }
 

@@ -25,7 +25,8 @@ class ModuleParser {
   // The next line is one of a function's code.
   bool InFunctionCode() const { return state_ == kFunctionCode; }
   // After the last line, however the reading ended. endsInLine: no line end is behind it.
-  void Finish(bool endsInLine);
+  // lastLine: its number, lines that were skipped included.
+  void Finish(bool endsInLine, uint32_t lastLine);
 
  private:
   using Handler = bool (ModuleParser::*)(const TextLine&);

@@ -21,7 +21,7 @@ StkAsmModuleReader::StkAsmModuleReader(TextInputFile& file, Event& stopEvent,
 void StkAsmModuleReader::Read() {
   recording_.end = ReadLines();
   recording_.lastLine = lineNumber_;
-  parser_.Finish(!file_.LastLineEnded());
+  parser_.Finish(!file_.LastLineEnded(), lineNumber_);
 }
 
 ModuleRecording::End StkAsmModuleReader::ReadLines() {

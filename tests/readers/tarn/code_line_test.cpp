@@ -109,7 +109,8 @@ TEST(CodeLine, NoLineThatHoldsSomethingIsSkipped) {
       text += pieces[random() % pieces.size()];
     }
     const std::string holds = Found(text);
-    SkipPlainCode(text + "\n" + std::string(64, ';'), 1, 100, passed);
+    const std::string code = text + "\n" + std::string(64, ';');
+    SkipPlainCode(code, 1, 100, passed);
     const bool plain = passed.lines == 1;
     const std::string symbol =
         passed.calls.empty() ? "" : "symbol " + std::string(passed.calls[0].name);

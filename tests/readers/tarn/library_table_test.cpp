@@ -131,7 +131,8 @@ TEST_F(LibraryTableTest, TheSizesComeFromTheTableOfTheNames) {
 TEST_F(LibraryTableTest, HalfATableOfHelpersIsNone) {
   host_.files.Put("C:\\data\\ltr.txt", "[@half], ADD=1\n" + std::string(20000, '\n'));
   host_.files.FailAt(testing::FileOperation::kRead, 2);
-  const RuntimeNameSet names = LoadRuntimeNames(project_, host_.host, recorder_.reporter);
+  const RuntimeNameSet names =
+      LoadRuntimeNames(project_, host_.host, recorder_.reporter, notStopped_);
   EXPECT_TRUE(names.builtIn);
   EXPECT_TRUE(names.Contains("@half") && names.Contains("@lsmul"));
 }
