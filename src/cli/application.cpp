@@ -118,6 +118,12 @@ reports::AnalysisResult Application::Result() {
           .bounds = *document_.Bounds()};
 }
 
+bool Application::AnyModuleLacking() const {
+  return std::ranges::any_of(log_.Notes(), &StkNote::incomplete) ||
+         std::ranges::any_of(document_.ModuleOutcomes(),
+                             [](ModuleOutcome outcome) { return outcome != ModuleOutcome::kRead; });
+}
+
 std::vector<StkNote> Application::Notes() {
   std::vector<StkNote> notes = log_.Notes();
   std::ranges::move(BoundNotes(*document_.FunctionTable(), *document_.Bounds(), messages_),

@@ -46,8 +46,9 @@ class Application : private MessageTarget {
   StkFunction* FindFunction(const std::string& name);
   // How a command ends that has done its work.
   ExitStatus FinishedStatus() const {
-    return log_.AnyWarning() || document_.AnyJobFailed() || anyFileUnread_ ? kNotEverythingRead
-                                                                           : kDone;
+    return log_.AnyWarning() || document_.AnyJobFailed() || anyFileUnread_ || AnyModuleLacking()
+               ? kNotEverythingRead
+               : kDone;
   }
 
   const CodePage& GetCodePage() const { return machine_->GetCodePage(); }
@@ -65,6 +66,8 @@ class Application : private MessageTarget {
 
   void Post(uint32_t message, uint64_t parameter) override;
   void StopJobs();
+  // A module was not read whole, or a note says that something was not.
+  bool AnyModuleLacking() const;
   std::vector<StkNote> Notes();
 
   const std::unique_ptr<LocalMachine> machine_;

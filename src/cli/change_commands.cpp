@@ -67,6 +67,12 @@ bool FillForm(Application& application, const StkFunction& function, const Optio
   return !refusal;
 }
 
+// False after having said why what is stated of a function (none: of all) cannot be kept.
+bool CanState(Application& application, const StkFunction* function) {
+  CStkDoc& document = application.Document();
+  return document.CanKeepAdjustments() && (function == nullptr || document.CanStateHere(*function));
+}
+
 }  // namespace
 
 ExitStatus Adjust(Application& application, const Options& options) {
@@ -79,6 +85,9 @@ ExitStatus Adjust(Application& application, const Options& options) {
     return kWrongUsage;
   }
   CStkDoc& document = application.Document();
+  if (!CanState(application, function)) {
+    return kWrongUsage;
+  }
   AdjustmentForm form(*document.FunctionTable(), *function);
   if (!FillForm(application, *function, options, form)) {
     return kWrongUsage;
@@ -97,6 +106,9 @@ ExitStatus Reset(Application& application, const Options& options) {
     return analysed;
   }
   CStkDoc& document = application.Document();
+  if (!CanState(application, nullptr)) {
+    return kWrongUsage;
+  }
   if (options.all) {
     if (document.FunctionTable()->AdjustedCount() != 0) {
       document.CancelAllAdjustments();
@@ -104,7 +116,7 @@ ExitStatus Reset(Application& application, const Options& options) {
     return application.RunWritingJob();
   }
   StkFunction* function = application.FindFunction(*options.function);
-  if (function == nullptr) {
+  if (function == nullptr || !CanState(application, function)) {
     return kWrongUsage;
   }
   if (function->adjustment != nullptr) {
@@ -117,6 +129,9 @@ ExitStatus Load(Application& application, const Options& options) {
   const ExitStatus analysed = application.OpenAndAnalyse(options);
   if (analysed != kDone) {
     return analysed;
+  }
+  if (!CanState(application, nullptr)) {
+    return kWrongUsage;
   }
   const ExitStatus loaded = application.LoadSpecification(options.specification, true);
   if (loaded == kStopped) {

@@ -74,7 +74,7 @@ bool CancelAllAdjustments(StkFunctionTable& table, StkRootList& roots, StkReport
   }
   bool changed = false;
   for (StkFunction* function : table.Functions()) {
-    if (function->adjustment != nullptr) {
+    if (function->adjustment != nullptr && table.Brought(*function) == nullptr) {
       changed = Cancel(table, *function, reporter) || changed;
     }
   }

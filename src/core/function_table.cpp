@@ -24,11 +24,14 @@ StkFunctionTable::StkFunctionTable(const CodePage& codePage, FunctionRules rules
 StkFunctionTable::~StkFunctionTable() = default;
 
 StkFunction& StkFunctionTable::AddDefined(uint32_t name, const StkFileEntry& file) {
-  return Insert(name, &file, FN_DEFINED);
+  StkFunction& added = Insert(name, &file, FN_DEFINED);
+  added.source = FunctionSource::kModule;
+  return added;
 }
 
-StkFunction& StkFunctionTable::AddUnknown(std::string_view name) {
-  return Insert(names_.Intern(name), nullptr, 0);
+void StkFunctionTable::SetShownName(StkFunction& function, uint32_t name) {
+  function.shownName = names_[name];
+  nameIndex_->AddShown(name, function.index);
 }
 
 StkFunction& StkFunctionTable::Insert(uint32_t name, const StkFileEntry* file, uint32_t flags) {
@@ -70,7 +73,20 @@ void StkFunctionTable::ResolveAllCalls() {
   callNames_.Clear();
 }
 
-StkFunctionTable::ResolvedCalls StkFunctionTable::ResolveCallees() {
+void StkFunctionTable::SetAllCalls(const ResolvedCalls& calls) {
+  uint32_t call = 0;
+  for (uint32_t caller = 0; caller < calls.ends.size(); ++caller) {
+    StkFunctionList& callees = functions_[caller]->callees;
+    callees.reserve(calls.ends[caller] - call);
+    for (; call < calls.ends[caller]; ++call) {
+      callees.push_back(functions_[calls.callees[call]]);
+    }
+    SortByName(callees, codePage_);
+  }
+  LinkCallers(calls);
+}
+
+ResolvedCalls StkFunctionTable::ResolveCallees() {
   ResolvedCalls calls;
   std::span<const uint32_t> fetched;
   // Unknown functions, which call nothing, are appended on the way.
@@ -198,6 +214,23 @@ void StkFunctionTable::TakeAdjustmentAway(StkFunction& function) {
   }
 }
 
+void StkFunctionTable::NoteBrought(const StkFunction& function, std::string_view path,
+                                   uint32_t line) {
+  const auto [place, isNew] = brought_.try_emplace(function.index);
+  BroughtStatement& brought = place->second;
+  if (isNew && function.adjustment != nullptr) {
+    brought.kept = *function.adjustment;
+    brought.keptCallees = function.extraCallees;
+  }
+  brought.path = path;
+  brought.line = line;
+}
+
+const BroughtStatement* StkFunctionTable::Brought(const StkFunction& function) const {
+  const auto found = brought_.find(function.index);
+  return found == brought_.end() ? nullptr : &found->second;
+}
+
 StkFunctionList StkFunctionTable::TakeTouched() {
   if (changes_.functions.size() + touched_.size() > Count()) {
     NoteStructureChange();  // to look at everything costs less
@@ -215,6 +248,15 @@ uint32_t StkFunctionTable::CountForSpecFile(bool withUnknown) const {
       }));
 }
 
+uint32_t StkFunctionTable::CountKept() const {
+  uint32_t count = CountForSpecFile(false);
+  for (const auto& [index, statement] : brought_) {
+    count -= functions_[index]->adjustment != nullptr && !statement.kept ? 1U : 0U;
+    count += functions_[index]->adjustment == nullptr && statement.kept ? 1U : 0U;
+  }
+  return count;
+}
+
 void StkFunctionTable::Clear() {
   nameIndex_->Clear();
   callNames_.Clear();
@@ -223,6 +265,7 @@ void StkFunctionTable::Clear() {
   changes_ = {};
   blocks_.Clear();
   names_ = NameTable();
+  brought_.clear();
   unknownCount_ = 0;
   adjustedCount_ = 0;
   NoteRearrangedCallees();

@@ -1,11 +1,12 @@
 #include <utility>
 
+#include "core/function_text.h"
 #include "document/document.h"
 
 namespace velkor {
 
 void CStkDoc::SaveSystemFile() {
-  if (!HasFunctionsToWrite()) {
+  if (!HasFunctionsToWrite() || input_->SystemFilePath().empty()) {
     return;
   }
   const StkJob* running = jobs_.Get(JobKind::kSpecWrite);
@@ -61,6 +62,24 @@ bool CStkDoc::SaveCallChains(std::string_view path, const StkFunction& function,
 void CStkDoc::ChainSaveFinished() {
   anyWritingFailed_ = anyWritingFailed_ || jobs_.Get<StkChainReportJob>()->End() == JobEnd::kFailed;
   jobs_.Empty(JobKind::kChainSave);
+}
+
+bool CStkDoc::CanKeepAdjustments() {
+  const bool can = input_ == nullptr || !input_->SystemFilePath().empty();
+  if (!can) {
+    reporter_.ShowWarning(MessageKey::kW9467, {MessageFile{input_->Path()}});
+  }
+  return can;
+}
+
+bool CStkDoc::CanStateHere(const StkFunction& function) {
+  const BroughtStatement* brought = functionTable_->Brought(function);
+  if (brought != nullptr) {
+    reporter_.ShowWarning(MessageKey::kW9468,
+                          {FunctionSpecName(function, host_.codePage), MessageFile{brought->path},
+                           MessageLine{brought->line}});
+  }
+  return brought == nullptr;
 }
 
 bool CStkDoc::HasFunctionsToWrite() const {

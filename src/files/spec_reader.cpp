@@ -73,7 +73,18 @@ void StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
     adjustment.SetCallees(line.Callees(), table.GetCodePage());
     callsSeen_ = true;
   }
+  BeforeStating(table, function, lineNumber);
   table.SetPendingAdjustment(function, std::move(adjustment));
+}
+
+void StkSpecReader::BeforeStating(StkFunctionTable& table, const StkFunction& function,
+                                  uint32_t /*lineNumber*/) {
+  table.ForgetBrought(function);
+}
+
+void StkInputFileReader::BeforeStating(StkFunctionTable& table, const StkFunction& function,
+                                       uint32_t lineNumber) {
+  table.NoteBrought(function, path_, lineNumber);
 }
 
 bool StkSpecReader::HandleError(const StkMessage& error, Event& stopEvent) {

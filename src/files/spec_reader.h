@@ -39,6 +39,9 @@ class StkSpecReader : public SpecificationSource {
   bool CallsSeen() const { return callsSeen_; }
 
  protected:
+  // A line is about to take effect.
+  virtual void BeforeStating(StkFunctionTable& table, const StkFunction& function,
+                             uint32_t lineNumber);
   // The file at the path; none when that fails, with nothing reported.
   std::unique_ptr<StkByteSource> OpenFile();
   bool NotFound() const { return notFound_; }
@@ -58,6 +61,18 @@ class StkSpecReader : public SpecificationSource {
   uint32_t specCount_ = 0;
   bool callsSeen_ = false;
   StopAnswer answer_ = StopAnswer::kRetry;
+};
+
+// A file that the input itself brings: its statements win over those that the user keeps, which
+// are not lost by that.
+class StkInputFileReader : public StkSpecReader {
+ public:
+  StkInputFileReader(std::string path, Host& host, StkReporter& reporter)
+      : StkSpecReader(SpecificationKind::kUserFile, std::move(path), host, reporter) {}
+
+ protected:
+  void BeforeStating(StkFunctionTable& table, const StkFunction& function,
+                     uint32_t lineNumber) override;
 };
 
 // The stk system file, where the user's adjustments live between runs. A missing one is normal.

@@ -49,7 +49,7 @@ WriteEnd StkSpecWriter::Write(const AfterFunction& afterFunction) {
 
 bool StkSpecWriter::WriteFunctions(bool adjusted, const AfterFunction& afterFunction) {
   for (const auto& function : table_.Functions()) {
-    const bool isAdjusted = function->adjustment != nullptr;
+    const bool isAdjusted = AdjustmentToWrite(*function) != nullptr;
     if (adjusted ? !isAdjusted : isAdjusted || !function->IsUnknown()) {
       continue;
     }
@@ -65,11 +65,22 @@ bool StkSpecWriter::WriteFunctions(bool adjusted, const AfterFunction& afterFunc
   return true;
 }
 
+const BroughtStatement* StkSpecWriter::BroughtTo(const StkFunction& function) const {
+  return mode_ == Mode::kAutomatic ? table_.Brought(function) : nullptr;
+}
+
+const StkAppliedAdjustment* StkSpecWriter::AdjustmentToWrite(const StkFunction& function) const {
+  if (const BroughtStatement* brought = BroughtTo(function)) {
+    return brought->kept ? &*brought->kept : nullptr;
+  }
+  return function.adjustment.get();
+}
+
 bool StkSpecWriter::WriteFunction(const StkFunction& function) {
   if (!file_->WriteString(NameToRead(function))) {
     return false;
   }
-  const StkAppliedAdjustment* adjustment = function.adjustment.get();
+  const StkAppliedAdjustment* adjustment = AdjustmentToWrite(function);
   if (adjustment != nullptr) {
     if (adjustment->margin != kNoMargin && !WriteAttribute(", ADD=", adjustment->margin)) {
       return false;
@@ -77,7 +88,9 @@ bool StkSpecWriter::WriteFunction(const StkFunction& function) {
     if (adjustment->depth != kNoDepth && !WriteAttribute(", RECTIME=", adjustment->depth)) {
       return false;
     }
-    for (const StkFunction* callee : function.extraCallees) {
+    const BroughtStatement* brought = BroughtTo(function);
+    for (const StkFunction* callee :
+         brought != nullptr ? brought->keptCallees : function.extraCallees) {
       if (!file_->WriteString(", CALL=") || !file_->WriteString(NameToRead(*callee))) {
         return false;
       }
@@ -95,6 +108,12 @@ bool StkSpecWriter::WriteAttribute(std::string_view keyword, uint32_t value) {
 std::string StkSpecWriter::NameToRead(const StkFunction& function) const {
   std::string name = FunctionSpecName(function, host_.codePage);
   const std::string_view cName = CName(function);
+  if (!function.shownName.empty()) {
+    // The symbol means it as well, and stands on a line of this form.
+    name.replace(name.size() - cName.size() - (function.Is(FN_DEFINED) ? 0 : 1), cName.size(),
+                 function.name);
+    return name;
+  }
   if (!cName.starts_with('_') || !function.Is(FN_DEFINED)) {
     return name;
   }

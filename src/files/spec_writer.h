@@ -22,7 +22,8 @@ class StkSpecWriter {
  public:
   enum class Mode {
     // The stk system file, after every change. It is replaced in one step by a complete new one:
-    // after a failure, a stop or a crash the previous file is still there, whole.
+    // after a failure, a stop or a crash the previous file is still there, whole. Statements that
+    // the input brings are left out: what they took the place of is kept.
     kAutomatic,
     // A file of the user's choice, which also lists the unknown functions. What was written
     // before a failure or a stop stays.
@@ -40,7 +41,9 @@ class StkSpecWriter {
   StkSpecWriter& operator=(const StkSpecWriter&) = delete;
 
   // The number of functions that the file is to hold.
-  uint32_t CountToWrite() const { return table_.CountForSpecFile(mode_ == Mode::kUser); }
+  uint32_t CountToWrite() const {
+    return mode_ == Mode::kUser ? table_.CountForSpecFile(true) : table_.CountKept();
+  }
   void SetMayReplace(MayReplace mayReplace) { mayReplace_ = std::move(mayReplace); }
   bool Open();
   // kStopped only when functions were left out: a stop after the last one comes too late.
@@ -50,6 +53,8 @@ class StkSpecWriter {
 
  private:
   bool WriteFunctions(bool adjusted, const AfterFunction& afterFunction);
+  const BroughtStatement* BroughtTo(const StkFunction& function) const;
+  const StkAppliedAdjustment* AdjustmentToWrite(const StkFunction& function) const;
   bool WriteFunction(const StkFunction& function);
   bool WriteAttribute(std::string_view keyword, uint32_t value);
   std::string NameToRead(const StkFunction& function) const;

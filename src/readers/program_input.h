@@ -12,6 +12,7 @@
 #include "files/spec_reader.h"
 #include "platform/event.h"
 #include "platform/file_system.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
@@ -56,7 +57,9 @@ class ProgramInput {
   // The paths of the modules, in the order in which they are entered. Any thread.
   virtual const StkStringList& Modules() const = 0;
   virtual FunctionRules Rules() const = 0;
-  // Where the adjustments of its functions are kept.
+  // Longer paths of modules are not opened.
+  virtual size_t MostPathLength() const { return kMaxPathLength; }
+  // Where the adjustments of its functions are kept; empty: nowhere.
   virtual std::string SystemFilePath() const = 0;
 
   // What has written the modules, and what they are, as texts name them. Any thread.

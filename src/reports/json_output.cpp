@@ -143,7 +143,7 @@ class JsonOutput {
     json_.NumberOrNull("group", group != StkBounds::kNoGroup, group);
     json_.Indices("callees", function.callees);
     json_.Indices("extraCallees", function.extraCallees);
-    json_.EmptyArray("indirectSites");
+    WriteSites(function);
     json_.EndObject();
   }
 
@@ -152,13 +152,25 @@ class JsonOutput {
     json_.Text("name", function.name);
     json_.Text("specName", specName);
     json_.Text("displayName", FunctionDisplayName(function, result_.codePage));
-    if (function.file != nullptr) {
-      json_.Text("file", function.file->name);
-    } else {
-      json_.Null("file");
-    }
+    const StkFileEntry* file = function.place.file != nullptr ? function.place.file : function.file;
+    json_.TextOrNull("file", file != nullptr ? std::string_view(file->name) : std::string_view());
     json_.Text("statement", specName);
-    json_.Null("line");
+    json_.NumberOrNull("line", function.place.line != 0, function.place.line);
+  }
+
+  void WriteSites(const StkFunction& function) {
+    json_.StartArray("indirectSites");
+    if (function.indirectSites != nullptr) {
+      for (const SourceLine& site : *function.indirectSites) {
+        json_.StartObject();
+        json_.TextOrNull(
+            "file", site.file != nullptr ? std::string_view(site.file->name) : std::string_view());
+        json_.NumberOrNull("line", site.line != 0, site.line);
+        json_.NumberOrNull("column", site.column != 0, site.column);
+        json_.EndObject();
+      }
+    }
+    json_.EndArray();
   }
 
   void WriteFlags(const StkFunction& function) {
@@ -171,7 +183,7 @@ class JsonOutput {
     json_.Bool("fixedExtra", function.Is(FN_FIXED_EXTRA));
     json_.Bool("dynamicFrame", function.Is(FN_DYNAMIC_FRAME));
     json_.Bool("sizeUnknown", function.Is(FN_SIZE_UNKNOWN));
-    json_.Text("source", function.Is(FN_DEFINED) ? "module" : "none");
+    json_.Text("source", SourceName(function.source));
   }
 
   void WriteSizes(const StkFunction& function) {
@@ -212,6 +224,12 @@ class JsonOutput {
     json_.NumberOrNull("margin", margin != kNoMargin, margin);
     json_.NumberOrNull("depth", depth != kNoDepth, depth);
     json_.Bool("adjusted", adjustment != nullptr);
+  }
+
+  static std::string_view SourceName(FunctionSource source) {
+    constexpr std::string_view kNames[] = {"none", "module", "call graph file", "object",
+                                           "program"};
+    return kNames[static_cast<size_t>(source)];
   }
 
   static std::string_view KindName(FunctionKind kind) {

@@ -33,7 +33,8 @@ void WriteHead(const AnalysisResult& result, ResultOutput& output) {
   output.Write(
       fmt::format("Compiler   {}\n", result.compilerVersion
                                          ? result.compilerName + " V" + *result.compilerVersion
-                                         : "unknown: no module was read"));
+                                     : result.inputs.read != 0 ? result.compilerName
+                                                               : "unknown: no module was read"));
   output.Write(
       fmt::format("Functions  {}, {} of them top-level\n", functions.Count(), result.roots.size()));
   output.Write(fmt::format("Bounded    {} of the top-level ones\n", CountRoots(result, IsBounded)));

@@ -17,6 +17,7 @@ void FuzzGraph(std::string_view bytes);
 void FuzzAnalysis(std::string_view bytes);
 void FuzzCallGraph(std::string_view bytes);
 void FuzzElf(std::string_view bytes);
+void FuzzConfiguration(std::string_view bytes);
 
 struct NamedFuzzer {
   std::string_view name;  // of its program, its dictionary and its folder of the corpus
@@ -24,8 +25,10 @@ struct NamedFuzzer {
 };
 
 inline constexpr NamedFuzzer kFuzzers[] = {
-    {"project", FuzzProject},   {"module", FuzzModule},       {"spec", FuzzSpec},
-    {"number", FuzzNumber},     {"path", FuzzPath},           {"graph", FuzzGraph},
-    {"analysis", FuzzAnalysis}, {"callgraph", FuzzCallGraph}, {"elf", FuzzElf}};
+    {"project", FuzzProject},   {"module", FuzzModule},
+    {"spec", FuzzSpec},         {"number", FuzzNumber},
+    {"path", FuzzPath},         {"graph", FuzzGraph},
+    {"analysis", FuzzAnalysis}, {"callgraph", FuzzCallGraph},
+    {"elf", FuzzElf},           {"configuration", FuzzConfiguration}};
 
 }  // namespace velkor::testing

@@ -1,0 +1,18 @@
+#include "readers/gcc/whole_file.h"
+
+namespace velkor {
+
+WholeFile::WholeFile(InputFile& file) {
+  const auto length = static_cast<size_t>(file.Length());
+  bytes_ = std::make_unique_for_overwrite<char[]>(length);
+  while (size_ < length) {
+    const size_t count = file.Read(bytes_.get() + size_, length - size_);
+    if (count == 0) {
+      break;
+    }
+    size_ += count;
+  }
+  isCutShort_ = size_ < length;
+}
+
+}  // namespace velkor
