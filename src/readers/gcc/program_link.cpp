@@ -56,6 +56,7 @@ void ProgramLink::Enter(FunctionDatabase database, const Options& options, StkRe
   MakeEntities();
   SettleWeak();
   LinkCalls();
+  LeaveOutReplacedAliases();
   ImproveFrames();
   FindEntries();
   LeaveOutUnlinked(reporter);
@@ -94,6 +95,7 @@ void ProgramLink::DecideReaches() {
                                 : Reach::kLocal;
         const bool isWeak = reach == Reach::kWeak || reach == Reach::kGlobal;
         function.reach = isWeak ? Reach::kWeak : Reach::kLocal;
+        function.mayBeWeak = !isWeak && (options_.program == nullptr || reach == Reach::kUnknown);
       }
     }
   }
@@ -158,7 +160,6 @@ void ProgramLink::Merge(Entity& entity, const UnitRecording::Function& function)
   entity.isSizeUnknown = entity.isSizeUnknown || function.isSizeUnknown;
 }
 
-// A replaced alias has no code that could run.
 void ProgramLink::SettleWeak() {
   for (uint32_t name = 0; name < weakOfName_.size(); ++name) {
     const bool isReplaced = strongOfName_[name] != kNone;
@@ -167,9 +168,13 @@ void ProgramLink::SettleWeak() {
       Entity& entity = entities_[weak];
       entity.isReplaced = isReplaced;
       entity.isGlobal = !isReplaced && entities_[first].nextWeak == kNone;
-      entity.isKept = !isReplaced || !FunctionOf(entity.firstPart).isAlias;
     }
   }
+}
+
+// As the user finds it: that of an object is its title too.
+std::string ProgramLink::FileOf(const Unit& unit) {
+  return unit.path + (unit.path == unit.title ? "" : ".ci");
 }
 
 void ProgramLink::PostDuplicates(StkReporter& reporter) {
@@ -188,7 +193,7 @@ void ProgramLink::PostDuplicates(StkReporter& reporter) {
         {.rule = "duplicate-definition",
          .text = reporter.Messages().FormatMessageText(
              MessageKey::kNoteDuplicate,
-             {NameOf(function.name), UnitOf(entity.firstPart).path, UnitOf(part).path, more}),
+             {NameOf(function.name), FileOf(UnitOf(entity.firstPart)), FileOf(UnitOf(part)), more}),
          .file = function.file == kNone ? std::string() : std::string(files_[function.file]),
          .line = function.line,
          .function = indexOf_[entityOfPart_[part]]});

@@ -91,6 +91,7 @@ class ProgramLink {
   uint32_t AddEntity(uint32_t part, const UnitRecording::Function& function);
   void Merge(Entity& entity, const UnitRecording::Function& function) const;
   void SettleWeak();
+  static std::string FileOf(const Unit& unit);
   void PostDuplicates(StkReporter& reporter);
 
   // What they call (program_link_calls.cpp).
@@ -101,6 +102,7 @@ class ProgramLink {
   uint32_t OutsideOf(uint32_t name);
   uint32_t AliasTarget(uint32_t name);
   uint32_t EntityNamed(uint32_t name);
+  void LeaveOutReplacedAliases();
   void ImproveFrames();
   void FindEntries();
   void LeaveOutUnlinked(StkReporter& reporter);

@@ -55,6 +55,9 @@ void ProgramLink::LinkCallsOfPart(uint32_t entity, uint32_t part) {
     // The code of an alias is that of its own object.
     if (isAlias || target.reach == Reach::kLocal) {
       AddCallee(entity, entityOfPart_[unit.firstPart + call.target]);
+      if (target.mayBeWeak && strongOfName_[target.name] != kNone) {
+        AddCallee(entity, strongOfName_[target.name]);  // which would replace a weak one
+      }
     } else {
       AddCalleesByName(entity, target.name);
     }
@@ -129,6 +132,20 @@ uint32_t ProgramLink::EntityNamed(uint32_t name) {
     }
   }
   return localOfName_[name] == kSeveral ? kNone : localOfName_[name];
+}
+
+// They have no code that could run.
+void ProgramLink::LeaveOutReplacedAliases() {
+  std::vector<bool> isCalled(entities_.size(), false);
+  for (const uint32_t callee : callees_) {
+    if (!IsOutside(callee)) {
+      isCalled[callee] = true;
+    }
+  }
+  for (uint32_t i = 0; i < entities_.size(); ++i) {
+    const bool isAlias = FunctionOf(entities_[i].firstPart).isAlias;
+    entities_[i].isKept = !isAlias || !entities_[i].isReplaced || isCalled[i];
+  }
 }
 
 // What the program tells of frames, and what units do not tell of their machine.

@@ -257,7 +257,7 @@ class UnitRecorder {
       }
       UnitRecording::Function& function = recording_.functions[caller];
       // Without a frame there is no place for what a call needs: written by hand.
-      if (!call.isJump && function.frameSize == 0) {
+      if (!call.isJump && graph_.nodes[hidden.node].bytes == 0) {
         function.isSizeUnknown = true;
       }
       if (++noted <= kMostHiddenCalls) {

@@ -32,7 +32,8 @@ struct UnitRecording {
     uint32_t frameSize = 0;  // kOverSize above the limit
     Reach reach = Reach::kLocal;
     FunctionSource source = FunctionSource::kCallGraph;
-    bool isAlias = false;  // has no code of its own: calls the function that it stands for
+    bool mayBeWeak = false;  // nothing tells whether it is static or weak
+    bool isAlias = false;    // has no code of its own: calls the function that it stands for
     bool isDynamic = false;
     bool isSizeUnknown = false;
   };

@@ -40,6 +40,9 @@ struct BuildFolder {
 
   // False: it was refused, and boxes say why.
   bool Analyse(const std::string& path = kFolder) {
+    if (!path.ends_with(".toml")) {
+      host.files.AddDirectory(path);
+    }
     input = OpenInput(path, host.host, recorder.reporter);
     if (input == nullptr) {
       return false;

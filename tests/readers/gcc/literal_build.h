@@ -15,7 +15,6 @@ namespace velkor::testing {
 class LiteralBuild {
  public:
   struct Function {
-    std::string symbol;
     uint64_t frame = 0;
     bool isDefined = false;
     bool isDynamic = false;
@@ -92,13 +91,16 @@ class LiteralBuild {
   std::map<std::string, Function> functions;  // by module and symbol; global ones by the symbol
 
  private:
+  static std::string Symbol(const std::string& title, const std::string& name) {
+    const std::string symbol = name.starts_with(title) ? name.substr(title.size()) : name;
+    return symbol.starts_with("*") ? symbol.substr(1) : symbol;
+  }
   static std::string Key(const std::string& module, const std::string& title,
                          const std::string& name) {
-    return name.starts_with(title) ? module + "#" + name.substr(title.size()) : name;
+    return (name.starts_with(title) ? module + "#" : "") + Symbol(title, name);
   }
   Function& Of(const std::string& module, const std::string& title, const std::string& name) {
     Function& function = functions[Key(module, title, name)];
-    function.symbol = name.starts_with(title) ? name.substr(title.size()) : name;
     return function;
   }
 
