@@ -32,9 +32,13 @@ BinaryFaults LinkedProgram::Faults() const {
 }
 
 std::vector<uint32_t> LinkedProgram::Named(std::string_view name) const {
-  const auto found = std::ranges::equal_range(
-      byName_, name, {}, [&](uint32_t i) { return facts_.Functions()[i].name; });
-  return {found.begin(), found.end()};
+  const auto nameOf = [&](uint32_t i) { return facts_.Functions()[i].name; };
+  const auto first = std::ranges::lower_bound(byName_, name, {}, nameOf);
+  auto end = first;
+  while (end != byName_.end() && nameOf(*end) == name) {
+    ++end;
+  }
+  return {first, end};
 }
 
 UnitRecording::Reach LinkedProgram::ReachOf(std::string_view name) const {
@@ -74,10 +78,11 @@ uint64_t LinkedProgram::FrameBytesOf(std::string_view name) const {
 
 std::vector<std::string_view> LinkedProgram::NamesAt(uint64_t address) const {
   const std::vector<ObjectFunction>& functions = facts_.Functions();
+  const auto addressOf = [&](uint32_t i) { return functions[i].address; };
   std::vector<std::string_view> names;
-  for (const uint32_t i : std::ranges::equal_range(
-           byAddress_, address, {}, [&](uint32_t each) { return functions[each].address; })) {
-    names.push_back(functions[i].name);
+  auto next = std::ranges::lower_bound(byAddress_, address, {}, addressOf);
+  for (; next != byAddress_.end() && addressOf(*next) == address; ++next) {
+    names.push_back(functions[*next].name);
   }
   return names;
 }

@@ -4,14 +4,12 @@
 #include <functional>
 #include <utility>
 
+#include "readers/gcc/text_ends.h"
+
 namespace velkor {
 namespace {
 
 constexpr size_t kMostDuplicates = 20;  // that are noted each
-
-std::string_view LastComponent(std::string_view path) {
-  return path.substr(path.find_last_of("/\\") + 1);
-}
 
 }  // namespace
 

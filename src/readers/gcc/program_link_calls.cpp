@@ -7,7 +7,6 @@
 namespace velkor {
 namespace {
 
-constexpr uint32_t kRedZone = 128;
 constexpr uint32_t kSeveral = UINT32_MAX - 1;
 
 }  // namespace
@@ -45,16 +44,16 @@ void ProgramLink::LinkCallsOfPart(uint32_t entity, uint32_t part) {
   const Unit& unit = UnitOf(part);
   const uint32_t function = part - unit.firstPart;
   const bool isAlias = unit.functions[function].isAlias;
-  for (const UnitRecording::Call& call :
-       std::ranges::equal_range(unit.calls, function, {}, &UnitRecording::Call::caller)) {
-    if (!call.isLocal) {
-      AddCalleesByName(entity, call.target);
+  auto call = std::ranges::lower_bound(unit.calls, function, {}, &UnitRecording::Call::caller);
+  for (; call != unit.calls.end() && call->caller == function; ++call) {
+    if (!call->isLocal) {
+      AddCalleesByName(entity, call->target);
       continue;
     }
-    const UnitRecording::Function& target = unit.functions[call.target];
+    const UnitRecording::Function& target = unit.functions[call->target];
     // The code of an alias is that of its own object.
     if (isAlias || target.reach == Reach::kLocal) {
-      AddCallee(entity, entityOfPart_[unit.firstPart + call.target]);
+      AddCallee(entity, entityOfPart_[unit.firstPart + call->target]);
       if (target.mayBeWeak && strongOfName_[target.name] != kNone) {
         AddCallee(entity, strongOfName_[target.name]);  // which would replace a weak one
       }

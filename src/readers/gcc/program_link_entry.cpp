@@ -3,13 +3,10 @@
 
 #include "readers/gcc/program_link.h"
 #include "readers/gcc/symbol_name.h"
+#include "readers/gcc/text_ends.h"
 
 namespace velkor {
 namespace {
-
-std::string_view LastComponent(std::string_view path) {
-  return path.substr(path.find_last_of("/\\") + 1);
-}
 
 bool IsAbsolute(std::string_view path) {
   return path.starts_with('/') || path.starts_with('\\') || path.substr(0, 2).ends_with(':');

@@ -13,7 +13,6 @@ namespace velkor {
 namespace {
 
 constexpr size_t kMostFaults = 20;        // of one file that are noted each
-constexpr uint32_t kRedZone = 128;        // below the stack pointer, without being allocated
 constexpr size_t kMostHiddenCalls = 100;  // likewise
 
 uint32_t SizeOf(uint64_t bytes) {

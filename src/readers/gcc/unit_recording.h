@@ -10,6 +10,9 @@
 
 namespace velkor {
 
+// What a function on x86-64 that calls nothing may use below the stack pointer without saying so.
+inline constexpr uint32_t kRedZone = 128;
+
 // What the files of one translation unit (or of one partition of a program that is compiled while
 // it is linked) tell: its functions and what they call. A value: refers to nothing outside, so that
 // it is made in any thread and entered later.
