@@ -101,13 +101,12 @@ void GccInput::AddUnit(size_t module, const UnitRecording& recording, StkFunctio
 void GccInput::ResolveCalls(FunctionDatabase database) {
   PostNotesOfFolders();
   ReadLooseObjects(database.functions);
-  const std::unique_ptr<LinkedProgram> program = ReadProgram();
-  if (program != nullptr) {
-    machine_ = program->Machine();
-  }
+  const std::unique_ptr<LinkedProgram> read = ReadProgram();
+  const LinkedProgram* const program = read.get();
+  machine_ = program != nullptr ? program->Machine() : machine_;
   PostNotesOfObjects();
   link_.Enter(database,
-              {.program = program.get(),
+              {.program = program,
                .programPath = settings_.elf,
                .vectors = settings_.vectors,
                .machine = machine_},

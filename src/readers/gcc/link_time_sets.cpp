@@ -46,6 +46,9 @@ std::optional<Link> LinkOf(FileSystem& files, const std::string& path) {
       return std::nullopt;
     }
     const std::string title = TitleOf(files, path);
+    if (title.empty()) {
+      return std::nullopt;  // of which link it is cannot be told: it stays, and is found broken
+    }
     return Link{std::string(stem), title.substr(0, title.rfind(kPartition))};
   }
   const size_t mark = stem.rfind(kWholeProgram);
@@ -66,11 +69,12 @@ LinkTimeSets WithoutOldLinks(FileSystem& files, const std::vector<std::string>& 
   std::map<std::string, std::map<std::string, int64_t>> timeOfSets;  // by output, then by set
   std::vector<std::optional<Link>> links;
   for (const std::string& path : callGraphs) {
-    std::optional<Link>& link = links.emplace_back();
-    if (IsLinkTimeGraph(path) && (link = LinkOf(files, path))) {
+    std::optional<Link> link = IsLinkTimeGraph(path) ? LinkOf(files, path) : std::nullopt;
+    if (link) {
       int64_t& time = timeOfSets[link->output].try_emplace(link->set, INT64_MIN).first->second;
       time = std::max(time, files.ModifiedAt(path).value_or(INT64_MIN));
     }
+    links.push_back(std::move(link));
   }
   std::map<std::string, std::string> newest;  // set by output
   for (const auto& [output, sets] : timeOfSets) {

@@ -183,12 +183,15 @@ TEST(GccInput, TakesOfEachOutputTheNewestLinkAlone) {
   build.Put("p.ltrans2.ltrans.ci", CallGraph("/tmp/ccB.ltrans2.o", {"f.lto_priv.0 24"}));
   build.Put("q.lto.o-cc1.lto.ci", CallGraph("a.o", {"a.o:q 500"}));
   build.Put("q.lto.o-cc2.lto.ci", CallGraph("a.o", {"a.o:q 50"}));
+  build.Put("p.ltrans3.ltrans.ci", "");
+  build.host.files.SetModifiedAt("/b/p.ltrans3.ltrans.ci", 9);
   for (const char* name : {"p.ltrans0.ltrans.ci", "p.ltrans2.ltrans.ci", "q.lto.o-cc2.lto.ci"}) {
     build.host.files.SetModifiedAt("/b/"s + name, 2);
   }
   ASSERT_TRUE(build.Analyse());
   EXPECT_EQ(build["main"].totalStackSize, 40U);
   EXPECT_EQ(build.functions->Count(), 3U);
+  EXPECT_EQ(build.notWhole.size(), 1U);
   EXPECT_EQ(build.CountNotes("2 call graph files of earlier links"), 1U);
 }
 
