@@ -46,7 +46,8 @@ LooseObject RecordLooseObject(std::string_view path, std::string_view bytes,
     return LooseObject::kForLinking;
   }
   recording.title = path;
-  for (const BinaryFaults::Entry& entry : object.Faults().Entries()) {
+  const BinaryFaults faults = object.Faults();
+  for (const BinaryFaults::Entry& entry : faults.Entries()) {
     recording.notes.push_back(
         {.rule = "object-not-whole",
          .text = messages.FormatMessageText(MessageKey::kNoteObjectFault, {TextOf(entry)}),
