@@ -55,30 +55,29 @@ FileFailure GccModuleReader::Open(size_t module) {
 
 void GccModuleReader::Read(Event& stopEvent) {
   recording_.Clear();
-  const WholeFile graph(*std::exchange(file_, nullptr));
+  graph_.Read(*std::exchange(file_, nullptr));
   stopped_ = stopEvent.Test();
   if (stopped_) {
     return;
   }
   UnitFiles files;
   files.graphPath = path_;
-  files.graph = graph.Bytes();
+  files.graph = graph_.Bytes();
   files.isLinkTime = IsLinkTimeGraph(path_);
   const std::string objectPath = input_.ObjectOf(path_);
-  WholeFile object;
   if (!objectPath.empty()) {
     const OpenResult<InputFile> opened = host_.files.OpenForRead(objectPath);
     if (opened.file) {
-      object = WholeFile(*opened.file);
+      object_.Read(*opened.file);
       files.objectPath = objectPath;
-      files.object = object.Bytes();
+      files.object = object_.Bytes();
     }
-    if (!opened.file || object.IsCutShort()) {
+    if (!opened.file || object_.IsCutShort()) {
       NoteNotRead(objectPath);
     }
   }
   RecordUnit(files, reporter_.Messages(), recording_);
-  if (graph.IsCutShort()) {
+  if (graph_.IsCutShort()) {
     recording_.isWhole = false;
     NoteNotRead(path_);
   }

@@ -29,6 +29,8 @@ class GccModuleReader : public ModuleReader {
   size_t module_ = 0;
   std::string path_;
   std::unique_ptr<InputFile> file_;
+  WholeFile graph_;  // kept for the next module's
+  WholeFile object_;
   bool stopped_ = false;
   UnitRecording recording_;
 };

@@ -12,9 +12,10 @@ namespace velkor {
 class WholeFile {
  public:
   WholeFile() = default;
-  // From where the file stands to its end.
-  explicit WholeFile(InputFile& file);
+  explicit WholeFile(InputFile& file) { Read(file); }
 
+  // From where the file stands to its end, in the place of what was there; the memory is kept.
+  void Read(InputFile& file);
   std::string_view Bytes() const { return {bytes_.get(), size_}; }
   // Fewer bytes came than the file was long when it was opened.
   bool IsCutShort() const { return isCutShort_; }
@@ -22,6 +23,7 @@ class WholeFile {
  private:
   std::unique_ptr<char[]> bytes_;
   size_t size_ = 0;
+  size_t capacity_ = 0;
   bool isCutShort_ = false;
 };
 
