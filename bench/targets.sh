@@ -35,9 +35,9 @@ measure_call_graphs() {
   local cat=$elapsed
   fastest --output "$data/output" -- env LC_ALL=C grep -c 'node:' "$folder"/*.ci
   local grep=$elapsed grep_processor=$processor
-  fastest -- taskset -c 0 "${analyze[@]}" "$folder"
+  fastest -- taskset -c 0 "${analyze[@]}" --format csv "$folder"
   ratio_row "$what, one core" "$processor" "$processor" "grep -c node:" "$grep_processor" 5
-  fastest -- taskset -c 0,1 "${analyze[@]}" "$folder"
+  fastest -- taskset -c 0,1 "${analyze[@]}" --format csv "$folder"
   ratio_row "$what, two cores" "$elapsed" "$processor" "grep -c node:" "$grep"
   ratio_row "" "$elapsed" "$processor" "cat" "$cat"
 }
