@@ -69,7 +69,7 @@ std::unique_ptr<ProgramInput> OpenInput(std::string_view path, Host& host, StkRe
   if (path.ends_with(".toml")) {
     return OpenConfigured(path, host, reporter);
   }
-  if (host.files.IsDirectory(path)) {
+  if (!IsProject(path) && host.files.IsDirectory(path)) {
     return GccInput::Open(path,
                           {.folders = {std::string(path)}, .exclude = {}, .elf = {}, .vectors = {}},
                           host, reporter);
