@@ -320,6 +320,24 @@ TEST(GccInput, LinksWhatTheCompilersOfThisMachineWrite) {
     ASSERT_TRUE(build.Analyse());
     CheckLinking(build);
 
+    // With a program, what is not in it is left out.
+    const std::string link =
+        compiler.prefix + "gcc -nostdlib -static -Wl,-e,start a.o b.o s.o -o prog 2>/dev/null";
+    ASSERT_EQ(std::system(link.c_str()), 0);  // NOLINT(concurrency-mt-unsafe): one thread
+    BuildFolder linked;
+    linked.PutAll(folder.Path());
+    linked.Put("velkor.toml", "input = \"/b\"\nelf = \"prog\"\n");
+    ASSERT_TRUE(linked.Analyse("/b/velkor.toml"));
+    EXPECT_EQ(linked.CountNotes("are not in the program and are left out"), 1U);
+    std::set<std::string> names;
+    for (const StkFunction* each : linked.functions->Functions()) {
+      names.insert(linked.NameOf(*each));
+    }
+    EXPECT_EQ(names, (std::set<std::string>{"a.c#helper", "alias", "aliased", "alone", "b.c#helper",
+                                            "bare", "ext", "main", "replaced", "start"}));
+    EXPECT_TRUE(linked["start"].Is(FN_ENTRY));
+    EXPECT_EQ(linked.CalleesOf("main"), "alias alone ext replaced");
+
     // Without objects nothing tells weak from static, and nothing shows that a call is missing.
     fs::remove(folder / "s.o");
     BuildFolder bare;
