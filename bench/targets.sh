@@ -25,6 +25,23 @@ measure_modules() {
   ratio_row "" "$elapsed" "$processor" "cat" "$cat"
 }
 
+# measure_call_graphs MEGABYTES: the same for a folder with call graph files.
+measure_call_graphs() {
+  local folder what="$1 MB of call graph files"
+  folder=$(input callgraphs "$1000000")
+  say "$what"
+  cat "$folder"/*.ci >/dev/null
+  fastest -- cat "$folder"/*.ci
+  local cat=$elapsed
+  fastest --output "$data/output" -- env LC_ALL=C grep -c 'node:' "$folder"/*.ci
+  local grep=$elapsed grep_processor=$processor
+  fastest -- taskset -c 0 "${analyze[@]}" --format csv "$folder"
+  ratio_row "$what, one core" "$processor" "$processor" "grep -c node:" "$grep_processor" 5
+  fastest -- taskset -c 0,1 "${analyze[@]}" --format csv "$folder"
+  ratio_row "$what, two cores" "$elapsed" "$processor" "grep -c node:" "$grep"
+  ratio_row "" "$elapsed" "$processor" "cat" "$cat"
+}
+
 # benchmark_times PROGRAM FILTER REPETITIONS: prints name and microseconds of each benchmark: its
 # counter median_ms where it has one, else the processor time of an iteration; of the fastest
 # repetition.

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/generators/call_graph_set.h"
 #include "bench/generators/graph_kinds.h"
 #include "bench/generators/graph_project.h"
 #include "bench/generators/module_set.h"
@@ -37,6 +38,8 @@ void Generate(const Order& order) {
   ProjectFolder project(order.folder);
   if (order.kind == "modules") {
     WriteModuleSet(order.size, order.seed, project);
+  } else if (order.kind == "callgraphs") {
+    WriteCallGraphSet(order.size, order.seed, project);
   } else if (order.kind == "specification") {
     WriteGraph("chain-of-rings", order, project);
     project.AddFile("limits.txt", SpecificationText(static_cast<uint32_t>(order.size), order.seed));
@@ -51,8 +54,9 @@ std::string KindsHelp(std::vector<std::string>& names) {
   std::string help =
       "What to write, and what its size counts:\n"
       "  modules: bytes of modules that look real\n"
+      "  callgraphs: bytes of call graph files that look real\n"
       "  specification: lines of limits.txt, for a chain of rings\n";
-  names = {"modules", "specification"};
+  names = {"modules", "callgraphs", "specification"};
   for (const GraphKind& kind : GraphKinds()) {
     help += "  " + std::string(kind.name) + ": " + std::string(kind.size) + "\n";
     names.emplace_back(kind.name);

@@ -81,6 +81,12 @@ void NoteReplacedSize(Application& application, const StkFunction& function, uin
                      .function = function.index});
 }
 
+// False after having said why what is stated of a function (none: of all) cannot be kept.
+bool CanState(Application& application, const StkFunction* function) {
+  CStkDoc& document = application.Document();
+  return document.CanKeepAdjustments() && (function == nullptr || document.CanStateHere(*function));
+}
+
 }  // namespace
 
 ExitStatus Adjust(Application& application, const Options& options) {
@@ -93,6 +99,9 @@ ExitStatus Adjust(Application& application, const Options& options) {
     return kWrongUsage;
   }
   CStkDoc& document = application.Document();
+  if (!CanState(application, function)) {
+    return kWrongUsage;
+  }
   AdjustmentForm form(*document.FunctionTable(), *function);
   if (!FillForm(application, *function, options, form)) {
     return kWrongUsage;
@@ -112,6 +121,9 @@ ExitStatus Reset(Application& application, const Options& options) {
     return analysed;
   }
   CStkDoc& document = application.Document();
+  if (!CanState(application, nullptr)) {
+    return kWrongUsage;
+  }
   if (options.all) {
     if (document.HasStatements()) {
       document.CancelAllAdjustments();
@@ -119,7 +131,7 @@ ExitStatus Reset(Application& application, const Options& options) {
     return application.RunWritingJob();
   }
   StkFunction* function = application.FindFunction(*options.function);
-  if (function == nullptr) {
+  if (function == nullptr || !CanState(application, function)) {
     return kWrongUsage;
   }
   if (document.HasStatement(*function)) {
@@ -132,6 +144,9 @@ ExitStatus Load(Application& application, const Options& options) {
   const ExitStatus analysed = application.OpenAndAnalyse(options);
   if (analysed != kDone) {
     return analysed;
+  }
+  if (!CanState(application, nullptr)) {
+    return kWrongUsage;
   }
   const ExitStatus loaded = application.LoadSpecification(options.specification, true);
   return loaded == kStopped ? kStopped : application.RunWritingJob();

@@ -15,7 +15,10 @@ const char* const kFunctionHelp =
 CLI::App& AddCommand(CLI::App& app, Options& options, Options::Command command,
                      const std::string& name, const std::string& help) {
   CLI::App& added = *app.add_subcommand(name, help);
-  added.add_option("PROJECT", options.project, "project file (.prj)")->required();
+  added
+      .add_option("INPUT", options.project,
+                  "project file (.prj), folder with call graph files (*.ci), or velkor.toml")
+      ->required();
   added.callback([&options, command] { options.command = command; });
   return added;
 }

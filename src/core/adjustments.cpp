@@ -63,7 +63,7 @@ bool CancelAllAdjustments(StkFunctionTable& table, StkRootList& roots, StkReport
   }
   bool changed = false;
   for (StkFunction* function : table.Functions()) {
-    if (function->HasStatement()) {
+    if (function->HasStatement() && table.Brought(*function) == nullptr) {
       changed = Cancel(table, *function, reporter) || changed;
     }
   }

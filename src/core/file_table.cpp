@@ -23,8 +23,13 @@ const StkFileEntry& StkFileTable::Intern(std::string_view fileName) {
   if (found != nullptr) {
     return *entries_[*found];
   }
-  entries_.push_back(std::make_unique<StkFileEntry>(StkFileEntry{.name = std::string(fileName)}));
+  const StkFileEntry& added = Add(fileName);
   index_.Insert(static_cast<uint32_t>(entries_.size() - 1), hash);
+  return added;
+}
+
+const StkFileEntry& StkFileTable::Add(std::string_view fileName) {
+  entries_.push_back(std::make_unique<StkFileEntry>(StkFileEntry{.name = std::string(fileName)}));
   return *entries_.back();
 }
 

@@ -27,13 +27,15 @@ class StkFileTable {
   explicit StkFileTable(const CodePage& codePage) : codePage_(codePage) {}
 
   const StkFileEntry& Intern(std::string_view fileName);
+  // A new entry, whatever other ones are called.
+  const StkFileEntry& Add(std::string_view fileName);
   void Clear();
   size_t size() const { return entries_.size(); }
 
  private:
   const CodePage& codePage_;
   std::vector<std::unique_ptr<StkFileEntry>> entries_;
-  SlotIndex index_;  // of entries_
+  SlotIndex index_;  // of those that were interned
 };
 
 }  // namespace velkor

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <vector>
 
 #include "core/adjustment.h"
 #include "core/file_table.h"
@@ -30,7 +31,18 @@ enum FunctionFlag : uint32_t {
   FN_DYNAMIC_FRAME = 0x2000,  // frameSize is only what the compiler knows of a larger frame
   FN_SIZE_UNKNOWN = 0x4000,   // defined, but nothing tells its frame size
   FN_PLAIN_SYMBOL = 0x8000,   // its symbol has no "_" before the C name
+  FN_ENTRY = 0x10000,         // entered from outside: top-level, whatever calls it
   FN_CALLS_STATED = 0x20000,  // callees are stated that it calls directly (see the table)
+};
+
+// Where the frame and the calls of a function come from.
+enum class FunctionSource : uint8_t { kNone, kModule, kCallGraph, kObject, kProgram };
+
+// A place in a source file.
+struct SourceLine {
+  const StkFileEntry* file = nullptr;
+  uint32_t line = 0;    // from 1; 0: not told
+  uint32_t column = 0;  // likewise
 };
 
 // What a function is first of all, for its picture and for programs. Something is known of a
@@ -42,11 +54,14 @@ enum class FunctionKind : uint8_t { kSpecified, kRecursive, kDefined, kUnknown }
 // thread at a time. Once totals have been computed, what they depend on is changed by the
 // operations of the table and the adjustments, which note it for the next computation.
 struct StkFunction {
-  std::string_view name;  // assembler symbol; FN_PLAIN_SYMBOL: without "_" before the C name
-  const StkFileEntry* file = nullptr;  // none for a function that is only called
+  std::string_view name;       // assembler symbol; FN_PLAIN_SYMBOL: without "_" before the C name
+  std::string_view shownName;  // for people; empty: the C name
+  const StkFileEntry* file = nullptr;  // its module's; none for a function that is only called
+  SourceLine place;                    // of its definition, where the input tells it
   uint32_t index = 0;                  // position in the table's insertion order
   uint32_t frameSize = 0;
   uint32_t flags = 0;
+  FunctionSource source = FunctionSource::kNone;
   uint32_t librarySize = 0;      // added when there is no adjustment
   uint32_t totalStackSize = 0;   // result of Recompute
   uint32_t maxCalleeSize = 0;    // largest total among callees and extra callees
@@ -55,8 +70,9 @@ struct StkFunction {
   StkFunctionList extraCallees;  // targets of indirect calls, as the adjustment states them
   StkFunctionList callers;       // no duplicates
   StkFunctionList extraCallers;
-  std::unique_ptr<StkAdjustment> pendingAdjustment;  // read from a file, not yet applied
-  std::unique_ptr<StkAppliedAdjustment> adjustment;  // in force; its presence: adjusted
+  std::unique_ptr<std::vector<SourceLine>> indirectSites;  // none where the input tells none
+  std::unique_ptr<StkAdjustment> pendingAdjustment;        // read from a file, not yet applied
+  std::unique_ptr<StkAppliedAdjustment> adjustment;        // in force; its presence: adjusted
 
   bool Is(uint32_t flag) const { return (flags & flag) != 0; }
   bool IsUnknown() const { return !Is(FN_DEFINED) && !Is(FN_LIBRARY); }

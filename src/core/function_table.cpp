@@ -25,11 +25,14 @@ StkFunctionTable::StkFunctionTable(const CodePage& codePage, FunctionRules rules
 StkFunctionTable::~StkFunctionTable() = default;
 
 StkFunction& StkFunctionTable::AddDefined(uint32_t name, const StkFileEntry& file) {
-  return Insert(name, &file, FN_DEFINED);
+  StkFunction& added = Insert(name, &file, FN_DEFINED);
+  added.source = FunctionSource::kModule;
+  return added;
 }
 
-StkFunction& StkFunctionTable::AddUnknown(std::string_view name) {
-  return Insert(names_.Intern(name), nullptr, 0);
+void StkFunctionTable::SetShownName(StkFunction& function, uint32_t name) {
+  function.shownName = names_[name];
+  nameIndex_->AddShown(name, function.index);
 }
 
 StkFunction& StkFunctionTable::Insert(uint32_t name, const StkFileEntry* file, uint32_t flags) {
@@ -71,7 +74,20 @@ void StkFunctionTable::ResolveAllCalls() {
   callNames_.Clear();
 }
 
-StkFunctionTable::ResolvedCalls StkFunctionTable::ResolveCallees() {
+void StkFunctionTable::SetAllCalls(const ResolvedCalls& calls) {
+  uint32_t call = 0;
+  for (uint32_t caller = 0; caller < calls.ends.size(); ++caller) {
+    StkFunctionList& callees = functions_[caller]->callees;
+    callees.reserve(calls.ends[caller] - call);
+    for (; call < calls.ends[caller]; ++call) {
+      callees.push_back(functions_[calls.callees[call]]);
+    }
+    SortByName(callees, codePage_);
+  }
+  LinkCallers(calls);
+}
+
+ResolvedCalls StkFunctionTable::ResolveCallees() {
   ResolvedCalls calls;
   std::span<const uint32_t> fetched;
   // Unknown functions, which call nothing, are appended on the way.
@@ -250,6 +266,49 @@ const StkFunctionList& StkFunctionTable::DirectCallees(const StkFunction& functi
   return found == directCallees_.end() ? kNone : found->second;
 }
 
+void StkFunctionTable::NoteBrought(const StkFunction& function, std::string_view path,
+                                   uint32_t line) {
+  const auto [place, isNew] = brought_.try_emplace(function.index);
+  BroughtStatement& brought = place->second;
+  if (isNew && function.adjustment != nullptr) {
+    brought.kept = *function.adjustment;
+    brought.keptCallees = function.extraCallees;
+  }
+  if (isNew) {
+    brought.keptDirectCallees = DirectCallees(function);
+  }
+  brought.path = path;
+  brought.line = line;
+}
+
+const BroughtStatement* StkFunctionTable::Brought(const StkFunction& function) const {
+  const auto found = brought_.find(function.index);
+  return found == brought_.end() ? nullptr : &found->second;
+}
+
+void StkFunctionTable::KeepUnderBrought(const StkFunction& function,
+                                        std::optional<StkAppliedAdjustment> adjustment,
+                                        StkFunctionList callees, StkFunctionList directCallees) {
+  BroughtStatement& brought = brought_.at(function.index);
+  brought.kept = adjustment;
+  brought.keptCallees = std::move(callees);
+  brought.keptDirectCallees = std::move(directCallees);
+}
+
+KeptStatement StkFunctionTable::Kept(const StkFunction& function) const {
+  if (const BroughtStatement* brought = Brought(function)) {
+    return {brought->kept ? &*brought->kept : nullptr, brought->keptCallees,
+            brought->keptDirectCallees};
+  }
+  return InForce(function);
+}
+
+KeptStatement StkFunctionTable::InForce(const StkFunction& function) const {
+  static const StkFunctionList kNone;
+  return {function.adjustment.get(), function.adjustment != nullptr ? function.extraCallees : kNone,
+          DirectCallees(function)};
+}
+
 StkFunctionList StkFunctionTable::TakeTouched() {
   if (changes_.functions.size() + touched_.size() > Count()) {
     NoteStructureChange();  // to look at everything costs less
@@ -267,6 +326,16 @@ uint32_t StkFunctionTable::CountForSpecFile(bool withUnknown) const {
       }));
 }
 
+uint32_t StkFunctionTable::CountKept() const {
+  uint32_t count = CountForSpecFile(false);
+  for (const auto& [index, statement] : brought_) {
+    const StkFunction& function = *functions_[index];
+    count -= function.HasStatement() ? 1U : 0U;
+    count += Kept(function).None() ? 0U : 1U;
+  }
+  return count;
+}
+
 void StkFunctionTable::Clear() {
   nameIndex_->Clear();
   callNames_.Clear();
@@ -277,6 +346,7 @@ void StkFunctionTable::Clear() {
   changes_ = {};
   blocks_.Clear();
   names_ = NameTable();
+  brought_.clear();
   unknownCount_ = 0;
   adjustedCount_ = 0;
   NoteRearrangedCallees();

@@ -3,6 +3,9 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <optional>
+#include <span>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -24,6 +27,31 @@ struct FunctionRules {
   bool underscored = true;          // the symbol of a C name is the name with "_" before it
 };
 
+// What each function calls, functions known by their index.
+struct ResolvedCalls {
+  std::vector<uint32_t> callees;  // by caller, no two equal ones of one caller
+  std::vector<uint32_t> ends;     // in callees, by caller
+};
+
+// A statement on a function that the input itself brings. It is in force instead of what the user
+// keeps, which stays where it is kept.
+struct BroughtStatement {
+  std::string path;
+  uint32_t line = 0;
+  std::optional<StkAppliedAdjustment> kept;  // what it took the place of; none: nothing
+  StkFunctionList keptCallees;
+  StkFunctionList keptDirectCallees;
+};
+
+// What is stated of a function, as a specification file holds it. Valid until that changes.
+struct KeptStatement {
+  const StkAppliedAdjustment* adjustment = nullptr;
+  const StkFunctionList& callees;  // extra ones
+  const StkFunctionList& directCallees;
+
+  bool None() const { return adjustment == nullptr && directCallees.empty(); }
+};
+
 // All functions of one analysis: owns the records, keeps their insertion order and finds them by
 // name. Records are never removed one by one. Not locked: one thread at a time.
 //
@@ -42,6 +70,9 @@ class StkFunctionTable {
   // The number that the table knows a name by until Clear: where names come again and again, it
   // takes the place of the text below.
   uint32_t NumberOfName(std::string_view name) { return names_.Intern(name); }
+  std::string_view NameOf(uint32_t name) const { return names_[name]; }
+  // Numbers of names are smaller.
+  uint32_t NameCount() const { return names_.size(); }
   // The same of many, by their numbers in another table.
   std::vector<uint32_t> NumbersOfNames(const NameTable& names) { return names_.InternAll(names); }
   // A new FN_DEFINED record. The caller sets FN_GLOBAL and the rest on the result, before the
@@ -51,7 +82,10 @@ class StkFunctionTable {
     return AddDefined(NumberOfName(name), file);
   }
   // A new record of a function that is only called.
-  StkFunction& AddUnknown(std::string_view name);
+  StkFunction& AddUnknown(uint32_t name) { return Insert(name, nullptr, 0); }
+  StkFunction& AddUnknown(std::string_view name) { return AddUnknown(NumberOfName(name)); }
+  // What people read instead of the symbol; a specification file may name it by either.
+  void SetShownName(StkFunction& function, uint32_t name);
   // The caller calls something of that name. Nothing happens when it has an equal call name
   // (case-sensitive) already. Call names are kept until ResolveAllCalls.
   void AddCallName(const StkFunction& caller, uint32_t callName);
@@ -66,6 +100,9 @@ class StkFunctionTable {
   StkFunction& ResolveCall(const StkFunction& caller, std::string_view calleeName);
   // Every collected call name of every record; then the callees are sorted and the names gone.
   void ResolveAllCalls();
+  // The same for an input that knows by itself which function each call means. Of all functions,
+  // which have no callees yet.
+  void SetAllCalls(const ResolvedCalls& calls);
   // fileBaseName empty: the first global function of that name, else the first other one. Not
   // empty: the first static one whose file has that base name, ignoring letter case. The name is
   // the C name; where symbols have a "_" before it, one that is not bracketed and begins with "_"
@@ -96,6 +133,18 @@ class StkFunctionTable {
   void SetDirectCallees(StkFunction& function, StkFunctionList callees);
   // In force.
   const StkFunctionList& DirectCallees(const StkFunction& function) const;
+  // A file of the input is about to state something of the function, in place of what is in force
+  // now, or of what the statement before has taken the place of.
+  void NoteBrought(const StkFunction& function, std::string_view path, uint32_t line);
+  // The user has stated something newer.
+  void ForgetBrought(const StkFunction& function) { brought_.erase(function.index); }
+  // None: what is in force is the user's. (Its callees are the extra callees.)
+  const BroughtStatement* Brought(const StkFunction& function) const;
+  // What the user keeps under the statement that the input brings of this function.
+  void KeepUnderBrought(const StkFunction& function, std::optional<StkAppliedAdjustment> adjustment,
+                        StkFunctionList callees, StkFunctionList directCallees);
+  KeptStatement Kept(const StkFunction& function) const;
+  KeptStatement InForce(const StkFunction& function) const;
   // A callee list holds the same functions as before, but otherwise arranged: the next computation
   // takes the functions in the order of the new lists. (When other functions are called, the next
   // Recompute must rebuild instead.)
@@ -103,6 +152,8 @@ class StkFunctionTable {
   // Records with a statement in force; with unknown functions: those too that are unknown and
   // not adjusted.
   uint32_t CountForSpecFile(bool withUnknown) const;
+  // Records with an adjustment of the user's, in force or not.
+  uint32_t CountKept() const;
   void Clear();
 
   // In insertion order; index i holds the function whose index field is i.
@@ -132,12 +183,6 @@ class StkFunctionTable {
   void NoteStructureChange() { changes_ = {}; }
   Changes TakeChanges() { return std::exchange(changes_, {.structure = false, .functions = {}}); }
 
-  // All calls by caller, in index order; functions are known by their index.
-  struct ResolvedCalls {
-    std::vector<uint32_t> callees;
-    std::vector<uint32_t> ends;  // in callees, by caller
-  };
-
   StkFunction& Insert(uint32_t name, const StkFileEntry* file, uint32_t flags);
   StkFunction& ResolveCall(const StkFunction& caller, uint32_t calleeName);
   ResolvedCalls ResolveCallees();
@@ -155,6 +200,7 @@ class StkFunctionTable {
   // By index; what is stated may be an empty list.
   std::unordered_map<uint32_t, StkFunctionList> directCallees_;
   std::map<uint32_t, StkFunctionList> pendingDirectCallees_;
+  std::unordered_map<uint32_t, BroughtStatement> brought_;  // by index
   uint32_t unknownCount_ = 0;
   uint32_t adjustedCount_ = 0;
   // Kept from one computation to the next of the same graph:

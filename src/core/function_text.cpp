@@ -11,6 +11,9 @@ std::string SizeText(uint32_t size) {
 }  // namespace
 
 std::string_view CName(const StkFunction& function) {
+  if (!function.shownName.empty()) {
+    return function.shownName;
+  }
   std::string_view name = function.name;
   if (!function.Is(FN_PLAIN_SYMBOL) && name.starts_with('_')) {
     name.remove_prefix(1);

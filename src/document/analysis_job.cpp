@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "document/notifications.h"
-#include "platform/limits.h"
 
 namespace velkor {
 
@@ -94,7 +93,7 @@ void StkAnalysisJob::EnterModule(ModuleReadAhead& modules, size_t number) {
 
 void StkAnalysisJob::ReportNotOpened(FileFailure failure) {
   StkReporter& reporter = parts_.reporter;
-  if (currentPath_.size() > kMaxPathLength) {
+  if (currentPath_.size() > parts_.input.MostPathLength()) {
     reporter.PostWarning(MessageKey::kW9407, {MessageFile{currentPath_}});
     return;
   }

@@ -147,6 +147,10 @@ class CStkDoc {
   // A job that writes a file has, as far as it has been finished: the file is not what it should
   // be.
   bool AnyWritingFailed() const { return anyWritingFailed_; }
+  // False after a warning: the input has no place for adjustments; the function is stated in a file
+  // that the input brings.
+  bool CanKeepAdjustments();
+  bool CanStateHere(const StkFunction& function);
   // No running job keeps the analysis from being changed.
   bool CanChangeAnalysis() const;
 

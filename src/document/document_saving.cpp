@@ -1,5 +1,6 @@
 #include <utility>
 
+#include "core/function_text.h"
 #include "document/document.h"
 #include "document/output_path.h"
 #include "document/system_file_merge.h"
@@ -14,7 +15,7 @@ constexpr int kMostMergesInARow = 100;
 }  // namespace
 
 void CStkDoc::SaveSystemFile() {
-  if (!HasFunctionsToWrite()) {
+  if (!HasFunctionsToWrite() || input_->SystemFilePath().empty()) {
     return;
   }
   const StkJob* running = jobs_.Get(JobKind::kSpecWrite);
@@ -72,6 +73,24 @@ void CStkDoc::ChainSaveFinished() {
   anyWritingFailed_ =
       anyWritingFailed_ || jobs_.Get<StkChainReportJob>()->End() == WorkEnd::kFailed;
   jobs_.Empty(JobKind::kChainSave);
+}
+
+bool CStkDoc::CanKeepAdjustments() {
+  const bool can = input_ == nullptr || !input_->SystemFilePath().empty();
+  if (!can) {
+    reporter_.ShowWarning(MessageKey::kW9469, {MessageFile{input_->Path()}});
+  }
+  return can;
+}
+
+bool CStkDoc::CanStateHere(const StkFunction& function) {
+  const BroughtStatement* brought = functionTable_->Brought(function);
+  if (brought != nullptr) {
+    reporter_.ShowWarning(MessageKey::kW9468,
+                          {FunctionSpecName(function, host_.codePage), MessageFile{brought->path},
+                           MessageLine{brought->line}});
+  }
+  return brought == nullptr;
 }
 
 bool CStkDoc::HasFunctionsToWrite() const {

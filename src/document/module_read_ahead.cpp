@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <system_error>
 
-#include "platform/limits.h"
-
 namespace velkor {
 
 namespace {
@@ -19,6 +17,7 @@ size_t ThreadCount(size_t wanted) {
 
 ModuleReadAhead::ModuleReadAhead(ProgramInput& input, size_t threads, Event& stopEvent)
     : paths_(input.Modules()),
+      mostPathLength_(input.MostPathLength()),
       stopEvent_(stopEvent),
       slots_(std::min(ThreadCount(threads), paths_.size()) * kModulesPerThread) {
   for (Slot& slot : slots_) {
@@ -134,7 +133,7 @@ void ModuleReadAhead::OpenFile(size_t module) {
   slot.failure = nullptr;
   slot.opening = FileFailure::kOther;
   try {
-    if (paths_[module].size() <= kMaxPathLength) {
+    if (paths_[module].size() <= mostPathLength_) {
       slot.opening = slot.reader->Open(module);
     }
   } catch (...) {

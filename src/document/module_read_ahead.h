@@ -62,6 +62,7 @@ class ModuleReadAhead {
   Slot& SlotOf(size_t module) { return slots_[module % slots_.size()]; }
 
   const StkStringList& paths_;
+  const size_t mostPathLength_;
   Event& stopEvent_;
   std::vector<Slot> slots_;
   bool ownerReads_ = false;  // the current module

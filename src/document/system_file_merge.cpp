@@ -1,5 +1,6 @@
 #include "document/system_file_merge.h"
 
+#include <optional>
 #include <unordered_map>
 #include <utility>
 
@@ -86,6 +87,16 @@ class Merging {
     } else if (!IsInForce(*stated, function)) {
       Adjust(function, *stated);
     }
+  }
+  // What is in force of the function, the input brings.
+  void Keep(const StkFunction& function, const StkAdjustment* stated) {
+    std::optional<StkAppliedAdjustment> adjustment;
+    if (stated != nullptr && Adjusts(*stated)) {
+      adjustment = {stated->margin, stated->depth};
+    }
+    functions_.KeepUnderBrought(function, adjustment,
+                                stated != nullptr ? *stated->callees : StkFunctionList(),
+                                stated != nullptr ? stated->directCallees : StkFunctionList());
   }
   // False when a depth had to be dropped: its function is not recursive.
   bool Compute() {
@@ -179,7 +190,9 @@ SystemFileMerge MergeSystemFile(std::string_view text, const std::string& path,
   }
   Merging merging(functions, roots, reporter);
   for (StkFunction* function : functions.Functions()) {
-    if (!own.contains(function)) {
+    if (functions.Brought(*function) != nullptr) {
+      merging.Keep(*function, stated.Of(*function));
+    } else if (!own.contains(function)) {
       merging.Follow(*function, stated.Of(*function));
     }
   }

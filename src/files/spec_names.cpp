@@ -11,7 +11,7 @@ namespace velkor {
 
 namespace {
 
-bool IsSeparator(char character) {
+bool IsPathSeparator(char character) {
   return character == '\\' || character == '/' || character == ':';
 }
 
@@ -61,6 +61,9 @@ StkFunction* SpecNames::OnlyOne(const Places& places, std::string_view tail) con
 }
 
 bool SpecNames::IsAmbiguous(const SpecName& name, const StkFunction& found) {
+  if (!found.shownName.empty() && name.function == found.name && !table_.SharesName(found)) {
+    return false;
+  }
   if (name.qualified) {
     if (name.quoted || Parts(name.file).size() > 1) {
       return false;
@@ -92,9 +95,12 @@ std::optional<std::string> SpecNames::Statement(const StkFunction& function) {
       return bracketed;
     }
   }
-  std::string further = FurtherForm(function);
+  std::string further = FurtherForm(function, CName(function));
   if (!Means(further, function) && function.Is(FN_DEFINED)) {
-    further = FurtherFormWithFile(function);
+    further = FurtherFormWithFile(function, CName(function));
+  }
+  if (!Means(further, function) && !function.shownName.empty()) {
+    further = FurtherForm(function, function.name);
   }
   return Means(further, function) ? std::optional(std::move(further)) : std::nullopt;
 }
@@ -118,20 +124,21 @@ bool SpecNames::Means(std::string_view text, const StkFunction& function) {
   return readable && Find(name) == &function && !IsAmbiguous(name, function);
 }
 
-std::string SpecNames::FurtherForm(const StkFunction& function) {
+std::string SpecNames::FurtherForm(const StkFunction& function, std::string_view functionName) {
   if (function.IsStatic()) {
-    return FurtherFormWithFile(function);
+    return FurtherFormWithFile(function, functionName);
   }
-  const std::string quoted = Quoted(CName(function));
+  const std::string quoted = Quoted(functionName);
   return function.Is(FN_DEFINED) ? quoted : "[" + quoted + "]";
 }
 
-std::string SpecNames::FurtherFormWithFile(const StkFunction& function) {
+std::string SpecNames::FurtherFormWithFile(const StkFunction& function,
+                                           std::string_view functionName) {
   const std::string_view tail = OwnTail(function);
   std::string file = QuotedWhereNeeded(tail, codePage_);
-  const std::string name = QuotedWhereNeeded(CName(function), codePage_);
+  const std::string name = QuotedWhereNeeded(functionName, codePage_);
   // Without a quote or a folder it would be a name in the plain form.
-  if (file == tail && name == CName(function) && Parts(tail).size() == 1) {
+  if (file == tail && name == functionName && Parts(tail).size() == 1) {
     file = Quoted(tail);
   }
   return file + "#" + name;
@@ -197,7 +204,7 @@ std::vector<std::string_view> SpecNames::Parts(std::string_view path) const {
   std::vector<std::string_view> parts;
   size_t start = 0;
   for (size_t i = 0; i < path.size(); i += codePage_.CharLength(path, i)) {
-    if (IsSeparator(path[i])) {
+    if (IsPathSeparator(path[i])) {
       parts.push_back(path.substr(start, i - start));
       start = i + 1;
     }

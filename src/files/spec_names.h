@@ -63,8 +63,8 @@ class SpecNames {
   StkFunction* FindInFile(const SpecName& name);
   StkFunction* OnlyOne(const Places& places, std::string_view tail) const;
   bool Means(std::string_view text, const StkFunction& function);
-  std::string FurtherForm(const StkFunction& function);
-  std::string FurtherFormWithFile(const StkFunction& function);
+  std::string FurtherForm(const StkFunction& function, std::string_view functionName);
+  std::string FurtherFormWithFile(const StkFunction& function, std::string_view functionName);
   std::string_view OwnTail(const StkFunction& function);
   void Arrange(Places& places) const;
   std::vector<std::string_view> Parts(std::string_view path) const;

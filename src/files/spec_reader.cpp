@@ -92,6 +92,7 @@ void StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
     }
     return;
   }
+  BeforeStating(table, function, lineNumber);
   table.StateDirectCallees(function, line.DirectCallees());
   if (!line.AttributeSeen()) {
     return;
@@ -105,6 +106,16 @@ void StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
     callsSeen_ = true;
   }
   table.SetPendingAdjustment(function, std::move(adjustment));
+}
+
+void StkSpecReader::BeforeStating(StkFunctionTable& table, const StkFunction& function,
+                                  uint32_t /*lineNumber*/) {
+  table.ForgetBrought(function);
+}
+
+void StkInputFileReader::BeforeStating(StkFunctionTable& table, const StkFunction& function,
+                                       uint32_t lineNumber) {
+  table.NoteBrought(function, path_, lineNumber);
 }
 
 bool StkSpecReader::HandleError(const StkMessage& error, Event& stopEvent) {

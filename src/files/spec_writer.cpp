@@ -48,7 +48,7 @@ WorkEnd StkSpecWriter::Write(const AfterFunction& afterFunction) {
 
 bool StkSpecWriter::WriteFunctions(bool stated, const AfterFunction& afterFunction) {
   for (const auto& function : table_.Functions()) {
-    const bool hasStatement = function->HasStatement();
+    const bool hasStatement = !StatementToWrite(*function).None();
     if (stated ? !hasStatement : hasStatement || !function->IsUnknown()) {
       continue;
     }
@@ -62,6 +62,10 @@ bool StkSpecWriter::WriteFunctions(bool stated, const AfterFunction& afterFuncti
     }
   }
   return true;
+}
+
+KeptStatement StkSpecWriter::StatementToWrite(const StkFunction& function) const {
+  return mode_ == Mode::kAutomatic ? table_.Kept(function) : table_.InForce(function);
 }
 
 // A line that is too long goes to the file, whose limit it is.
@@ -79,18 +83,19 @@ std::optional<std::string> StkSpecWriter::LineOf(const StkFunction& function) {
   if (!line) {
     return std::nullopt;
   }
-  if (const StkAppliedAdjustment* adjustment = function.adjustment.get()) {
+  const KeptStatement stated = StatementToWrite(function);
+  if (const StkAppliedAdjustment* adjustment = stated.adjustment) {
     if (adjustment->margin != kNoMargin) {
       *line += ", ADD=" + std::to_string(adjustment->margin);
     }
     if (adjustment->depth != kNoDepth) {
       *line += ", RECTIME=" + std::to_string(adjustment->depth);
     }
-    if (!AddCallees(function.extraCallees, *line)) {
+    if (!AddCallees(stated.callees, *line)) {
       return std::nullopt;
     }
   }
-  return AddCallees(table_.DirectCallees(function), *line) ? line : std::nullopt;
+  return AddCallees(stated.directCallees, *line) ? line : std::nullopt;
 }
 
 bool StkSpecWriter::AddCallees(const StkFunctionList& callees, std::string& line) {
@@ -112,12 +117,12 @@ bool StkSpecWriter::ReadsBack(std::string_view line, const StkFunction& function
     all.insert(others.begin(), others.end());
     return all;
   };
-  const StkAppliedAdjustment* adjustment = function.adjustment.get();
-  const StkAppliedAdjustment inForce = adjustment != nullptr ? *adjustment : StkAppliedAdjustment();
-  const StkFunctionList extra = adjustment != nullptr ? function.extraCallees : StkFunctionList();
-  return parser.Margin() == inForce.margin && parser.Depth() == inForce.depth &&
+  const KeptStatement stated = StatementToWrite(function);
+  const StkAppliedAdjustment adjustment =
+      stated.adjustment != nullptr ? *stated.adjustment : StkAppliedAdjustment();
+  return parser.Margin() == adjustment.margin && parser.Depth() == adjustment.depth &&
          together(parser.Callees(), parser.DirectCallees()) ==
-             together(extra, table_.DirectCallees(function));
+             together(stated.callees, stated.directCallees);
 }
 
 bool StkSpecWriter::WriteKeptLines() {

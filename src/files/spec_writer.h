@@ -28,7 +28,8 @@ class StkSpecWriter {
  public:
   enum class Mode {
     // The stk system file, after every change. It is replaced in one step by a complete new one:
-    // after a failure, a stop or a crash the previous file is still there, whole.
+    // after a failure, a stop or a crash the previous file is still there, whole. Statements that
+    // the input brings are left out: what they took the place of is kept.
     kAutomatic,
     // A file of the user's choice, which also lists the unknown functions. One that exists is
     // replaced in the same way; of a new one, what was written before a failure or a stop stays.
@@ -42,7 +43,9 @@ class StkSpecWriter {
   StkSpecWriter& operator=(const StkSpecWriter&) = delete;
 
   // The number of functions that the file is to hold.
-  uint32_t CountToWrite() const { return table_.CountForSpecFile(mode_ == Mode::kUser); }
+  uint32_t CountToWrite() const {
+    return mode_ == Mode::kUser ? table_.CountForSpecFile(true) : table_.CountKept();
+  }
   // Automatic mode. Asked with the old file, if there is one, which is held, when the new one is
   // complete. False keeps the old file: the writing fails with W9402.
   void SetMayReplace(FileSystem::MayReplace mayReplace) { mayReplace_ = std::move(mayReplace); }
@@ -60,6 +63,7 @@ class StkSpecWriter {
 
  private:
   bool WriteFunctions(bool stated, const AfterFunction& afterFunction);
+  KeptStatement StatementToWrite(const StkFunction& function) const;
   bool WriteFunction(const StkFunction& function);
   bool WriteKeptLines();
   // None where a name in it cannot be written.

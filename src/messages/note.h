@@ -15,7 +15,7 @@ struct StkNote {
   std::string file;       // empty: none
   uint32_t line = 0;      // of the file, from 1; 0: none
   std::optional<uint32_t> function;  // index in the function table
-  bool incomplete = false;           // it says that something of the input was not read
+  bool incomplete = false;           // not everything was read: the status of a command says so
 };
 
 }  // namespace velkor

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -100,6 +101,9 @@ class FileSystem {
   virtual bool Replace(std::string_view from, std::string_view to,
                        const MayReplace& mayReplace = {}) = 0;
   virtual bool Remove(std::string_view path) = 0;
+  // When its content was last changed, in nanoseconds of a clock that all files share; none where
+  // there is no such file.
+  virtual std::optional<int64_t> ModifiedAt(std::string_view path) = 0;
   virtual FolderListing ListFolder(std::string_view path) = 0;
 };
 

@@ -316,6 +316,15 @@ bool HostFileSystem::Remove(std::string_view path) {
   return hostPath.IsUsable() && unlink(hostPath.Text()) == 0;
 }
 
+std::optional<int64_t> HostFileSystem::ModifiedAt(std::string_view path) {
+  const std::optional<struct stat> status = StatusOf(paths_.ToHost(path, Spelling::kExact));
+  if (!status) {
+    return std::nullopt;
+  }
+  constexpr int64_t kNanoseconds = 1000000000;
+  return int64_t{status->st_mtim.tv_sec} * kNanoseconds + status->st_mtim.tv_nsec;
+}
+
 FolderListing HostFileSystem::ListFolder(std::string_view path) {
   return ListHostFolder(paths_.ToHost(path, Spelling::kExact));
 }

@@ -34,6 +34,7 @@ class HostFileSystem : public FileSystem {
   bool Replace(std::string_view from, std::string_view to,
                const MayReplace& mayReplace = {}) override;
   bool Remove(std::string_view path) override;
+  std::optional<int64_t> ModifiedAt(std::string_view path) override;
   FolderListing ListFolder(std::string_view path) override;
 
  private:

@@ -13,6 +13,7 @@
 #include "messages/note.h"
 #include "platform/event.h"
 #include "platform/file_system.h"
+#include "platform/limits.h"
 
 namespace velkor {
 
@@ -58,7 +59,9 @@ class ProgramInput {
   // The paths of the modules, in the order in which they are entered. Any thread.
   virtual const StkStringList& Modules() const = 0;
   virtual FunctionRules Rules() const = 0;
-  // Where the adjustments of its functions are kept.
+  // Longer paths of modules are not opened.
+  virtual size_t MostPathLength() const { return kMaxPathLength; }
+  // Where the adjustments of its functions are kept; empty: nowhere.
   virtual std::string SystemFilePath() const = 0;
 
   // What has written the modules, and what they are, as texts name them. Any thread.
@@ -77,8 +80,12 @@ class ProgramInput {
   virtual StkStringList RelatedFiles() const { return {}; }
   // What states sizes of its functions, in the order in which it is to be read.
   virtual std::vector<std::unique_ptr<StkSpecReader>> BuildSpecSources() = 0;
-  // What is to be noted of the input and its modules. Whole once the calls have been resolved.
-  virtual const std::vector<StkNote>& Notes() const = 0;
+  // What is to be noted of the input and its modules, besides what has been posted meanwhile.
+  // Whole once the calls have been resolved.
+  virtual const std::vector<StkNote>& Notes() const {
+    static const std::vector<StkNote> kNone;
+    return kNone;
+  }
 };
 
 }  // namespace velkor

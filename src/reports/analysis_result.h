@@ -47,6 +47,13 @@ struct AnalysedReason {
   uint32_t function = 0;
 };
 
+// A place where a function calls through a pointer. Texts as in AnalysedFunction.
+struct AnalysedSite {
+  uint32_t file = NameTable::kNone;
+  uint32_t line = 0;  // from 1; 0: not told
+  uint32_t column = 0;
+};
+
 // One function. What is a text is the number of a text of the result; kNone: none.
 struct AnalysedFunction {
   static constexpr uint32_t kNone = NameTable::kNone;
@@ -76,6 +83,7 @@ struct AnalysedFunction {
   ReasonSet ownReasons;
   FunctionKind kind{};
   BoundState state{};
+  FunctionSource source{};
   bool complete = false;  // bounded, and the total is not below the bound
   bool adjusted = false;
   uint64_t known = 0;  // bytes: the bound, unless the state is kUnbounded
@@ -120,6 +128,7 @@ struct AnalysisResult {
   Explanations explanations;
   std::vector<uint32_t> calls;
   std::vector<AnalysedReason> reasons;
+  std::unordered_map<uint32_t, std::vector<AnalysedSite>> indirectSites;  // by function
   NameTable texts;
   // Names that are too long for a line, and what a line shows of each.
   std::unordered_map<uint32_t, std::string> cutNames;
@@ -127,6 +136,11 @@ struct AnalysisResult {
 
   std::string_view Text(uint32_t text) const {
     return text == AnalysedFunction::kNone ? std::string_view() : texts[text];
+  }
+  // Where the input has them.
+  std::span<const AnalysedSite> Sites(const AnalysedFunction& function) const {
+    const auto sites = indirectSites.find(static_cast<uint32_t>(&function - functions.data()));
+    return sites == indirectSites.end() ? std::span<const AnalysedSite>() : sites->second;
   }
   std::span<const uint32_t> Callees(const AnalysedFunction& function) const {
     return AllCallees(function).first(function.calleeCount);

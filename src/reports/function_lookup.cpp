@@ -90,6 +90,10 @@ StkFunctionList FindFunctions(const StkFunctionTable& functions, std::string_vie
     found = WithSymbol(functions, parts.function, parts.file);
   }
   if (found.empty()) {
+    found = WithSymbol(functions, parts.function, parts.file);
+    std::erase_if(found, [](const StkFunction* each) { return !each->Is(FN_PLAIN_SYMBOL); });
+  }
+  if (found.empty()) {
     found = WithSymbol(functions, "_" + std::string(parts.function), parts.file);
   }
   return found;

@@ -126,7 +126,7 @@ class JsonOutput {
     json_.NumberOrNull("group", group != StkBounds::kNoGroup, group);
     json_.Indices("callees", result_.Callees(function));
     json_.Indices("extraCallees", result_.ExtraCallees(function));
-    json_.EmptyArray("indirectSites");
+    WriteSites(function);
     json_.EndObject();
   }
 
@@ -147,6 +147,18 @@ class JsonOutput {
     json_.NumberOrNull("line", function.line != 0, function.line);
   }
 
+  void WriteSites(const AnalysedFunction& function) {
+    json_.StartArray("indirectSites");
+    for (const AnalysedSite& site : result_.Sites(function)) {
+      json_.StartObject();
+      json_.TextOrNull("file", result_.Text(site.file));
+      json_.NumberOrNull("line", site.line != 0, site.line);
+      json_.NumberOrNull("column", site.column != 0, site.column);
+      json_.EndObject();
+    }
+    json_.EndArray();
+  }
+
   void WriteFlags(const AnalysedFunction& function) {
     json_.Bool("defined", function.Is(FN_DEFINED));
     json_.Bool("global", function.Is(FN_GLOBAL));
@@ -157,7 +169,7 @@ class JsonOutput {
     json_.Bool("fixedExtra", function.Is(FN_FIXED_EXTRA));
     json_.Bool("dynamicFrame", function.Is(FN_DYNAMIC_FRAME));
     json_.Bool("sizeUnknown", function.Is(FN_SIZE_UNKNOWN));
-    json_.Text("source", function.Is(FN_DEFINED) ? "module" : "none");
+    json_.Text("source", SourceName(function.source));
   }
 
   void WriteSizes(const AnalysedFunction& function) {
@@ -193,6 +205,12 @@ class JsonOutput {
     json_.NumberOrNull("margin", function.margin != kNoMargin, function.margin);
     json_.NumberOrNull("depth", function.depth != kNoDepth, function.depth);
     json_.Bool("adjusted", function.adjusted);
+  }
+
+  static std::string_view SourceName(FunctionSource source) {
+    constexpr std::string_view kNames[] = {"none", "module", "call graph file", "object",
+                                           "program"};
+    return kNames[static_cast<size_t>(source)];
   }
 
   static std::string_view KindName(FunctionKind kind) {

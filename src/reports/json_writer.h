@@ -28,10 +28,6 @@ class JsonWriter {
     json_.StartArray();
   }
   void EndArray() { json_.EndArray(); }
-  void EmptyArray(const char* key) {
-    StartArray(key);
-    EndArray();
-  }
 
   void Text(const char* key, std::string_view text) {
     json_.Key(key);

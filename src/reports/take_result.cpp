@@ -78,6 +78,7 @@ class FunctionTaking {
       TakeBound(*function, taken);
       TakeCalls(*function, taken);
       TakeReasons(*function, taken);
+      TakeSites(*function);
     }
     TakeLists();
   }
@@ -115,7 +116,7 @@ class FunctionTaking {
                             : taken.specName;
     const std::optional<std::string> statement = specNames_.Statement(function);
     taken.statement = statement ? Text(*statement) : AnalysedFunction::kNone;
-    taken.file = File(function.file);
+    taken.file = File(function.place.file != nullptr ? function.place.file : function.file);
     taken.frameText = result_.texts.Intern(FrameSizeText(function));
     taken.totalText = result_.texts.Intern(TotalSizeText(function));
     taken.adjustmentText =
@@ -127,6 +128,8 @@ class FunctionTaking {
   static void TakeValues(const StkFunction& function, AnalysedFunction& taken) {
     taken.flags = function.flags;
     taken.kind = function.Kind();
+    taken.source = function.source;
+    taken.line = function.place.line;
     taken.frameSize = function.frameSize;
     taken.totalStackSize = function.totalStackSize;
     taken.librarySize = function.librarySize;
@@ -151,6 +154,15 @@ class FunctionTaking {
     taken.extraCalleeCount = static_cast<uint32_t>(function.extraCallees.size());
     for (const StkFunction* callee : AllCallees(function)) {
       result_.calls.push_back(table_.IndexOf(*callee));
+    }
+  }
+
+  void TakeSites(const StkFunction& function) {
+    if (function.indirectSites != nullptr) {
+      std::vector<AnalysedSite>& sites = result_.indirectSites[function.index];
+      for (const SourceLine& site : *function.indirectSites) {
+        sites.push_back({File(site.file), site.line, site.column});
+      }
     }
   }
 

@@ -43,7 +43,8 @@ void WriteHead(const AnalysisResult& result, ResultOutput& output) {
   output.Write(
       fmt::format("Compiler   {}\n", result.compilerVersion
                                          ? result.compilerName + " V" + *result.compilerVersion
-                                         : "unknown: no module was read"));
+                                     : result.inputs.read != 0 ? result.compilerName
+                                                               : "unknown: no module was read"));
   const AnalysisInputs& inputs = result.inputs;
   output.Write(fmt::format("Modules    {} of {} read{}{}\n", inputs.read, inputs.Count(),
                            NotRead(inputs.missing, "missing"),

@@ -64,6 +64,9 @@ void FrameCommands::Execute(Command command) {
 }
 
 void FrameCommands::LoadSpecFile() {
+  if (!context_.document.CanKeepAdjustments()) {
+    return;
+  }
   if (const auto path = parts_.fileDialogs.SpecFileToLoad(context_, &window_)) {
     context_.document.LoadSpecFile(*path);
   }

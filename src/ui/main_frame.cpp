@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QMimeData>
 #include <QScreen>
 #include <QShortcut>
@@ -32,11 +33,13 @@ constexpr int kTreeWidth = 200;
 constexpr int kListHeight = 300;
 constexpr int kLogHeight = 50;
 
-// The one project file that is being dragged, or nothing.
+// The one input that is being dragged, a file or a folder, or nothing.
 QString DraggedProject(const QMimeData& data) {
   const QList<QUrl> urls = data.urls();
   const QString path = urls.size() == 1 ? urls.front().toLocalFile() : QString();
-  return path.endsWith(".prj", Qt::CaseInsensitive) ? path : QString();
+  const bool isInput = path.endsWith(".prj", Qt::CaseInsensitive) || path.endsWith(".toml") ||
+                       QFileInfo(path).isDir();
+  return isInput ? path : QString();
 }
 
 // What a source proposes may be a move: it would then delete the file.
@@ -278,7 +281,8 @@ void CMainFrame::SaveCallChain(StkFunction& function, bool allChains) {
 
 bool CMainFrame::AdjustStackSize(StkFunction& function) {
   CStkDoc& document = context_.document;
-  if (!document.FunctionTable() || !document.CanChangeAnalysis()) {
+  if (!document.FunctionTable() || !document.CanChangeAnalysis() ||
+      !document.CanKeepAdjustments() || !document.CanStateHere(function)) {
     return false;
   }
   const AdjustAnswer answer = parts_.adjust(function, DialogParent());
@@ -297,7 +301,8 @@ bool CMainFrame::AdjustStackSize(StkFunction& function) {
 
 void CMainFrame::ResetFunction(StkFunction& function) {
   CStkDoc& document = context_.document;
-  if (!document.FunctionTable() || !document.CanChangeAnalysis() || !function.adjustment) {
+  if (!document.FunctionTable() || !document.CanChangeAnalysis() || !function.adjustment ||
+      !document.CanStateHere(function)) {
     return;
   }
   const std::string name = FunctionSpecName(function, context_.host.codePage);

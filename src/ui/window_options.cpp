@@ -10,7 +10,8 @@ WindowArguments ParseWindowArguments(int argc, const char* const* argv) {
   WindowOptions options;
   CLI::App app("How much stack can each function of a firmware program use at most?", "velkor");
   app.set_version_flag("--version", "velkor " VELKOR_VERSION);
-  app.add_option("PROJECT", options.project, "project file (.prj) to open");
+  app.add_option("PROJECT", options.project,
+                 "project file (.prj), velkor.toml or folder with call graph files to open");
   AddMachineOptions(app, options.machine);
   try {
     app.parse(argc, argv);

@@ -263,6 +263,20 @@ bool MemoryFileSystem::Remove(std::string_view path) {
   return true;
 }
 
+std::optional<int64_t> MemoryFileSystem::ModifiedAt(std::string_view path) {
+  const std::lock_guard lock(mutex_);
+  if (entries_.find(path) == entries_.end()) {
+    return std::nullopt;
+  }
+  const auto time = times_.find(path);
+  return time == times_.end() ? 0 : time->second;
+}
+
+void MemoryFileSystem::SetModifiedAt(const std::string& path, int64_t time) {
+  const std::lock_guard lock(mutex_);
+  times_[path] = time;
+}
+
 FolderListing MemoryFileSystem::ListFolder(std::string_view path) {
   const std::lock_guard lock(mutex_);
   const std::string start = std::string(path) + "/";

@@ -78,6 +78,9 @@ class MemoryFileSystem : public FileSystem {
   bool Replace(std::string_view from, std::string_view to,
                const MayReplace& mayReplace = {}) override;
   bool Remove(std::string_view path) override;
+  // What SetModifiedAt said, else 0.
+  std::optional<int64_t> ModifiedAt(std::string_view path) override;
+  void SetModifiedAt(const std::string& path, int64_t time);
   FolderListing ListFolder(std::string_view path) override;
 
  private:
@@ -101,6 +104,7 @@ class MemoryFileSystem : public FileSystem {
   std::map<std::string, Entry, std::less<>> entries_;
   std::set<std::string, std::less<>> directories_;
   std::set<std::string, std::less<>> refused_;
+  std::map<std::string, int64_t, std::less<>> times_;
   std::map<std::string, uint64_t, std::less<>> folderNumbers_;  // of those that were listed
   std::optional<size_t> capacity_;
   size_t readLimit_ = SIZE_MAX;

@@ -18,7 +18,8 @@ void StkComputation::Rebuild() {
   const std::vector<uint32_t> uncalled = graph_->UncalledFunctions();
   Components components = FindComponents(*graph_, uncalled);
   MarkRecursion(components);
-  const std::vector<uint32_t> topLevel = DecideTopLevel(*graph_, components, uncalled, marked);
+  const std::vector<uint32_t> topLevel =
+      WithEntries(DecideTopLevel(*graph_, components, uncalled, marked));
   MarkTopLevel(topLevel);
   // Both walks begin alike, up to the first top-level function that something calls.
   const auto [root, start] = std::ranges::mismatch(topLevel, uncalled);
@@ -32,6 +33,7 @@ void StkComputation::Rebuild() {
 // One pass over the records does all that needs one. Answers the functions marked FN_ROOT.
 std::vector<uint32_t> StkComputation::ReadCalls() {
   CallGraph& graph = graph_.emplace();
+  entries_.clear();
   std::vector<uint32_t> marked;
   StkFunctionList withExtraCallees;
   for (StkFunction* function : table_.Functions()) {
@@ -45,6 +47,9 @@ std::vector<uint32_t> StkComputation::ReadCalls() {
     if (function->Is(FN_ROOT)) {
       marked.push_back(function->index);
       function->flags &= ~uint32_t{FN_ROOT};
+    }
+    if (function->Is(FN_ENTRY)) {
+      entries_.push_back(function->index);
     }
     graph.Append(table_, *function);
   }
@@ -62,6 +67,16 @@ void StkComputation::MarkRecursion(const Components& components) {
     function->flags &= ~uint32_t{FN_RECURSIVE};
     function->flags |= recursive ? uint32_t{FN_RECURSIVE} : 0u;
   }
+}
+
+// Ascending, as they are.
+std::vector<uint32_t> StkComputation::WithEntries(std::vector<uint32_t> topLevel) const {
+  if (entries_.empty()) {
+    return topLevel;
+  }
+  std::vector<uint32_t> all;
+  std::ranges::set_union(topLevel, entries_, std::back_inserter(all));
+  return all;
 }
 
 void StkComputation::MarkTopLevel(const std::vector<uint32_t>& topLevel) {

@@ -31,6 +31,7 @@ class StkComputation {
  private:
   std::vector<uint32_t> ReadCalls();
   void MarkRecursion(const Components& components);
+  std::vector<uint32_t> WithEntries(std::vector<uint32_t> topLevel) const;
   void MarkTopLevel(const std::vector<uint32_t>& topLevel);
   // order: what the walk from the top-level functions before firstRoot has left already.
   void FindOrder(std::vector<uint32_t> order, size_t firstRoot);
@@ -38,6 +39,7 @@ class StkComputation {
   StkFunctionTable& table_;
   StkRootList& roots_;
   std::optional<CallGraph> graph_;
+  std::vector<uint32_t> entries_;  // the functions marked FN_ENTRY, ascending
 };
 
 }  // namespace velkor

@@ -46,6 +46,7 @@ void FunctionNameIndex::Append(uint32_t name) {
 void FunctionNameIndex::Clear() {
   lastOfName_ = {};
   next_ = {};
+  shown_.clear();
   crowds_.clear();
 }
 
@@ -93,10 +94,24 @@ StkFunction* FunctionNameIndex::FindCallee(uint32_t name, const StkFileEntry* ca
   return nullptr;
 }
 
+template <typename Fits>
+StkFunction* FunctionNameIndex::FindShown(uint32_t name, Fits fits) const {
+  const auto records = shown_.find(name);
+  if (records != shown_.end()) {
+    for (const uint32_t record : records->second) {
+      if (fits(*functions_[record])) {
+        return functions_[record];
+      }
+    }
+  }
+  return nullptr;
+}
+
 StkFunction* FunctionNameIndex::FindUnqualified(uint32_t name) {
   const uint32_t last = LastOf(name);
   if (last == kNone) {
-    return nullptr;
+    StkFunction* global = FindShown(name, IsGlobal);
+    return global != nullptr ? global : FindShown(name, [](const StkFunction&) { return true; });
   }
   StkFunction* global = nullptr;
   const bool few = VisitFew(last, [&](StkFunction& function) {
@@ -111,12 +126,12 @@ StkFunction* FunctionNameIndex::FindUnqualified(uint32_t name) {
 StkFunction* FunctionNameIndex::FindStatic(uint32_t name, std::string_view fileBaseName) {
   const uint32_t last = LastOf(name);
   if (last == kNone) {
-    return nullptr;
+    return FindShown(
+        name, [&](const StkFunction& function) { return IsStaticIn(function, fileBaseName); });
   }
   StkFunction* found = nullptr;
   const bool few = VisitFew(last, [&](StkFunction& function) {
-    if (found == nullptr && function.IsStatic() && function.file != nullptr &&
-        codePage_.EqualIgnoreCase(function.file->BaseName(codePage_), fileBaseName)) {
+    if (found == nullptr && IsStaticIn(function, fileBaseName)) {
       found = &function;
     }
   });
@@ -136,7 +151,18 @@ StkFunctionList FunctionNameIndex::FindAll(uint32_t name) const {
     found.push_back(functions_[i]);
     i = i == last ? kNone : i;
   }
+  if (const auto shown = shown_.find(name); shown != shown_.end()) {
+    for (const uint32_t record : shown->second) {
+      found.push_back(functions_[record]);
+    }
+  }
   return found;
+}
+
+bool FunctionNameIndex::IsStaticIn(const StkFunction& function,
+                                   std::string_view fileBaseName) const {
+  return function.IsStatic() && function.file != nullptr &&
+         codePage_.EqualIgnoreCase(function.file->BaseName(codePage_), fileBaseName);
 }
 
 template <typename Visit>

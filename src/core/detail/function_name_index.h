@@ -24,6 +24,8 @@ class FunctionNameIndex {
 
   // The last record of the table, which has that name.
   void Append(uint32_t name);
+  // Another name of a record, which calls do not use.
+  void AddShown(uint32_t name, uint32_t function) { shown_[name].push_back(function); }
   void Clear();
 
   // Whether the name of this record is that of another one too.
@@ -32,6 +34,7 @@ class FunctionNameIndex {
   void FetchCallees(std::span<const uint32_t> names) const;
   // Each answers none when nothing fits, and for NameTable::kNone.
   StkFunction* FindCallee(uint32_t name, const StkFileEntry* callerFile);
+  // Also by the shown name, where no record has the name itself.
   StkFunction* FindUnqualified(uint32_t name);
   StkFunction* FindStatic(uint32_t name, std::string_view fileBaseName);
   // In insertion order.
@@ -73,13 +76,17 @@ class FunctionNameIndex {
   template <typename Visit>
   bool VisitFew(uint32_t last, Visit visit) const;
   Crowd& CrowdOf(uint32_t last);
+  template <typename Fits>
+  StkFunction* FindShown(uint32_t name, Fits fits) const;
+  bool IsStaticIn(const StkFunction& function, std::string_view fileBaseName) const;
   void Classify(Crowd& crowd, StkFunction& function) const;
 
   const CodePage& codePage_;
   const StkFunctionList& functions_;
-  std::vector<uint32_t> lastOfName_;            // by name
-  std::vector<uint32_t> next_;                  // of the same name, by record; the last: the first
-  std::unordered_map<uint32_t, Crowd> crowds_;  // by the first record of their name
+  std::vector<uint32_t> lastOfName_;  // by name
+  std::vector<uint32_t> next_;        // of the same name, by record; the last: the first
+  std::unordered_map<uint32_t, std::vector<uint32_t>> shown_;  // records by their shown name
+  std::unordered_map<uint32_t, Crowd> crowds_;                 // by the first record of their name
 };
 
 }  // namespace velkor

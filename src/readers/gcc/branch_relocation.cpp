@@ -57,18 +57,32 @@ std::optional<BranchRelocation> ThumbShortConditional(const BranchPlace& place) 
   return BranchRelocation{true, ByteReader::Extended(place.Half(), 8) * 2};
 }
 
-// The instruction's bytes right before its distance: E8 calls, E9 jumps, 0F 80 to 0F 8F jump on a
-// condition, FF 15 and FF 25 call and jump through the address that the linker keeps of a symbol.
-std::optional<BranchRelocation> X86(const BranchPlace& place) {
+// The two bytes right before the distance; one, behind a zero, where there are no two.
+uint32_t X86Opcode(const BranchPlace& place) {
   const bool within = place.offset >= 2 && place.offset <= place.bytes.size();
   ByteReader reader(place.bytes, ByteOrder::kBig, within ? place.offset - 2 : 0);
-  const uint32_t opcode = within ? reader.Half() : place.offset == 1 ? reader.Byte() : 0U;
+  return within ? reader.Half() : place.offset == 1 ? reader.Byte() : 0U;
+}
+
+// E8 calls, E9 jumps, 0F 80 to 0F 8F jump on a condition.
+std::optional<BranchRelocation> X86(const BranchPlace& place) {
+  const uint32_t opcode = X86Opcode(place);
   const uint32_t last = opcode & 0xFFU;
-  if (opcode == 0xFF15 || last == 0xE8) {
+  if (last == 0xE8) {
     return BranchRelocation{false, 0};
   }
-  if (opcode == 0xFF25 || last == 0xE9 || (opcode & 0xFFF0U) == 0x0F80) {
+  if (last == 0xE9 || (opcode & 0xFFF0U) == 0x0F80) {
     return BranchRelocation{true, 0};
+  }
+  return std::nullopt;
+}
+
+// FF 15 and FF 25 call and jump through the address that the linker keeps of the symbol. With
+// another relocation the same instructions go where the symbol's own bytes say.
+std::optional<BranchRelocation> X86Kept(const BranchPlace& place) {
+  const uint32_t opcode = X86Opcode(place);
+  if (opcode == 0xFF15 || opcode == 0xFF25) {
+    return BranchRelocation{opcode == 0xFF25, 0};
   }
   return std::nullopt;
 }
@@ -116,8 +130,8 @@ constexpr BranchForm kBranchForms[] = {
     {ELF_ARM, 103, 4, ThumbShortConditional},  // THM_JUMP8
     {ELF_X86_64, 2, 4, X86},                   // PC32, which data has as well
     {ELF_X86_64, 4, 4, X86},                   // PLT32
-    {ELF_X86_64, 9, 4, X86},                   // GOTPCREL, likewise
-    {ELF_X86_64, 41, 4, X86},                  // GOTPCRELX
+    {ELF_X86_64, 9, 4, X86Kept},               // GOTPCREL, likewise
+    {ELF_X86_64, 41, 4, X86Kept},              // GOTPCRELX
     {ELF_AVR, 3, 0, AvrShort},                 // 13_PCREL
     {ELF_AVR, 18, 0, AvrLong},                 // CALL
     {ELF_AARCH64, 282, 0, Jump},               // JUMP26

@@ -18,4 +18,9 @@ inline bool TakeSuffix(std::string_view& text, std::string_view suffix) {
   return found;
 }
 
+// Of a path of any host: what stands behind the last separator.
+inline std::string_view LastComponent(std::string_view path) {
+  return path.substr(path.find_last_of("/\\") + 1);
+}
+
 }  // namespace velkor

@@ -20,7 +20,7 @@ uint32_t SeriesOfFamily(std::string_view family, const StkMessages& messages) {
 
 MessageKey TextOfLack(ModuleRecording::Lack lack) {
   switch (lack) {
-    case ModuleRecording::Lack::kLineEnd:
+    case ModuleRecording::Lack::kOpenLine:
       return MessageKey::kNoteEndsInLine;
     case ModuleRecording::Lack::kRest:
       return MessageKey::kNoteEndsInStatement;

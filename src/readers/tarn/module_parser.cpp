@@ -268,7 +268,7 @@ void ModuleParser::Finish(bool endsInLine, uint32_t lastLine) {
   codeWatch_.FindHiddenCalls();
   const std::optional<CodeWatch::Label> unrecorded = codeWatch_.FindUnrecordedLabel();
   if (endsInLine) {
-    SetLack(Lack::kLineEnd, lastLine);
+    SetLack(Lack::kOpenLine, lastLine);
   } else if (state_ >= kBeforeFileName && state_ != kBetweenFunctions) {
     SetLack(Lack::kRest, lastLine);
   } else if (unrecorded) {

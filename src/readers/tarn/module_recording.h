@@ -44,9 +44,9 @@ struct ModuleRecording {
   enum class Lack : uint8_t {
     kNothing,
     // It is not whole:
-    kLineEnd,  // it ends in the middle of a line
-    kRest,     // in the middle of a statement of the code information block
-    kRecord,   // of the function name, whose code it holds
+    kOpenLine,  // it ends in the middle of a line
+    kRest,      // in the middle of a statement of the code information block
+    kRecord,    // of the function name, whose code it holds
     // It may be whole, but was written without what the analysis needs:
     kSymbols,      // the symbol lines
     kInformation,  // the code information block

@@ -34,7 +34,8 @@ std::optional<std::string> WindowFileDialogs::ProjectToOpen(UiContext& context, 
   const QStringList type = context.Text(kProjectType).split(u'\n');
   CFileOpenDlg dialog(context, parent);
   dialog.setFileMode(QFileDialog::ExistingFile);
-  dialog.SetFilter(type.value(kFilterLine) + "|*" + type.value(kExtensionLine) + "||");
+  dialog.SetFilter(type.value(kFilterLine) + "|*" + type.value(kExtensionLine) +
+                   "|velkor.toml|*.toml||");
   dialog.setDefaultSuffix(type.value(kExtensionLine));
   return Ask(dialog, context);
 }

@@ -47,6 +47,7 @@ const Branch kBranches[] = {
     {ELF_X86_64, kLittle, 2, Code("\x8B\x05\0\0\0\0", 6), 2, ""},  // mov
     {ELF_X86_64, kLittle, 41, Code("\xFF\x15\0\0\0\0", 6), 2, "call"},
     {ELF_X86_64, kLittle, 41, Code("\xFF\x25\0\0\0\0", 6), 2, "jump"},
+    {ELF_X86_64, kLittle, 2, Code("\xFF\x15\0\0\0\0", 6), 2, ""},  // through a variable
     {ELF_RISCV, kLittle, 19, Code("\x97\0\0\0\xE7\x80\0\0", 8), 0, "call"},
     {ELF_RISCV, kLittle, 18, Code("\x17\x03\0\0\x67\0\x03\0", 8), 0, "jump"},
     {ELF_RISCV, kLittle, 17, Code("\xEF\0\0\0", 4), 0, "call"},

@@ -1,0 +1,265 @@
+#include "readers/configuration.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <limits>
+#include <numeric>
+#include <toml++/toml.h>
+#include <utility>
+
+namespace velkor {
+namespace {
+
+constexpr size_t kFarthest = 3;  // single changes up to which a key is near
+
+uint32_t LineOf(const toml::node& node) {
+  return node.source().begin.line;
+}
+
+// Single-character changes from one text to the other.
+size_t Distance(std::string_view left, std::string_view right) {
+  std::vector<size_t> row(right.size() + 1);
+  std::iota(row.begin(), row.end(), size_t{0});
+  for (size_t i = 0; i < left.size(); ++i) {
+    size_t diagonal = std::exchange(row[0], i + 1);
+    for (size_t j = 0; j < right.size(); ++j) {
+      const size_t replaced = diagonal + (left[i] == right[j] ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+class ConfigurationReader {
+ public:
+  ReadConfigurationResult Read(std::string_view text) {
+    try {
+      const toml::table root = toml::parse(text);
+      ReadRoot(root);
+    } catch (const toml::parse_error& error) {
+      faults_.push_back({error.source().begin.line, std::string(error.description())});
+    }
+    std::ranges::stable_sort(faults_, {}, &ConfigurationFault::line);
+    if (!faults_.empty()) {
+      return {std::nullopt, std::move(faults_)};
+    }
+    std::ranges::stable_sort(configuration_.stacks, {}, &Configuration::Stack::line);
+    return {std::move(configuration_), {}};
+  }
+
+ private:
+  template <typename Target>
+  struct Key {
+    std::string_view name;
+    void (ConfigurationReader::*read)(const toml::node& value, Target& target);
+  };
+
+  void Fail(const toml::node& node, std::string text) {
+    faults_.push_back({LineOf(node), std::move(text)});
+  }
+
+  // Hands each value to what reads its key.
+  template <typename Target>
+  void ReadTable(const toml::table& table, std::initializer_list<Key<Target>> keys,
+                 Target& target) {
+    for (const auto& [key, value] : table) {
+      const auto known = std::ranges::find(keys, key.str(), &Key<Target>::name);
+      if (known != keys.end()) {
+        (this->*known->read)(value, target);
+        continue;
+      }
+      std::string text = "unknown key \"" + std::string(key.str()) + "\"";
+      size_t best = kFarthest + 1;
+      std::string_view nearest;
+      for (const Key<Target>& each : keys) {
+        const size_t distance = key.str().size() > 64 ? best : Distance(key.str(), each.name);
+        if (distance < best) {
+          best = distance;
+          nearest = each.name;
+        }
+      }
+      text += nearest.empty() ? "" : "; near it: \"" + std::string(nearest) + "\"";
+      faults_.push_back({key.source().begin.line, std::move(text)});
+    }
+  }
+
+  const toml::table* TableOf(const toml::node& value) {
+    if (!value.is_table()) {
+      Fail(value, "a table is wanted here");
+    }
+    return value.as_table();
+  }
+
+  void Take(const toml::node& value, std::string& text) {
+    if (const auto* string = value.as_string(); string != nullptr && !string->get().empty()) {
+      text = string->get();
+    } else {
+      Fail(value, "a text is wanted here");
+    }
+  }
+
+  void Take(const toml::node& value, uint32_t& number) {
+    const auto* integer = value.as_integer();
+    if (integer != nullptr && integer->get() >= 0 &&
+        integer->get() <= std::numeric_limits<int32_t>::max()) {
+      number = static_cast<uint32_t>(integer->get());
+    } else {
+      Fail(value, "a number from 0 to 2147483647 is wanted here");
+    }
+  }
+
+  template <typename Value>
+  void Take(const toml::node& value, std::optional<Value>& taken) {
+    Take(value, taken.emplace());
+  }
+
+  // Bytes or a text.
+  void Take(const toml::node& value, std::variant<uint32_t, std::string>& taken) {
+    if (value.is_string()) {
+      Take(value, taken.emplace<std::string>());
+    } else {
+      Take(value, taken.emplace<uint32_t>());
+    }
+  }
+
+  // One text, or a list of them.
+  void Take(const toml::node& value, std::vector<std::string>& texts) {
+    if (const toml::array* array = value.as_array()) {
+      for (const toml::node& each : *array) {
+        Take(each, texts.emplace_back());
+      }
+    } else {
+      Take(value, texts.emplace_back());
+    }
+  }
+
+  template <auto Member, typename Target>
+  void Set(const toml::node& value, Target& target) {
+    Take(value, target.*Member);
+  }
+
+  void ReadRoot(const toml::table& root) {
+    using C = Configuration;
+    ReadTable<C>(root,
+                 {{"schema", &ConfigurationReader::ReadSchema},
+                  {"input", &ConfigurationReader::Set<&C::input, C>},
+                  {"exclude", &ConfigurationReader::Set<&C::exclude, C>},
+                  {"elf", &ConfigurationReader::Set<&C::elf, C>},
+                  {"load", &ConfigurationReader::Set<&C::load, C>},
+                  {"target", &ConfigurationReader::Set<&C::target, C>},
+                  {"rtos", &ConfigurationReader::Set<&C::rtos, C>},
+                  {"vectors", &ConfigurationReader::Set<&C::vectors, C>},
+                  {"frame", &ConfigurationReader::Set<&C::frame, C>},
+                  {"switch", &ConfigurationReader::Set<&C::contextSwitch, C>},
+                  {"stack", &ConfigurationReader::ReadStacks},
+                  {"interrupts", &ConfigurationReader::ReadInterrupts},
+                  {"calls", &ConfigurationReader::ReadCalls},
+                  {"gate", &ConfigurationReader::ReadGate}},
+                 configuration_);
+    if (configuration_.input.empty() && faults_.empty()) {
+      faults_.push_back({1, "\"input\" is missing: a folder, a list of folders or a project file"});
+    }
+  }
+
+  void ReadSchema(const toml::node& value, Configuration& /*configuration*/) {
+    const auto* number = value.as_integer();
+    if (number == nullptr || number->get() != 1) {
+      Fail(value, "this velkor knows schema 1 only");
+    }
+  }
+
+  void ReadStacks(const toml::node& value, Configuration& configuration) {
+    const toml::table* stacks = TableOf(value);
+    if (stacks == nullptr) {
+      return;
+    }
+    for (const auto& [name, node] : *stacks) {
+      if (const toml::table* table = TableOf(node)) {
+        using S = Configuration::Stack;
+        S& stack = configuration.stacks.emplace_back();
+        stack.name = name.str();
+        stack.line = LineOf(node);
+        ReadTable<S>(*table,
+                     {{"entry", &ConfigurationReader::Set<&S::entries, S>},
+                      {"size", &ConfigurationReader::Set<&S::size, S>},
+                      {"reserve", &ConfigurationReader::Set<&S::reserve, S>},
+                      {"frame", &ConfigurationReader::Set<&S::frame, S>},
+                      {"switch", &ConfigurationReader::Set<&S::contextSwitch, S>}},
+                     stack);
+      }
+    }
+  }
+
+  void ReadInterrupts(const toml::node& value, Configuration& configuration) {
+    if (const toml::table* table = TableOf(value)) {
+      using I = Configuration::Interrupts;
+      I& interrupts = configuration.interrupts.emplace();
+      interrupts.line = LineOf(value);
+      ReadTable<I>(*table,
+                   {{"stack", &ConfigurationReader::Set<&I::stack, I>},
+                    {"levels", &ConfigurationReader::ReadLevels},
+                    {"nesting", &ConfigurationReader::Set<&I::nesting, I>},
+                    {"ignore", &ConfigurationReader::Set<&I::ignore, I>}},
+                   interrupts);
+      if (interrupts.nesting && !interrupts.levels.empty()) {
+        Fail(value, "\"levels\" and \"nesting\" exclude each other");
+      }
+    }
+  }
+
+  void ReadLevels(const toml::node& value, Configuration::Interrupts& interrupts) {
+    const toml::array* levels = value.as_array();
+    if (levels == nullptr) {
+      Fail(value, "a list of lists of handlers is wanted here");
+      return;
+    }
+    for (const toml::node& level : *levels) {
+      if (!level.is_array()) {
+        Fail(level, "a list of handlers is wanted here");
+      } else {
+        Take(level, interrupts.levels.emplace_back());
+      }
+    }
+  }
+
+  void ReadCalls(const toml::node& value, Configuration& configuration) {
+    const toml::table* calls = TableOf(value);
+    if (calls == nullptr) {
+      return;
+    }
+    for (const auto& [name, node] : *calls) {
+      if (const toml::table* table = TableOf(node)) {
+        using C = Configuration::Call;
+        C& call = configuration.calls.emplace_back();
+        call.function = name.str();
+        call.line = LineOf(node);
+        ReadTable<C>(*table,
+                     {{"table", &ConfigurationReader::Set<&C::table, C>},
+                      {"total", &ConfigurationReader::Set<&C::total, C>}},
+                     call);
+      }
+    }
+  }
+
+  void ReadGate(const toml::node& value, Configuration& configuration) {
+    if (const toml::table* table = TableOf(value)) {
+      using G = Configuration::Gate;
+      ReadTable<G>(*table,
+                   {{"headroom", &ConfigurationReader::Set<&G::headroom, G>},
+                    {"growth", &ConfigurationReader::Set<&G::growth, G>}},
+                   configuration.gate);
+    }
+  }
+
+  Configuration configuration_;
+  std::vector<ConfigurationFault> faults_;
+};
+
+}  // namespace
+
+ReadConfigurationResult ReadConfiguration(std::string_view text) {
+  return ConfigurationReader().Read(text);
+}
+
+}  // namespace velkor

@@ -1,0 +1,46 @@
+#include "readers/configured_input.h"
+
+namespace velkor {
+
+ConfiguredInput::ConfiguredInput(std::string path, Configuration configuration,
+                                 std::unique_ptr<ProgramInput> input, Host& host,
+                                 StkReporter& reporter)
+    : path_(std::move(path)),
+      configuration_(std::move(configuration)),
+      input_(std::move(input)),
+      host_(host),
+      reporter_(reporter) {}
+
+std::string ConfiguredInput::SystemFilePath() const {
+  std::string own = input_->SystemFilePath();
+  return !own.empty() ? own : path_.substr(0, path_.rfind('.')) + ".psg";
+}
+
+StkStringList ConfiguredInput::RelatedFiles() const {
+  StkStringList files = input_->RelatedFiles();
+  for (const std::string& file : configuration_.load) {
+    files.Add(PathBeside(path_, file));
+  }
+  return files;
+}
+
+std::vector<std::unique_ptr<StkSpecReader>> ConfiguredInput::BuildSpecSources() {
+  std::vector<std::unique_ptr<StkSpecReader>> sources = input_->BuildSpecSources();
+  if (input_->SystemFilePath().empty()) {
+    sources.push_back(std::make_unique<StkSystemFileReader>(SystemFilePath(), host_, reporter_));
+  }
+  for (const std::string& file : configuration_.load) {
+    sources.push_back(
+        std::make_unique<StkInputFileReader>(PathBeside(path_, file), host_, reporter_));
+  }
+  return sources;
+}
+
+std::string PathBeside(std::string_view file, std::string_view path) {
+  if (path.starts_with('/')) {
+    return std::string(path);
+  }
+  return std::string(file.substr(0, file.rfind('/') + 1)).append(path);
+}
+
+}  // namespace velkor

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "readers/gcc/call_frames.h"
+#include "readers/gcc/elf_file.h"
+#include "readers/gcc/object_facts.h"
+#include "readers/gcc/unit_recording.h"
+#include "readers/gcc/whole_file.h"
+
+namespace velkor {
+
+// A linked program, beside the call graphs of its parts: which functions it holds, where it is
+// entered, how large its objects are. Read once, then used by any number of threads.
+class LinkedProgram {
+ public:
+  explicit LinkedProgram(WholeFile file);
+
+  bool IsElf() const { return elf_.IsElf(); }
+  uint16_t Machine() const { return elf_.Machine(); }
+  BinaryFaults Faults() const;
+
+  // False: it was stripped, and what it does not name says nothing.
+  bool HasSymbols() const { return !facts_.Functions().empty(); }
+  // False: names of static functions were stripped.
+  bool HasLocalFunctions() const { return hasLocalFunctions_; }
+  bool HasFunction(std::string_view name) const { return !Named(name).empty(); }
+  // Of all functions of that name: kLocal where every one is, else kWeak or kGlobal. kUnknown
+  // without one, and where some are local and some are not.
+  UnitRecording::Reach ReachOf(std::string_view name) const;
+  // Other names of the same code. Empty where several functions have the name.
+  std::vector<std::string_view> AliasesOf(std::string_view name) const;
+  // From call frame information; 0 where there is none, or several functions have the name.
+  uint64_t FrameBytesOf(std::string_view name) const;
+
+  // Where the program is entered from outside: its entry and what its vector table names, each as
+  // the names of one address. vectors: the symbol of the table, empty to look for it.
+  struct Entry {
+    std::vector<std::string_view> names;
+    bool isInVectorTable = false;
+  };
+  std::vector<Entry> Entries(std::string_view vectors) const;
+
+  // Of the object of that name in bytes; none where there is no such symbol.
+  std::optional<uint64_t> ObjectSize(std::string_view name) const;
+  // What the symbol of that name stands for: an address, or a number.
+  std::optional<uint64_t> SymbolValue(std::string_view name) const;
+
+ private:
+  struct Table {
+    std::string_view bytes;
+    bool endsAtOther = false;  // its size is not known: ends where a word is no handler
+  };
+
+  std::vector<uint32_t> Named(std::string_view name) const;
+  const ElfSymbol* FindSymbol(std::string_view name) const;
+  Table FindVectors(std::string_view vectors) const;
+  std::string_view BytesAt(uint64_t address, uint64_t size) const;
+  std::vector<std::string_view> NamesAt(uint64_t address) const;
+
+  WholeFile file_;
+  ElfFile elf_;
+  ObjectFacts facts_;
+  CallFrames frames_;
+  std::vector<uint32_t> byName_;     // functions, ordered by name
+  std::vector<uint32_t> byAddress_;  // the same by address
+  bool hasLocalFunctions_ = false;
+};
+
+}  // namespace velkor

@@ -1,0 +1,204 @@
+#include <algorithm>
+#include <tuple>
+
+#include "readers/gcc/program_link.h"
+#include "readers/gcc/symbol_name.h"
+#include "readers/gcc/text_ends.h"
+
+namespace velkor {
+namespace {
+
+bool IsAbsolute(std::string_view path) {
+  return path.starts_with('/') || path.starts_with('\\') || path.substr(0, 2).ends_with(':');
+}
+
+}  // namespace
+
+// The sources, as far as they are told apart; else with the folder in which the compiler left the
+// call graph before them, and at last with the whole path of that.
+void ProgramLink::NameModules() {
+  std::vector<std::string> names;
+  for (const Unit& unit : units_) {
+    names.push_back(unit.title);
+  }
+  for (const bool withFolder : {true, false}) {
+    std::unordered_map<std::string, uint32_t> counts;
+    for (const std::string& name : names) {
+      ++counts[name];
+    }
+    for (size_t i = 0; i < names.size(); ++i) {
+      if (counts[names[i]] == 1) {
+        continue;
+      }
+      const Unit& unit = units_[i];
+      const std::string_view folder =
+          std::string_view(unit.path).substr(0, unit.path.find_last_of('/') + 1);
+      const std::string_view title =
+          IsAbsolute(unit.title) ? LastComponent(unit.title) : std::string_view(unit.title);
+      names[i] = withFolder ? std::string(folder).append(title)
+                            : std::string(unit.path).append("/").append(LastComponent(title));
+    }
+  }
+  for (const std::string& name : names) {
+    moduleFiles_.push_back(&database_->files.Add(name));
+  }
+}
+
+// A partition of a link has functions of many sources.
+const StkFileEntry& ProgramLink::ModuleFile(uint32_t part) {
+  const uint32_t file = FunctionOf(part).file;
+  if (!UnitOf(part).isLinkTime || file == kNone) {
+    return *moduleFiles_[unitOfPart_[part]];
+  }
+  const StkFileEntry*& entry = linkTimeFiles_[file];
+  if (entry == nullptr) {
+    entry = SourceFile(file);
+  }
+  return *entry;
+}
+
+const StkFileEntry* ProgramLink::SourceFile(uint32_t file) {
+  if (file == kNone) {
+    return nullptr;
+  }
+  sourceFiles_.resize(files_.size());
+  if (sourceFiles_[file] == nullptr) {
+    sourceFiles_[file] = &database_->files.Add(files_[file]);
+  }
+  return sourceFiles_[file];
+}
+
+void ProgramLink::EnterFunctions() {
+  StkFunctionTable& table = database_->functions;
+  indexOf_.assign(entities_.size() + outside_.size(), kNone);
+  for (uint32_t i = 0; i < entities_.size(); ++i) {
+    const Entity& entity = entities_[i];
+    if (!entity.isKept) {
+      continue;
+    }
+    const UnitRecording::Function& function = FunctionOf(entity.firstPart);
+    StkFunction& entered = table.AddDefined(function.name, ModuleFile(entity.firstPart));
+    indexOf_[i] = entered.index;
+    entered.source = function.source;
+    entered.frameSize = entity.frameSize;
+    entered.place = {.file = SourceFile(function.file), .line = function.line};
+    entered.flags |= entity.isGlobal ? uint32_t{FN_GLOBAL} : 0U;
+    entered.flags |= entity.isDynamic ? uint32_t{FN_DYNAMIC_FRAME} : 0U;
+    entered.flags |= entity.isSizeUnknown ? uint32_t{FN_SIZE_UNKNOWN} : 0U;
+    entered.flags |= entity.isEntry ? uint32_t{FN_ENTRY} : 0U;
+    entered.flags |= hasSites_[i] ? uint32_t{FN_INDIRECT_CALL} : 0U;
+    if (function.shownName != kNone) {
+      table.SetShownName(entered, function.shownName);
+    }
+  }
+}
+
+// In the order of their first call, if what calls them is kept.
+void ProgramLink::EnterOutside() {
+  uint32_t call = 0;
+  for (uint32_t entity = 0; entity < entities_.size(); ++entity) {
+    for (; call < calleeEnds_[entity]; ++call) {
+      if (entities_[entity].isKept && IsOutside(callees_[call])) {
+        outside_[callees_[call] - entities_.size()].isUsed = true;
+      }
+    }
+  }
+  StkFunctionTable& table = database_->functions;
+  for (uint32_t i = 0; i < outside_.size(); ++i) {
+    const Outside& outside = outside_[i];
+    if (!outside.isUsed && !outside.isEntry) {
+      continue;
+    }
+    const bool isAlias = outside.target != kNone && indexOf_[outside.target] != kNone;
+    StkFunction& entered =
+        isAlias ? table.AddDefined(outside.name, ModuleFile(entities_[outside.target].firstPart))
+                : table.AddUnknown(outside.name);
+    entered.flags |= outside.isEntry ? uint32_t{FN_ENTRY} : 0U;
+    if (isAlias) {
+      entered.flags |= FN_GLOBAL;
+      entered.source = FunctionSource::kProgram;
+    }
+    indexOf_[entities_.size() + i] = entered.index;
+    if (const std::string shown = DemangledName(entered.name); !shown.empty()) {
+      table.SetShownName(entered, table.NumberOfName(shown));
+    }
+  }
+}
+
+// In the order of the table: entities, then the others.
+void ProgramLink::EnterCalls() {
+  ResolvedCalls calls;
+  calls.callees.reserve(callees_.size());
+  uint32_t call = 0;
+  for (uint32_t entity = 0; entity < entities_.size(); ++entity) {
+    for (; call < calleeEnds_[entity]; ++call) {
+      if (entities_[entity].isKept && indexOf_[callees_[call]] != kNone) {
+        calls.callees.push_back(indexOf_[callees_[call]]);
+      }
+    }
+    if (entities_[entity].isKept) {
+      calls.ends.push_back(static_cast<uint32_t>(calls.callees.size()));
+    }
+  }
+  for (uint32_t i = 0; i < outside_.size(); ++i) {
+    if (indexOf_[entities_.size() + i] != kNone) {
+      if (outside_[i].target != kNone && indexOf_[outside_[i].target] != kNone) {
+        calls.callees.push_back(indexOf_[outside_[i].target]);
+      }
+      calls.ends.push_back(static_cast<uint32_t>(calls.callees.size()));
+    }
+  }
+  database_->functions.SetAllCalls(calls);
+}
+
+void ProgramLink::EnterSites() {
+  const auto order = [](const SourceLine& place) {
+    return std::tuple(
+        place.file == nullptr ? std::string_view() : std::string_view(place.file->name), place.line,
+        place.column);
+  };
+  std::vector<StkFunction*> shared;
+  for (const Unit& unit : units_) {
+    for (const UnitRecording::IndirectSite& site : unit.sites) {
+      const uint32_t index = indexOf_[entityOfPart_[unit.firstPart + site.function]];
+      if (index == kNone) {
+        continue;
+      }
+      StkFunction& function = *database_->functions.Functions()[index];
+      if (function.indirectSites == nullptr) {
+        function.indirectSites = std::make_unique<std::vector<SourceLine>>();
+        shared.push_back(&function);
+      }
+      function.indirectSites->push_back({SourceFile(site.file), site.line, site.column});
+    }
+  }
+  for (StkFunction* function : shared) {
+    std::vector<SourceLine>& sites = *function->indirectSites;
+    std::ranges::stable_sort(sites, {}, order);
+    const auto same = [&](const SourceLine& left, const SourceLine& right) {
+      return order(left) == order(right);
+    };
+    sites.erase(std::unique(sites.begin(), sites.end(), same), sites.end());
+    sites.shrink_to_fit();
+  }
+}
+
+void ProgramLink::PostNotes(StkReporter& reporter) {
+  for (Unit& unit : units_) {
+    for (StkNote& note : unit.notes) {
+      if (note.function) {
+        if (unit.isCovered) {
+          continue;
+        }
+        const uint32_t index = indexOf_[entityOfPart_[unit.firstPart + *note.function]];
+        if (index == kNone) {
+          continue;
+        }
+        note.function = index;
+      }
+      reporter.PostNote(std::move(note));
+    }
+  }
+}
+
+}  // namespace velkor

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace velkor {
+
+// What a mangled symbol of C++ says, "Buffer::put(char)"; empty for every other symbol, and for one
+// whose text would be very long.
+std::string DemangledName(std::string_view symbol);
+
+// The symbol that a thunk of C++ jumps to ("_ZThn8_N1D1fEi" to "_ZN1D1fEi"); empty for every other
+// symbol, and for a thunk that calls and returns.
+std::string ThunkTarget(std::string_view symbol);
+
+}  // namespace velkor

@@ -1,0 +1,21 @@
+#include "readers/gcc/unit_recording.h"
+
+namespace velkor {
+
+void UnitRecording::Clear() {
+  title.clear();
+  isLinkTime = false;
+  hasLinkTimeCode = false;
+  isWhole = true;
+  hasMachine = false;
+  machine = 0;
+  compilerVersion.clear();
+  names.Clear();
+  files.Clear();
+  functions.clear();
+  calls.clear();
+  indirectSites.clear();
+  notes.clear();
+}
+
+}  // namespace velkor

@@ -1,0 +1,139 @@
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <rapidjson/document.h>
+
+#include "program.h"
+#include "scratch_folder.h"
+
+namespace velkor {
+namespace {
+
+using testing::Program;
+using testing::ProgramRun;
+using testing::ReadFile;
+using testing::ScratchFolder;
+namespace fs = std::filesystem;
+
+constexpr const char* kGraph =
+    "graph: { title: \"a.c\"\n"
+    "node: { title: \"main\" label: \"main\\na.c:1:5\\n16 bytes (static)\\n0 dynamic objects\" }\n"
+    "node: { title: \"rec\" label: \"rec\\na.c:2:5\\n8 bytes (static)\\n0 dynamic objects\" }\n"
+    "edge: { sourcename: \"main\" targetname: \"rec\" label: \"a.c:1:9\" }\n"
+    "edge: { sourcename: \"rec\" targetname: \"rec\" label: \"a.c:2:9\" }\n"
+    "}\n";
+
+class GccFolder : public ::testing::Test {
+ protected:
+  GccFolder() { folder_.Put("build/a.ci", kGraph); }
+
+  ProgramRun Run(std::vector<std::string> arguments) const {
+    return Program(std::move(arguments)).In(folder_.Root()).Run();
+  }
+  std::string Saved() const { return ReadFile(folder_.Path("velkor.psg")); }
+  // A number of a function in the JSON of `analyze`; -1: null.
+  int Number(const std::string& input, const std::string& function, const char* key) const {
+    rapidjson::Document json;
+    json.Parse(Run({"analyze", input, "--format", "json"}).out.c_str());
+    for (const auto& each : json["functions"].GetArray()) {
+      if (each["specName"].GetString() == function) {
+        return each[key].IsNull() ? -1 : each[key].GetInt();
+      }
+    }
+    ADD_FAILURE() << function;
+    return -2;
+  }
+
+  ScratchFolder folder_;
+};
+
+TEST_F(GccFolder, KeepsStatementsBesideAVelkorTomlWhoseFilesWin) {
+  folder_.Put("velkor.toml", "input = \"build\"\nload = [\"one.txt\", \"two.txt\"]\n");
+  folder_.Put("one.txt", "# depths\nrec, RECTIME=9\n");
+  folder_.Put("two.txt", "rec, RECTIME=3\n");
+  folder_.Put("velkor.psg", "rec, RECTIME=7\r\n");
+  EXPECT_EQ(Number("velkor.toml", "rec", "depth"), 3);
+  EXPECT_EQ(Number("velkor.toml", "main", "bound"), 16 + 3 * 8);
+
+  for (const char* command : {"adjust", "reset"}) {
+    const ProgramRun refused = Run({command, "velkor.toml", "rec"});
+    EXPECT_EQ(refused.status, 2);
+    EXPECT_NE(refused.err.find("W9468 The function (rec) is stated in " + folder_.Path("two.txt") +
+                               ", line 1."),
+              std::string::npos)
+        << refused.err;
+  }
+  EXPECT_EQ(Saved(), "rec, RECTIME=7\r\n");
+  EXPECT_EQ(Run({"adjust", "velkor.toml", "main", "--margin", "4"}).status, 0);
+  EXPECT_EQ(Saved(), "main, ADD=4\r\nrec, RECTIME=7\r\n") << "the user's own is kept";
+  EXPECT_EQ(Run({"reset", "velkor.toml", "--all"}).status, 0);
+  EXPECT_EQ(Saved(), "rec, RECTIME=7\r\n");
+  folder_.Put("mine.txt", "rec, RECTIME=5\n");
+  EXPECT_EQ(Run({"load", "velkor.toml", "mine.txt"}).status, 0);
+  EXPECT_EQ(Saved(), "rec, RECTIME=5\r\n") << "what is loaded now is the user's";
+  EXPECT_EQ(Number("velkor.toml", "rec", "depth"), 3);
+
+  // Of what only a file of the input states, nothing is kept.
+  fs::remove(folder_.Path("velkor.psg"));
+  EXPECT_EQ(Run({"adjust", "velkor.toml", "main", "--margin", "4"}).status, 0);
+  EXPECT_EQ(Saved(), "main, ADD=4\r\n");
+}
+
+TEST_F(GccFolder, SaysWhyItRefuses) {
+  folder_.Put("f.txt", "main, ADD=1\n");
+  for (const std::vector<std::string>& arguments :
+       {std::vector<std::string>{"adjust", "build", "main", "--margin", "4"},
+        {"load", "build", "f.txt"},
+        {"reset", "build", "--all"}}) {
+    const ProgramRun refused = Run(arguments);
+    EXPECT_EQ(refused.status, 2) << arguments.front();
+    EXPECT_NE(refused.err.find("W9467"), std::string::npos) << refused.err;
+  }
+  folder_.Put("none/a.c", "");
+  EXPECT_EQ(Run({"analyze", "none"}).status, 3);
+  folder_.Put("wrong.toml", "input = \"build\"\n\nexclud = \"x\"\n");
+  const ProgramRun wrong = Run({"analyze", "wrong.toml"});
+  EXPECT_EQ(wrong.status, 3);
+  EXPECT_NE(wrong.err.find("line 3: unknown key \"exclud\"; near it: \"exclude\""),
+            std::string::npos)
+      << wrong.err;
+}
+
+TEST_F(GccFolder, EndsWithOneWhereSomethingWasNotRead) {
+  EXPECT_EQ(Run({"analyze", "build"}).status, 0);
+  folder_.Put("build/s.s", ".text\n.globl start\nstart:\nnop\n");
+  folder_.Put("build/c.c", "int c(void) { return 1; }\n");
+  const std::string compile = "cd " + folder_.Path("build") + " && gcc -c ";
+  ASSERT_EQ(std::system((compile + "s.s").c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
+  EXPECT_EQ(Run({"analyze", "build"}).status, 0) << "an assembler's object is ordinary";
+  ASSERT_EQ(std::system((compile + "c.c").c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
+  const ProgramRun lacking = Run({"analyze", "build"});
+  EXPECT_EQ(lacking.status, 1);
+  EXPECT_NE(lacking.err.find("c.o: The object has no call graph file"), std::string::npos)
+      << lacking.err;
+  fs::remove(folder_.Path("build/c.o"));
+  folder_.Put("build/b.ci", "graph: { title: \"b.c\"\n");
+  const ProgramRun cut = Run({"analyze", "build"});
+  EXPECT_EQ(cut.status, 1);
+  EXPECT_NE(cut.err.find("b.ci:1: The call graph is not whole"), std::string::npos) << cut.err;
+  EXPECT_EQ(Number("build", "rec", "frameSize"), 8) << "the rest is analysed";
+}
+
+TEST_F(GccFolder, BoundsTheExample) {
+  const fs::path example = fs::path(VELKOR_SOURCE_DIR) / "examples/gcc";
+  for (const auto& file : fs::directory_iterator(example)) {
+    if (file.is_regular_file()) {
+      folder_.Put("example/" + file.path().filename().string(), ReadFile(file.path()));
+    }
+  }
+  const std::string compile =
+      "cd " + folder_.Path("example") +
+      " && mkdir build && for s in main parser commands; do gcc -Os -fcallgraph-info=su,da -c $s.c "
+      "-o build/$s.o || exit 1; done";
+  ASSERT_EQ(std::system(compile.c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
+  EXPECT_EQ(Number("example/build", "main", "bound"), -1);
+  EXPECT_GT(Number("example/velkor.toml", "main", "bound"), 62 * 16);
+}
+
+}  // namespace
+}  // namespace velkor

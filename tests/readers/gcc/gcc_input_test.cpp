@@ -1,0 +1,383 @@
+#include <cstdlib>
+
+#include "platform/temporary_folder.h"
+#include "readers/gcc/build_folder.h"
+#include "readers/gcc/literal_build.h"
+
+namespace velkor {
+namespace {
+
+using namespace std::string_literals;
+using testing::BuildFolder;
+using testing::CallGraph;
+using testing::LiteralBuild;
+namespace fs = std::filesystem;
+
+fs::path Corpus() {
+  return fs::path(VELKOR_SOURCE_DIR).parent_path() / "shared/corpus/gcc";
+}
+
+// The engine against the literal reading: of every function the frame, what it calls, its marks
+// and, where it cannot reach itself, its total and the kinds of reasons.
+void Compare(BuildFolder& build, const std::map<std::string, uint32_t>& largerFrames,
+             uint32_t redZone) {
+  LiteralBuild literal;
+  for (const std::string& module : build.input->Modules()) {
+    literal.Add(module, *build.host.files.Get(module));
+  }
+  const auto keyOf = [&](const StkFunction& function) {
+    if (!function.IsStatic()) {
+      return std::string(function.name);
+    }
+    const fs::path source(function.file->name);
+    return "/b/" + source.stem().string() + ".ci#" + std::string(function.name);
+  };
+  ASSERT_EQ(build.functions->Count(), literal.functions.size());
+  for (auto& [key, function] : literal.functions) {
+    const auto larger = largerFrames.find(key);
+    function.frame = larger != largerFrames.end() ? larger->second : function.frame;
+    const bool isLeaf = function.isDefined && function.callees.empty() && !function.isIndirect;
+    function.frame += isLeaf ? redZone : 0;
+  }
+  std::set<std::string> recursive;
+  for (const auto& [key, function] : literal.functions) {
+    if (literal.Below(key).contains(key)) {
+      recursive.insert(key);
+    }
+  }
+  size_t compared = 0;
+  for (const StkFunction* each : build.functions->Functions()) {
+    const std::string key = keyOf(*each);
+    ASSERT_TRUE(literal.functions.contains(key)) << key;
+    const LiteralBuild::Function& function = literal.functions.at(key);
+    EXPECT_EQ(each->Is(FN_DEFINED), function.isDefined) << key;
+    EXPECT_EQ(each->frameSize, function.frame) << key;
+    EXPECT_EQ(each->Is(FN_DYNAMIC_FRAME), function.isDynamic) << key;
+    EXPECT_EQ(each->Is(FN_INDIRECT_CALL), function.isIndirect) << key;
+    EXPECT_EQ(each->indirectSites != nullptr, function.isIndirect) << key;
+    std::set<std::string> callees;
+    for (const StkFunction* callee : each->callees) {
+      EXPECT_TRUE(callees.insert(keyOf(*callee)).second) << key;
+    }
+    EXPECT_EQ(callees, function.callees) << key;
+    std::set<std::string> below = literal.Below(key);
+    EXPECT_EQ(each->Is(FN_RECURSIVE), recursive.contains(key)) << key;
+    below.insert(key);
+    ReasonSet reasons;
+    bool meetsRecursion = false;
+    for (const std::string& reached : below) {
+      const LiteralBuild::Function& other = literal.functions.at(reached);
+      meetsRecursion = meetsRecursion || recursive.contains(reached);
+      if (!other.isDefined) {
+        reasons.Add(ReasonKind::kUnknown);
+      }
+      if (other.isDynamic) {
+        reasons.Add(ReasonKind::kDynamic);
+      }
+      if (other.isIndirect) {
+        reasons.Add(ReasonKind::kIndirect);
+      }
+    }
+    if (meetsRecursion) {
+      reasons.Add(ReasonKind::kRecursion);
+    } else {
+      EXPECT_EQ(each->totalStackSize, literal.TotalOf(key)) << key;
+      ++compared;
+    }
+    EXPECT_EQ(build.bounds->Reasons(*each), reasons) << key;
+  }
+  EXPECT_GT(compared, 20U);
+}
+
+TEST(GccInput, SaysOfTheSharedProgramsWhatALiteralReadingSays) {
+  if (!fs::exists(Corpus())) {
+    GTEST_SKIP() << Corpus() << " is not there";
+  }
+  const std::map<std::string, uint32_t> kVariadic = {{"luaL_error", 32},
+                                                     {"lua_pushfstring", 32},
+                                                     {"lua_gc", 40},
+                                                     {"luaG_runerror", 32},
+                                                     {"luaO_pushfstring", 24}};
+  for (const char* name : {"lua/arm", "lua/native", "littlefs/arm", "littlefs/native"}) {
+    SCOPED_TRACE(name);
+    const bool isArm = std::string(name).ends_with("arm");
+    BuildFolder build;
+    build.PutAll(Corpus() / name);
+    ASSERT_TRUE(build.Analyse());
+    EXPECT_TRUE(build.notWhole.empty());
+    EXPECT_EQ(build.CountNotes(""), 0U);
+    Compare(build,
+            isArm && std::string(name).starts_with("lua") ? kVariadic : decltype(kVariadic)(),
+            isArm ? 0 : 128);
+    EXPECT_EQ(build.input->GeneratorVersion().value_or(""), isArm ? "12.2.1" : "");
+  }
+}
+
+TEST(GccInput, KeepsStaticFunctionsOfOneNameApart) {
+  BuildFolder build;
+  build.Put("d1/x.ci", CallGraph("x.c", {"x.c:helper 64", "one 8 x.c:helper"}));
+  build.Put("d2/x.ci", CallGraph("x.c", {"x.c:helper 640", "two 8 x.c:helper helper"}));
+  build.Put("y.ci", CallGraph("/src/y.c", {"/src/y.c:helper 8 one two *",
+                                           "main 16 "
+                                           "/src/y.c:helper"}));
+  ASSERT_TRUE(build.Analyse());
+  EXPECT_EQ(build["one"].totalStackSize, 72U);
+  EXPECT_EQ(build["two"].totalStackSize, 648U);
+  EXPECT_EQ(build.CalleesOf("two"), "x.c#helper [helper]");  // no static one of another file
+  EXPECT_EQ(build["main"].totalStackSize, 16U + 8 + 648);
+  std::vector<std::string> files;
+  for (const StkFunction* each : build.functions->Functions()) {
+    if (each->name == "helper" && each->file != nullptr) {
+      files.push_back(each->file->name);
+    }
+  }
+  EXPECT_EQ(files, (std::vector<std::string>{"d1/x.c", "d2/x.c", "/src/y.c"}));
+  const SourceLine& site = build["y.c#helper"].indirectSites->front();
+  EXPECT_EQ(site.file->name, "/src/y.c");
+  EXPECT_EQ(site.line, 1U);
+  EXPECT_EQ(site.column, 7U);
+  EXPECT_EQ(build["two"].place.line, 2U);
+}
+
+TEST(GccInput, CountsTheLargerOfTwoDefinitionsAndSaysSo) {
+  BuildFolder build;
+  build.Put("a.ci", CallGraph("a.c", {"main 16 f", "f 8 g", "g 4"}));
+  build.Put("b.ci", CallGraph("b.c", {"main 32d h", "h 100 *"}));
+  ASSERT_TRUE(build.Analyse());
+  EXPECT_EQ(build["main"].frameSize, 32U);
+  EXPECT_TRUE(build["main"].Is(FN_DYNAMIC_FRAME));
+  EXPECT_EQ(build.CalleesOf("main"), "f h");
+  EXPECT_EQ(build["main"].totalStackSize, 132U);
+  EXPECT_EQ(build.CountNotes("main is defined more than once, in a.ci and in b.ci"), 1U);
+}
+
+TEST(GccInput, SaysWhatIsNotWholeWithFileAndLineAndAnalysesTheRest) {
+  const std::string whole = CallGraph("a.c", {"main 16 f", "f 8"});
+  for (size_t cut = 0; cut < whole.size(); ++cut) {
+    BuildFolder build;
+    build.Put("a.ci", whole.substr(0, cut));
+    build.Put("b.ci", CallGraph("b.c", {"other 8 main"}));
+    ASSERT_TRUE(build.Analyse());
+    const bool isWhole = cut + 1 >= whole.size();
+    EXPECT_EQ(build.notWhole.size(), isWhole ? 0U : 1U) << cut;
+    EXPECT_EQ(build.CountNotes("The call graph is not whole") != 0, !isWhole) << cut;
+    EXPECT_EQ(build["other"].frameSize, 8U);
+  }
+  BuildFolder strange;
+  strange.Put("a.ci",
+              "graph: { title: \"a.c\"\nnode: { title: \"f\" label: \"f\\na.c:1:2\" }\n"
+              "edge: { sourcename: \"g\" targetname: \"f\" }\nwhat\n}\n");
+  ASSERT_TRUE(strange.Analyse());
+  EXPECT_EQ(strange.CountNotes("not whole"), 3U);
+  EXPECT_TRUE(strange["f"].Is(FN_SIZE_UNKNOWN));  // and no number that is too small
+  BuildFolder nothing;
+  nothing.Put("a.c", "");
+  EXPECT_FALSE(nothing.Analyse());
+  EXPECT_EQ(nothing.recorder.boxes.boxes.size(), 1U);
+}
+
+TEST(GccInput, TakesOfEachOutputTheNewestLinkAlone) {
+  BuildFolder build;
+  build.Put("p.ltrans0.ltrans.ci", CallGraph("/tmp/ccB.ltrans0.o", {"main 16 f.lto_priv.0"}));
+  build.Put("p.ltrans1.ltrans.ci", CallGraph("/tmp/ccA.ltrans1.o", {"main 999"}));
+  build.Put("p.ltrans2.ltrans.ci", CallGraph("/tmp/ccB.ltrans2.o", {"f.lto_priv.0 24"}));
+  build.Put("q.lto.o-cc1.lto.ci", CallGraph("a.o", {"a.o:q 500"}));
+  build.Put("q.lto.o-cc2.lto.ci", CallGraph("a.o", {"a.o:q 50"}));
+  build.Put("p.ltrans3.ltrans.ci", "");
+  build.host.files.SetModifiedAt("/b/p.ltrans3.ltrans.ci", 9);
+  for (const char* name : {"p.ltrans0.ltrans.ci", "p.ltrans2.ltrans.ci", "q.lto.o-cc2.lto.ci"}) {
+    build.host.files.SetModifiedAt("/b/"s + name, 2);
+  }
+  ASSERT_TRUE(build.Analyse());
+  EXPECT_EQ(build["main"].totalStackSize, 40U);
+  EXPECT_EQ(build.functions->Count(), 3U);
+  EXPECT_EQ(build.notWhole.size(), 1U);
+  EXPECT_EQ(build.CountNotes("2 call graph files of earlier links"), 1U);
+}
+
+TEST(GccInput, SaysThatASourceIsNewer) {
+  BuildFolder build;
+  build.Put("build/a.ci", CallGraph("src/a.c", {"main 16"}));
+  build.Put("src/a.c", "int main;");
+  build.host.files.SetModifiedAt("/b/src/a.c", 5);
+  ASSERT_TRUE(build.Analyse("/b/build"));
+  EXPECT_EQ(build.CountNotes("src/a.c is newer"), 1U);
+}
+
+// The compilers of this machine, on own sources.
+struct Source {
+  std::string name;
+  std::string text;
+};
+
+const std::vector<Source> kSources = {
+    {"a.c",
+     "int ext(int*);\n"
+     "static __attribute__((noinline)) int helper(int x) { volatile int b[10]; b[0] = x; return "
+     "ext((int*)b) + 1; }\n"
+     "__attribute__((weak, noinline)) int replaced(int x) { volatile int b[100]; b[0] = x; return "
+     "b[0] + helper(x); }\n"
+     "__attribute__((weak, noinline)) int alone(int x) { volatile int b[20]; b[0] = x; return b[0] "
+     "+ helper(x); }\n"
+     "__attribute__((noinline)) int aliased(int x) { return helper(x) + 2; }\n"
+     "int alias(int x) __attribute__((alias(\"aliased\")));\n"
+     "int main(void) { int x = 3; return replaced(1) + alone(2) + alias(4) + ext(&x); }\n"},
+    {"b.c",
+     "static __attribute__((noinline)) int helper(int x) { volatile int b[50]; b[0] = x; return "
+     "b[0]; }\n"
+     "int ext(int* x) { return helper(*x) + 1; }\n"
+     "int replaced(int x) { volatile int b[300]; b[0] = x; return b[0] + 1; }\n"
+     "__attribute__((naked)) void bare(void) { __asm__(CALL); }\n"},
+    {"twice.h",
+     "template <class T> __attribute__((noinline)) T twice(T x) { volatile T b[30]; b[0] = x; "
+     "return b[0] * 2; }\n"},
+    {"x.cpp",
+     "#include \"twice.h\"\n"
+     "struct B { virtual int f(int); virtual ~B(); };\n"
+     "struct C { virtual int g(int); };\n"
+     "struct D : B, C { int g(int) override; };\n"
+     "int D::g(int x) { return twice<int>(x) + 3; }\n"
+     "int useX(int x) { return twice<int>(x) + 1; }\n"},
+    {"y.cpp",
+     "#include \"twice.h\"\n"
+     "int useY(int x) { return twice<int>(x) + 5; }\n"},
+    {"s.s", ".text\n.globl start\nstart:\nnop\nCALLMAIN\n"}};
+
+struct Compiler {
+  std::string prefix;
+  std::string flags;
+  std::string call;
+};
+
+bool Compile(const testing::TemporaryFolder& folder, const Compiler& compiler) {
+  for (const Source& source : kSources) {
+    std::string text = source.text;
+    if (const size_t mark = text.find("CALLMAIN"); mark != std::string::npos) {
+      text.replace(mark, 8, compiler.call + " main");
+    }
+    folder.Put(source.name, text);
+    if (source.name.ends_with(".h")) {
+      continue;
+    }
+    const std::string command = compiler.prefix + (source.name.ends_with("cpp") ? "g++ " : "gcc ") +
+                                compiler.flags + " -fcallgraph-info=su,da '-DCALL=\"" +
+                                compiler.call + " ext\"' -c " + source.name + " 2>/dev/null";
+    if (std::system(command.c_str()) != 0) {  // NOLINT(concurrency-mt-unsafe): one thread
+      return false;
+    }
+  }
+  return true;
+}
+
+void CheckLinking(BuildFolder& build) {
+  EXPECT_TRUE(build.notWhole.empty());
+  // Weak ones: one is replaced, one is not.
+  EXPECT_FALSE(build["a.c#replaced"].Is(FN_GLOBAL));
+  EXPECT_GT(build["a.c#replaced"].frameSize, 400U);
+  EXPECT_GE(build["replaced"].frameSize, 1200U);
+  EXPECT_EQ(build.CalleesOf("main"), "alias alone ext replaced");
+  EXPECT_EQ(build.CalleesOf("alone"), "a.c#helper");
+  EXPECT_EQ(build.CalleesOf("a.c#helper"), "ext");
+  EXPECT_EQ(build.CalleesOf("ext"), "b.c#helper");
+  // Another name of a function.
+  EXPECT_EQ(build["alias"].frameSize, 0U);
+  EXPECT_EQ(build.CalleesOf("alias"), "aliased");
+  EXPECT_EQ(build["alias"].totalStackSize, build["aliased"].totalStackSize);
+  // A naked function that calls.
+  EXPECT_TRUE(build["bare"].Is(FN_SIZE_UNKNOWN));
+  EXPECT_EQ(build.CalleesOf("bare"), "ext");
+  EXPECT_EQ(build.CountNotes("bare calls ext"), 1U);
+  // One instance that two units tell.
+  EXPECT_GE(build["int twice<int>(int)"].frameSize, 120U);
+  EXPECT_EQ(build.CalleesOf("useX(int)"), "int twice<int>(int)");
+  EXPECT_EQ(build.CalleesOf("useY(int)"), "int twice<int>(int)");
+  EXPECT_EQ(build.CalleesOf("D::g(int)"), "int twice<int>(int)");
+  // Its thunk.
+  EXPECT_NE(build.CalleesOf("non-virtual thunk to D::g(int)"), "");
+  EXPECT_FALSE(build["non-virtual thunk to D::g(int)"].Is(FN_SIZE_UNKNOWN));
+  // An assembler source.
+  EXPECT_TRUE(build["start"].Is(FN_SIZE_UNKNOWN));
+  EXPECT_EQ(build.CalleesOf("start"), "main");
+  EXPECT_EQ(build.CountNotes("from an assembler"), 1U);
+  EXPECT_FALSE(build["main"].Is(FN_ROOT));
+  EXPECT_EQ(build.bounds->State(build["main"]), BoundState::kBounded);
+}
+
+TEST(GccInput, LinksWhatTheCompilersOfThisMachineWrite) {
+  const Compiler kCompilers[] = {
+      {"", "-O2 -fno-ipa-icf -fno-pic", "call"},
+      {"arm-none-eabi-", "-Os -mcpu=cortex-m4 -mthumb -ffunction-sections -fno-ipa-icf", "bl"}};
+  int compiled = 0;
+  for (const Compiler& compiler : kCompilers) {
+    SCOPED_TRACE(compiler.prefix);
+    const testing::TemporaryFolder folder;
+    if (!Compile(folder, compiler)) {
+      continue;
+    }
+    ++compiled;
+    BuildFolder build;
+    build.PutAll(folder.Path());
+    ASSERT_TRUE(build.Analyse());
+    CheckLinking(build);
+
+    // With a program, what is not in it is left out.
+    const std::string link =
+        compiler.prefix + "gcc -nostdlib -static -Wl,-e,start a.o b.o s.o -o prog 2>/dev/null";
+    ASSERT_EQ(std::system(link.c_str()), 0);  // NOLINT(concurrency-mt-unsafe): one thread
+    BuildFolder linked;
+    linked.PutAll(folder.Path());
+    linked.Put("velkor.toml", "input = \"/b\"\nelf = \"prog\"\n");
+    ASSERT_TRUE(linked.Analyse("/b/velkor.toml"));
+    EXPECT_EQ(linked.CountNotes("are not in the program and are left out"), 1U);
+    std::set<std::string> names;
+    for (const StkFunction* each : linked.functions->Functions()) {
+      names.insert(linked.NameOf(*each));
+    }
+    EXPECT_EQ(names, (std::set<std::string>{"a.c#helper", "alias", "aliased", "alone", "b.c#helper",
+                                            "bare", "ext", "main", "replaced", "start"}));
+    EXPECT_TRUE(linked["start"].Is(FN_ENTRY));
+    EXPECT_EQ(linked.CalleesOf("main"), "alias alone ext replaced");
+
+    // Without objects nothing tells weak from static, and nothing shows that a call is missing.
+    fs::remove(folder / "s.o");
+    BuildFolder bare;
+    for (const auto& entry : fs::directory_iterator(folder.Path())) {
+      if (entry.path().extension() == ".ci") {
+        bare.Put(entry.path().filename(), folder.Get(entry.path().filename()));
+      }
+    }
+    ASSERT_TRUE(bare.Analyse());
+    EXPECT_EQ(bare.CalleesOf("main"), "[alias] a.c#alone ext a.c#replaced replaced");
+    EXPECT_EQ(bare.CountNotes("the machine is not known"), 1U);
+  }
+  EXPECT_GT(compiled, 0);
+}
+
+TEST(GccInput, ReadsAVelkorToml) {
+  BuildFolder build;
+  build.Put("out/a.ci", CallGraph("a.c", {"main 16 f", "f 8 rec", "rec 8 rec"}));
+  build.Put("out/tests/t.ci", CallGraph("t.c", {"main 900"}));
+  build.Put("limits.txt", "rec, RECTIME=3\n");
+  build.Put("velkor.toml",
+            "schema = 1\ninput = \"out\"\nexclude = [\"tests/**\", \"none/*\"]\n"
+            "load = [\"limits.txt\"]\nelf = \"no.elf\"\n[stack.main]\nentry = \"main\"\n"
+            "size = 1024\n");
+  ASSERT_TRUE(build.Analyse("/b/velkor.toml"));
+  EXPECT_EQ(build["main"].frameSize, 16U);
+  EXPECT_EQ(build.input->SystemFilePath(), "/b/velkor.psg");
+  EXPECT_EQ(build.CountNotes("none/*"), 1U);
+  EXPECT_EQ(build.CountNotes("could not be read"), 1U);
+  const auto sources = build.input->BuildSpecSources();
+  ASSERT_EQ(sources.size(), 2U);
+  EXPECT_EQ(sources[0]->Path(), "/b/velkor.psg");
+  EXPECT_EQ(sources[1]->Path(), "/b/limits.txt");
+
+  build.Put("velkor.toml", "input = \"out\"\n[stack.a]\nentri = \"main\"\n");
+  EXPECT_FALSE(build.Analyse("/b/velkor.toml"));
+  ASSERT_EQ(build.recorder.boxes.boxes.size(), 1U);
+  EXPECT_EQ(build.recorder.boxes.boxes[0].text,
+            "E9303 Cannot read /b/velkor.toml, line 3: unknown key \"entri\"; near it: \"entry\".");
+}
+
+}  // namespace
+}  // namespace velkor
