@@ -87,7 +87,7 @@ TEST_F(GccFolder, SaysWhyItRefuses) {
         {"reset", "build", "--all"}}) {
     const ProgramRun refused = Run(arguments);
     EXPECT_EQ(refused.status, 2) << arguments.front();
-    EXPECT_NE(refused.err.find("W9467"), std::string::npos) << refused.err;
+    EXPECT_NE(refused.err.find("W9469"), std::string::npos) << refused.err;
   }
   folder_.Put("none/a.c", "");
   EXPECT_EQ(Run({"analyze", "none"}).status, 3);
