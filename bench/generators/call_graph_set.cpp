@@ -69,7 +69,7 @@ class FileAuthor {
     if (kind < 20 && file_ > 0) {
       const uint32_t other = random_.Below(file_);
       uint32_t target = random_.Below(kFunctions);
-      target -= IsStatic(target) ? 1 : 0;
+      target -= IsStatic(target) ? 1U : 0U;
       WriteDeclaration(Title(other, target));
       return Title(other, target);
     }
