@@ -87,7 +87,9 @@ TEST_F(ChangingFilesTest, ASaveThatNeverGetsItsTurnSaysSo) {
   int number = 0;
   host.files.BeforeReplace(
       [&] { host.files.Put(kSystemFile, "g, ADD=" + std::to_string(++number) + "\r\n"); });
-  ASSERT_TRUE(document.AdjustFunction(*Find("f"), {.margin = 8}));
+  StkAdjustment adjustment;
+  adjustment.margin = 8;
+  ASSERT_TRUE(document.AdjustFunction(*Find("f"), adjustment));
   Finish();
   host.files.BeforeReplace(nullptr);
   EXPECT_TRUE(Logged("W9402 Cannot open file to write (C:\\p\\app.psg)"));
