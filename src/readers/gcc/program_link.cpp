@@ -46,7 +46,7 @@ void ProgramLink::Add(const UnitRecording& recording, std::string_view path,
   hasLinkTimeUnits_ = hasLinkTimeUnits_ || recording.isLinkTime;
 }
 
-void ProgramLink::Enter(FunctionDatabase database, const Options& options, StkReporter& reporter) {
+void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkReporter& reporter) {
   database_ = &database;
   options_ = options;
   NumberParts();

@@ -31,7 +31,7 @@ class ProgramLink {
     uint16_t machine = 0;      // of units whose own is not told; 0: not known either
   };
   // Once, after all units. Notes are posted.
-  void Enter(FunctionDatabase database, const Options& options, StkReporter& reporter);
+  void Enter(FunctionDatabase& database, const Options& options, StkReporter& reporter);
 
  private:
   using Reach = UnitRecording::Reach;
