@@ -65,8 +65,8 @@ FolderNames::Listing FolderNames::List(const HostPath& folder, const HostNames& 
     const auto place = static_cast<uint32_t>(listing.entries.size());
     HostNames::Hashes hashes = names.HashesOfFound(entry.name);
     std::ranges::sort(hashes);
-    const auto repeated = std::ranges::unique(hashes);
-    for (auto hash = hashes.begin(); hash != repeated.begin(); ++hash) {
+    const auto repeated = std::unique(hashes.begin(), hashes.end());
+    for (auto hash = hashes.begin(); hash != repeated; ++hash) {
       listing.byHash.emplace(*hash, place);
     }
     listing.entries.push_back(std::move(entry.name));

@@ -194,7 +194,8 @@ class ConfigurationReader {
   void ReadInterrupts(const toml::node& value, Configuration& configuration) {
     if (const toml::table* table = TableOf(value)) {
       using I = Configuration::Interrupts;
-      I& interrupts = configuration.interrupts.emplace();
+      configuration.interrupts = I();
+      I& interrupts = *configuration.interrupts;
       interrupts.line = LineOf(value);
       ReadTable<I>(*table,
                    {{"stack", &ConfigurationReader::Set<&I::stack, I>},
@@ -203,7 +204,7 @@ class ConfigurationReader {
                     {"ignore", &ConfigurationReader::Set<&I::ignore, I>}},
                    interrupts);
       if (interrupts.nesting && !interrupts.levels.empty()) {
-        Fail(value, "\"levels\" and \"nesting\" exclude each other");
+        Fail(value, R"("levels" and "nesting" exclude each other)");
       }
     }
   }

@@ -34,8 +34,7 @@ void GccInput::Search() {
     AddFolder(folder);
   }
   std::ranges::sort(objects_);
-  const auto repeated = std::ranges::unique(objects_);
-  objects_.erase(repeated.begin(), repeated.end());
+  objects_.erase(std::unique(objects_.begin(), objects_.end()), objects_.end());
 }
 
 void GccInput::AddFolder(const std::string& folder) {

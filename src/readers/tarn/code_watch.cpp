@@ -59,12 +59,12 @@ void CodeWatch::FindHiddenCallsOf(uint32_t function, size_t firstEvent) {
       listedBy_[recording_.events[i].value] = function + 1;
     }
   }
-  const auto calls =
-      std::ranges::equal_range(calls_, recording_.functions[function].name, {}, &Call::caller);
-  for (const Call& call : calls) {
-    if (listedBy_[call.callee] != function + 1) {
-      listedBy_[call.callee] = function + 1;
-      recording_.hiddenCalls.push_back({function, call.callee, call.line});
+  const uint32_t caller = recording_.functions[function].name;
+  auto call = std::ranges::lower_bound(calls_, caller, {}, &Call::caller);
+  for (; call != calls_.end() && call->caller == caller; ++call) {
+    if (listedBy_[call->callee] != function + 1) {
+      listedBy_[call->callee] = function + 1;
+      recording_.hiddenCalls.push_back({function, call->callee, call->line});
     }
   }
 }
