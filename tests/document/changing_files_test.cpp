@@ -79,6 +79,14 @@ TEST_F(ChangingFilesTest, WhatAnotherProgramSavesMeanwhileStaysInForce) {
             "# Kept without effect: each names a function that was not found.\r\nlost, ADD=1\r\n");
   EXPECT_EQ(host.files.Get(std::string(kSystemFile) + ".bak"),
             "main, ADD=3, RECTIME=2\r\nlost, ADD=1\r\n");
+  // A callee that is called directly all the same, and one that is not there.
+  host.files.Put(kSystemFile, "main, ADD=3, CALL=f\r\ng, CALL=gone\r\nf, CALL=gone\r\n");
+  ASSERT_TRUE(document.CancelAdjustment(*Find("f")));
+  Finish();
+  EXPECT_EQ(host.files.Get(kSystemFile),
+            "main, ADD=3, CALL=f\r\n"
+            "# Kept without effect: each names a function that was not found.\r\n"
+            "g, CALL=gone\r\n");
 }
 
 TEST_F(ChangingFilesTest, ASaveThatNeverGetsItsTurnSaysSo) {

@@ -36,6 +36,7 @@ struct SpecWriterTest : ::testing::Test {
   std::string Write(Mode mode, Graph& graph, WorkEnd end = WorkEnd::kCompleted,
                     const StkSpecWriter::AfterFunction& after = GoOn) {
     StkSpecWriter writer(mode, kSpecPath, graph.functions, reading.host.host);
+    writer.SetKeptLines(keptLines);
     EXPECT_TRUE(writer.Open());
     const WorkEnd ended = writer.Write(after);
     EXPECT_EQ(end, ended);
@@ -53,6 +54,7 @@ struct SpecWriterTest : ::testing::Test {
   }
 
   SpecReading reading;
+  std::vector<std::string> keptLines;
 };
 
 TEST_F(SpecWriterTest, OneLinePerFunction) {
@@ -144,6 +146,11 @@ TEST_F(SpecWriterTest, CountsAndStops) {
   EXPECT_EQ(saved + "[u1]\r\n", Write(Mode::kUser, graph, WorkEnd::kStopped, stopAt(4)));
   EXPECT_EQ((std::vector<uint32_t>{1, 2, 3, 4}), counts);
   EXPECT_EQ(saved + "[u1]\r\n[u2]\r\n", Write(Mode::kUser, graph, WorkEnd::kCompleted, stopAt(5)));
+  // After the last function a stop comes too late, also for the kept lines.
+  keptLines = {"gone, ADD=1"};
+  EXPECT_EQ(saved + "# Kept without effect: each names a function that was not found.\r\n" +
+                "gone, ADD=1\r\n",
+            Write(Mode::kAutomatic, graph, WorkEnd::kCompleted, stopAt(3)));
 }
 
 TEST_F(SpecWriterTest, LongLines) {
