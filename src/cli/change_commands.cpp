@@ -109,7 +109,7 @@ ExitStatus Adjust(Application& application, const Options& options) {
   if (const std::optional<StkAdjustment> adjustment = form.BuildAdjustment()) {
     NoteReplacedSize(application, *function, adjustment->margin);
     document.AdjustFunction(*function, *adjustment);
-  } else if (function->adjustment != nullptr) {
+  } else if (function->HasStatement()) {
     document.CancelAdjustment(*function);
   }
   return application.RunWritingJob();

@@ -29,7 +29,14 @@ bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& fu
                     const StkAdjustment& adjustment, StkReporter& reporter) {
   const AdjustmentInformationResult information =
       AdjustmentInformation(adjustment, function, InformationMode::kCompare, reporter.Messages());
-  table.PutInForce(function, {adjustment.margin, adjustment.depth});
+  const bool onlyDirectCallees = adjustment.margin == kNoMargin && adjustment.depth == kNoDepth &&
+                                 adjustment.callees.value_or(StkFunctionList()).empty() &&
+                                 !adjustment.directCallees.empty();
+  if (onlyDirectCallees) {
+    table.TakeAdjustmentAway(function);
+  } else {
+    table.PutInForce(function, {adjustment.margin, adjustment.depth});
+  }
   table.SetDirectCallees(function, adjustment.directCallees);
   StkFunctionList callees = adjustment.callees.value_or(StkFunctionList());
   if (callees != function.extraCallees) {

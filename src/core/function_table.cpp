@@ -186,6 +186,7 @@ void StkFunctionTable::SetPendingAdjustment(StkFunction& function, StkAdjustment
 
 void StkFunctionTable::DiscardPendingAdjustments() {
   pendingDirectCallees_.clear();
+  pendingBrought_.clear();
   for (StkFunction* function : functions_) {
     if (function->pendingAdjustment == nullptr) {
       continue;
@@ -268,17 +269,32 @@ const StkFunctionList& StkFunctionTable::DirectCallees(const StkFunction& functi
 
 void StkFunctionTable::NoteBrought(const StkFunction& function, std::string_view path,
                                    uint32_t line) {
-  const auto [place, isNew] = brought_.try_emplace(function.index);
-  BroughtStatement& brought = place->second;
-  if (isNew && function.adjustment != nullptr) {
-    brought.kept = *function.adjustment;
-    brought.keptCallees = function.extraCallees;
+  pendingBrought_[function.index] = BroughtPlace{std::string(path), line};
+}
+
+void StkFunctionTable::ForgetBrought(const StkFunction& function) {
+  pendingBrought_[function.index] = std::nullopt;
+}
+
+void StkFunctionTable::PutBroughtInForce() {
+  for (auto& [index, place] : pendingBrought_) {
+    if (!place) {
+      brought_.erase(index);
+      continue;
+    }
+    const StkFunction& function = *functions_[index];
+    const auto [entry, isNew] = brought_.try_emplace(index);
+    BroughtStatement& brought = entry->second;
+    if (isNew && function.adjustment != nullptr) {
+      brought.kept = *function.adjustment;
+      brought.keptCallees = function.extraCallees;
+    }
+    if (isNew) {
+      brought.keptDirectCallees = DirectCallees(function);
+    }
+    brought.place = std::move(*place);
   }
-  if (isNew) {
-    brought.keptDirectCallees = DirectCallees(function);
-  }
-  brought.path = path;
-  brought.line = line;
+  pendingBrought_.clear();
 }
 
 const BroughtStatement* StkFunctionTable::Brought(const StkFunction& function) const {
@@ -347,6 +363,7 @@ void StkFunctionTable::Clear() {
   blocks_.Clear();
   names_ = NameTable();
   brought_.clear();
+  pendingBrought_.clear();
   unknownCount_ = 0;
   adjustedCount_ = 0;
   NoteRearrangedCallees();

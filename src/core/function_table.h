@@ -33,11 +33,16 @@ struct ResolvedCalls {
   std::vector<uint32_t> ends;     // in callees, by caller
 };
 
+// The line of a file that the input brings.
+struct BroughtPlace {
+  std::string path;
+  uint32_t line = 0;
+};
+
 // A statement on a function that the input itself brings. It is in force instead of what the user
 // keeps, which stays where it is kept.
 struct BroughtStatement {
-  std::string path;
-  uint32_t line = 0;
+  BroughtPlace place;
   std::optional<StkAppliedAdjustment> kept;  // what it took the place of; none: nothing
   StkFunctionList keptCallees;
   StkFunctionList keptDirectCallees;
@@ -137,7 +142,10 @@ class StkFunctionTable {
   // now, or of what the statement before has taken the place of.
   void NoteBrought(const StkFunction& function, std::string_view path, uint32_t line);
   // The user has stated something newer.
-  void ForgetBrought(const StkFunction& function) { brought_.erase(function.index); }
+  void ForgetBrought(const StkFunction& function);
+  // What was noted and forgotten of the file that has been read, before what it states is put in
+  // force.
+  void PutBroughtInForce();
   // None: what is in force is the user's. (Its callees are the extra callees.)
   const BroughtStatement* Brought(const StkFunction& function) const;
   // What the user keeps under the statement that the input brings of this function.
@@ -200,7 +208,8 @@ class StkFunctionTable {
   // By index; what is stated may be an empty list.
   std::unordered_map<uint32_t, StkFunctionList> directCallees_;
   std::map<uint32_t, StkFunctionList> pendingDirectCallees_;
-  std::unordered_map<uint32_t, BroughtStatement> brought_;  // by index
+  std::unordered_map<uint32_t, BroughtStatement> brought_;          // by index
+  std::map<uint32_t, std::optional<BroughtPlace>> pendingBrought_;  // none: to be forgotten
   uint32_t unknownCount_ = 0;
   uint32_t adjustedCount_ = 0;
   // Kept from one computation to the next of the same graph:

@@ -136,7 +136,8 @@ std::optional<StkAdjustment> AdjustmentForm::BuildAdjustment() const {
     adjustment.margin = *margin;
     stated = true;
   }
-  return stated ? std::optional(std::move(adjustment)) : std::nullopt;
+  // Those that the function calls directly are not shown, and no field takes them away.
+  return stated || !directCallees_.empty() ? std::optional(std::move(adjustment)) : std::nullopt;
 }
 
 void ShowRefusal(const AdjustmentForm::Refusal& refusal, StkReporter& reporter) {

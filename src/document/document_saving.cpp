@@ -87,8 +87,8 @@ bool CStkDoc::CanStateHere(const StkFunction& function) {
   const BroughtStatement* brought = functionTable_->Brought(function);
   if (brought != nullptr) {
     reporter_.ShowWarning(MessageKey::kW9468,
-                          {FunctionSpecName(function, host_.codePage), MessageFile{brought->path},
-                           MessageLine{brought->line}});
+                          {FunctionSpecName(function, host_.codePage),
+                           MessageFile{brought->place.path}, MessageLine{brought->place.line}});
   }
   return brought == nullptr;
 }
@@ -109,7 +109,7 @@ void CStkDoc::StartWriting(StkSpecWriter::Mode mode, std::string path) {
 std::vector<std::string> CStkDoc::LinesToKeep() const {
   std::vector<std::string> lines;
   for (const StaleStatement& stale : stale_) {
-    if (stale.function == nullptr || !stale.function->HasStatement()) {
+    if (stale.function == nullptr || functionTable_->Kept(*stale.function).None()) {
       lines.push_back(stale.text);
     }
   }
@@ -159,7 +159,9 @@ void CStkDoc::TakeChangedSystemFile(const ChangedSystemFile& changed) {
   if (changed.text) {
     merge = MergeSystemFile(*changed.text, input_->SystemFilePath(), unsaved_, *functionTable_,
                             *rootList_, reporter_);
-    stale_ = std::move(merge.stale);
+    if (merge.read) {
+      stale_ = std::move(merge.stale);
+    }
   }
   const std::optional<uint64_t> content = changed.fingerprint;
   seenSystemFile_ = merge.whole ? StkSystemFileKeeper::Seen{content, std::nullopt}

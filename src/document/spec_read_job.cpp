@@ -161,6 +161,7 @@ void StkSpecReadJob::HandOver(StkSpecReader& source) {
   if (discarded) {
     functions_.DiscardPendingAdjustments();
   } else {
+    functions_.PutBroughtInForce();
     stated = functions_.PutDirectCalleesInForce();
     const StkFunctionList pending = Pending();
     stated.insert(stated.end(), pending.begin(), pending.end());

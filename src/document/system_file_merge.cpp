@@ -18,6 +18,11 @@ namespace velkor {
 
 namespace {
 
+// A line that states only callees which the function calls directly adjusts nothing.
+bool Adjusts(const StkAdjustment& stated) {
+  return stated.margin != kNoMargin || stated.depth != kNoDepth || !stated.callees->empty();
+}
+
 // What the lines of the file state, by function.
 class Statements {
  public:
@@ -64,8 +69,21 @@ class Statements {
     adjustment.depth = line.Depth();
     adjustment.SetCallees(line.Callees(), functions_.GetCodePage());
     adjustment.directCallees = line.DirectCallees();
-    SortByName(adjustment.directCallees, functions_.GetCodePage());
-    return byFunction_.emplace(line.Function(), std::move(adjustment)).second;
+    return Join(byFunction_[line.Function()], std::move(adjustment));
+  }
+
+  // False for a second line that adjusts the function.
+  bool Join(StkAdjustment& known, StkAdjustment line) {
+    StkFunctionList direct = std::move(known.directCallees);
+    for (StkFunction* callee : line.directCallees) {
+      InsertByName(direct, *callee, functions_.GetCodePage());
+    }
+    const bool first = !known.callees || !Adjusts(known);
+    if (first) {
+      known = std::move(line);
+    }
+    known.directCallees = std::move(direct);
+    return first || !Adjusts(line);
   }
 
   const StkFunctionTable& functions_;
@@ -119,10 +137,6 @@ class Merging {
   bool CalleesChanged() const { return calleesChanged_; }
 
  private:
-  // The lines of functions of which only callees are stated that they call directly adjust nothing.
-  static bool Adjusts(const StkAdjustment& stated) {
-    return stated.margin != kNoMargin || stated.depth != kNoDepth || !stated.callees->empty();
-  }
   bool IsInForce(const StkAdjustment& stated, const StkFunction& function) const {
     const StkAppliedAdjustment now =
         function.adjustment ? *function.adjustment : StkAppliedAdjustment();
@@ -199,7 +213,8 @@ SystemFileMerge MergeSystemFile(std::string_view text, const std::string& path,
   std::erase_if(stated.Stale(), [&own](const StaleStatement& stale) {
     return stale.function != nullptr && own.contains(stale.function);
   });
-  return {.whole = merging.Compute(),
+  return {.read = true,
+          .whole = merging.Compute(),
           .changed = merging.Changed(),
           .calleesChanged = merging.CalleesChanged(),
           .stale = std::move(stated.Stale())};

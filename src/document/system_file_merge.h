@@ -13,6 +13,7 @@
 namespace velkor {
 
 struct SystemFileMerge {
+  bool read = false;     // no line of the file is erroneous
   bool whole = false;    // everything that the file states is in force, or replaced by one's own
   bool changed = false;  // adjustments in force
   bool calleesChanged = false;

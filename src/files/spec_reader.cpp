@@ -93,7 +93,9 @@ void StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
     return;
   }
   BeforeStating(table, function, lineNumber);
-  table.StateDirectCallees(function, line.DirectCallees());
+  if (!line.Callees().empty() || !line.DirectCallees().empty()) {
+    table.StateDirectCallees(function, line.DirectCallees());
+  }
   if (!line.AttributeSeen()) {
     return;
   }

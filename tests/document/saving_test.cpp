@@ -189,6 +189,22 @@ TEST_F(SavingTest, LinesThatNameNoFunctionAreKeptUntilTheyDo) {
   EXPECT_EQ(SystemFile(), "");
 }
 
+TEST_F(SavingTest, StatedDirectCalleesOutliveOtherStatements) {
+  PutAdjustable();
+  host.files.Put(kSystemFile, "main, CALL=f\r\n");
+  host.files.Put("C:\\u.txt", "main, ADD=6\r\n");
+  OpenAndFinish();
+  ASSERT_TRUE(document.LoadSpecFile("C:\\u.txt"));
+  Finish();
+  EXPECT_EQ(SystemFile(), "main, ADD=6, CALL=f\r\n");
+  StkAdjustment onlyDirect;
+  onlyDirect.directCallees = {Find("f")};
+  ASSERT_TRUE(document.AdjustFunction(*Find("main"), onlyDirect));
+  Finish();
+  EXPECT_EQ(SystemFile(), "main, CALL=f\r\n");
+  EXPECT_EQ(Find("main")->adjustment, nullptr);
+}
+
 TEST_F(SavingTest, ASystemFileThatCannotBeKeptIsNotReplaced) {
   PutAdjustable();
   const std::string old = "f, ADD=1\r\nmain, RECTIME=4\r\n";
