@@ -189,6 +189,7 @@ class UnitRecorder {
       return;
     }
     std::vector<std::string_view> names;
+    names.reserve(unknown.size());
     for (const uint32_t function : unknown) {
       names.push_back(object.Facts().Functions()[function].name);
     }
