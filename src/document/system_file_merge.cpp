@@ -79,11 +79,12 @@ class Statements {
       InsertByName(direct, *callee, functions_.GetCodePage());
     }
     const bool first = !known.callees || !Adjusts(known);
+    const bool taken = first || !Adjusts(line);
     if (first) {
       known = std::move(line);
     }
     known.directCallees = std::move(direct);
-    return first || !Adjusts(line);
+    return taken;
   }
 
   const StkFunctionTable& functions_;
