@@ -272,16 +272,8 @@ void StkFunctionTable::NoteBrought(const StkFunction& function, std::string_view
   pendingBrought_[function.index] = BroughtPlace{std::string(path), line};
 }
 
-void StkFunctionTable::ForgetBrought(const StkFunction& function) {
-  pendingBrought_[function.index] = std::nullopt;
-}
-
 void StkFunctionTable::PutBroughtInForce() {
   for (auto& [index, place] : pendingBrought_) {
-    if (!place) {
-      brought_.erase(index);
-      continue;
-    }
     const StkFunction& function = *functions_[index];
     const auto [entry, isNew] = brought_.try_emplace(index);
     BroughtStatement& brought = entry->second;
@@ -292,7 +284,7 @@ void StkFunctionTable::PutBroughtInForce() {
     if (isNew) {
       brought.keptDirectCallees = DirectCallees(function);
     }
-    brought.place = std::move(*place);
+    brought.place = std::move(place);
   }
   pendingBrought_.clear();
 }

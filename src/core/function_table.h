@@ -141,9 +141,7 @@ class StkFunctionTable {
   // A file of the input is about to state something of the function, in place of what is in force
   // now, or of what the statement before has taken the place of.
   void NoteBrought(const StkFunction& function, std::string_view path, uint32_t line);
-  // The user has stated something newer.
-  void ForgetBrought(const StkFunction& function);
-  // What was noted and forgotten of the file that has been read, before what it states is put in
+  // What was noted of the file that has been read, before what it states is put in
   // force.
   void PutBroughtInForce();
   // None: what is in force is the user's. (Its callees are the extra callees.)
@@ -208,8 +206,8 @@ class StkFunctionTable {
   // By index; what is stated may be an empty list.
   std::unordered_map<uint32_t, StkFunctionList> directCallees_;
   std::map<uint32_t, StkFunctionList> pendingDirectCallees_;
-  std::unordered_map<uint32_t, BroughtStatement> brought_;          // by index
-  std::map<uint32_t, std::optional<BroughtPlace>> pendingBrought_;  // none: to be forgotten
+  std::unordered_map<uint32_t, BroughtStatement> brought_;  // by index
+  std::map<uint32_t, BroughtPlace> pendingBrought_;
   uint32_t unknownCount_ = 0;
   uint32_t adjustedCount_ = 0;
   // Kept from one computation to the next of the same graph:

@@ -170,8 +170,12 @@ bool CStkDoc::LoadSpecFile(std::string_view path, bool saveAfter) {
     filesInMemory_.emplace_back(path);
   }
   std::vector<std::unique_ptr<StkSpecReader>> sources;
-  sources.push_back(std::make_unique<StkSpecReader>(SpecificationKind::kUserFile, std::string(path),
-                                                    host_, reporter_));
+  if (saveAfter) {
+    sources.push_back(std::make_unique<StkSpecReader>(SpecificationKind::kUserFile,
+                                                      std::string(path), host_, reporter_));
+  } else {
+    sources.push_back(std::make_unique<StkInputFileReader>(std::string(path), host_, reporter_));
+  }
   StartReading(std::move(sources));
   return true;
 }

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "core/function_text.h"
 #include "files/spec_language.h"
 #include "files/spec_line_parser.h"
 #include "platform/limits.h"
@@ -92,7 +93,9 @@ void StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
     }
     return;
   }
-  BeforeStating(table, function, lineNumber);
+  if (!MayState(table, function, lineNumber)) {
+    return;
+  }
   if (!line.Callees().empty() || !line.DirectCallees().empty()) {
     table.StateDirectCallees(function, line.DirectCallees());
   }
@@ -110,14 +113,21 @@ void StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
   table.SetPendingAdjustment(function, std::move(adjustment));
 }
 
-void StkSpecReader::BeforeStating(StkFunctionTable& table, const StkFunction& function,
-                                  uint32_t /*lineNumber*/) {
-  table.ForgetBrought(function);
+bool StkSpecReader::MayState(StkFunctionTable& table, const StkFunction& function,
+                             uint32_t /*lineNumber*/) {
+  const BroughtStatement* brought = table.Brought(function);
+  if (brought != nullptr) {
+    reporter_.PostWarning(MessageKey::kW9468,
+                          {FunctionSpecName(function, host_.codePage),
+                           MessageFile{brought->place.path}, MessageLine{brought->place.line}});
+  }
+  return brought == nullptr;
 }
 
-void StkInputFileReader::BeforeStating(StkFunctionTable& table, const StkFunction& function,
-                                       uint32_t lineNumber) {
+bool StkInputFileReader::MayState(StkFunctionTable& table, const StkFunction& function,
+                                  uint32_t lineNumber) {
   table.NoteBrought(function, path_, lineNumber);
+  return true;
 }
 
 bool StkSpecReader::HandleError(const StkMessage& error, Event& stopEvent) {

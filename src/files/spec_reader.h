@@ -54,9 +54,9 @@ class StkSpecReader : public SpecificationSource {
   bool CallsSeen() const { return callsSeen_; }
 
  protected:
-  // A line is about to take effect.
-  virtual void BeforeStating(StkFunctionTable& table, const StkFunction& function,
-                             uint32_t lineNumber);
+  // Asked before a line takes effect. False after a warning: a file of the input, which wins,
+  // states the function.
+  virtual bool MayState(StkFunctionTable& table, const StkFunction& function, uint32_t lineNumber);
   // The file at the path; none when that fails, with nothing reported.
   std::unique_ptr<StkByteSource> OpenFile();
   std::unique_ptr<StkByteSource> Taken(OpenResult<InputFile> opened);
@@ -83,16 +83,15 @@ class StkSpecReader : public SpecificationSource {
   StopAnswer answer_ = StopAnswer::kRetry;
 };
 
-// A file that the input itself brings: its statements win over those that the user keeps, which
-// are not lost by that.
+// A file that the input itself brings, or that is taken in memory only: its statements win over
+// those that the user keeps, which are not lost by that.
 class StkInputFileReader : public StkSpecReader {
  public:
   StkInputFileReader(std::string path, Host& host, StkReporter& reporter)
       : StkSpecReader(SpecificationKind::kUserFile, std::move(path), host, reporter) {}
 
  protected:
-  void BeforeStating(StkFunctionTable& table, const StkFunction& function,
-                     uint32_t lineNumber) override;
+  bool MayState(StkFunctionTable& table, const StkFunction& function, uint32_t lineNumber) override;
 };
 
 // The stk system file, where the user's adjustments live between runs. A missing one is normal. One

@@ -68,10 +68,20 @@ TEST_F(GccFolder, KeepsStatementsBesideAVelkorTomlWhoseFilesWin) {
   EXPECT_EQ(Saved(), "main, ADD=4\r\nrec, RECTIME=7\r\n") << "the user's own is kept";
   EXPECT_EQ(Run({"reset", "velkor.toml", "--all"}).status, 0);
   EXPECT_EQ(Saved(), "rec, RECTIME=7\r\n");
+  folder_.Put("mine.txt", "rec, RECTIME=5\nmain, ADD=x\n");
+  EXPECT_EQ(Run({"load", "velkor.toml", "mine.txt", "--on-error", "abort"}).status, 1);
   folder_.Put("mine.txt", "rec, RECTIME=5\n");
-  EXPECT_EQ(Run({"load", "velkor.toml", "mine.txt"}).status, 0);
-  EXPECT_EQ(Saved(), "rec, RECTIME=5\r\n") << "what is loaded now is the user's";
+  const ProgramRun refused = Run({"load", "velkor.toml", "mine.txt"});
+  EXPECT_EQ(refused.status, 1);
+  EXPECT_NE(refused.err.find("W9468"), std::string::npos) << refused.err;
+  EXPECT_EQ(Saved(), "rec, RECTIME=7\r\n");
+  EXPECT_EQ(Run({"analyze", "velkor.toml", "--load", folder_.Path("mine.txt")}).status, 0);
   EXPECT_EQ(Number("velkor.toml", "rec", "depth"), 3);
+
+  // Neither is a line that names nothing lost under it.
+  folder_.Put("velkor.psg", "rec, CALL=gone\r\n");
+  EXPECT_EQ(Run({"adjust", "velkor.toml", "main", "--margin", "4"}).status, 0);
+  EXPECT_TRUE(Saved().ends_with("\r\nrec, CALL=gone\r\n")) << Saved();
 
   // Of what only a file of the input states, nothing is kept.
   fs::remove(folder_.Path("velkor.psg"));
