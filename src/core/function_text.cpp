@@ -11,14 +11,15 @@ std::string SizeText(uint32_t size) {
 }  // namespace
 
 std::string_view CName(const StkFunction& function) {
-  if (!function.shownName.empty()) {
-    return function.shownName;
+  return function.shownName.empty() ? CNameOfSymbol(function.name, function.flags)
+                                    : function.shownName;
+}
+
+std::string_view CNameOfSymbol(std::string_view symbol, uint32_t flags) {
+  if ((flags & FN_PLAIN_SYMBOL) == 0 && symbol.starts_with('_')) {
+    symbol.remove_prefix(1);
   }
-  std::string_view name = function.name;
-  if (!function.Is(FN_PLAIN_SYMBOL) && name.starts_with('_')) {
-    name.remove_prefix(1);
-  }
-  return name;
+  return symbol;
 }
 
 std::string FunctionSpecName(const StkFunction& function, const CodePage& codePage) {
@@ -38,43 +39,50 @@ std::string FunctionSpecName(const StkFunction& function, const CodePage& codePa
 }
 
 std::string FunctionDisplayName(const StkFunction& function, const CodePage& codePage) {
-  std::string text = FunctionSpecName(function, codePage);
-  if (function.Is(FN_RECURSIVE)) {
-    text += '*';
+  return FunctionSpecName(function, codePage) + DisplayMarks(function.flags);
+}
+
+std::string DisplayMarks(uint32_t flags) {
+  const std::string recursive = (flags & FN_RECURSIVE) != 0 ? "*" : "";
+  return recursive + ((flags & FN_INDIRECT_CALL) != 0 ? "&" : "");
+}
+
+ShownSizes::ShownSizes(const StkFunction& function)
+    : flags(function.flags),
+      frameSize(function.frameSize),
+      totalStackSize(function.totalStackSize),
+      librarySize(function.librarySize),
+      adjustment(function.adjustment.get()) {}
+
+std::string TotalSizeText(const ShownSizes& sizes) {
+  const bool known = sizes.totalStackSize == kOverSize ||
+                     (sizes.flags & (FN_DEFINED | FN_LIBRARY)) != 0 || sizes.adjustment != nullptr;
+  return known ? SizeText(sizes.totalStackSize) : "?";
+}
+
+std::string FrameSizeText(const ShownSizes& sizes) {
+  return (sizes.flags & FN_DEFINED) != 0 ? SizeText(sizes.frameSize) : "?";
+}
+
+std::string MarginText(const ShownSizes& sizes) {
+  if (sizes.adjustment != nullptr) {
+    const uint32_t margin = sizes.adjustment->margin;
+    return margin == kNoMargin ? "" : SizeText(margin);
   }
-  if (function.Is(FN_INDIRECT_CALL)) {
-    text += '&';
-  }
-  return text;
+  const bool known = (sizes.flags & (FN_LIBRARY | FN_FIXED_EXTRA)) != 0;
+  return known ? SizeText(sizes.librarySize) : "";
 }
 
-std::string TotalSizeText(const StkFunction& function) {
-  const bool known = function.totalStackSize == kOverSize || !function.IsUnknown() ||
-                     function.adjustment != nullptr;
-  return known ? SizeText(function.totalStackSize) : "?";
-}
-
-std::string FrameSizeText(const StkFunction& function) {
-  return function.Is(FN_DEFINED) ? SizeText(function.frameSize) : "?";
-}
-
-std::string MarginText(const StkFunction& function) {
-  if (function.adjustment) {
-    return function.adjustment->margin == kNoMargin ? "" : SizeText(function.adjustment->margin);
-  }
-  return function.Is(FN_LIBRARY | FN_FIXED_EXTRA) ? SizeText(function.librarySize) : "";
-}
-
-std::string RecursionText(const StkFunction& function) {
-  if (!function.adjustment || function.adjustment->depth == kNoDepth) {
+std::string RecursionText(const ShownSizes& sizes) {
+  if (sizes.adjustment == nullptr || sizes.adjustment->depth == kNoDepth) {
     return {};
   }
-  return "*" + std::to_string(function.adjustment->depth);
+  return "*" + std::to_string(sizes.adjustment->depth);
 }
 
-std::string AdjustmentInfoText(const StkFunction& function, AdjustmentStyle style) {
-  const std::string margin = MarginText(function);
-  std::string recursion = RecursionText(function);
+std::string AdjustmentInfoText(const ShownSizes& sizes, AdjustmentStyle style) {
+  const std::string margin = MarginText(sizes);
+  std::string recursion = RecursionText(sizes);
   if (margin.empty()) {
     return recursion;
   }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <vector>
 
@@ -7,33 +8,26 @@
 
 namespace velkor {
 
+// One kind of what keeps a function from a bound, and a function to blame for it, by index.
+struct ReasonWitness {
+  ReasonKind kind{};
+  uint32_t function = 0;
+};
+
 // For every function without a bound a function to blame of each kind: itself, else one that it can
-// reach (for recursion: a member of the unsettled group). Made in one walk over the functions of a
-// computed table, which must not change meanwhile; linear in functions and calls.
+// reach (for recursion: a member of the unsettled group). A value of four bytes a function for each
+// kind that there is; keeps neither the table nor the bounds. Made in one walk over the functions
+// of a computed table; linear in functions and calls.
 class ReasonWitnesses {
  public:
-  struct Reason {
-    ReasonKind kind;
-    const StkFunction* function;
-  };
-
+  ReasonWitnesses() = default;  // of no function
   ReasonWitnesses(const StkFunctionTable& table, const StkBounds& bounds);
 
-  // One of each kind of bounds.Reasons(function), in the order of the kinds.
-  std::vector<Reason> Of(const StkFunction& function) const;
+  // One of each kind of StkBounds::Reasons, in the order of the kinds.
+  std::vector<ReasonWitness> Of(uint32_t function) const;
 
  private:
-  using Blamed = std::vector<uint32_t>;  // by function; kNone where the kind does not reach
-
-  static constexpr uint32_t kNone = 0xFFFFFFFF;
-
-  Blamed Find(ReasonKind kind) const;
-  uint32_t BlamedFor(const Blamed& blamed, std::span<const uint32_t> members,
-                     ReasonKind kind) const;
-
-  const StkFunctionTable& table_;
-  const StkBounds& bounds_;
-  std::array<Blamed, kReasonKinds.size()> blamed_;  // empty for a kind that nothing has
+  std::array<std::vector<uint32_t>, kReasonKinds.size()> blamed_;  // empty for a kind that is not
 };
 
 }  // namespace velkor

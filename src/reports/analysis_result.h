@@ -6,13 +6,14 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "core/bounds.h"
 #include "core/explanation.h"
-#include "core/name_table.h"
+#include "core/function_text.h"
 #include "core/reason.h"
+#include "core/reason_witnesses.h"
+#include "reports/text_list.h"
 
 namespace velkor::reports {
 
@@ -41,52 +42,33 @@ struct AnalysisNote {
   std::optional<uint32_t> function;
 };
 
-// One kind of what keeps a function from a bound, and a function that it reaches and that has it.
-struct AnalysedReason {
-  ReasonKind kind{};
-  uint32_t function = 0;
-};
+inline constexpr uint32_t kNoFile = 0xFFFFFFFF;
 
-// A place where a function calls through a pointer. Texts as in AnalysedFunction.
+// A place where a function calls through a pointer.
 struct AnalysedSite {
-  uint32_t file = NameTable::kNone;
-  uint32_t line = 0;  // from 1; 0: not told
+  uint32_t file = kNoFile;  // as in AnalysedFunction
+  uint32_t line = 0;        // from 1; 0: not told
   uint32_t column = 0;
 };
 
-// One function. What is a text is the number of a text of the result; kNone: none.
+// The numbers of one function. Those that few functions have, and its texts, are the result's to
+// answer.
 struct AnalysedFunction {
-  static constexpr uint32_t kNone = NameTable::kNone;
-
-  uint32_t name = kNone;
-  uint32_t specName = kNone;
-  uint32_t displayName = kNone;
-  uint32_t statement = kNone;  // what names this function, and no other, in a specification file
-  uint32_t file = kNone;
-  uint32_t frameText = kNone;
-  uint32_t totalText = kNone;
-  uint32_t adjustmentText = kNone;    // as columns show it
-  uint32_t adjustmentReport = kNone;  // as lines show it
-  uint32_t line = 0;                  // of the file; 0: not known
-  uint32_t flags = 0;                 // FN_...
+  uint64_t known = 0;        // bytes: the bound, unless the state is kUnbounded
+  uint32_t file = kNoFile;   // in the files of the result
+  uint32_t line = 0;         // of the file; 0: not known
+  uint32_t flags = 0;        // FN_...
   uint32_t frameSize = 0;
   uint32_t totalStackSize = 0;
-  uint32_t librarySize = 0;
-  uint32_t margin = kNoMargin;  // of the adjustment in force, like depth
-  uint32_t depth = kNoDepth;
   int32_t chainCount = 1;
   uint32_t firstCall = 0;  // in the calls of the result: callees, then extra callees
-  uint32_t calleeCount = 0;
   uint32_t extraCalleeCount = 0;
-  uint32_t firstReason = 0;  // in the reasons of the result
-  uint8_t reasonCount = 0;
   ReasonSet ownReasons;
   FunctionKind kind{};
   BoundState state{};
   FunctionSource source{};
   bool complete = false;  // bounded, and the total is not below the bound
   bool adjusted = false;
-  uint64_t known = 0;  // bytes: the bound, unless the state is kUnbounded
 
   bool Is(uint32_t flag) const { return (flags & flag) != 0; }
   bool IsUnknown() const { return !Is(FN_DEFINED) && !Is(FN_LIBRARY); }
@@ -102,12 +84,23 @@ struct FunctionsByName {
   std::vector<uint32_t> library;  // and not adjusted
 };
 
+// What is written of functions, by index. Of names and statements only what does not follow from
+// the rest.
+struct AnalysedTexts {
+  TextList names;             // symbols
+  TextsOfFew shownNames;      // for people, where the C name does not follow from the symbol
+  TextsOfFew specNames;       // where they are not the C name alone
+  TextsOfFew statements;      // where they are not the spec name; empty: nothing names the function
+  TextsOfFew cutSpecNames;    // what a line shows of those that are too long for it
+  TextsOfFew cutDisplayNames;
+};
+
 // A finished analysis as a value: all that the outputs write, and nothing of what computed it, so
 // that it outlives the document, moves to another thread and stands beside another one. Not the
 // analysis itself: it neither changes with it nor can be changed and computed anew.
 //
-// Texts are UTF-8. Functions are known by their indices, those of the table. Less than 200 bytes a
-// function, besides names and calls; equal texts are kept once.
+// Texts are UTF-8. Functions are known by their indices, those of the table. Less than 100 bytes a
+// function, besides names and calls.
 struct AnalysisResult {
   std::string project;
   std::string compilerName;
@@ -120,42 +113,53 @@ struct AnalysisResult {
   uint32_t unknownCount = 0;
   uint32_t adjustedCount = 0;
   bool overflow = false;  // the total of a top-level function is over the limit
+  std::string atLeast;    // before a number that can be larger: "≥", where the project has it
 
   std::vector<AnalysedFunction> functions;
   std::vector<uint32_t> roots;  // ascending
   std::vector<RecursionGroup> groups;
   FunctionsByName lists;
   Explanations explanations;
+  ReasonWitnesses witnesses;
   std::vector<uint32_t> calls;
-  std::vector<AnalysedReason> reasons;
-  std::unordered_map<uint32_t, std::vector<AnalysedSite>> indirectSites;  // by function
-  NameTable texts;
-  // Names that are too long for a line, and what a line shows of each.
-  std::unordered_map<uint32_t, std::string> cutNames;
-  std::string atLeast;  // before a number that can be larger: "≥", where the project has it
+  std::vector<std::string> files;
+  AnalysedTexts texts;
+  ValuesOfFew<StkAppliedAdjustment> adjustments;
+  ValuesOfFew<uint32_t> librarySizes;
+  ValuesOfFew<std::vector<AnalysedSite>> indirectSites;
 
-  std::string_view Text(uint32_t text) const {
-    return text == AnalysedFunction::kNone ? std::string_view() : texts[text];
+  // The symbol.
+  std::string_view Name(uint32_t function) const { return texts.names[function]; }
+  // As FunctionSpecName and FunctionDisplayName say.
+  std::string_view SpecName(uint32_t function) const;
+  std::string DisplayName(uint32_t function) const;
+  // The same on one line, and no longer than a line bears.
+  std::string ShownSpecName(uint32_t function) const;
+  std::string ShownDisplayName(uint32_t function) const;
+  // What names this function, and no other, in a specification file; none where nothing does.
+  std::optional<std::string_view> Statement(uint32_t function) const;
+  // By number; empty: none.
+  std::string_view File(uint32_t file) const;
+
+  std::string FrameText(uint32_t function) const { return FrameSizeText(Sizes(function)); }
+  std::string TotalText(uint32_t function) const { return TotalSizeText(Sizes(function)); }
+  std::string AdjustmentText(uint32_t function, AdjustmentStyle style) const {
+    return AdjustmentInfoText(Sizes(function), style);
   }
+  // In force; without margin and depth where there is none.
+  StkAppliedAdjustment Adjustment(uint32_t function) const;
+  uint32_t LibrarySize(uint32_t function) const;
+
+  std::span<const uint32_t> Callees(uint32_t function) const;
+  std::span<const uint32_t> ExtraCallees(uint32_t function) const;
+  std::span<const uint32_t> AllCallees(uint32_t function) const;
   // Where the input has them.
-  std::span<const AnalysedSite> Sites(const AnalysedFunction& function) const {
-    const auto sites = indirectSites.find(static_cast<uint32_t>(&function - functions.data()));
-    return sites == indirectSites.end() ? std::span<const AnalysedSite>() : sites->second;
-  }
-  std::span<const uint32_t> Callees(const AnalysedFunction& function) const {
-    return AllCallees(function).first(function.calleeCount);
-  }
-  std::span<const uint32_t> ExtraCallees(const AnalysedFunction& function) const {
-    return AllCallees(function).last(function.extraCalleeCount);
-  }
-  std::span<const uint32_t> AllCallees(const AnalysedFunction& function) const {
-    return std::span(calls).subspan(function.firstCall,
-                                    size_t{function.calleeCount} + function.extraCalleeCount);
-  }
+  std::span<const AnalysedSite> Sites(uint32_t function) const;
   // One of each kind that the function can reach, in the order of the kinds.
-  std::span<const AnalysedReason> Reasons(const AnalysedFunction& function) const {
-    return std::span(reasons).subspan(function.firstReason, function.reasonCount);
-  }
+  std::vector<ReasonWitness> Reasons(uint32_t function) const { return witnesses.Of(function); }
+
+ private:
+  ShownSizes Sizes(uint32_t function) const;
 };
 
 }  // namespace velkor::reports

@@ -9,12 +9,13 @@ std::string_view YesOrNo(bool value) {
   return value ? "yes" : "no";
 }
 
-std::string Row(const AnalysisResult& result, const AnalysedFunction& function) {
-  std::string row;
-  for (const uint32_t text : {function.specName, function.totalText, function.frameText,
-                              function.adjustmentText, function.file}) {
-    row += CsvField(result.Text(text)) + ',';
-  }
+std::string Row(const AnalysisResult& result, uint32_t index) {
+  const AnalysedFunction& function = result.functions[index];
+  std::string row = CsvField(result.SpecName(index)) + ',';
+  row += CsvField(result.TotalText(index)) + ',';
+  row += CsvField(result.FrameText(index)) + ',';
+  row += CsvField(result.AdjustmentText(index, AdjustmentStyle::kList)) + ',';
+  row += CsvField(result.File(function.file)) + ',';
   row += YesOrNo(function.Is(FN_ROOT));
   row += ',';
   row += YesOrNo(function.complete);
@@ -49,7 +50,7 @@ std::string CsvField(std::string_view text) {
 
 void WriteCsv(const AnalysisResult& result, ResultOutput& output) {
   output.Write("name,total,frame,adjustment,file,top-level,complete,bound,state,known\n");
-  for (const AnalysedFunction& function : result.functions) {
+  for (uint32_t function = 0; function < result.functions.size(); ++function) {
     output.Write(Row(result, function));
   }
 }

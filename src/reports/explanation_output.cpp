@@ -53,7 +53,7 @@ class ExplanationJson {
   }
 
   void WriteFunction(uint32_t function) {
-    json_.Text("function", result_.Text(result_.functions[function].specName));
+    json_.Text("function", result_.SpecName(function));
   }
 
   const AnalysisResult& result_;

@@ -67,8 +67,8 @@ void ExplanationRows::WriteFunction(uint32_t function) {
   const AnalysedFunction& shown = At(function);
   const bool unbounded = shown.state == BoundState::kUnbounded;
   output_.Write(Line({.bytes = (unbounded ? result_.atLeast : "") + std::to_string(shown.known),
-                      .total = std::string(result_.Text(shown.totalText)),
-                      .frame = std::string(result_.Text(shown.frameText))},
+                      .total = result_.TotalText(function),
+                      .frame = result_.FrameText(function)},
                      0, Name(function) + (drawn ? "" : "  (chain not drawn: --full draws it)")));
   if (drawn) {
     WriteRows(function);
@@ -102,7 +102,7 @@ void ExplanationRows::WriteRow(const ExplanationRow& row) {
   }
   output_.Write(Line({.bytes = std::to_string(row.bytes),
                       .total = "",
-                      .frame = std::string(result_.Text(At(row.function).frameText))},
+                      .frame = result_.FrameText(row.function)},
                      1, text));
   if (!row.calls.empty()) {
     WriteCalls(row);
@@ -150,11 +150,12 @@ void ExplanationRows::WriteReason(std::string_view reason, const NamedFunctions&
 }
 
 std::string ExplanationRows::Name(uint32_t function) const {
-  return ShownName(result_, At(function).displayName);
+  return result_.ShownDisplayName(function);
 }
 
 std::string ExplanationRows::NameAndAdjustment(uint32_t function) const {
-  const std::string adjustment(result_.Text(At(function).adjustmentReport));
+  const std::string adjustment =
+      result_.AdjustmentText(function, AdjustmentStyle::kReport);
   return Name(function) + (adjustment.empty() ? "" : "  " + adjustment);
 }
 

@@ -2,19 +2,12 @@
 
 #include <algorithm>
 
-#include "reports/terminal_text.h"
-
 namespace velkor::reports {
 namespace {
 
 constexpr size_t kMostNames = 10;
 
 }  // namespace
-
-std::string ShownName(const AnalysisResult& result, uint32_t name) {
-  const auto cut = result.cutNames.find(name);
-  return OneLine(cut != result.cutNames.end() ? cut->second : result.Text(name));
-}
 
 std::string NameList(const AnalysisResult& result, std::span<const uint32_t> named,
                      uint64_t count) {
@@ -23,7 +16,7 @@ std::string NameList(const AnalysisResult& result, std::span<const uint32_t> nam
     if (!text.empty()) {
       text += ", ";
     }
-    text += ShownName(result, result.functions[function].specName);
+    text += result.ShownSpecName(function);
   }
   if (named.size() < count) {
     text += " and " + std::to_string(count - named.size()) + " more";

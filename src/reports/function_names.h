@@ -8,10 +8,6 @@
 
 namespace velkor::reports {
 
-// A name, by its number among the texts, as a line of the text output shows it: on one line, and no
-// longer than a line bears.
-std::string ShownName(const AnalysisResult& result, uint32_t name);
-
 // "main, util.c#step and 3 more": the given functions out of count.
 std::string NameList(const AnalysisResult& result, std::span<const uint32_t> named, uint64_t count);
 // All of the list, or as many as a line bears.

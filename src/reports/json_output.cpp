@@ -24,7 +24,7 @@ class JsonOutput {
     json_.Indices("roots", result_.roots);
     WriteGroups();
     json_.StartArray("functions");
-    for (const AnalysedFunction& function : result_.functions) {
+    for (uint32_t function = 0; function < result_.functions.size(); ++function) {
       WriteFunction(function);
     }
     json_.EndArray();
@@ -110,48 +110,45 @@ class JsonOutput {
     json_.EndArray();
   }
 
-  void WriteFunction(const AnalysedFunction& function) {
-    const auto index = static_cast<uint32_t>(&function - result_.functions.data());
+  void WriteFunction(uint32_t index) {
+    const AnalysedFunction& function = result_.functions[index];
     const uint32_t group = result_.explanations.GroupOf(index);
     json_.StartObject();
-    WriteNames(function);
+    WriteNames(index);
     json_.Text("kind", KindName(function.kind));
     WriteFlags(function);
-    WriteSizes(function);
-    WriteBound(function);
-    json_.Number("librarySize", function.librarySize);
+    WriteSizes(index);
+    WriteBound(index);
+    json_.Number("librarySize", result_.LibrarySize(index));
     json_.Number("chainCount", static_cast<uint32_t>(function.chainCount));
-    WriteAdjustment(function);
+    WriteAdjustment(index);
     json_.Bool("complete", function.complete);
     json_.NumberOrNull("group", group != StkBounds::kNoGroup, group);
-    json_.Indices("callees", result_.Callees(function));
-    json_.Indices("extraCallees", result_.ExtraCallees(function));
-    WriteSites(function);
+    json_.Indices("callees", result_.Callees(index));
+    json_.Indices("extraCallees", result_.ExtraCallees(index));
+    WriteSites(index);
     json_.EndObject();
   }
 
-  void WriteNames(const AnalysedFunction& function) {
-    json_.Text("name", result_.Text(function.name));
-    json_.Text("specName", result_.Text(function.specName));
-    json_.Text("displayName", result_.Text(function.displayName));
-    if (function.file != AnalysedFunction::kNone) {
-      json_.Text("file", result_.Text(function.file));
+  void WriteNames(uint32_t index) {
+    const AnalysedFunction& function = result_.functions[index];
+    json_.Text("name", result_.Name(index));
+    json_.Text("specName", result_.SpecName(index));
+    json_.Text("displayName", result_.DisplayName(index));
+    if (function.file != kNoFile) {
+      json_.Text("file", result_.File(function.file));
     } else {
       json_.Null("file");
     }
-    if (const std::string_view statement = result_.Text(function.statement); !statement.empty()) {
-      json_.Text("statement", statement);
-    } else {
-      json_.Null("statement");
-    }
+    json_.TextOrNull("statement", result_.Statement(index).value_or(""));
     json_.NumberOrNull("line", function.line != 0, function.line);
   }
 
-  void WriteSites(const AnalysedFunction& function) {
+  void WriteSites(uint32_t index) {
     json_.StartArray("indirectSites");
-    for (const AnalysedSite& site : result_.Sites(function)) {
+    for (const AnalysedSite& site : result_.Sites(index)) {
       json_.StartObject();
-      json_.TextOrNull("file", result_.Text(site.file));
+      json_.TextOrNull("file", result_.File(site.file));
       json_.NumberOrNull("line", site.line != 0, site.line);
       json_.NumberOrNull("column", site.column != 0, site.column);
       json_.EndObject();
@@ -172,14 +169,15 @@ class JsonOutput {
     json_.Text("source", SourceName(function.source));
   }
 
-  void WriteSizes(const AnalysedFunction& function) {
-    const std::string_view frameText = result_.Text(function.frameText);
-    const std::string_view totalText = result_.Text(function.totalText);
+  void WriteSizes(uint32_t index) {
+    const AnalysedFunction& function = result_.functions[index];
+    const std::string frameText = result_.FrameText(index);
+    const std::string totalText = result_.TotalText(index);
     WriteSize("frameSize", function.frameSize, frameText);
     WriteSize("totalStackSize", function.totalStackSize, totalText);
     json_.Text("frameText", frameText);
     json_.Text("totalText", totalText);
-    json_.Text("adjustmentText", result_.Text(function.adjustmentText));
+    json_.Text("adjustmentText", result_.AdjustmentText(index, AdjustmentStyle::kList));
   }
 
   // A size is a number exactly where its text is one.
@@ -187,12 +185,13 @@ class JsonOutput {
     json_.NumberOrNull(key, text != "?" && size != kOverSize, size);
   }
 
-  void WriteBound(const AnalysedFunction& function) {
+  void WriteBound(uint32_t index) {
+    const AnalysedFunction& function = result_.functions[index];
     json_.Text("boundState", BoundStateName(function.state));
     json_.NumberOrNull("bound", function.state == BoundState::kBounded, function.known);
     json_.Number("known", function.known);
     json_.StartArray("reasons");
-    for (const AnalysedReason& reason : result_.Reasons(function)) {
+    for (const ReasonWitness& reason : result_.Reasons(index)) {
       json_.StartObject();
       json_.Text("kind", ReasonName(reason.kind));
       json_.Number("function", reason.function);
@@ -201,10 +200,11 @@ class JsonOutput {
     json_.EndArray();
   }
 
-  void WriteAdjustment(const AnalysedFunction& function) {
-    json_.NumberOrNull("margin", function.margin != kNoMargin, function.margin);
-    json_.NumberOrNull("depth", function.depth != kNoDepth, function.depth);
-    json_.Bool("adjusted", function.adjusted);
+  void WriteAdjustment(uint32_t index) {
+    const StkAppliedAdjustment adjustment = result_.Adjustment(index);
+    json_.NumberOrNull("margin", adjustment.margin != kNoMargin, adjustment.margin);
+    json_.NumberOrNull("depth", adjustment.depth != kNoDepth, adjustment.depth);
+    json_.Bool("adjusted", result_.functions[index].adjusted);
   }
 
   static std::string_view SourceName(FunctionSource source) {

@@ -12,30 +12,31 @@
 namespace velkor::reports {
 namespace {
 
-using Remark = std::string (*)(const AnalysisResult&, const AnalysedFunction&);
+using Remark = std::string (*)(const AnalysisResult&, uint32_t function);
 
-std::string Stated(const AnalysisResult& result, const AnalysedFunction& function) {
+std::string Stated(const AnalysisResult& result, uint32_t function) {
   return "calls " + NameList(result, result.ExtraCallees(function));
 }
 
-std::string DepthStated(const AnalysisResult&, const AnalysedFunction& function) {
-  return function.depth == kNoDepth ? "no depth stated" : "depth " + std::to_string(function.depth);
+std::string DepthStated(const AnalysisResult& result, uint32_t function) {
+  const uint32_t depth = result.Adjustment(function).depth;
+  return depth == kNoDepth ? "no depth stated" : "depth " + std::to_string(depth);
 }
 
-std::string CalleesStated(const AnalysisResult& result, const AnalysedFunction& function) {
-  return function.extraCalleeCount == 0 ? "no callees stated" : Stated(result, function);
+std::string CalleesStated(const AnalysisResult& result, uint32_t function) {
+  return result.ExtraCallees(function).empty() ? "no callees stated" : Stated(result, function);
 }
 
-std::string Adjustment(const AnalysisResult& result, const AnalysedFunction& function) {
-  std::string text(result.Text(function.adjustmentReport));
-  if (function.extraCalleeCount != 0) {
+std::string Adjustment(const AnalysisResult& result, uint32_t function) {
+  std::string text = result.AdjustmentText(function, AdjustmentStyle::kReport);
+  if (!result.ExtraCallees(function).empty()) {
     text += (text.empty() ? "" : ", ") + Stated(result, function);
   }
   return text;
 }
 
-std::string Size(const AnalysisResult& result, const AnalysedFunction& function) {
-  return std::string(result.Text(function.totalText));
+std::string Size(const AnalysisResult& result, uint32_t function) {
+  return result.TotalText(function);
 }
 
 // The callers of the unknown functions, of each as many as are named.
@@ -64,9 +65,9 @@ class UnknownCallers {
     uint64_t count = 0;
   };
 
-  void Collect(std::span<const uint32_t> (AnalysisResult::*calls)(const AnalysedFunction&) const) {
+  void Collect(std::span<const uint32_t> (AnalysisResult::*calls)(uint32_t) const) {
     for (uint32_t caller = 0; caller < result_.functions.size(); ++caller) {
-      for (const uint32_t callee : (result_.*calls)(result_.functions[caller])) {
+      for (const uint32_t callee : (result_.*calls)(caller)) {
         if (const AnalysedFunction& called = result_.functions[callee];
             called.IsUnknown() && !called.adjusted) {
           Callers& callers = callers_[callee];
@@ -93,7 +94,7 @@ void WriteSection(const AnalysisResult& result, std::string_view title,
   output.Write(fmt::format("{}: {}\n", title, functions.size()));
   for (const uint32_t function : functions) {
     const std::string remark = remarkOf(function);
-    output.Write(fmt::format("  {}{}{}\n", ShownName(result, result.functions[function].specName),
+    output.Write(fmt::format("  {}{}{}\n", result.ShownSpecName(function),
                              remark.empty() ? "" : "  ", remark));
   }
 }
@@ -109,7 +110,7 @@ void WriteLists(const AnalysisResult& result, ResultOutput& output) {
                          Remark remark) {
     WriteSection(
         result, title, functions,
-        [&](uint32_t function) { return remark(result, result.functions[function]); }, output);
+        [&](uint32_t function) { return remark(result, function); }, output);
   };
   write("Recursive functions", result.lists.recursive, DepthStated);
   write("Functions with indirect calls", result.lists.indirect, CalleesStated);

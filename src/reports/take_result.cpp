@@ -2,13 +2,13 @@
 
 #include <array>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "core/adjustments.h"
 #include "core/call_range.h"
 #include "core/function_sorting.h"
 #include "core/function_text.h"
-#include "core/reason_witnesses.h"
 #include "files/spec_names.h"
 
 namespace velkor::reports {
@@ -65,20 +65,16 @@ class FunctionTaking {
       : table_(analysis.functions),
         bounds_(analysis.bounds),
         codePage_(table_.GetCodePage()),
-        witnesses_(table_, bounds_),
         specNames_(table_),
         result_(result) {}
 
   void Run() {
-    result_.functions.reserve(table_.Count());
+    Reserve();
     for (const StkFunction* function : table_.Functions()) {
-      AnalysedFunction& taken = result_.functions.emplace_back();
-      TakeTexts(*function, taken);
-      TakeValues(*function, taken);
-      TakeBound(*function, taken);
-      TakeCalls(*function, taken);
-      TakeReasons(*function, taken);
-      TakeSites(*function);
+      TakeTexts(*function);
+      TakeValues(*function);
+      TakeFewValues(*function);
+      TakeCalls(*function);
     }
     TakeLists();
   }
@@ -89,88 +85,95 @@ class FunctionTaking {
     bool (*holds)(const StkFunction&);
   };
 
-  uint32_t Text(std::string_view bytes) { return result_.texts.Intern(codePage_.ToUtf8(bytes)); }
-
-  uint32_t Name(std::string_view bytes) {
-    const uint32_t name = Text(bytes);
-    const size_t kept = codePage_.CutLength(bytes, kLongestName);
-    if (kept < bytes.size()) {
-      result_.cutNames.emplace(name, codePage_.ToUtf8(bytes.substr(0, kept)) + "...");
+  // Vectors that grow leave holes as large as themselves.
+  void Reserve() {
+    size_t calls = 0;
+    size_t bytes = 0;
+    for (const StkFunction* function : table_.Functions()) {
+      calls += AllCallees(*function).size();
+      bytes += function->name.size();
     }
-    return name;
+    result_.functions.reserve(table_.Count());
+    result_.calls.reserve(calls);
+    result_.texts.names.Reserve(table_.Count(), bytes);
+  }
+
+  void TakeTexts(const StkFunction& function) {
+    AnalysedTexts& texts = result_.texts;
+    texts.names.Add(codePage_.ToUtf8(function.name));
+    if (!function.shownName.empty()) {
+      texts.shownNames.Add(function.index, codePage_.ToUtf8(function.shownName));
+    }
+    const std::string specName = FunctionSpecName(function, codePage_);
+    if (specName != CName(function)) {
+      texts.specNames.Add(function.index, codePage_.ToUtf8(specName));
+    }
+    const std::string statement = specNames_.Statement(function).value_or("");
+    if (statement != specName) {
+      texts.statements.Add(function.index, codePage_.ToUtf8(statement));
+    }
+    TakeCutName(function, specName, texts.cutSpecNames);
+    TakeCutName(function, specName + DisplayMarks(function.flags), texts.cutDisplayNames);
+  }
+
+  void TakeCutName(const StkFunction& function, std::string_view name, TextsOfFew& cutNames) {
+    if (name.size() > kLongestName) {
+      const size_t kept = codePage_.CutLength(name, kLongestName);
+      cutNames.Add(function.index, codePage_.ToUtf8(name.substr(0, kept)) + "...");
+    }
   }
 
   uint32_t File(const StkFileEntry* file) {
-    if (file != lastFile_) {  // those of one file mostly follow each other
-      lastFile_ = file;
-      lastFileText_ = file != nullptr ? Text(file->name) : AnalysedFunction::kNone;
+    if (file == nullptr) {
+      return kNoFile;
     }
-    return lastFileText_;
-  }
-
-  void TakeTexts(const StkFunction& function, AnalysedFunction& taken) {
-    taken.name = Text(function.name);
-    taken.specName = Name(FunctionSpecName(function, codePage_));
-    taken.displayName = function.Is(FN_RECURSIVE | FN_INDIRECT_CALL)
-                            ? Name(FunctionDisplayName(function, codePage_))
-                            : taken.specName;
-    const std::optional<std::string> statement = specNames_.Statement(function);
-    taken.statement = statement ? Text(*statement) : AnalysedFunction::kNone;
-    taken.file = File(function.place.file != nullptr ? function.place.file : function.file);
-    taken.frameText = result_.texts.Intern(FrameSizeText(function));
-    taken.totalText = result_.texts.Intern(TotalSizeText(function));
-    taken.adjustmentText =
-        result_.texts.Intern(AdjustmentInfoText(function, AdjustmentStyle::kList));
-    taken.adjustmentReport =
-        result_.texts.Intern(AdjustmentInfoText(function, AdjustmentStyle::kReport));
-  }
-
-  static void TakeValues(const StkFunction& function, AnalysedFunction& taken) {
-    taken.flags = function.flags;
-    taken.kind = function.Kind();
-    taken.source = function.source;
-    taken.line = function.place.line;
-    taken.frameSize = function.frameSize;
-    taken.totalStackSize = function.totalStackSize;
-    taken.librarySize = function.librarySize;
-    taken.chainCount = function.chainCount;
-    taken.adjusted = function.adjustment != nullptr;
-    if (taken.adjusted) {
-      taken.margin = function.adjustment->margin;
-      taken.depth = function.adjustment->depth;
+    const auto next = static_cast<uint32_t>(result_.files.size());
+    const auto [known, isNew] = files_.try_emplace(file, next);
+    if (isNew) {
+      result_.files.push_back(codePage_.ToUtf8(file->name));
     }
+    return known->second;
   }
 
-  void TakeBound(const StkFunction& function, AnalysedFunction& taken) const {
-    taken.state = bounds_.State(function);
-    taken.known = bounds_.Known(function);
-    taken.complete = bounds_.IsComplete(function);
-    taken.ownReasons = bounds_.OwnReasons(function);
+  void TakeValues(const StkFunction& function) {
+    const StkFileEntry* file = function.place.file;
+    result_.functions.push_back({.known = bounds_.Known(function),
+                                 .file = File(file != nullptr ? file : function.file),
+                                 .line = function.place.line,
+                                 .flags = function.flags,
+                                 .frameSize = function.frameSize,
+                                 .totalStackSize = function.totalStackSize,
+                                 .chainCount = function.chainCount,
+                                 .firstCall = static_cast<uint32_t>(result_.calls.size()),
+                                 .extraCalleeCount = static_cast<uint32_t>(
+                                     function.extraCallees.size()),
+                                 .ownReasons = bounds_.OwnReasons(function),
+                                 .kind = function.Kind(),
+                                 .state = bounds_.State(function),
+                                 .source = function.source,
+                                 .complete = bounds_.IsComplete(function),
+                                 .adjusted = function.adjustment != nullptr});
   }
 
-  void TakeCalls(const StkFunction& function, AnalysedFunction& taken) {
-    taken.firstCall = static_cast<uint32_t>(result_.calls.size());
-    taken.calleeCount = static_cast<uint32_t>(function.callees.size());
-    taken.extraCalleeCount = static_cast<uint32_t>(function.extraCallees.size());
-    for (const StkFunction* callee : AllCallees(function)) {
-      result_.calls.push_back(table_.IndexOf(*callee));
+  void TakeFewValues(const StkFunction& function) {
+    if (function.adjustment != nullptr) {
+      result_.adjustments.Add(function.index, *function.adjustment);
     }
-  }
-
-  void TakeSites(const StkFunction& function) {
+    if (function.librarySize != 0) {
+      result_.librarySizes.Add(function.index, function.librarySize);
+    }
     if (function.indirectSites != nullptr) {
-      std::vector<AnalysedSite>& sites = result_.indirectSites[function.index];
+      std::vector<AnalysedSite> sites;
       for (const SourceLine& site : *function.indirectSites) {
         sites.push_back({File(site.file), site.line, site.column});
       }
+      result_.indirectSites.Add(function.index, std::move(sites));
     }
   }
 
-  void TakeReasons(const StkFunction& function, AnalysedFunction& taken) {
-    taken.firstReason = static_cast<uint32_t>(result_.reasons.size());
-    for (const ReasonWitnesses::Reason& reason : witnesses_.Of(function)) {
-      result_.reasons.push_back({reason.kind, reason.function->index});
-      ++taken.reasonCount;
+  void TakeCalls(const StkFunction& function) {
+    for (const StkFunction* callee : AllCallees(function)) {
+      result_.calls.push_back(table_.IndexOf(*callee));
     }
   }
 
@@ -203,10 +206,8 @@ class FunctionTaking {
   const StkFunctionTable& table_;
   const StkBounds& bounds_;
   const CodePage& codePage_;
-  const ReasonWitnesses witnesses_;
   SpecNames specNames_;
-  const StkFileEntry* lastFile_ = nullptr;
-  uint32_t lastFileText_ = AnalysedFunction::kNone;
+  std::unordered_map<const StkFileEntry*, uint32_t> files_;  // to their numbers in the result
   AnalysisResult& result_;
 };
 
@@ -233,6 +234,7 @@ AnalysisResult TakeResult(const ComputedAnalysis& analysis) {
   result.roots = Indices(analysis.roots);
   result.groups = analysis.bounds.Groups();
   result.explanations = Explanations(table, analysis.bounds);
+  result.witnesses = ReasonWitnesses(table, analysis.bounds);
   result.atLeast = codePage.FromUtf8("≥") ? "≥" : ">=";
   FunctionTaking(analysis, result).Run();
   return result;

@@ -15,10 +15,10 @@ UncertaintySearch::UncertaintySearch(const AnalysisResult& result, UncertaintyBu
     : result_(result), left_(budget), visitedBy_(result.functions.size(), 0) {
   firstCall_.reserve(visitedBy_.size() + 1);
   reasons_.reserve(visitedBy_.size());
-  for (const AnalysedFunction& function : result.functions) {
+  for (uint32_t function = 0; function < result.functions.size(); ++function) {
     firstCall_.push_back(static_cast<uint32_t>(calls_.size()));
-    reasons_.push_back(function.ownReasons);
-    if (function.state == BoundState::kUnbounded) {
+    reasons_.push_back(result.functions[function].ownReasons);
+    if (IsUnbounded(function)) {
       AddCalls(function);
     }
   }
@@ -29,7 +29,7 @@ bool UncertaintySearch::IsUnbounded(uint32_t function) const {
   return result_.functions[function].state == BoundState::kUnbounded;
 }
 
-void UncertaintySearch::AddCalls(const AnalysedFunction& function) {
+void UncertaintySearch::AddCalls(uint32_t function) {
   for (const uint32_t callee : result_.AllCallees(function)) {
     if (IsUnbounded(callee)) {  // below a bounded one there is nothing to find
       calls_.push_back(callee);

@@ -45,7 +45,7 @@ class UncertaintySearch {
 
  private:
   bool IsUnbounded(uint32_t function) const;
-  void AddCalls(const AnalysedFunction& function);
+  void AddCalls(uint32_t function);
   void Note(uint32_t function, Uncertainty& found);
   void Enter(uint32_t function);
   // What one walk may look at, and what it did.

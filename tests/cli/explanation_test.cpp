@@ -39,7 +39,7 @@ void ExpectJsonAddsUp(const reports::AnalysisResult& result, uint32_t function) 
   const rapidjson::Document document = Json(result, function);
   EXPECT_EQ(document["value"].GetUint64(), analysed.known);
   EXPECT_EQ(document["state"].GetString(), BoundStateName(analysed.state));
-  EXPECT_EQ(document["function"].GetString(), result.Text(analysed.specName));
+  EXPECT_EQ(document["function"].GetString(), result.SpecName(function));
   uint64_t sum = 0;
   for (const auto& row : document["rows"].GetArray()) {
     const uint64_t times = row["times"].GetUint64();

@@ -216,11 +216,11 @@ void ExpectExplained(const Engine& engine, uint32_t number) {
 void ExpectBlamed(const SmallProgram& program, const Engine& engine, uint32_t number) {
   const ReasonWitnesses witnesses(engine.table, engine.bounds);
   ReasonSet blamed;
-  for (const ReasonWitnesses::Reason& reason : witnesses.Of(engine.At(number))) {
+  for (const ReasonWitness& reason : witnesses.Of(engine.At(number).index)) {
     blamed.Add(reason.kind);
-    EXPECT_TRUE(engine.bounds.OwnReasons(*reason.function).Has(reason.kind));
-    const uint32_t there =
-        static_cast<uint32_t>(std::stoul(std::string(reason.function->name).substr(2)));
+    const StkFunction& function = *engine.table.Functions()[reason.function];
+    EXPECT_TRUE(engine.bounds.OwnReasons(function).Has(reason.kind));
+    const uint32_t there = static_cast<uint32_t>(std::stoul(std::string(function.name).substr(2)));
     EXPECT_TRUE(there == number || program.Leads(number, there, [](uint32_t) { return true; }));
   }
   EXPECT_EQ(blamed, engine.Reasons(number));

@@ -20,7 +20,7 @@ std::vector<std::string> Names(const AnalysisResult& result,
                                const std::vector<uint32_t>& functions) {
   std::vector<std::string> names;
   for (const uint32_t function : functions) {
-    names.emplace_back(result.Text(result.functions[function].name).substr(1));
+    names.emplace_back(result.Name(function).substr(1));
   }
   return names;
 }

@@ -1,0 +1,81 @@
+#include "reports/analysis_result.h"
+
+#include "reports/terminal_text.h"
+
+namespace velkor::reports {
+
+std::string_view AnalysisResult::SpecName(uint32_t function) const {
+  if (const auto name = texts.specNames.Of(function)) {
+    return *name;
+  }
+  if (const auto shown = texts.shownNames.Of(function)) {
+    return *shown;
+  }
+  return CNameOfSymbol(Name(function), functions[function].flags);
+}
+
+std::string AnalysisResult::DisplayName(uint32_t function) const {
+  return std::string(SpecName(function)) + DisplayMarks(functions[function].flags);
+}
+
+std::string AnalysisResult::ShownSpecName(uint32_t function) const {
+  return OneLine(texts.cutSpecNames.Of(function).value_or(SpecName(function)));
+}
+
+std::string AnalysisResult::ShownDisplayName(uint32_t function) const {
+  const auto cut = texts.cutDisplayNames.Of(function);
+  return OneLine(cut ? std::string(*cut) : DisplayName(function));
+}
+
+std::optional<std::string_view> AnalysisResult::Statement(uint32_t function) const {
+  const std::string_view statement = texts.statements.Of(function).value_or(SpecName(function));
+  return statement.empty() ? std::nullopt : std::optional(statement);
+}
+
+std::string_view AnalysisResult::File(uint32_t file) const {
+  return file == kNoFile ? std::string_view() : std::string_view(files[file]);
+}
+
+StkAppliedAdjustment AnalysisResult::Adjustment(uint32_t function) const {
+  const StkAppliedAdjustment* adjustment = adjustments.Of(function);
+  return adjustment != nullptr ? *adjustment : StkAppliedAdjustment();
+}
+
+uint32_t AnalysisResult::LibrarySize(uint32_t function) const {
+  const uint32_t* size = librarySizes.Of(function);
+  return size != nullptr ? *size : 0;
+}
+
+std::span<const uint32_t> AnalysisResult::Callees(uint32_t function) const {
+  const std::span<const uint32_t> all = AllCallees(function);
+  return all.first(all.size() - functions[function].extraCalleeCount);
+}
+
+std::span<const uint32_t> AnalysisResult::ExtraCallees(uint32_t function) const {
+  return AllCallees(function).last(functions[function].extraCalleeCount);
+}
+
+std::span<const uint32_t> AnalysisResult::AllCallees(uint32_t function) const {
+  const size_t first = functions[function].firstCall;
+  const size_t next = function + size_t{1};
+  const size_t end = next < functions.size() ? functions[next].firstCall : calls.size();
+  return std::span(calls).subspan(first, end - first);
+}
+
+std::span<const AnalysedSite> AnalysisResult::Sites(uint32_t function) const {
+  const std::vector<AnalysedSite>* sites = indirectSites.Of(function);
+  return sites != nullptr ? std::span(*sites) : std::span<const AnalysedSite>();
+}
+
+ShownSizes AnalysisResult::Sizes(uint32_t function) const {
+  const AnalysedFunction& analysed = functions[function];
+  ShownSizes sizes;
+  sizes.flags = analysed.flags;
+  sizes.frameSize = analysed.frameSize;
+  sizes.totalStackSize = analysed.totalStackSize;
+  sizes.librarySize = LibrarySize(function);
+  sizes.adjustment = adjustments.Of(function);
+  return sizes;
+}
+
+}  // namespace velkor::reports
