@@ -125,9 +125,7 @@ ExitStatus Reset(Application& application, const Options& options) {
     return kWrongUsage;
   }
   if (options.all) {
-    if (document.HasStatements()) {
-      document.CancelAllAdjustments();
-    }
+    document.CancelAllAdjustments();
     return application.RunWritingJob();
   }
   StkFunction* function = application.FindFunction(*options.function);

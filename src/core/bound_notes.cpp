@@ -45,11 +45,14 @@ void NoteEmptyAdjustment(const StkFunctionTable& table, const StkBounds& bounds,
   const auto want = [&](MessageKey key) {
     wanted += (wanted.empty() ? "" : ", ") + std::string(messages.Text(key));
   };
-  if (missing.Has(ReasonKind::kUnknown)) {
+  if (missing.Has(ReasonKind::kUnknown) || missing.Has(ReasonKind::kDynamic)) {
     want(MessageKey::kNoteWantsSize);
   }
   if (missing.Has(ReasonKind::kIndirect)) {
     want(MessageKey::kNoteWantsCallees);
+  }
+  if (missing.Has(ReasonKind::kHiddenCall)) {
+    want(MessageKey::kNoteWantsHiddenCall);
   }
   if (missing.Has(ReasonKind::kRecursion) && StatedDepth(function) == kNoDepth) {
     want(MessageKey::kNoteWantsDepth);

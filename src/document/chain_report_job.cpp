@@ -36,7 +36,8 @@ WorkEnd StkChainReportJob::WriteFile() {
   if (!CheckOutputPath(order_.path, order_.inputs, host_, reporter_)) {
     return WorkEnd::kFailed;
   }
-  StkChainReport report(order_.format, order_.path, host_, reporter_.Messages());
+  StkChainReport report(order_.format, order_.path, host_, reporter_.Messages(),
+                        [this] { return StopSeen(); });
   if (!report.Open()) {
     report.PostFailure(reporter_);
     return WorkEnd::kFailed;
@@ -81,8 +82,7 @@ bool StkChainReportJob::AfterChain(uint32_t lines) {
   if (before / kReportLinesPerStopTest == lines / kReportLinesPerStopTest) {
     return true;
   }
-  if (stopEvent_.Test()) {
-    SetStopped();
+  if (StopSeen()) {
     return false;
   }
   Post(WM_STK_CHAINSAVE_PROGRESS, lines);

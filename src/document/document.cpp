@@ -4,6 +4,7 @@
 #include <array>
 
 #include "core/adjustments.h"
+#include "core/function_text.h"
 #include "platform/limits.h"
 #include "readers/open_input.h"
 
@@ -105,6 +106,9 @@ std::vector<StkNote> CStkDoc::InputNotes() {
     if (note.function && *note.function >= functionTable_->Count()) {
       note.function.reset();
     }
+  }
+  for (const StaleStatement* stale : LinesToKeep()) {
+    notes.push_back(NoteOf(*stale, input_->SystemFilePath(), reporter_.Messages()));
   }
   return notes;
 }
@@ -253,14 +257,32 @@ bool CStkDoc::CancelAllAdjustments() {
   if (!StartChange()) {
     return false;
   }
+  bool any = !stale_.empty();
   for (const StkFunction* function : functionTable_->Functions()) {
-    if (function->HasStatement()) {
+    if (functionTable_->Brought(*function) != nullptr) {
+      NoteBrought(*function);
+    } else if (function->HasStatement()) {
       unsaved_.insert(function);
+      any = true;
     }
+  }
+  if (!any) {
+    return true;
   }
   stale_.clear();
   ChangeEnded(velkor::CancelAllAdjustments(*functionTable_, *rootList_, reporter_));
   return true;
+}
+
+void CStkDoc::NoteBrought(const StkFunction& function) {
+  const BroughtPlace& place = functionTable_->Brought(function)->place;
+  reporter_.PostNote(
+      {.rule = "still-stated",
+       .text = reporter_.Messages().FormatMessageText(
+           MessageKey::kNoteStillStated, {FunctionSpecName(function, host_.codePage)}),
+       .file = place.path,
+       .line = place.line,
+       .function = function.index});
 }
 
 void CStkDoc::ForgetStale(const StkFunction* function) {
@@ -271,10 +293,6 @@ bool CStkDoc::HasStatement(const StkFunction& function) const {
   return function.HasStatement() || std::ranges::any_of(stale_, [&](const auto& stale) {
            return stale.function == &function;
          });
-}
-
-bool CStkDoc::HasStatements() const {
-  return functionTable_ && (functionTable_->CountForSpecFile(false) != 0 || !stale_.empty());
 }
 
 bool CStkDoc::CanChangeAnalysis() const {

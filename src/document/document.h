@@ -91,8 +91,8 @@ class CStkDoc {
   const StkBounds* Bounds();
   // Of each module of the input once its analysis has been finished, in its order; else empty.
   const std::vector<ModuleOutcome>& ModuleOutcomes() const { return moduleOutcomes_; }
-  // What the input has to be noted for. None while the tables belong to a job. A note of a function
-  // that is gone names none.
+  // What the input and the stk system file have to be noted for, as they are now. None while the
+  // tables belong to a job. A note of a function that is gone names none.
   std::vector<StkNote> InputNotes();
   // The function that the call tree last selected.
   StkFunction* CurrentSelection() { return currentSelection_; }
@@ -124,12 +124,12 @@ class CStkDoc {
   // Each is followed by SaveSystemFile, also when nothing has changed.
   bool AdjustFunction(StkFunction& function, const StkAdjustment& adjustment);
   bool CancelAdjustment(StkFunction& function);
+  // What a file states that the input brings stays, and is noted. Without anything else there is
+  // nothing to save.
   bool CancelAllAdjustments();
   // Something is stated about the function that CancelAdjustment takes away: also a line of the stk
   // system file that has no effect because it names another function that was not found.
   bool HasStatement(const StkFunction& function) const;
-  // The same of CancelAllAdjustments, which takes those lines away too that are about no function.
-  bool HasStatements() const;
 
   // A job of this kind exists (it may have ended and not yet been finished).
   bool Has(JobKind kind) const { return jobs_.Has(kind); }
@@ -183,7 +183,9 @@ class CStkDoc {
   void EndDueSave();
   void TakeChangedSystemFile(const ChangedSystemFile& changed);
   void SetSystemSaveFailed(bool failed);
-  std::vector<std::string> LinesToKeep() const;
+  // Those of the stk system file without effect that stay in it: a function stands on one line only.
+  std::vector<const StaleStatement*> LinesToKeep() const;
+  void NoteBrought(const StkFunction& function);
   // A newer statement takes the place of those that were not found.
   void ForgetStale(const StkFunction* function);
   std::vector<std::string> ProtectedPaths(bool withSystemFile);

@@ -99,18 +99,21 @@ bool CStkDoc::HasFunctionsToWrite() const {
 
 void CStkDoc::StartWriting(StkSpecWriter::Mode mode, std::string path) {
   const bool automatic = mode == StkSpecWriter::Mode::kAutomatic;
+  std::vector<std::string> keptLines;
+  for (const StaleStatement* stale : LinesToKeep()) {
+    keptLines.push_back(stale->text);
+  }
   jobs_.Start(std::make_unique<StkSpecWriteJob>(
       SpecWriteOrder{mode, std::move(path), ProtectedPaths(!automatic), seenSystemFile_,
-                     LinesToKeep()},
+                     std::move(keptLines)},
       *functionTable_, host_, reporter_, mainWindow_));
 }
 
-// A function stands on one line of a file only.
-std::vector<std::string> CStkDoc::LinesToKeep() const {
-  std::vector<std::string> lines;
+std::vector<const StaleStatement*> CStkDoc::LinesToKeep() const {
+  std::vector<const StaleStatement*> lines;
   for (const StaleStatement& stale : stale_) {
     if (stale.function == nullptr || functionTable_->Kept(*stale.function).None()) {
-      lines.push_back(stale.text);
+      lines.push_back(&stale);
     }
   }
   return lines;

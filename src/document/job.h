@@ -48,6 +48,11 @@ class StkJob {
   // The worker has seen the stop event.
   void SetStopped() { stopped_ = true; }
   bool Stopped() const { return stopped_; }
+  // Looks for it. It has been seen from then on.
+  bool StopSeen() {
+    stopped_ = stopped_ || stopEvent_.Test();
+    return stopped_;
+  }
 
   Event stopEvent_;
 

@@ -39,11 +39,14 @@ WorkEnd StkSpecReadJob::Run() {
     current_ = source.get();
     ReadSource(*source);
     if (Stopped()) {
-      return WorkEnd::kStopped;
+      break;
     }
   }
   if (roots_.empty()) {
     Recompute(functions_, roots_, true, nullptr, &stopEvent_, reporter_);
+  }
+  if (Stopped()) {
+    return WorkEnd::kStopped;
   }
   bounds_.Update();  // here it keeps nobody waiting
   PostEnd(WM_STK_SPECREAD_END);
@@ -82,7 +85,7 @@ void StkSpecReadJob::ReadSource(StkSpecReader& source) {
     reporter_.PostWarning(MessageKey::kW9407, {MessageFile{source.Path()}});
     return;
   }
-  std::unique_ptr<StkByteSource> bytes = source.Open();
+  std::unique_ptr<StkByteSource> bytes = source.Open([this] { return StopSeen(); });
   if (!bytes) {
     return;
   }
@@ -125,8 +128,7 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
       return false;
     }
     if (number % kSpecLinesPerStopTest == 0) {
-      if (stopEvent_.Test()) {
-        SetStopped();
+      if (StopSeen()) {
         return false;
       }
       Post(WM_STK_SPECREAD_PROGRESS, reader.Position());
@@ -136,9 +138,7 @@ bool StkSpecReadJob::ReadLines(StkSpecReader& source, StkByteSource& bytes) {
       ++statements_;
     }
     if (!source.ParseLine(functions_, number, line.text, line.length, stopEvent_)) {
-      if (stopEvent_.Test()) {
-        SetStopped();  // it ended the stop question
-      }
+      StopSeen();  // it may have ended the stop question
       return false;
     }
   }
@@ -206,13 +206,9 @@ bool StkSpecReadJob::TakeSystemFile(const StkSpecReader& source,
   for (const StaleStatement& stale : source.Stale()) {
     if (stale.function == nullptr || !stale.function->HasStatement()) {
       stale_.push_back(stale);
+    } else {
+      reporter_.PostNote(NoteOf(stale, source.Path(), reporter_.Messages()));
     }
-    reporter_.PostNote({.rule = "stale-statement",
-                        .text = reporter_.Messages().FormatMessageText(
-                            MessageKey::kNoteStaleStatement, {stale.missing}),
-                        .file = source.Path(),
-                        .line = stale.line,
-                        .function = std::nullopt});
   }
   return allKept && source.TakenCount() + stale_.size() == statements_;
 }

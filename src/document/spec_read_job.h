@@ -34,7 +34,7 @@ class StkSpecReadJob : public StkJob {
   // The functions that the last source has stated something of.
   const StkFunctionList& Adjusted() const { return adjusted_; }
   // What the stk system file states of functions that were not found: none where the file was
-  // not taken to its end. Valid after Wait or Stop.
+  // not taken to its end. A second line of a function is noted instead. Valid after Wait or Stop.
   const std::vector<StaleStatement>& Stale() const { return stale_; }
 
  protected:

@@ -21,14 +21,14 @@ StkSpecWriteJob::StkSpecWriteJob(SpecWriteOrder order, const StkFunctionTable& f
       functions_(functions),
       host_(host),
       reporter_(reporter),
-      keeper_(order_.path, order_.seen, host, reporter) {}
+      keeper_(order_.path, order_.seen, host, reporter, [this] { return StopSeen(); }) {}
 
 StkSpecWriteJob::~StkSpecWriteJob() {
   Stop();
 }
 
 WorkEnd StkSpecWriteJob::Run() {
-  StkSpecWriter writer(order_.mode, order_.path, functions_, host_);
+  StkSpecWriter writer(order_.mode, order_.path, functions_, host_, [this] { return StopSeen(); });
   if (IsAutomatic()) {
     writer.SetMayReplace([this](InputFile* old) { return MayReplace(old); });
   }
@@ -50,7 +50,7 @@ void StkSpecWriteJob::Abandon() {
 
 WorkEnd StkSpecWriteJob::WriteFile(StkSpecWriter& writer) {
   if (!PathAllowed()) {
-    return WorkEnd::kFailed;
+    return Stopped() ? WorkEnd::kStopped : WorkEnd::kFailed;
   }
   if (!writer.Open()) {
     writer.PostFailure(reporter_);
@@ -83,6 +83,9 @@ bool StkSpecWriteJob::Keep() {
     case StkSystemFileKeeper::State::kNotKept:
       break;
   }
+  if (Stopped()) {
+    return false;
+  }
   reporter_.PostWarning(MessageKey::kW9402, {MessageFile{order_.path}});
   return false;
 }
@@ -114,8 +117,7 @@ bool StkSpecWriteJob::AfterFunction(uint32_t count) {
   if ((count - 1) % kFunctionsPerStopTest != 0) {
     return true;
   }
-  if (stopEvent_.Test()) {
-    SetStopped();
+  if (StopSeen()) {
     return false;
   }
   Post(WM_STK_SPECWRITE_PROGRESS, count);

@@ -36,7 +36,7 @@ std::optional<ChangedSystemFile> Content(InputFile& file) {
 }  // namespace
 
 StkSystemFileKeeper::State StkSystemFileKeeper::Keep() {
-  const OpenResult<InputFile> opened = host_.files.OpenWhenFree(path_);
+  const OpenResult<InputFile> opened = host_.files.OpenWhenFree(path_, giveUp_);
   if (opened.failure == FileFailure::kNotFound) {
     return State::kMayBeReplaced;
   }
@@ -98,7 +98,7 @@ bool StkSystemFileKeeper::CopyTo(const std::string& copyPath, uint64_t fingerpri
 }
 
 bool StkSystemFileKeeper::WriteCopy(StkOutputTarget& copy, uint64_t fingerprint) {
-  const OpenResult<InputFile> from = host_.files.OpenWhenFree(path_);
+  const OpenResult<InputFile> from = host_.files.OpenWhenFree(path_, giveUp_);
   if (!from.file) {
     return false;
   }

@@ -37,8 +37,14 @@ class StkSystemFileKeeper {
     kNotKept,  // nothing is reported
   };
 
-  StkSystemFileKeeper(std::string path, Seen seen, Host& host, StkReporter& reporter)
-      : path_(std::move(path)), seen_(seen), host_(host), reporter_(reporter) {}
+  // giveUp: of a lock on the file.
+  StkSystemFileKeeper(std::string path, Seen seen, Host& host, StkReporter& reporter,
+                      FileSystem::GiveUp giveUp)
+      : path_(std::move(path)),
+        seen_(seen),
+        host_(host),
+        reporter_(reporter),
+        giveUp_(std::move(giveUp)) {}
 
   // Where copies of the file are, or would be.
   static std::vector<std::string> CopyPaths(const std::string& path);
@@ -62,6 +68,7 @@ class StkSystemFileKeeper {
   ChangedSystemFile changed_;
   Host& host_;
   StkReporter& reporter_;
+  const FileSystem::GiveUp giveUp_;
 };
 
 }  // namespace velkor

@@ -109,8 +109,11 @@ class CsvRendering : public Rendering {
 }  // namespace
 
 StkChainReport::StkChainReport(Format format, std::string path, Host& host,
-                               const StkMessages& messages)
-    : format_(format), host_(host), messages_(messages), target_(std::move(path), host) {}
+                               const StkMessages& messages, FileSystem::GiveUp giveUp)
+    : format_(format),
+      host_(host),
+      messages_(messages),
+      target_(std::move(path), host, std::move(giveUp)) {}
 
 StkChainReport::Format StkChainReport::FormatOf(std::string_view path, const CodePage& codePage) {
   return codePage.EqualIgnoreCase(Extension(path, codePage), ".csv") ? Format::kCsv : Format::kText;
@@ -144,22 +147,26 @@ WorkEnd StkChainReport::Write(const StkFunction& start, ChainMode mode,
     target_.Discard();
     return WorkEnd::kFailed;
   }
-  if (!Finish(finished)) {
-    return WorkEnd::kFailed;
-  }
-  return finished ? WorkEnd::kCompleted : WorkEnd::kStopped;
+  return Finish(finished);
 }
 
-bool StkChainReport::Finish(bool whole) {
+WorkEnd StkChainReport::Finish(bool whole) {
   const bool flushed = file_->Close();
   StkOutputTarget::End end = StkOutputTarget::End::kNotWritten;
   if (flushed && whole) {
     end = target_.Finish();
   } else if (target_.Discard() && flushed) {
-    end = StkOutputTarget::End::kInPlace;
+    end = StkOutputTarget::End::kGivenUp;
   }
   failure_ = end == StkOutputTarget::End::kNotReplaced ? MessageKey::kW9402 : MessageKey::kW9404;
-  return end == StkOutputTarget::End::kInPlace;
+  switch (end) {
+    case StkOutputTarget::End::kInPlace:
+      return WorkEnd::kCompleted;
+    case StkOutputTarget::End::kGivenUp:
+      return WorkEnd::kStopped;
+    default:
+      return WorkEnd::kFailed;
+  }
 }
 
 void StkChainReport::PostFailure(StkReporter& reporter) const {

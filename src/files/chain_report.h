@@ -25,7 +25,9 @@ class StkChainReport {
   // Called after each chain with the number of lines in the file so far. False stops.
   using AfterChain = std::function<bool(uint32_t lines)>;
 
-  StkChainReport(Format format, std::string path, Host& host, const StkMessages& messages);
+  // giveUp: of a lock on the file that is to be replaced, with which the report is stopped.
+  StkChainReport(Format format, std::string path, Host& host, const StkMessages& messages,
+                 FileSystem::GiveUp giveUp = {});
 
   // kCsv for a path whose extension is "csv" in any letter case.
   static Format FormatOf(std::string_view path, const CodePage& codePage);
@@ -36,8 +38,7 @@ class StkChainReport {
   void PostFailure(StkReporter& reporter) const;
 
  private:
-  // False, with its reason, when the report did not get where it belongs.
-  bool Finish(bool whole);
+  WorkEnd Finish(bool whole);
 
   const Format format_;
   Host& host_;

@@ -63,9 +63,9 @@ StkOutputTarget::End StkOutputTarget::Finish(const FileSystem::MayReplace& mayRe
     Discard();
     return End::kNotWritten;
   }
-  if (!host_.files.Replace(sibling_, path_, mayReplace)) {
+  if (!host_.files.Replace(sibling_, path_, mayReplace, giveUp_)) {
     Discard();
-    return End::kNotReplaced;
+    return giveUp_ && giveUp_() ? End::kGivenUp : End::kNotReplaced;
   }
   sibling_.clear();
   return Discard() ? End::kInPlace : End::kNotWritten;

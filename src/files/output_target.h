@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "files/fingerprint.h"
 #include "platform/host.h"
@@ -24,9 +25,12 @@ class StkOutputTarget {
     kInPlace,
     kNotWritten,   // the device did not take everything
     kNotReplaced,  // the file that is there is held or protected, or mayReplace said so
+    kGivenUp,      // the same, and giveUp says so
   };
 
-  StkOutputTarget(std::string path, Host& host) : path_(std::move(path)), host_(host) {}
+  // giveUp: of a lock on the file that is to be replaced.
+  StkOutputTarget(std::string path, Host& host, FileSystem::GiveUp giveUp = {})
+      : path_(std::move(path)), host_(host), giveUp_(std::move(giveUp)) {}
   ~StkOutputTarget() { Discard(); }
   StkOutputTarget(const StkOutputTarget&) = delete;
   StkOutputTarget& operator=(const StkOutputTarget&) = delete;
@@ -52,6 +56,7 @@ class StkOutputTarget {
 
   const std::string path_;
   Host& host_;
+  const FileSystem::GiveUp giveUp_;
   std::unique_ptr<OutputFile> file_;  // while it is open
   std::string sibling_;               // of the file beside, until it has its place
   StkFingerprint fingerprint_;

@@ -1,5 +1,6 @@
 #include "files/spec_reader.h"
 
+#include <optional>
 #include <utility>
 
 #include "core/function_text.h"
@@ -8,6 +9,14 @@
 #include "platform/limits.h"
 
 namespace velkor {
+
+StkNote NoteOf(const StaleStatement& stale, const std::string& path, const StkMessages& messages) {
+  return {.rule = "stale-statement",
+          .text = messages.FormatMessageText(MessageKey::kNoteStaleStatement, {stale.missing}),
+          .file = path,
+          .line = stale.line,
+          .function = std::nullopt};
+}
 
 StkSpecReader::StkSpecReader(SpecificationKind kind, std::string path, Host& host,
                              StkReporter& reporter)
@@ -25,7 +34,7 @@ std::unique_ptr<StkByteSource> StkSpecReader::Taken(OpenResult<InputFile> opened
   return std::make_unique<StkFileSource>(std::move(opened.file));
 }
 
-std::unique_ptr<StkByteSource> StkSpecReader::Open() {
+std::unique_ptr<StkByteSource> StkSpecReader::Open(const FileSystem::GiveUp& /*giveUp*/) {
   std::unique_ptr<StkByteSource> source = OpenFile();
   if (source == nullptr) {
     reporter_.PostWarning(notFound_ ? MessageKey::kW9400 : MessageKey::kW9401,
@@ -35,13 +44,14 @@ std::unique_ptr<StkByteSource> StkSpecReader::Open() {
   return source;
 }
 
-std::unique_ptr<StkByteSource> StkSystemFileReader::Open() {
+std::unique_ptr<StkByteSource> StkSystemFileReader::Open(const FileSystem::GiveUp& giveUp) {
   std::unique_ptr<StkByteSource> source;
   const bool allowed = !host_.files.LeadsOutOfFolder(path_);
   if (allowed) {
-    source = Taken(host_.files.OpenWhenFree(path_));
+    source = Taken(host_.files.OpenWhenFree(path_, giveUp));
   }
-  if (source == nullptr && !(allowed && NotFound())) {
+  const bool isMissing = allowed && NotFound();
+  if (source == nullptr && !isMissing && !(giveUp && giveUp())) {
     reporter_.PostWarning(MessageKey::kW9429, {MessageFile{path_}});
   }
   return source;

@@ -25,6 +25,7 @@ struct StaleStatement {
   std::string missing;    // the name that names nothing
   StkFunction* function;  // that the line is about; none: the missing one
 };
+StkNote NoteOf(const StaleStatement& stale, const std::string& path, const StkMessages& messages);
 
 // One stack size specification file to read: a user's file, a system library table or the stk
 // system file. Parses line by line against the function table; a line without error takes effect
@@ -37,8 +38,9 @@ class StkSpecReader : public SpecificationSource {
   const std::string& Path() const override { return path_; }
   StopAnswer Answer() const override { return answer_; }
 
-  // The open file, or none after having reported as the kind requires.
-  virtual std::unique_ptr<StkByteSource> Open();
+  // The open file, or none after having reported as the kind requires. giveUp: of a lock on it; then
+  // nothing is reported.
+  virtual std::unique_ptr<StkByteSource> Open(const FileSystem::GiveUp& giveUp);
 
   // Takes the next line. False: the file is read no further (the answer is Abort).
   // length: of the whole line, of which text holds what was kept.
@@ -101,7 +103,7 @@ class StkSystemFileReader : public StkSpecReader {
   StkSystemFileReader(std::string path, Host& host, StkReporter& reporter)
       : StkSpecReader(SpecificationKind::kSystemFile, std::move(path), host, reporter) {}
 
-  std::unique_ptr<StkByteSource> Open() override;
+  std::unique_ptr<StkByteSource> Open(const FileSystem::GiveUp& giveUp) override;
 };
 
 }  // namespace velkor

@@ -17,8 +17,12 @@ constexpr std::string_view kKeptLinesHeading =
 
 }  // namespace
 
-StkSpecWriter::StkSpecWriter(Mode mode, std::string path, const StkFunctionTable& table, Host& host)
-    : mode_(mode), table_(table), host_(host), target_(std::move(path), host) {}
+StkSpecWriter::StkSpecWriter(Mode mode, std::string path, const StkFunctionTable& table, Host& host,
+                             FileSystem::GiveUp giveUp)
+    : mode_(mode),
+      table_(table),
+      host_(host),
+      target_(std::move(path), host, std::move(giveUp)) {}
 
 bool StkSpecWriter::Open() {
   if (!target_.Open(mode_ == Mode::kAutomatic ? StkOutputTarget::Way::kBeside
@@ -147,6 +151,8 @@ WorkEnd StkSpecWriter::Finish() {
     case StkOutputTarget::End::kNotReplaced:
       // Somebody holds the file, or it is protected: what opening it for writing meets.
       return Fail(MessageKey::kW9402);
+    case StkOutputTarget::End::kGivenUp:
+      return WorkEnd::kStopped;
   }
   return WorkEnd::kCompleted;
 }

@@ -38,7 +38,9 @@ class StkSpecWriter {
   // Called after each function with the number of functions written so far. False stops.
   using AfterFunction = std::function<bool(uint32_t count)>;
 
-  StkSpecWriter(Mode mode, std::string path, const StkFunctionTable& table, Host& host);
+  // giveUp: of a lock on the file that is to be replaced, with which the writing is stopped.
+  StkSpecWriter(Mode mode, std::string path, const StkFunctionTable& table, Host& host,
+                FileSystem::GiveUp giveUp = {});
   StkSpecWriter(const StkSpecWriter&) = delete;
   StkSpecWriter& operator=(const StkSpecWriter&) = delete;
 
@@ -52,7 +54,8 @@ class StkSpecWriter {
   // Automatic mode: lines to keep as they are, behind the others.
   void SetKeptLines(std::vector<std::string> lines) { keptLines_ = std::move(lines); }
   bool Open();
-  // kStopped only when functions were left out: a stop after the last one comes too late.
+  // kStopped only when functions were left out, or the old file was locked: else a stop after the
+  // last one comes too late.
   WorkEnd Write(const AfterFunction& afterFunction);
   // Of what was written.
   uint64_t Fingerprint() const { return target_.Fingerprint(); }

@@ -70,8 +70,12 @@ class FileSystem {
   virtual ~FileSystem() = default;
   virtual OpenResult<InputFile> OpenForRead(std::string_view path,
                                             Spelling spelling = Spelling::kExact) = 0;
+  // Asked again and again while a lock of another is waited for: true ends the wait as its time does.
+  using GiveUp = std::function<bool()>;
   // The same, but a lock of another is waited for, for a while.
-  virtual OpenResult<InputFile> OpenWhenFree(std::string_view path) { return OpenForRead(path); }
+  virtual OpenResult<InputFile> OpenWhenFree(std::string_view path, const GiveUp& /*giveUp*/ = {}) {
+    return OpenForRead(path);
+  }
   // Creates the file, or empties it once it is held exclusively. The folder must exist.
   virtual OpenResult<OutputFile> OpenForWrite(std::string_view path) = 0;
   virtual bool Exists(std::string_view path, Spelling spelling = Spelling::kExact) = 0;
@@ -99,7 +103,7 @@ class FileSystem {
   // for a while. False when it stays, when mayReplace says so or the step fails; then both are as
   // before.
   virtual bool Replace(std::string_view from, std::string_view to,
-                       const MayReplace& mayReplace = {}) = 0;
+                       const MayReplace& mayReplace = {}, const GiveUp& giveUp = {}) = 0;
   virtual bool Remove(std::string_view path) = 0;
   // When its content was last changed, in nanoseconds of a clock that all files share; none where
   // there is no such file.

@@ -52,9 +52,9 @@ struct stat HostFile::Status() const {
   return status;
 }
 
-bool HostFile::Lock(bool exclusively, Time until) const {
+bool HostFile::Lock(bool exclusively, const Patience& patience) const {
   int failure = TryLock(descriptor_, exclusively);
-  while (failure == EWOULDBLOCK && std::chrono::steady_clock::now() < until) {
+  while (failure == EWOULDBLOCK && !patience.IsOver()) {
     std::this_thread::sleep_for(kBetweenTries);
     failure = TryLock(descriptor_, exclusively);
   }

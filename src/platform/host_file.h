@@ -9,6 +9,23 @@
 
 namespace velkor {
 
+// How long a lock of another is waited for: not at all, or for a time that begins now, unless
+// somebody gives up before.
+class Patience {
+ public:
+  Patience() = default;
+  Patience(std::chrono::milliseconds time, const FileSystem::GiveUp& giveUp)
+      : until_(std::chrono::steady_clock::now() + time), giveUp_(giveUp) {}
+
+  bool IsOver() const {
+    return std::chrono::steady_clock::now() >= until_ || (giveUp_ && giveUp_());
+  }
+
+ private:
+  std::chrono::steady_clock::time_point until_;
+  FileSystem::GiveUp giveUp_;
+};
+
 // An open file descriptor of the host, closed by its destructor. Never inherited by other programs.
 class HostFile {
  public:
@@ -26,10 +43,9 @@ class HostFile {
   // Why it is not open.
   FileFailure Failure() const;
   struct stat Status() const;
-  using Time = std::chrono::steady_clock::time_point;
-  // False when another holds the file, and still does at that time; true on file systems that know
-  // no locks.
-  bool Lock(bool exclusively, Time until = {}) const;
+  // False when another holds the file, and still does when the patience is over; true on file
+  // systems that know no locks.
+  bool Lock(bool exclusively, const Patience& patience = {}) const;
   // This one is now known to be the only one that holds the file.
   bool LockAlone() const;
   // False when the data may not have reached the file.

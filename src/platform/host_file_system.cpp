@@ -149,11 +149,11 @@ void SynchronizeFolderOf(const HostPath& path) {
   }
 }
 
-Replacing PutInPlaceOf(HostFile old, HostFile::Time until, const HostPath& from, const HostPath& to,
-                       const FileSystem::MayReplace& mayReplace) {
+Replacing PutInPlaceOf(HostFile old, const Patience& patience, const HostPath& from,
+                       const HostPath& to, const FileSystem::MayReplace& mayReplace) {
   const struct stat oldStatus = old.Status();
   const std::optional<struct stat> status = StatusOf(from);
-  if (!status || !S_ISREG(oldStatus.st_mode) || !old.Lock(true, until)) {
+  if (!status || !S_ISREG(oldStatus.st_mode) || !old.Lock(true, patience)) {
     return Replacing::kFailed;
   }
   if (!IsAt(old, to)) {
@@ -196,19 +196,19 @@ OpenResult<InputFile> HostFileSystem::OpenForRead(std::string_view path, Spellin
   return {std::make_unique<HostInputFile>(std::move(file)), FileFailure::kNone};
 }
 
-OpenResult<InputFile> HostFileSystem::OpenWhenFree(std::string_view path) {
+OpenResult<InputFile> HostFileSystem::OpenWhenFree(std::string_view path, const GiveUp& giveUp) {
   const HostPath hostPath = paths_.ToHost(path, Spelling::kExact);
-  const HostFile::Time until = PatienceEnd();
+  const Patience patience(patience_, giveUp);
   for (;;) {
     HostFile file(hostPath, O_RDONLY);
     if (!file.IsOpen()) {
       return {nullptr, file.Failure()};
     }
-    if (!S_ISREG(file.Status().st_mode) || !file.Lock(false, until)) {
+    if (!S_ISREG(file.Status().st_mode) || !file.Lock(false, patience)) {
       return {nullptr, FileFailure::kOther};
     }
     // Who held it may have put another in its place.
-    if (IsAt(file, hostPath) || std::chrono::steady_clock::now() >= until) {
+    if (IsAt(file, hostPath) || patience.IsOver()) {
       return {std::make_unique<HostInputFile>(std::move(file)), FileFailure::kNone};
     }
   }
@@ -240,26 +240,26 @@ bool HostFileSystem::IsSameFile(std::string_view path, std::string_view input) {
 }
 
 bool HostFileSystem::Replace(std::string_view from, std::string_view to,
-                             const MayReplace& mayReplace) {
+                             const MayReplace& mayReplace, const GiveUp& giveUp) {
   const HostPath source = paths_.ToHost(from, Spelling::kExact);
   const HostPath target = FollowLinks(paths_.ToHost(to, Spelling::kExact));
   const std::optional<struct stat> status = StatusOf(source);
   if (!status || !S_ISREG(status->st_mode)) {
     return false;
   }
-  const HostFile::Time until = PatienceEnd();
+  const Patience patience(patience_, giveUp);
   Replacing result = Replacing::kOvertaken;
   while (result == Replacing::kOvertaken) {
     // Opened for writing: a file that its user protected is not replaced behind the protection.
     HostFile old(target, O_RDWR);
     if (old.IsOpen()) {
-      result = PutInPlaceOf(std::move(old), until, source, target, mayReplace);
+      result = PutInPlaceOf(std::move(old), patience, source, target, mayReplace);
     } else {
       const bool mayBeNew =
           old.Failure() == FileFailure::kNotFound && (!mayReplace || mayReplace(nullptr));
       result = mayBeNew ? RenameToNew(source, target) : Replacing::kFailed;
     }
-    if (std::chrono::steady_clock::now() >= until) {
+    if (patience.IsOver()) {
       break;
     }
   }

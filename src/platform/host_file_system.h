@@ -22,7 +22,7 @@ class HostFileSystem : public FileSystem {
 
   OpenResult<InputFile> OpenForRead(std::string_view path,
                                     Spelling spelling = Spelling::kExact) override;
-  OpenResult<InputFile> OpenWhenFree(std::string_view path) override;
+  OpenResult<InputFile> OpenWhenFree(std::string_view path, const GiveUp& giveUp = {}) override;
   OpenResult<OutputFile> OpenForWrite(std::string_view path) override;
   bool Exists(std::string_view path, Spelling spelling = Spelling::kExact) override;
   bool IsDirectory(std::string_view path, Spelling spelling = Spelling::kExact) override;
@@ -31,15 +31,13 @@ class HostFileSystem : public FileSystem {
   bool LeadsOutOfFolder(std::string_view path) override;
   bool TakePermissions(std::string_view path, std::string_view from) override;
   void RemoveAbandoned(std::string_view path) override;
-  bool Replace(std::string_view from, std::string_view to,
-               const MayReplace& mayReplace = {}) override;
+  bool Replace(std::string_view from, std::string_view to, const MayReplace& mayReplace = {},
+               const GiveUp& giveUp = {}) override;
   bool Remove(std::string_view path) override;
   std::optional<int64_t> ModifiedAt(std::string_view path) override;
   FolderListing ListFolder(std::string_view path) override;
 
  private:
-  HostFile::Time PatienceEnd() const { return std::chrono::steady_clock::now() + patience_; }
-
   const HostPaths& paths_;
   const std::chrono::milliseconds patience_;
 };

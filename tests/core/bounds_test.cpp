@@ -134,10 +134,11 @@ TEST(Bounds, AFunctionMayBeItsOwnExtraCallee) {
 }
 
 TEST(BoundNotes, NameAdjustmentsThatLeaveOutWhatTheBoundNeeds) {
-  Bounded graph("main 1 -> i r\ni 1\nr 1 -> x r\n? x\n");
+  Bounded graph("main 1 -> i r\ni 1\nr 1 -> x r\n? x\nd 1\n");
   graph["i"].flags |= FN_INDIRECT_CALL;
+  graph["d"].flags |= FN_HIDDEN_CALL | FN_DYNAMIC_FRAME;
   EXPECT_EQ(graph.Notes(), "");
-  for (const char* name : {"i", "r", "x"}) {
+  for (const char* name : {"i", "r", "x", "d"}) {
     graph.Adjust(name, kNoMargin);
   }
   EXPECT_EQ(graph.Notes(),
@@ -146,7 +147,11 @@ TEST(BoundNotes, NameAdjustmentsThatLeaveOutWhatTheBoundNeeds) {
             "empty-adjustment:2 r is adjusted, but the adjustment leaves out what its bound "
             "needs: a recursion depth (RECTIME=).\n"
             "empty-adjustment:3 [x] is adjusted, but the adjustment leaves out what its bound "
-            "needs: its size (ADD=).\n");
+            "needs: its size (ADD=).\n"
+            "empty-adjustment:4 d is adjusted, but the adjustment leaves out what its bound "
+            "needs: its size (ADD=), the call in its code that is not listed (CALL= or ADD=).\n");
+  graph.Adjust("d", 0);
+  graph["d"].flags &= ~FN_HIDDEN_CALL;
   graph.Adjust("i", 0);
   graph.Adjust("r", kNoMargin, 2);
   graph.Adjust("x", 0);

@@ -110,7 +110,7 @@ TEST(AdjustmentForm, BuildsOnlyWhatIsStated) {
 }
 
 TEST(AdjustmentForm, StartsFromWhatIsInForceAndResets) {
-  Analysis analysis("loop 2 -> loop => b\na 1\nb 1");
+  Analysis analysis("loop 2 -> loop => b\na 1 -> b\nb 1");
   analysis.Adjust("loop", kNoMargin, 7);
   AdjustmentForm form = analysis.Form("loop");
   EXPECT_EQ(form.MarginText() + "|" + form.DepthText(), "|7");
@@ -120,6 +120,18 @@ TEST(AdjustmentForm, StartsFromWhatIsInForceAndResets) {
   EXPECT_TRUE(form.RecursionEnabled()) << "by a callee of its own";
   EXPECT_EQ(Text(form.BuildAdjustment()), "none");
   EXPECT_EQ(Names(analysis["loop"].extraCallees), "_b ") << "nothing reaches the function";
+
+  // A callee that is stated although it is called directly is not shown, and stays unless all go.
+  analysis.functions.SetDirectCallees(analysis["a"], {&analysis["b"]});
+  AdjustmentForm direct = analysis.Form("a");
+  EXPECT_TRUE(direct.AddedCallees().empty());
+  direct.SetMarginText("4");
+  EXPECT_EQ(Names(direct.BuildAdjustment()->directCallees), "_b ");
+  direct.SetMarginText("");
+  ASSERT_TRUE(direct.BuildAdjustment()) << "else it would be cancelled";
+  EXPECT_EQ(Names(direct.BuildAdjustment()->directCallees), "_b ");
+  direct.DeleteAll();
+  EXPECT_FALSE(direct.BuildAdjustment());
 }
 
 }  // namespace

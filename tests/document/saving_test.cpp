@@ -20,6 +20,16 @@ class SavingTest : public DocumentHost {
     ASSERT_TRUE(document.AdjustFunction(*Find(name), adjustment));
   }
   std::string SystemFile() { return host.files.Get(kSystemFile).value_or("none"); }
+  // Of the stk system file, where notes say that it is kept without effect.
+  std::vector<uint32_t> StaleLines() {
+    std::vector<uint32_t> lines;
+    for (const StkNote& note : document.InputNotes()) {
+      EXPECT_EQ(note.rule, "stale-statement");
+      EXPECT_EQ(note.file, kSystemFile);
+      lines.push_back(note.line);
+    }
+    return lines;
+  }
   std::string Backup(const std::string& suffix) {
     return host.files.Get(std::string(kSystemFile) + suffix).value_or("none");
   }
@@ -162,8 +172,7 @@ TEST_F(SavingTest, LinesThatNameNoFunctionAreKeptUntilTheyDo) {
   const std::string gone = "main,  CALL=gone\r\n";
   host.files.Put(kSystemFile, "f, ADD=1\r\n" + lost + gone);
   OpenAndFinish();
-  EXPECT_TRUE(Logged("note: Function (\"my lost.c\"#g) is not found"));
-  EXPECT_TRUE(Logged("note: Function (gone) is not found"));
+  EXPECT_EQ(StaleLines(), (std::vector<uint32_t>{2, 3}));
   for (const uint32_t margin : {5u, 6u}) {
     Adjust("f", margin);
     Finish();
@@ -175,6 +184,7 @@ TEST_F(SavingTest, LinesThatNameNoFunctionAreKeptUntilTheyDo) {
   ASSERT_TRUE(document.HasStatement(*Find("main")));
   ASSERT_TRUE(document.CancelAdjustment(*Find("main")));
   Finish();
+  EXPECT_EQ(StaleLines(), std::vector<uint32_t>{3});
   EXPECT_EQ(SystemFile(), "f, ADD=6\r\n" + heading + lost);
   host.files.Put(ModulePath("a"), Module("my lost.c", {"main 10 f", "f 20", "static g 2"}));
   document.Recalculate();

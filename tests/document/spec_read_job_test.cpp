@@ -90,6 +90,14 @@ TEST_F(SpecReadJobTest, AStopDiscardsTheInterruptedSourceAndStillComputes) {
     EXPECT_EQ(window.handled.back().first, WM_STK_SPECREAD_PROGRESS);
     EXPECT_EQ(recorder.log.lines.back(), "C:\\user.txt Reading aborted.");
   }
+  host.files.Put(kSystem, "f, ADD=1000\n");
+  host.files.Hold(kSystem);
+  roots.Clear();
+  Add(SpecificationKind::kSystemFile, kSystem);
+  Make().Start();
+  job->Stop();
+  EXPECT_EQ(job->End(), WorkEnd::kStopped);
+  EXPECT_FALSE(roots.empty());
 }
 
 TEST_F(SpecReadJobTest, TotalsContainWhatABrokenTableSetBefore) {
@@ -140,6 +148,7 @@ TEST_F(SpecReadJobTest, TheStkSystemFileCountsAsTakenOnlyWhole) {
     Add(SpecificationKind::kSystemFile, kSystem);
     Run();
     EXPECT_EQ(job->TakenSystemFile().has_value(), test.taken);
+    EXPECT_EQ(recorder.log.lines.empty(), test.taken);
     if (test.taken) {
       EXPECT_EQ(job->TakenSystemFile(), FileFingerprint(host.files, kSystem));
     }

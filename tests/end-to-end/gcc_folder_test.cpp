@@ -66,7 +66,11 @@ TEST_F(GccFolder, KeepsStatementsBesideAVelkorTomlWhoseFilesWin) {
   EXPECT_EQ(Saved(), "rec, RECTIME=7\r\n");
   EXPECT_EQ(Run({"adjust", "velkor.toml", "main", "--margin", "4"}).status, 0);
   EXPECT_EQ(Saved(), "main, ADD=4\r\nrec, RECTIME=7\r\n") << "the user's own is kept";
-  EXPECT_EQ(Run({"reset", "velkor.toml", "--all"}).status, 0);
+  const ProgramRun reset = Run({"reset", "velkor.toml", "--all"});
+  EXPECT_EQ(reset.status, 0);
+  EXPECT_NE(reset.err.find("two.txt:1: Function (rec) stays as it is stated here"),
+            std::string::npos)
+      << reset.err;
   EXPECT_EQ(Saved(), "rec, RECTIME=7\r\n");
   folder_.Put("mine.txt", "rec, RECTIME=5\nmain, ADD=x\n");
   EXPECT_EQ(Run({"load", "velkor.toml", "mine.txt", "--on-error", "abort"}).status, 1);
@@ -82,9 +86,15 @@ TEST_F(GccFolder, KeepsStatementsBesideAVelkorTomlWhoseFilesWin) {
   folder_.Put("velkor.psg", "rec, CALL=gone\r\n");
   EXPECT_EQ(Run({"adjust", "velkor.toml", "main", "--margin", "4"}).status, 0);
   EXPECT_TRUE(Saved().ends_with("\r\nrec, CALL=gone\r\n")) << Saved();
+  folder_.Put("velkor.psg", "main, CALL=lost\r\nrec, CALL=gone\r\n");
+  const std::string err = Run({"reset", "velkor.toml", "main"}).err;
+  EXPECT_NE(err.find("psg:2: Function (gone) is not found"), std::string::npos) << err;
+  EXPECT_EQ(err.find("(lost)"), std::string::npos) << err;
 
   // Of what only a file of the input states, nothing is kept.
   fs::remove(folder_.Path("velkor.psg"));
+  EXPECT_EQ(Run({"reset", "velkor.toml", "--all"}).status, 0);
+  EXPECT_FALSE(fs::exists(folder_.Path("velkor.psg")));
   EXPECT_EQ(Run({"adjust", "velkor.toml", "main", "--margin", "4"}).status, 0);
   EXPECT_EQ(Saved(), "main, ADD=4\r\n");
 }

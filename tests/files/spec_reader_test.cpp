@@ -173,7 +173,7 @@ TEST(SpecReader, AnswersOfTheStopQuestion) {
 TEST(SpecReader, AFileThatCannotBeOpenedIsGivenUp) {
   SpecReading reading(kGraph);
   StkSpecReader user(kUserFile, "C:\\p\\s.psg", reading.host.host, reading.recorder.reporter);
-  EXPECT_EQ(nullptr, user.Open());
+  EXPECT_EQ(nullptr, user.Open({}));
   reading.recorder.queue.Drain();
   EXPECT_EQ((Lines{"W9400 Cannot find file (C:\\p\\s.psg).\nCheck that the specified file name is "
                    "correct.",

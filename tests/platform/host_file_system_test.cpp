@@ -58,6 +58,7 @@ class HostFileSystemTest : public ::testing::Test {
   const HostPaths paths_{codePage_};
   HostFileSystem files_{paths_, std::chrono::milliseconds(100)};
   HostFileSystem patient_{paths_, std::chrono::seconds(20)};
+  HostFileSystem endless_{paths_, std::chrono::hours(1)};
 };
 
 TEST_F(HostFileSystemTest, WritesAndReadsWholeFiles) {
@@ -249,6 +250,13 @@ TEST_F(HostFileSystemTest, ALockThatPassesIsWaitedFor) {
   });
   EXPECT_TRUE(patient_.OpenWhenFree("old").file);
   release.join();
+
+  writer = files_.OpenForWrite("old");
+  int asked = 0;
+  const auto giveUp = [&asked] { return ++asked % 3 == 0; };
+  EXPECT_EQ(endless_.OpenWhenFree("old", giveUp).failure, FileFailure::kOther);
+  EXPECT_FALSE(endless_.Replace("next", "old", {}, giveUp));
+  EXPECT_EQ(folder_.Get("next"), "new");
 }
 
 // Another program puts its file there between the moment in which the old one is opened and that

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <thread>
 
 namespace velkor::testing {
 
@@ -107,6 +108,16 @@ void MemoryFileSystem::Refuse(const std::string& path) {
   refused_.insert(path);
 }
 
+void MemoryFileSystem::Hold(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  held_.insert(path);
+}
+
+void MemoryFileSystem::Release(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  held_.erase(path);
+}
+
 void MemoryFileSystem::SetCapacity(std::optional<size_t> bytes) {
   const std::lock_guard lock(mutex_);
   capacity_ = bytes;
@@ -151,7 +162,19 @@ bool MemoryFileSystem::IsThere(std::string_view path) const {
 }
 
 bool MemoryFileSystem::IsClosedTo(std::string_view path) const {
-  return refused_.contains(path) || directories_.contains(path);
+  return refused_.contains(path) || directories_.contains(path) || held_.contains(path);
+}
+
+void MemoryFileSystem::WaitWhileHeld(std::string_view path, const GiveUp& giveUp) const {
+  std::unique_lock lock(mutex_);
+  while (held_.contains(path) && giveUp) {
+    lock.unlock();
+    if (giveUp()) {
+      return;
+    }
+    std::this_thread::yield();
+    lock.lock();
+  }
 }
 
 std::vector<std::string> MemoryFileSystem::Paths() const {
@@ -191,6 +214,11 @@ OpenResult<InputFile> MemoryFileSystem::OpenForRead(std::string_view path, Spell
   return {std::make_unique<Input>(*this, std::string(path)), FileFailure::kNone};
 }
 
+OpenResult<InputFile> MemoryFileSystem::OpenWhenFree(std::string_view path, const GiveUp& giveUp) {
+  WaitWhileHeld(path, giveUp);
+  return OpenForRead(path);
+}
+
 OpenResult<OutputFile> MemoryFileSystem::OpenForWrite(std::string_view path) {
   const std::lock_guard lock(mutex_);
   if (Fails(FileOperation::kCreate, path) || IsClosedTo(path)) {
@@ -221,13 +249,15 @@ bool MemoryFileSystem::IsSameFile(std::string_view path, std::string_view input)
 }
 
 bool MemoryFileSystem::Replace(std::string_view from, std::string_view to,
-                               const MayReplace& mayReplace) {
+                               const MayReplace& mayReplace, const GiveUp& giveUp) {
   std::unique_lock lock(mutex_);
-  if (const std::function<void()> action = beforeReplace_) {
-    lock.unlock();
+  const std::function<void()> action = beforeReplace_;
+  lock.unlock();
+  if (action) {
     action();
-    lock.lock();
   }
+  WaitWhileHeld(to, giveUp);
+  lock.lock();
   if (Fails(FileOperation::kReplace, to) || !entries_.contains(from) || IsClosedTo(to)) {
     return false;
   }

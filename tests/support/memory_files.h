@@ -46,6 +46,9 @@ class MemoryFileSystem : public FileSystem {
   void AddDirectory(const std::string& path);
   // Every open of the path fails with FileFailure::kOther.
   void Refuse(const std::string& path);
+  // Another holds the path, until whoever waits for it gives up.
+  void Hold(const std::string& path);
+  void Release(const std::string& path);
   // Writing fails once this many bytes in total have been taken; none: no limit.
   void SetCapacity(std::optional<size_t> bytes);
   // Runs in the reading thread before each Read of the path.
@@ -71,12 +74,13 @@ class MemoryFileSystem : public FileSystem {
 
   OpenResult<InputFile> OpenForRead(std::string_view path,
                                     Spelling spelling = Spelling::kExact) override;
+  OpenResult<InputFile> OpenWhenFree(std::string_view path, const GiveUp& giveUp = {}) override;
   OpenResult<OutputFile> OpenForWrite(std::string_view path) override;
   bool Exists(std::string_view path, Spelling spelling = Spelling::kExact) override;
   bool IsDirectory(std::string_view path, Spelling spelling = Spelling::kExact) override;
   bool IsSameFile(std::string_view path, std::string_view input) override;
-  bool Replace(std::string_view from, std::string_view to,
-               const MayReplace& mayReplace = {}) override;
+  bool Replace(std::string_view from, std::string_view to, const MayReplace& mayReplace = {},
+               const GiveUp& giveUp = {}) override;
   bool Remove(std::string_view path) override;
   // What SetModifiedAt said, else 0.
   std::optional<int64_t> ModifiedAt(std::string_view path) override;
@@ -97,6 +101,8 @@ class MemoryFileSystem : public FileSystem {
   // Under the mutex.
   bool IsThere(std::string_view path) const;
   bool IsClosedTo(std::string_view path) const;
+  // Not under the mutex. Does not wait where nobody could give up.
+  void WaitWhileHeld(std::string_view path, const GiveUp& giveUp) const;
   // Whether this call is the one.
   bool Fails(FileOperation operation, std::string_view path);
 
@@ -104,6 +110,7 @@ class MemoryFileSystem : public FileSystem {
   std::map<std::string, Entry, std::less<>> entries_;
   std::set<std::string, std::less<>> directories_;
   std::set<std::string, std::less<>> refused_;
+  std::set<std::string, std::less<>> held_;
   std::map<std::string, int64_t, std::less<>> times_;
   std::map<std::string, uint64_t, std::less<>> folderNumbers_;  // of those that were listed
   std::optional<size_t> capacity_;

@@ -1,8 +1,13 @@
+#include <QDir>
 #include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 #include "main_window.h"
+#include "platform/local_machine.h"
+#include "support/module_text.h"
+#include "ui/dialogs/adjust_dialog.h"
 #include "ui/dialogs/file_name_checks.h"
 
 namespace velkor::ui {
@@ -23,6 +28,84 @@ TEST_F(FileNames, PathsOverTheLimitAreRefusedInEveryDialog) {
   EXPECT_FALSE(NameToSave(longest + 'n', Context()));
   EXPECT_EQ(BoxTexts(), message + "\nThe limit is 255.|" + message + "\nThe limit is 255.|");
   EXPECT_EQ(Log(), message + " The limit is 255.\n" + message + " The limit is 255.\n");
+}
+
+void Put(const QString& path, const std::string& content) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(content.data(), static_cast<qint64>(content.size()));
+}
+
+std::string Get(const QString& path) {
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+  return file.readAll().toStdString();
+}
+
+// Into the next file dialog.
+void Type(const QString& name) {
+  QTimer::singleShot(0, [name] {
+    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(name);
+    static_cast<QDialog*>(dialog)->accept();
+  });
+}
+
+void FinishJobs(CStkDoc& document) {
+  ASSERT_TRUE(QTest::qWaitFor([&] {
+    for (const JobKind kind : kJobKinds) {
+      document.Finish(kind);
+    }
+    return !document.HasJobs();
+  }));
+}
+
+// Every character here has a "\" in it in 932.
+TEST(FileNamesOfAnotherCodePage, WhatIsTypedMeansItsFunctionAndFile) {
+  const QTemporaryDir temporary;
+  const QString folder = temporary.filePath("表ソ");
+  ASSERT_TRUE(QDir().mkpath(folder));
+  Put(folder + "/表.prj", "[ProjectManager]\nPath=C:\\p\n[SrcFile]\nSource1=a.c\n");
+  Put(folder + "/a.asm", testing::ModuleText("a.c", {"main 10 \x94\x5C", "\x94\x5C 4"}));
+  std::string error;
+  const auto machine =
+      LocalMachine::Create({.mappings = {}, .codePage = "932", .dataFolder = ""}, error);
+  testing::Recorder recorder(machine->GetCodePage());
+  NotificationQueue posted;
+  CStkDoc document(machine->GetHost(), recorder.reporter, posted);
+  UiContext context{machine->GetHost(), recorder.messages, recorder.reporter, document};
+  WindowFileDialogs files;
+
+  Type(folder + "/表.prj");
+  const std::optional<std::string> project = files.ProjectToOpen(context, nullptr);
+  ASSERT_TRUE(project && document.OnOpenDocument(*project));
+  document.StartAnalysis();
+  FinishJobs(document);
+  StkFunction& main = *document.FunctionTable()->FindBySpecName("", "main", false);
+  AdjustStackSizeDialog adjust(context, main, [](int) {});
+  FunctionListBox& all = *adjust.findChildren<FunctionListBox*>()[1];
+  all.keyboardSearch("能");
+  ASSERT_NE(all.SelectedFunction(), nullptr);
+  EXPECT_EQ(all.SelectedFunction()->name, "_\x94\x5C");
+  QLineEdit& margin = *adjust.findChildren<QLineEdit*>()[2];
+  margin.setText("表");
+  adjust.accept();
+  ASSERT_EQ(recorder.boxes.boxes.size(), 1U);
+  EXPECT_EQ(context.Decoded(recorder.boxes.boxes.front().text),
+            QString("W9462 Illegal value (表) for additional margin."));
+  margin.setText("4");
+  adjust.accept();
+  ASSERT_TRUE(adjust.BuildAdjustment());
+  ASSERT_TRUE(document.AdjustFunction(main, *adjust.BuildAdjustment()));
+  FinishJobs(document);
+  EXPECT_EQ(Get(folder + "/表.psg"), "main, ADD=4\r\n");
+
+  Type("能.txt");
+  const std::optional<std::string> saved = files.SpecFileToSave(context, nullptr);
+  ASSERT_TRUE(saved && document.SaveSpecFile(*saved));
+  FinishJobs(document);
+  EXPECT_EQ(Get(folder + "/能.txt"), "main, ADD=4\r\n");
 }
 
 TEST(FileNamesOfAnotherCodePage, EveryFileOfThisHostCanBeNamed) {

@@ -22,10 +22,11 @@ TEST_F(LogViewOfTheWindow, AMessageIsOneLine) {
       "c\xE2\x80\xA9"
       "d\xFF");
   View().AppendNote({.rule = "some-rule", .text = "e\nf", .file = {}, .function = {}});
+  View().AppendNote({.rule = "r", .text = "g", .file = "C:\\p", .line = 7, .function = {}});
   EXPECT_EQ(Log(),
             "W9400 Cannot find file (a). Check that the specified file name is correct.\n"
-            "a b c d\xEF\xBF\xBD\nNote: e f\n");
-  EXPECT_EQ(View().blockCount(), 4);
+            "a b c d\xEF\xBF\xBD\nNote: e f\nNote: C:\\p:7: g\n");
+  EXPECT_EQ(View().blockCount(), 5);
 }
 
 TEST_F(LogViewOfTheWindow, TheOldestLinesDisappear) {

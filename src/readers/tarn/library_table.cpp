@@ -41,7 +41,7 @@ std::string TablePath(std::string_view suffix, const Host& host, const StkReport
 // False when only a part of the table could be read.
 bool ReadNames(StkLibraryTable& table, const CodePage& codePage, Event& stopEvent,
                RuntimeNameSet& set) {
-  const std::unique_ptr<StkByteSource> source = table.Open();
+  const std::unique_ptr<StkByteSource> source = table.Open({});
   if (!source) {
     return true;
   }
@@ -65,7 +65,7 @@ StkLibraryTable::StkLibraryTable(LibraryTableKind kind, const StkProject& projec
       resourceId_(static_cast<uint32_t>(NameKey(kind))),
       displayName_(reporter.Messages().Text(NameKey(kind))) {}
 
-std::unique_ptr<StkByteSource> StkLibraryTable::Open() {
+std::unique_ptr<StkByteSource> StkLibraryTable::Open(const FileSystem::GiveUp& /*giveUp*/) {
   std::unique_ptr<StkByteSource> file = usesBuiltIn_ ? nullptr : OpenFile();
   if (file != nullptr) {
     return file;

@@ -22,7 +22,7 @@ class StkLibraryTable : public StkSpecReader {
 
   // W9427 is not reported: only the names are wanted.
   void SetNoMissingWarning() { noMissingWarning_ = true; }
-  std::unique_ptr<StkByteSource> Open() override;
+  std::unique_ptr<StkByteSource> Open(const FileSystem::GiveUp& giveUp) override;
   // The file is not tried.
   void UseBuiltIn() { usesBuiltIn_ = true; }
   // After Open.

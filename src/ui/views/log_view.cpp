@@ -5,6 +5,7 @@
 #include <QScrollBar>
 #include <QTextBlock>
 #include <algorithm>
+#include <string>
 
 #include "ui/commands/context_menu.h"
 
@@ -65,7 +66,13 @@ void CStkLogView::Append(const StkMessage& message) {
 }
 
 void CStkLogView::AppendNote(const StkNote& note) {
-  AppendLine(context_.messages.FormatMessageText(kNoteLine, {note.text}));
+  std::string text = note.file;
+  if (note.line != 0) {
+    text += ':' + std::to_string(note.line);
+  }
+  text += text.empty() ? "" : ": ";
+  text += note.text;
+  AppendLine(context_.messages.FormatMessageText(kNoteLine, {text}));
 }
 
 void CStkLogView::AppendLine(std::string_view text) {

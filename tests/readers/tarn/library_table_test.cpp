@@ -123,7 +123,7 @@ TEST_F(LibraryTableTest, TheSizesComeFromTheTableOfTheNames) {
   host_.files.Put("C:\\data\\ltr.txt", "[@late], ADD=1\n");
   const auto sources = SpecSourcesOf(project_, compiler, host_.host, recorder_.reporter);
   ASSERT_FALSE(sources.empty());
-  const std::unique_ptr<StkByteSource> helpers = sources.front()->Open();
+  const std::unique_ptr<StkByteSource> helpers = sources.front()->Open({});
   ASSERT_NE(helpers, nullptr);
   EXPECT_EQ(SizesOf(Content(*helpers)).size(), 135U);
 }
