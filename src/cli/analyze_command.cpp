@@ -1,7 +1,6 @@
 #include "cli/analyze_command.h"
 
-#include <cstdio>
-
+#include "cli/command_output.h"
 #include "reports/csv_output.h"
 #include "reports/explanation_output.h"
 #include "reports/json_output.h"
@@ -10,8 +9,8 @@
 namespace velkor::cli {
 namespace {
 
-void WriteResult(const reports::AnalysisResult& result, const Options& options,
-                 reports::ResultOutput& output) {
+void WriteAnalysis(const reports::AnalysisResult& result, const Options& options,
+                   reports::ResultOutput& output) {
   switch (options.format) {
     case OutputFormat::kText:
       return reports::WriteText(result, options.full, output);
@@ -22,20 +21,6 @@ void WriteResult(const reports::AnalysisResult& result, const Options& options,
   }
 }
 
-// Writes what follows the log, and ends the command.
-template <typename Write>
-ExitStatus Print(Application& application, Write write) {
-  application.StopCatchingInterrupts();
-  application.SayNotes();
-  reports::ResultOutput output(stdout);
-  write(application.Result(), output);
-  if (!output.Finish()) {
-    application.Say("cannot write to standard output: " + output.Failure());
-    return kOutputFailed;
-  }
-  return application.FinishedStatus();
-}
-
 }  // namespace
 
 ExitStatus Analyze(Application& application, const Options& options) {
@@ -43,10 +28,9 @@ ExitStatus Analyze(Application& application, const Options& options) {
   if (analysed != kDone) {
     return analysed;
   }
-  return Print(application,
-               [&](const reports::AnalysisResult& result, reports::ResultOutput& output) {
-                 WriteResult(result, options, output);
-               });
+  return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
+    WriteAnalysis(application.Result(), options, output);
+  });
 }
 
 ExitStatus Explain(Application& application, const Options& options) {
@@ -58,14 +42,14 @@ ExitStatus Explain(Application& application, const Options& options) {
   if (function == nullptr) {
     return kWrongUsage;
   }
-  return Print(application,
-               [&](const reports::AnalysisResult& result, reports::ResultOutput& output) {
-                 if (options.format == OutputFormat::kJson) {
-                   reports::WriteExplanationJson(result, function->index, output);
-                 } else {
-                   reports::WriteExplanation(result, function->index, output);
-                 }
-               });
+  return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
+    const reports::AnalysisResult result = application.Result();
+    if (options.format == OutputFormat::kJson) {
+      reports::WriteExplanationJson(result, function->index, output);
+    } else {
+      reports::WriteExplanation(result, function->index, output);
+    }
+  });
 }
 
 }  // namespace velkor::cli

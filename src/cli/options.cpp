@@ -44,6 +44,13 @@ void AddLoadOption(CLI::App& command, Options& options) {
       ->option_text("FILE");
 }
 
+void AddOutputOption(CLI::App& command, Options& options) {
+  command
+      .add_option("--output", options.output,
+                  "where to write (default, and with -: standard output)")
+      ->option_text("FILE");
+}
+
 // A command that saves what is in force must not get into the stk system file what stands in a
 // file that is to be applied in memory only.
 void RefuseLoadOption(const Options& options) {
@@ -81,6 +88,16 @@ void AddExplain(CLI::App& app, Options& options) {
   command.add_option("--format", options.format, "how to print (default: text)")
       ->transform(CLI::CheckedTransformer(kFormats))
       ->option_text("text|json");
+  AddRunOptions(command, options);
+}
+
+void AddTodo(CLI::App& app, Options& options) {
+  CLI::App& command =
+      AddCommand(app, options, Options::Command::kTodo, "todo",
+                 "write what to state so that more functions have a bound, what frees most first, "
+                 "as a specification file to fill in");
+  AddLoadOption(command, options);
+  AddOutputOption(command, options);
   AddRunOptions(command, options);
 }
 
@@ -162,6 +179,7 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   app.require_subcommand(1);
   AddAnalyze(app, options);
   AddExplain(app, options);
+  AddTodo(app, options);
   AddChains(app, options);
   AddAdjust(app, options);
   AddReset(app, options);
