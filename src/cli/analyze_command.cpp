@@ -1,6 +1,8 @@
 #include "cli/analyze_command.h"
 
 #include "cli/command_output.h"
+#include "core/statement_plan.h"
+#include "reports/answer_output.h"
 #include "reports/csv_output.h"
 #include "reports/explanation_output.h"
 #include "reports/json_output.h"
@@ -9,15 +11,35 @@
 namespace velkor::cli {
 namespace {
 
-void WriteAnalysis(const reports::AnalysisResult& result, const Options& options,
+void WriteAnalysisText(Application& application, const Options& options,
+                       const StkFunction* function, reports::ResultOutput& output) {
+  const reports::AnalysisResult result = application.Result();
+  if (options.chains || options.full) {
+    reports::WriteAllText(result, options.full, output);
+    return;
+  }
+  const StkFunctionTable& functions = *application.Document().FunctionTable();
+  const StkBounds& bounds = *application.Document().Bounds();
+  reports::AnswerChoice choice;
+  choice.top = options.top;
+  if (function != nullptr) {
+    choice.function = function->index;
+  }
+  const StatementPlan plan = function != nullptr
+                                 ? PlanStatementsFor(functions, bounds, function->index)
+                                 : PlanStatements(functions, bounds);
+  reports::WriteAnswer(result, plan, choice, output);
+}
+
+void WriteAnalysis(Application& application, const Options& options, const StkFunction* function,
                    reports::ResultOutput& output) {
   switch (options.format) {
     case OutputFormat::kText:
-      return reports::WriteText(result, options.full, output);
+      return WriteAnalysisText(application, options, function, output);
     case OutputFormat::kJson:
-      return reports::WriteJson(result, output);
+      return reports::WriteJson(application.Result(), output);
     case OutputFormat::kCsv:
-      return reports::WriteCsv(result, output);
+      return reports::WriteCsv(application.Result(), output);
   }
 }
 
@@ -28,8 +50,15 @@ ExitStatus Analyze(Application& application, const Options& options) {
   if (analysed != kDone) {
     return analysed;
   }
+  const StkFunction* function = nullptr;
+  if (options.function) {
+    function = application.FindFunction(*options.function);
+    if (function == nullptr) {
+      return kWrongUsage;
+    }
+  }
   return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
-    WriteAnalysis(application.Result(), options, output);
+    WriteAnalysis(application, options, function, output);
   });
 }
 

@@ -24,7 +24,9 @@ struct Options {
   std::string output;                  // a file; empty or "-": standard output
 
   OutputFormat format = OutputFormat::kText;
-  bool full = false;  // text output: nothing is left out of a long call chain
+  size_t top = 10;      // analyze, as text: how many numbers
+  bool chains = false;  // likewise: all of it, with the call chain of every top-level function
+  bool full = false;    // likewise, and nothing is left out of a long call chain
   bool all = false;   // chains: all call chains; reset: all functions
 
   // adjust: none leaves the field as it is, an empty text empties it.

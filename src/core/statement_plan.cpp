@@ -29,11 +29,7 @@ void CountFreed(const CauseGraph& graph, const std::vector<uint32_t>& order, Sta
   }
 }
 
-}  // namespace
-
-StatementPlan PlanStatements(const StkFunctionTable& table, const StkBounds& bounds,
-                             PlanningEffort effort) {
-  CauseGraph graph(table, bounds);
+StatementPlan Plan(CauseGraph graph, PlanningEffort effort) {
   const std::vector<uint32_t> order = CauseOrder(graph, effort).Find();
   StatementPlan plan;
   plan.steps.reserve(order.size());
@@ -42,6 +38,18 @@ StatementPlan PlanStatements(const StkFunctionTable& table, const StkBounds& bou
   }
   CountFreed(graph, order, plan);
   return plan;
+}
+
+}  // namespace
+
+StatementPlan PlanStatements(const StkFunctionTable& table, const StkBounds& bounds,
+                             PlanningEffort effort) {
+  return Plan(CauseGraph(table, bounds, {}), effort);
+}
+
+StatementPlan PlanStatementsFor(const StkFunctionTable& table, const StkBounds& bounds,
+                                uint32_t function, PlanningEffort effort) {
+  return Plan(CauseGraph(table, bounds, function), effort);
 }
 
 }  // namespace velkor

@@ -44,4 +44,8 @@ struct PlanningEffort {
 StatementPlan PlanStatements(const StkFunctionTable& table, const StkBounds& bounds,
                              PlanningEffort effort = {});
 
+// The same, as if the function were the only top-level one: what it misses, and nothing else.
+StatementPlan PlanStatementsFor(const StkFunctionTable& table, const StkBounds& bounds,
+                                uint32_t function, PlanningEffort effort = {});
+
 }  // namespace velkor

@@ -256,6 +256,10 @@ TEST(StatementPlan, WhatFreesTheMostComesFirst) {
   const StatementPlan plan = PlanStatements(graph.functions, bounds);
   EXPECT_EQ(Steps(graph, plan),
             (std::vector<std::string>{"2: log", "1: wait", "1: step", "1: left"}));
+  EXPECT_EQ(Steps(graph, PlanStatementsFor(graph.functions, bounds, graph["isr3"].index)),
+            (std::vector<std::string>{"0: wait", "1: log"}));
+  EXPECT_EQ(Steps(graph, PlanStatementsFor(graph.functions, bounds, graph["right"].index)),
+            (std::vector<std::string>{"1: left"}));
 }
 
 // Very many functions, each with a cause of its own: the effort runs out, the counts hold.

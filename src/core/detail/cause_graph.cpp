@@ -9,8 +9,10 @@
 
 namespace velkor {
 
-CauseGraph::CauseGraph(const StkFunctionTable& table, const StkBounds& bounds)
-    : table_(table), bounds_(bounds), nodeOf_(table.Count(), kNone) {
+CauseGraph::CauseGraph(const StkFunctionTable& table, const StkBounds& bounds,
+                       std::optional<uint32_t> onlyEntry)
+    : table_(table), bounds_(bounds), onlyEntry_(onlyEntry), nodeOf_(table.Count(), kNone) {
+  const std::vector<bool> isReached = ReachedFromEntry();
   const std::span<const uint32_t> order = bounds.CalleesFirst();
   for (size_t first = 0; first < order.size();) {
     const StkFunction& function = *table.Functions()[order[first]];
@@ -19,10 +21,36 @@ CauseGraph::CauseGraph(const StkFunctionTable& table, const StkBounds& bounds)
     const std::span<const uint32_t> members =
         alone ? order.subspan(first, 1) : std::span(bounds.Groups()[group].members);
     first += members.size();
-    if (!bounds.Reasons(function).empty()) {
+    if (isReached[function.index] && !bounds.Reasons(function).empty()) {
       AddNode(members);
     }
   }
+}
+
+std::vector<bool> CauseGraph::ReachedFromEntry() const {
+  std::vector<bool> isReached(table_.Count(), !onlyEntry_);
+  std::vector<uint32_t> open;
+  const auto reach = [&](uint32_t function) {
+    if (!isReached[function]) {
+      isReached[function] = true;
+      open.push_back(function);
+    }
+  };
+  if (onlyEntry_) {
+    reach(*onlyEntry_);
+  }
+  while (!open.empty()) {
+    const StkFunction& function = *table_.Functions()[open.back()];
+    open.pop_back();
+    for (const StkFunction* callee : AllCallees(function)) {
+      reach(table_.IndexOf(*callee));
+    }
+  }
+  return isReached;
+}
+
+bool CauseGraph::IsEntry(uint32_t function) const {
+  return onlyEntry_ ? function == *onlyEntry_ : table_.Functions()[function]->Is(FN_ROOT);
 }
 
 void CauseGraph::AddNode(std::span<const uint32_t> members) {
@@ -30,7 +58,7 @@ void CauseGraph::AddNode(std::span<const uint32_t> members) {
   uint32_t entries = 0;
   for (const uint32_t member : members) {
     nodeOf_[member] = node;
-    entries += table_.Functions()[member]->Is(FN_ROOT) ? 1U : 0U;
+    entries += IsEntry(member) ? 1U : 0U;
   }
   entries_.push_back(entries);
   AddCallees(members);

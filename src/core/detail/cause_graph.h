@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -14,7 +15,10 @@ namespace velkor {
 // function without a bound, or a group of them; a cause is what one step of a plan takes away.
 class CauseGraph {
  public:
-  CauseGraph(const StkFunctionTable& table, const StkBounds& bounds);
+  // Of all functions, or of those that one of them, which then counts as the only top-level one,
+  // can reach.
+  CauseGraph(const StkFunctionTable& table, const StkBounds& bounds,
+             std::optional<uint32_t> onlyEntry);
 
   uint32_t NodeCount() const { return static_cast<uint32_t>(entries_.size()); }
   uint32_t CauseCount() const { return static_cast<uint32_t>(steps_.size()); }
@@ -36,6 +40,8 @@ class CauseGraph {
  private:
   static constexpr uint32_t kNone = 0xFFFFFFFF;
 
+  std::vector<bool> ReachedFromEntry() const;
+  bool IsEntry(uint32_t function) const;
   void AddNode(std::span<const uint32_t> members);
   void AddCallees(std::span<const uint32_t> members);
   void AddCauses(std::span<const uint32_t> members);
@@ -46,6 +52,7 @@ class CauseGraph {
 
   const StkFunctionTable& table_;
   const StkBounds& bounds_;
+  const std::optional<uint32_t> onlyEntry_;
   std::vector<uint32_t> nodeOf_;  // by function
   std::vector<uint32_t> entries_;
   std::vector<uint32_t> firstCallee_{0};
