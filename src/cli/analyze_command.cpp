@@ -1,7 +1,8 @@
 #include "cli/analyze_command.h"
 
-#include <cstdio>
-
+#include "cli/command_output.h"
+#include "core/statement_plan.h"
+#include "reports/answer_output.h"
 #include "reports/csv_output.h"
 #include "reports/explanation_output.h"
 #include "reports/json_output.h"
@@ -10,30 +11,36 @@
 namespace velkor::cli {
 namespace {
 
-void WriteResult(const reports::AnalysisResult& result, const Options& options,
-                 reports::ResultOutput& output) {
-  switch (options.format) {
-    case OutputFormat::kText:
-      return reports::WriteText(result, options.full, output);
-    case OutputFormat::kJson:
-      return reports::WriteJson(result, output);
-    case OutputFormat::kCsv:
-      return reports::WriteCsv(result, output);
+void WriteAnalysisText(Application& application, const Options& options,
+                       const StkFunction* function, reports::ResultOutput& output) {
+  const reports::AnalysisResult result = application.Result();
+  if (options.chains || options.full) {
+    reports::WriteAllText(result, options.full, output);
+    return;
   }
+  const StkFunctionTable& functions = *application.Document().FunctionTable();
+  const StkBounds& bounds = *application.Document().Bounds();
+  reports::AnswerChoice choice;
+  choice.top = options.top;
+  if (function != nullptr) {
+    choice.function = function->index;
+  }
+  const StatementPlan plan = function != nullptr
+                                 ? PlanStatementsFor(functions, bounds, function->index)
+                                 : PlanStatements(functions, bounds);
+  reports::WriteAnswer(result, plan, choice, output);
 }
 
-// Writes what follows the log, and ends the command.
-template <typename Write>
-ExitStatus Print(Application& application, Write write) {
-  application.StopCatchingInterrupts();
-  application.SayNotes();
-  reports::ResultOutput output(stdout);
-  write(application.Result(), output);
-  if (!output.Finish()) {
-    application.Say("cannot write to standard output: " + output.Failure());
-    return kOutputFailed;
+void WriteAnalysis(Application& application, const Options& options, const StkFunction* function,
+                   reports::ResultOutput& output) {
+  switch (options.format) {
+    case OutputFormat::kText:
+      return WriteAnalysisText(application, options, function, output);
+    case OutputFormat::kJson:
+      return reports::WriteJson(application.Result(), output);
+    case OutputFormat::kCsv:
+      return reports::WriteCsv(application.Result(), output);
   }
-  return application.FinishedStatus();
 }
 
 }  // namespace
@@ -43,10 +50,16 @@ ExitStatus Analyze(Application& application, const Options& options) {
   if (analysed != kDone) {
     return analysed;
   }
-  return Print(application,
-               [&](const reports::AnalysisResult& result, reports::ResultOutput& output) {
-                 WriteResult(result, options, output);
-               });
+  const StkFunction* function = nullptr;
+  if (options.function) {
+    function = application.FindFunction(*options.function);
+    if (function == nullptr) {
+      return kWrongUsage;
+    }
+  }
+  return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
+    WriteAnalysis(application, options, function, output);
+  });
 }
 
 ExitStatus Explain(Application& application, const Options& options) {
@@ -58,14 +71,14 @@ ExitStatus Explain(Application& application, const Options& options) {
   if (function == nullptr) {
     return kWrongUsage;
   }
-  return Print(application,
-               [&](const reports::AnalysisResult& result, reports::ResultOutput& output) {
-                 if (options.format == OutputFormat::kJson) {
-                   reports::WriteExplanationJson(result, function->index, output);
-                 } else {
-                   reports::WriteExplanation(result, function->index, output);
-                 }
-               });
+  return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
+    const reports::AnalysisResult result = application.Result();
+    if (options.format == OutputFormat::kJson) {
+      reports::WriteExplanationJson(result, function->index, output);
+    } else {
+      reports::WriteExplanation(result, function->index, output);
+    }
+  });
 }
 
 }  // namespace velkor::cli

@@ -48,6 +48,7 @@ class Application : private MessageTarget {
   ExitStatus FinishedStatus();
 
   const CodePage& GetCodePage() const { return machine_->GetCodePage(); }
+  Host& GetHost() { return machine_->GetHost(); }
   CStkDoc& Document() { return document_; }
   StkReporter& Reporter() { return reporter_; }
   // The analysis as it stands now.

@@ -18,6 +18,8 @@ ExitStatus RunCommand(Application& application, const Options& options) {
       return Analyze(application, options);
     case Options::Command::kExplain:
       return Explain(application, options);
+    case Options::Command::kTodo:
+      return Todo(application, options);
     case Options::Command::kChains:
       return Chains(application, options);
     case Options::Command::kAdjust:

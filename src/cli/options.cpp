@@ -44,6 +44,13 @@ void AddLoadOption(CLI::App& command, Options& options) {
       ->option_text("FILE");
 }
 
+void AddOutputOption(CLI::App& command, Options& options) {
+  command
+      .add_option("--output", options.output,
+                  "where to write (default, and with -: standard output)")
+      ->option_text("FILE");
+}
+
 // A command that saves what is in force must not get into the stk system file what stands in a
 // file that is to be applied in memory only.
 void RefuseLoadOption(const Options& options) {
@@ -58,17 +65,46 @@ void RefuseLoadOption(const Options& options) {
   }
 }
 
+// Of analyze as text.
+void AddTextOptions(CLI::App& command, Options& options) {
+  CLI::Option* top =
+      command.add_option("--top", options.top, "text: how many numbers (default: 10)")
+          ->option_text("N")
+          ->check(CLI::NonNegativeNumber);
+  CLI::Option* function =
+      command
+          .add_option("--function", options.function, "text: this function, not the largest ones")
+          ->option_text("NAME")
+          ->excludes(top);
+  for (CLI::Option* whole :
+       {command.add_flag("--chains", options.chains,
+                         "text: all of it, with the call chain of every top-level function"),
+        command.add_flag("--full", options.full,
+                         "text: the same, and nothing left out of a long call chain")}) {
+    whole->excludes(top)->excludes(function);
+  }
+}
+
 void AddAnalyze(CLI::App& app, Options& options) {
   static const std::map<std::string, OutputFormat> kFormats = {
       {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"csv", OutputFormat::kCsv}};
   CLI::App& command = AddCommand(app, options, Options::Command::kAnalyze, "analyze",
-                                 "print the stack use of every function");
+                                 "print how much stack is used, and what is not known");
   AddLoadOption(command, options);
   command.add_option("--format", options.format, "how to print (default: text)")
       ->transform(CLI::CheckedTransformer(kFormats))
       ->option_text("text|json|csv");
-  command.add_flag("--full", options.full, "text: leave nothing out of a long call chain");
+  AddTextOptions(command, options);
+  AddOutputOption(command, options);
   AddRunOptions(command, options);
+  command.callback([&options, &command] {
+    options.command = Options::Command::kAnalyze;
+    for (const char* name : {"--top", "--function", "--chains", "--full"}) {
+      if (options.format != OutputFormat::kText && command.count(name) != 0) {
+        throw CLI::ValidationError(name, "chooses what the text shows; the other formats hold all");
+      }
+    }
+  });
 }
 
 void AddExplain(CLI::App& app, Options& options) {
@@ -81,6 +117,16 @@ void AddExplain(CLI::App& app, Options& options) {
   command.add_option("--format", options.format, "how to print (default: text)")
       ->transform(CLI::CheckedTransformer(kFormats))
       ->option_text("text|json");
+  AddRunOptions(command, options);
+}
+
+void AddTodo(CLI::App& app, Options& options) {
+  CLI::App& command =
+      AddCommand(app, options, Options::Command::kTodo, "todo",
+                 "write what to state so that more functions have a bound, what frees most first, "
+                 "as a specification file to fill in");
+  AddLoadOption(command, options);
+  AddOutputOption(command, options);
   AddRunOptions(command, options);
 }
 
@@ -162,6 +208,7 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   app.require_subcommand(1);
   AddAnalyze(app, options);
   AddExplain(app, options);
+  AddTodo(app, options);
   AddChains(app, options);
   AddAdjust(app, options);
   AddReset(app, options);

@@ -14,17 +14,19 @@ enum class OutputFormat { kText, kJson, kCsv };
 // What the command line asks for. Texts are bytes as the caller gave them. Which fields have a
 // meaning depends on the command.
 struct Options {
-  enum class Command { kAnalyze, kExplain, kChains, kAdjust, kReset, kLoad, kSave };
+  enum class Command { kAnalyze, kExplain, kTodo, kChains, kAdjust, kReset, kLoad, kSave };
 
   Command command = Command::kAnalyze;
   std::string project;
   std::optional<std::string> function;
   std::vector<std::string> loadFiles;  // applied in memory, in this order
   std::string specification;           // load
-  std::string output;                  // chains, save
+  std::string output;                  // a file; empty or "-": standard output
 
   OutputFormat format = OutputFormat::kText;
-  bool full = false;  // text output: nothing is left out of a long call chain
+  size_t top = 10;      // analyze, as text: how many numbers
+  bool chains = false;  // likewise: all of it, with the call chain of every top-level function
+  bool full = false;    // likewise, and nothing is left out of a long call chain
   bool all = false;   // chains: all call chains; reset: all functions
 
   // adjust: none leaves the field as it is, an empty text empties it.

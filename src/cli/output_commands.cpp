@@ -1,8 +1,23 @@
 #include "cli/output_commands.h"
 
+#include "cli/command_output.h"
+#include "core/statement_plan.h"
 #include "files/chain_report.h"
+#include "reports/todo_output.h"
 
 namespace velkor::cli {
+
+ExitStatus Todo(Application& application, const Options& options) {
+  const ExitStatus analysed = application.OpenAndAnalyse(options);
+  if (analysed != kDone) {
+    return analysed;
+  }
+  return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
+    const StkFunctionTable& functions = *application.Document().FunctionTable();
+    const StkBounds& bounds = *application.Document().Bounds();
+    reports::WriteTodo(functions, bounds, PlanStatements(functions, bounds), output);
+  });
+}
 
 ExitStatus Chains(Application& application, const Options& options) {
   const ExitStatus analysed = application.OpenAndAnalyse(options);

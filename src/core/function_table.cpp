@@ -1,6 +1,7 @@
 #include "core/function_table.h"
 
 #include <algorithm>
+#include <iterator>
 #include <numeric>
 #include <span>
 #include <string>
@@ -165,6 +166,23 @@ StkFunctionList StkFunctionTable::Namesakes(std::string_view cName) const {
 
 bool StkFunctionTable::SharesName(const StkFunction& function) const {
   return nameIndex_->IsShared(function.index);
+}
+
+void StkFunctionTable::AddPointerName(const StkFunction& function, uint32_t name) {
+  constexpr size_t kMostNames = 16;
+  std::vector<uint32_t>& names = pointerNames_[function.index];
+  if (names.size() < kMostNames && std::ranges::find(names, name) == names.end()) {
+    names.push_back(name);
+  }
+}
+
+std::vector<std::string_view> StkFunctionTable::PointerNames(const StkFunction& function) const {
+  std::vector<std::string_view> texts;
+  if (const auto found = pointerNames_.find(function.index); found != pointerNames_.end()) {
+    std::ranges::transform(found->second, std::back_inserter(texts),
+                           [this](uint32_t name) { return names_[name]; });
+  }
+  return texts;
 }
 
 void StkFunctionTable::SetLibrarySize(StkFunction& function, uint32_t size) {
@@ -349,6 +367,7 @@ void StkFunctionTable::Clear() {
   callNames_.Clear();
   directCallees_.clear();
   pendingDirectCallees_.clear();
+  pointerNames_.clear();
   functions_.clear();
   touched_.clear();
   changes_ = {};

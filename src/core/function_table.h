@@ -99,6 +99,11 @@ class StkFunctionTable {
   }
   // In the order in which they were added.
   std::vector<std::string_view> CallNames(const StkFunction& caller) const;
+  // A call of the function through a pointer is written with that name.
+  void AddPointerName(const StkFunction& function, uint32_t name);
+  // Without repetition, in the order in which they were added, the first 16 of them; none where the
+  // input tells none.
+  std::vector<std::string_view> PointerNames(const StkFunction& function) const;
   // Which function the name means in a call by caller; made anew as an unknown one when nothing
   // has that name. In this order: static in the caller's file, global in the caller's file, global
   // in another file, unknown.
@@ -206,6 +211,7 @@ class StkFunctionTable {
   // By index; what is stated may be an empty list.
   std::unordered_map<uint32_t, StkFunctionList> directCallees_;
   std::map<uint32_t, StkFunctionList> pendingDirectCallees_;
+  std::unordered_map<uint32_t, std::vector<uint32_t>> pointerNames_;  // by index, in names_
   std::unordered_map<uint32_t, BroughtStatement> brought_;  // by index
   std::map<uint32_t, BroughtPlace> pendingBrought_;
   uint32_t unknownCount_ = 0;

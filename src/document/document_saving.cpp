@@ -38,6 +38,11 @@ bool CStkDoc::SaveSpecFile(std::string_view path) {
   return true;
 }
 
+bool CStkDoc::MayWriteTo(const std::string& path) {
+  return CheckOutputPath(path, input_ ? ProtectedPaths(true) : ProgramFiles(host_), host_,
+                         reporter_);
+}
+
 void CStkDoc::SpecWriteStopped() {
   const bool automatic = jobs_.Get<StkSpecWriteJob>()->IsAutomatic();
   EndSpecWrite();

@@ -1,20 +1,11 @@
 #include "reports/chain_output.h"
 
-#include <algorithm>
 #include <fmt/format.h>
-#include <functional>
 
+#include "reports/entry_ranking.h"
 #include "reports/explanation_rows.h"
 
 namespace velkor::reports {
-
-std::vector<uint32_t> LargestFirst(const AnalysisResult& result) {
-  std::vector<uint32_t> roots = result.roots;
-  std::ranges::stable_sort(roots, std::greater(), [&result](uint32_t function) {
-    return result.functions[function].known;
-  });
-  return roots;
-}
 
 void WriteChains(const AnalysisResult& result, bool full, ResultOutput& output) {
   if (result.roots.empty()) {
@@ -26,7 +17,8 @@ void WriteChains(const AnalysisResult& result, bool full, ResultOutput& output) 
       "{}: at least, for what is named beneath.  *: recursive.  &: calls indirectly.\n"
       "[ ]: not defined in the project.  +: adjustment or library size.\n\n",
       result.atLeast));
-  ExplanationRows rows(result, full, output);
+  using Shown = ExplanationRows::Shown;
+  ExplanationRows rows(result, full ? Shown::kAll : Shown::kEnds, output);
   rows.WriteHeading("Bound");
   for (const uint32_t root : LargestFirst(result)) {
     rows.WriteFunction(root);

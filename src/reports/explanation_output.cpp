@@ -52,9 +52,7 @@ class ExplanationJson {
     json_.EndArray();
   }
 
-  void WriteFunction(uint32_t function) {
-    json_.Text("function", result_.SpecName(function));
-  }
+  void WriteFunction(uint32_t function) { json_.Text("function", result_.SpecName(function)); }
 
   const AnalysisResult& result_;
   JsonWriter json_;
@@ -69,7 +67,7 @@ void WriteExplanation(const AnalysisResult& result, uint32_t function, ResultOut
       "\nThe bytes of the rows add up to the first line.\n"
       "*: recursive.  &: calls indirectly.  [ ]: not defined in the project.\n"
       "+: adjustment or library size.\n\n");
-  ExplanationRows rows(result, true, output);
+  ExplanationRows rows(result, ExplanationRows::Shown::kAll, output);
   rows.WriteHeading("Bytes");
   rows.WriteFunction(function);
 }

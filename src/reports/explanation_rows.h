@@ -20,13 +20,17 @@ namespace velkor::reports {
 // one line, with the bytes of all of it.
 class ExplanationRows {
  public:
-  // full: nothing is left out. Else all functions together have a budget, so that a program with
-  // very many deep ones stays readable and quick.
-  ExplanationRows(const AnalysisResult& result, bool full, ResultOutput& output);
+  // Of a long list; but for kAll all functions together have a budget, so that a program with very
+  // many deep ones stays readable and quick.
+  enum class Shown { kAll, kEnds, kLargest };
+
+  ExplanationRows(const AnalysisResult& result, Shown shown, ResultOutput& output);
 
   void WriteHeading(std::string_view bytes);
   // The function's own line, with its bound or what is known at least, and all that is beneath it.
   void WriteFunction(uint32_t function);
+  // What is beneath that line, with a heading of its own.
+  void WriteParts(uint32_t function);
 
  private:
   void WriteRows(uint32_t function);
@@ -40,9 +44,12 @@ class ExplanationRows {
   // Calls one of the two for each item, or for all that are left out in the middle of a long list.
   template <typename Item, typename Write, typename WriteLeftOut>
   void ForShown(const std::vector<Item>& items, Write write, WriteLeftOut writeLeftOut) const;
+  template <typename Item, typename Write, typename WriteLeftOut>
+  void ForLargest(const std::vector<Item>& items, Write write, WriteLeftOut writeLeftOut) const;
+  std::string LeftOut(size_t count) const;
 
   const AnalysisResult& result_;
-  const bool full_;
+  const Shown shown_;
   ResultOutput& output_;
   UncertaintySearch search_;
   size_t stepsLeft_;

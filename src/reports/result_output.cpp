@@ -10,6 +10,17 @@ constexpr size_t kBufferSize = size_t{64} << 10;
 
 }  // namespace
 
+ResultOutput::ResultOutput(std::FILE* file)
+    : sink_([this, file](std::string_view text) {
+        const bool written =
+            std::fwrite(text.data(), 1, text.size(), file) == text.size() && std::fflush(file) == 0;
+        if (!written) {
+          readerGone_ = errno == EPIPE;
+          failure_ = std::generic_category().message(errno);
+        }
+        return written;
+      }) {}
+
 void ResultOutput::Write(std::string_view text) {
   buffer_ += text;
   if (buffer_.size() >= kBufferSize) {
@@ -26,17 +37,11 @@ void ResultOutput::Put(char c) {
 
 bool ResultOutput::Finish() {
   WriteBuffer();
-  if (failure_.empty() && std::fflush(file_) != 0) {
-    failure_ = std::generic_category().message(errno);
-  }
-  return failure_.empty();
+  return !failed_ || readerGone_;
 }
 
 void ResultOutput::WriteBuffer() {
-  if (failure_.empty() && !buffer_.empty() &&
-      std::fwrite(buffer_.data(), 1, buffer_.size(), file_) != buffer_.size()) {
-    failure_ = std::generic_category().message(errno);
-  }
+  failed_ = failed_ || !sink_(buffer_);
   buffer_.clear();
 }
 

@@ -8,6 +8,10 @@ bool IsControl(char c) {
   return (value < 0x20 && c != '\t') || value == 0x7F;
 }
 
+bool StartsCharacter(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+}
+
 }  // namespace
 
 std::string OneLine(std::string_view utf8) {
@@ -33,10 +37,23 @@ std::string OneLine(std::string_view utf8) {
   return line;
 }
 
+std::string CutName(std::string_view utf8) {
+  constexpr size_t kMostCharacters = 60;
+  std::string line = OneLine(utf8);
+  size_t end = 0;
+  for (size_t count = 0; end < line.size(); ++end) {
+    if (StartsCharacter(line[end]) && ++count > kMostCharacters) {
+      line.resize(end);
+      return line + "...";
+    }
+  }
+  return line;
+}
+
 size_t CharacterCount(std::string_view utf8) {
   size_t count = 0;
   for (const char c : utf8) {
-    count += (static_cast<unsigned char>(c) & 0xC0) != 0x80 ? 1 : 0;
+    count += StartsCharacter(c) ? 1U : 0U;
   }
   return count;
 }

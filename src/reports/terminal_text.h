@@ -9,6 +9,9 @@ namespace velkor::reports {
 // is one), any other control character but the tab is U+FFFD.
 std::string OneLine(std::string_view utf8);
 
+// A name as one line, cut to what a column of a screen bears.
+std::string CutName(std::string_view utf8);
+
 // Characters of well-formed UTF-8.
 size_t CharacterCount(std::string_view utf8);
 

@@ -7,7 +7,9 @@
 #include "cli/application.h"
 #include "core/bound_arithmetic.h"
 #include "reports/analysis.h"
+#include "reports/answer_output.h"
 #include "reports/chain_output.h"
+#include "reports/entry_ranking.h"
 #include "reports/explanation_output.h"
 
 namespace velkor::cli {
@@ -58,7 +60,7 @@ std::pair<uint64_t, uint64_t> ColumnOf(std::istringstream& lines) {
   std::string line;
   std::getline(lines, line);
   const size_t digits = line.find_first_of("0123456789");
-  const uint64_t stated = std::stoull(line.substr(digits));
+  const uint64_t stated = digits == line.npos ? 0 : std::stoull(line.substr(digits));
   uint64_t sum = 0;
   while (std::getline(lines, line) && !line.empty()) {
     const bool isRow = line.find_first_not_of(' ') < 10;
@@ -77,6 +79,20 @@ void ExpectTextAddsUp(const reports::AnalysisResult& result, uint32_t function) 
   const auto [stated, sum] = ColumnOf(lines);
   EXPECT_EQ(stated, result.functions[function].known);
   EXPECT_EQ(sum, stated);
+}
+
+// On one screen, where long lists are cut.
+void ExpectAnswerAddsUp(const reports::AnalysisResult& result, uint32_t function) {
+  const std::string text = Written([&](reports::ResultOutput& output) {
+    reports::WriteAnswer(result, {}, {.top = 10, .function = function}, output);
+  });
+  std::istringstream lines(text.substr(text.find("\nWhy ") + 1));
+  std::string line;
+  std::getline(lines, line);
+  const std::string known = std::to_string(result.functions[function].known);
+  EXPECT_TRUE(line.ends_with(" " + known + " bytes")) << line;
+  const auto [none, sum] = ColumnOf(lines);
+  EXPECT_EQ(std::to_string(sum), known) << text;
 }
 
 std::string Chains(const reports::AnalysisResult& result, bool full) {
@@ -98,6 +114,7 @@ void ExpectAllAddUp(const reports::AnalysisResult& result) {
   for (uint32_t function = 0; function < result.functions.size(); ++function) {
     ExpectJsonAddsUp(result, function);
     ExpectTextAddsUp(result, function);
+    ExpectAnswerAddsUp(result, function);
   }
   ExpectChainsAddUp(result);
 }

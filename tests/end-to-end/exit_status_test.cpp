@@ -117,12 +117,16 @@ TEST(ExitStatus, OutputThatCannotBeWrittenIsFour) {
   for (const std::string format : {"text", "json", "csv"}) {
     const std::vector<std::string> arguments = {"analyze", project, "--format", format};
     for (const ProgramRun& run :
-         {Program(arguments).OutputTo("/dev/full").Run(), Program(arguments).OutputClosed().Run(),
-          Program(arguments).OutputToBrokenPipe().Run()}) {
+         {Program(arguments).OutputTo("/dev/full").Run(),
+          Program(arguments).OutputClosed().Run()}) {
       EXPECT_EQ(run.status, 4) << run.err;
       EXPECT_NE(run.err.find("velkor-cli: cannot write to standard output: "), std::string::npos)
           << run.err;
     }
+    // A reader that has seen enough closes the pipe, and all is well.
+    const ProgramRun unread = Program(arguments).OutputToBrokenPipe().Run();
+    EXPECT_EQ(unread.status, 0) << unread.err;
+    EXPECT_EQ(unread.err, Program(arguments).Run().err);
   }
 }
 

@@ -2,8 +2,8 @@
 #include <utility>
 
 #include "reports/analysis.h"
-#include "reports/chain_output.h"
 #include "reports/csv_output.h"
+#include "reports/entry_ranking.h"
 #include "reports/json_output.h"
 #include "reports/result_output.h"
 #include "reports/terminal_text.h"
@@ -57,7 +57,7 @@ TEST(Outputs, WhatIsKnownOfMostComesFirst) {
     EXPECT_NE(json.find(sizes), std::string::npos) << sizes << json;
   }
   const std::string text =
-      Written([&](ResultOutput& output) { WriteText(analysis.Result(), false, output); });
+      Written([&](ResultOutput& output) { WriteAllText(analysis.Result(), false, output); });
   EXPECT_NE(text.find("     66000  SIZEOVER     60000  over\n"
                       "     60000               60000    over\n"
                       "      6000                6000    big\n"
@@ -72,7 +72,8 @@ TEST(Outputs, AResultOutlivesWhatComputedIt) {
   const AnalysisResult other = Analysis("other 6\n").Result();
   const AnalysisResult result = std::move(taken);
   EXPECT_EQ(Names(other, LargestFirst(other)), Texts{"other"});
-  const std::string text = Written([&](ResultOutput& output) { WriteText(result, false, output); });
+  const std::string text =
+      Written([&](ResultOutput& output) { WriteAllText(result, false, output); });
   EXPECT_NE(text.find("10        10         4  main\n"), std::string::npos) << text;
 }
 
@@ -86,7 +87,7 @@ TEST(Outputs, TextsOfAResultAreUtf8) {
   }
   Analysis analysis(name + " 4\n", CodePage::ShiftJis());
   const std::string text =
-      Written([&](ResultOutput& output) { WriteText(analysis.Result(), false, output); });
+      Written([&](ResultOutput& output) { WriteAllText(analysis.Result(), false, output); });
   EXPECT_NE(text.find("  " + shown + "...\n"), std::string::npos) << text;
   EXPECT_NE(text.find(">=: at least"), std::string::npos) << text;
 }
@@ -96,7 +97,7 @@ TEST(Outputs, WhatIsMissingShowsAtEverySize) {
     Analysis analysis("f " + bytes + " -> x\n? x\n");
     const AnalysisResult result = analysis.Result();
     const std::string text =
-        Written([&](ResultOutput& output) { WriteText(result, false, output); });
+        Written([&](ResultOutput& output) { WriteAllText(result, false, output); });
     EXPECT_NE(text.find(" ≥" + bytes + " "), std::string::npos) << text;
   }
 }

@@ -76,6 +76,10 @@ bool ModuleEntry::EnterEvent(const ModuleRecording& recording, ModuleRecording::
       break;
     case Step::kIndirectCall:
       currentRecord_->flags |= FN_INDIRECT_CALL;
+      if (event.value != NameTable::kNone) {
+        destination_.database.functions.AddPointerName(*currentRecord_,
+                                                       TableNameOf(recording.names, event.value));
+      }
       break;
   }
   return true;

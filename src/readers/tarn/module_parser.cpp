@@ -315,12 +315,14 @@ bool ModuleParser::EndCallee() {
       break;
   }
   const std::string_view name = nameBuffer_.Text();
-  const std::optional<uint32_t> symbol = name == "_" ? std::nullopt : recording_.names.Find(name);
-  if (symbol && codeWatch_.IsFunctionSymbol(*symbol)) {
-    Record(ModuleRecording::Step::kCallee, *symbol);
-  } else {
-    Record(ModuleRecording::Step::kIndirectCall);
+  if (name == "_") {
+    Record(ModuleRecording::Step::kIndirectCall, NameTable::kNone);
+    return true;
   }
+  const uint32_t symbol = recording_.names.Insert(name);
+  Record(codeWatch_.IsFunctionSymbol(symbol) ? ModuleRecording::Step::kCallee
+                                             : ModuleRecording::Step::kIndirectCall,
+         symbol);
   return true;
 }
 

@@ -18,7 +18,7 @@ struct ModuleRecording {
     kSourceFile,    // sourceFile; before the first function
     kFunction,      // value: in functions
     kCallee,        // of the function met last; value: in names
-    kIndirectCall,  // of the function met last
+    kIndirectCall,  // likewise; the pointer in names, NameTable::kNone: without a name
   };
   struct Event {
     Step step;

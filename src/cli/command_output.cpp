@@ -1,0 +1,61 @@
+#include "cli/command_output.h"
+
+#include <cstdio>
+
+#include "files/output_target.h"
+
+namespace velkor::cli {
+namespace {
+
+// What is appended to is not opened anew, which would empty it.
+bool IsStandardOutput(const std::string& file) {
+  return file.empty() || file == "-" || file == "/dev/stdout";
+}
+
+bool Print(Application& application, const std::function<void(reports::ResultOutput&)>& write) {
+  reports::ResultOutput output(stdout);
+  write(output);
+  const bool written = output.Finish();
+  if (!written) {
+    application.Say("cannot write to standard output: " + output.Failure());
+  }
+  return written;
+}
+
+bool WriteFile(Application& application, const std::string& path,
+               const std::function<void(reports::ResultOutput&)>& write) {
+  StkReporter& reporter = application.Reporter();
+  if (!application.Document().MayWriteTo(path)) {
+    return false;
+  }
+  StkOutputTarget target(path, application.GetHost());
+  if (!target.Open(StkOutputTarget::Way::kAsIsNeeded)) {
+    reporter.PostWarning(MessageKey::kW9402, {MessageFile{path}});
+    return false;
+  }
+  const std::unique_ptr<OutputFile> file = target.Output();
+  reports::ResultOutput output([&](std::string_view text) { return file->Write(text); });
+  write(output);
+  if (!output.Finish() || target.Finish() != StkOutputTarget::End::kInPlace) {
+    reporter.PostWarning(MessageKey::kW9404, {MessageFile{path}});
+    return false;
+  }
+  reporter.PostLog(MessageKey::kWritingCompleted, {path});
+  return true;
+}
+
+}  // namespace
+
+ExitStatus WriteResult(Application& application, const std::string& file,
+                       const std::function<void(reports::ResultOutput&)>& write) {
+  application.StopCatchingInterrupts();
+  application.SayNotes();
+  const ExitStatus status = application.FinishedStatus();
+  const bool written = IsStandardOutput(file)
+                           ? Print(application, write)
+                           : WriteFile(application, application.AbsolutePath(file), write);
+  application.RunJobs();  // what has been posted meanwhile
+  return written ? status : kOutputFailed;
+}
+
+}  // namespace velkor::cli

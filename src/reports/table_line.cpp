@@ -1,0 +1,19 @@
+#include "reports/table_line.h"
+
+#include "reports/terminal_text.h"
+
+namespace velkor::reports {
+
+std::string PaddedColumn(std::string_view text) {
+  constexpr size_t kWidth = 10;
+  const size_t length = CharacterCount(text);
+  return std::string(length < kWidth ? kWidth - length : 0, ' ') + std::string(text);
+}
+
+std::string TableLine(const TableColumns& columns, size_t level, std::string_view text) {
+  constexpr size_t kIndentation = 2;
+  return PaddedColumn(columns.bytes) + PaddedColumn(columns.total) + PaddedColumn(columns.frame) +
+         std::string(kIndentation * (1 + level), ' ') + std::string(text) + "\n";
+}
+
+}  // namespace velkor::reports

@@ -1,0 +1,175 @@
+#include <gtest/gtest.h>
+#include <rapidjson/document.h>
+#include <sstream>
+
+#include "program.h"
+#include "scratch_folder.h"
+
+namespace velkor {
+namespace {
+
+using testing::ModuleText;
+using testing::Program;
+using testing::ProgramRun;
+using testing::ProjectText;
+using testing::ScratchFolder;
+
+// A file of "todo", taken apart: for each step how many functions it frees and its lines without
+// the mark of a comment.
+struct Step {
+  uint32_t frees = 0;
+  std::vector<std::string> lines;
+};
+
+std::vector<Step> Steps(const std::string& file) {
+  std::vector<Step> steps;
+  std::istringstream lines(file);
+  for (std::string line; std::getline(lines, line);) {
+    EXPECT_TRUE(line.empty() || line.front() == '#') << line;
+    const std::string heading = "# " + std::to_string(steps.size() + 1) + ": frees ";
+    if (line.starts_with(heading)) {
+      const bool later = line.find(" with the steps up to ") != std::string::npos;
+      const std::string number = line.substr(heading.size());
+      steps.push_back(
+          {later || number.starts_with("none") ? 0 : static_cast<uint32_t>(std::stoul(number)),
+           {}});
+    } else if (!steps.empty() && line.size() > 1 && line[1] != ' ') {
+      steps.back().lines.push_back(line.substr(1));
+    }
+  }
+  return steps;
+}
+
+std::string Filled(std::string line, const std::string& callee) {
+  const auto fill = [&line](const std::string& attribute, const std::string& value) {
+    for (const std::string& end : {std::string(","), std::string()}) {
+      const size_t at = line.rfind(attribute + end);
+      if (at != std::string::npos && (!end.empty() || at + attribute.size() == line.size())) {
+        line.insert(at + attribute.size(), value);
+      }
+    }
+  };
+  fill(" ADD=", "16");
+  fill(" RECTIME=", "2");
+  fill(" CALL=", callee);
+  return line + "\n";
+}
+
+rapidjson::Document Analysis(const std::string& project, const std::vector<std::string>& load) {
+  std::vector<std::string> arguments = {"analyze", project, "--format", "json"};
+  for (const std::string& file : load) {
+    arguments.insert(arguments.end(), {"--load", file});
+  }
+  const ProgramRun run = Program(arguments).Run();
+  EXPECT_EQ(run.status, 0) << run.err;
+  rapidjson::Document document;
+  document.Parse(run.out.data(), run.out.size());
+  EXPECT_FALSE(document.HasParseError());
+  return document;
+}
+
+uint32_t Unbounded(const rapidjson::Document& analysis) {
+  uint32_t count = 0;
+  for (const auto& root : analysis["roots"].GetArray()) {
+    count += analysis["functions"][root.GetUint()]["boundState"] == "unbounded" ? 1U : 0U;
+  }
+  return count;
+}
+
+std::string LeafOf(const rapidjson::Document& analysis) {
+  for (const auto& function : analysis["functions"].GetArray()) {
+    if (function["boundState"] == "bounded" && function["callees"].Empty() &&
+        function["defined"].GetBool()) {
+      return function["statement"].GetString();
+    }
+  }
+  ADD_FAILURE() << "every function calls another";
+  return {};
+}
+
+// The file loads as it is and changes nothing; with the first steps filled in it frees what they
+// promise, and with all of them everything.
+void ExpectPromisesHold(const std::string& project, size_t everyStep) {
+  const ScratchFolder folder;
+  const std::string file = folder.Path("todo.txt");
+  ASSERT_EQ(Program({"todo", project, "--output", file}).Run().status, 0);
+  const std::string text = testing::ReadFile(file);
+  EXPECT_EQ(Program({"todo", project}).Run().out, text);
+  const std::vector<Step> steps = Steps(text);
+  ASSERT_FALSE(steps.empty());
+  const rapidjson::Document before = Analysis(project, {file});
+  const std::string leaf = LeafOf(before);
+  uint32_t unbounded = Unbounded(before);
+  EXPECT_EQ(unbounded, Unbounded(Analysis(project, {})));
+  std::string filled;
+  for (size_t i = 0; i < steps.size(); ++i) {
+    for (const std::string& line : steps[i].lines) {
+      filled += Filled(line, leaf);
+    }
+    unbounded -= steps[i].frees;
+    if (i % everyStep == 0 || i + 1 == steps.size()) {
+      EXPECT_EQ(Unbounded(Analysis(project, {folder.Put("filled.txt", filled)})), unbounded)
+          << filled;
+    }
+  }
+  EXPECT_EQ(unbounded, 0U);
+  const ProgramRun nothing = Program({"todo", project, "--load", folder.Path("filled.txt")}).Run();
+  EXPECT_EQ(Steps(nothing.out).size(), 0U) << nothing.out;
+}
+
+TEST(Todo, StatementsFreeWhatTheyPromise) {
+  ExpectPromisesHold(std::string(VELKOR_SOURCE_DIR) + "/examples/firmware/app.prj", 1);
+  ExpectPromisesHold(std::string(VELKOR_SOURCE_DIR) + "/examples/lua/app.prj", 9);
+}
+
+// main goes round with step, which calls through a pointer, and has been adjusted before.
+TEST(Todo, SaysWhatIsKnownOfEachCauseAndKeepsWhatIsStated) {
+  const ScratchFolder folder;
+  std::string module = ModuleText("a.c", {{"main", "4", {"step", "sure"}},
+                                          {"step", "6", {"main", "memcpy", ""}},
+                                          {"isr", "8", {"driver", ""}},
+                                          {"other", "8", {"isr", "driver"}},
+                                          {"sure", "8", {}}});
+  module.replace(module.find("$CALL ()"), 8, "$CALL pfn_step()");
+  folder.Put("a.asm", module);
+  folder.Put("app.psg", "main, ADD=7\nisr, CALL=sure\n");
+  const std::string project = folder.Put("app.prj", ProjectText(".", {"a.c"}, "Librarychk=1\n"));
+  const std::string out = Program({"todo", project}).Run().out;
+  EXPECT_EQ(out.substr(out.find("\n\n") + 2),
+            "# 1: frees 1\n"
+            "# [driver] is not defined in the project; called by isr, other\n"
+            "#[driver], ADD=\n\n"
+            "# 2: frees 1 with the steps up to 3; a recursion of 2 functions, limited by 1: main, "
+            "step\n"
+            "#main, ADD=7, RECTIME=\n\n"
+            "# 3: frees 1\n"
+            "# step calls through a pointer pfn_step\n"
+            "#step, CALL=\n");
+  const ProgramRun none = Program({"todo", project, "--output", project}).Run();
+  EXPECT_EQ(none.status, 4) << "what the analysis is made from is not written over";
+  EXPECT_NE(none.err.find("W9402 "), std::string::npos) << none.err;
+}
+
+// Whatever a function is called, its line states it once its mark is gone, or nothing is stated.
+TEST(Todo, NamesOfAnyBytes) {
+  const ScratchFolder folder;
+  const std::vector<std::string> names = {"a\"b",       "x, ADD=1", "#hash",
+                                          "a\x1B[31m",  "<b>&amp;", "_",
+                                          "ns::f(int)", "a\xFF",    std::string(1000, 'n')};
+  std::vector<testing::ModuleFunction> functions;
+  for (const std::string& name : names) {
+    functions.push_back({name, "4", {name, ""}});
+  }
+  functions.push_back({"leaf", "4", {}});
+  folder.Put("a.asm", ModuleText("a \"b\",\x1B#.c", functions));
+  const std::string project = folder.Put("app.prj", ProjectText(".", {"a.c"}));
+  ExpectPromisesHold(project, 1);
+
+  folder.Put("a.asm", ModuleText("a.c", {{std::string(5000, 'n'), "4", {""}}}));
+  const ProgramRun run = Program({"todo", project}).Run();
+  EXPECT_NE(run.out.find("n... cannot be named in a specification file\n"), std::string::npos);
+  EXPECT_TRUE(Steps(run.out).front().lines.empty()) << run.out;
+}
+
+}  // namespace
+}  // namespace velkor
