@@ -58,8 +58,8 @@ std::string Complaint(const std::string& folder, const std::string& name, bool q
     return "asks the operating system outside platform/";
   }
   if (Floor(folder) <= Floor("document") &&
-      std::regex_search(name, std::regex("^(fmt|CLI|rapidjson|boost|toml\\+\\+)/")) &&
-      !(folder == "readers" && name.starts_with("toml++/"))) {
+      std::regex_search(name, std::regex("^(fmt|CLI|rapidjson|boost|toml\\+\\+|capstone)/")) &&
+      !(folder == "readers" && (name.starts_with("toml++/") || name.starts_with("capstone/")))) {
     return "makes the engine need more than the standard library";
   }
   return "";

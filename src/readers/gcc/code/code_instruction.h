@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+
+namespace velkor {
+
+// What an instruction does, as far as the stack, the flow and the targets of jumps depend on it.
+enum class CodeOperation : uint8_t {
+  kUnknown,     // not decoded, or writes the stack pointer or the program counter in no known form
+  kOther,       // nothing but writing `writes`
+  kPadding,     // nothing at all
+  kSet,         // target = immediate
+  kSetPart,     // target = target with 16 bits from `shift` on replaced by immediate
+  kSetAddress,  // target = the instruction's own address + immediate
+  kCopy,        // target = source
+  kAdd,         // target = source + immediate
+  kAddScaled,   // target = source + immediate + (index << shift)
+  kSubtract,    // target = source - (index << shift); without index: - something
+  kMask,        // target = source & immediate
+  kSetBits,     // target = source | immediate
+  kLimit,       // target = source, of which only immediate may remain (zero extension)
+  kExtendSign,  // target = source, of which the lowest `width` bytes count
+  kShiftLeft,   // target = source << shift
+  kShiftRight,  // target = source >> shift, unsigned
+  kLoad,        // target = memory, and target2 = the memory behind it
+  kLoadMany,    // the registers of `list`, ascending, from memory on
+  kStore,
+  kStoreMany,
+  kPushMemory,     // memory, pushed
+  kCompare,        // source with immediate, or with index
+  kCompareMemory,  // memory with immediate
+  kJump,           // to the instruction's own address + immediate
+  kCall,
+  kJumpRegister,  // to source
+  kCallRegister,
+  kJumpMemory,  // to what memory holds
+  kCallMemory,
+  kJumpTable,   // ahead by twice the entry of a table of `width` behind this instruction, at index
+  kReturn,      // to what lies on the stack
+  kSystemCall,  // may not come back
+  kStop,        // does not go on
+};
+
+enum class CodeCondition : uint8_t {
+  kAlways,
+  kEqual,
+  kNotEqual,
+  kHigher,  // unsigned
+  kHigherSame,
+  kLower,
+  kLowerSame,
+  kOther,
+};
+
+// An operand in memory: base + displacement + (index << shift).
+struct CodeMemory {
+  static constexpr uint8_t kNone = 0xFF;
+  static constexpr uint8_t kHere = 0xFE;  // as base: the instruction's own address
+
+  uint8_t base = kNone;
+  uint8_t index = kNone;
+  uint8_t shift = 0;
+  uint8_t width = 0;  // of one element, in bytes
+  bool isSigned = false;
+  int32_t displacement = 0;
+  int32_t baseChange = 0;  // of the base register, afterwards
+};
+
+// One instruction, the same for all machines. It does not tell where it stands. Registers have the
+// numbers of their machine; bit 63 of register sets is never used.
+struct CodeInstruction {
+  static constexpr uint8_t kNone = CodeMemory::kNone;
+
+  CodeOperation operation = CodeOperation::kUnknown;
+  CodeCondition condition = CodeCondition::kAlways;  // of jumping, or of being executed at all
+  uint8_t length = 0;
+  uint8_t target = kNone;
+  uint8_t target2 = kNone;
+  uint8_t source = kNone;
+  uint8_t index = kNone;
+  uint8_t shift = 0;
+  uint8_t width = 0;
+  bool setsFlags = false;
+  bool usesFloatingPoint = false;
+  bool switchesState = false;    // of a call: to the other instruction set
+  uint8_t conditionalAfter = 0;  // so many instructions that follow are executed conditionally
+  uint64_t writes = 0;           // registers that get values of which nothing is known
+  uint64_t list = 0;
+  int64_t immediate = 0;
+  CodeMemory memory;
+};
+
+}  // namespace velkor

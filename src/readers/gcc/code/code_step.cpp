@@ -1,0 +1,449 @@
+#include "readers/gcc/code/code_step.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <utility>
+#include <vector>
+
+namespace velkor {
+namespace {
+
+constexpr uint8_t kNone = CodeInstruction::kNone;
+constexpr uint8_t kMostShift = 31;
+constexpr uint64_t kSlotNumber = 63;  // in the name of a number: none of a register
+
+uint64_t NameOf(uint64_t address, uint8_t number) {
+  return CodeState::NumberName(address, number);
+}
+
+}  // namespace
+
+CodeValue CodeStep::Wrapped(uint64_t constant) const {
+  return CodeValue::Constant(constant & conventions_.numberMask);
+}
+
+CodeValue CodeStep::Get(uint8_t number, const CodeState& state) const {
+  return number < state.RegisterCount() ? state.Register(number) : CodeValue::Number(kNone);
+}
+
+void CodeStep::Set(uint8_t number, const CodeValue& value, uint64_t /*address*/,
+                   CodeState& state) const {
+  if (number == conventions_.stackRegister) {
+    SetStack(value, state);
+  } else if (number < state.RegisterCount()) {
+    state.SetRegister(number, value);
+  }
+}
+
+// What was stored somewhere, or is known before, belongs to another stack. What was computed is
+// below by as much as nobody knows.
+void CodeStep::SetStack(const CodeValue& value, CodeState& state) const {
+  if (value.IsStack()) {
+    state.SetRegister(conventions_.stackRegister, value);
+  } else if (value.IsConstant() || (value.IsNumber() && value.isGiven)) {
+    state.ChangeStack();
+  } else {
+    CodeValue below = state.Stack();
+    below.isBelow = true;
+    state.SetRegister(conventions_.stackRegister, below);
+  }
+}
+
+void CodeStep::Apply(const CodeInstruction& instruction, uint64_t address, CodeState& state) const {
+  switch (instruction.operation) {
+    case CodeOperation::kLoad:
+    case CodeOperation::kLoadMany:
+    case CodeOperation::kJumpMemory:
+    case CodeOperation::kCallMemory:
+    case CodeOperation::kReturn:
+      Load(instruction, address, state);
+      break;
+    case CodeOperation::kStore:
+    case CodeOperation::kStoreMany:
+    case CodeOperation::kPushMemory:
+      Store(instruction, address, state);
+      break;
+    case CodeOperation::kCompare:
+    case CodeOperation::kCompareMemory:
+      Compare(instruction, address, state);
+      return;
+    default:
+      Compute(instruction, address, state);
+  }
+  for (uint64_t left = instruction.writes; left != 0; left &= left - 1) {
+    const auto number = static_cast<uint8_t>(std::countr_zero(left));
+    Set(number, CodeValue::Number(NameOf(address, number)), address, state);
+  }
+  if (instruction.setsFlags) {
+    state.SetFlags({});
+  }
+}
+
+void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
+                       CodeState& state) const {
+  const uint8_t target = instruction.target;
+  const CodeValue source = Get(instruction.source, state);
+  const CodeValue index = Get(instruction.index, state);
+  const uint64_t name = NameOf(address, target);
+  const auto immediate = static_cast<uint64_t>(instruction.immediate);
+  CodeValue result;
+  switch (instruction.operation) {
+    case CodeOperation::kSet:
+      result = Wrapped(immediate);
+      break;
+    case CodeOperation::kSetPart: {
+      const CodeValue old = Get(target, state);
+      const uint64_t part = uint64_t{0xFFFF} << instruction.shift;
+      result = old.IsConstant() ? Wrapped((static_cast<uint64_t>(old.amount) & ~part) |
+                                          immediate << instruction.shift)
+                                : CodeValue::Number(name);
+      break;
+    }
+    case CodeOperation::kSetAddress: {
+      const uint64_t place = image_.Place(address) >> instruction.shift << instruction.shift;
+      result = Wrapped(place + immediate);
+      break;
+    }
+    case CodeOperation::kCopy:
+      result = source;
+      break;
+    case CodeOperation::kAdd:
+      result = Moved(source, instruction.immediate, name);
+      break;
+    case CodeOperation::kAddScaled:
+      result = Moved(Sum(source, index, instruction.shift, name), instruction.immediate, name);
+      break;
+    case CodeOperation::kSubtract:
+      result = Difference(source, index, instruction.shift, name);
+      break;
+    case CodeOperation::kMask:
+      result = Masked(source, immediate, name);
+      break;
+    case CodeOperation::kSetBits:
+      // In what an exception returns to, bits are flags.
+      result = source.IsReturn()     ? source
+               : source.IsConstant() ? Wrapped(static_cast<uint64_t>(source.amount) | immediate)
+                                     : CodeValue::Number(name);
+      break;
+    case CodeOperation::kLimit:
+      result = Limited(source, immediate, name);
+      break;
+    case CodeOperation::kExtendSign:
+      result = source.IsStack() || source.IsReturn() ? CodeValue::Number(name) : source;
+      if (source.IsConstant()) {
+        const auto bits = uint64_t{instruction.width} * 8;
+        result = Wrapped(static_cast<uint64_t>(
+            ByteReader::Extended(static_cast<uint64_t>(source.amount), bits)));
+      }
+      break;
+    case CodeOperation::kShiftLeft:
+      result = ShiftedLeft(source, instruction.shift, name);
+      break;
+    case CodeOperation::kShiftRight:
+      result = ShiftedRight(source, instruction.shift, name);
+      break;
+    default:
+      return;
+  }
+  Set(target, result, address, state);
+}
+
+CodeValue CodeStep::Moved(const CodeValue& value, int64_t by, uint64_t name) const {
+  if (by == 0) {
+    return value;
+  }
+  CodeValue moved = value;
+  const auto sum = static_cast<uint64_t>(value.amount) + static_cast<uint64_t>(by);
+  moved.amount = static_cast<int64_t>(sum);
+  if (value.IsStack() || value.IsTable() || (value.IsNumber() && value.amount != 0)) {
+    return moved;
+  }
+  return value.IsConstant() ? Wrapped(sum) : CodeValue::Number(name);
+}
+
+CodeValue CodeStep::Sum(const CodeValue& left, const CodeValue& right, uint8_t shift,
+                        uint64_t name) const {
+  if (right.IsConstant() && shift < kMostShift) {
+    const auto by = static_cast<uint64_t>(right.amount) << shift;
+    const bool isNarrow = conventions_.numberMask == UINT32_MAX;
+    return Moved(left, isNarrow ? static_cast<int32_t>(by) : static_cast<int64_t>(by), name);
+  }
+  if (left.IsConstant()) {
+    CodeValue sum = ShiftedLeft(right, shift, name);
+    if (sum.IsTable() || sum.IsPlain() || (sum.IsNumber() && sum.amount == 0)) {
+      sum.amount += left.amount;
+      return sum;
+    }
+    return right.IsStack() && shift == 0 ? Moved(right, left.amount, name)
+                                         : CodeValue::Number(name);
+  }
+  return CodeValue::Number(name);
+}
+
+CodeValue CodeStep::Difference(const CodeValue& left, const CodeValue& right, uint8_t shift,
+                               uint64_t name) const {
+  if (right.IsConstant() && shift < kMostShift) {
+    return Moved(left, -static_cast<int64_t>(static_cast<uint64_t>(right.amount) << shift), name);
+  }
+  CodeValue below = left;
+  below.isBelow = true;
+  return left.IsStack() ? below : CodeValue::Number(name);
+}
+
+// Of a stack address: what aligns it. Less than the alignment is lost.
+CodeValue CodeStep::Masked(const CodeValue& value, uint64_t mask, uint64_t name) const {
+  if (value.IsConstant()) {
+    return Wrapped(static_cast<uint64_t>(value.amount) & mask);
+  }
+  if (value.IsReturn()) {
+    return value;
+  }
+  const uint64_t alignment = (~mask & conventions_.numberMask) + 1;
+  if (value.IsStack()) {
+    CodeValue aligned = value;
+    const bool isAlignment = std::has_single_bit(alignment) && alignment <= (uint64_t{1} << 31);
+    if (isAlignment && alignment > conventions_.stackAlignment) {
+      aligned.amount -= static_cast<int64_t>(alignment - conventions_.stackAlignment);
+    }
+    return isAlignment ? aligned : CodeValue::Number(name);
+  }
+  if (value.IsPlain() && value.bound <= mask && std::has_single_bit(mask + 1)) {
+    return value;
+  }
+  return CodeValue::Number(name, mask);
+}
+
+CodeValue CodeStep::Limited(const CodeValue& value, uint64_t limit, uint64_t name) {
+  if (value.IsConstant()) {
+    return CodeValue::Constant(static_cast<uint64_t>(value.amount) & limit);
+  }
+  if (value.IsTable()) {
+    return value;
+  }
+  CodeValue limited = value.IsPlain() ? value : CodeValue::Number(name);
+  limited.bound = std::min(limited.bound, limit);
+  limited.isGiven = false;
+  return limited;
+}
+
+CodeValue CodeStep::ShiftedLeft(const CodeValue& value, uint8_t shift, uint64_t name) const {
+  if (shift == 0) {
+    return value;
+  }
+  if (value.IsConstant() && shift <= kMostShift) {
+    return Wrapped(static_cast<uint64_t>(value.amount) << shift);
+  }
+  const bool isCounted = (value.IsNumber() || value.IsTable()) && value.amount == 0;
+  if (!isCounted || value.shift + shift > kMostShift) {
+    return CodeValue::Number(name);
+  }
+  CodeValue shifted = value;
+  shifted.shift = static_cast<uint8_t>(value.shift + shift);
+  return shifted;
+}
+
+CodeValue CodeStep::ShiftedRight(const CodeValue& value, uint8_t shift, uint64_t name) const {
+  if (value.IsConstant()) {
+    return CodeValue::Constant(static_cast<uint64_t>(value.amount) >> shift);
+  }
+  const uint64_t bound = value.IsPlain() ? value.bound : CodeValue::kNoBound;
+  return CodeValue::Number(name, std::min(bound, conventions_.numberMask) >> shift);
+}
+
+void CodeStep::Compare(const CodeInstruction& instruction, uint64_t address,
+                       CodeState& state) const {
+  using Comparison = CodeState::Comparison;
+  Comparison comparison;
+  if (instruction.operation == CodeOperation::kCompareMemory) {
+    const Place place = PlaceOf(instruction.memory, address, state);
+    if (place.value.IsStack() && !place.value.isBelow) {
+      comparison.kind = Comparison::Kind::kSlot;
+      comparison.offset = place.value.amount;
+      comparison.limit = static_cast<uint64_t>(instruction.immediate);
+    }
+    return state.SetFlags(comparison);
+  }
+  CodeValue source = Get(instruction.source, state);
+  CodeValue index = instruction.index == kNone
+                        ? Wrapped(static_cast<uint64_t>(instruction.immediate))
+                        : Get(instruction.index, state);
+  if (instruction.index == conventions_.stackRegister) {
+    std::swap(source, index);
+  }
+  const bool isOfStack = instruction.source == conventions_.stackRegister ||
+                         instruction.index == conventions_.stackRegister;
+  if (isOfStack && index.IsStack()) {
+    comparison.kind = Comparison::Kind::kStack;
+    comparison.stack = index;
+  } else if (source.IsPlain() && index.IsConstant()) {
+    comparison.kind = Comparison::Kind::kNumber;
+    comparison.id = source.id;
+    comparison.limit = static_cast<uint64_t>(index.amount);
+  }
+  state.SetFlags(comparison);
+}
+
+void CodeStep::ApplyCondition(CodeCondition condition, bool isTaken, uint64_t address,
+                              CodeState& state) const {
+  const CodeState::Comparison flags = state.Flags();
+  const bool isEqual = (condition == CodeCondition::kEqual && isTaken) ||
+                       (condition == CodeCondition::kNotEqual && !isTaken);
+  if (flags.kind == CodeState::Comparison::Kind::kStack && isEqual) {
+    return SetStack(flags.stack, state);
+  }
+  const bool isAtMost = (condition == CodeCondition::kHigher && !isTaken) ||
+                        (condition == CodeCondition::kLowerSame && isTaken);
+  const bool isBelow = (condition == CodeCondition::kHigherSame && !isTaken) ||
+                       (condition == CodeCondition::kLower && isTaken);
+  if (isAtMost || (isBelow && flags.limit != 0)) {
+    state.LimitCompared(flags.limit - (isBelow ? 1 : 0), NameOf(address, kSlotNumber));
+  }
+}
+
+void CodeStep::ApplyReturnOfCall(uint64_t address, CodeState& state) const {
+  for (uint8_t i = 0; i < state.RegisterCount(); ++i) {
+    if ((conventions_.lostInCalls >> i & 1) != 0) {
+      state.SetRegister(i, CodeValue::Number(NameOf(address, i)));
+    }
+  }
+  state.ForgetNumbers();
+  state.SetFlags({});
+}
+
+CodeStep::Place CodeStep::PlaceOf(const CodeMemory& memory, uint64_t address,
+                                  const CodeState& state) const {
+  Place place{.value = {}, .width = memory.width, .isSigned = memory.isSigned};
+  const uint64_t name = NameOf(address, kSlotNumber);
+  const bool isIndexed = memory.index != kNone;
+  if (memory.base == CodeMemory::kHere) {
+    const uint8_t shift = isIndexed ? 0 : memory.shift;
+    place.value = Wrapped(image_.Place(address) >> shift << shift);
+  } else if (memory.base != kNone) {
+    place.value = Get(memory.base, state);
+  } else {
+    place.value = isIndexed ? CodeValue::Constant(0) : CodeValue::Number(name);
+  }
+  if (isIndexed) {
+    place.value = Sum(place.value, Get(memory.index, state), memory.shift, name);
+  }
+  place.value = Moved(place.value, memory.displacement, name);
+  return place;
+}
+
+// A word that cannot change.
+CodeValue CodeStep::Literal(uint64_t place, const Place& of, uint64_t name) const {
+  const std::string_view bytes = image_.ConstantsAt(place);
+  if (bytes.size() < of.width) {
+    CodeValue loaded = CodeValue::Number(name);
+    loaded.isGiven = true;
+    return loaded;
+  }
+  ByteReader reader(bytes, image_.Order());
+  return Wrapped(of.isSigned ? static_cast<uint64_t>(reader.Signed(of.width))
+                             : reader.Unsigned(of.width));
+}
+
+// offset: of one of several elements.
+CodeValue CodeStep::LoadFrom(const Place& place, int64_t offset, uint64_t name,
+                             const CodeState& state) const {
+  const CodeValue& value = place.value;
+  if (value.IsStack()) {
+    const CodeValue* slot = value.isBelow ? nullptr : state.Slot(value.amount + offset);
+    const bool isWord = place.width == conventions_.wordSize;
+    return slot != nullptr && (isWord || slot->IsNumber()) ? *slot : CodeValue::Number(name);
+  }
+  CodeValue loaded = CodeValue::Number(name);
+  loaded.isGiven = true;
+  if (value.IsNumber() && value.amount != 0 && place.width != 0 &&
+      uint64_t{1} << value.shift == place.width) {
+    loaded = {};
+    loaded.kind = CodeValue::Kind::kTable;
+    loaded.table = static_cast<uint64_t>(value.amount);
+    loaded.bound = value.bound;
+    loaded.width = place.width;
+    loaded.isSigned = place.isSigned;
+  } else if (place.width < conventions_.wordSize && !place.isSigned && place.width != 0) {
+    loaded.bound = (uint64_t{1} << (place.width * 8)) - 1;
+  }
+  return loaded;
+}
+
+void CodeStep::Load(const CodeInstruction& instruction, uint64_t address, CodeState& state) const {
+  const Place place = PlaceOf(instruction.memory, address, state);
+  const auto element = [&](uint8_t number, int64_t offset) {
+    const uint64_t name = NameOf(address, number);
+    const bool isLiteral = instruction.memory.base == CodeMemory::kHere && place.value.IsConstant();
+    return isLiteral ? Literal(static_cast<uint64_t>(place.value.amount + offset), place, name)
+                     : LoadFrom(place, offset, name, state);
+  };
+  if (instruction.operation == CodeOperation::kLoadMany) {
+    int64_t offset = 0;
+    std::vector<std::pair<uint8_t, CodeValue>> loaded;
+    for (uint64_t left = instruction.list; left != 0; left &= left - 1) {
+      const auto number = static_cast<uint8_t>(std::countr_zero(left));
+      loaded.emplace_back(number, element(number, offset));
+      offset += place.width;
+    }
+    ChangeBase(instruction.memory, address, state);
+    for (const auto& [number, value] : loaded) {
+      Set(number, value, address, state);
+    }
+    return;
+  }
+  const uint8_t target =
+      instruction.target == kNone ? conventions_.jumpRegister : instruction.target;
+  const CodeValue first = element(target, 0);
+  const CodeValue second = element(instruction.target2, place.width);
+  ChangeBase(instruction.memory, address, state);
+  Set(target, first, address, state);
+  if (instruction.target2 != kNone) {
+    Set(instruction.target2, second, address, state);
+  }
+}
+
+void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeState& state) const {
+  const CodeMemory& memory = instruction.memory;
+  Place place = PlaceOf(memory, address, state);
+  std::vector<CodeValue> values;
+  if (instruction.operation == CodeOperation::kPushMemory) {
+    values.push_back(LoadFrom(place, 0, NameOf(address, kSlotNumber), state));
+    CodeValue& stack = place.value;
+    stack = Moved(state.Stack(), -int64_t{conventions_.wordSize}, 0);
+    state.SetRegister(conventions_.stackRegister, stack);
+  } else if (instruction.operation == CodeOperation::kStoreMany) {
+    for (uint64_t left = instruction.list; left != 0; left &= left - 1) {
+      values.push_back(Get(static_cast<uint8_t>(std::countr_zero(left)), state));
+    }
+  } else {
+    values.push_back(Get(instruction.source, state));
+    if (instruction.index != kNone) {
+      values.push_back(Get(instruction.index, state));
+    }
+  }
+  if (place.value.IsStack() && !place.value.isBelow) {
+    int64_t offset = place.value.amount;
+    if (values.empty()) {  // registers that are not followed
+      state.StoreSlot(offset, std::max<int64_t>(place.width, std::abs(memory.baseChange)), {});
+    }
+    for (const CodeValue& value : values) {
+      const bool isWord = place.width == conventions_.wordSize;
+      state.StoreSlot(offset, place.width, isWord ? value : CodeValue());
+      offset += place.width;
+    }
+  } else {
+    state.ForgetNumbers();
+  }
+  if (instruction.operation != CodeOperation::kPushMemory) {
+    ChangeBase(memory, address, state);
+  }
+}
+
+void CodeStep::ChangeBase(const CodeMemory& memory, uint64_t address, CodeState& state) const {
+  if (memory.baseChange != 0 && memory.base != kNone && memory.base != CodeMemory::kHere) {
+    const CodeValue base = Get(memory.base, state);
+    Set(memory.base, Moved(base, memory.baseChange, NameOf(address, memory.base)), address, state);
+  }
+}
+
+}  // namespace velkor

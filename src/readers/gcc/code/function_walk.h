@@ -1,0 +1,136 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <set>
+#include <string_view>
+#include <vector>
+
+#include "readers/gcc/code/code_image.h"
+#include "readers/gcc/code/code_state.h"
+#include "readers/gcc/code/code_step.h"
+#include "readers/gcc/code/function_code.h"
+#include "readers/gcc/code/instruction_decoder.h"
+
+namespace velkor {
+
+// What a walk through one function asks of the program around it. Functions are numbers.
+class CodeSurroundings {
+ public:
+  static constexpr uint32_t kNone = UINT32_MAX;
+  enum class Answer : uint8_t { kYes, kNo, kNotKnown };
+  // The helpers of Thumb's first set that jump by a table behind the call.
+  enum class TableHelper : uint8_t { kNone, kBytes, kSignedBytes, kHalves, kSignedHalves, kWords };
+
+  virtual ~CodeSurroundings() = default;
+  // The function that begins there, kNone otherwise.
+  virtual uint32_t FunctionAt(uint64_t address) const = 0;
+  // The same; where code is called that has no name, it becomes a function.
+  virtual uint32_t CalledFunctionAt(uint64_t address) = 0;
+  // Where the next one begins, behind the address.
+  virtual uint64_t NextFunction(uint64_t address) const = 0;
+  virtual Answer Returns(uint32_t function) const = 0;
+  virtual TableHelper HelperAt(uint64_t address) const = 0;
+  // Takes instructions from what may be read of the whole program. False: that is used up.
+  virtual bool Spend(uint64_t instructions) = 0;
+};
+
+// Follows the flow of one function, and what is known along it, to a fixed point. One thread.
+class FunctionWalk {
+ public:
+  struct Range {
+    uint32_t function = 0;
+    uint64_t start = 0;  // with bit 0 for Thumb
+    uint64_t end = 0;    // of its own code, behind the last byte
+    bool isHelper = false;
+  };
+
+  FunctionWalk(const CodeImage& image, InstructionDecoder& decoder, CodeSurroundings& around,
+               const Range& range);
+
+  // Goes on as far as it is known what the called functions do.
+  void Run();
+  // Functions of which it must be known whether they return.
+  std::vector<uint32_t> Waiting() const;
+  // It is known now. Run() is to follow.
+  void Settle(uint32_t function, bool returns);
+  // When nothing is waited for: reads what the flow has not reached. Run() has been done.
+  void Sweep();
+  bool Returns() const { return code_.returns || code_.doubt != CodeDoubt::kNone; }
+
+  FunctionCode Result() const;
+
+ private:
+  struct Block {
+    CodeState in;
+    uint64_t end = 0;  // behind what was walked
+    int64_t deepest = 0;
+    uint16_t deepenings = 0;
+    bool isQueued = false;
+    bool isWalked = false;
+    bool comparesStack = false;  // the stack pointer with an address: a loop that touches pages
+    bool isProbe = false;        // goes back to such a loop
+  };
+  using Blocks = std::map<uint64_t, Block>;
+  struct Cursor {
+    Blocks::iterator block;
+    uint64_t address = 0;
+    CodeState state;
+    uint8_t conditionalLeft = 0;
+    uint64_t limit = 0;   // where it must be asked again whether code is there
+    bool mayEnd = false;  // what was executed last need not have come back
+  };
+
+  void Reach(uint64_t address, const CodeState& state, Block* from);
+  void JoinInto(Blocks::iterator block, const CodeState& state, Block* from);
+  void Queue(Blocks::iterator block);
+  void WalkBlock(Blocks::iterator block);
+  bool CanStand(Cursor& cursor);
+  bool Execute(Cursor& cursor, const CodeInstruction& instruction);
+  bool ExecuteFlow(Cursor& cursor, const CodeInstruction& instruction);
+  void NoteState(Cursor& cursor);
+
+  bool Jump(Cursor& cursor, const CodeInstruction& instruction);
+  void JumpTo(Cursor& cursor, uint64_t target, const CodeState& state);
+  void JumpToValue(Cursor& cursor, const CodeValue& target, const CodeState& state);
+  void Return(Cursor& cursor, const CodeState& state);
+  bool JumpByTable(Cursor& cursor, const CodeValue& table, const CodeState& state);
+  bool Call(Cursor& cursor, const CodeInstruction& instruction);
+  bool CallAddress(Cursor& cursor, const CodeInstruction& instruction, uint64_t target);
+  bool CallHelper(Cursor& cursor, const CodeInstruction& instruction,
+                  CodeSurroundings::TableHelper helper);
+  bool ComesBack(Cursor& cursor, uint32_t function, uint64_t next);
+  void TailCall(uint64_t place, uint32_t function);
+
+  bool IsOwn(uint64_t address) const;
+  bool IsBalanced(const CodeState& state) const;
+  int64_t StartOffset() const;
+  uint64_t Next(uint64_t address, const CodeInstruction& instruction) const {
+    return address + instruction.length;
+  }
+  void Doubt(CodeDoubt doubt, uint64_t address);
+  bool IsMuch() const;
+
+  const CodeImage& image_;
+  InstructionDecoder& decoder_;
+  CodeSurroundings& around_;
+  const CodeConventions& conventions_;
+  const CodeStep step_;
+  const Range range_;
+  Blocks blocks_;
+  std::vector<uint64_t> queue_;
+  std::map<uint64_t, uint32_t> calls_;  // by place
+  std::set<uint64_t> sites_;
+  struct Waiter {
+    uint64_t next;  // where it goes on; 0: the function itself returns then
+    CodeState state;
+  };
+  std::map<uint32_t, std::vector<Waiter>> waiters_;  // by called function
+  std::optional<CodeState> deepest_;
+  FunctionCode code_;
+  bool hasComputedJump_ = false;
+  bool isSwept_ = false;
+};
+
+}  // namespace velkor

@@ -1,0 +1,237 @@
+#include <algorithm>
+
+#include "readers/gcc/code/function_walk.h"
+#include "readers/gcc/code/jump_tables.h"
+
+namespace velkor {
+namespace {
+
+using Condition = CodeCondition;
+using Operation = CodeOperation;
+using StackComparison = CodeState::Comparison::Kind;
+
+}  // namespace
+
+// A jump of any kind. The register of the program counter holds where to, where memory does.
+bool FunctionWalk::Jump(Cursor& cursor, const CodeInstruction& instruction) {
+  const bool isConditional = instruction.condition != Condition::kAlways;
+  CodeState taken = cursor.state;
+  if (isConditional) {
+    step_.ApplyCondition(instruction.condition, true, cursor.address, taken);
+  }
+  const CodeValue target = instruction.operation == Operation::kJumpRegister &&
+                                   instruction.source != CodeInstruction::kNone
+                               ? taken.Register(instruction.source)
+                               : CodeValue();
+  const CodeValue index =
+      instruction.index != CodeInstruction::kNone ? taken.Register(instruction.index) : CodeValue();
+  step_.Apply(instruction, cursor.address, taken);
+  Block& block = cursor.block->second;
+  block.deepest = std::min(block.deepest, taken.Stack().amount);
+  switch (instruction.operation) {
+    case Operation::kJump: {
+      uint64_t base = cursor.address;
+      if (instruction.switchesState) {
+        base = (base & ~uint64_t{3});
+      }
+      JumpTo(cursor, base + static_cast<uint64_t>(instruction.immediate), taken);
+      break;
+    }
+    case Operation::kJumpTable: {
+      const uint64_t behind = Next(image_.Place(cursor.address), instruction);
+      if (!JumpByTable(cursor, TableBehind(index, behind, instruction.width), taken)) {
+        JumpToValue(cursor, CodeValue(), taken);
+      }
+      break;
+    }
+    case Operation::kJumpRegister:
+      JumpToValue(cursor, target, taken);
+      break;
+    default:
+      JumpToValue(cursor, taken.Register(conventions_.jumpRegister), taken);
+  }
+  if (isConditional) {
+    step_.ApplyCondition(instruction.condition, false, cursor.address, cursor.state);
+    if (instruction.writes != 0) {
+      CodeInstruction only = instruction;
+      only.operation = Operation::kOther;
+      step_.Apply(only, cursor.address, cursor.state);
+    }
+    NoteState(cursor);
+  }
+  return isConditional;
+}
+
+void FunctionWalk::JumpTo(Cursor& cursor, uint64_t target, const CodeState& state) {
+  if (target == range_.start && !IsBalanced(state)) {
+    calls_[cursor.address] = range_.function;
+    return;
+  }
+  const uint32_t function =
+      target == range_.start ? CodeSurroundings::kNone : around_.FunctionAt(target);
+  if (function != CodeSurroundings::kNone) {
+    return TailCall(cursor.address, function);
+  }
+  if (image_.CodeAt(target).empty() || image_.IsData(target)) {
+    if (image_.Place(target) != 0) {
+      Doubt(CodeDoubt::kLeavesCode, cursor.address);
+    }
+    return;
+  }
+  Block& block = cursor.block->second;
+  const auto known = blocks_.find(target);
+  const bool isLoop = known != blocks_.end() && known->second.isWalked;
+  if (state.Flags().kind == StackComparison::kStack && isLoop &&
+      state.Stack().amount < known->second.in.Stack().amount) {
+    return;  // pages are touched until the address is reached, which is where it goes on
+  }
+  Reach(target, state, &block);
+}
+
+void FunctionWalk::JumpToValue(Cursor& cursor, const CodeValue& target, const CodeState& state) {
+  if (target.IsReturn()) {
+    return Return(cursor, state);
+  }
+  if (target.IsConstant()) {
+    return JumpTo(cursor, static_cast<uint64_t>(target.amount), state);
+  }
+  if (target.IsTable() && JumpByTable(cursor, target, state)) {
+    return;
+  }
+  if (state.IsOnOtherStack()) {
+    return;  // to where the other stack was left
+  }
+  if (range_.isHelper) {
+    code_.returns = true;
+  } else if (IsBalanced(state) && !state.Stack().isBelow) {
+    sites_.insert(image_.Place(cursor.address));
+    code_.returns = true;
+  } else {
+    hasComputedJump_ = true;
+  }
+}
+
+void FunctionWalk::Return(Cursor& cursor, const CodeState& state) {
+  const int64_t popped =
+      conventions_.linkRegister == CodeInstruction::kNone ? int64_t{conventions_.wordSize} : 0;
+  const bool isBack = state.IsOnOtherStack() ||
+                      (!state.Stack().isBelow && state.Stack().amount == StartOffset() + popped);
+  if (!isBack) {
+    Doubt(CodeDoubt::kUnbalanced, cursor.address);
+  }
+  code_.returns = true;
+}
+
+bool FunctionWalk::JumpByTable(Cursor& cursor, const CodeValue& table, const CodeState& state) {
+  const std::optional<std::vector<uint64_t>> targets = TargetsOf(table, image_);
+  if (!targets) {
+    return false;
+  }
+  const uint64_t thumb = cursor.address - image_.Place(cursor.address);
+  const bool areOwn = std::ranges::all_of(*targets, [&](uint64_t target) {
+    return (IsOwn(target) || blocks_.contains(image_.Place(target) | thumb)) &&
+           !image_.IsData(target);
+  });
+  if (!areOwn) {
+    return false;
+  }
+  for (const uint64_t target : *targets) {
+    JumpTo(cursor, image_.Place(target) | thumb, state);
+  }
+  return true;
+}
+
+void FunctionWalk::TailCall(uint64_t place, uint32_t function) {
+  calls_[place] = function;
+  const CodeSurroundings::Answer answer = around_.Returns(function);
+  if (answer == CodeSurroundings::Answer::kNotKnown) {
+    waiters_[function].push_back(
+        {0, CodeState(conventions_.stackRegister, conventions_.registerCount)});
+  }
+  code_.returns = code_.returns || answer == CodeSurroundings::Answer::kYes;
+}
+
+bool FunctionWalk::Call(Cursor& cursor, const CodeInstruction& instruction) {
+  if (!deepest_ || cursor.state.Stack().amount < deepest_->Stack().amount) {
+    deepest_ = cursor.state;
+  }
+  cursor.mayEnd = true;
+  if (instruction.operation == Operation::kCall) {
+    uint64_t base = cursor.address;
+    if (instruction.switchesState) {
+      const bool isThumb = base != image_.Place(base);
+      base = isThumb ? base & ~uint64_t{3} : base | 1;
+    }
+    return CallAddress(cursor, instruction, base + static_cast<uint64_t>(instruction.immediate));
+  }
+  CodeValue target;
+  if (instruction.operation == Operation::kCallMemory) {
+    CodeState loaded = cursor.state;
+    step_.Apply(instruction, cursor.address, loaded);
+    target = loaded.Register(conventions_.jumpRegister);
+  } else if (instruction.source != CodeInstruction::kNone) {
+    target = cursor.state.Register(instruction.source);
+  }
+  if (target.IsConstant()) {
+    return CallAddress(cursor, instruction, static_cast<uint64_t>(target.amount));
+  }
+  sites_.insert(image_.Place(cursor.address));
+  step_.ApplyReturnOfCall(cursor.address, cursor.state);
+  return true;
+}
+
+// True: it comes back.
+bool FunctionWalk::CallAddress(Cursor& cursor, const CodeInstruction& instruction,
+                               uint64_t target) {
+  if (image_.Place(target) == 0) {  // a weak function that is not there
+    step_.ApplyReturnOfCall(cursor.address, cursor.state);
+    return true;
+  }
+  const CodeSurroundings::TableHelper helper = around_.HelperAt(target);
+  const bool isInside = target != range_.start && IsOwn(target) &&
+                        around_.FunctionAt(target) == CodeSurroundings::kNone;
+  const uint64_t next = Next(cursor.address, instruction);
+  if (isInside) {  // a jump that is too far for a jump, or a part that is used from several places
+    CodeState state = cursor.state;
+    if (conventions_.linkRegister != CodeInstruction::kNone) {
+      state.SetRegister(conventions_.linkRegister, CodeValue::Constant(next));
+    }
+    JumpTo(cursor, target, state);
+    return false;
+  }
+  const uint32_t function = around_.CalledFunctionAt(target);
+  if (function == CodeSurroundings::kNone) {
+    Doubt(CodeDoubt::kLeavesCode, cursor.address);
+    return false;
+  }
+  calls_[cursor.address] = function;
+  if (helper != CodeSurroundings::TableHelper::kNone) {
+    return CallHelper(cursor, instruction, helper);
+  }
+  step_.ApplyReturnOfCall(cursor.address, cursor.state);
+  return function == range_.function || ComesBack(cursor, function, next);
+}
+
+bool FunctionWalk::CallHelper(Cursor& cursor, const CodeInstruction& instruction,
+                              CodeSurroundings::TableHelper helper) {
+  const uint64_t next = Next(cursor.address, instruction);
+  const CodeValue table = TableOfHelper(cursor.state.Register(0), image_.Place(next), helper);
+  if (!JumpByTable(cursor, table, cursor.state)) {
+    hasComputedJump_ = true;
+  }
+  return false;
+}
+
+bool FunctionWalk::ComesBack(Cursor& cursor, uint32_t function, uint64_t next) {
+  switch (around_.Returns(function)) {
+    case CodeSurroundings::Answer::kYes:
+      return true;
+    case CodeSurroundings::Answer::kNo:
+      return false;
+    default:
+      waiters_[function].push_back({next, cursor.state});
+      return false;
+  }
+}
+
+}  // namespace velkor

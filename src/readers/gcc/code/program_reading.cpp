@@ -1,0 +1,254 @@
+#include "readers/gcc/code/program_reading.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+
+namespace velkor {
+namespace {
+
+constexpr uint64_t kInstructionsPerByte = 8;
+
+using TableHelper = CodeSurroundings::TableHelper;
+
+struct HelperName {
+  std::string_view name;
+  TableHelper helper;
+};
+
+constexpr std::array kHelpers = {
+    HelperName{"__gnu_thumb1_case_uqi", TableHelper::kBytes},
+    HelperName{"__gnu_thumb1_case_sqi", TableHelper::kSignedBytes},
+    HelperName{"__gnu_thumb1_case_uhi", TableHelper::kHalves},
+    HelperName{"__gnu_thumb1_case_shi", TableHelper::kSignedHalves},
+    HelperName{"__gnu_thumb1_case_si", TableHelper::kWords},
+};
+
+TableHelper HelperNamed(std::string_view name) {
+  const auto found = std::ranges::find(kHelpers, name, &HelperName::name);
+  return found == kHelpers.end() ? TableHelper::kNone : found->helper;
+}
+
+// A part of a function that is kept elsewhere.
+bool IsPart(std::string_view name) {
+  return name.ends_with(".cold") || name.find(".cold.") != std::string_view::npos;
+}
+
+}  // namespace
+
+ProgramReading::ProgramReading(const ElfFile& elf, const ObjectFacts& facts,
+                               InstructionDecoder& decoder)
+    : elf_(elf),
+      facts_(facts),
+      image_(elf),
+      decoder_(decoder),
+      instructionsLeft_(image_.CodeBytes() * kInstructionsPerByte) {
+  CollectFunctions();
+}
+
+void ProgramReading::CollectFunctions() {
+  std::vector<uint64_t> thumbStarts;
+  for (const ElfSymbol& symbol : elf_.Symbols()) {
+    if (elf_.Machine() == ELF_ARM && symbol.IsFunction() && (symbol.value & 1) != 0) {
+      thumbStarts.push_back(symbol.value & ~uint64_t{1});
+    }
+  }
+  std::ranges::sort(thumbStarts);
+  const std::vector<ObjectFunction>& named = facts_.Functions();
+  for (uint32_t first = 0; first < named.size();) {
+    uint32_t end = first;
+    while (end < named.size() && named[end].address == named[first].address &&
+           named[end].section == named[first].section) {
+      ++end;
+    }
+    AddFunction(first, end - first);
+    first = end;
+  }
+  std::ranges::stable_sort(functions_, {}, &Function::address);
+  const auto same = [](const Function& left, const Function& right) {
+    return left.address == right.address;
+  };
+  functions_.erase(std::unique(functions_.begin(), functions_.end(), same), functions_.end());
+  namedCount_ = functions_.size();
+  for (Function& function : functions_) {
+    FindBounds(function, thumbStarts);
+  }
+}
+
+void ProgramReading::AddFunction(uint32_t firstName, uint32_t nameCount) {
+  const auto names = facts_.Functions().begin() + firstName;
+  const bool isCode = !image_.CodeAt(names->address).empty() && !image_.IsData(names->address);
+  const bool isPart = std::all_of(names, names + nameCount, [](const ObjectFunction& function) {
+    return IsPart(function.name);
+  });
+  if (isCode && !isPart) {
+    Function& function = functions_.emplace_back();
+    function.address = names->address;
+    function.firstName = firstName;
+    function.nameCount = nameCount;
+  }
+}
+
+void ProgramReading::FindBounds(Function& function,
+                                const std::vector<uint64_t>& thumbStarts) const {
+  const uint64_t address = function.address;
+  const bool isThumb =
+      image_.IsThumb(address).value_or(std::ranges::binary_search(thumbStarts, address));
+  uint64_t size = 0;
+  for (uint32_t i = 0; i < function.nameCount; ++i) {
+    const ObjectFunction& name = facts_.Functions()[function.firstName + i];
+    size = std::max(size, name.size);
+    function.helper = std::max(function.helper, HelperNamed(name.name));
+  }
+  const uint64_t codeEnd = address + image_.CodeAt(address).size();
+  const uint64_t end = size != 0 ? address + size : NextFunction(address);
+  function.start = isThumb ? address | 1 : address;
+  function.end = std::clamp(end, address, codeEnd);
+}
+
+uint32_t ProgramReading::FunctionAt(uint64_t address) const {
+  const uint64_t place = image_.Place(address);
+  const auto named = functions_.begin() + static_cast<ptrdiff_t>(namedCount_);
+  const auto found =
+      std::ranges::lower_bound(functions_.begin(), named, place, {}, &Function::address);
+  if (found != named && found->address == place) {
+    return static_cast<uint32_t>(found - functions_.begin());
+  }
+  const auto unnamed = unnamed_.find(place);
+  return unnamed == unnamed_.end() ? kNone : unnamed->second;
+}
+
+uint64_t ProgramReading::NextFunction(uint64_t address) const {
+  const auto named = functions_.begin() + static_cast<ptrdiff_t>(namedCount_);
+  const auto found = std::ranges::upper_bound(functions_.begin(), named, image_.Place(address), {},
+                                              &Function::address);
+  return found == named ? UINT64_MAX : found->address;
+}
+
+uint32_t ProgramReading::CalledFunctionAt(uint64_t address) {
+  const uint64_t place = image_.Place(address);
+  if (const uint32_t known = FunctionAt(place); known != kNone) {
+    return known;
+  }
+  const std::string_view code = image_.CodeAt(place);
+  if (code.empty() || image_.IsData(place)) {
+    return kNone;
+  }
+  const auto number = static_cast<uint32_t>(functions_.size());
+  Function& function = functions_.emplace_back();
+  function.address = place;
+  function.start = address;
+  function.end = std::min(NextFunction(place), place + code.size());
+  unnamed_[place] = number;
+  return number;
+}
+
+CodeSurroundings::TableHelper ProgramReading::HelperAt(uint64_t address) const {
+  const uint32_t function = FunctionAt(address);
+  return function == kNone ? TableHelper::kNone : functions_[function].helper;
+}
+
+bool ProgramReading::Spend(uint64_t instructions) {
+  const bool isLeft = instructionsLeft_ >= instructions;
+  instructionsLeft_ -= isLeft ? instructions : 0;
+  return isLeft;
+}
+
+void ProgramReading::Read() {
+  for (uint32_t i = 0; i < namedCount_; ++i) {
+    if (!functions_[i].isStarted) {
+      ready_.push_back(i);
+      ReadReady();
+    }
+  }
+  // Those that are left wait for one another: none of them comes back, as far as is known.
+  for (uint32_t i = 0; i < functions_.size(); ++i) {
+    if (functions_[i].walk != nullptr) {
+      functions_[i].walk->Sweep();
+      if (functions_[i].walk->Returns() && functions_[i].returns == Answer::kNotKnown) {
+        Announce(i, true);
+      }
+      ReadReady();
+    }
+  }
+  for (uint32_t i = 0; i < functions_.size(); ++i) {
+    if (functions_[i].walk != nullptr) {
+      Finish(i);
+    }
+  }
+}
+
+void ProgramReading::ReadReady() {
+  while (!ready_.empty()) {
+    const uint32_t function = ready_.back();
+    ready_.pop_back();
+    Continue(function);
+  }
+}
+
+// As far as it goes now. What it waits for comes next.
+void ProgramReading::Continue(uint32_t number) {
+  if (!functions_[number].isStarted) {
+    const Function& function = functions_[number];
+    const FunctionWalk::Range range{.function = number,
+                                    .start = function.start,
+                                    .end = function.end,
+                                    .isHelper = function.helper != TableHelper::kNone};
+    functions_[number].isStarted = true;
+    functions_[number].walk = std::make_unique<FunctionWalk>(image_, decoder_, *this, range);
+  }
+  FunctionWalk* walk = functions_[number].walk.get();
+  if (walk == nullptr) {
+    return;
+  }
+  walk->Run();
+  if (walk->Waiting().empty()) {
+    walk->Sweep();
+  }
+  if (walk->Returns() && functions_[number].returns == Answer::kNotKnown) {
+    Announce(number, true);
+  }
+  const std::vector<uint32_t> waiting = walk->Waiting();
+  if (waiting.empty()) {
+    return Finish(number);
+  }
+  for (const uint32_t callee : waiting) {
+    WaitFor(number, callee);
+  }
+}
+
+void ProgramReading::WaitFor(uint32_t caller, uint32_t callee) {
+  Function& called = functions_[callee];
+  if (called.returns != Answer::kNotKnown) {
+    functions_[caller].walk->Settle(callee, called.returns == Answer::kYes);
+    ready_.push_back(caller);
+    return;
+  }
+  if (std::ranges::find(called.waiting, caller) == called.waiting.end()) {
+    called.waiting.push_back(caller);
+  }
+  if (!called.isStarted) {
+    ready_.push_back(callee);
+  }
+}
+
+void ProgramReading::Announce(uint32_t function, bool returns) {
+  functions_[function].returns = returns ? Answer::kYes : Answer::kNo;
+  for (const uint32_t caller : std::exchange(functions_[function].waiting, {})) {
+    if (functions_[caller].walk != nullptr) {
+      functions_[caller].walk->Settle(function, returns);
+      ready_.push_back(caller);
+    }
+  }
+}
+
+void ProgramReading::Finish(uint32_t function) {
+  functions_[function].code = functions_[function].walk->Result();
+  functions_[function].walk = nullptr;
+  if (functions_[function].returns == Answer::kNotKnown) {
+    Announce(function, functions_[function].code.returns);
+  }
+}
+
+}  // namespace velkor

@@ -1,0 +1,173 @@
+#include "readers/gcc/code/program_code.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <map>
+#include <set>
+
+#include "platform/temporary_folder.h"
+#include "readers/gcc/call_graph_file.h"
+
+namespace velkor {
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string BytesOf(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// What the instructions of a program tell, beside what its compiler told.
+class Proof {
+ public:
+  Proof(const fs::path& program, const fs::path& folder) : bytes_(BytesOf(program)) {
+    for (uint32_t i = 0; i < code_.Functions().size(); ++i) {
+      const ProgramCode::Function& function = code_.Functions()[i];
+      for (uint32_t name = 0; name < function.nameCount; ++name) {
+        byName_[std::string(facts_.Functions()[function.firstName + name].name)].push_back(i);
+      }
+    }
+    for (const auto& entry : fs::directory_iterator(folder)) {
+      if (entry.path().extension() == ".ci") {
+        CompareUnit(BytesOf(entry.path()));
+      }
+    }
+  }
+
+  int shared = 0;  // functions that both tell of
+  int equal = 0;
+  std::vector<std::string> above;
+  std::vector<std::string> below;
+  std::vector<std::string> unknown;
+  std::vector<std::string> missedCalls;
+  std::vector<std::string> otherSites;     // one of the two finds indirect calls
+  std::vector<std::string> otherDynamics;  // one of the two says that the frame is dynamic
+  bool HasSite(const std::string& name) { return !CodeOf(name).sites.empty(); }
+  const FunctionCode& CodeOf(const std::string& name) {
+    return code_.Functions()[byName_.at(name).front()].code;
+  }
+
+ private:
+  void CompareUnit(const std::string& bytes) {
+    const CallGraphFile graph = ReadCallGraph(bytes);
+    std::map<std::string_view, std::set<std::string>> targets;
+    for (const CallGraphEdge& edge : graph.edges) {
+      targets[edge.source].emplace(SymbolOf(graph, edge.target));
+    }
+    for (const CallGraphNode& node : graph.nodes) {
+      const auto found = byName_.find(std::string(node.symbol));
+      if (node.shape == CallGraphNode::Shape::kFunction && found != byName_.end() &&
+          found->second.size() == 1) {
+        Compare(node, targets[node.title], found->second.front());
+      }
+    }
+  }
+
+  void Compare(const CallGraphNode& node, const std::set<std::string>& targets, uint32_t number) {
+    const FunctionCode& code = code_.Functions()[number].code;
+    const std::string name(node.symbol);
+    ++shared;
+    if (code.doubt != CodeDoubt::kNone) {
+      unknown.push_back(name);
+      return;
+    }
+    const bool isDynamic = node.frame == CallGraphNode::Frame::kDynamic;
+    const uint64_t told = std::max(node.bytes, code.callFrameBytes);
+    equal += code.codeBytes == told ? 1 : 0;
+    if (code.codeBytes > told) {
+      above.push_back(name);
+    } else if (code.codeBytes < told && !isDynamic) {
+      below.push_back(name + " " + std::to_string(code.codeBytes) + " of " + std::to_string(told));
+    }
+    if (isDynamic != code.isDynamic) {
+      otherDynamics.push_back(name);
+    }
+    CompareCalls(name, targets, number);
+  }
+
+  void CompareCalls(const std::string& name, const std::set<std::string>& targets,
+                    uint32_t number) {
+    const FunctionCode& code = code_.Functions()[number].code;
+    std::set<uint32_t> calls = {number};  // a call of itself may have become a loop
+    for (const uint32_t call : code.calls) {
+      calls.insert({call, code_.Meant(call)});
+    }
+    const bool isIndirect = targets.contains(std::string(CallGraphFile::kIndirectCall));
+    if (isIndirect != !code.sites.empty()) {
+      otherSites.push_back(name);
+    }
+    for (const std::string& target : targets) {
+      const auto functions = byName_.find(target);
+      const bool isFound =
+          functions != byName_.end() &&
+          std::ranges::any_of(functions->second, [&](uint32_t i) { return calls.contains(i); });
+      if (!isFound && target != CallGraphFile::kIndirectCall && target != "absent") {
+        missedCalls.push_back(name + " " + target);
+      }
+    }
+  }
+
+  const std::string bytes_;
+  const ElfFile elf_{bytes_};
+  const ObjectFacts facts_{elf_};
+  const CallFrames frames_{elf_};
+  const ProgramCode code_{elf_, facts_, frames_};
+  std::map<std::string, std::vector<uint32_t>> byName_;
+};
+
+using Names = std::vector<std::string>;
+
+// A program of which each function is difficult in another way, as several compilers make it.
+TEST(ProgramCode, ReadsWhatTheCompilerTold) {
+  const char* const kCompilers[] = {
+      "arm-none-eabi-gcc -Os -mcpu=cortex-m4 -mthumb -mfloat-abi=hard -mfpu=fpv4-sp-d16",
+      "arm-none-eabi-gcc -O0 -mcpu=cortex-m4 -mthumb",
+      "arm-none-eabi-gcc -O2 -mcpu=cortex-m0 -mthumb",
+      "arm-none-eabi-gcc -O0 -mcpu=cortex-m0 -mthumb",
+      "arm-none-eabi-gcc -O2 -mcpu=cortex-m33 -mthumb -mfloat-abi=hard -mfpu=fpv5-sp-d16",
+  };
+  const testing::TemporaryFolder folder;
+  const std::string source = VELKOR_SOURCE_DIR "/tests/readers/gcc/code/samples.c";
+  for (const std::string compiler : kCompilers) {
+    SCOPED_TRACE(compiler);
+    const std::string command = compiler + " -g -fcallgraph-info=su,da " + source +
+                                " --specs=nosys.specs -o program.elf 2>messages";
+    if (std::system(command.c_str()) != 0) {  // NOLINT(concurrency-mt-unsafe): one thread
+      GTEST_SKIP() << "cannot be compiled here: " << folder.Get("messages");
+    }
+    Proof proof(folder / "program.elf", folder.Path());
+    EXPECT_EQ(proof.shared, 24);
+    EXPECT_EQ(proof.equal, 24);
+    EXPECT_EQ(proof.above, Names());
+    EXPECT_EQ(proof.below, Names());
+    EXPECT_EQ(proof.unknown, Names());
+    EXPECT_EQ(proof.missedCalls, Names());
+    EXPECT_EQ(proof.otherSites, Names());
+    EXPECT_EQ(proof.otherDynamics, Names());
+    EXPECT_FALSE(proof.CodeOf("never").returns);
+    EXPECT_FALSE(proof.CodeOf("longjmp").isDynamic);
+    EXPECT_FALSE(proof.HasSite("longjmp"));
+  }
+}
+
+// Whole programs, which not every checkout has beside it.
+TEST(ProgramCode, ReadsWhatTheCompilerToldOfPrograms) {
+  const fs::path corpus = fs::path(VELKOR_SOURCE_DIR).parent_path() / "shared/corpus/gcc";
+  if (!fs::exists(corpus)) {
+    GTEST_SKIP() << corpus << " is not there";
+  }
+  for (const char* name : {"lua/arm", "littlefs/arm"}) {
+    const Proof proof(corpus / name / "prog.elf", corpus / name);
+    EXPECT_EQ(proof.equal, proof.shared);
+    EXPECT_EQ(proof.below, Names());
+    EXPECT_EQ(proof.missedCalls, Names());
+    EXPECT_EQ(proof.otherSites, Names());
+    EXPECT_EQ(proof.otherDynamics, Names());
+  }
+}
+
+}  // namespace
+}  // namespace velkor
