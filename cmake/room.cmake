@@ -27,6 +27,7 @@ function(velkor_test name)
   cmake_parse_arguments(TEST "" "" "DEPENDS;LABELS" ${ARGN})
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   add_executable(${name}_test ${sources})
+  velkor_compile_at_once(${name}_test)
   target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   if("ui" IN_LIST TEST_DEPENDS)  # the toolkit has options of its own
     target_precompile_headers(${name}_test PRIVATE ${VELKOR_TEST_HEADERS})

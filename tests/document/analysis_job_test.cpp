@@ -8,7 +8,7 @@ namespace velkor {
 namespace {
 
 using testing::DocumentHost;
-using Job = testing::Stoppable<StkAnalysisJob>;
+using AnalysisUnderTest = testing::Stoppable<StkAnalysisJob>;
 
 class AnalysisJobTest : public DocumentHost {
  protected:
@@ -34,7 +34,7 @@ class AnalysisJobTest : public DocumentHost {
   std::unique_ptr<ProgramInput> input;
   StkFileTable files{host.codePage};
   StkFunctionTable functions{host.codePage};
-  std::optional<Job> job;
+  std::optional<AnalysisUnderTest> job;
 };
 
 using Numbers = std::vector<uint32_t>;

@@ -8,18 +8,18 @@ namespace velkor {
 namespace {
 
 using testing::DocumentHost;
-using Format = StkChainReport::Format;
+using ReportFormat = StkChainReport::Format;
 
 class ChainSavingTest : public DocumentHost {};
 
 TEST_F(ChainSavingTest, AReportKeepsTheAnalysisFromBeingChanged) {
   PutChain();
   OpenAndFinish();
-  ASSERT_TRUE(document.SaveCallChains("C:\\r.txt", *Find("main"), false, Format::kText));
+  ASSERT_TRUE(document.SaveCallChains("C:\\r.txt", *Find("main"), false, ReportFormat::kText));
   EXPECT_FALSE(document.CanChangeAnalysis());
   EXPECT_FALSE(document.CancelAllAdjustments());
   EXPECT_FALSE(document.LoadSpecFile("C:\\u.txt"));
-  EXPECT_TRUE(document.SaveCallChains("C:\\r.csv", *Find("main"), true, Format::kCsv));
+  EXPECT_TRUE(document.SaveCallChains("C:\\r.csv", *Find("main"), true, ReportFormat::kCsv));
   Finish();
   EXPECT_TRUE(document.CanChangeAnalysis());
   EXPECT_EQ(host.files.Get("C:\\r.txt"), "main(60,10)---f(50,20)---g(30,30)\r\n");
@@ -27,7 +27,7 @@ TEST_F(ChainSavingTest, AReportKeepsTheAnalysisFromBeingChanged) {
   host.files.Put(kSystemFile, "f, ADD=5\r\n");
   for (const char* input : {kProject, "C:\\p\\b.asm", kSystemFile}) {
     const auto before = host.files.Get(input);
-    EXPECT_TRUE(document.SaveCallChains(input, *Find("main"), true, Format::kText));
+    EXPECT_TRUE(document.SaveCallChains(input, *Find("main"), true, ReportFormat::kText));
     Finish();
     EXPECT_EQ(host.files.Get(input), before);
   }
@@ -45,7 +45,7 @@ TEST_F(ChainSavingTest, AStopLeavesTheLinesWritten) {
   PutProject({"a"});
   PutModule("a", functions);
   OpenAndFinish();
-  ASSERT_TRUE(document.SaveCallChains("C:\\r.txt", *Find("l0"), true, Format::kText));
+  ASSERT_TRUE(document.SaveCallChains("C:\\r.txt", *Find("l0"), true, ReportFormat::kText));
   while (window.lastPosted != WM_STK_CHAINSAVE_PROGRESS) {
     std::this_thread::yield();
   }

@@ -15,7 +15,7 @@ using testing::Graph;
 using testing::QueuedMainWindow;
 using testing::Recorder;
 using testing::TestHost;
-using Job = testing::Stoppable<StkSpecReadJob>;
+using SpecReadUnderTest = testing::Stoppable<StkSpecReadJob>;
 
 constexpr const char* kUser = "C:\\user.txt";
 constexpr const char* kSystem = "C:\\app.psg";
@@ -30,8 +30,8 @@ class SpecReadJobTest : public ::testing::Test {
       sources.push_back(std::make_unique<StkSpecReader>(kind, path, host.host, recorder.reporter));
     }
   }
-  Job& Make() {
-    job = std::make_unique<Job>(std::move(sources), graph.functions, roots, bounds,
+  SpecReadUnderTest& Make() {
+    job = std::make_unique<SpecReadUnderTest>(std::move(sources), graph.functions, roots, bounds,
                                 recorder.reporter, window);
     return *job;
   }
@@ -57,7 +57,7 @@ class SpecReadJobTest : public ::testing::Test {
   StkRootList roots;
   StkBounds bounds{graph.functions};
   std::vector<std::unique_ptr<StkSpecReader>> sources;
-  std::unique_ptr<Job> job;
+  std::unique_ptr<SpecReadUnderTest> job;
 };
 
 TEST_F(SpecReadJobTest, AStopDiscardsTheInterruptedSourceAndStillComputes) {

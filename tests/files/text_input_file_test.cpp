@@ -11,14 +11,14 @@
 namespace velkor {
 namespace {
 
-using Lines = std::vector<testing::ReadLineResult>;
+using ReadLines = std::vector<testing::ReadLineResult>;
 
-constexpr char kFilePath[] = "C:\\p\\file.txt";
+constexpr char kInputPath[] = "C:\\p\\file.txt";
 
 struct TextModeReading : ::testing::Test {
-  Lines Read(const std::string& bytes, size_t limit) {
-    host.files.Put(kFilePath, bytes);
-    TextInputFile file(host.files.OpenForRead(kFilePath).file, host.codePage);
+  ReadLines Read(const std::string& bytes, size_t limit) {
+    host.files.Put(kInputPath, bytes);
+    TextInputFile file(host.files.OpenForRead(kInputPath).file, host.codePage);
     return testing::AllLines(file, limit);
   }
 
@@ -68,8 +68,8 @@ TEST(CutLines, KeepNoPartOfACharacter) {
          std::map<std::string, std::string>{{"12345\xE3\x81\x82!\n", "12345"},
                                             {"1234\xE3\x81\x82\n", "1234\xE3\x81\x82"},
                                             {"123456\xE3\x81!", "123456\xE3"}}) {
-      host.files.Put(kFilePath, text);
-      TextInputFile file(host.files.OpenForRead(kFilePath).file, host.codePage);
+      host.files.Put(kInputPath, text);
+      TextInputFile file(host.files.OpenForRead(kInputPath).file, host.codePage);
       TextLine line;
       EXPECT_TRUE(file.ReadLine(line, 8));
       EXPECT_EQ(line.text, kept);
@@ -79,11 +79,11 @@ TEST(CutLines, KeepNoPartOfACharacter) {
 
 TEST_F(TextModeReading, LongLinesAreCutAndCountedWhole) {
   const std::string kept(5118, 'x');
-  EXPECT_EQ((Lines{{kept, 5118}}), Read(kept + "\r\n", 5119));
-  EXPECT_EQ((Lines{{kept, 5119}, {"", 0}}), Read(kept + "y\r\n\r\n", 5119));
+  EXPECT_EQ((ReadLines{{kept, 5118}}), Read(kept + "\r\n", 5119));
+  EXPECT_EQ((ReadLines{{kept, 5119}, {"", 0}}), Read(kept + "y\r\n\r\n", 5119));
   // Across many chunks, its carriage return at a chunk's end.
   const std::string huge((1 << 20) - 1, 'x');
-  EXPECT_EQ((Lines{{kept, huge.size()}, {"z", 1}}), Read(huge + "\r\nz", 5119));
+  EXPECT_EQ((ReadLines{{kept, huge.size()}, {"z", 1}}), Read(huge + "\r\nz", 5119));
 }
 
 TEST_F(TextModeReading, AgreesWithTheModelOnAnyBytesInAnyPieces) {
@@ -96,7 +96,7 @@ TEST_F(TextModeReading, AgreesWithTheModelOnAnyBytesInAnyPieces) {
       text.erase(at, 1);
       ++at;
     }
-    Lines expected;
+    ReadLines expected;
     for (size_t at = 0; at < text.size();) {
       const size_t end = std::min(text.find('\n', at), text.size());
       expected.push_back({text.substr(at, std::min(end - at, limit - 1)), end - at});

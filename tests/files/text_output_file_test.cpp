@@ -8,10 +8,10 @@
 namespace velkor {
 namespace {
 
-constexpr char kFilePath[] = "C:\\p\\file.txt";
+constexpr char kOutputPath[] = "C:\\p\\file.txt";
 
 struct TextModeWriting : ::testing::Test {
-  std::unique_ptr<OutputFile> Create() { return host.files.OpenForWrite(kFilePath).file; }
+  std::unique_ptr<OutputFile> Create() { return host.files.OpenForWrite(kOutputPath).file; }
 
   testing::TestHost host;
 };
@@ -68,9 +68,9 @@ TEST_F(TextModeWriting, AgreesWithTheModelOnAnyTexts) {
     const bool limited = model.maxLines != 0 || model.maxChars != 0;
     ASSERT_EQ(limited ? model.lines : 0, file.LinesWritten());
     // What precedes a limit is in the file before it is closed.
-    ASSERT_TRUE(ok || host.files.Get(kFilePath) == model.file);
+    ASSERT_TRUE(ok || host.files.Get(kOutputPath) == model.file);
     ASSERT_EQ(ok, file.Close());
-    ASSERT_EQ(model.file, host.files.Get(kFilePath));
+    ASSERT_EQ(model.file, host.files.Get(kOutputPath));
   }
 }
 
@@ -83,9 +83,9 @@ TEST_F(TextModeWriting, ManyPiecesFillTheBufferWithoutLoss) {
     expected += piece + "\r\n";
   }
   ASSERT_TRUE(file.Synchronize());
-  EXPECT_TRUE(expected == host.files.Get(kFilePath));
+  EXPECT_TRUE(expected == host.files.Get(kOutputPath));
   EXPECT_TRUE(file.Close());
-  EXPECT_TRUE(expected == host.files.Get(kFilePath));
+  EXPECT_TRUE(expected == host.files.Get(kOutputPath));
 }
 
 TEST_F(TextModeWriting, AFullDeviceFailsTheWriteAndWhatFollows) {
@@ -96,7 +96,7 @@ TEST_F(TextModeWriting, AFullDeviceFailsTheWriteAndWhatFollows) {
   EXPECT_FALSE(large.WriteString("y"));
   EXPECT_FALSE(large.LineLimitReached() || large.CharLimitReached());
   EXPECT_FALSE(large.Close());
-  EXPECT_TRUE(std::string(100000, 'x') == host.files.Get(kFilePath));
+  EXPECT_TRUE(std::string(100000, 'x') == host.files.Get(kOutputPath));
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 namespace velkor {
 namespace {
 
-using Lines = std::vector<testing::ReadLineResult>;
+using ReadLines = std::vector<testing::ReadLineResult>;
 
 constexpr char kFilePath[] = "C:\\p\\file.txt";
 
@@ -22,8 +22,8 @@ TEST(TextReader, PositionGrowsWithTheLinesAnswered) {
 }
 
 // Byte by byte, with one byte of look-ahead.
-Lines ModelLines(const std::string& bytes, size_t size) {
-  Lines lines;
+ReadLines ModelLines(const std::string& bytes, size_t size) {
+  ReadLines lines;
   size_t i = 0;
   while (i < bytes.size()) {
     testing::ReadLineResult line{"", 0};

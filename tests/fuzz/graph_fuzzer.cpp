@@ -20,7 +20,7 @@ namespace velkor::testing {
 
 namespace {
 
-constexpr int kMaxSteps = 12;
+constexpr int kMaxGraphSteps = 12;
 constexpr const char* kReport = "C:\\p\\r.txt";
 
 // A report of the chains, drawn by a walk that recurses.
@@ -143,7 +143,7 @@ void FuzzGraph(std::string_view bytes) {
   FuzzInput input(bytes);
   GraphRun run(input);
   run.Step(GraphHistory::kCompute);
-  for (int step = 0; step < kMaxSteps && !input.AtEnd(); ++step) {
+  for (int step = 0; step < kMaxGraphSteps && !input.AtEnd(); ++step) {
     run.Step(static_cast<GraphHistory::Kind>(input.Below(GraphHistory::kKinds)));
   }
   run.CheckMessages();

@@ -16,7 +16,7 @@ namespace velkor::testing {
 
 namespace {
 
-constexpr const char* kProject = "C:\\p\\app.prj";
+constexpr const char* kProjectPath = "C:\\p\\app.prj";
 constexpr const char* kFolder = "C:\\p\\out";  // the one that exists
 
 std::string Trimmed(const std::string& text) {
@@ -135,13 +135,13 @@ void FuzzProject(std::string_view bytes) {
   FuzzHost host(codePage);
   host.files.SetReadLimit((choices & 4) != 0 ? 1 + choices % 7 : SIZE_MAX);
   host.files.AddDirectory(kFolder);
-  host.files.Put(kProject, std::string(text));
+  host.files.Put(kProjectPath, std::string(text));
   host.reporter.SetOpenedFromCommandLine((choices & 1) != 0);
 
   const LiteralProfile literal(text, codePage);
   CheckLookups(literal, ProfileFile(codePage, std::string(text)));
   StkProject project(host.host, host.reporter);
-  const bool loaded = project.Load(kProject);
+  const bool loaded = project.Load(kProjectPath);
   RequireEqual(loaded, !literal.Value("ProjectManager", "Path").empty(),
                "a project that states a directory is one");
   RequireEqual(host.boxes.boxes.size(), loaded ? 0 : 1, "a failure is told once");

@@ -107,7 +107,7 @@ TEST_F(ProjectTest, SourcesAreLimitedInNumberAndLength) {
 }
 
 // "line text" of each note; "!" before it where something is not read.
-Texts Described(const std::vector<StkNote>& notes) {
+Texts DescribedNotes(const std::vector<StkNote>& notes) {
   Texts texts;
   for (const StkNote& note : notes) {
     EXPECT_EQ(note.rule, "source-left-out");
@@ -121,7 +121,7 @@ TEST_F(ProjectTest, SourcesThatAreLeftOutAreNotedOnce) {
   const auto notesOf = [this](const std::string& sources) {
     EXPECT_TRUE(Load("[ProjectManager]\r\nPath=C:\\p\r\n" + sources));
     EXPECT_EQ(recorder_.log.lines, Texts());
-    return Described(project_->Notes());
+    return DescribedNotes(project_->Notes());
   };
   const auto sourcesTo = [](int last) {
     std::string text = "[SrcFile]\n";
