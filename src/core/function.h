@@ -27,12 +27,13 @@ enum FunctionFlag : uint32_t {
   FN_LIBRARY = 0x40,       // librarySize comes from a system library stack size table
   FN_FIXED_EXTRA = 0x100,  // librarySize is the fixed 6 bytes of a preset margin
   // What the totals know nothing of, but the bounds do:
-  FN_HIDDEN_CALL = 0x1000,    // its code makes a call that its record does not list
-  FN_DYNAMIC_FRAME = 0x2000,  // frameSize is only what the compiler knows of a larger frame
-  FN_SIZE_UNKNOWN = 0x4000,   // defined, but nothing tells its frame size
-  FN_PLAIN_SYMBOL = 0x8000,   // its symbol has no "_" before the C name
-  FN_ENTRY = 0x10000,         // entered from outside: top-level, whatever calls it
-  FN_CALLS_STATED = 0x20000,  // callees are stated that it calls directly (see the table)
+  FN_HIDDEN_CALL = 0x1000,         // its code makes a call that its record does not list
+  FN_DYNAMIC_FRAME = 0x2000,       // frameSize is only what the compiler knows of a larger frame
+  FN_SIZE_UNKNOWN = 0x4000,        // defined, but nothing tells its frame size
+  FN_PLAIN_SYMBOL = 0x8000,        // its symbol has no "_" before the C name
+  FN_ENTRY = 0x10000,              // entered from outside: top-level, whatever calls it
+  FN_NO_FLOATING_POINT = 0x40000,  // its instructions are known: none uses such a register
+  FN_CALLS_STATED = 0x20000,       // callees are stated that it calls directly (see the table)
 };
 
 // Where the frame and the calls of a function come from.
@@ -43,6 +44,11 @@ struct SourceLine {
   const StkFileEntry* file = nullptr;
   uint32_t line = 0;    // from 1; 0: not told
   uint32_t column = 0;  // likewise
+};
+
+// A place where a function calls through a pointer.
+struct IndirectSite : SourceLine {
+  uint64_t address = 0;  // in the linked program, of code without a source; 0: not told
 };
 
 // What a function is first of all, for its picture and for programs. Something is known of a
@@ -70,9 +76,9 @@ struct StkFunction {
   StkFunctionList extraCallees;  // targets of indirect calls, as the adjustment states them
   StkFunctionList callers;       // no duplicates
   StkFunctionList extraCallers;
-  std::unique_ptr<std::vector<SourceLine>> indirectSites;  // none where the input tells none
-  std::unique_ptr<StkAdjustment> pendingAdjustment;        // read from a file, not yet applied
-  std::unique_ptr<StkAppliedAdjustment> adjustment;        // in force; its presence: adjusted
+  std::unique_ptr<std::vector<IndirectSite>> indirectSites;  // none where the input tells none
+  std::unique_ptr<StkAdjustment> pendingAdjustment;          // read from a file, not yet applied
+  std::unique_ptr<StkAppliedAdjustment> adjustment;          // in force; its presence: adjusted
 
   bool Is(uint32_t flag) const { return (flags & flag) != 0; }
   bool IsUnknown() const { return !Is(FN_DEFINED) && !Is(FN_LIBRARY); }

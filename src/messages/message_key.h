@@ -129,6 +129,10 @@ enum class MessageKey : uint32_t {
   kNoteNoLinkTimeGraph = 43116,
   kNoteMachineNotTold = 43117,
   kNoteMore = 43118,
+  kNoteCodeNotRead = 43130,
+  kNoteOtherFrame = 43131,
+  kNoteCodeLarger = 43132,
+  kNoteMachineNotRead = 43133,
 };
 
 }  // namespace velkor

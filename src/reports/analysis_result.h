@@ -49,6 +49,7 @@ struct AnalysedSite {
   uint32_t file = kNoFile;  // as in AnalysedFunction
   uint32_t line = 0;        // from 1; 0: not told
   uint32_t column = 0;
+  uint64_t address = 0;  // in the linked program; 0: not told
 };
 
 // The numbers of one function. Those that few functions have, and its texts, are the result's to

@@ -151,6 +151,7 @@ class JsonOutput {
       json_.TextOrNull("file", result_.File(site.file));
       json_.NumberOrNull("line", site.line != 0, site.line);
       json_.NumberOrNull("column", site.column != 0, site.column);
+      json_.NumberOrNull("address", site.address != 0, site.address);
       json_.EndObject();
     }
     json_.EndArray();

@@ -164,8 +164,8 @@ class FunctionTaking {
     }
     if (function.indirectSites != nullptr) {
       std::vector<AnalysedSite> sites;
-      for (const SourceLine& site : *function.indirectSites) {
-        sites.push_back({File(site.file), site.line, site.column});
+      for (const IndirectSite& site : *function.indirectSites) {
+        sites.push_back({File(site.file), site.line, site.column, site.address});
       }
       result_.indirectSites.Add(function.index, std::move(sites));
     }

@@ -12,7 +12,11 @@ constexpr uint64_t kMostVectors = 1024;
 }  // namespace
 
 LinkedProgram::LinkedProgram(WholeFile file)
-    : file_(std::move(file)), elf_(file_.Bytes()), facts_(elf_), frames_(elf_) {
+    : file_(std::move(file)),
+      elf_(file_.Bytes()),
+      facts_(elf_),
+      frames_(elf_),
+      code_(elf_, facts_, frames_) {
   const std::vector<ObjectFunction>& functions = facts_.Functions();
   byName_.resize(functions.size());
   std::iota(byName_.begin(), byName_.end(), 0U);
@@ -74,6 +78,26 @@ uint64_t LinkedProgram::FrameBytesOf(std::string_view name) const {
   }
   const FunctionFrame* frame = frames_.Find(0, facts_.Functions()[named.front()].address);
   return frame != nullptr ? frame->bytes : 0;
+}
+
+uint32_t LinkedProgram::CodeNamed(std::string_view name, std::string_view source) const {
+  uint32_t found = ProgramCode::kNone;
+  int rank = 0;
+  bool isOne = true;
+  for (const uint32_t i : Named(name)) {
+    const ObjectFunction& function = facts_.Functions()[i];
+    const bool isOfSource = !source.empty() && function.file == source;
+    const int own = function.reach != FunctionReach::kLocal ? 3 : isOfSource ? 2 : 1;
+    const uint32_t code = code_.Find(function.address);
+    if (own > rank) {
+      rank = own;
+      found = code;
+      isOne = true;
+    } else if (own == rank) {
+      isOne = isOne && code == found;
+    }
+  }
+  return isOne ? found : ProgramCode::kNone;
 }
 
 std::vector<std::string_view> LinkedProgram::NamesAt(uint64_t address) const {

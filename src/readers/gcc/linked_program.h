@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "readers/gcc/call_frames.h"
+#include "readers/gcc/code/program_code.h"
 #include "readers/gcc/elf_file.h"
 #include "readers/gcc/object_facts.h"
 #include "readers/gcc/unit_recording.h"
@@ -37,6 +38,13 @@ class LinkedProgram {
   // From call frame information; 0 where there is none, or several functions have the name.
   uint64_t FrameBytesOf(std::string_view name) const;
 
+  // What its instructions tell.
+  const ProgramCode& Code() const { return code_; }
+  const ObjectFacts& Facts() const { return facts_; }
+  // In Code(), of the function that the name means: not a local one where there is another. Of
+  // several local ones, the one of that source. kNone where that does not tell.
+  uint32_t CodeNamed(std::string_view name, std::string_view source = {}) const;
+
   // Where the program is entered from outside: its entry and what its vector table names, each as
   // the names of one address. vectors: the symbol of the table, empty to look for it.
   struct Entry {
@@ -66,6 +74,7 @@ class LinkedProgram {
   ElfFile elf_;
   ObjectFacts facts_;
   CallFrames frames_;
+  ProgramCode code_;
   std::vector<uint32_t> byName_;     // functions, ordered by name
   std::vector<uint32_t> byAddress_;  // the same by address
   bool hasLocalFunctions_ = false;

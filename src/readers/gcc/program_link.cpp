@@ -53,10 +53,12 @@ void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkR
   DecideReaches();
   MakeEntities();
   SettleWeak();
+  FindCode();
   LinkCalls();
   LeaveOutReplacedAliases();
   ImproveFrames();
   FindEntries();
+  LinkOutsideCode();
   LeaveOutUnlinked(reporter);
   NameModules();
   EnterFunctions();
@@ -65,6 +67,7 @@ void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkR
   EnterSites();
   PostDuplicates(reporter);
   PostNotes(reporter);
+  PostCodeNotes(reporter);
   *this = ProgramLink();
 }
 

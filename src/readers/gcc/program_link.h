@@ -62,12 +62,17 @@ class ProgramLink {
     bool isSizeUnknown = false;
     bool isKept = true;
     bool isEntry = false;
+    uint32_t code = kNone;   // in what the instructions of the program tell
+    bool isRead = false;     // its size and calls are of there
+    uint32_t toldBytes = 0;  // its frame, as the compiler has told it
   };
 
-  // A function that no unit tells: only called, or another name for one, or entered from outside.
+  // A function that no unit tells: only called, or another name for one, or entered from outside,
+  // or of a library, which the program's instructions tell of.
   struct Outside {
     uint32_t name = kNone;
-    uint32_t target = kNone;  // an entity that it is an alias of
+    uint32_t target = kNone;  // a callee that it is an alias of
+    uint32_t code = kNone;    // in what the instructions of the program tell
     bool isEntry = false;
     bool isUsed = false;
   };
@@ -104,6 +109,29 @@ class ProgramLink {
   uint32_t EntityNamed(uint32_t name);
   void LeaveOutReplacedAliases();
   void ImproveFrames();
+
+  // What the instructions of the program tell (program_link_code.cpp).
+  void FindCode();
+  void AddCallsOfCode(uint32_t entity);
+  uint32_t CalleeOfCode(uint32_t code);
+  uint32_t EntityOfCode(uint32_t code);
+  std::string_view NameOfCode(uint32_t code) const;
+  void ImproveByCode(Entity& entity) const;
+  void LinkOutsideCode();
+  void UseOutside(uint32_t outside);
+  void EnterCodeOf(const Entity& entity, StkFunction& entered) const;
+  void EnterOutsideCode(const Outside& outside, StkFunction& entered);
+  const StkFileEntry& FileOfCode(uint32_t code);
+  static uint32_t FrameOfCode(const FunctionCode& code, uint16_t machine);
+  bool IsReadFromCode(const Unit& unit) const;
+  void AddSitesOfCode(uint32_t code, StkFunction& function) const;
+  void PostCodeNotes(StkReporter& reporter);
+  bool PostCodeNote(const FunctionCode& code, uint32_t toldBytes, StkFunction& function,
+                    StkReporter& reporter);
+  const FunctionCode& CodeOf(uint32_t code) const {
+    return options_.program->Code().Functions()[code].code;
+  }
+
   void FindEntries();
   void LeaveOutUnlinked(StkReporter& reporter);
 
@@ -141,7 +169,10 @@ class ProgramLink {
   std::unordered_map<WeakPlace, uint32_t, WeakPlaceHash> weakPlaces_;
   std::vector<uint32_t> duplicateParts_;
   std::vector<uint32_t> outsideOfName_;
-  std::vector<Outside> outside_;        // callees are numbered behind the entities
+  std::vector<Outside> outside_;  // callees are numbered behind the entities
+  std::unordered_map<uint32_t, uint32_t> calleeOfCode_;
+  std::vector<uint32_t> outsideCallees_;  // by outside function
+  std::vector<uint32_t> outsideCalleeEnds_;
   std::vector<uint32_t> callees_;       // of kept entities when entered
   std::vector<uint32_t> calleeEnds_;    // by entity
   std::vector<uint32_t> latestCaller_;  // by callee, to tell equal ones apart

@@ -31,6 +31,7 @@ void ProgramLink::LinkCalls() {
     for (; next < ends[entity]; ++next) {
       LinkCallsOfPart(entity, parts[next]);
     }
+    AddCallsOfCode(entity);
     calleeEnds_.push_back(static_cast<uint32_t>(callees_.size()));
   }
   for (const Unit& unit : units_) {
@@ -94,6 +95,15 @@ uint32_t ProgramLink::OutsideOf(uint32_t name) {
   if (outsideOfName_[name] == kNone) {
     outsideOfName_[name] = static_cast<uint32_t>(outside_.size());
     outside_.push_back({.name = name, .target = AliasTarget(name)});
+    Outside& outside = outside_.back();
+    const auto own = static_cast<uint32_t>(entities_.size()) + outsideOfName_[name];
+    if (outside.target == kNone && options_.program != nullptr) {
+      outside.code = options_.program->CodeNamed(NameOf(name));
+    }
+    if (outside.code != kNone) {
+      const auto [known, isNew] = calleeOfCode_.try_emplace(outside.code, own);
+      outside.target = isNew ? kNone : known->second;
+    }
   }
   return static_cast<uint32_t>(entities_.size()) + outsideOfName_[name];
 }
@@ -163,6 +173,7 @@ void ProgramLink::ImproveFrames() {
       entity.frameSize = static_cast<uint32_t>(
           std::min<uint64_t>(std::max<uint64_t>(entity.frameSize, bytes), kOverSize));
     }
+    ImproveByCode(entity);
     if (callsNothing && options_.machine == ELF_X86_64 && !UnitOf(entity.firstPart).hasMachine) {
       entity.frameSize += std::min(kRedZone, kOverSize - entity.frameSize);
     }

@@ -87,6 +87,7 @@ void ProgramLink::EnterFunctions() {
     entered.flags |= entity.isSizeUnknown ? uint32_t{FN_SIZE_UNKNOWN} : 0U;
     entered.flags |= entity.isEntry ? uint32_t{FN_ENTRY} : 0U;
     entered.flags |= hasSites_[i] ? uint32_t{FN_INDIRECT_CALL} : 0U;
+    EnterCodeOf(entity, entered);
     if (function.shownName != kNone) {
       table.SetShownName(entered, function.shownName);
     }
@@ -99,24 +100,35 @@ void ProgramLink::EnterOutside() {
   for (uint32_t entity = 0; entity < entities_.size(); ++entity) {
     for (; call < calleeEnds_[entity]; ++call) {
       if (entities_[entity].isKept && IsOutside(callees_[call])) {
-        outside_[callees_[call] - entities_.size()].isUsed = true;
+        UseOutside(callees_[call] - static_cast<uint32_t>(entities_.size()));
       }
+    }
+  }
+  for (uint32_t i = 0; i < outside_.size(); ++i) {
+    if (outside_[i].isEntry) {
+      UseOutside(i);
     }
   }
   StkFunctionTable& table = database_->functions;
   for (uint32_t i = 0; i < outside_.size(); ++i) {
     const Outside& outside = outside_[i];
-    if (!outside.isUsed && !outside.isEntry) {
+    if (!outside.isUsed) {
       continue;
     }
-    const bool isAlias = outside.target != kNone && indexOf_[outside.target] != kNone;
+    const bool isOfEntity =
+        outside.target != kNone && !IsOutside(outside.target) && indexOf_[outside.target] != kNone;
+    const bool isAlias = isOfEntity || (outside.target != kNone && IsOutside(outside.target));
+    const bool isDefined = isAlias || outside.code != kNone;
     StkFunction& entered =
-        isAlias ? table.AddDefined(outside.name, ModuleFile(entities_[outside.target].firstPart))
-                : table.AddUnknown(outside.name);
+        isOfEntity ? table.AddDefined(outside.name, ModuleFile(entities_[outside.target].firstPart))
+        : isDefined ? table.AddDefined(outside.name, FileOfCode(outside.code))
+                    : table.AddUnknown(outside.name);
     entered.flags |= outside.isEntry ? uint32_t{FN_ENTRY} : 0U;
     if (isAlias) {
       entered.flags |= FN_GLOBAL;
       entered.source = FunctionSource::kProgram;
+    } else if (isDefined) {
+      EnterOutsideCode(outside, entered);
     }
     indexOf_[entities_.size() + i] = entered.index;
     if (const std::string shown = DemangledName(entered.name); !shown.empty()) {
@@ -142,8 +154,11 @@ void ProgramLink::EnterCalls() {
   }
   for (uint32_t i = 0; i < outside_.size(); ++i) {
     if (indexOf_[entities_.size() + i] != kNone) {
-      if (outside_[i].target != kNone && indexOf_[outside_[i].target] != kNone) {
-        calls.callees.push_back(indexOf_[outside_[i].target]);
+      const uint32_t begin = i == 0 ? 0 : outsideCalleeEnds_[i - 1];
+      for (uint32_t callee = begin; callee < outsideCalleeEnds_[i]; ++callee) {
+        if (const uint32_t index = indexOf_[outsideCallees_[callee]]; index != kNone) {
+          calls.callees.push_back(index);
+        }
       }
       calls.ends.push_back(static_cast<uint32_t>(calls.callees.size()));
     }
@@ -166,14 +181,14 @@ void ProgramLink::EnterSites() {
       }
       StkFunction& function = *database_->functions.Functions()[index];
       if (function.indirectSites == nullptr) {
-        function.indirectSites = std::make_unique<std::vector<SourceLine>>();
+        function.indirectSites = std::make_unique<std::vector<IndirectSite>>();
         shared.push_back(&function);
       }
-      function.indirectSites->push_back({SourceFile(site.file), site.line, site.column});
+      function.indirectSites->push_back({{SourceFile(site.file), site.line, site.column}});
     }
   }
   for (StkFunction* function : shared) {
-    std::vector<SourceLine>& sites = *function->indirectSites;
+    std::vector<IndirectSite>& sites = *function->indirectSites;
     std::ranges::stable_sort(sites, {}, order);
     const auto same = [&](const SourceLine& left, const SourceLine& right) {
       return order(left) == order(right);
@@ -196,7 +211,9 @@ void ProgramLink::PostNotes(StkReporter& reporter) {
         }
         note.function = index;
       }
-      reporter.PostNote(std::move(note));
+      if (note.rule != "assembler" || !IsReadFromCode(unit)) {
+        reporter.PostNote(std::move(note));
+      }
     }
   }
 }

@@ -121,7 +121,7 @@ struct SpecialForm {
   Form form;
 };
 
-constexpr std::array kShortForms = {
+constexpr std::array kShortSpecials = {
     SpecialForm{0xFFFF, 0xBF00, 0, 0, Nothing},
     SpecialForm{0xFFFF, 0x46C0, 0, 0, Nothing},           // mov r8, r8
     SpecialForm{0xFF0F, 0xBF00, 0, 0, WriteSpecial},      // hints
@@ -130,7 +130,7 @@ constexpr std::array kShortForms = {
     SpecialForm{0xFF87, 0x4704, 0, 0, JumpOtherWorld},    // bxns
 };
 
-constexpr std::array kLongForms = {
+constexpr std::array kLongSpecials = {
     SpecialForm{0xFFFF, 0xE97F, 0xFFFF, 0xE97F, Nothing},         // sg
     SpecialForm{0xFFFF, 0xE89F, 0x2000, 0x0000, ClearMany},       // clrm
     SpecialForm{0xFFBF, 0xEC9F, 0x0E00, 0x0A00, FloatingPoint},   // vscclrm
@@ -163,7 +163,8 @@ bool IsLongThumb(uint16_t first) {
 }
 
 std::optional<CodeInstruction> SpecialThumb(uint16_t first, uint16_t second) {
-  return IsLongThumb(first) ? Find(kLongForms, {first, second}) : Find(kShortForms, {first, 0});
+  return IsLongThumb(first) ? Find(kLongSpecials, {first, second})
+                            : Find(kShortSpecials, {first, 0});
 }
 
 bool IsThumbFloatingPoint(uint16_t first, uint16_t second) {
