@@ -40,6 +40,8 @@ void WriteAnalysis(Application& application, const Options& options, const StkFu
       return reports::WriteJson(application.Result(), output);
     case OutputFormat::kCsv:
       return reports::WriteCsv(application.Result(), output);
+    case OutputFormat::kMarkdown:
+      break;
   }
 }
 

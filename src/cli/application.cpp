@@ -55,6 +55,7 @@ Application::~Application() {
 }
 
 ExitStatus Application::OpenAndAnalyse(const Options& options) {
+  log_.ForgetNotes();
   if (!document_.OnOpenDocument(AbsolutePath(options.project))) {
     return kProjectNotRead;
   }

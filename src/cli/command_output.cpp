@@ -1,6 +1,9 @@
 #include "cli/command_output.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <iterator>
+#include <memory>
 
 #include "files/output_target.h"
 
@@ -22,10 +25,14 @@ bool Print(Application& application, const std::function<void(reports::ResultOut
   return written;
 }
 
-bool WriteFile(Application& application, const std::string& path,
+bool WriteFile(Application& application, const ResultTarget& where,
                const std::function<void(reports::ResultOutput&)>& write) {
   StkReporter& reporter = application.Reporter();
-  if (!application.Document().MayWriteTo(path)) {
+  const std::string path = application.AbsolutePath(where.file);
+  std::vector<std::string> inputs;
+  std::ranges::transform(where.inputs, std::back_inserter(inputs),
+                         [&](const std::string& input) { return application.AbsolutePath(input); });
+  if (!application.Document().MayWriteTo(path, inputs)) {
     return false;
   }
   StkOutputTarget target(path, application.GetHost());
@@ -46,16 +53,19 @@ bool WriteFile(Application& application, const std::string& path,
 
 }  // namespace
 
-ExitStatus WriteResult(Application& application, const std::string& file,
+ExitStatus WriteResult(Application& application, const ResultTarget& target, ExitStatus status,
                        const std::function<void(reports::ResultOutput&)>& write) {
   application.StopCatchingInterrupts();
-  application.SayNotes();
-  const ExitStatus status = application.FinishedStatus();
-  const bool written = IsStandardOutput(file)
-                           ? Print(application, write)
-                           : WriteFile(application, application.AbsolutePath(file), write);
+  const bool written = IsStandardOutput(target.file) ? Print(application, write)
+                                                     : WriteFile(application, target, write);
   application.RunJobs();  // what has been posted meanwhile
   return written ? status : kOutputFailed;
+}
+
+ExitStatus WriteResult(Application& application, const std::string& file,
+                       const std::function<void(reports::ResultOutput&)>& write) {
+  application.SayNotes();
+  return WriteResult(application, {file, {}}, application.FinishedStatus(), write);
 }
 
 }  // namespace velkor::cli

@@ -4,6 +4,7 @@
 #include "cli/analyze_command.h"
 #include "cli/application.h"
 #include "cli/change_commands.h"
+#include "cli/diff_command.h"
 #include "cli/output_commands.h"
 #include "platform/heap.h"
 #include "platform/terminal.h"
@@ -20,6 +21,8 @@ ExitStatus RunCommand(Application& application, const Options& options) {
       return Explain(application, options);
     case Options::Command::kTodo:
       return Todo(application, options);
+    case Options::Command::kDiff:
+      return Diff(application, options);
     case Options::Command::kChains:
       return Chains(application, options);
     case Options::Command::kAdjust:

@@ -130,6 +130,25 @@ void AddTodo(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
+void AddDiff(CLI::App& app, Options& options) {
+  static const std::map<std::string, OutputFormat> kFormats = {
+      {"text", OutputFormat::kText},
+      {"json", OutputFormat::kJson},
+      {"markdown", OutputFormat::kMarkdown}};
+  CLI::App& command =
+      *app.add_subcommand("diff", "compare two analyses, each JSON of analyze or an INPUT");
+  command.add_option("OLD", options.project, "JSON of analyze (- for standard input), or an INPUT")
+      ->required();
+  command.add_option("NEW", options.newer, "likewise")->required();
+  command.callback([&options] { options.command = Options::Command::kDiff; });
+  AddLoadOption(command, options);
+  command.add_option("--format", options.format, "how to print (default: text)")
+      ->transform(CLI::CheckedTransformer(kFormats))
+      ->option_text("text|json|markdown");
+  AddOutputOption(command, options);
+  AddRunOptions(command, options);
+}
+
 void AddChains(CLI::App& app, Options& options) {
   CLI::App& command = AddCommand(app, options, Options::Command::kChains, "chains",
                                  "write the call chains of a function into a file");
@@ -209,6 +228,7 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   AddAnalyze(app, options);
   AddExplain(app, options);
   AddTodo(app, options);
+  AddDiff(app, options);
   AddChains(app, options);
   AddAdjust(app, options);
   AddReset(app, options);

@@ -9,15 +9,16 @@
 
 namespace velkor::cli {
 
-enum class OutputFormat { kText, kJson, kCsv };
+enum class OutputFormat { kText, kJson, kCsv, kMarkdown };
 
 // What the command line asks for. Texts are bytes as the caller gave them. Which fields have a
 // meaning depends on the command.
 struct Options {
-  enum class Command { kAnalyze, kExplain, kTodo, kChains, kAdjust, kReset, kLoad, kSave };
+  enum class Command { kAnalyze, kExplain, kTodo, kDiff, kChains, kAdjust, kReset, kLoad, kSave };
 
   Command command = Command::kAnalyze;
   std::string project;
+  std::string newer;  // diff: what the project is compared with
   std::optional<std::string> function;
   std::vector<std::string> loadFiles;  // applied in memory, in this order
   std::string specification;           // load
@@ -27,7 +28,7 @@ struct Options {
   size_t top = 10;      // analyze, as text: how many numbers
   bool chains = false;  // likewise: all of it, with the call chain of every top-level function
   bool full = false;    // likewise, and nothing is left out of a long call chain
-  bool all = false;   // chains: all call chains; reset: all functions
+  bool all = false;     // chains: all call chains; reset: all functions
 
   // adjust: none leaves the field as it is, an empty text empties it.
   std::optional<std::string> margin;

@@ -23,6 +23,8 @@ class TerminalLog : public LogView {
 
   const std::vector<StkMessage>& Messages() const { return messages_; }
   const std::vector<StkNote>& Notes() const { return notes_; }
+  // Another analysis begins.
+  void ForgetNotes() { notes_.clear(); }
   // Among the messages of the log.
   bool AnyWarning() const;
 

@@ -119,8 +119,8 @@ class CStkDoc {
   // Waits for a running save. False without functions, or while they are being read.
   bool SaveSpecFile(std::string_view path);
   // Whether what is written of this analysis may go to the path. False after W9407 (it is too long)
-  // or W9402 (it is a file that the analysis is made from, or one of the programs).
-  bool MayWriteTo(const std::string& path);
+  // or W9402 (it is a file that the analysis is made from, one of the programs, or of the inputs).
+  bool MayWriteTo(const std::string& path, const std::vector<std::string>& inputs = {});
   // Waits for a report that runs. False without functions, or while they are being read.
   bool SaveCallChains(std::string_view path, const StkFunction& function, bool allChains,
                       StkChainReport::Format format);

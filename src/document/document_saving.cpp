@@ -38,9 +38,10 @@ bool CStkDoc::SaveSpecFile(std::string_view path) {
   return true;
 }
 
-bool CStkDoc::MayWriteTo(const std::string& path) {
-  return CheckOutputPath(path, input_ ? ProtectedPaths(true) : ProgramFiles(host_), host_,
-                         reporter_);
+bool CStkDoc::MayWriteTo(const std::string& path, const std::vector<std::string>& inputs) {
+  std::vector<std::string> paths = input_ ? ProtectedPaths(true) : ProgramFiles(host_);
+  paths.insert(paths.end(), inputs.begin(), inputs.end());
+  return CheckOutputPath(path, paths, host_, reporter_);
 }
 
 void CStkDoc::SpecWriteStopped() {

@@ -5,8 +5,6 @@
 namespace velkor::reports {
 namespace {
 
-constexpr unsigned kSchema = 2;
-
 class JsonOutput {
  public:
   JsonOutput(const AnalysisResult& result, ResultOutput& output) : result_(result), json_(output) {}
@@ -33,7 +31,7 @@ class JsonOutput {
 
  private:
   void WriteHead() {
-    json_.Number("schema", kSchema);
+    json_.Number("schema", kJsonSchema);
     json_.Text("generator", "velkor " VELKOR_VERSION);
     json_.Text("project", result_.project);
     json_.StartObject("compiler");

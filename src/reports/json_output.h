@@ -5,6 +5,8 @@
 
 namespace velkor::reports {
 
+inline constexpr unsigned kJsonSchema = 2;
+
 // The analysis as one JSON object in UTF-8, for programs. Keys may be added in later versions,
 // none is renamed.
 void WriteJson(const AnalysisResult& result, ResultOutput& output);

@@ -15,9 +15,6 @@
 namespace velkor::reports {
 namespace {
 
-constexpr size_t kMostNamed = 8;
-constexpr size_t kLongestName = 80;
-
 constexpr std::string_view kHowTo =
     "# Each step says how many of them it frees once it is stated with all steps above it.\n"
     "# Fill in the values of a line and take its \"#\" away:\n"
@@ -58,6 +55,9 @@ class TodoOutput {
   }
 
  private:
+  static constexpr size_t kMostNamed = 8;
+  static constexpr size_t kLongestName = 80;
+
   struct Remark {
     ReasonKind kind;
     std::string (TodoOutput::*text)(const StkFunction&);
