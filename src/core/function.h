@@ -66,10 +66,8 @@ struct StkFunction {
   uint32_t totalStackSize = 0;   // result of Recompute
   uint32_t maxCalleeSize = 0;    // largest total among callees and extra callees
   int32_t chainCount = 1;        // call chains that start here, at most kMaxChainCount
-  StkFunctionList callees;       // sorted by name once resolved; no duplicates
+  StkFunctionSpan callees;       // once resolved; sorted by name, no duplicates
   StkFunctionList extraCallees;  // targets of indirect calls, as the adjustment states them
-  StkFunctionList callers;       // no duplicates
-  StkFunctionList extraCallers;
   std::unique_ptr<std::vector<SourceLine>> indirectSites;  // none where the input tells none
   std::unique_ptr<StkAdjustment> pendingAdjustment;        // read from a file, not yet applied
   std::unique_ptr<StkAppliedAdjustment> adjustment;        // in force; its presence: adjusted

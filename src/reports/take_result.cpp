@@ -69,6 +69,7 @@ class FunctionTaking {
         result_(result) {}
 
   void Run() {
+    TakeLists();  // before the rest has its room: sorting takes room for a while
     Reserve();
     for (const StkFunction* function : table_.Functions()) {
       TakeTexts(*function);
@@ -76,7 +77,6 @@ class FunctionTaking {
       TakeFewValues(*function);
       TakeCalls(*function);
     }
-    TakeLists();
   }
 
  private:
