@@ -30,7 +30,7 @@ StkFunction& StkFunctionTable::AddDefined(uint32_t name, const StkFileEntry& fil
 }
 
 void StkFunctionTable::SetShownName(StkFunction& function, uint32_t name) {
-  function.shownName = names_[name];
+  function.Told().shownName = names_[name];
   nameIndex_->AddShown(name, function.index);
 }
 
@@ -108,7 +108,23 @@ void StkFunctionTable::SetAllCalls(const ResolvedCalls& calls) {
     functions_[caller]->callees = callees;
     start = calls.ends[caller];
   }
-  callers_ = CallerLists(calls);
+  callers_.reset();
+}
+
+std::span<const uint32_t> StkFunctionTable::Callers(uint32_t function) const {
+  if (!callers_) {
+    ResolvedCalls calls;
+    calls.callees.reserve(callees_.size());
+    calls.ends.reserve(functions_.size());
+    for (const StkFunction* caller : functions_) {
+      for (const StkFunction* callee : caller->callees) {
+        calls.callees.push_back(IndexOf(*callee));
+      }
+      calls.ends.push_back(static_cast<uint32_t>(calls.callees.size()));
+    }
+    callers_.emplace(calls);
+  }
+  return callers_->Of(function);
 }
 
 StkFunction* StkFunctionTable::FindBySpecName(std::string_view fileBaseName, std::string_view name,
@@ -322,7 +338,7 @@ void StkFunctionTable::Clear() {
   pendingDirectCallees_.clear();
   functions_.clear();
   callees_ = {};
-  callers_ = {};
+  callers_.reset();
   extraCallers_ = {};
   touched_.clear();
   changes_ = {};

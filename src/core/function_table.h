@@ -104,8 +104,8 @@ class StkFunctionTable {
   // in place of the callees that they had.
   void SetAllCalls(const ResolvedCalls& calls);
   // Those whose callees, or whose extra callees at the last rebuilding, the function is among; by
-  // index, ascending.
-  std::span<const uint32_t> Callers(uint32_t function) const { return callers_.Of(function); }
+  // index, ascending. The first question takes time linear in the calls.
+  std::span<const uint32_t> Callers(uint32_t function) const;
   std::span<const uint32_t> ExtraCallers(uint32_t function) const {
     return extraCallers_.Of(function);
   }
@@ -201,7 +201,8 @@ class StkFunctionTable {
   FunctionBlocks blocks_;
   StkFunctionList functions_;  // in blocks_
   StkFunctionList callees_;    // of all functions, caller after caller
-  CallerLists callers_;
+  // None until it is asked for: most programs are computed once and never changed.
+  mutable std::optional<CallerLists> callers_;
   CallerLists extraCallers_;
   StkFunctionList touched_;
   Changes changes_;
