@@ -143,10 +143,11 @@ void StkBounds::ComputeChanged(const StkFunctionList& functions) {
       return;
     }
     for (const uint32_t member : Members(component)) {
-      for (const StkFunction* caller : AllCallers(*table_.Functions()[member])) {
-        const uint32_t above = component_[table_.IndexOf(*caller)];
-        if (above != component) {
-          waiting.Mark(above);
+      for (const auto callers : {table_.Callers(member), table_.ExtraCallers(member)}) {
+        for (const uint32_t caller : callers) {
+          if (component_[caller] != component) {
+            waiting.Mark(component_[caller]);
+          }
         }
       }
     }

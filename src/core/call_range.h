@@ -6,17 +6,16 @@
 
 namespace velkor {
 
-// Two lists of one function as one range, the first before the second. Refers to the lists, which
-// must not change meanwhile.
+// Two lists as one range, the first before the second. Refers to what the lists hold, which must not
+// change meanwhile.
 class CallRange {
  public:
   class Iterator {
    public:
-    Iterator(const StkFunctionList& first, const StkFunctionList& second, size_t position)
-        : first_(&first), second_(&second), position_(position) {}
+    Iterator(StkFunctionSpan first, StkFunctionSpan second, size_t position)
+        : first_(first), second_(second), position_(position) {}
     StkFunction* operator*() const {
-      return position_ < first_->size() ? (*first_)[position_]
-                                        : (*second_)[position_ - first_->size()];
+      return position_ < first_.size() ? first_[position_] : second_[position_ - first_.size()];
     }
     Iterator& operator++() {
       ++position_;
@@ -25,29 +24,25 @@ class CallRange {
     bool operator==(const Iterator& other) const { return position_ == other.position_; }
 
    private:
-    const StkFunctionList* first_;
-    const StkFunctionList* second_;
+    StkFunctionSpan first_;
+    StkFunctionSpan second_;
     size_t position_;
   };
 
-  CallRange(const StkFunctionList& first, const StkFunctionList& second)
-      : first_(first), second_(second) {}
+  CallRange(StkFunctionSpan first, StkFunctionSpan second) : first_(first), second_(second) {}
   StkFunction& operator[](size_t position) const { return **Iterator(first_, second_, position); }
   Iterator begin() const { return {first_, second_, 0}; }
   Iterator end() const { return {first_, second_, size()}; }
   size_t size() const { return first_.size() + second_.size(); }
 
  private:
-  const StkFunctionList& first_;
-  const StkFunctionList& second_;
+  StkFunctionSpan first_;
+  StkFunctionSpan second_;
 };
 
 // Callees, then extra callees: the order in which calls are walked everywhere.
 inline CallRange AllCallees(const StkFunction& function) {
   return {function.callees, function.extraCallees};
-}
-inline CallRange AllCallers(const StkFunction& function) {
-  return {function.callers, function.extraCallers};
 }
 
 }  // namespace velkor

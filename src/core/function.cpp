@@ -8,6 +8,13 @@ bool StkFunction::CallsDirectly(const StkFunction& function) const {
   return std::ranges::find(callees, &function) != callees.end();
 }
 
+StkToldSource& StkFunction::Told() {
+  if (told == nullptr) {
+    told = std::make_unique<StkToldSource>();
+  }
+  return *told;
+}
+
 void StkFunction::SetFixedExtra() {
   flags |= FN_FIXED_EXTRA;
   librarySize = kFixedExtraSize;

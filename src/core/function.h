@@ -51,6 +51,13 @@ struct IndirectSite : SourceLine {
   uint64_t address = 0;  // in the linked program, of code without a source; 0: not told
 };
 
+// What an input tells of the source of a function, besides its file.
+struct StkToldSource {
+  std::string_view shownName;               // for people; empty: the C name
+  SourceLine place;                         // of the definition
+  std::vector<IndirectSite> indirectSites;  // where the function calls through a pointer
+};
+
 // What a function is first of all, for its picture and for programs. Something is known of a
 // specified one that does not come from a module: an adjustment or a library size.
 enum class FunctionKind : uint8_t { kSpecified, kRecursive, kDefined, kUnknown };
@@ -61,9 +68,7 @@ enum class FunctionKind : uint8_t { kSpecified, kRecursive, kDefined, kUnknown }
 // operations of the table and the adjustments, which note it for the next computation.
 struct StkFunction {
   std::string_view name;       // assembler symbol; FN_PLAIN_SYMBOL: without "_" before the C name
-  std::string_view shownName;  // for people; empty: the C name
   const StkFileEntry* file = nullptr;  // its module's; none for a function that is only called
-  SourceLine place;                    // of its definition, where the input tells it
   uint32_t index = 0;                  // position in the table's insertion order
   uint32_t frameSize = 0;
   uint32_t flags = 0;
@@ -72,19 +77,22 @@ struct StkFunction {
   uint32_t totalStackSize = 0;   // result of Recompute
   uint32_t maxCalleeSize = 0;    // largest total among callees and extra callees
   int32_t chainCount = 1;        // call chains that start here, at most kMaxChainCount
-  StkFunctionList callees;       // sorted by name once resolved; no duplicates
+  StkFunctionSpan callees;       // once resolved; sorted by name, no duplicates
   StkFunctionList extraCallees;  // targets of indirect calls, as the adjustment states them
-  StkFunctionList callers;       // no duplicates
-  StkFunctionList extraCallers;
-  std::unique_ptr<std::vector<IndirectSite>> indirectSites;  // none where the input tells none
-  std::unique_ptr<StkAdjustment> pendingAdjustment;          // read from a file, not yet applied
-  std::unique_ptr<StkAppliedAdjustment> adjustment;          // in force; its presence: adjusted
+  std::unique_ptr<StkToldSource> told;               // none where the input tells nothing
+  std::unique_ptr<StkAdjustment> pendingAdjustment;  // read from a file, not yet applied
+  std::unique_ptr<StkAppliedAdjustment> adjustment;  // in force; its presence: adjusted
 
   bool Is(uint32_t flag) const { return (flags & flag) != 0; }
   bool IsUnknown() const { return !Is(FN_DEFINED) && !Is(FN_LIBRARY); }
   // Something that a user states is in force.
   bool HasStatement() const { return adjustment != nullptr || Is(FN_CALLS_STATED); }
   bool IsStatic() const { return Is(FN_DEFINED) && !Is(FN_GLOBAL); }
+
+  std::string_view ShownName() const { return told ? told->shownName : std::string_view(); }
+  SourceLine Place() const { return told ? told->place : SourceLine(); }
+  // To be filled; empty where there was none.
+  StkToldSource& Told();
 
   FunctionKind Kind() const;
   bool CallsDirectly(const StkFunction& function) const;

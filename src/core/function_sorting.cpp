@@ -28,7 +28,7 @@ size_t CommonPrefix(std::string_view left, std::string_view right) {
   return static_cast<size_t>(end - left.begin());
 }
 
-size_t CommonPrefix(const StkFunctionList& list) {
+size_t CommonPrefix(StkFunctionSpan list) {
   std::string_view prefix = list.front()->name;
   for (const StkFunction* function : list) {
     prefix = prefix.substr(0, CommonPrefix(prefix, function->name));
@@ -47,7 +47,7 @@ uint64_t KeyOf(std::string_view name, size_t prefix) {
 }
 
 // For code pages whose character order is the order of the bytes.
-void SortByKeys(StkFunctionList& list, const CodePage& codePage) {
+void SortByKeys(std::span<StkFunction*> list, const CodePage& codePage) {
   const size_t prefix = CommonPrefix(list);
   std::vector<KeyedFunction> keyed;
   keyed.reserve(list.size());
@@ -63,7 +63,7 @@ void SortByKeys(StkFunctionList& list, const CodePage& codePage) {
 
 }  // namespace
 
-void SortByName(StkFunctionList& list, const CodePage& codePage) {
+void SortByName(std::span<StkFunction*> list, const CodePage& codePage) {
   if (list.size() >= kLongList && codePage.GetKind() != CodePage::Kind::kShiftJis) {
     SortByKeys(list, codePage);
     return;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <numeric>
 #include <span>
 #include <string>
 #include <utility>
@@ -32,7 +31,7 @@ StkFunction& StkFunctionTable::AddDefined(uint32_t name, const StkFileEntry& fil
 }
 
 void StkFunctionTable::SetShownName(StkFunction& function, uint32_t name) {
-  function.shownName = names_[name];
+  function.Told().shownName = names_[name];
   nameIndex_->AddShown(name, function.index);
 }
 
@@ -71,74 +70,62 @@ StkFunction& StkFunctionTable::ResolveCall(const StkFunction& caller, uint32_t c
 }
 
 void StkFunctionTable::ResolveAllCalls() {
-  LinkCallers(ResolveCallees());
+  const ResolvedCalls calls = ResolveCallees();
   callNames_.Clear();
-}
-
-void StkFunctionTable::SetAllCalls(const ResolvedCalls& calls) {
-  uint32_t call = 0;
-  for (uint32_t caller = 0; caller < calls.ends.size(); ++caller) {
-    StkFunctionList& callees = functions_[caller]->callees;
-    callees.reserve(calls.ends[caller] - call);
-    for (; call < calls.ends[caller]; ++call) {
-      callees.push_back(functions_[calls.callees[call]]);
-    }
-    SortByName(callees, codePage_);
-  }
-  LinkCallers(calls);
+  SetAllCalls(calls);
 }
 
 ResolvedCalls StkFunctionTable::ResolveCallees() {
   ResolvedCalls calls;
+  calls.callees.reserve(callNames_.Count());
+  calls.ends.reserve(functions_.size());
   std::span<const uint32_t> fetched;
   // Unknown functions, which call nothing, are appended on the way.
   for (size_t i = 0; i < functions_.size(); ++i) {  // NOLINT(modernize-loop-convert): it grows
-    StkFunction& caller = *functions_[i];
-    const std::span<const uint32_t> names = callNames_.Of(caller.index);
-    caller.callees.reserve(caller.callees.size() + names.size());
-    for (const uint32_t& name : names) {
+    const StkFunction& caller = *functions_[i];
+    for (const uint32_t& name : callNames_.Of(caller.index)) {
       if (fetched.empty() || &name < &fetched.front() || &name > &fetched.back()) {
         fetched = callNames_.From(name, kFetchedTogether);
         nameIndex_->FetchCallees(fetched);
       }
-      StkFunction& callee = ResolveCall(caller, name);
-      caller.callees.push_back(&callee);
-      calls.callees.push_back(callee.index);
+      calls.callees.push_back(ResolveCall(caller, name).index);
     }
     calls.ends.push_back(static_cast<uint32_t>(calls.callees.size()));
-    SortByName(caller.callees, codePage_);
   }
   return calls;
 }
 
-// Brings the calls into the order of their callees first, which takes small numbers to and fro
-// instead of records. The names of one function are told apart and matched exactly, so no two of
-// them mean the same record.
-void StkFunctionTable::LinkCallers(const ResolvedCalls& calls) {
-  std::vector<uint32_t> places(functions_.size() + 1, 0);
+void StkFunctionTable::SetAllCalls(const ResolvedCalls& calls) {
+  callees_.clear();
+  callees_.reserve(calls.callees.size());
   for (const uint32_t callee : calls.callees) {
-    ++places[callee + size_t{1}];
+    callees_.push_back(&blocks_.At(callee));
   }
-  std::partial_sum(places.begin(), places.end(), places.begin());
-  std::vector<uint32_t> callers(calls.callees.size());
-  uint32_t call = 0;
+  const std::span<StkFunction*> all(callees_);
+  size_t start = 0;
   for (uint32_t caller = 0; caller < calls.ends.size(); ++caller) {
-    for (; call < calls.ends[caller]; ++call) {
-      callers[places[calls.callees[call]]++] = caller;
-    }
+    const std::span<StkFunction*> callees = all.subspan(start, calls.ends[caller] - start);
+    SortByName(callees, codePage_);
+    functions_[caller]->callees = callees;
+    start = calls.ends[caller];
   }
-  // Each place is now where the callers of the next function begin.
-  uint32_t next = 0;
-  for (StkFunction* callee : functions_) {
-    const uint32_t end = places[callee->index];
-    callee->callers.reserve(callee->callers.size() + end - next);
-    for (; next < end; ++next) {
-      StkFunction* caller = functions_[callers[next]];
-      if (callee->callers.empty() || callee->callers.back() != caller) {
-        callee->callers.push_back(caller);
+  callers_.reset();
+}
+
+std::span<const uint32_t> StkFunctionTable::Callers(uint32_t function) const {
+  if (!callers_) {
+    ResolvedCalls calls;
+    calls.callees.reserve(callees_.size());
+    calls.ends.reserve(functions_.size());
+    for (const StkFunction* caller : functions_) {
+      for (const StkFunction* callee : caller->callees) {
+        calls.callees.push_back(IndexOf(*callee));
       }
+      calls.ends.push_back(static_cast<uint32_t>(calls.callees.size()));
     }
+    callers_.emplace(calls);
   }
+  return callers_->Of(function);
 }
 
 StkFunction* StkFunctionTable::FindBySpecName(std::string_view fileBaseName, std::string_view name,
@@ -369,6 +356,9 @@ void StkFunctionTable::Clear() {
   pendingDirectCallees_.clear();
   pointerNames_.clear();
   functions_.clear();
+  callees_ = {};
+  callers_.reset();
+  extraCallers_ = {};
   touched_.clear();
   changes_ = {};
   blocks_.Clear();

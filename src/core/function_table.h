@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "core/detail/call_name_lists.h"
+#include "core/detail/caller_lists.h"
 #include "core/detail/computation_order.h"
 #include "core/detail/function_blocks.h"
 #include "core/function.h"
@@ -25,12 +26,6 @@ class FunctionNameIndex;
 struct FunctionRules {
   uint32_t sizeLimit = kSizeLimit;  // the largest size in bytes; less than kOverSize
   bool underscored = true;          // the symbol of a C name is the name with "_" before it
-};
-
-// What each function calls, functions known by their index.
-struct ResolvedCalls {
-  std::vector<uint32_t> callees;  // by caller, no two equal ones of one caller
-  std::vector<uint32_t> ends;     // in callees, by caller
 };
 
 // The line of a file that the input brings.
@@ -111,8 +106,14 @@ class StkFunctionTable {
   // Every collected call name of every record; then the callees are sorted and the names gone.
   void ResolveAllCalls();
   // The same for an input that knows by itself which function each call means. Of all functions,
-  // which have no callees yet.
+  // in place of the callees that they had.
   void SetAllCalls(const ResolvedCalls& calls);
+  // Those whose callees, or whose extra callees at the last rebuilding, the function is among; by
+  // index, ascending. The first question takes time linear in the calls.
+  std::span<const uint32_t> Callers(uint32_t function) const;
+  std::span<const uint32_t> ExtraCallers(uint32_t function) const {
+    return extraCallers_.Of(function);
+  }
   // fileBaseName empty: the first global function of that name, else the first other one. Not
   // empty: the first static one whose file has that base name, ignoring letter case. The name is
   // the C name; where symbols have a "_" before it, one that is not bracketed and begins with "_"
@@ -197,7 +198,6 @@ class StkFunctionTable {
   StkFunction& Insert(uint32_t name, const StkFileEntry* file, uint32_t flags);
   StkFunction& ResolveCall(const StkFunction& caller, uint32_t calleeName);
   ResolvedCalls ResolveCallees();
-  void LinkCallers(const ResolvedCalls& calls);
 
   const CodePage& codePage_;
   const FunctionRules rules_;
@@ -205,6 +205,10 @@ class StkFunctionTable {
   CallNameLists callNames_;
   FunctionBlocks blocks_;
   StkFunctionList functions_;  // in blocks_
+  StkFunctionList callees_;    // of all functions, caller after caller
+  // None until it is asked for: most programs are computed once and never changed.
+  mutable std::optional<CallerLists> callers_;
+  CallerLists extraCallers_;
   StkFunctionList touched_;
   Changes changes_;
   std::unique_ptr<FunctionNameIndex> nameIndex_;

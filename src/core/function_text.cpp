@@ -11,8 +11,8 @@ std::string SizeText(uint32_t size) {
 }  // namespace
 
 std::string_view CName(const StkFunction& function) {
-  return function.shownName.empty() ? CNameOfSymbol(function.name, function.flags)
-                                    : function.shownName;
+  const std::string_view shown = function.ShownName();
+  return shown.empty() ? CNameOfSymbol(function.name, function.flags) : shown;
 }
 
 std::string_view CNameOfSymbol(std::string_view symbol, uint32_t flags) {

@@ -34,7 +34,7 @@ class AdjustmentForm {
   void SetDepthText(std::string_view text) { depthText_ = text; }
 
   // The function's own callees, which no adjustment takes away.
-  const StkFunctionList& FixedCallees() const { return function_.callees; }
+  StkFunctionSpan FixedCallees() const { return function_.callees; }
   // In name order.
   const StkFunctionList& AddedCallees() const { return addedCallees_; }
   // Neither a fixed nor an added callee. The function itself can be added.

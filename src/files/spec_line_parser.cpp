@@ -184,7 +184,7 @@ void SpecLineParser::NoteIfOdd(std::string_view keyword, std::string_view value,
 
 // The callees are sorted by name; those of one name are few.
 bool SpecLineParser::IsDirectCallee(const StkFunction& callee) const {
-  const StkFunctionList& callees = function_->callees;
+  const StkFunctionSpan callees = function_->callees;
   auto entry = std::lower_bound(callees.begin(), callees.end(), &callee,
                                 [this](const StkFunction* left, const StkFunction* right) {
                                   return codePage_.Compare(left->name, right->name) < 0;

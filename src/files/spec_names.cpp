@@ -61,7 +61,7 @@ StkFunction* SpecNames::OnlyOne(const Places& places, std::string_view tail) con
 }
 
 bool SpecNames::IsAmbiguous(const SpecName& name, const StkFunction& found) {
-  if (!found.shownName.empty() && name.function == found.name && !table_.SharesName(found)) {
+  if (!found.ShownName().empty() && name.function == found.name && !table_.SharesName(found)) {
     return false;
   }
   if (name.qualified) {
@@ -99,7 +99,7 @@ std::optional<std::string> SpecNames::Statement(const StkFunction& function) {
   if (!Means(further, function) && function.Is(FN_DEFINED)) {
     further = FurtherFormWithFile(function, CName(function));
   }
-  if (!Means(further, function) && !function.shownName.empty()) {
+  if (!Means(further, function) && !function.ShownName().empty()) {
     further = FurtherForm(function, function.name);
   }
   return Means(further, function) ? std::optional(std::move(further)) : std::nullopt;

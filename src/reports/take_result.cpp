@@ -69,6 +69,7 @@ class FunctionTaking {
         result_(result) {}
 
   void Run() {
+    TakeLists();  // before the rest has its room: sorting takes room for a while
     Reserve();
     for (const StkFunction* function : table_.Functions()) {
       TakeTexts(*function);
@@ -76,7 +77,6 @@ class FunctionTaking {
       TakeFewValues(*function);
       TakeCalls(*function);
     }
-    TakeLists();
   }
 
  private:
@@ -101,8 +101,8 @@ class FunctionTaking {
   void TakeTexts(const StkFunction& function) {
     AnalysedTexts& texts = result_.texts;
     texts.names.Add(codePage_.ToUtf8(function.name));
-    if (!function.shownName.empty()) {
-      texts.shownNames.Add(function.index, codePage_.ToUtf8(function.shownName));
+    if (!function.ShownName().empty()) {
+      texts.shownNames.Add(function.index, codePage_.ToUtf8(function.ShownName()));
     }
     const std::string specName = FunctionSpecName(function, codePage_);
     if (specName != CName(function)) {
@@ -136,10 +136,10 @@ class FunctionTaking {
   }
 
   void TakeValues(const StkFunction& function) {
-    const StkFileEntry* file = function.place.file;
+    const SourceLine place = function.Place();
     result_.functions.push_back({.known = bounds_.Known(function),
-                                 .file = File(file != nullptr ? file : function.file),
-                                 .line = function.place.line,
+                                 .file = File(place.file != nullptr ? place.file : function.file),
+                                 .line = place.line,
                                  .flags = function.flags,
                                  .frameSize = function.frameSize,
                                  .totalStackSize = function.totalStackSize,
@@ -162,9 +162,9 @@ class FunctionTaking {
     if (function.librarySize != 0) {
       result_.librarySizes.Add(function.index, function.librarySize);
     }
-    if (function.indirectSites != nullptr) {
+    if (function.told != nullptr && !function.told->indirectSites.empty()) {
       std::vector<AnalysedSite> sites;
-      for (const IndirectSite& site : *function.indirectSites) {
+      for (const IndirectSite& site : function.told->indirectSites) {
         sites.push_back({File(site.file), site.line, site.column, site.address});
       }
       result_.indirectSites.Add(function.index, std::move(sites));

@@ -155,9 +155,14 @@ class TodoOutput {
   std::string UnknownText(const StkFunction& function) {
     const std::string why = function.Is(FN_DEFINED) ? "is defined, but nothing tells its size"
                                                     : "is not defined in the project";
-    StkFunctionList callers = function.callers;
-    callers.insert(callers.end(), function.extraCallers.begin(), function.extraCallers.end());
-    return why + Place(function.place) +
+    StkFunctionList callers;
+    for (const auto numbers :
+         {functions_.Callers(function.index), functions_.ExtraCallers(function.index)}) {
+      for (const uint32_t number : numbers) {
+        callers.push_back(functions_.Functions()[number]);
+      }
+    }
+    return why + Place(function.Place()) +
            (callers.empty() ? "" : "; called by " + NameList(callers, callers.size()));
   }
 
@@ -169,10 +174,10 @@ class TodoOutput {
       pointer.remove_prefix(pointer.starts_with('_') ? 1 : 0);
       text += (i == 0 ? " " : ", ") + Shown(pointer);
     }
-    if (function.indirectSites == nullptr) {
-      return text + Place(function.place);
+    if (function.told == nullptr || function.told->indirectSites.empty()) {
+      return text + Place(function.Place());
     }
-    const std::vector<SourceLine>& sites = *function.indirectSites;
+    const std::vector<IndirectSite>& sites = function.told->indirectSites;
     for (size_t i = 0; i < std::min(kMostNamed, sites.size()); ++i) {
       text += (i == 0 ? " at " : ", ") + PlaceText(sites[i]);
     }
@@ -182,11 +187,11 @@ class TodoOutput {
   }
 
   std::string HiddenCallText(const StkFunction& function) {
-    return "makes a call in its code that its record does not list" + Place(function.place);
+    return "makes a call in its code that its record does not list" + Place(function.Place());
   }
 
   std::string DynamicText(const StkFunction& function) {
-    return "has a frame that grows while it runs" + Place(function.place);
+    return "has a frame that grows while it runs" + Place(function.Place());
   }
 
   std::string Place(const SourceLine& place) {

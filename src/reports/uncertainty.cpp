@@ -15,6 +15,7 @@ UncertaintySearch::UncertaintySearch(const AnalysisResult& result, UncertaintyBu
     : result_(result), left_(budget), visitedBy_(result.functions.size(), 0) {
   firstCall_.reserve(visitedBy_.size() + 1);
   reasons_.reserve(visitedBy_.size());
+  calls_.reserve(CountCalls());
   for (uint32_t function = 0; function < result.functions.size(); ++function) {
     firstCall_.push_back(static_cast<uint32_t>(calls_.size()));
     reasons_.push_back(result.functions[function].ownReasons);
@@ -27,6 +28,14 @@ UncertaintySearch::UncertaintySearch(const AnalysisResult& result, UncertaintyBu
 
 bool UncertaintySearch::IsUnbounded(uint32_t function) const {
   return result_.functions[function].state == BoundState::kUnbounded;
+}
+
+size_t UncertaintySearch::CountCalls() const {
+  size_t count = 0;
+  for (uint32_t function = 0; function < result_.functions.size(); ++function) {
+    count += IsUnbounded(function) ? result_.AllCallees(function).size() : 0;
+  }
+  return count;
 }
 
 void UncertaintySearch::AddCalls(uint32_t function) {

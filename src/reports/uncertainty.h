@@ -45,6 +45,8 @@ class UncertaintySearch {
 
  private:
   bool IsUnbounded(uint32_t function) const;
+  // At most as many as the walks look at.
+  size_t CountCalls() const;
   void AddCalls(uint32_t function);
   void Note(uint32_t function, Uncertainty& found);
   void Enter(uint32_t function);

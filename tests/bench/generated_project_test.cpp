@@ -22,7 +22,7 @@ using Numbers = std::set<uint32_t>;
 
 // Everything is read, and nothing is worth a warning.
 std::string Analyse(const ScratchFolder& folder, const std::vector<std::string>& more = {}) {
-  const testing::ProgramRun run = Program({"analyze", folder.Path("app.prj")}, more).Run();
+  const testing::ProgramRun run = Program({"analyze", "--chains", folder.Path("app.prj")}, more).Run();
   EXPECT_EQ(run.status, 0) << run.err;
   return run.out;
 }

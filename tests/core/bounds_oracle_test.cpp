@@ -93,6 +93,7 @@ class Engine {
     for (const uint32_t number : order) {
       Fill(program.functions[number], *records_[number]);
     }
+    SetCalls(program, order);
     StkRootList roots;
     Recompute(table, roots, true, nullptr, nullptr, recorder.reporter);
     bounds.Update();
@@ -108,11 +109,18 @@ class Engine {
   StkBounds bounds{table};
 
  private:
-  void Fill(const SmallProgram::Function& from, StkFunction& function) {
-    for (const uint32_t callee : from.callees) {
-      function.callees.push_back(records_[callee]);
-      records_[callee]->callers.push_back(&function);
+  void SetCalls(const SmallProgram& program, const std::vector<uint32_t>& order) {
+    ResolvedCalls calls;
+    for (const uint32_t number : order) {
+      for (const uint32_t callee : program.functions[number].callees) {
+        calls.callees.push_back(records_[callee]->index);
+      }
+      calls.ends.push_back(static_cast<uint32_t>(calls.callees.size()));
     }
+    table.SetAllCalls(calls);
+  }
+
+  void Fill(const SmallProgram::Function& from, StkFunction& function) {
     for (const uint32_t callee : from.extraCallees) {
       function.extraCallees.push_back(records_[callee]);
     }

@@ -130,10 +130,11 @@ TEST_F(FunctionTable, OneNameInVeryManyFiles) {
     table_.AddCallName(Add("_main" + std::to_string(i), file, FN_GLOBAL), "_init");
   }
   table_.ResolveAllCalls();
-  EXPECT_EQ(shared.callers.size(), kFiles);
+  EXPECT_EQ(table_.Callers(shared.index).size(), kFiles);
   for (size_t i = 0; i < kFiles; ++i) {
     StkFunction* init = table_.Functions()[1 + 2 * i];
-    ASSERT_EQ(init->callers, StkFunctionList{table_.Functions()[2 + 2 * i]});
+    ASSERT_EQ(table_.Callers(init->index).size(), 1u);
+    ASSERT_EQ(table_.Callers(init->index).front(), 2 + 2 * i);
     ASSERT_EQ(table_.FindBySpecName("F" + std::to_string(i) + ".C", "init", false), init);
   }
 }

@@ -12,7 +12,7 @@ bool Has(const IndexList& list, size_t index) {
   return std::find(list.begin(), list.end(), index) != list.end();
 }
 
-void Append(const StkFunctionList& functions, IndexList& list) {
+void Append(StkFunctionSpan functions, IndexList& list) {
   for (const StkFunction* function : functions) {
     list.push_back(function->index);
   }
@@ -41,7 +41,8 @@ void LiteralModel::Read() {
     Append(from->callees, function.callees);
     Append(from->extraCallees, function.callees);
     function.callers.clear();
-    Append(from->callers, function.callers);
+    const auto callers = table_.Callers(from->index);
+    function.callers.assign(callers.begin(), callers.end());
   }
   for (const StkFunction* caller : table_.Functions()) {
     for (const StkFunction* callee : caller->extraCallees) {

@@ -57,10 +57,7 @@ struct Reports {
 
 TEST(ChainReport, TwoCalleesOfTheSameTotal) {
   Reports reports("main 4\nstatic f 6\ng 6\nh 2");
-  for (const char* callee : {"f", "g", "h"}) {
-    reports.graph["main"].callees.push_back(&reports.graph[callee]);
-    reports.graph[callee].callers.push_back(&reports.graph["main"]);
-  }
+  reports.graph.functions.SetAllCalls({.callees = {1, 2, 3}, .ends = {3, 3, 3, 3}});
   reports.graph["f"].file = &reports.graph.files.Intern("C:\\p\\a.c");
   reports.Compute();
   EXPECT_EQ("main(10,4)+--a.c#f(6,6)\r\n          +--g(6,6)\r\n",
@@ -151,16 +148,15 @@ TEST(ChainReport, LinesAreLimitedInBothFormats) {
 // A second branch half way down needs the whole indentation.
 TEST(ChainReport, AVeryDeepChain) {
   constexpr size_t kDepth = 300000;
+  const auto name = [](size_t i) { return "f" + std::to_string(900000 - i); };  // the next is less
   std::string text;
   for (size_t i = 0; i < kDepth; ++i) {
-    text += "f" + std::to_string(i) + " 0 -> f" + std::to_string(i + 1) + "\n";
+    text += name(i) + " 0 -> " + name(i + 1) + (i == kDepth / 2 ? " " + name(i) : "") + "\n";
   }
-  Reports reports(text + "f" + std::to_string(kDepth) + " 0");
-  StkFunction& middle = *reports.graph.functions.Functions()[kDepth / 2];
-  middle.callees.push_back(&middle);
-  reports.Compute();
-  const std::string written = reports.Text(ChainMode::kAll, "f0");
-  EXPECT_TRUE(written.starts_with("f0(0,0)---f1(0,0)---f2(0,0)"));
+  Reports reports(text + name(kDepth) + " 0");
+  const StkFunction& middle = *reports.graph.functions.Functions()[kDepth / 2];
+  const std::string written = reports.Text(ChainMode::kAll, "f900000");
+  EXPECT_TRUE(written.starts_with("f900000(0,0)---f899999(0,0)---f899998(0,0)"));
   EXPECT_TRUE(written.ends_with("+--" + TextItem(middle, ",", reports.graph.codePage) + "\r\n"));
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "core/adjustments.h"
 #include "core/function_text.h"
@@ -15,7 +16,6 @@ namespace velkor::testing {
 namespace {
 
 using Link = std::pair<uint32_t, uint32_t>;  // caller, callee
-using List = StkFunctionList StkFunction::*;
 
 void CheckRecord(const StkFunction& function) {
   const bool defined = function.Is(FN_DEFINED);
@@ -35,7 +35,7 @@ void CheckRecord(const StkFunction& function) {
           "a library size has its flag", name);
 }
 
-void CheckOrder(const StkFunctionList& list, const CodePage& codePage, std::string_view name) {
+void CheckOrder(StkFunctionSpan list, const CodePage& codePage, std::string_view name) {
   const auto descends = [&codePage](const StkFunction* left, const StkFunction* right) {
     return codePage.Compare(left->name, right->name) > 0;
   };
@@ -43,19 +43,29 @@ void CheckOrder(const StkFunctionList& list, const CodePage& codePage, std::stri
           "callees are sorted by name", name);
 }
 
-// Every call that the lists state, sorted; a list that states one twice is a mistake.
-std::vector<Link> Links(const StkFunctionTable& table, List list, bool listHoldsCallers) {
-  std::vector<Link> links;
-  for (const auto& function : table.Functions()) {
-    for (const StkFunction* other : (*function).*list) {
-      links.push_back(listHoldsCallers ? Link(other->index, function->index)
-                                       : Link(function->index, other->index));
-    }
-  }
+// Sorted; a call that is there twice is a mistake.
+std::vector<Link> Sorted(std::vector<Link> links) {
   std::sort(links.begin(), links.end());
   Require(std::adjacent_find(links.begin(), links.end()) == links.end(),
           "no list holds a function twice");
   return links;
+}
+
+// The calls of all functions, as the callers have them and as the callees do.
+template <typename CalleesOf, typename CallersOf>
+void CheckMirrored(const StkFunctionTable& table, CalleesOf calleesOf, CallersOf callersOf,
+                   std::string_view rule) {
+  std::vector<Link> fromCallers;
+  std::vector<Link> fromCallees;
+  for (const StkFunction* function : table.Functions()) {
+    for (const StkFunction* callee : calleesOf(*function)) {
+      fromCallers.emplace_back(function->index, callee->index);
+    }
+    for (const uint32_t caller : callersOf(function->index)) {
+      fromCallees.emplace_back(caller, function->index);
+    }
+  }
+  Require(Sorted(std::move(fromCallers)) == Sorted(std::move(fromCallees)), rule);
 }
 
 void CheckCounts(const StkFunctionTable& table) {
@@ -164,8 +174,8 @@ void CheckLargestCallee(const StkFunction& function, const Reachability& graph) 
           "the largest callee is one", function.name);
 }
 
-bool IsCalled(const StkFunction& function) {
-  return !function.callers.empty() || !function.extraCallers.empty();
+bool IsCalled(const StkFunctionTable& table, const StkFunction& function) {
+  return !table.Callers(function.index).empty() || !table.ExtraCallers(function.index).empty();
 }
 
 void CheckRoots(const StkFunctionTable& table, const StkRootList& roots) {
@@ -176,7 +186,7 @@ void CheckRoots(const StkFunctionTable& table, const StkRootList& roots) {
       marked.push_back(function);
       over |= function->totalStackSize == kOverSize;
     }
-    const bool called = IsCalled(*function);
+    const bool called = IsCalled(table, *function);
     Require(called || function->Is(FN_ROOT), "what nothing calls is top-level", function->name);
     Require(!called || !function->Is(FN_ROOT) || function->Is(FN_RECURSIVE),
             "what is called is top-level only in a recursion", function->name);
@@ -202,7 +212,7 @@ void CheckClosure(const StkFunctionTable& table, const StkRootList& roots) {
 }  // namespace
 
 StkFunctionList AllCallees(const StkFunction& function) {
-  StkFunctionList all = function.callees;
+  StkFunctionList all(function.callees.begin(), function.callees.end());
   all.insert(all.end(), function.extraCallees.begin(), function.extraCallees.end());
   return all;
 }
@@ -217,14 +227,16 @@ void CheckDatabase(const StkFunctionTable& table) {
     CheckOrder(function.extraCallees, table.GetCodePage(), function.name);
   }
   CheckCounts(table);
-  Require(Links(table, &StkFunction::callees, false) == Links(table, &StkFunction::callers, true),
-          "callers mirror callees");
+  CheckMirrored(
+      table, [](const StkFunction& function) { return function.callees; },
+      [&table](uint32_t function) { return table.Callers(function); }, "callers mirror callees");
 }
 
 void CheckResults(const StkFunctionTable& table, const StkRootList& roots) {
-  Require(Links(table, &StkFunction::extraCallees, false) ==
-              Links(table, &StkFunction::extraCallers, true),
-          "extra callers mirror extra callees");
+  CheckMirrored(
+      table, [](const StkFunction& function) { return StkFunctionSpan(function.extraCallees); },
+      [&table](uint32_t function) { return table.ExtraCallers(function); },
+      "extra callers mirror extra callees");
   CheckRoots(table, roots);
   for (const auto& function : table.Functions()) {
     CheckTotal(*function);

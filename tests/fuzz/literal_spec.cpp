@@ -342,7 +342,7 @@ class LiteralParser {
       Fails("W9418");
       return;
     }
-    const auto has = [callee](const StkFunctionList& list) {
+    const auto has = [callee](StkFunctionSpan list) {
       return std::find(list.begin(), list.end(), callee) != list.end();
     };
     if (!has(line_.function->callees) && !has(line_.callees)) {

@@ -64,7 +64,6 @@ Graph::Graph(std::string_view text, CodePage page) : codePage(std::move(page)) {
     for (const std::string& name : line.extraCallees) {
       StkFunction& callee = functions.ResolveCall(*line.function, "_" + name);
       line.function->extraCallees.push_back(&callee);
-      callee.extraCallers.push_back(line.function);
     }
   }
 }

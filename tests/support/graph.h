@@ -13,8 +13,8 @@ namespace velkor::testing {
 //   ? x                   an unknown one
 //   main 10 -> f => g     extra callees, as an adjustment in force would state them
 // Names are C names (the symbols get a leading "_"); callees may be defined further down, and a
-// callee that no line defines becomes an unknown function at the end. Callers and extra callers
-// are linked, callees sorted by name as after ResolveAllCalls. A function with "=>" is adjusted
+// callee that no line defines becomes an unknown function at the end. Callees are sorted by name and
+// callers linked as after ResolveAllCalls, extra callers as before the first computation. A function with "=>" is adjusted
 // (without margin and depth).
 struct Graph {
   explicit Graph(std::string_view text, CodePage page = CodePage::Utf8());

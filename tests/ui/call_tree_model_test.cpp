@@ -89,7 +89,7 @@ TEST_F(CallTree, TouchesNoFunctionWhileAJobChangesThem) {
   const std::string before = Text();
   busy = true;
   graph["main"].flags |= FN_INDIRECT_CALL;
-  graph["a"].callees.clear();
+  graph["a"].callees = {};
   EXPECT_EQ(Text(), before);
   Open({0, 0});
   EXPECT_EQ(Text(), before);
@@ -99,20 +99,20 @@ TEST_F(CallTree, TouchesNoFunctionWhileAJobChangesThem) {
 
 // A chain of rings: every function is recursive and nothing repeats before the very end.
 TEST_F(CallTree, DeepAndWideTreesCostTheirNodes) {
-  constexpr int kDepth = 100000;
-  constexpr int kWidth = 20000;
+  constexpr uint32_t kDepth = 100000;
+  constexpr uint32_t kWidth = 20000;
   ComputedGraph graph("first 1");
-  StkFunction* above = &graph["first"];
   const StkFileEntry& file = graph.files.Intern("C:\\p\\deep.c");
-  for (int i = 0; i < kDepth; ++i) {
+  ResolvedCalls calls;
+  for (uint32_t i = 1; i <= kDepth + kWidth; ++i) {
     StkFunction& next = graph.functions.AddDefined("_f" + std::to_string(i), file);
-    next.flags |= FN_GLOBAL | FN_RECURSIVE;
-    above->callees.push_back(&next);
-    above = &next;
+    next.flags |= i <= kDepth ? FN_GLOBAL | FN_RECURSIVE : 0;
+    calls.callees.push_back(i);
+    calls.ends.push_back(i);
   }
-  for (int i = 0; i < kWidth; ++i) {
-    above->callees.push_back(&graph.functions.AddDefined("_w" + std::to_string(i), file));
-  }
+  std::fill(calls.ends.begin() + kDepth, calls.ends.end(), kDepth + kWidth);
+  calls.ends.push_back(kDepth + kWidth);
+  graph.functions.SetAllCalls(calls);
   Show(graph);
   CallTreePaths all;
   CallTreePaths::Place place = CallTreePaths::kTop;

@@ -26,6 +26,8 @@ class CallNameLists {
     const auto position = static_cast<size_t>(&name - names_.data());
     return {&name, std::min(most, names_.size() - position)};
   }
+  // Of all functions together, at most.
+  size_t Count() const { return names_.size(); }
   void Clear();
 
  private:

@@ -132,11 +132,11 @@ std::vector<uint32_t> CauseGraph::LimitingMembers(const RecursionGroup& group) c
 }
 
 bool CauseGraph::IsEnteredFromOutside(const StkFunction& member, uint32_t group) const {
-  const auto isOutside = [&](const StkFunction* caller) {
-    return bounds_.GroupOf(*caller) != group;
+  const auto isOutside = [&](uint32_t caller) {
+    return bounds_.GroupOf(*table_.Functions()[caller]) != group;
   };
-  return member.Is(FN_ROOT) || std::ranges::any_of(member.callers, isOutside) ||
-         std::ranges::any_of(member.extraCallers, isOutside);
+  return member.Is(FN_ROOT) || std::ranges::any_of(table_.Callers(member.index), isOutside) ||
+         std::ranges::any_of(table_.ExtraCallers(member.index), isOutside);
 }
 
 }  // namespace velkor

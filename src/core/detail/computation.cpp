@@ -35,15 +35,15 @@ std::vector<uint32_t> StkComputation::ReadCalls() {
   CallGraph& graph = graph_.emplace();
   entries_.clear();
   std::vector<uint32_t> marked;
-  StkFunctionList withExtraCallees;
+  ResolvedCalls extraCalls;
   for (StkFunction* function : table_.Functions()) {
-    function->extraCallers.clear();
     if (const StkAdjustment* pending = function->pendingAdjustment.get()) {
       function->extraCallees = pending->callees.value_or(StkFunctionList());
     }
-    if (!function->extraCallees.empty()) {
-      withExtraCallees.push_back(function);
+    for (const StkFunction* callee : function->extraCallees) {
+      extraCalls.callees.push_back(table_.IndexOf(*callee));
     }
+    extraCalls.ends.push_back(static_cast<uint32_t>(extraCalls.callees.size()));
     if (function->Is(FN_ROOT)) {
       marked.push_back(function->index);
       function->flags &= ~uint32_t{FN_ROOT};
@@ -53,11 +53,7 @@ std::vector<uint32_t> StkComputation::ReadCalls() {
     }
     graph.Append(table_, *function);
   }
-  for (StkFunction* function : withExtraCallees) {
-    for (StkFunction* callee : function->extraCallees) {
-      callee->extraCallers.push_back(function);
-    }
-  }
+  table_.extraCallers_ = extraCalls.callees.empty() ? CallerLists() : CallerLists(extraCalls);
   return marked;
 }
 

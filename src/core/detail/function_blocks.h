@@ -1,5 +1,6 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -15,6 +16,12 @@ class FunctionBlocks {
   // An empty record, numbered by its index.
   StkFunction& Append();
   void Clear() { blocks_.clear(); }
+
+  // Found without a look into memory.
+  StkFunction& At(uint32_t index) {
+    const auto block = static_cast<size_t>(std::bit_width(index / kFirstBlockSize + 1) - 1);
+    return blocks_[block][index - FirstIndex(block)];
+  }
 
   // Of a record of this table; does not read it, which is what makes it quick.
   uint32_t IndexOf(const StkFunction& function) const {

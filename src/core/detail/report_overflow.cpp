@@ -1,9 +1,10 @@
 #include "core/detail/report_overflow.h"
 
+#include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
-#include "core/call_range.h"
 #include "core/function_text.h"
 
 namespace velkor {
@@ -18,14 +19,27 @@ void ReportIfOver(const StkFunction& function, std::string_view name, MessageKey
 }
 
 // The functions that call one function, not yet looked at.
-struct CallerCursor {
-  const StkFunction* function;
-  size_t next = 0;
+class CallerCursor {
+ public:
+  CallerCursor(const StkFunctionTable& table, const StkFunction& function)
+      : table_(table),
+        callers_(table.Callers(function.index)),
+        extra_(table.ExtraCallers(function.index)) {}
 
   const StkFunction* Next() {
-    const CallRange callers = AllCallers(*function);
-    return next < callers.size() ? &callers[next++] : nullptr;
+    std::span<const uint32_t>& callers = callers_.empty() ? extra_ : callers_;
+    if (callers.empty()) {
+      return nullptr;
+    }
+    const StkFunction* caller = table_.get().Functions()[callers.front()];
+    callers = callers.subspan(1);
+    return caller;
   }
+
+ private:
+  std::reference_wrapper<const StkFunctionTable> table_;
+  std::span<const uint32_t> callers_;
+  std::span<const uint32_t> extra_;
 };
 
 // The top-level functions above a function, each once, in the order in which a walk upward along
@@ -37,7 +51,7 @@ StkFunctionList TopLevelCallers(const StkFunctionTable& table, const StkFunction
   StkFunctionList topLevel;
   std::vector<bool> met(table.Count(), false);
   met[start.index] = true;
-  std::vector<CallerCursor> path{{&start}};
+  std::vector<CallerCursor> path{{table, start}};
   while (!path.empty()) {
     const StkFunction* caller = path.back().Next();
     if (caller == nullptr) {
@@ -47,7 +61,7 @@ StkFunctionList TopLevelCallers(const StkFunctionTable& table, const StkFunction
       if (caller->Is(FN_ROOT)) {
         topLevel.push_back(table.Functions()[caller->index]);
       } else {
-        path.push_back({caller});
+        path.emplace_back(table, *caller);
       }
     }
   }

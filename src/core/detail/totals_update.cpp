@@ -81,10 +81,13 @@ class TotalsUpdate {
   }
 
   void WakeCallers(const StkFunction& function, uint32_t position) {
-    for (const StkFunction* caller : AllCallers(function)) {
-      const uint32_t later = order_.PositionOf(caller->index);
-      if (later > position) {
-        WaitAt(later);
+    for (const auto callers :
+         {table_.Callers(function.index), table_.ExtraCallers(function.index)}) {
+      for (const uint32_t caller : callers) {
+        const uint32_t later = order_.PositionOf(caller);
+        if (later > position) {
+          WaitAt(later);
+        }
       }
     }
   }

@@ -215,10 +215,7 @@ void ProgramLink::EnterCodeOf(const Entity& entity, StkFunction& entered) const 
 
 void ProgramLink::AddSitesOfCode(uint32_t code, StkFunction& function) const {
   for (const uint64_t address : CodeOf(code).sites) {
-    if (function.indirectSites == nullptr) {
-      function.indirectSites = std::make_unique<std::vector<IndirectSite>>();
-    }
-    function.indirectSites->push_back({{}, address});
+    function.Told().indirectSites.push_back({{}, address});
   }
 }
 

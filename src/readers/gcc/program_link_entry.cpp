@@ -81,7 +81,7 @@ void ProgramLink::EnterFunctions() {
     indexOf_[i] = entered.index;
     entered.source = function.source;
     entered.frameSize = entity.frameSize;
-    entered.place = {.file = SourceFile(function.file), .line = function.line};
+    entered.Told().place = {.file = SourceFile(function.file), .line = function.line};
     entered.flags |= entity.isGlobal ? uint32_t{FN_GLOBAL} : 0U;
     entered.flags |= entity.isDynamic ? uint32_t{FN_DYNAMIC_FRAME} : 0U;
     entered.flags |= entity.isSizeUnknown ? uint32_t{FN_SIZE_UNKNOWN} : 0U;
@@ -180,15 +180,15 @@ void ProgramLink::EnterSites() {
         continue;
       }
       StkFunction& function = *database_->functions.Functions()[index];
-      if (function.indirectSites == nullptr) {
-        function.indirectSites = std::make_unique<std::vector<IndirectSite>>();
+      std::vector<IndirectSite>& sites = function.Told().indirectSites;
+      if (sites.empty()) {
         shared.push_back(&function);
       }
-      function.indirectSites->push_back({{SourceFile(site.file), site.line, site.column}});
+      sites.push_back({{SourceFile(site.file), site.line, site.column}});
     }
   }
   for (StkFunction* function : shared) {
-    std::vector<IndirectSite>& sites = *function->indirectSites;
+    std::vector<IndirectSite>& sites = function->told->indirectSites;
     std::ranges::stable_sort(sites, {}, order);
     const auto same = [&](const SourceLine& left, const SourceLine& right) {
       return order(left) == order(right);

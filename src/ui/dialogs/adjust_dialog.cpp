@@ -78,7 +78,7 @@ void AdjustStackSizeDialog::Fill(const StkFunction& function) {
   frameSize_->setReadOnly(true);
   margin_->setText(context_.Decoded(form_.MarginText()));
   depth_->setText(context_.Decoded(form_.DepthText()));
-  StkFunctionList callees = form_.FixedCallees();
+  StkFunctionList callees(form_.FixedCallees().begin(), form_.FixedCallees().end());
   callees.insert(callees.end(), form_.AddedCallees().begin(), form_.AddedCallees().end());
   callees_->SetFunctions(std::move(callees), form_.FixedCallees().size());
   all_->SetFunctionsByName(context_.document.FunctionTable()->Functions());

@@ -200,8 +200,7 @@ QModelIndex CallTreeModel::IndexOf(const Node& node) const {
   return createIndex(node.row, 0, &node);
 }
 
-CallTreeModel::Level CallTreeModel::MakeLevel(Node* parent, const StkFunctionList& functions,
-                                              const StkFunctionList& more) const {
+CallTreeModel::Level CallTreeModel::MakeLevel(Node* parent, StkFunctionSpan functions, StkFunctionSpan more) const {
   const uint32_t largest = std::max(LargestTotal(functions), LargestTotal(more));
   Level level(functions.size() + more.size());
   for (size_t i = 0; i < level.size(); ++i) {

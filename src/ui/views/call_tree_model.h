@@ -73,8 +73,7 @@ class CallTreeModel : public QAbstractItemModel {
 
   static Node& NodeOf(const QModelIndex& index);
   QModelIndex IndexOf(const Node& node) const;
-  Level MakeLevel(Node* parent, const StkFunctionList& functions,
-                  const StkFunctionList& more) const;
+  Level MakeLevel(Node* parent, StkFunctionSpan functions, StkFunctionSpan more) const;
   void AddTopLevel(const StkFunctionList& roots);
   void AddChildren(Node& node);
   bool IsRepeated(const Node& node) const;

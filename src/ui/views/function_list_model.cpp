@@ -1,5 +1,6 @@
 #include "ui/views/function_list_model.h"
 
+#include "core/call_range.h"
 #include "core/function_text.h"
 #include "ui/shown_text.h"
 #include "ui/views/function_icons.h"
@@ -45,11 +46,9 @@ void FunctionListModel::Fill(const NodeRecord& record, uint32_t sizeLimit,
     rows_.reserve(1 + function.callees.size() + function.extraCallees.size());
     sortValues_.reserve(rows_.capacity());
     const uint32_t largest = LargestCalleeTotal(function);
-    for (const StkFunctionList* list : {&function.callees, &function.extraCallees}) {
-      for (StkFunction* callee : *list) {
-        Append(*callee, kCalleeRow + IconIndex(*callee, callee->totalStackSize == largest),
-               sizeLimit);
-      }
+    for (StkFunction* callee : AllCallees(function)) {
+      Append(*callee, kCalleeRow + IconIndex(*callee, callee->totalStackSize == largest),
+             sizeLimit);
     }
   }
   if (key) {

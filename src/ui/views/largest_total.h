@@ -8,7 +8,7 @@
 namespace velkor::ui {
 
 // 0 for an empty list.
-inline uint32_t LargestTotal(const StkFunctionList& functions) {
+inline uint32_t LargestTotal(StkFunctionSpan functions) {
   uint32_t largest = 0;
   for (const StkFunction* function : functions) {
     largest = std::max(largest, function->totalStackSize);

@@ -54,7 +54,7 @@ void Compare(BuildFolder& build, const std::map<std::string, uint32_t>& largerFr
     EXPECT_EQ(each->frameSize, function.frame) << key;
     EXPECT_EQ(each->Is(FN_DYNAMIC_FRAME), function.isDynamic) << key;
     EXPECT_EQ(each->Is(FN_INDIRECT_CALL), function.isIndirect) << key;
-    EXPECT_EQ(each->indirectSites != nullptr, function.isIndirect) << key;
+    EXPECT_EQ(each->told && !each->told->indirectSites.empty(), function.isIndirect) << key;
     std::set<std::string> callees;
     for (const StkFunction* callee : each->callees) {
       EXPECT_TRUE(callees.insert(keyOf(*callee)).second) << key;
@@ -132,11 +132,11 @@ TEST(GccInput, KeepsStaticFunctionsOfOneNameApart) {
     }
   }
   EXPECT_EQ(files, (std::vector<std::string>{"d1/x.c", "d2/x.c", "/src/y.c"}));
-  const SourceLine& site = build["y.c#helper"].indirectSites->front();
+  const SourceLine& site = build["y.c#helper"].told->indirectSites.front();
   EXPECT_EQ(site.file->name, "/src/y.c");
   EXPECT_EQ(site.line, 1U);
   EXPECT_EQ(site.column, 7U);
-  EXPECT_EQ(build["two"].place.line, 2U);
+  EXPECT_EQ(build["two"].Place().line, 2U);
 }
 
 TEST(GccInput, CountsTheLargerOfTwoDefinitionsAndSaysSo) {

@@ -9,7 +9,7 @@
 namespace velkor {
 namespace {
 
-constexpr uint8_t kNone = CodeInstruction::kNone;
+constexpr uint8_t kNoNumber = CodeInstruction::kNone;
 constexpr uint8_t kMostShift = 31;
 constexpr uint64_t kSlotNumber = 63;  // in the name of a number: none of a register
 
@@ -24,7 +24,7 @@ CodeValue CodeStep::Wrapped(uint64_t constant) const {
 }
 
 CodeValue CodeStep::Get(uint8_t number, const CodeState& state) const {
-  return number < state.RegisterCount() ? state.Register(number) : CodeValue::Number(kNone);
+  return number < state.RegisterCount() ? state.Register(number) : CodeValue::Number(kNoNumber);
 }
 
 void CodeStep::Set(uint8_t number, const CodeValue& value, uint64_t /*address*/,
@@ -265,7 +265,7 @@ void CodeStep::Compare(const CodeInstruction& instruction, uint64_t address,
     return state.SetFlags(comparison);
   }
   CodeValue source = Get(instruction.source, state);
-  CodeValue index = instruction.index == kNone
+  CodeValue index = instruction.index == kNoNumber
                         ? Wrapped(static_cast<uint64_t>(instruction.immediate))
                         : Get(instruction.index, state);
   if (instruction.index == conventions_.stackRegister) {
@@ -315,11 +315,11 @@ CodeStep::Place CodeStep::PlaceOf(const CodeMemory& memory, uint64_t address,
                                   const CodeState& state) const {
   Place place{.value = {}, .width = memory.width, .isSigned = memory.isSigned};
   const uint64_t name = NameOf(address, kSlotNumber);
-  const bool isIndexed = memory.index != kNone;
+  const bool isIndexed = memory.index != kNoNumber;
   if (memory.base == CodeMemory::kHere) {
     const uint8_t shift = isIndexed ? 0 : memory.shift;
     place.value = Wrapped(image_.Place(address) >> shift << shift);
-  } else if (memory.base != kNone) {
+  } else if (memory.base != kNoNumber) {
     place.value = Get(memory.base, state);
   } else {
     place.value = isIndexed ? CodeValue::Constant(0) : CodeValue::Number(name);
@@ -392,12 +392,12 @@ void CodeStep::Load(const CodeInstruction& instruction, uint64_t address, CodeSt
     return;
   }
   const uint8_t target =
-      instruction.target == kNone ? conventions_.jumpRegister : instruction.target;
+      instruction.target == kNoNumber ? conventions_.jumpRegister : instruction.target;
   const CodeValue first = element(target, 0);
   const CodeValue second = element(instruction.target2, place.width);
   ChangeBase(instruction.memory, address, state);
   Set(target, first, address, state);
-  if (instruction.target2 != kNone) {
+  if (instruction.target2 != kNoNumber) {
     Set(instruction.target2, second, address, state);
   }
 }
@@ -417,7 +417,7 @@ void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeS
     }
   } else {
     values.push_back(Get(instruction.source, state));
-    if (instruction.index != kNone) {
+    if (instruction.index != kNoNumber) {
       values.push_back(Get(instruction.index, state));
     }
   }
@@ -440,7 +440,7 @@ void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeS
 }
 
 void CodeStep::ChangeBase(const CodeMemory& memory, uint64_t address, CodeState& state) const {
-  if (memory.baseChange != 0 && memory.base != kNone && memory.base != CodeMemory::kHere) {
+  if (memory.baseChange != 0 && memory.base != kNoNumber && memory.base != CodeMemory::kHere) {
     const CodeValue base = Get(memory.base, state);
     Set(memory.base, Moved(base, memory.baseChange, NameOf(address, memory.base)), address, state);
   }

@@ -9,7 +9,7 @@ namespace {
 
 using testing::BuildFolder;
 
-constexpr const char* kSource =
+constexpr const char* kLibraryCaller =
     "#include <stdio.h>\n#include <stdlib.h>\n#include <string.h>\n"
     "int assembled(int); double half(double a) { return a / 2; }\n"
     "static int order(const void* a, const void* b) { return *(int*)a - *(int*)b; }\n"
@@ -27,7 +27,7 @@ constexpr const char* kAssembler =
 // What the linker took from libraries, and from assembler sources, is known like the rest.
 TEST(LibraryFunctions, AreReadFromTheProgram) {
   const testing::TemporaryFolder folder;
-  folder.Put("a.c", kSource);
+  folder.Put("a.c", kLibraryCaller);
   folder.Put("s.s", kAssembler);
   const char* const kCommand =
       "(arm-none-eabi-gcc -O2 -mcpu=cortex-m4 -mthumb -fcallgraph-info=su,da -c a.c && "
@@ -56,9 +56,9 @@ TEST(LibraryFunctions, AreReadFromTheProgram) {
   // it.
   const StkFunction& qsort = build["qsort"];
   EXPECT_TRUE(qsort.Is(FN_INDIRECT_CALL));
-  ASSERT_NE(qsort.indirectSites, nullptr);
-  EXPECT_GT(qsort.indirectSites->size(), 10U);
-  EXPECT_NE(qsort.indirectSites->front().address, 0U);
+  ASSERT_NE(qsort.told, nullptr);
+  EXPECT_GT(qsort.told->indirectSites.size(), 10U);
+  EXPECT_NE(qsort.told->indirectSites.front().address, 0U);
   EXPECT_EQ(build.bounds->State(build["sorted"]), BoundState::kUnbounded);
 
   EXPECT_TRUE(build["strlen"].Is(FN_NO_FLOATING_POINT));

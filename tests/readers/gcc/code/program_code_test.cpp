@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string BytesOf(const fs::path& path) {
+std::string ProgramBytes(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
@@ -23,7 +23,7 @@ std::string BytesOf(const fs::path& path) {
 // What the instructions of a program tell, beside what its compiler told.
 class Proof {
  public:
-  Proof(const fs::path& program, const fs::path& folder) : bytes_(BytesOf(program)) {
+  Proof(const fs::path& program, const fs::path& folder) : bytes_(ProgramBytes(program)) {
     for (uint32_t i = 0; i < code_.Functions().size(); ++i) {
       const ProgramCode::Function& function = code_.Functions()[i];
       for (uint32_t name = 0; name < function.nameCount; ++name) {
@@ -32,7 +32,7 @@ class Proof {
     }
     for (const auto& entry : fs::directory_iterator(folder)) {
       if (entry.path().extension() == ".ci") {
-        CompareUnit(BytesOf(entry.path()));
+        CompareUnit(ProgramBytes(entry.path()));
       }
     }
   }
