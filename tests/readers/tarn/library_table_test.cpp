@@ -27,7 +27,7 @@ class LibraryTableTest : public ::testing::Test {
   // The built-in table of the kind.
   std::string BuiltIn(LibraryTableKind kind) {
     StkLibraryTable table(kind, project_, host_.host, recorder_.reporter);
-    const std::unique_ptr<StkByteSource> source = table.Open();
+    const std::unique_ptr<StkByteSource> source = table.Open({});
     EXPECT_NE(source, nullptr);
     return source == nullptr ? "" : Content(*source);
   }
