@@ -145,6 +145,7 @@ TEST_F(SpecReadJobTest, TheStkSystemFileCountsAsTakenOnlyWhole) {
   for (const Case& test : cases) {
     SCOPED_TRACE(test.text);
     host.files.Put(kSystem, test.text);
+    recorder.log.lines.clear();
     Add(SpecificationKind::kSystemFile, kSystem);
     Run();
     EXPECT_EQ(job->TakenSystemFile().has_value(), test.taken);
