@@ -47,6 +47,7 @@ class CodeImage {
   };
 
   const Part* PartAt(uint64_t address) const;
+  bool IsReturnWord(uint64_t address) const;
   const Mark* MarkAt(uint64_t address) const;
 
   std::vector<Part> parts_;  // ordered by address

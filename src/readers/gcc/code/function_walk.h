@@ -71,13 +71,22 @@ class FunctionWalk {
     bool isWalked = false;
     bool comparesStack = false;  // the stack pointer with an address: a loop that touches pages
     bool isProbe = false;        // goes back to such a loop
+    bool isSwept = false;        // or reached from what was not reached
   };
   using Blocks = std::map<uint64_t, Block>;
   struct Cursor {
+    explicit Cursor(Blocks::iterator at) : block(at), address(at->first), state(at->second.in) {}
+
     Blocks::iterator block;
-    uint64_t address = 0;
+    uint64_t address;
     CodeState state;
-    uint8_t conditionalLeft = 0;
+    uint8_t conditionalLeft = 0;  // instructions that have codes from the one before them
+    uint64_t conditionCodes = 0;
+    // While instructions with one condition, and its opposite, follow one another: what is known
+    // where it does not hold; `state` is where it holds. Each may be gone elsewhere.
+    std::optional<uint8_t> code;
+    std::optional<CodeState> otherState;
+    bool isStateGone = false;
     uint64_t limit = 0;   // where it must be asked again whether code is there
     bool mayEnd = false;  // what was executed last need not have come back
   };
@@ -88,18 +97,25 @@ class FunctionWalk {
   void WalkBlock(Blocks::iterator block);
   bool CanStand(Cursor& cursor);
   bool Execute(Cursor& cursor, const CodeInstruction& instruction);
-  bool ExecuteFlow(Cursor& cursor, const CodeInstruction& instruction);
+  bool ExecuteOne(Cursor& cursor, const CodeInstruction& instruction);
+  // Instructions that are executed on a condition (function_walk_conditions.cpp).
+  CodeInstruction WithCondition(Cursor& cursor, const CodeInstruction& instruction) const;
+  bool ExecuteConditional(Cursor& cursor, const CodeInstruction& instruction);
+  bool EndConditions(Cursor& cursor);
   void NoteState(Cursor& cursor);
 
   bool Jump(Cursor& cursor, const CodeInstruction& instruction);
+  CodeState FirstState() const;
   void JumpTo(Cursor& cursor, uint64_t target, const CodeState& state);
   void JumpToValue(Cursor& cursor, const CodeValue& target, const CodeState& state);
   void Return(Cursor& cursor, const CodeState& state);
   bool JumpByTable(Cursor& cursor, const CodeValue& table, const CodeState& state);
   bool Call(Cursor& cursor, const CodeInstruction& instruction);
+  bool CallValue(Cursor& cursor, const CodeInstruction& instruction, const CodeValue& target);
   bool CallAddress(Cursor& cursor, const CodeInstruction& instruction, uint64_t target);
   bool CallHelper(Cursor& cursor, const CodeInstruction& instruction,
                   CodeSurroundings::TableHelper helper);
+  uint8_t RegisterJumpedTo(uint64_t address) const;
   bool ComesBack(Cursor& cursor, uint32_t function, uint64_t next);
   void TailCall(uint64_t place, uint32_t function);
 

@@ -70,7 +70,9 @@ void FunctionWalk::JumpTo(Cursor& cursor, uint64_t target, const CodeState& stat
   const uint32_t function =
       target == range_.start ? CodeSurroundings::kNone : around_.FunctionAt(target);
   if (function != CodeSurroundings::kNone) {
-    return TailCall(cursor.address, function);
+    const uint8_t number = RegisterJumpedTo(target);
+    return number == CodeInstruction::kNone ? TailCall(cursor.address, function)
+                                            : JumpToValue(cursor, state.Register(number), state);
   }
   if (image_.CodeAt(target).empty() || image_.IsData(target)) {
     if (image_.Place(target) != 0) {
@@ -83,7 +85,9 @@ void FunctionWalk::JumpTo(Cursor& cursor, uint64_t target, const CodeState& stat
   const bool isLoop = known != blocks_.end() && known->second.isWalked;
   if (state.Flags().kind == StackComparison::kStack && isLoop &&
       state.Stack().amount < known->second.in.Stack().amount) {
-    return;  // pages are touched until the address is reached, which is where it goes on
+    // Pages are touched until the address is reached, which is where it goes on.
+    block.isProbe = block.isProbe || state.Flags().stack.isBelow;
+    return;
   }
   Reach(target, state, &block);
 }
@@ -116,7 +120,7 @@ void FunctionWalk::Return(Cursor& cursor, const CodeState& state) {
       conventions_.linkRegister == CodeInstruction::kNone ? int64_t{conventions_.wordSize} : 0;
   const bool isBack = state.IsOnOtherStack() ||
                       (!state.Stack().isBelow && state.Stack().amount == StartOffset() + popped);
-  if (!isBack) {
+  if (!isBack && !cursor.block->second.isSwept) {
     Doubt(CodeDoubt::kUnbalanced, cursor.address);
   }
   code_.returns = true;
@@ -145,8 +149,7 @@ void FunctionWalk::TailCall(uint64_t place, uint32_t function) {
   calls_[place] = function;
   const CodeSurroundings::Answer answer = around_.Returns(function);
   if (answer == CodeSurroundings::Answer::kNotKnown) {
-    waiters_[function].push_back(
-        {0, CodeState(conventions_.stackRegister, conventions_.registerCount)});
+    waiters_[function].push_back({0, FirstState()});
   }
   code_.returns = code_.returns || answer == CodeSurroundings::Answer::kYes;
 }
@@ -172,12 +175,27 @@ bool FunctionWalk::Call(Cursor& cursor, const CodeInstruction& instruction) {
   } else if (instruction.source != CodeInstruction::kNone) {
     target = cursor.state.Register(instruction.source);
   }
+  return CallValue(cursor, instruction, target);
+}
+
+bool FunctionWalk::CallValue(Cursor& cursor, const CodeInstruction& instruction,
+                             const CodeValue& target) {
   if (target.IsConstant()) {
     return CallAddress(cursor, instruction, static_cast<uint64_t>(target.amount));
   }
   sites_.insert(image_.Place(cursor.address));
   step_.ApplyReturnOfCall(cursor.address, cursor.state);
   return true;
+}
+
+// Where a function only jumps to what a register holds, it stands for an instruction that the
+// machine lacks.
+uint8_t FunctionWalk::RegisterJumpedTo(uint64_t address) const {
+  const CodeInstruction first = decoder_.Decode(image_.CodeAt(address), address);
+  const bool isJump = first.operation == Operation::kJumpRegister &&
+                      first.condition == Condition::kAlways &&
+                      first.source != conventions_.linkRegister;
+  return isJump ? first.source : CodeInstruction::kNone;
 }
 
 // True: it comes back.
@@ -203,6 +221,9 @@ bool FunctionWalk::CallAddress(Cursor& cursor, const CodeInstruction& instructio
   if (function == CodeSurroundings::kNone) {
     Doubt(CodeDoubt::kLeavesCode, cursor.address);
     return false;
+  }
+  if (const uint8_t number = RegisterJumpedTo(target); number != CodeInstruction::kNone) {
+    return CallValue(cursor, instruction, cursor.state.Register(number));
   }
   calls_[cursor.address] = function;
   if (helper != CodeSurroundings::TableHelper::kNone) {

@@ -128,6 +128,9 @@ TEST(ProgramCode, ReadsWhatTheCompilerTold) {
       "arm-none-eabi-gcc -O2 -mcpu=cortex-m0 -mthumb",
       "arm-none-eabi-gcc -O0 -mcpu=cortex-m0 -mthumb",
       "arm-none-eabi-gcc -O2 -mcpu=cortex-m33 -mthumb -mfloat-abi=hard -mfpu=fpv5-sp-d16",
+      "arm-none-eabi-gcc -O2 -mcpu=cortex-m4 -mthumb -fstack-clash-protection",
+      "arm-none-eabi-gcc -O2 -mcpu=arm926ej-s -marm",
+      "arm-none-eabi-gcc -Os -mcpu=arm7tdmi -mthumb -mthumb-interwork",
   };
   const testing::TemporaryFolder folder;
   const std::string source = VELKOR_SOURCE_DIR "/tests/readers/gcc/code/samples.c";
