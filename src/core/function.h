@@ -33,6 +33,7 @@ enum FunctionFlag : uint32_t {
   FN_PLAIN_SYMBOL = 0x8000,   // its symbol has no "_" before the C name
   FN_ENTRY = 0x10000,         // entered from outside: top-level, whatever calls it
   FN_CALLS_STATED = 0x20000,  // callees are stated that it calls directly (see the table)
+  FN_CLONE = 0x40000,         // the compiler made it from another function (CloneTable)
 };
 
 // Where the frame and the calls of a function come from.

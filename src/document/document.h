@@ -184,8 +184,8 @@ class CStkDoc {
   void TakeChangedSystemFile(const ChangedSystemFile& changed);
   void SetSystemSaveFailed(bool failed);
   std::vector<std::string> LinesToKeep() const;
-  // A newer statement takes the place of those that were not found.
-  void ForgetStale(const StkFunction* function);
+  // What is stated of it, and of the clones that have the same, is about to change here.
+  void NoteUnsaved(const StkFunction& function);
   std::vector<std::string> ProtectedPaths(bool withSystemFile);
 
   Host& host_;
