@@ -112,6 +112,17 @@ void GccInput::ResolveCalls(FunctionDatabase database) {
               reporter_);
 }
 
+StkStringList GccInput::RelatedFiles() const {
+  StkStringList files;
+  for (const std::string& object : objects_) {
+    files.Add(object);
+  }
+  if (!settings_.elf.empty()) {
+    files.Add(settings_.elf);
+  }
+  return files;
+}
+
 void GccInput::ReadLooseObjects(StkFunctionTable& functions) {
   StkStringList used;
   for (const std::string& module : modules_) {

@@ -41,6 +41,8 @@ class GccInput : public ProgramInput {
   std::optional<std::string> GeneratorVersion() const override { return version_; }
   std::unique_ptr<ModuleReader> MakeReader() override;
   void ResolveCalls(FunctionDatabase database) override;
+  // The objects and the program.
+  StkStringList RelatedFiles() const override;
   std::vector<std::unique_ptr<StkSpecReader>> BuildSpecSources() override { return {}; }
 
  private:
