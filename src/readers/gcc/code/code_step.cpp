@@ -81,6 +81,22 @@ void CodeStep::Apply(const CodeInstruction& instruction, uint64_t address, CodeS
   }
 }
 
+CodeValue CodeStep::WithPart(const CodeValue& old, uint64_t immediate, uint8_t shift,
+                             uint64_t name) const {
+  const uint64_t part = uint64_t{0xFFFF} << shift;
+  return old.IsConstant()
+             ? Wrapped((static_cast<uint64_t>(old.amount) & ~part) | immediate << shift)
+             : CodeValue::Number(name);
+}
+
+CodeValue CodeStep::SignExtended(const CodeValue& source, uint8_t width, uint64_t name) const {
+  if (source.IsConstant()) {
+    return Wrapped(static_cast<uint64_t>(
+        ByteReader::Extended(static_cast<uint64_t>(source.amount), uint64_t{width} * 8)));
+  }
+  return source.IsStack() || source.IsReturn() ? CodeValue::Number(name) : source;
+}
+
 void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
                        CodeState& state) const {
   const uint8_t target = instruction.target;
@@ -93,14 +109,9 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
     case CodeOperation::kSet:
       result = Wrapped(immediate);
       break;
-    case CodeOperation::kSetPart: {
-      const CodeValue old = Get(target, state);
-      const uint64_t part = uint64_t{0xFFFF} << instruction.shift;
-      result = old.IsConstant() ? Wrapped((static_cast<uint64_t>(old.amount) & ~part) |
-                                          immediate << instruction.shift)
-                                : CodeValue::Number(name);
+    case CodeOperation::kSetPart:
+      result = WithPart(Get(target, state), immediate, instruction.shift, name);
       break;
-    }
     case CodeOperation::kSetAddress: {
       const uint64_t place = image_.Place(address) >> instruction.shift << instruction.shift;
       result = Wrapped(place + immediate);
@@ -131,12 +142,7 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
       result = Limited(source, immediate, name);
       break;
     case CodeOperation::kExtendSign:
-      result = source.IsStack() || source.IsReturn() ? CodeValue::Number(name) : source;
-      if (source.IsConstant()) {
-        const auto bits = uint64_t{instruction.width} * 8;
-        result = Wrapped(static_cast<uint64_t>(
-            ByteReader::Extended(static_cast<uint64_t>(source.amount), bits)));
-      }
+      result = SignExtended(source, instruction.width, name);
       break;
     case CodeOperation::kShiftLeft:
       result = ShiftedLeft(source, instruction.shift, name);
