@@ -19,7 +19,7 @@ char MarkOf(const ElfSymbol& symbol) {
 }  // namespace
 
 CodeImage::CodeImage(const ElfFile& elf)
-    : order_(elf.Order()), isArm_(elf.Machine() == ELF_ARM), is64_(elf.Is64()) {
+    : table_(elf), order_(elf.Order()), isArm_(elf.Machine() == ELF_ARM), is64_(elf.Is64()) {
   for (const ElfSection& section : elf.Sections()) {
     const bool isConstant = section.HasCode() || (section.flags & kWritable) == 0;
     if (section.IsLoaded() && isConstant && !section.bytes.empty()) {

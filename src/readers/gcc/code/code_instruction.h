@@ -14,7 +14,7 @@ enum class CodeOperation : uint8_t {
   kSetAddress,  // target = the instruction's own address + immediate
   kCopy,        // target = source
   kAdd,         // target = source + immediate
-  kAddScaled,   // target = source + immediate + (index << shift)
+  kAddScaled,   // target = source (0 without) + immediate + (index << shift)
   kSubtract,    // target = source - (index << shift); without index: - something
   kMask,        // target = source & immediate
   kSetBits,     // target = source | immediate
@@ -27,6 +27,7 @@ enum class CodeOperation : uint8_t {
   kStore,
   kStoreMany,
   kPushMemory,     // memory, pushed
+  kLeave,          // the stack pointer becomes source, which is popped then
   kCompare,        // source with immediate, or with index
   kCompareMemory,  // memory with immediate
   kJump,           // to the instruction's own address + immediate
@@ -57,7 +58,8 @@ enum class CodeCondition : uint8_t {
 // An operand in memory: base + displacement + (index << shift).
 struct CodeMemory {
   static constexpr uint8_t kNone = 0xFF;
-  static constexpr uint8_t kHere = 0xFE;  // as base: the instruction's own address
+  static constexpr uint8_t kHere = 0xFE;     // as base: the instruction's own address
+  static constexpr uint8_t kUnknown = 0xFD;  // as base: it may be anywhere
 
   uint8_t base = kNone;
   uint8_t index = kNone;

@@ -26,7 +26,7 @@ void CodeState::StoreSlot(int64_t offset, int64_t width, const CodeValue& value)
   const auto first = std::ranges::lower_bound(slots_, offset - wordSize_ + 1, {}, &Place::offset);
   const auto end = std::ranges::lower_bound(slots_, offset + width, {}, &Place::offset);
   const auto place = slots_.erase(first, end);
-  const bool isKept = value.IsStack() || value.kind == CodeValue::Kind::kReturn;
+  const bool isKept = value.IsStack() || value.IsReturn() || value.IsConstant();
   if (isKept && slots_.size() < kMostSlots) {
     slots_.insert(place, {offset, value});
   }

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
+#include <optional>
 #include <utility>
 #include <vector>
 
 namespace velkor {
 namespace {
 
-constexpr uint8_t kNoNumber = CodeInstruction::kNone;
 constexpr uint64_t kSlotNumber = 63;  // in the name of a number: none of a register
 
 uint64_t NameOf(uint64_t address, uint8_t number) {
@@ -23,7 +23,8 @@ CodeValue CodeStep::Wrapped(uint64_t constant) const {
 }
 
 CodeValue CodeStep::Get(uint8_t number, const CodeState& state) const {
-  return number < state.RegisterCount() ? state.Register(number) : CodeValue::Number(kNoNumber);
+  return number < state.RegisterCount() ? state.Register(number)
+                                        : CodeValue::Number(CodeInstruction::kNone);
 }
 
 void CodeStep::Set(uint8_t number, const CodeValue& value, uint64_t /*address*/,
@@ -57,6 +58,9 @@ void CodeStep::Apply(const CodeInstruction& instruction, uint64_t address, CodeS
     case CodeOperation::kCallMemory:
     case CodeOperation::kReturn:
       Load(instruction, address, state);
+      break;
+    case CodeOperation::kLeave:
+      Leave(instruction, address, state);
       break;
     case CodeOperation::kStore:
     case CodeOperation::kStoreMany:
@@ -94,7 +98,9 @@ CodeValue CodeStep::SignExtended(const CodeValue& source, uint8_t width, uint64_
     return Wrapped(static_cast<uint64_t>(
         ByteReader::Extended(static_cast<uint64_t>(source.amount), uint64_t{width} * 8)));
   }
-  return source.IsStack() || source.IsReturn() ? CodeValue::Number(name) : source;
+  CodeValue result = source.IsStack() || source.IsReturn() ? CodeValue::Number(name) : source;
+  result.isSigned = source.IsTable() && source.width == width;
+  return result;
 }
 
 void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
@@ -124,7 +130,10 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
       result = Moved(source, instruction.immediate, name);
       break;
     case CodeOperation::kAddScaled:
-      result = Moved(Sum(source, index, instruction.shift, name), instruction.immediate, name);
+      result =
+          instruction.source == CodeInstruction::kNone
+              ? Sum(Wrapped(immediate), index, instruction.shift, name)
+              : Moved(Sum(source, index, instruction.shift, name), instruction.immediate, name);
       break;
     case CodeOperation::kSubtract:
       result = Difference(source, index, instruction.shift, name);
@@ -170,7 +179,7 @@ void CodeStep::Compare(const CodeInstruction& instruction, uint64_t address,
     return state.SetFlags(comparison);
   }
   CodeValue source = Get(instruction.source, state);
-  CodeValue index = instruction.index == kNoNumber
+  CodeValue index = instruction.index == CodeInstruction::kNone
                         ? Wrapped(static_cast<uint64_t>(instruction.immediate))
                         : Get(instruction.index, state);
   if (instruction.index == conventions_.stackRegister) {
@@ -214,23 +223,37 @@ void CodeStep::ApplyReturnOfCall(uint64_t address, CodeState& state) const {
   state.SetFlags({});
 }
 
+void CodeStep::PushReturn(uint64_t address, CodeState& state) const {
+  const CodeValue stack = Moved(state.Stack(), -int64_t{conventions_.wordSize}, 0);
+  state.SetRegister(conventions_.stackRegister, stack);
+  if (!stack.isBelow) {
+    state.StoreSlot(stack.amount, conventions_.wordSize, CodeValue::Constant(address));
+  }
+}
+
 CodeStep::Place CodeStep::PlaceOf(const CodeMemory& memory, uint64_t address,
                                   const CodeState& state) const {
   Place place{.value = {}, .width = memory.width, .isSigned = memory.isSigned};
   const uint64_t name = NameOf(address, kSlotNumber);
-  const bool isIndexed = memory.index != kNoNumber;
+  const bool isIndexed = memory.index != CodeInstruction::kNone;
+  if (memory.base == CodeMemory::kUnknown) {
+    place.value = CodeValue::Number(name);
+    return place;
+  }
   if (memory.base == CodeMemory::kHere) {
     const uint8_t shift = isIndexed ? 0 : memory.shift;
     place.value = Wrapped(image_.Place(address) >> shift << shift);
-  } else if (memory.base != kNoNumber) {
+  } else if (memory.base != CodeInstruction::kNone) {
     place.value = Get(memory.base, state);
   } else {
-    place.value = isIndexed ? CodeValue::Constant(0) : CodeValue::Number(name);
+    place.value = Wrapped(static_cast<uint64_t>(int64_t{memory.displacement}));
   }
   if (isIndexed) {
     place.value = Sum(place.value, Get(memory.index, state), memory.shift, name);
   }
-  place.value = Moved(place.value, memory.displacement, name);
+  if (memory.base != CodeInstruction::kNone) {
+    place.value = Moved(place.value, memory.displacement, name);
+  }
   return place;
 }
 
@@ -240,11 +263,26 @@ CodeValue CodeStep::Literal(uint64_t place, const Place& of, uint64_t name) cons
   if (bytes.size() < of.width) {
     CodeValue loaded = CodeValue::Number(name);
     loaded.isGiven = true;
-    return loaded;
+    return LinkedWord(place).value_or(loaded);
   }
   ByteReader reader(bytes, image_.Order());
   return Wrapped(of.isSigned ? static_cast<uint64_t>(reader.Signed(of.width))
                              : reader.Unsigned(of.width));
+}
+
+// A word of the table that the linker has made.
+std::optional<CodeValue> CodeStep::LinkedWord(uint64_t address) const {
+  const std::optional<LinkerTable::Word> word = image_.Table().At(address);
+  if (!word) {
+    return std::nullopt;
+  }
+  CodeValue value = Wrapped(word->value);
+  if (!word->import.empty()) {
+    value = {};
+    value.kind = CodeValue::Kind::kImport;
+    value.table = address;
+  }
+  return value;
 }
 
 // offset: of one of several elements.
@@ -258,6 +296,9 @@ CodeValue CodeStep::LoadFrom(const Place& place, int64_t offset, uint64_t name,
   }
   CodeValue loaded = CodeValue::Number(name);
   loaded.isGiven = true;
+  if (value.IsConstant() && place.width == conventions_.wordSize) {
+    return LinkedWord(static_cast<uint64_t>(value.amount + offset)).value_or(loaded);
+  }
   if (value.IsNumber() && value.amount != 0 && place.width != 0 &&
       uint64_t{1} << value.shift == place.width) {
     loaded = {};
@@ -295,14 +336,25 @@ void CodeStep::Load(const CodeInstruction& instruction, uint64_t address, CodeSt
     return;
   }
   const uint8_t target =
-      instruction.target == kNoNumber ? conventions_.jumpRegister : instruction.target;
+      instruction.target == CodeInstruction::kNone ? conventions_.jumpRegister : instruction.target;
   const CodeValue first = element(target, 0);
   const CodeValue second = element(instruction.target2, place.width);
   ChangeBase(instruction.memory, address, state);
   Set(target, first, address, state);
-  if (instruction.target2 != kNoNumber) {
+  if (instruction.target2 != CodeInstruction::kNone) {
     Set(instruction.target2, second, address, state);
   }
+}
+
+void CodeStep::Leave(const CodeInstruction& instruction, uint64_t address, CodeState& state) const {
+  SetStack(Get(instruction.source, state), state);
+  CodeInstruction pop = instruction;
+  pop.operation = CodeOperation::kLoadMany;
+  pop.list = uint64_t{1} << instruction.source;
+  pop.memory = {.base = conventions_.stackRegister,
+                .width = conventions_.wordSize,
+                .baseChange = conventions_.wordSize};
+  Load(pop, address, state);
 }
 
 void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeState& state) const {
@@ -320,7 +372,7 @@ void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeS
     }
   } else {
     values.push_back(Get(instruction.source, state));
-    if (instruction.index != kNoNumber) {
+    if (instruction.index != CodeInstruction::kNone) {
       values.push_back(Get(instruction.index, state));
     }
   }
@@ -331,7 +383,8 @@ void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeS
     }
     for (const CodeValue& value : values) {
       const bool isWord = place.width == conventions_.wordSize;
-      state.StoreSlot(offset, place.width, isWord ? value : CodeValue());
+      // Constants are of variables, which may change in ways that are not seen.
+      state.StoreSlot(offset, place.width, isWord && !value.IsConstant() ? value : CodeValue());
       offset += place.width;
     }
   } else {
@@ -343,7 +396,8 @@ void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeS
 }
 
 void CodeStep::ChangeBase(const CodeMemory& memory, uint64_t address, CodeState& state) const {
-  if (memory.baseChange != 0 && memory.base != kNoNumber && memory.base != CodeMemory::kHere) {
+  if (memory.baseChange != 0 && memory.base != CodeInstruction::kNone &&
+      memory.base != CodeMemory::kHere) {
     const CodeValue base = Get(memory.base, state);
     Set(memory.base, Moved(base, memory.baseChange, NameOf(address, memory.base)), address, state);
   }

@@ -27,6 +27,12 @@ CodeValue CodeStep::Sum(const CodeValue& left, const CodeValue& right, uint8_t s
                         uint64_t name) const {
   if (right.IsConstant() && shift < kMostShift) {
     const auto by = static_cast<uint64_t>(right.amount) << shift;
+    // The address of a table, in the second place.
+    if (left.IsNumber() && left.amount == 0 && !image_.ConstantsAt(by).empty()) {
+      CodeValue sum = left;
+      sum.amount = static_cast<int64_t>(by);
+      return sum;
+    }
     const bool isNarrow = conventions_.numberMask == UINT32_MAX;
     return Moved(left, isNarrow ? static_cast<int32_t>(by) : static_cast<int64_t>(by), name);
   }

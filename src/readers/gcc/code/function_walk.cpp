@@ -104,8 +104,8 @@ void FunctionWalk::JoinInto(Blocks::iterator block, const CodeState& state, Bloc
   Block& to = block->second;
   const CodeValue before = to.in.Stack();
   CodeState joined = state;
-  if (to.comparesStack && from != nullptr && joined.Stack().amount < before.amount) {
-    from->isProbe = true;
+  if (to.touchesPages && from != nullptr && joined.Stack().amount < before.amount) {
+    from->deepest = from->in.Stack().amount;
     joined.SetRegister(conventions_.stackRegister, before);
   }
   if (to.deepenings >= kMostDeepenings && joined.Stack().amount < before.amount) {
@@ -130,7 +130,6 @@ void FunctionWalk::NoteState(Cursor& cursor) {
 void FunctionWalk::WalkBlock(Blocks::iterator block) {
   Cursor cursor(block);
   block->second.isWalked = true;
-  block->second.isProbe = false;
   block->second.deepest = cursor.state.Stack().amount;
   NoteState(cursor);
   auto next = std::next(block);
@@ -148,7 +147,9 @@ void FunctionWalk::WalkBlock(Blocks::iterator block) {
     block->second.end = std::max(block->second.end, cursor.address);
     next = std::next(block);  // new ones may have come between
     const bool isInside = cursor.conditionalLeft != 0;
-    if (goesOn && !isInside && next != blocks_.end() && next->first == cursor.address) {
+    const bool isNext = (next != blocks_.end() && next->first == cursor.address) ||
+                        (!splits_.empty() && splits_.contains(cursor.address));
+    if (goesOn && !isInside && isNext) {
       if (EndConditions(cursor)) {
         Reach(cursor.address, cursor.state, &block->second);
       }
@@ -228,10 +229,6 @@ bool FunctionWalk::ExecuteOne(Cursor& cursor, const CodeInstruction& instruction
     return Jump(cursor, instruction);
   }
   step_.Apply(instruction, cursor.address, cursor.state);
-  if (instruction.operation == Operation::kCompare &&
-      cursor.state.Flags().kind == CodeState::Comparison::Kind::kStack) {
-    cursor.block->second.comparesStack = true;
-  }
   NoteState(cursor);
   return true;
 }
@@ -262,7 +259,7 @@ void FunctionWalk::Settle(uint32_t function, bool returns) {
 
 void FunctionWalk::Sweep() {
   isSwept_ = true;
-  if (!deepest_ || !image_.HasMarks() || code_.doubt != CodeDoubt::kNone) {
+  if (!deepest_ || !range_.isWhole || !TellsCodeFromData() || code_.doubt != CodeDoubt::kNone) {
     return;
   }
   CodeState state = *deepest_;
@@ -310,9 +307,7 @@ FunctionCode FunctionWalk::Result() const {
   FunctionCode code = code_;
   int64_t deepest = StartOffset();
   for (const auto& [address, block] : blocks_) {
-    if (!block.isProbe) {
-      deepest = std::min(deepest, block.deepest);
-    }
+    deepest = std::min(deepest, block.deepest);
   }
   code.codeBytes = static_cast<uint64_t>(-deepest);
   for (const auto& [place, function] : calls_) {
@@ -321,7 +316,7 @@ FunctionCode FunctionWalk::Result() const {
     }
   }
   code.sites.assign(sites_.begin(), sites_.end());
-  const bool isRead = isSwept_ && image_.HasMarks();
+  const bool isRead = isSwept_ && range_.isWhole && TellsCodeFromData();
   if (hasComputedJump_ && !isRead && code.doubt == CodeDoubt::kNone) {
     code.doubt = CodeDoubt::kComputedJump;
   }

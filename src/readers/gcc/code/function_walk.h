@@ -30,6 +30,8 @@ class CodeSurroundings {
   virtual uint32_t CalledFunctionAt(uint64_t address) = 0;
   // Where the next one begins, behind the address.
   virtual uint64_t NextFunction(uint64_t address) const = 0;
+  // The function of a shared library.
+  virtual uint32_t Imported(std::string_view name) = 0;
   virtual Answer Returns(uint32_t function) const = 0;
   virtual TableHelper HelperAt(uint64_t address) const = 0;
   // Takes instructions from what may be read of the whole program. False: that is used up.
@@ -44,6 +46,7 @@ class FunctionWalk {
     uint64_t start = 0;  // with bit 0 for Thumb
     uint64_t end = 0;    // of its own code, behind the last byte
     bool isHelper = false;
+    bool isWhole = true;  // all between start and end belongs to it
   };
 
   FunctionWalk(const CodeImage& image, InstructionDecoder& decoder, CodeSurroundings& around,
@@ -69,9 +72,8 @@ class FunctionWalk {
     uint16_t deepenings = 0;
     bool isQueued = false;
     bool isWalked = false;
-    bool comparesStack = false;  // the stack pointer with an address: a loop that touches pages
-    bool isProbe = false;        // goes back to such a loop
-    bool isSwept = false;        // or reached from what was not reached
+    bool touchesPages = false;  // down to an address that is not known, in a loop
+    bool isSwept = false;       // or reached from what was not reached
   };
   using Blocks = std::map<uint64_t, Block>;
   struct Cursor {
@@ -107,11 +109,15 @@ class FunctionWalk {
   bool Jump(Cursor& cursor, const CodeInstruction& instruction);
   CodeState FirstState() const;
   void JumpTo(Cursor& cursor, uint64_t target, const CodeState& state);
+  bool TouchesNextPage(Cursor& cursor, const CodeInstruction& jump, uint64_t target,
+                       const CodeState& state);
   void JumpToValue(Cursor& cursor, const CodeValue& target, const CodeState& state);
   void Return(Cursor& cursor, const CodeState& state);
   bool JumpByTable(Cursor& cursor, const CodeValue& table, const CodeState& state);
   bool Call(Cursor& cursor, const CodeInstruction& instruction);
   bool CallValue(Cursor& cursor, const CodeInstruction& instruction, const CodeValue& target);
+  bool CallFunction(Cursor& cursor, uint32_t function, uint64_t next);
+  uint32_t ImportOf(const CodeValue& value);
   bool CallAddress(Cursor& cursor, const CodeInstruction& instruction, uint64_t target);
   bool CallHelper(Cursor& cursor, const CodeInstruction& instruction,
                   CodeSurroundings::TableHelper helper);
@@ -127,6 +133,7 @@ class FunctionWalk {
   }
   void Doubt(CodeDoubt doubt, uint64_t address);
   bool IsMuch() const;
+  bool TellsCodeFromData() const { return image_.HasMarks() || !conventions_.hasDataInCode; }
 
   const CodeImage& image_;
   InstructionDecoder& decoder_;
@@ -135,6 +142,7 @@ class FunctionWalk {
   const CodeStep step_;
   const Range range_;
   Blocks blocks_;
+  std::set<uint64_t> splits_;  // where blocks end, and the next one begins
   std::vector<uint64_t> queue_;
   std::map<uint64_t, uint32_t> calls_;  // by place
   std::set<uint64_t> sites_;

@@ -34,7 +34,10 @@ bool FunctionWalk::Jump(Cursor& cursor, const CodeInstruction& instruction) {
       if (instruction.switchesState) {
         base = (base & ~uint64_t{3});
       }
-      JumpTo(cursor, base + static_cast<uint64_t>(instruction.immediate), taken);
+      const uint64_t to = image_.Wrapped(base + static_cast<uint64_t>(instruction.immediate));
+      if (!TouchesNextPage(cursor, instruction, to, taken)) {
+        JumpTo(cursor, to, taken);
+      }
       break;
     }
     case Operation::kJumpTable: {
@@ -80,16 +83,35 @@ void FunctionWalk::JumpTo(Cursor& cursor, uint64_t target, const CodeState& stat
     }
     return;
   }
-  Block& block = cursor.block->second;
   const auto known = blocks_.find(target);
-  const bool isLoop = known != blocks_.end() && known->second.isWalked;
-  if (state.Flags().kind == StackComparison::kStack && isLoop &&
-      state.Stack().amount < known->second.in.Stack().amount) {
-    // Pages are touched until the address is reached, which is where it goes on.
-    block.isProbe = block.isProbe || state.Flags().stack.isBelow;
-    return;
+  const bool isInside = target > cursor.block->first && target <= cursor.address;
+  if (known == blocks_.end() && isInside) {
+    splits_.insert(target);  // a loop: it is entered from above first
+    return Queue(cursor.block);
   }
-  Reach(target, state, &block);
+  Reach(target, state, &cursor.block->second);
+}
+
+// Whether it is the jump of a loop that moves the stack pointer to an address, page by page, as
+// long as it is not equal. The loop goes on where it is, so that one round tells all.
+bool FunctionWalk::TouchesNextPage(Cursor& cursor, const CodeInstruction& jump, uint64_t target,
+                                   const CodeState& state) {
+  const CodeState::Comparison& flags = state.Flags();
+  const bool isTest = jump.condition == Condition::kEqual || jump.condition == Condition::kNotEqual;
+  if (flags.kind != StackComparison::kStack || !isTest) {
+    return false;
+  }
+  Block& block = cursor.block->second;
+  block.touchesPages = flags.stack.isBelow;
+  const auto to = blocks_.find(target);
+  if (jump.condition == Condition::kEqual || to == blocks_.end() || !to->second.isWalked ||
+      state.Stack().amount >= to->second.in.Stack().amount) {
+    return false;
+  }
+  if (flags.stack.isBelow) {
+    block.deepest = block.in.Stack().amount;
+  }
+  return true;
 }
 
 void FunctionWalk::JumpToValue(Cursor& cursor, const CodeValue& target, const CodeState& state) {
@@ -98,6 +120,9 @@ void FunctionWalk::JumpToValue(Cursor& cursor, const CodeValue& target, const Co
   }
   if (target.IsConstant()) {
     return JumpTo(cursor, static_cast<uint64_t>(target.amount), state);
+  }
+  if (target.IsImport()) {
+    return TailCall(cursor.address, ImportOf(target));
   }
   if (target.IsTable() && JumpByTable(cursor, target, state)) {
     return;
@@ -183,9 +208,17 @@ bool FunctionWalk::CallValue(Cursor& cursor, const CodeInstruction& instruction,
   if (target.IsConstant()) {
     return CallAddress(cursor, instruction, static_cast<uint64_t>(target.amount));
   }
+  if (target.IsImport()) {
+    return CallFunction(cursor, ImportOf(target), Next(cursor.address, instruction));
+  }
   sites_.insert(image_.Place(cursor.address));
   step_.ApplyReturnOfCall(cursor.address, cursor.state);
   return true;
+}
+
+uint32_t FunctionWalk::ImportOf(const CodeValue& value) {
+  const std::optional<LinkerTable::Word> word = image_.Table().At(value.table);
+  return around_.Imported(word ? word->import : std::string_view());
 }
 
 // Where a function only jumps to what a register holds, it stands for an instruction that the
@@ -213,6 +246,8 @@ bool FunctionWalk::CallAddress(Cursor& cursor, const CodeInstruction& instructio
     CodeState state = cursor.state;
     if (conventions_.linkRegister != CodeInstruction::kNone) {
       state.SetRegister(conventions_.linkRegister, CodeValue::Constant(next));
+    } else {
+      step_.PushReturn(next, state);
     }
     JumpTo(cursor, target, state);
     return false;
@@ -225,10 +260,15 @@ bool FunctionWalk::CallAddress(Cursor& cursor, const CodeInstruction& instructio
   if (const uint8_t number = RegisterJumpedTo(target); number != CodeInstruction::kNone) {
     return CallValue(cursor, instruction, cursor.state.Register(number));
   }
-  calls_[cursor.address] = function;
   if (helper != CodeSurroundings::TableHelper::kNone) {
+    calls_[cursor.address] = function;
     return CallHelper(cursor, instruction, helper);
   }
+  return CallFunction(cursor, function, next);
+}
+
+bool FunctionWalk::CallFunction(Cursor& cursor, uint32_t function, uint64_t next) {
+  calls_[cursor.address] = function;
   step_.ApplyReturnOfCall(cursor.address, cursor.state);
   return function == range_.function || ComesBack(cursor, function, next);
 }
