@@ -19,6 +19,10 @@ struct StkAdjustment {
   std::optional<StkFunctionList> callees;  // none: not given
   StkFunctionList directCallees;           // stated too, but called directly; from the dialog
 
+  // It states more than callees that are called directly anyway.
+  bool Adjusts() const {
+    return margin != kNoMargin || depth != kNoDepth || (callees && !callees->empty());
+  }
   // Takes a copy and sorts it by name.
   void SetCallees(const StkFunctionList& functions, const CodePage& codePage);
 };

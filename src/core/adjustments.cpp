@@ -1,5 +1,6 @@
 #include "core/adjustments.h"
 
+#include <string>
 #include <utility>
 
 #include "core/adjustment_information.h"
@@ -23,19 +24,15 @@ bool Cancel(StkFunctionTable& table, StkFunction& function, StkReporter& reporte
   return hadCallees;
 }
 
-}  // namespace
-
-bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& function,
-                    const StkAdjustment& adjustment, StkReporter& reporter) {
-  const AdjustmentInformationResult information =
+// What the adjustment changes, after having put it in force.
+AdjustmentInformationResult Put(StkFunctionTable& table, StkFunction& function,
+                                const StkAdjustment& adjustment, StkReporter& reporter) {
+  AdjustmentInformationResult information =
       AdjustmentInformation(adjustment, function, InformationMode::kCompare, reporter.Messages());
-  const bool onlyDirectCallees = adjustment.margin == kNoMargin && adjustment.depth == kNoDepth &&
-                                 adjustment.callees.value_or(StkFunctionList()).empty() &&
-                                 !adjustment.directCallees.empty();
-  if (onlyDirectCallees) {
-    table.TakeAdjustmentAway(function);
-  } else {
+  if (adjustment.Adjusts() || adjustment.directCallees.empty()) {
     table.PutInForce(function, {adjustment.margin, adjustment.depth});
+  } else {
+    table.TakeAdjustmentAway(function);
   }
   table.SetDirectCallees(function, adjustment.directCallees);
   StkFunctionList callees = adjustment.callees.value_or(StkFunctionList());
@@ -43,15 +40,81 @@ bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& fu
     function.extraCallees = std::move(callees);
     table.NoteRearrangedCallees();
   }
-  const std::string name = FunctionSpecName(function, table.GetCodePage());
   if (!information.text.empty()) {
+    const std::string name = FunctionSpecName(function, table.GetCodePage());
     reporter.LogMessage(MessageKey::kSpecificationAdjusted, {name, information.text});
   }
-  Recompute(table, roots, information.calleesChanged, nullptr, nullptr, reporter);
-  if (table.Overflow()) {
-    ReportOverflow(table, function, name, reporter);
+  return information;
+}
+
+// What is stated of a function holds for its clones. Whether a callee list has changed.
+bool PutForClones(StkFunctionTable& table, const StkFunction& base, const StkAdjustment& adjustment,
+                  StkReporter& reporter) {
+  bool changed = false;
+  for (StkFunction* clone : table.Clones().Of(base)) {
+    StkAdjustment stated = AdjustmentFor(*clone, adjustment, table.GetCodePage());
+    if (table.KeptOfClone(*clone).isOwn) {
+      continue;
+    }
+    if (table.Brought(*clone) != nullptr) {
+      table.KeepUnderBrought(*clone, stated, {});
+      continue;
+    }
+    if (stated.depth != kNoDepth && !IsRecursiveWith(table, *clone, *stated.callees)) {
+      stated.depth = kNoDepth;
+    }
+    changed = Put(table, *clone, stated, reporter).calleesChanged || changed;
   }
-  return information.calleesChanged;
+  return changed;
+}
+
+bool CancelOfClones(StkFunctionTable& table, const StkFunction& base, StkReporter& reporter) {
+  bool changed = false;
+  for (StkFunction* clone : table.Clones().Of(base)) {
+    if (table.KeptOfClone(*clone).isOwn) {
+      continue;
+    }
+    if (table.Brought(*clone) != nullptr) {
+      table.KeepUnderBrought(*clone, {}, {});
+    } else if (clone->HasStatement()) {
+      changed = Cancel(table, *clone, reporter) || changed;
+    }
+  }
+  return changed;
+}
+
+// From now on the clone has its own.
+void SetOwn(StkFunctionTable& table, const StkFunction& clone) {
+  CloneStatement statement = table.Clones().Statement(clone);
+  statement.isOwn = true;
+  table.Clones().SetStatement(clone, std::move(statement));
+}
+
+// A clone without a statement has what its base has, where that is none either.
+void ForgetOwn(StkFunctionTable& table, const StkFunction& clone) {
+  const StkFunction* base = table.Clones().BaseOf(clone);
+  if (base != nullptr && table.Kept(*base).None()) {
+    table.Clones().SetStatement(clone, {});
+  }
+}
+
+}  // namespace
+
+bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& function,
+                    const StkAdjustment& adjustment, StkReporter& reporter) {
+  const bool newDirect = table.DirectCallees(function) != adjustment.directCallees;
+  const bool wasStated = function.HasStatement();
+  const AdjustmentInformationResult information = Put(table, function, adjustment, reporter);
+  if (function.Is(FN_CLONE) && (!information.text.empty() || newDirect || !wasStated)) {
+    SetOwn(table, function);
+  }
+  const bool changed =
+      PutForClones(table, function, adjustment, reporter) || information.calleesChanged;
+  Recompute(table, roots, changed, nullptr, nullptr, reporter);
+  if (table.Overflow()) {
+    ReportOverflow(table, function, FunctionSpecName(function, table.GetCodePage()), reporter);
+  }
+  return changed;
 }
 
 bool CancelAdjustment(StkFunctionTable& table, StkRootList& roots, StkFunction& function,
@@ -59,7 +122,12 @@ bool CancelAdjustment(StkFunctionTable& table, StkRootList& roots, StkFunction& 
   if (!function.HasStatement()) {
     return false;
   }
-  const bool changed = Cancel(table, function, reporter);
+  bool changed = Cancel(table, function, reporter);
+  changed = CancelOfClones(table, function, reporter) || changed;
+  if (function.Is(FN_CLONE)) {
+    SetOwn(table, function);
+    ForgetOwn(table, function);
+  }
   Recompute(table, roots, changed, nullptr, nullptr, reporter);
   return changed;
 }
@@ -70,8 +138,15 @@ bool CancelAllAdjustments(StkFunctionTable& table, StkRootList& roots, StkReport
   }
   bool changed = false;
   for (StkFunction* function : table.Functions()) {
-    if (function->HasStatement() && table.Brought(*function) == nullptr) {
+    if (table.Brought(*function) != nullptr) {
+      continue;
+    }
+    if (function->HasStatement()) {
       changed = Cancel(table, *function, reporter) || changed;
+    }
+    changed = CancelOfClones(table, *function, reporter) || changed;
+    if (function->Is(FN_CLONE)) {
+      table.Clones().SetStatement(*function, {});
     }
   }
   Recompute(table, roots, changed, nullptr, nullptr, reporter);

@@ -69,6 +69,10 @@ StkFunction& StkFunctionTable::ResolveCall(const StkFunction& caller, uint32_t c
   return callee != nullptr ? *callee : Insert(calleeName, nullptr, 0);
 }
 
+StkFunction* StkFunctionTable::FindCallee(const StkFunction& caller, std::string_view calleeName) {
+  return nameIndex_->FindCallee(names_.Find(calleeName), caller.file);
+}
+
 void StkFunctionTable::ResolveAllCalls() {
   const ResolvedCalls calls = ResolveCallees();
   callNames_.Clear();
@@ -192,6 +196,7 @@ void StkFunctionTable::SetPendingAdjustment(StkFunction& function, StkAdjustment
 void StkFunctionTable::DiscardPendingAdjustments() {
   pendingDirectCallees_.clear();
   pendingBrought_.clear();
+  clones_.DiscardPending();
   for (StkFunction* function : functions_) {
     if (function->pendingAdjustment == nullptr) {
       continue;
@@ -288,6 +293,7 @@ void StkFunctionTable::PutBroughtInForce() {
     }
     if (isNew) {
       brought.keptDirectCallees = DirectCallees(function);
+      brought.keptOfClone = clones_.Statement(function);
     }
     brought.place = std::move(place);
   }
@@ -299,13 +305,21 @@ const BroughtStatement* StkFunctionTable::Brought(const StkFunction& function) c
   return found == brought_.end() ? nullptr : &found->second;
 }
 
-void StkFunctionTable::KeepUnderBrought(const StkFunction& function,
-                                        std::optional<StkAppliedAdjustment> adjustment,
-                                        StkFunctionList callees, StkFunctionList directCallees) {
+void StkFunctionTable::KeepUnderBrought(const StkFunction& function, const StkAdjustment& stated,
+                                        CloneStatement ofClone) {
   BroughtStatement& brought = brought_.at(function.index);
-  brought.kept = adjustment;
-  brought.keptCallees = std::move(callees);
-  brought.keptDirectCallees = std::move(directCallees);
+  brought.kept.reset();
+  if (stated.Adjusts()) {
+    brought.kept = {stated.margin, stated.depth};
+  }
+  brought.keptCallees = stated.callees.value_or(StkFunctionList());
+  brought.keptDirectCallees = stated.directCallees;
+  brought.keptOfClone = std::move(ofClone);
+}
+
+const CloneStatement& StkFunctionTable::KeptOfClone(const StkFunction& clone) const {
+  const BroughtStatement* brought = Brought(clone);
+  return brought != nullptr ? brought->keptOfClone : clones_.Statement(clone);
 }
 
 KeptStatement StkFunctionTable::Kept(const StkFunction& function) const {
@@ -339,16 +353,6 @@ uint32_t StkFunctionTable::CountForSpecFile(bool withUnknown) const {
       }));
 }
 
-uint32_t StkFunctionTable::CountKept() const {
-  uint32_t count = CountForSpecFile(false);
-  for (const auto& [index, statement] : brought_) {
-    const StkFunction& function = *functions_[index];
-    count -= function.HasStatement() ? 1U : 0U;
-    count += Kept(function).None() ? 0U : 1U;
-  }
-  return count;
-}
-
 void StkFunctionTable::Clear() {
   nameIndex_->Clear();
   callNames_.Clear();
@@ -365,6 +369,7 @@ void StkFunctionTable::Clear() {
   names_ = NameTable();
   brought_.clear();
   pendingBrought_.clear();
+  clones_.Clear();
   unknownCount_ = 0;
   adjustedCount_ = 0;
   NoteRearrangedCallees();

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "core/clone_table.h"
 #include "core/detail/call_name_lists.h"
 #include "core/detail/caller_lists.h"
 #include "core/detail/computation_order.h"
@@ -41,6 +42,7 @@ struct BroughtStatement {
   std::optional<StkAppliedAdjustment> kept;  // what it took the place of; none: nothing
   StkFunctionList keptCallees;
   StkFunctionList keptDirectCallees;
+  CloneStatement keptOfClone;  // of a clone: how the former came to it
 };
 
 // What is stated of a function, as a specification file holds it. Valid until that changes.
@@ -103,6 +105,8 @@ class StkFunctionTable {
   // has that name. In this order: static in the caller's file, global in the caller's file, global
   // in another file, unknown.
   StkFunction& ResolveCall(const StkFunction& caller, std::string_view calleeName);
+  // The same where something has that name, else none.
+  StkFunction* FindCallee(const StkFunction& caller, std::string_view calleeName);
   // Every collected call name of every record; then the callees are sorted and the names gone.
   void ResolveAllCalls();
   // The same for an input that knows by itself which function each call means. Of all functions,
@@ -152,11 +156,20 @@ class StkFunctionTable {
   void PutBroughtInForce();
   // None: what is in force is the user's. (Its callees are the extra callees.)
   const BroughtStatement* Brought(const StkFunction& function) const;
-  // What the user keeps under the statement that the input brings of this function.
-  void KeepUnderBrought(const StkFunction& function, std::optional<StkAppliedAdjustment> adjustment,
-                        StkFunctionList callees, StkFunctionList directCallees);
+  // What the user keeps under the statement that the input brings of this function. Of a clone:
+  // how it came to it.
+  void KeepUnderBrought(const StkFunction& function, const StkAdjustment& stated,
+                        CloneStatement ofClone);
   KeptStatement Kept(const StkFunction& function) const;
   KeptStatement InForce(const StkFunction& function) const;
+  CloneTable& Clones() { return clones_; }
+  const CloneTable& Clones() const { return clones_; }
+  // Those of bases of that C name, or shown name, that are gone.
+  const StkFunctionList& ClonesOfGone(std::string_view baseName) const {
+    return clones_.OfGone(names_.Find(baseName));
+  }
+  // How what is kept of a clone came to it.
+  const CloneStatement& KeptOfClone(const StkFunction& clone) const;
   // A callee list holds the same functions as before, but otherwise arranged: the next computation
   // takes the functions in the order of the new lists. (When other functions are called, the next
   // Recompute must rebuild instead.)
@@ -164,8 +177,6 @@ class StkFunctionTable {
   // Records with a statement in force; with unknown functions: those too that are unknown and
   // not adjusted.
   uint32_t CountForSpecFile(bool withUnknown) const;
-  // Records with an adjustment of the user's, in force or not.
-  uint32_t CountKept() const;
   void Clear();
 
   // In insertion order; index i holds the function whose index field is i.
@@ -218,6 +229,7 @@ class StkFunctionTable {
   std::unordered_map<uint32_t, std::vector<uint32_t>> pointerNames_;  // by index, in names_
   std::unordered_map<uint32_t, BroughtStatement> brought_;  // by index
   std::map<uint32_t, BroughtPlace> pendingBrought_;
+  CloneTable clones_;
   uint32_t unknownCount_ = 0;
   uint32_t adjustedCount_ = 0;
   // Kept from one computation to the next of the same graph:

@@ -237,8 +237,7 @@ bool CStkDoc::AdjustFunction(StkFunction& function, const StkAdjustment& adjustm
   if (!StartChange()) {
     return false;
   }
-  unsaved_.insert(&function);
-  ForgetStale(&function);
+  NoteUnsaved(function);
   ChangeEnded(velkor::AdjustFunction(*functionTable_, *rootList_, function, adjustment, reporter_));
   return true;
 }
@@ -247,8 +246,7 @@ bool CStkDoc::CancelAdjustment(StkFunction& function) {
   if (!StartChange()) {
     return false;
   }
-  unsaved_.insert(&function);
-  ForgetStale(&function);
+  NoteUnsaved(function);
   ChangeEnded(velkor::CancelAdjustment(*functionTable_, *rootList_, function, reporter_));
   return true;
 }
@@ -285,8 +283,12 @@ void CStkDoc::NoteBrought(const StkFunction& function) {
        .function = function.index});
 }
 
-void CStkDoc::ForgetStale(const StkFunction* function) {
-  std::erase_if(stale_, [function](const auto& stale) { return stale.function == function; });
+// A newer statement takes the place of those that were not found.
+void CStkDoc::NoteUnsaved(const StkFunction& function) {
+  unsaved_.insert(&function);
+  const StkFunctionList clones = functionTable_->Clones().Following(function);
+  unsaved_.insert(clones.begin(), clones.end());
+  std::erase_if(stale_, [&](const auto& stale) { return stale.function == &function; });
 }
 
 bool CStkDoc::HasStatement(const StkFunction& function) const {

@@ -189,8 +189,8 @@ class CStkDoc {
   // Those of the stk system file without effect that stay in it: a function stands on one line only.
   std::vector<const StaleStatement*> LinesToKeep() const;
   void NoteBrought(const StkFunction& function);
-  // A newer statement takes the place of those that were not found.
-  void ForgetStale(const StkFunction* function);
+  // What is stated of it, and of the clones that have the same, is about to change here.
+  void NoteUnsaved(const StkFunction& function);
   std::vector<std::string> ProtectedPaths(bool withSystemFile);
 
   Host& host_;

@@ -1,5 +1,6 @@
 #include "document/spec_read_job.h"
 
+#include <set>
 #include <string>
 #include <utility>
 
@@ -99,9 +100,13 @@ void StkSpecReadJob::ReadSource(StkSpecReader& source) {
                       {source.Path()});
   }
   const bool systemFile = source.Kind() == SpecificationKind::kSystemFile;
+  const bool discarded = IsDiscarded(source);
+  if (!discarded) {
+    source.EndLines(functions_);
+  }
   const std::vector<PendingDepth> depths =
       systemFile ? PendingDepths() : std::vector<PendingDepth>();
-  HandOver(source);
+  HandOver(source, discarded);
   if (Stopped()) {
     return;
   }
@@ -155,13 +160,17 @@ void StkSpecReadJob::ReportCutShort(const StkSpecReader& source) {
                         {MessageFile{source.Path()}});
 }
 
-void StkSpecReadJob::HandOver(StkSpecReader& source) {
-  const bool discarded = Stopped() || cutShort_ || source.Answer() == StopAnswer::kAbort;
+bool StkSpecReadJob::IsDiscarded(const StkSpecReader& source) const {
+  return Stopped() || cutShort_ || source.Answer() == StopAnswer::kAbort;
+}
+
+void StkSpecReadJob::HandOver(StkSpecReader& source, bool discarded) {
   StkFunctionList stated;
   if (discarded) {
     functions_.DiscardPendingAdjustments();
   } else {
     functions_.PutBroughtInForce();
+    functions_.Clones().PutPendingInForce();
     stated = functions_.PutDirectCalleesInForce();
     const StkFunctionList pending = Pending();
     stated.insert(stated.end(), pending.begin(), pending.end());
@@ -190,9 +199,16 @@ StkFunctionList StkSpecReadJob::Pending() const {
 bool StkSpecReadJob::TakeSystemFile(const StkSpecReader& source,
                                     const std::vector<PendingDepth>& depths) {
   bool allKept = true;
+  std::set<uint32_t> settled;  // lines
+  for (const PendingDepth& pending : depths) {
+    const StkAppliedAdjustment* adjustment = pending.function->adjustment.get();
+    if (adjustment != nullptr && adjustment->depth != kNoDepth) {
+      settled.insert(pending.line);
+    }
+  }
   for (const PendingDepth& pending : depths) {
     const StkFunction& function = *pending.function;
-    if (function.adjustment == nullptr || function.adjustment->depth == kNoDepth) {
+    if (settled.insert(pending.line).second) {
       allKept = false;
       const std::string name = FunctionSpecName(function, functions_.GetCodePage());
       reporter_.PostNote({.rule = "unused-statement",

@@ -46,7 +46,8 @@ class StkSpecReadJob : public StkJob {
   // True when the end of the file was reached.
   bool ReadLines(StkSpecReader& source, StkByteSource& bytes);
   void ReportCutShort(const StkSpecReader& source);
-  void HandOver(StkSpecReader& source);
+  bool IsDiscarded(const StkSpecReader& source) const;
+  void HandOver(StkSpecReader& source, bool discarded);
   StkFunctionList Pending() const;
   // Depths of the stk system file that are dropped without a message.
   struct PendingDepth {

@@ -1,148 +1,80 @@
 #include "document/system_file_merge.h"
 
+#include <algorithm>
 #include <optional>
-#include <unordered_map>
+#include <set>
 #include <utility>
 
 #include "core/adjustment_information.h"
-#include "core/function_sorting.h"
 #include "core/function_text.h"
 #include "core/recompute.h"
-#include "files/byte_source.h"
-#include "files/spec_line_parser.h"
-#include "files/spec_names.h"
-#include "files/text_reader.h"
-#include "platform/limits.h"
+#include "document/system_file_statements.h"
 
 namespace velkor {
 
 namespace {
 
-// A line that states only callees which the function calls directly adjusts nothing.
-bool Adjusts(const StkAdjustment& stated) {
-  return stated.margin != kNoMargin || stated.depth != kNoDepth || !stated.callees->empty();
-}
-
-// What the lines of the file state, by function.
-class Statements {
- public:
-  Statements(const StkFunctionTable& functions, const std::string& path,
-             const StkMessages& messages)
-      : functions_(functions), path_(path), messages_(messages) {}
-
-  // False at an erroneous line.
-  bool Read(std::string_view text) {
-    StkMemorySource source(text);
-    StkTextReader reader(source);
-    TextLine line;
-    for (uint32_t number = 1; reader.ReadLine(line, kTextBufferSize); ++number) {
-      if (number > kMaxTextLines || line.length > kMaxTextLength || !Take(number, line.text)) {
-        return false;
-      }
-    }
-    return true;
-  }
-  const StkAdjustment* Of(const StkFunction& function) const {
-    const auto found = byFunction_.find(&function);
-    return found == byFunction_.end() ? nullptr : &found->second;
-  }
-  // Lines that name a function which is not there.
-  std::vector<StaleStatement>& Stale() { return stale_; }
-
- private:
-  bool Take(uint32_t number, std::string_view text) {
-    SpecLineParser line(
-        {functions_, names_, SpecificationKind::kSystemFile, path_, number, messages_}, text);
-    if (!line.Parse()) {
-      const MessageKey error = line.Error().key;
-      if (error != MessageKey::kW9410 && error != MessageKey::kW9418) {
-        return false;
-      }
-      stale_.push_back({std::string(text), number, std::string(line.Missing()), line.Function()});
-      return true;
-    }
-    if (line.Function() == nullptr || (!line.AttributeSeen() && line.DirectCallees().empty())) {
-      return true;
-    }
-    StkAdjustment adjustment;
-    adjustment.margin = line.Margin();
-    adjustment.depth = line.Depth();
-    adjustment.SetCallees(line.Callees(), functions_.GetCodePage());
-    adjustment.directCallees = line.DirectCallees();
-    return Join(byFunction_[line.Function()], std::move(adjustment));
-  }
-
-  // False for a second line that adjusts the function.
-  bool Join(StkAdjustment& known, StkAdjustment line) {
-    StkFunctionList direct = std::move(known.directCallees);
-    for (StkFunction* callee : line.directCallees) {
-      InsertByName(direct, *callee, functions_.GetCodePage());
-    }
-    const bool first = !known.callees || !Adjusts(known);
-    const bool taken = first || !Adjusts(line);
-    if (first) {
-      known = std::move(line);
-    }
-    known.directCallees = std::move(direct);
-    return taken;
-  }
-
-  const StkFunctionTable& functions_;
-  const std::string& path_;
-  const StkMessages& messages_;
-  SpecNames names_{functions_};
-  std::unordered_map<const StkFunction*, StkAdjustment> byFunction_;  // asked, never walked
-  std::vector<StaleStatement> stale_;
-};
-
+// Puts what the file states in force, function by function; what changes is logged.
 class Merging {
  public:
   Merging(StkFunctionTable& functions, StkRootList& roots, StkReporter& reporter)
       : functions_(functions), roots_(roots), reporter_(reporter) {}
 
-  void Follow(StkFunction& function, const StkAdjustment* stated) {
+  // stated: none where the file states nothing of the function.
+  void Follow(StkFunction& function, const StkAdjustment* stated, bool asClone = false) {
     if (stated == nullptr) {
       Cancel(function);
-    } else if (!IsInForce(*stated, function)) {
+      return;
+    }
+    const bool changes = !IsInForce(*stated, function, asClone);
+    if (changes) {
       Adjust(function, *stated);
     }
-  }
-  // What is in force of the function, the input brings.
-  void Keep(const StkFunction& function, const StkAdjustment* stated) {
-    std::optional<StkAppliedAdjustment> adjustment;
-    if (stated != nullptr && Adjusts(*stated)) {
-      adjustment = {stated->margin, stated->depth};
+    if (stated->depth != kNoDepth) {
+      withDepth_.push_back({&function, stated->line, changes});
     }
-    functions_.KeepUnderBrought(function, adjustment,
-                                stated != nullptr ? *stated->callees : StkFunctionList(),
-                                stated != nullptr ? stated->directCallees : StkFunctionList());
   }
-  // False when a depth had to be dropped: its function is not recursive.
+  // False when a depth had to be dropped: no function that its line holds for is recursive.
   bool Compute() {
     if (changed_) {
       Recompute(functions_, roots_, calleesChanged_, nullptr, nullptr, reporter_);
     }
-    bool kept = true;
-    for (StkFunction* function : withDepth_) {
-      if (!function->Is(FN_RECURSIVE)) {
-        functions_.PutInForce(*function, {function->adjustment->margin, kNoDepth});
-        kept = false;
+    std::set<uint32_t> kept;  // lines
+    std::set<uint32_t> dropped;
+    for (const auto& [function, line, isNew] : withDepth_) {
+      const StkAppliedAdjustment* now = function->adjustment.get();
+      const bool hasDepth = now != nullptr && now->depth != kNoDepth;
+      if (function->Is(FN_RECURSIVE) || (hasDepth && !isNew)) {
+        kept.insert(line);
+        continue;
+      }
+      dropped.insert(line);
+      if (hasDepth) {
+        functions_.PutInForce(*function, {now->margin, kNoDepth});
       }
     }
-    if (!kept) {
+    if (!dropped.empty()) {
       Recompute(functions_, roots_, false, nullptr, nullptr, reporter_);
     }
-    return kept;
+    return std::ranges::includes(kept, dropped);
   }
   bool Changed() const { return changed_; }
   bool CalleesChanged() const { return calleesChanged_; }
 
  private:
-  bool IsInForce(const StkAdjustment& stated, const StkFunction& function) const {
+  struct WithDepth {
+    StkFunction* function;
+    uint32_t line;  // that states it
+    bool isNew;
+  };
+
+  // A clone has the depth of its base only while it is recursive.
+  bool IsInForce(const StkAdjustment& stated, const StkFunction& function, bool asClone) const {
     const StkAppliedAdjustment now =
         function.adjustment ? *function.adjustment : StkAppliedAdjustment();
-    return now.margin == stated.margin && now.depth == stated.depth &&
-           (function.adjustment != nullptr) == Adjusts(stated) &&
+    const bool noDepth = asClone && now.depth == kNoDepth && !function.Is(FN_RECURSIVE);
+    return now.margin == stated.margin && (now.depth == stated.depth || noDepth) &&
+           (function.adjustment != nullptr) == stated.Adjusts() &&
            function.extraCallees == *stated.callees &&
            functions_.DirectCallees(function) == stated.directCallees;
   }
@@ -159,15 +91,12 @@ class Merging {
     const std::string text =
         AdjustmentInformation(stated, function, InformationMode::kCompare, reporter_.Messages())
             .text;
-    if (Adjusts(stated)) {
+    if (stated.Adjusts()) {
       functions_.PutInForce(function, {stated.margin, stated.depth});
     } else {
       functions_.TakeAdjustmentAway(function);
     }
     functions_.SetDirectCallees(function, stated.directCallees);
-    if (stated.depth != kNoDepth) {
-      withDepth_.push_back(&function);
-    }
     SetCallees(function, *stated.callees);
     Log(MessageKey::kSpecificationAdjusted, function, text);
   }
@@ -188,9 +117,99 @@ class Merging {
   StkFunctionTable& functions_;
   StkRootList& roots_;
   StkReporter& reporter_;
-  StkFunctionList withDepth_;
+  std::vector<WithDepth> withDepth_;
   bool changed_ = false;
   bool calleesChanged_ = false;
+};
+
+// What is to be in force of a clone, or kept, and by which line.
+struct StatedOfClone {
+  std::optional<StkAdjustment> stated;
+  CloneStatement origin;
+
+  const StkAdjustment* Statement() const { return stated ? &*stated : nullptr; }
+};
+
+class Merge {
+ public:
+  Merge(const SystemFileStatements& file, const std::unordered_set<const StkFunction*>& own,
+        StkFunctionTable& functions, Merging& merging)
+      : file_(file), own_(own), functions_(functions), merging_(merging) {}
+
+  void Take(StkFunction& function) {
+    if (functions_.Brought(function) != nullptr) {
+      Keep(function);
+    } else if (own_.contains(&function)) {
+      KeepOwn(function);
+    } else if (function.Is(FN_CLONE)) {
+      StatedOfClone stated = OfClone(function);
+      merging_.Follow(function, stated.Statement(), !stated.origin.isOwn);
+      functions_.Clones().SetStatement(function, std::move(stated.origin));
+    } else {
+      merging_.Follow(function, file_.Of(function));
+    }
+  }
+
+ private:
+  // What is in force of the function, the input brings.
+  void Keep(const StkFunction& function) {
+    if (function.Is(FN_CLONE)) {
+      StatedOfClone stated = OfClone(function);
+      functions_.KeepUnderBrought(function, stated.stated.value_or(StkAdjustment()),
+                                  std::move(stated.origin));
+    } else {
+      const StkAdjustment* stated = file_.Of(function);
+      functions_.KeepUnderBrought(function, stated != nullptr ? *stated : StkAdjustment(), {});
+    }
+  }
+
+  // Of a clone from which everything was taken away here, no line of the file holds any more.
+  void KeepOwn(const StkFunction& function) {
+    const StkFunction* base = functions_.Clones().BaseOf(function);
+    const CloneStatement& origin = functions_.Clones().Statement(function);
+    if (function.Is(FN_CLONE) && !origin.isOwn && origin.baseLine.empty() && !own_.contains(base)) {
+      functions_.Clones().SetStatement(function, {.isOwn = true, .baseLine = {}});
+    }
+  }
+
+  StatedOfClone OfClone(const StkFunction& clone) const {
+    if (file_.IsNamed(clone)) {
+      const StkAdjustment* stated = file_.Of(clone);
+      return {stated != nullptr ? std::optional(*stated) : std::nullopt,
+              {.isOwn = true, .baseLine = {}}};
+    }
+    const StkFunction* base = functions_.Clones().BaseOf(clone);
+    if (base != nullptr && own_.contains(base)) {
+      return {OfOwnBase(clone, *base), {}};
+    }
+    const BaseLines::Line* line = file_.LineFor(clone);
+    if (line == nullptr) {
+      return {};
+    }
+    return {line->For(clone, functions_.GetCodePage()), line->Origin()};
+  }
+
+  std::optional<StkAdjustment> OfOwnBase(const StkFunction& clone, const StkFunction& base) const {
+    const KeptStatement kept = functions_.Kept(base);
+    if (kept.None()) {
+      return std::nullopt;
+    }
+    StkAdjustment stated;
+    if (kept.adjustment != nullptr) {
+      stated.margin = kept.adjustment->margin;
+      stated.depth = kept.adjustment->depth;
+    }
+    stated.callees = kept.callees;
+    stated.directCallees = kept.directCallees;
+    stated = AdjustmentFor(clone, stated, functions_.GetCodePage());
+    stated.depth = clone.Is(FN_RECURSIVE) ? stated.depth : kNoDepth;
+    return stated;
+  }
+
+  const SystemFileStatements& file_;
+  const std::unordered_set<const StkFunction*>& own_;
+  StkFunctionTable& functions_;
+  Merging& merging_;
 };
 
 }  // namespace
@@ -199,17 +218,14 @@ SystemFileMerge MergeSystemFile(std::string_view text, const std::string& path,
                                 const std::unordered_set<const StkFunction*>& own,
                                 StkFunctionTable& functions, StkRootList& roots,
                                 StkReporter& reporter) {
-  Statements stated(functions, path, reporter.Messages());
+  SystemFileStatements stated(functions, path, reporter.Messages());
   if (!stated.Read(text)) {
     return {};
   }
   Merging merging(functions, roots, reporter);
+  Merge merge(stated, own, functions, merging);
   for (StkFunction* function : functions.Functions()) {
-    if (functions.Brought(*function) != nullptr) {
-      merging.Keep(*function, stated.Of(*function));
-    } else if (!own.contains(function)) {
-      merging.Follow(*function, stated.Of(*function));
-    }
+    merge.Take(*function);
   }
   std::erase_if(stated.Stale(), [&own](const StaleStatement& stale) {
     return stale.function != nullptr && own.contains(stale.function);

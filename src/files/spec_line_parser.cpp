@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "files/numbers.h"
 #include "platform/limits.h"
@@ -46,10 +47,16 @@ bool SpecLineParser::ParseFunction() {
   if (!CheckName(name, FormatError())) {
     return false;
   }
+  name_ = name.written;
   function_ = Find(name);
   if (function_ == nullptr) {
-    missing_ = name.written;
-    return Fail(MessageKey::kW9410, name.written);
+    clones_ = FindClones(name);
+    if (clones_.empty()) {
+      missing_ = name.written;
+      return Fail(MessageKey::kW9410, name.written);
+    }
+    function_ = clones_.front();
+    return true;
   }
   const auto& earlier = function_->pendingAdjustment;
   if (context_.kind != SpecificationKind::kLibraryTable && earlier != nullptr) {
@@ -121,20 +128,27 @@ bool SpecLineParser::ReadCallee() {
   }
   ++callCount_;
   StkFunction* callee = Find(name);
-  if (callee == nullptr) {
+  const StkFunctionList callees = callee != nullptr ? StkFunctionList{callee} : FindClones(name);
+  if (callees.empty()) {
     missing_ = name.written;
     return Fail(MessageKey::kW9418);
   }
-  if (!calleeSet_.insert(callee).second) {
-    return true;
-  }
-  if (IsDirectCallee(*callee)) {
-    directCallees_.push_back(callee);
-  } else {
-    callees_.push_back(callee);
-    attributeSeen_ = true;
+  for (StkFunction* each : callees) {
+    AddCallee(*each);
   }
   return true;
+}
+
+void SpecLineParser::AddCallee(StkFunction& callee) {
+  if (!calleeSet_.insert(&callee).second) {
+    return;
+  }
+  if (IsDirectCallee(callee)) {
+    directCallees_.push_back(&callee);
+  } else {
+    callees_.push_back(&callee);
+    attributeSeen_ = true;
+  }
 }
 
 bool SpecLineParser::CheckName(const SpecName& name, MessageKey unclosedBracket) {
@@ -155,17 +169,31 @@ bool SpecLineParser::CheckName(const SpecName& name, MessageKey unclosedBracket)
 
 StkFunction* SpecLineParser::Find(const SpecName& name) {
   StkFunction* found = context_.names.Find(name);
-  const bool stated = context_.kind != SpecificationKind::kLibraryTable;
-  if (found != nullptr && stated && context_.names.IsAmbiguous(name, *found)) {
-    notes_.push_back(
-        {.rule = "ambiguous-name",
-         .text = context_.messages.FormatMessageText(MessageKey::kNoteAmbiguousName,
-                                                     {name.written, context_.names.Shown(*found)}),
-         .file = context_.path,
-         .line = context_.lineNumber,
-         .function = found->index});
+  if (found != nullptr && context_.names.IsAmbiguous(name, *found)) {
+    NoteAmbiguity(name, *found);
   }
   return found;
+}
+
+StkFunctionList SpecLineParser::FindClones(const SpecName& name) {
+  SpecNames::BaseClones gone = context_.names.FindClones(name);
+  if (gone.isAmbiguous) {
+    NoteAmbiguity(name, *gone.clones.front());
+  }
+  return std::move(gone.clones);
+}
+
+void SpecLineParser::NoteAmbiguity(const SpecName& name, const StkFunction& taken) {
+  if (context_.kind == SpecificationKind::kLibraryTable) {
+    return;
+  }
+  notes_.push_back(
+      {.rule = "ambiguous-name",
+       .text = context_.messages.FormatMessageText(MessageKey::kNoteAmbiguousName,
+                                                   {name.written, context_.names.Shown(taken)}),
+       .file = context_.path,
+       .line = context_.lineNumber,
+       .function = taken.index});
 }
 
 // A number ends at the first character that is no digit of its base, and the rest counts for

@@ -42,10 +42,16 @@ class SpecLineParser {
 
   // None for an empty line and a comment. Also with an error behind the function's name.
   StkFunction* Function() const { return function_; }
+  // Not empty: the line names a function that is gone, and holds for these clones of it, the first
+  // of which is Function().
+  const StkFunctionList& Clones() const { return clones_; }
+  // The function's name as written.
+  std::string_view Name() const { return name_; }
   // At least one attribute was accepted. A callee that the function has already counts for none.
   bool AttributeSeen() const { return attributeSeen_; }
   uint32_t Margin() const { return margin_; }
   uint32_t Depth() const { return depth_; }
+  bool StatesSomething() const { return attributeSeen_ || !directCallees_.empty(); }
   // In the order in which they were first met, without repetition.
   const StkFunctionList& Callees() const { return callees_; }
   // Those that the function calls directly.
@@ -64,6 +70,9 @@ class SpecLineParser {
   // False after an error of the name.
   bool CheckName(const SpecName& name, MessageKey unclosedBracket);
   StkFunction* Find(const SpecName& name);
+  StkFunctionList FindClones(const SpecName& name);
+  void AddCallee(StkFunction& callee);
+  void NoteAmbiguity(const SpecName& name, const StkFunction& taken);
   void NoteIfOdd(std::string_view keyword, std::string_view value, size_t digits, uint32_t number);
   bool IsDirectCallee(const StkFunction& callee) const;
 
@@ -80,6 +89,8 @@ class SpecLineParser {
   std::vector<StkNote> notes_;
 
   StkFunction* function_ = nullptr;
+  StkFunctionList clones_;
+  std::string_view name_;
   bool attributeSeen_ = false;
   uint32_t margin_ = kNoMargin;
   uint32_t depth_ = kNoDepth;

@@ -60,6 +60,49 @@ StkFunction* SpecNames::OnlyOne(const Places& places, std::string_view tail) con
   return fitting.size() == 1 ? fitting.front().function : nullptr;
 }
 
+SpecNames::BaseClones SpecNames::FindClones(const SpecName& name) {
+  BaseClones gone;
+  if (name.bracketed || name.written.empty()) {
+    return gone;
+  }
+  for (StkFunction* clone : table_.ClonesOfGone(name.function)) {
+    if (name.qualified && !IsInFile(*clone, name)) {
+      continue;
+    }
+    if (gone.clones.empty() || AreOfOneSource(*clone, *gone.clones.front())) {
+      gone.clones.push_back(clone);
+    } else {
+      gone.isAmbiguous = true;
+    }
+  }
+  return gone;
+}
+
+std::optional<std::string> SpecNames::GoneBase(
+    const StkFunction& clone, const std::unordered_set<const StkFunction*>& among) {
+  const std::optional<uint32_t> base = table_.Clones().GoneBaseName(clone);
+  if (!base) {
+    return std::nullopt;
+  }
+  const std::string name = QuotedWhereNeeded(table_.NameOf(*base), codePage_);
+  const std::string file = QuotedWhereNeeded(Parts(clone.file->name).front(), codePage_);
+  for (const std::string& text : {name, file + "#" + name}) {
+    const SpecName parts = SpecLineScanner(text, codePage_).TakeName();
+    const BaseClones gone = Find(parts) == nullptr ? FindClones(parts) : BaseClones();
+    const bool all = std::ranges::all_of(
+        gone.clones, [&](const StkFunction* each) { return among.contains(each); });
+    if (all && !gone.isAmbiguous && std::ranges::find(gone.clones, &clone) != gone.clones.end()) {
+      return text;
+    }
+  }
+  return std::nullopt;
+}
+
+bool SpecNames::IsInFile(const StkFunction& function, const SpecName& name) const {
+  const Place wanted{nullptr, Parts(name.file)};
+  return ComparePaths({nullptr, Parts(function.file->name)}, wanted, wanted.path.size()) == 0;
+}
+
 bool SpecNames::IsAmbiguous(const SpecName& name, const StkFunction& found) {
   if (!found.ShownName().empty() && name.function == found.name && !table_.SharesName(found)) {
     return false;

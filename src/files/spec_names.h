@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "core/function_table.h"
@@ -25,6 +26,17 @@ class SpecNames {
 
   // None for a name that means nothing.
   StkFunction* Find(const SpecName& name);
+  // The clones that a name stands for whose own function is gone: those of one function of the
+  // source. Empty for any other name.
+  struct BaseClones {
+    StkFunctionList clones;    // in the order of the table
+    bool isAmbiguous = false;  // they are only the first of several that the name fits
+  };
+  BaseClones FindClones(const SpecName& name);
+  // The name that stands for all clones of a function that is gone, this one among them: none where
+  // one of them is not among these functions, or nothing names them alone.
+  std::optional<std::string> GoneBase(const StkFunction& clone,
+                                      const std::unordered_set<const StkFunction*>& among);
   // found is only the first of several that the name fits.
   bool IsAmbiguous(const SpecName& name, const StkFunction& found);
   // What names this function, and no other, at the start of a line and after "CALL=": in the
@@ -62,6 +74,7 @@ class SpecNames {
   const Namesakes& NamesakesOf(std::string_view cName);
   StkFunction* FindInFile(const SpecName& name);
   StkFunction* OnlyOne(const Places& places, std::string_view tail) const;
+  bool IsInFile(const StkFunction& function, const SpecName& name) const;
   bool Means(std::string_view text, const StkFunction& function);
   std::string FurtherForm(const StkFunction& function, std::string_view functionName);
   std::string FurtherFormWithFile(const StkFunction& function, std::string_view functionName);

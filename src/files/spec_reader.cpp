@@ -66,22 +66,43 @@ bool StkSpecReader::ParseLine(StkFunctionTable& table, uint32_t lineNumber, std:
   }
   if (names_ == nullptr) {
     names_ = std::make_unique<SpecNames>(table);
+    baseLines_ = std::make_unique<BaseLines>(table);
   }
   SpecLineParser line({table, *names_, kind_, path_, lineNumber, reporter_.Messages()}, text);
   if (!line.Parse()) {
     KeepStale(line, lineNumber, text);
+    TakeName(table, line);
     return HandleError(line.Error(), stopEvent);
+  }
+  if (const std::optional<uint32_t> earlier = baseLines_->Earlier(line)) {
+    return HandleError(
+        reporter_.Messages().MakeMessage(MessageKey::kW9424,
+                                         {MessageFile{path_}, *earlier, MessageLine{lineNumber}}),
+        stopEvent);
   }
   for (const StkNote& note : line.Notes()) {
     reporter_.PostNote(note);
   }
-  const bool states = line.AttributeSeen() || !line.DirectCallees().empty();
-  if (line.Function() != nullptr && states) {
-    Apply(table, line, lineNumber);
-    specCount_ += line.AttributeSeen() ? 1U : 0U;
-    ++takenCount_;
+  TakeName(table, line);
+  if (!line.StatesSomething()) {
+    return true;
   }
+  const bool isOfGone = !line.Clones().empty();
+  if (isOfGone || Apply(table, line, lineNumber)) {
+    baseLines_->Take(line, lineNumber, text);
+  }
+  takenCount_ += isOfGone ? 0U : 1U;
   return true;
+}
+
+// A clone that a line names has nothing from another line of this file.
+void StkSpecReader::TakeName(StkFunctionTable& table, const SpecLineParser& line) {
+  baseLines_->TakeName(line);
+  const StkFunction* function = line.Function();
+  if (function != nullptr && baseLines_->IsNamed(*function) && !IsOfInput() &&
+      kind_ != SpecificationKind::kLibraryTable) {
+    table.Clones().SetPending(*function, {.isOwn = true, .baseLine = {}});
+  }
 }
 
 void StkSpecReader::KeepStale(const SpecLineParser& line, uint32_t lineNumber,
@@ -90,37 +111,89 @@ void StkSpecReader::KeepStale(const SpecLineParser& line, uint32_t lineNumber,
   if (kind_ == SpecificationKind::kSystemFile &&
       (error == MessageKey::kW9410 || error == MessageKey::kW9418) &&
       IsSpecStatement(text, host_.codePage)) {
-    stale_.push_back({std::string(text), lineNumber, std::string(line.Missing()), line.Function()});
+    StkFunction* function = line.Clones().empty() ? line.Function() : nullptr;
+    stale_.push_back({std::string(text), lineNumber, std::string(line.Missing()), function});
   }
 }
 
-void StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
+bool StkSpecReader::Apply(StkFunctionTable& table, const SpecLineParser& line,
                           uint32_t lineNumber) {
   StkFunction& function = *line.Function();
   if (kind_ == SpecificationKind::kLibraryTable) {
+    specCount_ += line.AttributeSeen() ? 1U : 0U;
     if (line.Margin() != kNoMargin && !function.Is(FN_DEFINED)) {
       table.SetLibrarySize(function, line.Margin());
     }
-    return;
+    return true;
   }
   if (!MayState(table, function, lineNumber)) {
+    return false;
+  }
+  if (function.Is(FN_CLONE)) {
+    table.Clones().SetPending(function, {.isOwn = true, .baseLine = {}});
+  }
+  StkAdjustment stated;
+  stated.margin = line.Margin();
+  stated.depth = line.Depth();
+  stated.line = lineNumber;
+  stated.SetCallees(line.Callees(), table.GetCodePage());
+  stated.directCallees = line.DirectCallees();
+  State(table, function, std::move(stated));
+  return true;
+}
+
+void StkSpecReader::State(StkFunctionTable& table, StkFunction& function, StkAdjustment stated) {
+  const bool states = stated.Adjusts();
+  const bool calls = !stated.callees->empty();
+  if (calls || !stated.directCallees.empty()) {
+    table.StateDirectCallees(function, stated.directCallees);
+  }
+  if (!states) {
     return;
   }
-  if (!line.Callees().empty() || !line.DirectCallees().empty()) {
-    table.StateDirectCallees(function, line.DirectCallees());
+  ++specCount_;
+  callsSeen_ = callsSeen_ || calls;
+  stated.directCallees.clear();
+  if (!calls) {
+    stated.callees.reset();
   }
-  if (!line.AttributeSeen()) {
+  table.SetPendingAdjustment(function, std::move(stated));
+}
+
+void StkSpecReader::EndLines(StkFunctionTable& table) {
+  if (baseLines_ == nullptr || kind_ == SpecificationKind::kLibraryTable) {
     return;
   }
-  StkAdjustment adjustment;
-  adjustment.margin = line.Margin();
-  adjustment.depth = line.Depth();
-  adjustment.line = lineNumber;
-  if (!line.Callees().empty()) {
-    adjustment.SetCallees(line.Callees(), table.GetCodePage());
-    callsSeen_ = true;
+  for (const BaseLines::Line& line : baseLines_->Lines()) {
+    StateForClones(table, line);
+    if (baseLines_->HoldsForNone(line)) {
+      KeepWithoutEffect(line);
+    } else {
+      takenCount_ += line.base == nullptr ? 1U : 0U;
+    }
   }
-  table.SetPendingAdjustment(function, std::move(adjustment));
+}
+
+void StkSpecReader::StateForClones(StkFunctionTable& table, const BaseLines::Line& line) {
+  for (StkFunction* clone : line.clones) {
+    if (baseLines_->IsNamed(*clone)) {
+      continue;
+    }
+    StkAdjustment stated = line.For(*clone, table.GetCodePage());
+    if (table.Brought(*clone) != nullptr && !IsOfInput()) {
+      table.KeepUnderBrought(*clone, stated, line.Origin());
+    } else if (MayState(table, *clone, stated.line)) {
+      table.Clones().SetPending(*clone, line.Origin());
+      State(table, *clone, std::move(stated));
+    }
+  }
+}
+
+// Each of its clones is named by another line.
+void StkSpecReader::KeepWithoutEffect(const BaseLines::Line& line) {
+  if (kind_ == SpecificationKind::kSystemFile) {
+    stale_.push_back({line.text, line.stated.line, line.name, nullptr});
+  }
 }
 
 bool StkSpecReader::MayState(StkFunctionTable& table, const StkFunction& function,

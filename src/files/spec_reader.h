@@ -8,6 +8,7 @@
 
 #include "core/function_table.h"
 #include "core/specification_source.h"
+#include "files/base_lines.h"
 #include "files/byte_source.h"
 #include "files/spec_names.h"
 #include "messages/reporter.h"
@@ -22,7 +23,7 @@ class SpecLineParser;
 struct StaleStatement {
   std::string text;       // the line
   uint32_t line = 0;      // its number
-  std::string missing;    // the name that names nothing
+  std::string missing;    // the name that names nothing, or no more than clones that others name
   StkFunction* function;  // that the line is about; none: the missing one
 };
 StkNote NoteOf(const StaleStatement& stale, const std::string& path, const StkMessages& messages);
@@ -47,6 +48,10 @@ class StkSpecReader : public SpecificationSource {
   bool ParseLine(StkFunctionTable& table, uint32_t lineNumber, std::string_view text,
                  uint64_t length, Event& stopEvent);
 
+  // After the last line that counts: what was stated of functions holds for their clones that no
+  // line names.
+  void EndLines(StkFunctionTable& table);
+
   // Lines that ask for a computation.
   uint32_t SpecCount() const { return specCount_; }
   // Lines of which all that they state has been taken, the stale ones not included.
@@ -59,6 +64,8 @@ class StkSpecReader : public SpecificationSource {
   // Asked before a line takes effect. False after a warning: a file of the input, which wins,
   // states the function.
   virtual bool MayState(StkFunctionTable& table, const StkFunction& function, uint32_t lineNumber);
+  // What it states wins over what files of the input do.
+  virtual bool IsOfInput() const { return false; }
   // The file at the path; none when that fails, with nothing reported.
   std::unique_ptr<StkByteSource> OpenFile();
   std::unique_ptr<StkByteSource> Taken(OpenResult<InputFile> opened);
@@ -70,16 +77,21 @@ class StkSpecReader : public SpecificationSource {
   StkReporter& reporter_;
 
  private:
-  // What a line without error states takes effect.
-  void Apply(StkFunctionTable& table, const SpecLineParser& line, uint32_t lineNumber);
+  // What a line without error states takes effect. False: it may not.
+  bool Apply(StkFunctionTable& table, const SpecLineParser& line, uint32_t lineNumber);
+  void State(StkFunctionTable& table, StkFunction& function, StkAdjustment stated);
+  void StateForClones(StkFunctionTable& table, const BaseLines::Line& line);
+  void KeepWithoutEffect(const BaseLines::Line& line);
   // False: the file is read no further.
   bool HandleError(const StkMessage& error, Event& stopEvent);
+  void TakeName(StkFunctionTable& table, const SpecLineParser& line);
   void KeepStale(const SpecLineParser& line, uint32_t lineNumber, std::string_view text);
 
   bool notFound_ = false;
   uint32_t specCount_ = 0;
   uint32_t takenCount_ = 0;
-  std::unique_ptr<SpecNames> names_;  // from the first line on
+  std::unique_ptr<SpecNames> names_;      // from the first line on
+  std::unique_ptr<BaseLines> baseLines_;  // likewise
   std::vector<StaleStatement> stale_;
   bool callsSeen_ = false;
   StopAnswer answer_ = StopAnswer::kRetry;
@@ -94,6 +106,7 @@ class StkInputFileReader : public StkSpecReader {
 
  protected:
   bool MayState(StkFunctionTable& table, const StkFunction& function, uint32_t lineNumber) override;
+  bool IsOfInput() const override { return true; }
 };
 
 // The stk system file, where the user's adjustments live between runs. A missing one is normal. One

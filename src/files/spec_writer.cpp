@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <set>
+#include <unordered_set>
 #include <utility>
 
 #include "core/function_text.h"
@@ -22,7 +23,21 @@ StkSpecWriter::StkSpecWriter(Mode mode, std::string path, const StkFunctionTable
     : mode_(mode),
       table_(table),
       host_(host),
-      target_(std::move(path), host, std::move(giveUp)) {}
+      target_(std::move(path), host, std::move(giveUp)),
+      fileLines_(
+          table, names_,
+          mode == Mode::kAutomatic ? SpecFileLines::Of::kKept : SpecFileLines::Of::kInForce) {}
+
+uint32_t StkSpecWriter::CountToWrite() {
+  if (!lines_) {
+    lines_ = fileLines_.Stated(keptLines_);
+    if (mode_ == Mode::kUser) {
+      const std::vector<SpecFileLines::Line> unknown = fileLines_.Unknown();
+      lines_->insert(lines_->end(), unknown.begin(), unknown.end());
+    }
+  }
+  return static_cast<uint32_t>(lines_->size());
+}
 
 bool StkSpecWriter::Open() {
   if (!target_.Open(mode_ == Mode::kAutomatic ? StkOutputTarget::Way::kBeside
@@ -36,9 +51,8 @@ bool StkSpecWriter::Open() {
 }
 
 WorkEnd StkSpecWriter::Write(const AfterFunction& afterFunction) {
-  const bool written = WriteFunctions(true, afterFunction) &&
-                       (mode_ == Mode::kAutomatic || WriteFunctions(false, afterFunction));
-  const bool complete = written || (stopped_ && count_ == CountToWrite());
+  const uint32_t count = CountToWrite();
+  const bool complete = WriteFunctions(afterFunction) || (stopped_ && count_ == count);
   if (complete && WriteKeptLines()) {
     return Finish();
   }
@@ -50,13 +64,9 @@ WorkEnd StkSpecWriter::Write(const AfterFunction& afterFunction) {
                                           : MessageKey::kW9404);
 }
 
-bool StkSpecWriter::WriteFunctions(bool stated, const AfterFunction& afterFunction) {
-  for (const auto& function : table_.Functions()) {
-    const bool hasStatement = !StatementToWrite(*function).None();
-    if (stated ? !hasStatement : hasStatement || !function->IsUnknown()) {
-      continue;
-    }
-    if (!WriteFunction(*function)) {
+bool StkSpecWriter::WriteFunctions(const AfterFunction& afterFunction) {
+  for (const SpecFileLines::Line& line : *lines_) {
+    if (!WriteFunction(line)) {
       return false;
     }
     ++count_;
@@ -68,52 +78,53 @@ bool StkSpecWriter::WriteFunctions(bool stated, const AfterFunction& afterFuncti
   return true;
 }
 
-KeptStatement StkSpecWriter::StatementToWrite(const StkFunction& function) const {
-  return mode_ == Mode::kAutomatic ? table_.Kept(function) : table_.InForce(function);
-}
-
 // A line that is too long goes to the file, whose limit it is.
-bool StkSpecWriter::WriteFunction(const StkFunction& function) {
-  const std::optional<std::string> line = LineOf(function);
-  if (!line || (line->size() <= kMaxTextLength && !ReadsBack(*line, function))) {
-    refused_.push_back(FunctionSpecName(function, host_.codePage));
+bool StkSpecWriter::WriteFunction(const SpecFileLines::Line& line) {
+  const std::optional<std::string> text = TextOf(line);
+  if (!text || (text->size() <= kMaxTextLength && !ReadsBack(*text, line))) {
+    refused_.push_back(FunctionSpecName(*line.function, host_.codePage));
     return true;
   }
-  return file_->WriteString(*line) && file_->WriteString("\n");
+  return file_->WriteString(*text) && file_->WriteString("\n");
 }
 
-std::optional<std::string> StkSpecWriter::LineOf(const StkFunction& function) {
-  std::optional<std::string> line = names_.Statement(function);
-  if (!line) {
+std::optional<std::string> StkSpecWriter::TextOf(const SpecFileLines::Line& line) {
+  std::optional<std::string> text =
+      line.goneBase.empty() ? names_.Statement(*line.function) : line.goneBase;
+  if (!text) {
     return std::nullopt;
   }
-  const KeptStatement stated = StatementToWrite(function);
-  if (const StkAppliedAdjustment* adjustment = stated.adjustment) {
-    if (adjustment->margin != kNoMargin) {
-      *line += ", ADD=" + std::to_string(adjustment->margin);
-    }
-    if (adjustment->depth != kNoDepth) {
-      *line += ", RECTIME=" + std::to_string(adjustment->depth);
-    }
-    if (!AddCallees(stated.callees, *line)) {
-      return std::nullopt;
-    }
+  const KeptStatement stated = fileLines_.Statement(*line.function);
+  if (stated.adjustment != nullptr && stated.adjustment->margin != kNoMargin) {
+    *text += ", ADD=" + std::to_string(stated.adjustment->margin);
   }
-  return AddCallees(stated.directCallees, *line) ? line : std::nullopt;
+  if (line.depth != kNoDepth) {
+    *text += ", RECTIME=" + std::to_string(line.depth);
+  }
+  return AddCallees(stated, *text) ? text : std::nullopt;
 }
 
-bool StkSpecWriter::AddCallees(const StkFunctionList& callees, std::string& line) {
+bool StkSpecWriter::AddCallees(const KeptStatement& statement, std::string& text) {
+  StkFunctionList callees = statement.callees;
+  callees.insert(callees.end(), statement.directCallees.begin(), statement.directCallees.end());
+  const std::unordered_set<const StkFunction*> all(callees.begin(), callees.end());
+  std::unordered_set<std::string> bases;
   return std::ranges::all_of(callees, [&](const StkFunction* callee) {
-    const std::optional<std::string> name = names_.Statement(*callee);
-    line += name ? ", CALL=" + *name : "";
+    std::optional<std::string> name = names_.GoneBase(*callee, all);
+    const bool isBase = name.has_value();
+    name = isBase ? name : names_.Statement(*callee);
+    if (name && (!isBase || bases.insert(*name).second)) {
+      text += ", CALL=" + *name;
+    }
     return name.has_value();
   });
 }
 
-bool StkSpecWriter::ReadsBack(std::string_view line, const StkFunction& function) {
+bool StkSpecWriter::ReadsBack(std::string_view text, const SpecFileLines::Line& line) {
   SpecLineParser parser(
-      {table_, names_, SpecificationKind::kSystemFile, target_.Path(), 0, noMessages_}, line);
-  if (!parser.Parse() || parser.Function() != &function) {
+      {table_, names_, SpecificationKind::kSystemFile, target_.Path(), 0, noMessages_}, text);
+  if (!parser.Parse() ||
+      (line.goneBase.empty() ? parser.Function() != line.function : parser.Clones().empty())) {
     return false;
   }
   const auto together = [](const StkFunctionList& some, const StkFunctionList& others) {
@@ -121,10 +132,9 @@ bool StkSpecWriter::ReadsBack(std::string_view line, const StkFunction& function
     all.insert(others.begin(), others.end());
     return all;
   };
-  const KeptStatement stated = StatementToWrite(function);
-  const StkAppliedAdjustment adjustment =
-      stated.adjustment != nullptr ? *stated.adjustment : StkAppliedAdjustment();
-  return parser.Margin() == adjustment.margin && parser.Depth() == adjustment.depth &&
+  const KeptStatement stated = fileLines_.Statement(*line.function);
+  const uint32_t margin = stated.adjustment != nullptr ? stated.adjustment->margin : kNoMargin;
+  return parser.Margin() == margin && parser.Depth() == line.depth &&
          together(parser.Callees(), parser.DirectCallees()) ==
              together(stated.callees, stated.directCallees);
 }

@@ -11,6 +11,7 @@
 
 #include "core/function_table.h"
 #include "files/output_target.h"
+#include "files/spec_file_lines.h"
 #include "files/spec_names.h"
 #include "files/text_output_file.h"
 #include "files/work_end.h"
@@ -35,7 +36,7 @@ class StkSpecWriter {
     // replaced in the same way; of a new one, what was written before a failure or a stop stays.
     kUser,
   };
-  // Called after each function with the number of functions written so far. False stops.
+  // Called after each line with the number of lines written so far. False stops.
   using AfterFunction = std::function<bool(uint32_t count)>;
 
   // giveUp: of a lock on the file that is to be replaced, with which the writing is stopped.
@@ -44,14 +45,13 @@ class StkSpecWriter {
   StkSpecWriter(const StkSpecWriter&) = delete;
   StkSpecWriter& operator=(const StkSpecWriter&) = delete;
 
-  // The number of functions that the file is to hold.
-  uint32_t CountToWrite() const {
-    return mode_ == Mode::kUser ? table_.CountForSpecFile(true) : table_.CountKept();
-  }
+  // The number of lines that the file is to hold of functions. After SetKeptLines.
+  uint32_t CountToWrite();
   // Automatic mode. Asked with the old file, if there is one, which is held, when the new one is
   // complete. False keeps the old file: the writing fails with W9402.
   void SetMayReplace(FileSystem::MayReplace mayReplace) { mayReplace_ = std::move(mayReplace); }
-  // Automatic mode: lines to keep as they are, behind the others.
+  // Automatic mode: lines to keep as they are, behind the others, which name functions that are not
+  // there.
   void SetKeptLines(std::vector<std::string> lines) { keptLines_ = std::move(lines); }
   bool Open();
   // kStopped only when functions were left out, or the old file was locked: else a stop after the
@@ -65,14 +65,13 @@ class StkSpecWriter {
   void PostRefused(StkReporter& reporter) const;
 
  private:
-  bool WriteFunctions(bool stated, const AfterFunction& afterFunction);
-  KeptStatement StatementToWrite(const StkFunction& function) const;
-  bool WriteFunction(const StkFunction& function);
+  bool WriteFunctions(const AfterFunction& afterFunction);
+  bool WriteFunction(const SpecFileLines::Line& line);
   bool WriteKeptLines();
   // None where a name in it cannot be written.
-  std::optional<std::string> LineOf(const StkFunction& function);
-  bool AddCallees(const StkFunctionList& callees, std::string& line);
-  bool ReadsBack(std::string_view line, const StkFunction& function);
+  std::optional<std::string> TextOf(const SpecFileLines::Line& line);
+  bool AddCallees(const KeptStatement& statement, std::string& text);
+  bool ReadsBack(std::string_view text, const SpecFileLines::Line& line);
   WorkEnd Finish();
   WorkEnd EndStopped();
   WorkEnd Fail(MessageKey key);
@@ -82,6 +81,8 @@ class StkSpecWriter {
   Host& host_;
   StkOutputTarget target_;
   SpecNames names_{table_};
+  SpecFileLines fileLines_;
+  std::optional<std::vector<SpecFileLines::Line>> lines_;
   const StkMessages noMessages_{host_.codePage, {}};  // for lines that are read back
   std::vector<std::string> keptLines_;
   std::vector<std::string> refused_;      // functions

@@ -139,7 +139,9 @@ TEST(Adjustments, AskAboutDepthsUntilAnswered) {
   for (const BoxAnswer answer : {BoxAnswer::kRetry, BoxAnswer::kIgnore, BoxAnswer::kAbort}) {
     Adjusted graph("f 1\ng 1\nh 1\n");
     for (const auto& function : graph.functions.Functions()) {
-      graph.functions.SetPendingAdjustment(*function, Values(kNoMargin, 3));
+      StkAdjustment pending = Values(kNoMargin, 3);
+      pending.line = function->index + 1;
+      graph.functions.SetPendingAdjustment(*function, std::move(pending));
     }
     graph.recorder.boxes.answerWith = [&](const auto&) { return answer; };
     TestSource source(SpecificationKind::kUserFile, StopAnswer::kRetry);

@@ -1,5 +1,6 @@
 #include "core/detail/pending_adjustments.h"
 
+#include <set>
 #include <string>
 
 #include "core/adjustment_information.h"
@@ -23,23 +24,34 @@ void ApplyPending(StkFunctionTable& table, StkFunction& function, bool log, StkR
   table.PutPendingInForce(function);
 }
 
+// A line that holds for clones too is wrong only where none of its functions is recursive.
 void CheckRecursionDepths(StkFunctionTable& table, SpecificationSource& source, Event* stopEvent,
                           StkReporter& reporter) {
   const bool ask = source.Kind() == SpecificationKind::kUserFile;
   Event neverStopped{Event::Reset::kManual};
   StopAnswer answer = source.Answer();
+  std::set<uint32_t> settled;  // lines
+  StkFunctionList wrong;
   for (StkFunction* function : table.Functions()) {
-    StkAdjustment* pending = function->pendingAdjustment.get();
-    if (pending == nullptr || pending->depth == kNoDepth || function->Is(FN_RECURSIVE)) {
+    const StkAdjustment* pending = function->pendingAdjustment.get();
+    if (pending == nullptr || pending->depth == kNoDepth) {
       continue;
     }
-    if (ask) {
+    if (function->Is(FN_RECURSIVE)) {
+      settled.insert(pending->line);
+    } else {
+      wrong.push_back(function);
+    }
+  }
+  for (StkFunction* function : wrong) {
+    StkAdjustment& pending = *function->pendingAdjustment;
+    if (ask && settled.insert(pending.line).second) {
       answer = reporter.AskStopReading(
           stopEvent != nullptr ? *stopEvent : neverStopped, answer,
-          reporter.Messages().MakeMessage(
-              MessageKey::kW9417, {MessageFile{source.Path()}, MessageLine{pending->line}}));
+          reporter.Messages().MakeMessage(MessageKey::kW9417,
+                                          {MessageFile{source.Path()}, MessageLine{pending.line}}));
     }
-    pending->depth = kNoDepth;
+    pending.depth = kNoDepth;
   }
 }
 

@@ -62,6 +62,7 @@ void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkR
   LeaveOutUnlinked(reporter);
   NameModules();
   EnterFunctions();
+  EnterClones();
   EnterOutside();
   EnterCalls();
   EnterSites();

@@ -138,6 +138,7 @@ class ProgramLink {
   // Into the function table (program_link_entry.cpp).
   void NameModules();
   void EnterFunctions();
+  void EnterClones();
   void EnterOutside();
   void EnterCalls();
   void EnterSites();
@@ -177,7 +178,8 @@ class ProgramLink {
   std::vector<uint32_t> calleeEnds_;    // by entity
   std::vector<uint32_t> latestCaller_;  // by callee, to tell equal ones apart
   std::vector<bool> hasSites_;          // by entity
-  std::vector<uint32_t> indexOf_;       // in the table, by entity and outside function
+  StkFunctionList clones_;
+  std::vector<uint32_t> indexOf_;  // in the table, by entity and outside function
   std::vector<const StkFileEntry*> sourceFiles_;
   std::vector<const StkFileEntry*> moduleFiles_;  // by unit
   std::unordered_map<uint32_t, const StkFileEntry*> linkTimeFiles_;

@@ -91,6 +91,27 @@ void ProgramLink::EnterFunctions() {
     if (function.shownName != kNone) {
       table.SetShownName(entered, function.shownName);
     }
+    if (!CloneBase(entered.name).empty()) {
+      clones_.push_back(&entered);
+    }
+  }
+}
+
+// A function of another file is the base only where the source shows that: every file may have its
+// own one of a name.
+void ProgramLink::EnterClones() {
+  StkFunctionTable& table = database_->functions;
+  for (StkFunction* clone : clones_) {
+    const std::string symbol(CloneBase(clone->name));
+    StkFunction* base = table.FindCallee(*clone, symbol);
+    if (base != nullptr && base->Is(FN_DEFINED) && AreOfOneSource(*clone, *base)) {
+      table.Clones().Add(*clone, *base);
+      continue;
+    }
+    table.Clones().AddOfGone(*clone, table.NumberOfName(symbol));
+    if (const std::string shown = DemangledName(symbol); !shown.empty()) {
+      table.Clones().AddOfGone(*clone, table.NumberOfName(shown));
+    }
   }
 }
 

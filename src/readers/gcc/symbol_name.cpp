@@ -42,6 +42,22 @@ bool TakeOffset(std::string_view& text) {
   return true;
 }
 
+// ".isra.0" from its end, unless nothing stands before it.
+bool TakeCloneMark(std::string_view& symbol) {
+  const size_t number = symbol.find_last_not_of("0123456789");
+  if (number == std::string_view::npos || number + 1 == symbol.size()) {
+    return false;
+  }
+  std::string_view rest = symbol.substr(0, number + 1);
+  for (const std::string_view mark : {".part.", ".isra.", ".constprop.", ".lto_priv."}) {
+    if (rest.size() > mark.size() && TakeSuffix(rest, mark)) {
+      symbol = rest;
+      return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 std::string DemangledName(std::string_view symbol) {
@@ -66,6 +82,13 @@ std::string ThunkTarget(std::string_view symbol) {
     return {};
   }
   return "_Z" + std::string(symbol);
+}
+
+std::string_view CloneBase(std::string_view symbol) {
+  std::string_view base = symbol;
+  while (TakeCloneMark(base)) {
+  }
+  return base.size() == symbol.size() ? std::string_view() : base;
 }
 
 }  // namespace velkor

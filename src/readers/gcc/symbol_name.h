@@ -13,4 +13,8 @@ std::string DemangledName(std::string_view symbol);
 // symbol, and for a thunk that calls and returns.
 std::string ThunkTarget(std::string_view symbol);
 
+// The symbol that the compiler made a clone of ("step" of "step.part.0.isra.1"); empty for every
+// other symbol.
+std::string_view CloneBase(std::string_view symbol);
+
 }  // namespace velkor
