@@ -60,6 +60,7 @@ LooseObject RecordLooseObject(std::string_view path, std::string_view bytes,
   recording.hasMachine = true;
   object.RecordOthers();
   RecordCalls(object, recording);
+  object.RecordTakenAddresses();
   const bool compiled = !facts.Compiler().empty();
   recording.notes.push_back(NoteOf(object, path, compiled, messages));
   return compiled ? LooseObject::kCompiled : LooseObject::kAssembler;

@@ -42,6 +42,10 @@ void ProgramLink::Add(const UnitRecording& recording, std::string_view path,
   for (UnitRecording::IndirectSite& site : unit.sites) {
     site.file = site.file == kNone ? kNone : files[site.file];
   }
+  unit.addresses = recording.takenAddresses;
+  for (UnitRecording::Address& address : unit.addresses) {
+    address.target = address.isLocal ? address.target : names[address.target];
+  }
   unit.notes = recording.notes;
   hasLinkTimeUnits_ = hasLinkTimeUnits_ || recording.isLinkTime;
 }
@@ -59,6 +63,7 @@ void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkR
   ImproveFrames();
   FindEntries();
   LinkOutsideCode();
+  MarkTakenAddresses();
   LeaveOutUnlinked(reporter);
   NameModules();
   EnterFunctions();
@@ -81,6 +86,7 @@ void ProgramLink::NumberParts() {
       unit.functions.clear();
       unit.calls.clear();
       unit.sites.clear();
+      unit.addresses.clear();
     }
     unit.firstPart = static_cast<uint32_t>(unitOfPart_.size());
     unitOfPart_.resize(unitOfPart_.size() + unit.functions.size(), i);

@@ -48,6 +48,7 @@ class ProgramLink {
     std::vector<UnitRecording::Function> functions;  // names by the table's numbers
     std::vector<UnitRecording::Call> calls;          // likewise, by caller
     std::vector<UnitRecording::IndirectSite> sites;
+    std::vector<UnitRecording::Address> addresses;
     std::vector<StkNote> notes;
   };
 
@@ -65,6 +66,7 @@ class ProgramLink {
     uint32_t code = kNone;   // in what the instructions of the program tell
     bool isRead = false;     // its size and calls are of there
     uint32_t toldBytes = 0;  // its frame, as the compiler has told it
+    bool isAddressTaken = false;
   };
 
   // A function that no unit tells: only called, or another name for one, or entered from outside,
@@ -133,6 +135,8 @@ class ProgramLink {
   }
 
   void FindEntries();
+  void MarkTakenAddresses();
+  void MarkTakenByName(uint32_t name);
   void LeaveOutUnlinked(StkReporter& reporter);
 
   // Into the function table (program_link_entry.cpp).

@@ -54,6 +54,11 @@ struct UnitRecording {
     uint32_t column = 0;
   };
 
+  struct Address {
+    uint32_t target = 0;  // in functions where it is local, else in names
+    bool isLocal = false;
+  };
+
   // Keeps the memory for the next unit.
   void Clear();
 
@@ -69,6 +74,7 @@ struct UnitRecording {
   std::vector<Function> functions;
   std::vector<Call> calls;  // by caller
   std::vector<IndirectSite> indirectSites;
+  std::vector<Address> takenAddresses;  // of functions, or of data that others define
   std::vector<StkNote> notes;  // function: in functions
 };
 
