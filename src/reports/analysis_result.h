@@ -73,6 +73,10 @@ struct AnalysedFunction {
 
   bool Is(uint32_t flag) const { return (flags & flag) != 0; }
   bool IsUnknown() const { return !Is(FN_DEFINED) && !Is(FN_LIBRARY); }
+  // Top-level, because nothing is seen to call it but what calls through pointers.
+  bool IsReachedThroughPointers() const {
+    return Is(FN_ROOT) && Is(FN_ADDRESS_TAKEN) && !Is(FN_ENTRY);
+  }
 };
 
 // The functions that need attention, by index, each list by name in the character order of the

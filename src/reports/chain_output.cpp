@@ -20,7 +20,15 @@ void WriteChains(const AnalysisResult& result, bool full, ResultOutput& output) 
   using Shown = ExplanationRows::Shown;
   ExplanationRows rows(result, full ? Shown::kAll : Shown::kEnds, output);
   rows.WriteHeading("Bound");
-  for (const uint32_t root : LargestFirst(result)) {
+  const auto isThroughPointers = [&result](uint32_t root) {
+    return result.functions[root].IsReachedThroughPointers();
+  };
+  std::vector<uint32_t> roots = LargestFirst(result);
+  const auto throughPointers = std::ranges::stable_partition(roots, std::not_fn(isThroughPointers));
+  for (const uint32_t& root : roots) {
+    if (!throughPointers.empty() && &root == &throughPointers.front()) {
+      output.Write("Reached through pointers only:\n\n");
+    }
     rows.WriteFunction(root);
     output.Write("\n");
   }

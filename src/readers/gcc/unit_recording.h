@@ -75,7 +75,7 @@ struct UnitRecording {
   std::vector<Call> calls;  // by caller
   std::vector<IndirectSite> indirectSites;
   std::vector<Address> takenAddresses;  // of functions, or of data that others define
-  std::vector<StkNote> notes;  // function: in functions
+  std::vector<StkNote> notes;           // function: in functions
 };
 
 }  // namespace velkor
