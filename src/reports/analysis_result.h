@@ -98,6 +98,7 @@ struct AnalysedTexts {
   TextsOfFew statements;      // where they are not the spec name; empty: nothing names the function
   TextsOfFew cutSpecNames;    // what a line shows of those that are too long for it
   TextsOfFew cutDisplayNames;
+  TextsOfFew symbolsToTell;  // where several functions have one spec name
 };
 
 // A finished analysis as a value: all that the outputs write, and nothing of what computed it, so
@@ -138,9 +139,11 @@ struct AnalysisResult {
   // As FunctionSpecName and FunctionDisplayName say.
   std::string_view SpecName(uint32_t function) const;
   std::string DisplayName(uint32_t function) const;
-  // The same on one line, and no longer than a line bears.
+  // The same on one line, no longer than a line bears, and told apart from others.
   std::string ShownSpecName(uint32_t function) const;
   std::string ShownDisplayName(uint32_t function) const;
+  // " (_ZN1BC2Ev)" where others have the same name; else empty.
+  std::string Distinction(uint32_t function) const;
   // What names this function, and no other, in a specification file; none where nothing does.
   std::optional<std::string_view> Statement(uint32_t function) const;
   // By number; empty: none.

@@ -20,14 +20,12 @@ void WriteChains(const AnalysisResult& result, bool full, ResultOutput& output) 
   using Shown = ExplanationRows::Shown;
   ExplanationRows rows(result, full ? Shown::kAll : Shown::kEnds, output);
   rows.WriteHeading("Bound");
-  const auto isThroughPointers = [&result](uint32_t root) {
-    return result.functions[root].IsReachedThroughPointers();
-  };
-  std::vector<uint32_t> roots = LargestFirst(result);
-  const auto throughPointers = std::ranges::stable_partition(roots, std::not_fn(isThroughPointers));
-  for (const uint32_t& root : roots) {
-    if (!throughPointers.empty() && &root == &throughPointers.front()) {
-      output.Write("Reached through pointers only:\n\n");
+  bool isThroughPointers = false;
+  for (const uint32_t root : LargestFirst(result)) {
+    const bool wasThroughPointers = isThroughPointers;
+    isThroughPointers = result.functions[root].IsReachedThroughPointers();
+    if (isThroughPointers && !wasThroughPointers) {
+      output.Write(fmt::format("{}:\n\n", kThroughPointers));
     }
     rows.WriteFunction(root);
     output.Write("\n");

@@ -46,6 +46,7 @@ LooseObject RecordLooseObject(std::string_view path, std::string_view bytes,
     return LooseObject::kForLinking;
   }
   recording.title = path;
+  recording.isObject = true;
   const BinaryFaults faults = object.Faults();
   for (const BinaryFaults::Entry& entry : faults.Entries()) {
     recording.notes.push_back(

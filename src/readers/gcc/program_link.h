@@ -40,6 +40,7 @@ class ProgramLink {
   struct Unit {
     std::string title;
     std::string path;
+    bool isObject = false;
     bool isLinkTime = false;
     bool isCovered = false;  // what the link has made of it stands in other units
     bool hasLinkTimeCode = false;

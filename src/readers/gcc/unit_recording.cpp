@@ -4,6 +4,7 @@ namespace velkor {
 
 void UnitRecording::Clear() {
   title.clear();
+  isObject = false;
   isLinkTime = false;
   hasLinkTimeCode = false;
   isWhole = true;

@@ -63,6 +63,7 @@ struct UnitRecording {
   void Clear();
 
   std::string title;             // the source as the compiler was told it
+  bool isObject = false;         // there is no call graph of it
   bool isLinkTime = false;       // a partition: title is no source
   bool hasLinkTimeCode = false;  // its code is made when the program is linked
   bool isWhole = true;

@@ -149,6 +149,13 @@ TEST(GccInput, CountsTheLargerOfTwoDefinitionsAndSaysSo) {
   EXPECT_EQ(build.CalleesOf("main"), "f h");
   EXPECT_EQ(build["main"].totalStackSize, 132U);
   EXPECT_EQ(build.CountNotes("main is defined more than once, in a.ci and in b.ci"), 1U);
+
+  BuildFolder twice;
+  twice.Put("a.c.ci", CallGraph("a.c", {"f 8"}));
+  twice.Put("old/a.c.ci", CallGraph("a.c", {"f 16"}));
+  ASSERT_TRUE(twice.Analyse());
+  EXPECT_EQ(twice.CountNotes("f is defined more than once, in a.c.ci and in old/a.c.ci, of one "),
+            1U);
 }
 
 TEST(GccInput, SaysWhatIsNotWholeWithFileAndLineAndAnalysesTheRest) {

@@ -109,13 +109,13 @@ TEST(ObjectFacts, AddressesThatAreTaken) {
     bool inCode;
   };
   constexpr Address kAddresses[] = {
-      {ELF_X86_64, 1, 16, true, true},   {ELF_X86_64, 10, 16, true, true},
+      {ELF_X86_64, 1, 16, true, true},    {ELF_X86_64, 10, 16, true, true},
       {ELF_X86_64, 2, 12, false, true},  // lea; in data a table of jumps
-      {ELF_X86_64, 2, 16, false, false}, {ELF_X86_64, 1, 20, false, false},
-      {ELF_ARM, 2, 17, true, true},      {ELF_ARM, 38, 16, true, true},
-      {ELF_ARM, 42, 16, false, false},   // PREL31
+      {ELF_X86_64, 2, 16, false, false},  {ELF_X86_64, 1, 20, false, false},
+      {ELF_ARM, 2, 17, true, true},       {ELF_ARM, 38, 16, true, true},
+      {ELF_ARM, 42, 16, false, false},  // PREL31
       {ELF_AARCH64, 257, 16, true, true}, {ELF_AARCH64, 277, 16, false, true},
-      {ELF_RISCV, 2, 16, true, true},    {ELF_AVR, 4, 16, true, true},
+      {ELF_RISCV, 2, 16, true, true},     {ELF_AVR, 4, 16, true, true},
       {8, 2, 16, false, false},
   };
   for (const Address& each : kAddresses) {
