@@ -297,7 +297,7 @@ CodeValue CodeStep::LoadFrom(const Place& place, int64_t offset, uint64_t name,
   CodeValue loaded = CodeValue::Number(name);
   loaded.isGiven = true;
   if (value.IsConstant() && place.width == conventions_.wordSize) {
-    return LinkedWord(static_cast<uint64_t>(value.amount + offset)).value_or(loaded);
+    return LinkedWord(static_cast<uint64_t>(WrappingSum(value.amount, offset))).value_or(loaded);
   }
   if (value.IsNumber() && value.amount != 0 && place.width != 0 &&
       uint64_t{1} << value.shift == place.width) {
@@ -318,7 +318,8 @@ void CodeStep::Load(const CodeInstruction& instruction, uint64_t address, CodeSt
   const auto element = [&](uint8_t number, int64_t offset) {
     const uint64_t name = NameOf(address, number);
     const bool isLiteral = instruction.memory.base == CodeMemory::kHere && place.value.IsConstant();
-    return isLiteral ? Literal(static_cast<uint64_t>(place.value.amount + offset), place, name)
+    return isLiteral ? Literal(static_cast<uint64_t>(WrappingSum(place.value.amount, offset)),
+                               place, name)
                      : LoadFrom(place, offset, name, state);
   };
   if (instruction.operation == CodeOperation::kLoadMany) {

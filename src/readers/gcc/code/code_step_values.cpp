@@ -7,6 +7,7 @@ namespace velkor {
 namespace {
 
 constexpr uint8_t kMostShift = 31;
+constexpr int64_t kFarthestOnStack = int64_t{1} << 40;  // that anything on a stack can be away
 
 }  // namespace
 
@@ -17,6 +18,9 @@ CodeValue CodeStep::Moved(const CodeValue& value, int64_t by, uint64_t name) con
   CodeValue moved = value;
   const auto sum = static_cast<uint64_t>(value.amount) + static_cast<uint64_t>(by);
   moved.amount = static_cast<int64_t>(sum);
+  if (value.IsStack() && (moved.amount > kFarthestOnStack || moved.amount < -kFarthestOnStack)) {
+    return CodeValue::Number(name);
+  }
   if (value.IsStack() || value.IsTable() || (value.IsNumber() && value.amount != 0)) {
     return moved;
   }
@@ -39,7 +43,7 @@ CodeValue CodeStep::Sum(const CodeValue& left, const CodeValue& right, uint8_t s
   if (left.IsConstant()) {
     CodeValue sum = ShiftedLeft(right, shift, name);
     if (sum.IsTable() || sum.IsPlain() || (sum.IsNumber() && sum.amount == 0)) {
-      sum.amount += left.amount;
+      sum.amount = WrappingSum(sum.amount, left.amount);
       return sum;
     }
     return right.IsStack() && shift == 0 ? Moved(right, left.amount, name)
@@ -51,7 +55,8 @@ CodeValue CodeStep::Sum(const CodeValue& left, const CodeValue& right, uint8_t s
 CodeValue CodeStep::Difference(const CodeValue& left, const CodeValue& right, uint8_t shift,
                                uint64_t name) const {
   if (right.IsConstant() && shift < kMostShift) {
-    return Moved(left, -static_cast<int64_t>(static_cast<uint64_t>(right.amount) << shift), name);
+    const uint64_t by = static_cast<uint64_t>(right.amount) << shift;
+    return Moved(left, static_cast<int64_t>(0 - by), name);
   }
   CodeValue below = left;
   below.isBelow = true;
