@@ -166,10 +166,11 @@ bool SpecNames::IsOwnWord(std::string_view text, const StkFunction& function) co
   const bool isGlobal = function.Is(FN_DEFINED) && function.Is(FN_GLOBAL);
   const std::string_view before = function.Is(FN_PLAIN_SYMBOL) ? "" : "_";
   // A "_" at the start of what has another one before it would be looked for as a symbol.
-  return isGlobal && function.ShownName().empty() && text.size() <= kLongestOwnWord &&
-         function.name.size() == before.size() + text.size() && function.name.ends_with(text) &&
-         function.name.starts_with(before) && (before.empty() || !text.starts_with('_')) &&
-         std::ranges::all_of(text, IsWordCharacter) && !table_.SharesName(function);
+  return isGlobal && function.ShownName().empty() && !text.empty() &&
+         text.size() <= kLongestOwnWord && function.name.size() == before.size() + text.size() &&
+         function.name.ends_with(text) && function.name.starts_with(before) &&
+         (before.empty() || !text.starts_with('_')) && std::ranges::all_of(text, IsWordCharacter) &&
+         !table_.SharesName(function);
 }
 
 bool SpecNames::Means(std::string_view text, const StkFunction& function) {
