@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <sstream>
+#include <unordered_set>
 #include <utility>
 
 #include "readers/gcc/program_link.h"
@@ -141,11 +142,10 @@ void ProgramLink::LinkOutsideCode() {
     if (outside.target != kNone) {
       outsideCallees_.push_back(outside.target);
     } else if (outside.code != kNone) {
-      const size_t begin = outsideCallees_.size();
+      std::unordered_set<uint32_t> known;
       for (const uint32_t call : CodeOf(outside.code).calls) {
         const uint32_t callee = CalleeOfCode(call);
-        const auto own = outsideCallees_.begin() + static_cast<ptrdiff_t>(begin);
-        if (std::find(own, outsideCallees_.end(), callee) == outsideCallees_.end()) {
+        if (known.insert(callee).second) {
           outsideCallees_.push_back(callee);
         }
       }

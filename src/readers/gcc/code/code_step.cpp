@@ -273,7 +273,7 @@ std::optional<CodeValue> CodeStep::LinkedWord(uint64_t address) const {
   if (!word->import.empty()) {
     value = {};
     value.kind = CodeValue::Kind::kImport;
-    value.table = address;
+    value.id = address;
   }
   return value;
 }
@@ -296,7 +296,7 @@ CodeValue CodeStep::LoadFrom(const Place& place, int64_t offset, uint64_t name,
       uint64_t{1} << value.shift == place.width) {
     loaded = {};
     loaded.kind = CodeValue::Kind::kTable;
-    loaded.table = static_cast<uint64_t>(value.amount);
+    loaded.id = static_cast<uint64_t>(value.amount);
     loaded.bound = value.bound;
     loaded.width = place.width;
     loaded.isSigned = place.isSigned;

@@ -18,7 +18,7 @@ bool IsVeneer(std::string_view name) {
 
 ProgramCode::ProgramCode(const ElfFile& elf, const ObjectFacts& facts, const CallFrames& frames)
     : facts_(facts) {
-  const auto decoder = MakeInstructionDecoder(elf.Machine(), elf.Order());
+  const auto decoder = MakeInstructionDecoder(elf);
   if (decoder == nullptr || elf.IsRelocatable()) {
     return;
   }
