@@ -7,7 +7,7 @@ namespace velkor {
 namespace {
 
 constexpr uint8_t kMostShift = 31;
-constexpr int64_t kFarthest = int64_t{1} << 40;  // that anything on a stack can be away
+constexpr int64_t kFarthestOnStack = int64_t{1} << 40;  // that anything on a stack can be away
 
 }  // namespace
 
@@ -18,7 +18,7 @@ CodeValue CodeStep::Moved(const CodeValue& value, int64_t by, uint64_t name) con
   CodeValue moved = value;
   const auto sum = static_cast<uint64_t>(value.amount) + static_cast<uint64_t>(by);
   moved.amount = static_cast<int64_t>(sum);
-  if (value.IsStack() && (moved.amount > kFarthest || moved.amount < -kFarthest)) {
+  if (value.IsStack() && (moved.amount > kFarthestOnStack || moved.amount < -kFarthestOnStack)) {
     return CodeValue::Number(name);
   }
   if (value.IsStack() || value.IsTable() || (value.IsNumber() && value.amount != 0)) {
