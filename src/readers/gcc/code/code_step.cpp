@@ -85,6 +85,24 @@ void CodeStep::Apply(const CodeInstruction& instruction, uint64_t address, CodeS
   }
 }
 
+CodeValue CodeStep::WithPart(const CodeValue& old, uint64_t immediate, uint8_t shift,
+                             uint64_t name) const {
+  const uint64_t part = uint64_t{0xFFFF} << shift;
+  return old.IsConstant()
+             ? Wrapped((static_cast<uint64_t>(old.amount) & ~part) | immediate << shift)
+             : CodeValue::Number(name);
+}
+
+CodeValue CodeStep::SignExtended(const CodeValue& source, uint8_t width, uint64_t name) const {
+  if (source.IsConstant()) {
+    return Wrapped(static_cast<uint64_t>(
+        ByteReader::Extended(static_cast<uint64_t>(source.amount), uint64_t{width} * 8)));
+  }
+  CodeValue result = source.IsStack() || source.IsReturn() ? CodeValue::Number(name) : source;
+  result.isSigned = source.IsTable() && source.width == width;
+  return result;
+}
+
 void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
                        CodeState& state) const {
   const uint8_t target = instruction.target;
@@ -97,14 +115,9 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
     case CodeOperation::kSet:
       result = Wrapped(immediate);
       break;
-    case CodeOperation::kSetPart: {
-      const CodeValue old = Get(target, state);
-      const uint64_t part = uint64_t{0xFFFF} << instruction.shift;
-      result = old.IsConstant() ? Wrapped((static_cast<uint64_t>(old.amount) & ~part) |
-                                          immediate << instruction.shift)
-                                : CodeValue::Number(name);
+    case CodeOperation::kSetPart:
+      result = WithPart(Get(target, state), immediate, instruction.shift, name);
       break;
-    }
     case CodeOperation::kSetAddress: {
       const uint64_t place = image_.Place(address) >> instruction.shift << instruction.shift;
       result = Wrapped(place + immediate);
@@ -138,13 +151,7 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
       result = Limited(source, immediate, name);
       break;
     case CodeOperation::kExtendSign:
-      result = source.IsStack() || source.IsReturn() ? CodeValue::Number(name) : source;
-      result.isSigned = source.IsTable() && source.width == instruction.width;
-      if (source.IsConstant()) {
-        const auto bits = uint64_t{instruction.width} * 8;
-        result = Wrapped(static_cast<uint64_t>(
-            ByteReader::Extended(static_cast<uint64_t>(source.amount), bits)));
-      }
+      result = SignExtended(source, instruction.width, name);
       break;
     case CodeOperation::kShiftLeft:
       result = ShiftedLeft(source, instruction.shift, name);
@@ -290,7 +297,7 @@ CodeValue CodeStep::LoadFrom(const Place& place, int64_t offset, uint64_t name,
   CodeValue loaded = CodeValue::Number(name);
   loaded.isGiven = true;
   if (value.IsConstant() && place.width == conventions_.wordSize) {
-    return LinkedWord(static_cast<uint64_t>(value.amount + offset)).value_or(loaded);
+    return LinkedWord(static_cast<uint64_t>(WrappingSum(value.amount, offset))).value_or(loaded);
   }
   if (value.IsNumber() && value.amount != 0 && place.width != 0 &&
       uint64_t{1} << value.shift == place.width) {
@@ -311,7 +318,8 @@ void CodeStep::Load(const CodeInstruction& instruction, uint64_t address, CodeSt
   const auto element = [&](uint8_t number, int64_t offset) {
     const uint64_t name = NameOf(address, number);
     const bool isLiteral = instruction.memory.base == CodeMemory::kHere && place.value.IsConstant();
-    return isLiteral ? Literal(static_cast<uint64_t>(place.value.amount + offset), place, name)
+    return isLiteral ? Literal(static_cast<uint64_t>(WrappingSum(place.value.amount, offset)),
+                               place, name)
                      : LoadFrom(place, offset, name, state);
   };
   if (instruction.operation == CodeOperation::kLoadMany) {

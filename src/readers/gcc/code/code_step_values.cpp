@@ -43,7 +43,7 @@ CodeValue CodeStep::Sum(const CodeValue& left, const CodeValue& right, uint8_t s
   if (left.IsConstant()) {
     CodeValue sum = ShiftedLeft(right, shift, name);
     if (sum.IsTable() || sum.IsPlain() || (sum.IsNumber() && sum.amount == 0)) {
-      sum.amount += left.amount;
+      sum.amount = WrappingSum(sum.amount, left.amount);
       return sum;
     }
     return right.IsStack() && shift == 0 ? Moved(right, left.amount, name)
@@ -55,7 +55,8 @@ CodeValue CodeStep::Sum(const CodeValue& left, const CodeValue& right, uint8_t s
 CodeValue CodeStep::Difference(const CodeValue& left, const CodeValue& right, uint8_t shift,
                                uint64_t name) const {
   if (right.IsConstant() && shift < kMostShift) {
-    return Moved(left, -static_cast<int64_t>(static_cast<uint64_t>(right.amount) << shift), name);
+    const uint64_t by = static_cast<uint64_t>(right.amount) << shift;
+    return Moved(left, static_cast<int64_t>(0 - by), name);
   }
   CodeValue below = left;
   below.isBelow = true;

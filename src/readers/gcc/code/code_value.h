@@ -43,6 +43,11 @@ struct CodeValue {
   static CodeValue Number(uint64_t id, uint64_t bound = kNoBound);
 };
 
+// Registers wrap around, and so do amounts.
+constexpr int64_t WrappingSum(int64_t one, int64_t other) {
+  return static_cast<int64_t>(static_cast<uint64_t>(one) + static_cast<uint64_t>(other));
+}
+
 // What is known where either may be there. id: of a number that it may become.
 CodeValue Joined(const CodeValue& one, const CodeValue& other, uint64_t id);
 
