@@ -81,8 +81,8 @@ void FunctionWalk::Run() {
     WalkBlock(block);
   }
   // What is still to come is other code.
-  kept_.clear();
-  keptNumbers_.clear();
+  kept_ = {};
+  keptNumbers_ = {};
 }
 
 void FunctionWalk::Queue(Blocks::iterator block) {
