@@ -45,7 +45,7 @@ struct Configuration {
   std::vector<std::string> input;
   std::vector<std::string> exclude;
   std::string elf;  // empty: none
-  std::vector<std::string> load;
+  std::vector<std::string> load;  // files, and tables of statements that velkor brings
   std::string target;   // empty: left out
   std::string rtos;     // likewise
   std::string vectors;  // likewise

@@ -74,6 +74,7 @@ class ProgramLink {
     uint32_t target = kNone;  // a callee that it is an alias of
     uint32_t code = kNone;    // in what the instructions of the program tell
     bool isEntry = false;
+    bool isPointed = false;
     bool isUsed = false;
   };
 
@@ -117,6 +118,7 @@ class ProgramLink {
   uint32_t EntityOfCode(uint32_t code);
   std::string_view NameOfCode(uint32_t code) const;
   void ImproveByCode(Entity& entity) const;
+  void AddPointedOutside();
   void LinkOutsideCode();
   void UseOutside(uint32_t outside);
   void EnterCodeOf(const Entity& entity, StkFunction& entered) const;

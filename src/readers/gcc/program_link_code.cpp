@@ -135,6 +135,18 @@ void ProgramLink::ImproveByCode(Entity& entity) const {
   }
 }
 
+// Functions of libraries that are perhaps called through a pointer only.
+void ProgramLink::AddPointedOutside() {
+  if (options_.program == nullptr) {
+    return;
+  }
+  for (const uint32_t code : options_.program->Code().Pointed()) {
+    if (const uint32_t callee = CalleeOfCode(code); IsOutside(callee)) {
+      outside_[callee - entities_.size()].isPointed = true;
+    }
+  }
+}
+
 // What the functions outside of all units call, and those in turn.
 void ProgramLink::LinkOutsideCode() {
   size_t next = 0;

@@ -2,6 +2,8 @@
 
 #include <unordered_map>
 
+#include "readers/gcc/code/code_value.h"
+
 namespace velkor::x86_forms {
 namespace {
 
