@@ -26,7 +26,8 @@ class LibraryStatements : public StkSpecReader {
  public:
   // text: outlives it.
   LibraryStatements(std::string name, std::string_view text, Host& host, StkReporter& reporter)
-      : StkSpecReader(SpecificationKind::kUserFile, std::move(name), host, reporter), text_(text) {}
+      : StkSpecReader(SpecificationKind::kStatementTable, std::move(name), host, reporter),
+        text_(text) {}
 
   std::unique_ptr<StkByteSource> Open(const FileSystem::GiveUp& giveUp) override;
   // A line that is none of a table makes the table end there: false.

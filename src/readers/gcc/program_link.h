@@ -125,6 +125,7 @@ class ProgramLink {
   void EnterOutsideCode(const Outside& outside, StkFunction& entered);
   const StkFileEntry& FileOfCode(uint32_t code);
   static uint32_t FrameOfCode(const FunctionCode& code, uint16_t machine);
+  static ToldFrames FramesOf(const FunctionCode& code, uint32_t toldBytes);
   bool IsReadFromCode(const Unit& unit) const;
   void AddSitesOfCode(uint32_t code, StkFunction& function) const;
   void PostCodeNotes(StkReporter& reporter);

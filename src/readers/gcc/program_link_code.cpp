@@ -211,6 +211,20 @@ void ProgramLink::EnterOutsideCode(const Outside& outside, StkFunction& entered)
   entered.flags |= !code.sites.empty() ? uint32_t{FN_INDIRECT_CALL} : 0U;
   entered.flags |= !code.usesFloatingPoint ? uint32_t{FN_NO_FLOATING_POINT} : 0U;
   AddSitesOfCode(outside.code, entered);
+  if (const ToldFrames frames = FramesOf(code, 0); frames.Differ()) {
+    entered.Told().frames = frames;
+  }
+}
+
+// Where the frame is certain.
+ToldFrames ProgramLink::FramesOf(const FunctionCode& code, uint32_t toldBytes) {
+  if (code.doubt != CodeDoubt::kNone || code.isDynamic) {
+    return {};
+  }
+  const auto shown = [](uint64_t bytes) {
+    return static_cast<uint32_t>(std::min<uint64_t>(bytes, kOverSize));
+  };
+  return {shown(code.codeBytes), toldBytes, shown(code.callFrameBytes)};
 }
 
 // Of a function that units tell of.
@@ -220,6 +234,7 @@ void ProgramLink::EnterCodeOf(const Entity& entity, StkFunction& entered) const 
   }
   const FunctionCode& code = CodeOf(entity.code);
   entered.flags |= !code.usesFloatingPoint ? uint32_t{FN_NO_FLOATING_POINT} : 0U;
+  entered.Told().frames = FramesOf(code, entity.toldBytes);
   if (entity.isRead) {
     entered.source = FunctionSource::kProgram;
     AddSitesOfCode(entity.code, entered);
