@@ -176,7 +176,8 @@ class ConfigurationReader {
     const auto check = [this](const toml::node& node) {
       const auto* name = node.as_string();
       if (name != nullptr && IsStatementTable(name->get()) && !StatementTable(name->get())) {
-        Fail(node, "there is no table of statements \"" + name->get() + "\": \"velkor:newlib\" is one");
+        Fail(node,
+             "there is no table of statements \"" + name->get() + "\": \"velkor:newlib\" is one");
       }
     };
     if (const toml::array* array = value.as_array()) {

@@ -191,8 +191,8 @@ std::unique_ptr<LinkedProgram> GccInput::ReadProgram() {
     return nullptr;
   }
   if (!program->Code().IsKnownMachine() || !program->HasSymbols()) {
-    const MessageKey why = program->HasSymbols() ? MessageKey::kNoteMachineNotRead
-                                                 : MessageKey::kNoteProgramStripped;
+    const MessageKey why =
+        program->HasSymbols() ? MessageKey::kNoteMachineNotRead : MessageKey::kNoteProgramStripped;
     PostNote("code-not-read", std::string(messages.Text(why)), settings_.elf);
   }
   return program;
