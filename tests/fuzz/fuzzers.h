@@ -16,6 +16,7 @@ void FuzzGraph(std::string_view bytes);
 void FuzzAnalysis(std::string_view bytes);
 void FuzzCallGraph(std::string_view bytes);
 void FuzzElf(std::string_view bytes);
+void FuzzCode(std::string_view bytes);
 void FuzzConfiguration(std::string_view bytes);
 
 struct NamedFuzzer {
@@ -23,9 +24,15 @@ struct NamedFuzzer {
   Fuzzer fuzzer;
 };
 
-inline constexpr NamedFuzzer kFuzzers[] = {
-    {"project", FuzzProject},     {"module", FuzzModule}, {"spec", FuzzSpec},
-    {"path", FuzzPath},           {"graph", FuzzGraph},   {"analysis", FuzzAnalysis},
-    {"callgraph", FuzzCallGraph}, {"elf", FuzzElf},       {"configuration", FuzzConfiguration}};
+inline constexpr NamedFuzzer kFuzzers[] = {{"project", FuzzProject},
+                                           {"module", FuzzModule},
+                                           {"spec", FuzzSpec},
+                                           {"path", FuzzPath},
+                                           {"graph", FuzzGraph},
+                                           {"analysis", FuzzAnalysis},
+                                           {"callgraph", FuzzCallGraph},
+                                           {"elf", FuzzElf},
+                                           {"configuration", FuzzConfiguration},
+                                           {"code", FuzzCode}};
 
 }  // namespace velkor::testing

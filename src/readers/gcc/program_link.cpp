@@ -58,6 +58,7 @@ void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkR
   LeaveOutReplacedAliases();
   ImproveFrames();
   FindEntries();
+  AddPointedOutside();
   LinkOutsideCode();
   LeaveOutUnlinked(reporter);
   NameModules();
