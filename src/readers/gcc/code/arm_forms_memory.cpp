@@ -31,7 +31,9 @@ void TakeMemory(Translation& t, size_t i, uint8_t width) {
     memory.displacement += t.Ahead();
     memory.shift = memory.index == kNone ? 2 : memory.shift;
   }
-  if (t.arm.writeback) {
+  if (t.arm.writeback && memory.base == CodeMemory::kHere) {
+    t.result.writes |= Bit(ARM_PC);
+  } else if (t.arm.writeback) {
     const bool isAfter = i + 1 < t.Count();
     if (isAfter && t.IsNumber(i + 1)) {
       const int32_t change = NumberOrNothing(static_cast<int32_t>(t.Number(i + 1)));
