@@ -3,9 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
-#include <memory>
 
-#include "files/output_target.h"
+#include "reports/result_file.h"
 
 namespace velkor::cli {
 namespace {
@@ -27,28 +26,12 @@ bool Print(Application& application, const std::function<void(reports::ResultOut
 
 bool WriteFile(Application& application, const ResultTarget& where,
                const std::function<void(reports::ResultOutput&)>& write) {
-  StkReporter& reporter = application.Reporter();
   const std::string path = application.AbsolutePath(where.file);
   std::vector<std::string> inputs;
   std::ranges::transform(where.inputs, std::back_inserter(inputs),
                          [&](const std::string& input) { return application.AbsolutePath(input); });
-  if (!application.Document().MayWriteTo(path, inputs)) {
-    return false;
-  }
-  StkOutputTarget target(path, application.GetHost());
-  if (!target.Open(StkOutputTarget::Way::kAsIsNeeded)) {
-    reporter.PostWarning(MessageKey::kW9402, {MessageFile{path}});
-    return false;
-  }
-  const std::unique_ptr<OutputFile> file = target.Output();
-  reports::ResultOutput output([&](std::string_view text) { return file->Write(text); });
-  write(output);
-  if (!output.Finish() || target.Finish() != StkOutputTarget::End::kInPlace) {
-    reporter.PostWarning(MessageKey::kW9404, {MessageFile{path}});
-    return false;
-  }
-  reporter.PostLog(MessageKey::kWritingCompleted, {path});
-  return true;
+  return application.Document().MayWriteTo(path, inputs) &&
+         reports::WriteResultFile(path, application.GetHost(), application.Reporter(), write);
 }
 
 }  // namespace

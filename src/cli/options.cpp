@@ -130,6 +130,16 @@ void AddTodo(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
+void AddReport(CLI::App& app, Options& options) {
+  CLI::App& command = AddCommand(app, options, Options::Command::kReport, "report",
+                                 "write the analysis as one page of HTML with a picture");
+  AddLoadOption(command, options);
+  command.add_option("--output", options.output, "where to write; - is standard output")
+      ->required()
+      ->option_text("FILE");
+  AddRunOptions(command, options);
+}
+
 void AddDiff(CLI::App& app, Options& options) {
   static const std::map<std::string, OutputFormat> kFormats = {
       {"text", OutputFormat::kText},
@@ -228,6 +238,7 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   AddAnalyze(app, options);
   AddExplain(app, options);
   AddTodo(app, options);
+  AddReport(app, options);
   AddDiff(app, options);
   AddChains(app, options);
   AddAdjust(app, options);

@@ -3,6 +3,7 @@
 #include "cli/command_output.h"
 #include "core/statement_plan.h"
 #include "files/chain_report.h"
+#include "reports/page_output.h"
 #include "reports/todo_output.h"
 
 namespace velkor::cli {
@@ -16,6 +17,19 @@ ExitStatus Todo(Application& application, const Options& options) {
     const StkFunctionTable& functions = *application.Document().FunctionTable();
     const StkBounds& bounds = *application.Document().Bounds();
     reports::WriteTodo(functions, bounds, PlanStatements(functions, bounds), output);
+  });
+}
+
+ExitStatus Report(Application& application, const Options& options) {
+  const ExitStatus analysed = application.OpenAndAnalyse(options);
+  if (analysed != kDone) {
+    return analysed;
+  }
+  return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
+    reports::WritePage(
+        application.Result(),
+        PlanStatements(*application.Document().FunctionTable(), *application.Document().Bounds()),
+        output);
   });
 }
 
