@@ -4,15 +4,11 @@
 #include <cstdio>
 #include <iterator>
 
+#include "platform/standard_streams.h"
 #include "reports/result_file.h"
 
 namespace velkor::cli {
 namespace {
-
-// What is appended to is not opened anew, which would empty it.
-bool IsStandardOutput(const std::string& file) {
-  return file.empty() || file == "-" || file == "/dev/stdout";
-}
 
 bool Print(Application& application, const std::function<void(reports::ResultOutput&)>& write) {
   reports::ResultOutput output(stdout);
@@ -36,11 +32,15 @@ bool WriteFile(Application& application, const ResultTarget& where,
 
 }  // namespace
 
+bool GoesToStandardOutput(const std::string& file) {
+  return file.empty() || file == "-" || file == kStandardOutput;
+}
+
 ExitStatus WriteResult(Application& application, const ResultTarget& target, ExitStatus status,
                        const std::function<void(reports::ResultOutput&)>& write) {
   application.StopCatchingInterrupts();
-  const bool written = IsStandardOutput(target.file) ? Print(application, write)
-                                                     : WriteFile(application, target, write);
+  const bool written = GoesToStandardOutput(target.file) ? Print(application, write)
+                                                         : WriteFile(application, target, write);
   application.RunJobs();  // what has been posted meanwhile
   return written ? status : kOutputFailed;
 }
