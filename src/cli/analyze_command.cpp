@@ -56,7 +56,7 @@ ExitStatus Analyze(Application& application, const Options& options) {
   if (options.function) {
     function = application.FindFunction(*options.function);
     if (function == nullptr) {
-      return kWrongUsage;
+      return application.NotFoundStatus();
     }
   }
   return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
@@ -71,7 +71,7 @@ ExitStatus Explain(Application& application, const Options& options) {
   }
   const StkFunction* function = application.FindFunction(*options.function);
   if (function == nullptr) {
-    return kWrongUsage;
+    return application.NotFoundStatus();
   }
   return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
     const reports::AnalysisResult result = application.Result();

@@ -21,6 +21,8 @@ ExitStatus RunCommand(Application& application, const Options& options) {
       return Explain(application, options);
     case Options::Command::kTodo:
       return Todo(application, options);
+    case Options::Command::kReport:
+      return Report(application, options);
     case Options::Command::kDiff:
       return Diff(application, options);
     case Options::Command::kChains:

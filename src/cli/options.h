@@ -14,7 +14,18 @@ enum class OutputFormat { kText, kJson, kCsv, kMarkdown };
 // What the command line asks for. Texts are bytes as the caller gave them. Which fields have a
 // meaning depends on the command.
 struct Options {
-  enum class Command { kAnalyze, kExplain, kTodo, kDiff, kChains, kAdjust, kReset, kLoad, kSave };
+  enum class Command {
+    kAnalyze,
+    kExplain,
+    kTodo,
+    kReport,
+    kDiff,
+    kChains,
+    kAdjust,
+    kReset,
+    kLoad,
+    kSave
+  };
 
   Command command = Command::kAnalyze;
   std::string project;
@@ -36,6 +47,7 @@ struct Options {
   std::vector<std::string> callees;
   bool noCallees = false;
 
+  bool quiet = false;
   StopAnswer onError = StopAnswer::kIgnore;
   MachineOptions machine;
 };

@@ -17,5 +17,7 @@ std::string CutName(std::string_view utf8);
 
 // Characters of well-formed UTF-8.
 size_t CharacterCount(std::string_view utf8);
+// The first ones, or all where there are fewer.
+std::string_view FirstCharacters(std::string_view utf8, size_t count);
 
 }  // namespace velkor::reports

@@ -57,8 +57,10 @@ TEST_F(GccFolder, KeepsStatementsBesideAVelkorTomlWhoseFilesWin) {
   EXPECT_EQ(Number("velkor.toml", "rec", "depth"), 3);
   EXPECT_EQ(Number("velkor.toml", "main", "bound"), 16 + 3 * 8);
 
-  for (const char* command : {"adjust", "reset"}) {
-    const ProgramRun refused = Run({command, "velkor.toml", "rec"});
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"adjust", "velkor.toml", "rec", "--margin", "1"},
+        {"reset", "velkor.toml", "rec"}}) {
+    const ProgramRun refused = Run(command);
     EXPECT_EQ(refused.status, 2);
     EXPECT_NE(refused.err.find("W9468 The function (rec) is stated in " + folder_.Path("two.txt") +
                                ", line 1."),

@@ -83,7 +83,7 @@ TEST(Golden, ARingOfTwoEntriesAndAMissingModule) {
                   {"", {"save", "--output", folder.Path("saved.txt")}},
                   {"", {"load", folder.Put("none.txt", "")}},
                   {"", {"reset", "main"}},
-                  {"", {"adjust", "isr"}}};
+                  {"", {"adjust", "isr", "--no-callees"}}};
   for (auto [golden, arguments] : commands) {
     arguments.insert(arguments.begin() + 1, project);
     const ProgramRun run = Program(arguments).Run();

@@ -24,6 +24,7 @@ enum class Command : uint32_t {
   kAdjustStackSize = 32785,
   kResetFunction = 32786,
   kResetAllFunctions = 32787,
+  kSavePage = 32788,
   kClearLog = 57633,
   kCopy = 57634,
   kAbout = 57664,
