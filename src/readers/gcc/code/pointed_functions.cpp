@@ -7,7 +7,7 @@
 namespace velkor {
 namespace {
 
-constexpr uint32_t kAddends = 4;  // type of a section of relocations with addends
+constexpr uint32_t kWithAddends = 4;  // type of a section of relocations with addends
 constexpr size_t kMostArrays = 16;
 
 // What is called at the start and at the end of a program.
@@ -89,7 +89,7 @@ std::vector<uint32_t> PointedFunctions(const ElfFile& elf, const std::vector<uin
   }
   Pointers pointers(elf, starts);
   for (const ElfSection& section : elf.Sections()) {
-    if (section.IsLoaded() && section.type == kAddends) {
+    if (section.IsLoaded() && section.type == kWithAddends) {
       pointers.TakeAddends(section);
     } else if (section.IsLoaded() && !IsArrayOfStart(section)) {
       pointers.TakeWords(section);
