@@ -10,8 +10,8 @@ namespace velkor {
 namespace {
 
 constexpr uint64_t kInstructionsPerByte = 8;
-constexpr size_t kMostParts = 64;         // of one function
-constexpr uint64_t kMostBlocks = 200000;  // of the functions that are read at a time
+constexpr size_t kMostParts = 64;                // of one function
+constexpr uint64_t kMostBlocksAtATime = 200000;  // of the functions that are read at a time
 
 using TableHelper = CodeSurroundings::TableHelper;
 
@@ -81,7 +81,7 @@ ProgramReading::ProgramReading(const ElfFile& elf, const ObjectFacts& facts,
       image_(elf),
       decoder_(decoder),
       instructionsLeft_(image_.CodeBytes() * kInstructionsPerByte),
-      blocksLeft_(static_cast<int64_t>(std::min(kMostBlocks, image_.CodeBytes()))) {
+      blocksLeft_(static_cast<int64_t>(std::min(kMostBlocksAtATime, image_.CodeBytes()))) {
   CollectFunctions();
 }
 

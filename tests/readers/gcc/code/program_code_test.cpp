@@ -152,7 +152,7 @@ const ProofCompiler kProofCompilers[] = {
     {"gcc -O2 -fstack-clash-protection -fno-pie -no-pie -fno-plt", "", 23},
 };
 
-const std::string kSources = VELKOR_SOURCE_DIR "/tests/readers/gcc/code/";
+const std::string kSampleFolder = VELKOR_SOURCE_DIR "/tests/readers/gcc/code/";
 
 bool Compiles(const std::string& compiler, const std::string& sourcesAndLink) {
   const std::string command =
@@ -166,7 +166,7 @@ TEST(ProgramCode, ReadsWhatTheCompilerTold) {
   int compiled = 0;
   for (const ProofCompiler& compiler : kProofCompilers) {
     SCOPED_TRACE(compiler.command);
-    if (!Compiles(compiler.command, kSources + "samples.c " + compiler.link)) {
+    if (!Compiles(compiler.command, kSampleFolder + "samples.c " + compiler.link)) {
       continue;
     }
     ++compiled;
@@ -187,8 +187,8 @@ TEST(ProgramCode, ReadsWhatTheCompilerTold) {
 // Places where exceptions land are reached by nothing that the instructions tell.
 TEST(ProgramCode, ReadsWhereExceptionsLand) {
   const testing::TemporaryFolder folder;
-  const std::string whole = kSources + "samples.cc";
-  const std::string alone = whole + " " + kSources +
+  const std::string whole = kSampleFolder + "samples.cc";
+  const std::string alone = whole + " " + kSampleFolder +
                             "samples_library.cc -nodefaultlibs -nostartfiles -lgcc "
                             "-Wl,--unresolved-symbols=ignore-all,-e,main";
   int compiled = 0;
