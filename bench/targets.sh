@@ -42,6 +42,18 @@ measure_call_graphs() {
   ratio_row "" "$elapsed" "$processor" "cat" "$cat"
 }
 
+# measure_program MEGABYTES: a linked program whose code no call graph file tells of.
+measure_program() {
+  local folder what="$1 MB of code"
+  folder=$(input program "$1000000")
+  say "$what"
+  cat "$folder"/program.elf >/dev/null
+  fastest --output "$data/output" -- taskset -c 0 arm-none-eabi-objdump -d "$folder"/program.elf
+  local objdump=$processor
+  fastest -- taskset -c 0 "${analyze[@]}" "$folder/velkor.toml"
+  ratio_row "$what, one core" "$processor" "$processor" "objdump -d" "$objdump" 1
+}
+
 # benchmark_times PROGRAM FILTER REPETITIONS: prints name and microseconds of each benchmark: its
 # counter median_ms where it has one, else the processor time of an iteration; of the fastest
 # repetition.

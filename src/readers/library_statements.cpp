@@ -36,15 +36,15 @@ bool IsNumber(std::string_view text, uint32_t& number) {
   return error == std::errc() && end == text.data() + text.size();
 }
 
-struct Line {
+struct TableStatement {
   std::string_view name;
   StkAdjustment stated;
   std::vector<std::string_view> callees;
   std::vector<std::string_view> unless;
 };
 
-std::optional<Line> LineOf(std::string_view text) {
-  Line line;
+std::optional<TableStatement> StatementOf(std::string_view text) {
+  TableStatement line;
   line.name = TakePart(text);
   while (!text.empty()) {
     std::string_view part = TakePart(text);
@@ -92,7 +92,7 @@ bool LibraryStatements::ParseLine(StkFunctionTable& table, uint32_t lineNumber,
   if (text.empty() || text.starts_with('#')) {
     return true;
   }
-  std::optional<Line> line = LineOf(text);
+  std::optional<TableStatement> line = StatementOf(text);
   if (!line) {
     return false;
   }

@@ -219,6 +219,13 @@ TEST_F(GccFolder, TakesATableOfStatementsOnALibraryWhereItIsNamed) {
   }
   EXPECT_EQ(notShown, std::set<std::string>()) << "statements that no program shows";
 
+  const ProgramRun frames = Run({"analyze", "fw/velkor.toml", "--function", "__aeabi_cdrcmple"});
+  EXPECT_NE(
+      frames.out.find("Its instructions use 0 bytes, its call frame information 8: the largest "
+                      "counts.\n"),
+      std::string::npos)
+      << frames.out;
+
   // What the user states wins, wherever it stands, and is kept alone.
   folder_.Put("fw/velkor.psg", "_fwalk, ADD=7\r\n");
   EXPECT_EQ(Number("fw/velkor.toml", "_fwalk", "margin"), 7);

@@ -32,6 +32,9 @@ FunctionWalk::FunctionWalk(const CodeImage& image, InstructionDecoder& decoder,
     first.StoreSlot(StartOffset(), conventions_.wordSize, CodeValue::Return());
   }
   Reach(range_.start, first, nullptr);
+  if (range_.hasMoreParts) {
+    GiveUp(range_.start);
+  }
 }
 
 CodeState FunctionWalk::FirstState() const {
@@ -65,7 +68,12 @@ void FunctionWalk::GiveUp(uint64_t address) {
 
 bool FunctionWalk::IsOwn(uint64_t address) const {
   const uint64_t place = image_.Place(address);
-  return place >= image_.Place(range_.start) && place < range_.end;
+  const auto holds = [&](uint64_t start, uint64_t end) {
+    return place >= image_.Place(start) && place < end;
+  };
+  return holds(range_.start, range_.end) ||
+         std::ranges::any_of(range_.parts,
+                             [&](const Part& part) { return holds(part.start, part.end); });
 }
 
 bool FunctionWalk::IsBalanced(const CodeState& state) const {
@@ -313,15 +321,22 @@ void FunctionWalk::Sweep() {
     }
   }
   state.SetFlags({});
-  uint64_t address = range_.start;
-  while (image_.Place(address) < range_.end) {
+  SweepRange(range_.start, range_.end, state);
+  for (const Part& part : range_.parts) {
+    SweepRange(part.start, part.end, state);
+  }
+}
+
+void FunctionWalk::SweepRange(uint64_t start, uint64_t end, const CodeState& state) {
+  uint64_t address = start;
+  while (image_.Place(address) < end && !hasGivenUp_) {
     auto block = blocks_.upper_bound(address);
     block = block == blocks_.begin() ? blocks_.end() : std::prev(block);
     if (block != blocks_.end() && block->second.end > address) {
       address = block->second.end;
       continue;
     }
-    if (address != range_.start && around_.FunctionAt(address) != CodeSurroundings::kNone) {
+    if (address != start && around_.FunctionAt(address) != CodeSurroundings::kNone) {
       break;
     }
     const uint64_t thumb = address & (image_.Place(1) == 0 ? 1 : 0);

@@ -45,12 +45,19 @@ class CodeSurroundings {
 // Follows the flow of one function, and what is known along it, to a fixed point. One thread.
 class FunctionWalk {
  public:
+  // Code of the function that is kept elsewhere.
+  struct Part {
+    uint64_t start = 0;  // with bit 0 for Thumb
+    uint64_t end = 0;
+  };
   struct Range {
     uint32_t function = 0;
     uint64_t start = 0;  // with bit 0 for Thumb
     uint64_t end = 0;    // of its own code, behind the last byte
     bool isHelper = false;
-    bool isWhole = true;  // all between start and end belongs to it
+    bool isWhole = true;        // all between start and end belongs to it
+    std::vector<Part> parts;    // all of each belongs to it, too
+    bool hasMoreParts = false;  // than are known here
   };
 
   FunctionWalk(const CodeImage& image, InstructionDecoder& decoder, CodeSurroundings& around,
@@ -110,6 +117,7 @@ class FunctionWalk {
   void Reach(uint64_t address, const CodeState& state, Block* from);
   void JoinInto(Blocks::iterator block, const CodeState& state, Block* from);
   void Queue(Blocks::iterator block);
+  void SweepRange(uint64_t start, uint64_t end, const CodeState& state);
   void WalkBlock(Blocks::iterator block);
   bool CanStand(Cursor& cursor);
   const CodeInstruction& InstructionAt(const Cursor& cursor);
