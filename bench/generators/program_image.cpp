@@ -122,7 +122,7 @@ class ImageAuthor {
     Append(header, 2, 2);
     Append(header, 40, 2);  // ARM
     AppendWords(header, {1, kAddress + 1, 0, image_.size(), 0x5000000});
-    for (const uint64_t half : {52, 0, 0, 40, 5, 4}) {
+    for (const uint64_t half : std::initializer_list<uint64_t>{52, 0, 0, 40, 5, 4}) {
       Append(header, half, 2);
     }
     return image_.replace(0, header.size(), header) + sections;
