@@ -44,5 +44,9 @@ class CallRange {
 inline CallRange AllCallees(const StkFunction& function) {
   return {function.callees, function.extraCallees};
 }
+// Those on which its bound depends.
+inline CallRange BoundCallees(const StkFunction& function) {
+  return function.Is(FN_TOTAL_STATED) ? CallRange({}, {}) : AllCallees(function);
+}
 
 }  // namespace velkor
