@@ -133,6 +133,9 @@ enum class MessageKey : uint32_t {
   kNoteOtherFrame = 43131,
   kNoteCodeLarger = 43132,
   kNoteMachineNotRead = 43133,
+  kNoteNoCaller = 43301,
+  kNoteSeveralCallers = 43302,
+  kNoteNoTable = 43303,
 };
 
 }  // namespace velkor

@@ -27,8 +27,8 @@ std::optional<Configuration> ReadConfigurationFile(std::string_view path, Host& 
   text.resize(size);
   ReadConfigurationResult result = ReadConfiguration(text);
   for (const ConfigurationFault& fault : result.faults) {
-    reporter.ShowFatal(MessageKey::kE9303,
-                       {MessageFile{path}, MessageLine{fault.line}, fault.text});
+    reporter.ShowFatal(MessageKey::kE9303, {MessageFile{path}, MessageLine{fault.place.line},
+                                            fault.place.column, std::string_view(fault.text)});
   }
   return std::move(result.configuration);
 }
@@ -54,6 +54,11 @@ std::unique_ptr<ProgramInput> OpenConfigured(std::string_view path, Host& host,
     settings.exclude = configuration->exclude;
     settings.elf = configuration->elf.empty() ? "" : PathBeside(path, configuration->elf);
     settings.vectors = configuration->vectors;
+    for (const Configuration::Call& call : configuration->calls) {
+      if (!call.table.empty()) {
+        settings.tables.push_back({call.function.text, call.table, call.function.place});
+      }
+    }
     input = GccInput::Open(path, std::move(settings), host, reporter);
   }
   if (input == nullptr) {
@@ -70,9 +75,10 @@ std::unique_ptr<ProgramInput> OpenInput(std::string_view path, Host& host, StkRe
     return OpenConfigured(path, host, reporter);
   }
   if (!IsProject(path) && host.files.IsDirectory(path)) {
-    return GccInput::Open(path,
-                          {.folders = {std::string(path)}, .exclude = {}, .elf = {}, .vectors = {}},
-                          host, reporter);
+    return GccInput::Open(
+        path,
+        {.folders = {std::string(path)}, .exclude = {}, .elf = {}, .vectors = {}, .tables = {}},
+        host, reporter);
   }
   return TarnInput::Open(path, host, reporter);
 }

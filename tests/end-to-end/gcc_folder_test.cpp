@@ -129,7 +129,7 @@ TEST_F(GccFolder, SaysWhyItRefuses) {
   folder_.Put("wrong.toml", "input = \"build\"\n\nexclud = \"x\"\n");
   const ProgramRun wrong = Run({"analyze", "wrong.toml"});
   EXPECT_EQ(wrong.status, 3);
-  EXPECT_NE(wrong.err.find("line 3: unknown key \"exclud\"; near it: \"exclude\""),
+  EXPECT_NE(wrong.err.find("line 3, column 1: unknown key \"exclud\"; near it: \"exclude\""),
             std::string::npos)
       << wrong.err;
 }

@@ -143,8 +143,11 @@ void ProgramLink::LinkOutsideCode() {
       outsideCallees_.push_back(outside.target);
     } else if (outside.code != kNone) {
       const size_t begin = outsideCallees_.size();
+      std::vector<uint32_t> callees = CalleesOfTable(outside.name);
       for (const uint32_t call : CodeOf(outside.code).calls) {
-        const uint32_t callee = CalleeOfCode(call);
+        callees.push_back(CalleeOfCode(call));
+      }
+      for (const uint32_t callee : callees) {
         const auto own = outsideCallees_.begin() + static_cast<ptrdiff_t>(begin);
         if (std::find(own, outsideCallees_.end(), callee) == outsideCallees_.end()) {
           outsideCallees_.push_back(callee);

@@ -88,6 +88,7 @@ void ProgramLink::EnterFunctions() {
     entered.flags |= entity.isEntry ? uint32_t{FN_ENTRY} : 0U;
     entered.flags |= hasSites_[i] ? uint32_t{FN_INDIRECT_CALL} : 0U;
     EnterCodeOf(entity, entered);
+    entered.flags |= CallsThroughTable(i) ? uint32_t{FN_TABLE_CALLS} : 0U;
     if (function.shownName != kNone) {
       table.SetShownName(entered, function.shownName);
     }
@@ -150,6 +151,7 @@ void ProgramLink::EnterOutside() {
       entered.source = FunctionSource::kProgram;
     } else if (isDefined) {
       EnterOutsideCode(outside, entered);
+      entered.flags |= tableOf_.contains(outside.name) ? uint32_t{FN_TABLE_CALLS} : 0U;
     }
     indexOf_[entities_.size() + i] = entered.index;
     if (const std::string shown = DemangledName(entered.name); !shown.empty()) {
