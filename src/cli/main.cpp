@@ -5,6 +5,8 @@
 #include "cli/application.h"
 #include "cli/change_commands.h"
 #include "cli/diff_command.h"
+#include "cli/check_command.h"
+#include "cli/init_command.h"
 #include "cli/output_commands.h"
 #include "platform/heap.h"
 #include "platform/terminal.h"
@@ -23,6 +25,10 @@ ExitStatus RunCommand(Application& application, const Options& options) {
       return Todo(application, options);
     case Options::Command::kDiff:
       return Diff(application, options);
+    case Options::Command::kCheck:
+      return Check(application, options);
+    case Options::Command::kInit:
+      return Init(application, options);
     case Options::Command::kChains:
       return Chains(application, options);
     case Options::Command::kAdjust:

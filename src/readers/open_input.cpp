@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "files/whole_text.h"
 #include "readers/configured_input.h"
 #include "readers/gcc/gcc_input.h"
 #include "readers/tarn/tarn_input.h"
@@ -14,18 +15,13 @@ constexpr uint64_t kMostConfigurationBytes = 16 << 20;
 // None after a message.
 std::optional<Configuration> ReadConfigurationFile(std::string_view path, Host& host,
                                                    StkReporter& reporter) {
-  const OpenResult<InputFile> opened = host.files.OpenForRead(path);
-  if (!opened.file || opened.file->Length() > kMostConfigurationBytes) {
+  const std::optional<std::string> text =
+      ReadWholeText(host.files, path, kMostConfigurationBytes);
+  if (!text) {
     reporter.ShowFatal(MessageKey::kE9300, {MessageFile{path}});
     return std::nullopt;
   }
-  std::string text(static_cast<size_t>(opened.file->Length()), '\0');
-  size_t size = 0;
-  while (const size_t count = opened.file->Read(text.data() + size, text.size() - size)) {
-    size += count;
-  }
-  text.resize(size);
-  ReadConfigurationResult result = ReadConfiguration(text);
+  ReadConfigurationResult result = ReadConfiguration(*text);
   for (const ConfigurationFault& fault : result.faults) {
     reporter.ShowFatal(MessageKey::kE9303, {MessageFile{path}, MessageLine{fault.place.line},
                                             fault.place.column, std::string_view(fault.text)});
