@@ -63,9 +63,9 @@ class CauseSearch {
     finding.cause = fmt::format("{} {}", kind, StableName(input_.result, function));
     finding.text = fmt::format(fmt::runtime(text), input_.result.ShownSpecName(function));
     finding.help = fmt::format(fmt::runtime(help), input_.result.SpecName(function));
-    const bool isInterrupt = rule == kUnlistedInterrupt;
-    const TextPlace interrupts = input_.configuration.PlaceOf("interrupts.levels");
-    finding.place = places_.OfFunction(function, isInterrupt ? interrupts : TextPlace());
+    const TextPlace levels = input_.configuration.PlaceOf("interrupts.levels");
+    const bool isThere = rule == kUnlistedInterrupt && levels != TextPlace();
+    finding.place = places_.OfFunction(function, isThere ? levels : TextPlace{1, 1});
     findings_.push_back(std::move(finding));
   }
 
