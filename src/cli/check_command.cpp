@@ -5,12 +5,11 @@
 
 #include "cli/command_output.h"
 #include "files/whole_text.h"
-#include "readers/configured_input.h"
-#include "reports/gate/gate.h"
 #include "reports/gate/gate_json.h"
 #include "reports/gate/gate_text.h"
 #include "reports/gate/github_output.h"
 #include "reports/gate/gitlab_output.h"
+#include "reports/gate/input_gate.h"
 #include "reports/gate/markdown_output.h"
 #include "reports/gate/sarif_output.h"
 
@@ -43,12 +42,12 @@ class CheckRun {
   CheckRun(Application& application, const Options& options)
       : application_(application),
         options_(options),
-        settings_(application.Document().Input()->Settings()),
         result_(application.Result()),
-        sources_(application.GetHost().files, ConfigurationPath(), Folders()) {}
+        gate_(*application.Document().Input(), *application.Document().FunctionTable(), result_,
+              application.GetHost().files) {}
 
   ExitStatus Run() {
-    if (settings_ == nullptr && options_.check.limits.empty()) {
+    if (!gate_.IsConfigured() && options_.check.limits.empty()) {
       application_.Say(
           "nothing says how large a stack is: give --limit ENTRY=BYTES, or a "
           "velkor.toml (\"init\" writes one)");
@@ -69,10 +68,12 @@ class CheckRun {
   ExitStatus CheckAgainst(std::optional<reports::Baseline> baseline) {
     reports::GateOutcome outcome = Ask(baseline ? &*baseline : nullptr);
     if (outcome.report && options_.check.updateBaseline) {
-      baseline = reports::BaselineOf(*outcome.report, result_, sources_.Configuration(), Commit());
-      if (!WriteOutput(application_, BaselinePath(), [&](reports::ResultOutput& output) {
-            output.Write(reports::BaselineText(*baseline));
-          })) {
+      baseline =
+          reports::BaselineOf(*outcome.report, result_, gate_.Sources().Configuration(), Commit());
+      const auto write = [&](reports::ResultOutput& output) {
+        output.Write(reports::BaselineText(*baseline));
+      };
+      if (WriteResult(application_, {BaselinePath(), {}}, kDone, write) != kDone) {
         return kOutputFailed;
       }
       outcome = Ask(&*baseline);
@@ -85,33 +86,28 @@ class CheckRun {
   }
 
   reports::GateOutcome Ask(const reports::Baseline* baseline) {
-    static const Configuration kNone;
-    const Configuration& configuration = settings_ != nullptr ? *settings_ : kNone;
-    std::vector<std::string> entries;
-    for (const reports::StackLimit& limit : options_.check.limits) {
-      entries.push_back(limit.entry);
-    }
-    const reports::NameMeanings names =
-        reports::MeaningsOf(configuration, entries, *application_.Document().FunctionTable());
-    return reports::CheckGate({.result = result_,
-                               .configuration = configuration,
-                               .facts = application_.Document().Input()->Facts(),
-                               .names = names,
-                               .limits = options_.check.limits,
-                               .isConfigured = settings_ != nullptr},
-                              baseline, sources_);
+    return gate_.Check(options_.check.limits, baseline);
   }
 
   ExitStatus Write(reports::GateReport& report) {
+    if (application_.Document().AnyJobFailed() && report.Passed()) {
+      report.findings.push_back(NotRead());
+    }
     report.name = Name();
     report.commit = Commit();
-    const bool written = WriteOutput(
-        application_, options_.output,
+    const bool passes = report.Passed() || options_.check.noFail;
+    return WriteResult(
+        application_, {options_.output, {BaselinePath()}}, passes ? kDone : kGateNotPassed,
         [&](reports::ResultOutput& output) { WriteReport(report, options_.check.format, output); });
-    if (!written) {
-      return kOutputFailed;
-    }
-    return report.Passed() || options_.check.noFail ? kDone : kGateNotPassed;
+  }
+
+  // The log says what.
+  reports::Finding NotRead() {
+    reports::Finding finding;
+    finding.rule = "statement-not-read";
+    finding.text = "not everything was read: the log says what";
+    finding.place = {gate_.Sources().Configuration(), 1, 1};
+    return finding;
   }
 
   void SayFaults(const std::vector<reports::GateFault>& faults) {
@@ -142,7 +138,7 @@ class CheckRun {
           fmt::format("{}:{}:{}: {}", path, read.place.line, read.place.column, read.fault));
       return kProjectNotRead;
     }
-    if (!reports::IsSameProject(read.baseline->project, sources_.Configuration())) {
+    if (!reports::IsSameProject(read.baseline->project, gate_.Sources().Configuration())) {
       application_.Say(
           fmt::format("{} is the baseline of another project, {}", path, read.baseline->project));
       return kProjectNotRead;
@@ -156,21 +152,10 @@ class CheckRun {
       return application_.AbsolutePath(options_.check.baseline);
     }
     const std::string& path = ConfigurationPath();
-    return settings_ == nullptr ? "" : path.substr(0, path.rfind(".toml")) + ".baseline.json";
+    return !gate_.IsConfigured() ? "" : path.substr(0, path.rfind(".toml")) + ".baseline.json";
   }
 
   const std::string& ConfigurationPath() const { return application_.Document().PathName(); }
-
-  std::vector<std::string> Folders() const {
-    std::vector<std::string> folders;
-    if (settings_ == nullptr) {
-      return {ConfigurationPath()};
-    }
-    for (const std::string& input : settings_->input) {
-      folders.push_back(PathBeside(ConfigurationPath(), input));
-    }
-    return folders;
-  }
 
   // "fw" of fw/velkor.toml and of fw.toml.
   std::string Name() const {
@@ -184,13 +169,14 @@ class CheckRun {
     return path.substr(folder, start < 2 ? 0 : start - 1 - folder);
   }
 
-  std::string Commit() { return reports::CommitOf(application_.GetHost().files, sources_.Root()); }
+  std::string Commit() {
+    return reports::CommitOf(application_.GetHost().files, gate_.Sources().Root());
+  }
 
   Application& application_;
   const Options& options_;
-  const Configuration* settings_;
   const reports::AnalysisResult result_;
-  reports::SourcePlaces sources_;
+  reports::InputGate gate_;
 };
 
 }  // namespace

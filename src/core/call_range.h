@@ -6,8 +6,8 @@
 
 namespace velkor {
 
-// Two lists as one range, the first before the second. Refers to what the lists hold, which must not
-// change meanwhile.
+// Two lists as one range, the first before the second. Refers to what the lists hold, which must
+// not change meanwhile.
 class CallRange {
  public:
   class Iterator {

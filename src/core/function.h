@@ -70,19 +70,19 @@ enum class FunctionKind : uint8_t { kSpecified, kRecursive, kDefined, kUnknown }
 // thread at a time. Once totals have been computed, what they depend on is changed by the
 // operations of the table and the adjustments, which note it for the next computation.
 struct StkFunction {
-  std::string_view name;       // assembler symbol; FN_PLAIN_SYMBOL: without "_" before the C name
+  std::string_view name;  // assembler symbol; FN_PLAIN_SYMBOL: without "_" before the C name
   const StkFileEntry* file = nullptr;  // its module's; none for a function that is only called
   uint32_t index = 0;                  // position in the table's insertion order
   uint32_t frameSize = 0;
   uint32_t flags = 0;
   FunctionSource source = FunctionSource::kNone;
-  uint32_t librarySize = 0;      // added when there is no adjustment
-  uint32_t totalStackSize = 0;   // result of Recompute
-  uint32_t maxCalleeSize = 0;    // largest total among callees and extra callees
-  int32_t chainCount = 1;        // call chains that start here, at most kMaxChainCount
-  StkFunctionSpan callees;       // once resolved; sorted by name, no duplicates
-  StkFunctionList extraCallees;  // targets of indirect calls, as the adjustment states them
-  std::unique_ptr<StkToldSource> told;               // none where the input tells nothing
+  uint32_t librarySize = 0;             // added when there is no adjustment
+  uint32_t totalStackSize = 0;          // result of Recompute
+  uint32_t maxCalleeSize = 0;           // largest total among callees and extra callees
+  int32_t chainCount = 1;               // call chains that start here, at most kMaxChainCount
+  StkFunctionSpan callees;              // once resolved; sorted by name, no duplicates
+  StkFunctionList extraCallees;         // targets of indirect calls, as the adjustment states them
+  std::unique_ptr<StkToldSource> told;  // none where the input tells nothing
   std::unique_ptr<StkAdjustment> pendingAdjustment;  // read from a file, not yet applied
   std::unique_ptr<StkAppliedAdjustment> adjustment;  // in force; its presence: adjusted
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
@@ -199,7 +200,7 @@ TEST_F(Check, SaysWhereAVelkorTomlIsWrong) {
       {"[gate]", "[calls]\ngone = { total = 9 }\n[gate]", 5,
        "velkor.toml:23:1: error: gone of [calls]"},
       {"input = \"build\"", "input = \"build\"\nelf = \"no.elf\"", 5,
-       "error: It could not be read"},
+       "velkor.toml:3:1: error: It could not be read [program-not-read]"},
   };
   for (const Wrong& each : lacking) {
     folder_.Put("velkor.toml", good);
@@ -263,6 +264,71 @@ TEST_F(Check, InitWritesWhatIsThereAndLeavesOpenWhatIsNot) {
   EXPECT_EQ(ReadFile(folder_.Path("velkor.toml")), before);
   EXPECT_EQ(Program({"init", "none", "--output", "new.toml"}).In(folder_.Root()).Run().status, 3);
   EXPECT_FALSE(fs::exists(folder_.Path("new.toml")));
+}
+
+// What docs/gate.md says to do on a build server, as far as it goes without one.
+class Recipes : public Check {
+ protected:
+  // The text in the fences after each of these marks.
+  static std::vector<std::string> Marked(const std::string& mark) {
+    const std::string page = ReadFile((fs::path(VELKOR_SOURCE_DIR) / "docs/gate.md").string());
+    std::vector<std::string> texts;
+    for (size_t at = page.find("<!-- " + mark + " -->"); at != page.npos;
+         at = page.find("<!-- " + mark + " -->", at + 1)) {
+      const size_t start = page.find("```\n", at) + 4;
+      texts.push_back(page.substr(start, page.find("```", start) - start));
+    }
+    return texts;
+  }
+  // Its exit status, of a shell that finds velkor-cli.
+  int Shell(const std::string& script) const {
+    folder_.Put("recipe.sh", "set -e\nPATH=" + fs::path(VELKOR_PROGRAM).parent_path().string() +
+                                 ":$PATH\n" + script);
+    const std::string line = "cd " + folder_.Root() + " && sh recipe.sh >out.txt 2>&1";
+    return std::system(line.c_str());  // NOLINT(concurrency-mt-unsafe): one thread
+  }
+};
+
+TEST_F(Recipes, RunAsTheyStandThere) {
+  Use("cortex-m");
+  const std::vector<std::string> recipes = Marked("run");
+  EXPECT_EQ(recipes.size(), 2U);
+  for (const std::string& recipe : recipes) {
+    if (recipe.starts_with("velkor-cli") && Shell("jq --version") != 0) {
+      continue;
+    }
+    EXPECT_EQ(Shell(recipe), 0) << recipe << ReadFile(folder_.Path("out.txt"));
+  }
+  const std::vector<std::string> cmake = Marked("cmake");
+  ASSERT_EQ(cmake.size(), 1U);
+  folder_.Put("CMakeLists.txt",
+              "cmake_minimum_required(VERSION 3.20)\nproject(p NONE)\n" + cmake[0]);
+  EXPECT_EQ(Shell("cmake -B out . && cmake --build out"), 0) << ReadFile(folder_.Path("out.txt"));
+  Replace("velkor.toml", "size = 384", "size = 300");
+  EXPECT_NE(Shell("cmake --build out"), 0) << "the build fails";
+  EXPECT_NE(ReadFile(folder_.Path("out.txt")).find("stack rx needs 336 of 300 bytes"),
+            std::string::npos);
+}
+
+TEST_F(Check, ExplainShowsWhatLiesOnAStackBesides) {
+  Use("cortex-m");
+  const ProgramRun text = Program({"explain", "velkor.toml", "task_rx"}).In(folder_.Root()).Run();
+  EXPECT_TRUE(
+      text.out.ends_with("\nStack rx: 336 of 384 bytes\n"
+                         "       260  its deepest entry, task_rx\n"
+                         "        36  frame\n        40  switch\n"))
+      << text.out;
+  const ProgramRun run =
+      Program({"explain", "velkor.toml", "main", "--format", "json"}).In(folder_.Root()).Run();
+  rapidjson::Document json;
+  json.Parse(run.out.c_str());
+  ASSERT_FALSE(json.HasParseError());
+  uint64_t sum = 0;
+  for (const auto& row : json["stacks"][0]["rows"].GetArray()) {
+    sum += row["bytes"].GetUint64();
+  }
+  EXPECT_EQ(sum, 292U);
+  EXPECT_EQ(json["value"].GetUint64(), 96U) << "of the function itself";
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ void FuzzAnalysis(std::string_view bytes);
 void FuzzCallGraph(std::string_view bytes);
 void FuzzElf(std::string_view bytes);
 void FuzzConfiguration(std::string_view bytes);
+void FuzzBaseline(std::string_view bytes);
 
 struct NamedFuzzer {
   std::string_view name;  // of its program, its dictionary and its folder of the corpus
@@ -26,6 +27,7 @@ struct NamedFuzzer {
 inline constexpr NamedFuzzer kFuzzers[] = {
     {"project", FuzzProject},     {"module", FuzzModule}, {"spec", FuzzSpec},
     {"path", FuzzPath},           {"graph", FuzzGraph},   {"analysis", FuzzAnalysis},
-    {"callgraph", FuzzCallGraph}, {"elf", FuzzElf},       {"configuration", FuzzConfiguration}};
+    {"callgraph", FuzzCallGraph}, {"elf", FuzzElf},       {"configuration", FuzzConfiguration},
+    {"baseline", FuzzBaseline}};
 
 }  // namespace velkor::testing

@@ -11,8 +11,7 @@ void ProgramLink::FindTables(StkReporter& reporter) {
   }
   for (const TableCall& call : options_.tables) {
     const uint32_t name = database_->functions.NumberOfName(call.function);
-    const bool isThere =
-        EntityNamed(name) != kNone || options_.program->HasFunction(call.function);
+    const bool isThere = EntityNamed(name) != kNone || options_.program->HasFunction(call.function);
     const bool hasFunctions = !options_.program->PointersIn(call.table).functions.empty();
     if (isThere && hasFunctions) {
       tableOf_[name] = call.table;
@@ -21,9 +20,8 @@ void ProgramLink::FindTables(StkReporter& reporter) {
     const StkMessages& messages = reporter.Messages();
     reporter.PostNote(
         {.rule = "entry-not-found",
-         .text = !isThere
-                     ? messages.FormatMessageText(MessageKey::kNoteNoCaller, {call.function})
-                     : messages.FormatMessageText(MessageKey::kNoteNoTable, {call.table}),
+         .text = !isThere ? messages.FormatMessageText(MessageKey::kNoteNoCaller, {call.function})
+                          : messages.FormatMessageText(MessageKey::kNoteNoTable, {call.table}),
          .file = std::string(options_.tablesPath),
          .line = call.place.line,
          .column = call.place.column,
@@ -42,9 +40,8 @@ std::vector<uint32_t> ProgramLink::CalleesOfTable(uint32_t name) {
   for (const std::vector<std::string_view>& names :
        options_.program->PointersIn(table->second).functions) {
     const uint32_t target = EntityAt(names);
-    callees.push_back(target != kNone
-                          ? target
-                          : OutsideOf(database_->functions.NumberOfName(names.front())));
+    callees.push_back(
+        target != kNone ? target : OutsideOf(database_->functions.NumberOfName(names.front())));
   }
   return callees;
 }

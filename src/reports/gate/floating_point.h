@@ -7,17 +7,17 @@
 
 namespace velkor::reports {
 
-// Which functions may use floating-point registers, as far as an analysis shows it.
+// Which functions may use floating-point registers, as far as the instructions of the program show
+// it. Each function is looked at once, however often it is asked about.
 class FloatingPoint {
  public:
-  explicit FloatingPoint(const AnalysisResult& result) : result_(result) {}
+  explicit FloatingPoint(const AnalysisResult& result);
 
   // True: one of the functions, or something below them, does, or it is not known that it does not.
-  bool MayBeUsed(const std::vector<uint32_t>& functions);
+  bool MayBeUsed(const std::vector<uint32_t>& functions) const;
 
  private:
-  const AnalysisResult& result_;
-  std::vector<bool> met_;
+  std::vector<bool> mayUse_;  // the function, or something below it
 };
 
 }  // namespace velkor::reports

@@ -1,23 +1,10 @@
 #include "reports/gate/gate_input.h"
 
 #include <algorithm>
-#include <array>
+
+#include "reports/compared_analysis.h"
 
 namespace velkor::reports {
-namespace {
-
-// Of "step.part.0": "step".
-std::string_view WithoutCloneMarks(std::string_view name) {
-  constexpr std::array<std::string_view, 5> kMarks = {".part.", ".isra.", ".constprop.",
-                                                      ".lto_priv.", ".cold"};
-  size_t end = name.size();
-  for (const std::string_view mark : kMarks) {
-    end = std::min(end, name.find(mark, 1));
-  }
-  return name.substr(0, end);
-}
-
-}  // namespace
 
 FoundFunction FindHandler(const GateInput& input, const std::string& name) {
   for (const ProgramFacts::Handler& handler : input.facts.handlers) {
@@ -40,7 +27,7 @@ FoundFunction FindEntry(const GateInput& input, const std::string& name) {
 
 std::string StableName(const AnalysisResult& result, uint32_t function) {
   const std::string_view name = result.Statement(function).value_or(result.SpecName(function));
-  return std::string(WithoutCloneMarks(name));
+  return WithoutCloneNumbers(name);
 }
 
 }  // namespace velkor::reports

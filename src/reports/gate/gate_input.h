@@ -45,7 +45,7 @@ struct FoundFunction {
 FoundFunction FindHandler(const GateInput& input, const std::string& name);
 FoundFunction FindEntry(const GateInput& input, const std::string& name);
 
-// What names a function in every build: its statement, without what the compiler adds for clones.
+// What names a function in every build: its statement, without the numbers of clones.
 std::string StableName(const AnalysisResult& result, uint32_t function);
 
 }  // namespace velkor::reports

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <utility>
 
 #include "reports/terminal_text.h"
 
@@ -36,7 +37,14 @@ constexpr std::array<RuleOfCodes, 5> kRulesOfCodes = {{
     {"W9410", "W9429", "statement-not-read"},
     {"W9430", "W9431", "module-missing"},
     {"W9432", "W9459", "module-not-read"},
-    {"W9460", "W9499", ""},
+    {"W9465", "W9466", ""},
+}};
+
+// What states the file that a note is about, where that is none of the sources.
+constexpr std::array<std::pair<std::string_view, std::string_view>, 3> kKeysOfNotes = {{
+    {"program-not-read", "elf"},
+    {"program-mismatch", "elf"},
+    {"folder-not-read", "input"},
 }};
 
 std::string WithoutFullStop(std::string text) {
@@ -81,7 +89,7 @@ class InputSearch {
     const auto rule = std::ranges::find_if(kRulesOfCodes, [&](const RuleOfCodes& each) {
       return each.first <= warning.code && warning.code <= each.last;
     });
-    const std::string_view name = rule == kRulesOfCodes.end() ? "module-not-read" : rule->rule;
+    const std::string_view name = rule == kRulesOfCodes.end() ? "statement-not-read" : rule->rule;
     if (!name.empty()) {
       Add(name, Severity::kError, warning.code + " " + warning.text,
           {warning.file, warning.line, 0});
@@ -95,6 +103,16 @@ class InputSearch {
     }
   }
 
+  FindingPlace PlaceOf(std::string_view rule, const FindingPlace& place) {
+    const Configuration& configuration = input_.configuration;
+    const auto key =
+        std::ranges::find_if(kKeysOfNotes, [&](const auto& each) { return each.first == rule; });
+    if (key != kKeysOfNotes.end()) {
+      return places_.InConfiguration(configuration.PlaceOf(key->second));
+    }
+    return places_.Of(place.file, place.line, place.column, configuration.PlaceOf("input"));
+  }
+
   void Add(std::string_view rule, Severity severity, const std::string& text,
            const FindingPlace& place) {
     Finding finding;
@@ -102,8 +120,7 @@ class InputSearch {
     finding.severity = severity;
     finding.text = WithoutFullStop(OneLine(text));
     finding.cause = finding.text;
-    finding.place =
-        places_.Of(place.file, place.line, place.column, input_.configuration.PlaceOf("input"));
+    finding.place = PlaceOf(rule, place);
     if (severity == Severity::kError) {
       told_.insert(place.file);
     }

@@ -1,6 +1,7 @@
 #include "reports/gate/stack_needs.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "core/bound_arithmetic.h"
 #include "reports/gate/floating_point.h"
@@ -12,7 +13,11 @@ namespace {
 class NeedSearch {
  public:
   NeedSearch(const GateInput& input, const InterruptLevels& interrupts, const StackFigures& figures)
-      : input_(input), interrupts_(interrupts), figures_(figures), floatingPoint_(input.result) {}
+      : input_(input), interrupts_(interrupts), figures_(figures) {
+    if (figures.AskForFloatingPoint()) {
+      floatingPoint_.emplace(input.result);
+    }
+  }
 
   StackNeeds Run() {
     for (const Configuration::Stack& stack : input_.configuration.stacks) {
@@ -118,7 +123,7 @@ class NeedSearch {
   }
 
   bool UsesFloatingPoint(const std::vector<uint32_t>& functions) {
-    return !figures_.AskForFloatingPoint() || floatingPoint_.MayBeUsed(functions);
+    return !floatingPoint_ || floatingPoint_->MayBeUsed(functions);
   }
 
   // The path of the entry that counts, function by function.
@@ -189,7 +194,7 @@ class NeedSearch {
   const GateInput& input_;
   const InterruptLevels& interrupts_;
   const StackFigures& figures_;
-  FloatingPoint floatingPoint_;
+  std::optional<FloatingPoint> floatingPoint_;
   StackNeeds needs_;
 };
 
