@@ -150,9 +150,11 @@ TEST_F(Firmware, WhatTheProgramTellsIsFound) {
   expect(checked("[calls]\n\"dispatch\" = { table = \"commands\" }\n", ""),
          "tasks.c:27:3: error: stack a has no bound: dispatch calls through a pointer [no-bound]");
   expect(checked("load = [\"limits.txt\"]", ""),
-         "has no bound: the size of PendSV_Handler is not known [no-bound]");
-  // Target and figures are told: of a task without floating point too, the larger.
-  expect(checked("frame = 36\n\n[stack.b]", "\n[stack.b]"), "a           224 of 512 bytes");
+         "has no bound: PendSV_Handler calls through a pointer [no-bound]");
+  // What uses floating point is told by the instructions.
+  expect(checked("frame = 36 ", "# "), "548 of 1024 bytes");
+  expect(checked("[stack.a]\nentry = \"task_a\"", "[stack.a]\nentry = [\"task_a\", \"task_b\"]"),
+         "224 of 512 bytes");
 }
 
 // The figures of the table that are said to be measured.

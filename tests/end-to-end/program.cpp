@@ -1,5 +1,6 @@
 #include "program.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <fcntl.h>
 #include <grp.h>
@@ -30,7 +31,8 @@ ProgramRun Program::Run() {
   run.status = Wait(process, err);
   run.out = ReadFile(out);
   run.err = ReadFile(err);
-  if (run.out.starts_with('{') && HasSchema(arguments_.front())) {
+  const bool isSarif = std::ranges::find(arguments_, "sarif") != arguments_.end();
+  if (run.out.starts_with('{') && !isSarif && HasSchema(arguments_.front())) {
     EXPECT_EQ(SchemaFault(arguments_.front(), run.out), "");
   }
   return run;

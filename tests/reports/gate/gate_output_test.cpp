@@ -10,6 +10,7 @@
 #include "reports/gate/gitlab_output.h"
 #include "reports/gate/markdown_output.h"
 #include "reports/gate/sarif_output.h"
+#include "support/json_schema.h"
 
 namespace velkor::reports {
 namespace {
@@ -284,9 +285,9 @@ TEST(GateOutputs, TheTextIsALineAFinding) {
 
 TEST(GateOutputs, JsonHoldsEverything) {
   const GateReport report = OddReport();
-  const rapidjson::Document json =
-      Parsed(Written([&](ResultOutput& output) { WriteGateJson(report, output); }));
-  EXPECT_EQ(json["schema"].GetUint(), 2U);
+  const std::string text = Written([&](ResultOutput& output) { WriteGateJson(report, output); });
+  EXPECT_EQ(testing::SchemaFault("check", text), "");
+  const rapidjson::Document json = Parsed(text);
   EXPECT_FALSE(json["passed"].GetBool());
   const Json& stack = json["stacks"][0];
   EXPECT_STREQ(stack["state"].GetString(), "over-budget");

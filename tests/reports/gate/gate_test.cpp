@@ -2,6 +2,7 @@
 #include <random>
 
 #include "reports/gate/gate_case.h"
+#include "reports/gate/init_text.h"
 #include "reports/gate/target_table.h"
 
 namespace velkor::reports {
@@ -326,6 +327,48 @@ TEST(SourcePlaces, FindsFilesOfTheRepositoryAlone) {
   files.Put("/home/me/r/.git/HEAD", "0123456789abcdef0123456789abcdef01234567");
   EXPECT_EQ(CommitOf(files, places.Root()), "0123456789abcdef0123456789abcdef01234567");
   EXPECT_EQ(CommitOf(files, "/home"), "");
+}
+
+// What is written is read again, and says what the program shows and what is open.
+TEST(Init, WritesWhatTheProgramShows) {
+  GateCase program("reset 8 -> main\nmain 100 -> u\nidle 10\nuart 24\nodd\"name 4\n? u\n");
+  program.AddHandler("uart", {"UART0_IRQHandler"});
+  program.facts.target = "cortex-m3";
+  program.facts.entry = program.IndexOf("reset");
+  program.facts.symbols = {{"__StackLimit", 0x20000000, 0, true},
+                           {"__StackTop", 0x20000400, 0, true},
+                           {"_kernel", 0x20000800, 32, false},
+                           {"_sw_isr_table", 0x100, 64, false},
+                           {"idle_stack", 0x20000900, 512, false}};
+  program.facts.tasks = {{program.IndexOf("idle"), "idle_stack", "_k_thread_data_idle"},
+                         {program.IndexOf("odd\"name"), "", "start"}};
+  program.result = program.analysis.Result();
+  const std::string text = InitText({.result = *program.result,
+                                     .facts = program.facts,
+                                     .input = "build \\ \"x\"",
+                                     .elf = "fw.elf",
+                                     .isProject = false});
+  const ReadConfigurationResult read = ReadConfiguration(text);
+  ASSERT_TRUE(read.configuration) << read.faults[0].text << "\n" << text;
+  const Configuration& written = *read.configuration;
+  EXPECT_EQ(written.input, Lines{"build \\ \"x\""});
+  EXPECT_EQ(written.target + " " + written.rtos, "cortex-m3 zephyr");
+  ASSERT_EQ(written.stacks.size(), 3U);
+  EXPECT_EQ(written.stacks[0].name + " " + written.stacks[0].entries[0].text, "main main");
+  EXPECT_EQ(written.stacks[0].size, Configuration::Size("__StackTop - __StackLimit"));
+  EXPECT_EQ(written.stacks[0].reserve, 8U) << "of what calls main";
+  EXPECT_EQ(written.stacks[1].size, Configuration::Size("idle_stack"));
+  EXPECT_EQ(written.stacks[2].size, Configuration::Size("?"));
+  ASSERT_EQ(written.calls.size(), 1U);
+  EXPECT_EQ(written.calls[0].table, "_sw_isr_table");
+  for (const char* line :
+       {"#  [\"uart\"],   # 2 names\n", "# headroom = ", "#   the size of [u] is not known\n"}) {
+    EXPECT_NE(text.find(line), text.npos) << text;
+  }
+  // What is open is refused at its line, and nothing else.
+  const Lines faults = program.Faults(text.substr(text.find("target")));
+  ASSERT_EQ(faults.size(), 1U);
+  EXPECT_TRUE(faults[0].ends_with("is to be stated")) << faults[0];
 }
 
 // Random programs with a vector table and tasks, everything named; then one name is taken away.
