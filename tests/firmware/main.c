@@ -76,15 +76,17 @@ static int call_host(int operation, const void* argument) {
   return r0;
 }
 
+// Below 10,000, without a division, which not every one of the processors has.
 static void print_number(uint32_t number) {
-  char text[11];
-  char* next = text + sizeof text - 1;
-  *next = 0;
-  do {
-    *--next = (char)('0' + number % 10);
-    number /= 10;
-  } while (number != 0);
-  call_host(4, next);
+  static const uint32_t powers[] = {1000, 100, 10, 1};
+  char text[2] = {0, 0};
+  for (int i = 0; i < 4; ++i) {
+    text[0] = '0';
+    for (; number >= powers[i]; number -= powers[i]) {
+      ++text[0];
+    }
+    call_host(4, text);
+  }
 }
 
 static void print_use(const char* name, const uint32_t* from, const uint32_t* to) {

@@ -35,9 +35,15 @@ void task_a(void) {
   report();
 }
 
+#ifdef __ARM_FP
+typedef float number;
+#else
+typedef int number;
+#endif
+
 // Keeps values in the registers that a change of the task has to save.
-__attribute__((noinline)) static float weigh(float left, float right) {
-  volatile float block[12];
+__attribute__((noinline)) static number weigh(number left, number right) {
+  volatile number block[12];
   block[0] = left;
 #ifdef __ARM_FP
   __asm volatile("vmov.f32 s20, %0\n vmov.f32 s2, %1" ::"t"(left), "t"(right) : "s2", "s20");
@@ -49,9 +55,9 @@ __attribute__((noinline)) static float weigh(float left, float right) {
 }
 
 void task_b(void) {
-  float sum = 0;
+  number sum = 0;
   for (;;) {
-    sum += weigh(sum, 2.0F);
+    sum += weigh(sum, 2);
     yield();
   }
 }

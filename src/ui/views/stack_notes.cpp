@@ -18,7 +18,7 @@ constexpr auto kNotChecked = static_cast<MessageKey>(kStackTexts + 6);
 constexpr auto kMoreFindings = static_cast<MessageKey>(kStackTexts + 7);
 constexpr auto kSummary = static_cast<MessageKey>(kStackTexts + 8);
 
-bool StatesStacks(const CStkDoc& document) {
+bool StatesStacks(CStkDoc& document) {
   const Configuration* settings =
       document.Input() != nullptr ? document.Input()->Settings() : nullptr;
   return settings != nullptr && !settings->stacks.empty();
