@@ -255,7 +255,7 @@ TEST_F(Check, InitWritesWhatIsThereAndLeavesOpenWhatIsNot) {
   EXPECT_NE(open.err.find("the size of [stack.main] is to be stated"), open.err.npos) << open.err;
   Replace("velkor.toml", "# target = \"cortex-m4f\"", "target = \"avr\" #");
   Replace("velkor.toml", "size = \"?\"", "size = 256");
-  Replace("velkor.toml", "levels = []", "levels = [[\"__vector_11\"]]");
+  Replace("velkor.toml", "# levels = []", "levels = [[\"__vector_11\"]] #");
   EXPECT_EQ(Run().out,
             "main         201 of 256 bytes       55 free                ok\n"
             "1 stack, 0 errors, 0 warnings: passed\n");

@@ -85,7 +85,7 @@ class InitWriter {
       text_ += "# target = \"cortex-m4f\"  # what the program is built for\n";
     }
     WriteFigure("frame", figures_.Frame(nullptr, true).has_value(),
-                "the hardware pushes when an interrupt begins");
+                "the hardware pushes when an interrupt begins, 0 where none comes");
     WriteFigure("switch", !input_.isProject && figures_.Switch(nullptr, true).has_value(),
                 "a change of the task pushes, 0 without tasks");
   }
@@ -154,7 +154,9 @@ class InitWriter {
     text_ +=
         "\n[interrupts]\n# stack = \"main\"   # the stack that carries them, where it is one\n";
     if (input_.facts.handlers.empty()) {
-      text_ += "levels = []   # [[\"handler\", \"of the same priority\"], [\"of another\"]]\n";
+      text_ +=
+          "# levels = []   # to be stated: one list for each priority, [[\"a\", \"b\"], [\"c\"]]; []: "
+          "none\n";
       return;
     }
     text_ +=
@@ -200,12 +202,14 @@ class InitWriter {
     if (missing.empty()) {
       return;
     }
-    text_ += "\n# Without a bound, until it is stated:\n";
+    text_ +=
+        "\n# Without a bound, until it is stated. velkor-cli todo --output limits.txt writes the lines\n"
+        "# to be filled in, and \"load\" reads them:\n";
     for (size_t i = 0; i < std::min(missing.size(), kMostMissing); ++i) {
       text_ += "#   " + TextOf(missing[i], result_) + "\n";
     }
     if (missing.size() > kMostMissing) {
-      text_ += fmt::format("#   and {} more, which \"velkor-cli todo\" lists\n",
+      text_ += fmt::format("#   and {} more\n",
                            missing.size() - kMostMissing);
     }
   }
