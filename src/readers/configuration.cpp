@@ -279,6 +279,9 @@ class ConfigurationReader {
                      {{"table", &ConfigurationReader::Set<&C::table, C>},
                       {"total", &ConfigurationReader::Set<&C::total, C>}},
                      call);
+        if (table->empty()) {
+          Fail(node, R"("table" or "total" is wanted here)");
+        }
       }
     }
   }

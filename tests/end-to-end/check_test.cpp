@@ -182,6 +182,7 @@ TEST_F(Check, SaysWhereAVelkorTomlIsWrong) {
       {"target = \"cortex-m4\"", "target = \"z80\"", 2, "velkor.toml:3:1: the bytes that the "},
       {"input = \"build\"", "input = \"nowhere\"", 3, "Cannot find a call graph file"},
       {"[gate]", "[calls]\nmain = { table = 7 }\n[gate]", 3, "line 23, column 18: a text"},
+      {"[gate]", "[calls]\nmain = {}\n[gate]", 3, "line 23, column 8: \"table\" or \"total\""},
   };
   for (const Wrong& each : wrong) {
     folder_.Put("velkor.toml", good);
@@ -199,6 +200,8 @@ TEST_F(Check, SaysWhereAVelkorTomlIsWrong) {
       {"\"TIM1_IRQHandler\"", "\"TIM9_IRQHandler\"", 5, "velkor.toml:18:4: error: an interrupt"},
       {"[gate]", "[calls]\ngone = { total = 9 }\n[gate]", 5,
        "velkor.toml:23:1: error: gone of [calls]"},
+      {"input = \"build\"", "input = \"build\"\nload = [\"../none.txt\"]", 5,
+       "velkor.toml:3:1: error: W9400 Cannot find file"},
       {"input = \"build\"", "input = \"build\"\nelf = \"no.elf\"", 5,
        "velkor.toml:3:1: error: It could not be read [program-not-read]"},
   };

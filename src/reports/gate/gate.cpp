@@ -83,6 +83,7 @@ class GateCheck {
         change = ChangeOf(need.stack, NamesOfRows(need.stack), *before,
                           input_.configuration.gate.growth, MissesLess(need.stack.name, causes));
         need.stack.change = change->change;
+        need.stack.lostBound = change->lostBound;
       }
       if (std::optional<Finding> finding =
               JudgeStack(input_, need, change, isOtherCompiler, places_)) {

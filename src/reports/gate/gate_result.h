@@ -39,6 +39,7 @@ struct GateStack {
   std::optional<uint32_t> deepest;   // of those the one that counts
   StackState state = StackState::kOk;
   bool bounded = true;
+  bool lostBound = false;         // it had one in the baseline
   uint64_t known = 0;             // the need, unless it is not bounded
   std::optional<uint64_t> size;   // none: not known
   std::optional<int64_t> change;  // of known, against the baseline

@@ -68,7 +68,7 @@ constexpr std::array<GateRule, 16> kRules = {{
      "Take the line away, or name the function as it is called now.", Severity::kWarning},
     {"statement-not-read", "A statement was not read",
      "A line of a specification file is wrong and has no effect, or the file was not read.",
-     "Mend the line that the message names.", Severity::kError},
+     "Mend the line, or the name of the file, that the message names.", Severity::kError},
     {"unlisted-interrupt", "An interrupt handler is in no level",
      "The vector table names a handler that velkor.toml does not. It is counted as a level of its "
      "own.",

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <set>
 #include <utility>
 
@@ -32,8 +33,9 @@ struct RuleOfCodes {
   std::string_view rule;
 };
 
-constexpr std::array<RuleOfCodes, 5> kRulesOfCodes = {{
-    {"W9400", "W9407", "module-not-read"},
+constexpr std::array<RuleOfCodes, 6> kRulesOfCodes = {{
+    {"W9400", "W9400", "statement-not-read"},
+    {"W9401", "W9407", "module-not-read"},
     {"W9410", "W9429", "statement-not-read"},
     {"W9430", "W9431", "module-missing"},
     {"W9432", "W9459", "module-not-read"},
@@ -52,6 +54,23 @@ std::string WithoutFullStop(std::string text) {
     text.pop_back();
   }
   return text;
+}
+
+// The text without folders and numbers of lines: the same in every build.
+std::string CauseOf(std::string_view text) {
+  std::string cause;
+  size_t word = 0;
+  constexpr std::string_view kLine = "line ";
+  for (const char c : text) {
+    const bool isDigit = c >= '0' && c <= '9';
+    if (c == '/' || c == '\\') {
+      cause.resize(word);
+    } else if (!isDigit || !cause.ends_with(kLine)) {
+      cause += c;
+      word = c == ' ' || c == '(' || c == '"' ? cause.size() : word;
+    }
+  }
+  return cause;
 }
 
 class InputSearch {
@@ -110,7 +129,10 @@ class InputSearch {
     if (key != kKeysOfNotes.end()) {
       return places_.InConfiguration(configuration.PlaceOf(key->second));
     }
-    return places_.Of(place.file, place.line, place.column, configuration.PlaceOf("input"));
+    const TextPlace load = configuration.PlaceOf("load");
+    const bool isOfLoad = rule == "statement-not-read" && load != TextPlace();
+    return places_.Of(place.file, place.line, place.column,
+                      isOfLoad ? load : configuration.PlaceOf("input"));
   }
 
   void Add(std::string_view rule, Severity severity, const std::string& text,
@@ -119,7 +141,10 @@ class InputSearch {
     finding.rule = rule;
     finding.severity = severity;
     finding.text = WithoutFullStop(OneLine(text));
-    finding.cause = finding.text;
+    finding.cause = CauseOf(finding.text);
+    if (const size_t count = ++counts_[std::string(rule) + " " + finding.cause]; count > 1) {
+      finding.cause += " " + std::to_string(count);
+    }
     finding.place = PlaceOf(rule, place);
     if (severity == Severity::kError) {
       told_.insert(place.file);
@@ -130,7 +155,8 @@ class InputSearch {
   const GateInput& input_;
   FindingPlaces& places_;
   std::vector<Finding> findings_;
-  std::set<std::string> told_;  // files
+  std::set<std::string> told_;            // files
+  std::map<std::string, size_t> counts_;  // of findings by rule and cause
 };
 
 }  // namespace

@@ -48,7 +48,12 @@ class GateMarkdown {
     };
     add(inState(StackState::kOverBudget), "over budget");
     add(inState(StackState::kHeadroom), "with too little left");
-    add(inState(StackState::kRegression), "grown or without its bound");
+    const auto lost = static_cast<size_t>(
+        std::ranges::count_if(report_.stacks, [](const GateStack& stack) {
+          return stack.state == StackState::kRegression && stack.lostBound;
+        }));
+    add(lost, lost == 1 ? "lost its bound" : "lost their bounds");
+    add(inState(StackState::kRegression) - lost, "grew");
     add(inState(StackState::kNoBound), "without a bound");
     size_t others = 0;
     for (const Finding& finding : report_.findings) {

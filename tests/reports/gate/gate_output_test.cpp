@@ -252,6 +252,10 @@ TEST(GateOutputs, TheMarkdownAnswersInItsHeading) {
   report.baselineCommit = "0123456789abcdef";
   report.commit = "fedcba9876543210";
   EXPECT_EQ(markdown(), "### Stack: nothing changed (0123456 → fedcba9)\n");
+  report.stacks[0].state = report.stacks[1].state = StackState::kRegression;
+  report.stacks[1].lostBound = true;
+  EXPECT_TRUE(markdown().starts_with("### Stack: 1 lost its bound, 1 grew (")) << markdown();
+  report.stacks[0].state = report.stacks[1].state = StackState::kOk;
   report.stacks[0].change = 12;
   EXPECT_NE(markdown().find("<details><summary>1 unchanged</summary>"), std::string::npos);
 }

@@ -268,7 +268,8 @@ TEST(Gate, WhatWasNotReadIsFound) {
   result.inputs.missing = {"C:\\p\\lost.asm", "C:\\p\\told.asm"};
   result.inputs.notWhole = {"C:\\p\\cut.asm"};
   result.warnings = {{"W9431", "Cannot find it.", "C:\\p\\told.asm", 0},
-                     {"W9413", "Illegal value.", "limits.txt", 3},
+                     {"W9413", "Illegal value (/a/b/limits.txt:line 13).", "limits.txt", 13},
+                     {"W9413", "Illegal value (/a/b/limits.txt:line 24).", "limits.txt", 24},
                      {"W9466", "Too large in total.", "", 0}};
   result.notes = {{"module-not-whole", "It is cut.", "C:\\p\\cut.asm", 7, 0, {}, true},
                   {"stale-input", "It is old.", "a.ci", 0, 0, {}, false},
@@ -287,9 +288,13 @@ TEST(Gate, WhatWasNotReadIsFound) {
   EXPECT_EQ(FindingLines(*outcome.report),
             (Lines{"error module-not-whole: It is cut", "error folder-not-read: It is closed",
                    "error module-missing: W9431 Cannot find it",
-                   "error statement-not-read: W9413 Illegal value",
+                   "error statement-not-read: W9413 Illegal value (/a/b/limits.txt:line 13)",
+                   "error statement-not-read: W9413 Illegal value (/a/b/limits.txt:line 24)",
                    "error module-missing: the module C:\\p\\lost.asm is missing",
                    "warning stale-input: It is old"}));
+  // Told apart in every build, wherever it is and whatever stands before the line.
+  EXPECT_EQ(outcome.report->findings[3].cause, "W9413 Illegal value (limits.txt:line )");
+  EXPECT_EQ(outcome.report->findings[4].cause, "W9413 Illegal value (limits.txt:line ) 2");
 }
 
 TEST(Gate, AFindingLiesWhereTheBytesComeFrom) {
