@@ -177,7 +177,7 @@ TEST_F(Firmware, WhatTheProgramTellsIsFound) {
   // What uses floating point is told by the instructions.
   expect(checked("frame = 36 ", "# "), "548 of 1024 bytes");
   expect(checked("[stack.a]\nentry = \"task_a\"", "[stack.a]\nentry = [\"task_a\", \"task_b\"]"),
-         "224 of 512 bytes");
+         "296 of 512 bytes");
 }
 
 // The frames of the table that are said to be measured.
