@@ -48,9 +48,7 @@ class CheckRun {
 
   ExitStatus Run() {
     if (!gate_.IsConfigured() && options_.check.limits.empty()) {
-      application_.Say(
-          "nothing says how large a stack is: give --limit ENTRY=BYTES, or a "
-          "velkor.toml (\"init\" writes one)");
+      application_.Say("nothing says how large a stack is: give " + ConfigurationHint());
       return kWrongUsage;
     }
     if (options_.check.updateBaseline && BaselinePath().empty()) {
@@ -119,6 +117,14 @@ class CheckRun {
     }
   }
 
+  // A folder that was given may hold one.
+  std::string ConfigurationHint() {
+    const std::string inFolder = ConfigurationPath() + "/velkor.toml";
+    return application_.GetHost().files.Exists(inFolder)
+               ? inFolder
+               : "--limit ENTRY=BYTES, or a velkor.toml (\"init\" writes one)";
+  }
+
   // None where there is none that has to be, and where it is to be written anew.
   ExitStatus ReadBaseline(std::optional<reports::Baseline>& baseline) {
     const std::string path = BaselinePath();
@@ -183,6 +189,10 @@ class CheckRun {
 
 ExitStatus Check(Application& application, const Options& options) {
   const ExitStatus analysed = application.OpenAndAnalyse(options);
+  if (analysed == kProjectNotRead &&
+      !application.GetHost().files.Exists(application.AbsolutePath(options.project))) {
+    application.Say("\"velkor-cli init INPUT\" writes a velkor.toml");
+  }
   if (analysed != kDone) {
     return analysed;
   }

@@ -217,8 +217,11 @@ TEST_F(Check, SaysWhereAVelkorTomlIsWrong) {
   const ProgramRun refused = Run({"--load", "limits.txt"});
   EXPECT_EQ(refused.status, 5) << refused.out;
   EXPECT_NE(refused.out.find("[statement-not-read]"), refused.out.npos) << refused.out;
+  EXPECT_NE(Run({"."}).err.find("is: give " + folder_.Root()), std::string::npos);
   fs::remove(folder_.Path("velkor.toml"));
-  EXPECT_EQ(Run().status, 3);
+  const ProgramRun none = Run();
+  EXPECT_EQ(none.status, 3);
+  EXPECT_NE(none.err.find("init"), none.err.npos) << none.err;
 }
 
 TEST_F(Check, ChecksProjectsOfTheOtherCompilerWithStatedFigures) {
