@@ -54,11 +54,24 @@ struct IndirectSite : SourceLine {
   uint64_t address = 0;  // in the linked program, of code without a source; 0: not told
 };
 
+// The frame of one function in bytes, as each way of reading it tells.
+struct ToldFrames {
+  uint32_t instructions = 0;
+  uint32_t compiler = 0;   // its compiler; 0: not told
+  uint32_t callFrame = 0;  // its call frame information; 0: not told
+
+  bool Differ() const {
+    const uint32_t others = compiler > callFrame ? compiler : callFrame;
+    return others != 0 && instructions != others;
+  }
+};
+
 // What an input tells of the source of a function, besides its file.
 struct StkToldSource {
   std::string_view shownName;               // for people; empty: the C name
   SourceLine place;                         // of the definition
   std::vector<IndirectSite> indirectSites;  // where the function calls through a pointer
+  ToldFrames frames;
 };
 
 // What a function is first of all, for its picture and for programs. Something is known of a

@@ -8,6 +8,8 @@
 #include <toml++/toml.h>
 #include <utility>
 
+#include "readers/library_statements.h"
+
 namespace velkor {
 namespace {
 
@@ -169,7 +171,7 @@ class ConfigurationReader {
                   {"input", &ConfigurationReader::Set<&C::input, C>},
                   {"exclude", &ConfigurationReader::Set<&C::exclude, C>},
                   {"elf", &ConfigurationReader::Set<&C::elf, C>},
-                  {"load", &ConfigurationReader::Set<&C::load, C>},
+                  {"load", &ConfigurationReader::ReadLoad},
                   {"target", &ConfigurationReader::Set<&C::target, C>},
                   {"rtos", &ConfigurationReader::Set<&C::rtos, C>},
                   {"vectors", &ConfigurationReader::Set<&C::vectors, C>},
@@ -202,6 +204,24 @@ class ConfigurationReader {
     const auto* number = value.as_integer();
     if (number == nullptr || number->get() != 1) {
       Fail(value, "this velkor knows schema 1 only");
+    }
+  }
+
+  void ReadLoad(const toml::node& value, Configuration& configuration) {
+    Take(value, configuration.load);
+    const auto check = [this](const toml::node& node) {
+      const auto* name = node.as_string();
+      if (name != nullptr && IsStatementTable(name->get()) && !StatementTable(name->get())) {
+        Fail(node,
+             "there is no table of statements \"" + name->get() + "\": \"velkor:newlib\" is one");
+      }
+    };
+    if (const toml::array* array = value.as_array()) {
+      for (const toml::node& each : *array) {
+        check(each);
+      }
+    } else {
+      check(value);
     }
   }
 

@@ -63,11 +63,11 @@ struct Configuration {
 
   std::vector<std::string> input;
   std::vector<std::string> exclude;
-  std::string elf;  // empty: none
-  std::vector<std::string> load;
-  std::string target;   // empty: left out
-  std::string rtos;     // likewise
-  std::string vectors;  // likewise
+  std::string elf;                // empty: none
+  std::vector<std::string> load;  // files, and tables of statements that velkor brings
+  std::string target;             // empty: left out
+  std::string rtos;               // likewise
+  std::string vectors;            // likewise
   std::optional<uint32_t> frame;
   std::optional<uint32_t> contextSwitch;
   std::vector<Stack> stacks;  // in the order of their lines

@@ -1,5 +1,7 @@
 #include "readers/configured_input.h"
 
+#include "readers/library_statements.h"
+
 namespace velkor {
 
 ConfiguredInput::ConfiguredInput(std::string path, Configuration configuration,
@@ -58,7 +60,9 @@ void ConfiguredInput::PostNoteOfCall(const Configuration::Call& call, MessageKey
 StkStringList ConfiguredInput::RelatedFiles() const {
   StkStringList files = input_->RelatedFiles();
   for (const std::string& file : configuration_.load) {
-    files.Add(PathBeside(path_, file));
+    if (!IsStatementTable(file)) {
+      files.Add(PathBeside(path_, file));
+    }
   }
   return files;
 }
@@ -69,8 +73,12 @@ std::vector<std::unique_ptr<StkSpecReader>> ConfiguredInput::BuildSpecSources() 
     sources.push_back(std::make_unique<StkSystemFileReader>(SystemFilePath(), host_, reporter_));
   }
   for (const std::string& file : configuration_.load) {
-    sources.push_back(
-        std::make_unique<StkInputFileReader>(PathBeside(path_, file), host_, reporter_));
+    if (const std::optional<std::string_view> text = StatementTable(file)) {
+      sources.push_back(std::make_unique<LibraryStatements>(file, *text, host_, reporter_));
+    } else {
+      sources.push_back(
+          std::make_unique<StkInputFileReader>(PathBeside(path_, file), host_, reporter_));
+    }
   }
   return sources;
 }

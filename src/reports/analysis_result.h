@@ -130,6 +130,7 @@ struct AnalysisResult {
   ValuesOfFew<StkAppliedAdjustment> adjustments;
   ValuesOfFew<uint32_t> librarySizes;
   ValuesOfFew<std::vector<AnalysedSite>> indirectSites;
+  ValuesOfFew<ToldFrames> frames;  // where they differ
 
   // The symbol.
   std::string_view Name(uint32_t function) const { return texts.names[function]; }

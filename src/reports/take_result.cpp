@@ -164,6 +164,9 @@ class FunctionTaking {
     if (function.librarySize != 0) {
       result_.librarySizes.Add(function.index, function.librarySize);
     }
+    if (function.told != nullptr && function.told->frames.Differ()) {
+      result_.frames.Add(function.index, function.told->frames);
+    }
     if (function.told != nullptr && !function.told->indirectSites.empty()) {
       std::vector<AnalysedSite> sites;
       for (const IndirectSite& site : function.told->indirectSites) {

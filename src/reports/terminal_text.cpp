@@ -1,5 +1,7 @@
 #include "reports/terminal_text.h"
 
+#include <algorithm>
+
 namespace velkor::reports {
 namespace {
 
@@ -14,7 +16,14 @@ bool StartsCharacter(char c) {
 
 }  // namespace
 
+bool IsPlainLine(std::string_view text) {
+  return std::ranges::all_of(text, [](char c) { return c >= 0x20 && c < 0x7F; });
+}
+
 std::string OneLine(std::string_view utf8) {
+  if (IsPlainLine(utf8)) {
+    return std::string(utf8);
+  }
   std::string line;
   line.reserve(utf8.size());
   for (size_t i = 0; i < utf8.size(); ++i) {

@@ -9,6 +9,9 @@ namespace velkor::reports {
 // is one), any other control character but the tab is U+FFFD.
 std::string OneLine(std::string_view utf8);
 
+// Whether that changes nothing, for most texts: one of ASCII alone.
+bool IsPlainLine(std::string_view text);
+
 // A name as one line, cut to what a column of a screen bears.
 std::string CutName(std::string_view utf8);
 

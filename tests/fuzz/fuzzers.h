@@ -16,6 +16,7 @@ void FuzzGraph(std::string_view bytes);
 void FuzzAnalysis(std::string_view bytes);
 void FuzzCallGraph(std::string_view bytes);
 void FuzzElf(std::string_view bytes);
+void FuzzCode(std::string_view bytes);
 void FuzzConfiguration(std::string_view bytes);
 void FuzzBaseline(std::string_view bytes);
 
@@ -24,10 +25,16 @@ struct NamedFuzzer {
   Fuzzer fuzzer;
 };
 
-inline constexpr NamedFuzzer kFuzzers[] = {
-    {"project", FuzzProject},     {"module", FuzzModule}, {"spec", FuzzSpec},
-    {"path", FuzzPath},           {"graph", FuzzGraph},   {"analysis", FuzzAnalysis},
-    {"callgraph", FuzzCallGraph}, {"elf", FuzzElf},       {"configuration", FuzzConfiguration},
-    {"baseline", FuzzBaseline}};
+inline constexpr NamedFuzzer kFuzzers[] = {{"project", FuzzProject},
+                                           {"module", FuzzModule},
+                                           {"spec", FuzzSpec},
+                                           {"path", FuzzPath},
+                                           {"graph", FuzzGraph},
+                                           {"analysis", FuzzAnalysis},
+                                           {"callgraph", FuzzCallGraph},
+                                           {"elf", FuzzElf},
+                                           {"configuration", FuzzConfiguration},
+                                           {"code", FuzzCode},
+                                           {"baseline", FuzzBaseline}};
 
 }  // namespace velkor::testing

@@ -195,7 +195,15 @@ std::unique_ptr<LinkedProgram> GccInput::ReadProgram() {
              messages.FormatMessageText(MessageKey::kNoteNoVectors, {settings_.vectors}),
              settings_.elf, true);
   }
-  return program->IsElf() && !isCutShort ? std::move(program) : nullptr;
+  if (!program->IsElf() || isCutShort) {
+    return nullptr;
+  }
+  if (!program->Code().IsKnownMachine() || !program->HasSymbols()) {
+    const MessageKey why =
+        program->HasSymbols() ? MessageKey::kNoteMachineNotRead : MessageKey::kNoteProgramStripped;
+    PostNote("code-not-read", std::string(messages.Text(why)), settings_.elf);
+  }
+  return program;
 }
 
 void GccInput::PostNote(std::string_view rule, std::string text, std::string_view file,

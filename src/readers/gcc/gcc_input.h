@@ -57,8 +57,7 @@ class GccInput : public ProgramInput, private GccUnits {
   void AddFolder(const std::string& folder);
   const std::string& GraphPath(size_t module) const override { return modules_[module]; }
   std::string ObjectOf(std::string_view graphPath) const override;
-  void AddUnit(size_t module, const UnitRecording& recording,
-               StkFunctionTable& functions) override;
+  void AddUnit(size_t module, const UnitRecording& recording, StkFunctionTable& functions) override;
   void ReadLooseObjects(StkFunctionTable& functions);
   void ReadLooseObject(const std::string& path, StkFunctionTable& functions);
   std::unique_ptr<LinkedProgram> ReadProgram();

@@ -64,6 +64,7 @@ ProgramFacts ProgramLink::Enter(FunctionDatabase& database, const Options& optio
   LeaveOutReplacedAliases();
   ImproveFrames();
   FindEntries();
+  AddPointedOutside();
   LinkOutsideCode();
   LeaveOutUnlinked(reporter);
   NameModules();

@@ -81,6 +81,7 @@ class ProgramLink {
     uint32_t target = kNone;  // a callee that it is an alias of
     uint32_t code = kNone;    // in what the instructions of the program tell
     bool isEntry = false;
+    bool isPointed = false;
     bool isUsed = false;
   };
 
@@ -131,12 +132,14 @@ class ProgramLink {
   uint32_t EntityOfCode(uint32_t code);
   std::string_view NameOfCode(uint32_t code) const;
   void ImproveByCode(Entity& entity) const;
+  void AddPointedOutside();
   void LinkOutsideCode();
   void UseOutside(uint32_t outside);
   void EnterCodeOf(const Entity& entity, StkFunction& entered) const;
   void EnterOutsideCode(const Outside& outside, StkFunction& entered);
   const StkFileEntry& FileOfCode(uint32_t code);
   static uint32_t FrameOfCode(const FunctionCode& code, uint16_t machine);
+  static ToldFrames FramesOf(const FunctionCode& code, uint32_t toldBytes);
   bool IsReadFromCode(const Unit& unit) const;
   void AddSitesOfCode(uint32_t code, StkFunction& function) const;
   void PostCodeNotes(StkReporter& reporter);

@@ -129,7 +129,7 @@ void ProgramLink::EnterOutside() {
     }
   }
   for (uint32_t i = 0; i < outside_.size(); ++i) {
-    if (outside_[i].isEntry) {
+    if (outside_[i].isEntry || outside_[i].isPointed) {
       UseOutside(i);
     }
   }

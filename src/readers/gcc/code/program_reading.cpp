@@ -9,6 +9,7 @@ namespace velkor {
 namespace {
 
 constexpr uint64_t kInstructionsPerByte = 8;
+constexpr uint64_t kMostBlocks = 200000;  // of the functions that are read at a time
 
 using TableHelper = CodeSurroundings::TableHelper;
 
@@ -77,7 +78,8 @@ ProgramReading::ProgramReading(const ElfFile& elf, const ObjectFacts& facts,
       facts_(facts),
       image_(elf),
       decoder_(decoder),
-      instructionsLeft_(image_.CodeBytes() * kInstructionsPerByte) {
+      instructionsLeft_(image_.CodeBytes() * kInstructionsPerByte),
+      blocksLeft_(static_cast<int64_t>(std::min(kMostBlocks, image_.CodeBytes()))) {
   CollectFunctions();
 }
 
@@ -135,10 +137,10 @@ void ProgramReading::FindBounds(Function& function,
     size = std::max(size, name.size);
     function.helper = std::max(function.helper, HelperNamed(name.name));
   }
-  const uint64_t codeEnd = address + image_.CodeAt(address).size();
-  const uint64_t end = size != 0 ? address + size : NextFunction(address);
+  const uint64_t codeSize = image_.CodeAt(address).size();
+  const uint64_t most = size != 0 ? size : NextFunction(address) - address;
   function.start = isThumb ? address | 1 : address;
-  function.end = std::clamp(end, address, codeEnd);
+  function.end = address + std::min({most, codeSize, UINT64_MAX - address});
 }
 
 uint32_t ProgramReading::FunctionAt(uint64_t address) const {
@@ -173,7 +175,7 @@ uint32_t ProgramReading::CalledFunctionAt(uint64_t address) {
   Function& function = functions_.emplace_back();
   function.address = place;
   function.start = address;
-  function.end = std::min(NextFunction(place), place + code.size());
+  function.end = place + std::min<uint64_t>(NextFunction(place) - place, code.size());
   unnamed_[place] = number;
   return number;
 }
@@ -200,6 +202,12 @@ CodeSurroundings::TableHelper ProgramReading::HelperAt(uint64_t address) const {
 bool ProgramReading::Spend(uint64_t instructions) {
   const bool isLeft = instructionsLeft_ >= instructions;
   instructionsLeft_ -= isLeft ? instructions : 0;
+  return isLeft;
+}
+
+bool ProgramReading::TakeBlocks(int64_t count) {
+  const bool isLeft = blocksLeft_ >= count;
+  blocksLeft_ -= isLeft ? count : 0;
   return isLeft;
 }
 
@@ -252,17 +260,16 @@ void ProgramReading::Continue(uint32_t number) {
     return;
   }
   walk->Run();
-  if (walk->Waiting().empty()) {
+  if (!walk->IsWaiting()) {
     walk->Sweep();
   }
   if (walk->Returns() && functions_[number].returns == Answer::kNotKnown) {
     Announce(number, true);
   }
-  const std::vector<uint32_t> waiting = walk->Waiting();
-  if (waiting.empty()) {
+  if (!walk->IsWaiting()) {
     return Finish(number);
   }
-  for (const uint32_t callee : waiting) {
+  for (const uint32_t callee : walk->TakeNewWaits()) {
     WaitFor(number, callee);
   }
 }
@@ -274,9 +281,7 @@ void ProgramReading::WaitFor(uint32_t caller, uint32_t callee) {
     ready_.push_back(caller);
     return;
   }
-  if (std::ranges::find(called.waiting, caller) == called.waiting.end()) {
-    called.waiting.push_back(caller);
-  }
+  called.waiting.push_back(caller);
   if (!called.isStarted) {
     ready_.push_back(callee);
   }

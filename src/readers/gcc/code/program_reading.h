@@ -46,6 +46,7 @@ class ProgramReading : public CodeSurroundings {
   Answer Returns(uint32_t function) const override { return functions_[function].returns; }
   TableHelper HelperAt(uint64_t address) const override;
   bool Spend(uint64_t instructions) override;
+  bool TakeBlocks(int64_t count) override;
 
  private:
   void CollectFunctions();
@@ -67,6 +68,7 @@ class ProgramReading : public CodeSurroundings {
   std::map<std::string_view, uint32_t> imported_;
   std::vector<uint32_t> ready_;
   uint64_t instructionsLeft_ = 0;
+  int64_t blocksLeft_ = 0;
 };
 
 }  // namespace velkor
