@@ -157,6 +157,34 @@ measure_specification() {
     "$(seconds "$wc") wc -l" "$(printf '%.2f' "$(calculate "($processor - $start) / $wc")")" - -
 }
 
+# measure_check FUNCTIONS: the gate against an analysis of the same program, in processor time.
+measure_check() {
+  local folder toml
+  folder=$(input random "$1")
+  toml=$folder/gate.toml
+  cat >"$toml" <<'END'
+input = "app.prj"
+frame = 36
+switch = 40
+[stack.main]
+entry = "f0"
+size = 4096
+[stack.task]
+entry = "f1"
+size = 4096
+[interrupts]
+levels = [["f2", "f3"], ["f4"]]
+END
+  say "check of $1 functions"
+  fastest -- "${analyze[@]}" --format csv "$toml"
+  local csv=$processor format
+  for format in text sarif; do
+    fastest -- "$programs/velkor-cli" check --no-fail --format "$format" "$toml"
+    ratio_row "check of $1 functions, $format" "$processor" "$processor" "analyze --format csv" \
+      "$csv" 1.2
+  done
+}
+
 # The window with a million functions: a table of its own.
 measure_window() {
   say "the window"

@@ -5,6 +5,7 @@
 #include "reports/answer_output.h"
 #include "reports/csv_output.h"
 #include "reports/explanation_output.h"
+#include "reports/gate/input_gate.h"
 #include "reports/json_output.h"
 #include "reports/text_output.h"
 
@@ -75,11 +76,13 @@ ExitStatus Explain(Application& application, const Options& options) {
   }
   return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
     const reports::AnalysisResult result = application.Result();
-    if (options.format == OutputFormat::kJson) {
-      reports::WriteExplanationJson(result, function->index, output);
-    } else {
-      reports::WriteExplanation(result, function->index, output);
-    }
+    const std::vector<reports::GateStack> stacks =
+        reports::InputGate(*application.Document().Input(), *application.Document().FunctionTable(),
+                           result, application.GetHost().files)
+            .StacksOf(function->index);
+    const auto write = options.format == OutputFormat::kJson ? reports::WriteExplanationJson
+                                                             : reports::WriteExplanation;
+    write(result, function->index, output, stacks);
   });
 }
 

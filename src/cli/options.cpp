@@ -1,7 +1,11 @@
 #include "cli/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
 #include <cstdio>
+#include <map>
 #include <utility>
 
 #include "cli/exit_status.h"
@@ -161,6 +165,72 @@ void AddDiff(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
+reports::StackLimit LimitOf(const std::string& text) {
+  const size_t sign = text.rfind('=');
+  reports::StackLimit limit;
+  const char* const end = text.data() + text.size();
+  const char* const number = text.data() + std::min(sign, text.size() - 1) + 1;
+  const auto [next, error] = std::from_chars(number, end, limit.bytes);
+  if (sign == text.npos || sign == 0 || error != std::errc() || next != end || limit.bytes == 0 ||
+      limit.bytes > INT32_MAX) {
+    throw CLI::ValidationError("--limit", "\"" + text + "\" is not ENTRY=BYTES");
+  }
+  limit.entry = text.substr(0, sign);
+  return limit;
+}
+
+void AddCheck(CLI::App& app, Options& options) {
+  static const std::map<std::string, GateFormat> kFormats = {
+      {"text", GateFormat::kText},     {"json", GateFormat::kJson},
+      {"sarif", GateFormat::kSarif},   {"github", GateFormat::kGithub},
+      {"gitlab", GateFormat::kGitlab}, {"markdown", GateFormat::kMarkdown}};
+  Options::Check& check = options.check;
+  CLI::App& command = *app.add_subcommand(
+      "check", "hold the stacks that velkor.toml states against what they need");
+  command.add_option("INPUT", options.project,
+                     "velkor.toml (default: that of this folder); with --limit also a project file "
+                     "or a folder");
+  command.callback([&options] {
+    options.command = Options::Command::kCheck;
+    options.project = options.project.empty() ? "velkor.toml" : options.project;
+  });
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--limit",
+          [&check](const std::vector<std::string>& texts) {
+            for (const std::string& text : texts) {
+              check.limits.push_back(LimitOf(text));
+            }
+          },
+          "what a function and all that it calls may take, beside the stacks; may be repeated")
+      ->allow_extra_args(false)
+      ->option_text("ENTRY=BYTES");
+  command
+      .add_option(
+          "--baseline", check.baseline,
+          "what the stacks needed before (default: velkor.baseline.json beside velkor.toml)")
+      ->option_text("FILE");
+  command.add_flag("--update-baseline", check.updateBaseline,
+                   "write the baseline anew, and check against it");
+  command.add_flag("--no-fail", check.noFail, "end with 0 where the check is not passed");
+  command.add_option("--format", check.format, "how to print (default: text)")
+      ->transform(CLI::CheckedTransformer(kFormats))
+      ->option_text("text|json|sarif|github|gitlab|markdown");
+  AddLoadOption(command, options);
+  AddOutputOption(command, options);
+  AddRunOptions(command, options);
+}
+
+void AddInit(CLI::App& app, Options& options) {
+  CLI::App& command = AddCommand(app, options, Options::Command::kInit, "init",
+                                 "write a velkor.toml with what the input shows");
+  command.add_option("--elf", options.elf, "the linked program, which tells more")
+      ->option_text("FILE");
+  command.add_option("--output", options.output, "where to write (default: velkor.toml)")
+      ->option_text("FILE");
+  AddRunOptions(command, options);
+}
+
 void AddChains(CLI::App& app, Options& options) {
   CLI::App& command = AddCommand(app, options, Options::Command::kChains, "chains",
                                  "write the call chains of a function");
@@ -252,6 +322,8 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
   AddTodo(app, options);
   AddReport(app, options);
   AddDiff(app, options);
+  AddCheck(app, options);
+  AddInit(app, options);
   AddChains(app, options);
   AddAdjust(app, options);
   AddReset(app, options);

@@ -6,10 +6,12 @@
 
 #include "messages/stop_question.h"
 #include "platform/machine_options.h"
+#include "reports/gate/gate_input.h"
 
 namespace velkor::cli {
 
 enum class OutputFormat { kText, kJson, kCsv, kMarkdown };
+enum class GateFormat { kText, kJson, kSarif, kGithub, kGitlab, kMarkdown };
 
 // What the command line asks for. Texts are bytes as the caller gave them. Which fields have a
 // meaning depends on the command.
@@ -20,6 +22,8 @@ struct Options {
     kTodo,
     kReport,
     kDiff,
+    kCheck,
+    kInit,
     kChains,
     kAdjust,
     kReset,
@@ -48,6 +52,17 @@ struct Options {
   bool noCallees = false;
 
   bool quiet = false;
+
+  struct Check {
+    std::vector<reports::StackLimit> limits;
+    std::string baseline;  // empty: beside the velkor.toml
+    bool updateBaseline = false;
+    bool noFail = false;
+    GateFormat format = GateFormat::kText;
+  };
+  Check check;
+  std::string elf;  // init; empty: none
+
   StopAnswer onError = StopAnswer::kIgnore;
   MachineOptions machine;
 };

@@ -35,6 +35,8 @@ enum FunctionFlag : uint32_t {
   FN_NO_FLOATING_POINT = 0x40000,  // its instructions are known: none uses such a register
   FN_CALLS_STATED = 0x20000,       // callees are stated that it calls directly (see the table)
   FN_CLONE = 0x80000,              // the compiler made it from another function (CloneTable)
+  FN_TOTAL_STATED = 0x100000,      // the input brings what it and all below it take (see the table)
+  FN_TABLE_CALLS = 0x200000,       // its indirect calls go through a table: they are callees
 };
 
 // Where the frame and the calls of a function come from.

@@ -39,7 +39,9 @@ struct AnalysisNote {
   std::string text;
   std::string file;  // empty: none
   uint32_t line = 0;
+  uint32_t column = 0;
   std::optional<uint32_t> function;
+  bool incomplete = false;  // not everything was read
 };
 
 inline constexpr uint32_t kNoFile = 0xFFFFFFFF;

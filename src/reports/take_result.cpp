@@ -46,7 +46,9 @@ void TakeNotes(const std::vector<StkNote>& notes, const CodePage& codePage,
                             .text = codePage.ToUtf8(note.text),
                             .file = codePage.ToUtf8(note.file),
                             .line = note.line,
-                            .function = note.function});
+                            .column = note.column,
+                            .function = note.function,
+                            .incomplete = note.incomplete});
   }
 }
 

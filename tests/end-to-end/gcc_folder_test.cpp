@@ -133,7 +133,7 @@ TEST_F(GccFolder, SaysWhyItRefuses) {
   folder_.Put("wrong.toml", "input = \"build\"\n\nexclud = \"x\"\n");
   const ProgramRun wrong = Run({"analyze", "wrong.toml"});
   EXPECT_EQ(wrong.status, 3);
-  EXPECT_NE(wrong.err.find("line 3: unknown key \"exclud\"; near it: \"exclude\""),
+  EXPECT_NE(wrong.err.find("line 3, column 1: unknown key \"exclud\"; near it: \"exclude\""),
             std::string::npos)
       << wrong.err;
 }
@@ -172,6 +172,16 @@ TEST_F(GccFolder, BoundsTheExample) {
   ASSERT_EQ(std::system(compile.c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
   EXPECT_EQ(Number("example/build", "main", "bound"), -1);
   EXPECT_GT(Number("example/velkor.toml", "main", "bound"), 62 * 16);
+  const ProgramRun passed = Run({"check", "example/velkor.toml"});
+  EXPECT_EQ(passed.status, 0) << passed.out;
+  EXPECT_NE(passed.out.find("1 stack, 0 errors, 0 warnings: passed"), passed.out.npos)
+      << passed.out;
+  std::string small = ReadFile(folder_.Path("example/velkor.toml"));
+  small.replace(small.find("16384"), 5, "1000");
+  folder_.Put("example/velkor.toml", small);
+  const ProgramRun failed = Run({"check", "example/velkor.toml"});
+  EXPECT_EQ(failed.status, 5) << failed.out;
+  EXPECT_TRUE(failed.out.starts_with("parser.c:22: error: stack main needs ")) << failed.out;
 }
 
 // The functions that a table of statements is about.

@@ -18,6 +18,7 @@ void FuzzCallGraph(std::string_view bytes);
 void FuzzElf(std::string_view bytes);
 void FuzzCode(std::string_view bytes);
 void FuzzConfiguration(std::string_view bytes);
+void FuzzBaseline(std::string_view bytes);
 
 struct NamedFuzzer {
   std::string_view name;  // of its program, its dictionary and its folder of the corpus
@@ -33,6 +34,7 @@ inline constexpr NamedFuzzer kFuzzers[] = {{"project", FuzzProject},
                                            {"callgraph", FuzzCallGraph},
                                            {"elf", FuzzElf},
                                            {"configuration", FuzzConfiguration},
-                                           {"code", FuzzCode}};
+                                           {"code", FuzzCode},
+                                           {"baseline", FuzzBaseline}};
 
 }  // namespace velkor::testing

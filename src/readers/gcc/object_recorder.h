@@ -37,7 +37,11 @@ class ObjectRecorder {
   std::vector<uint32_t> RecordOthers();
   // What call frame information says of the function and of its part that is kept elsewhere.
   uint64_t FrameBytes(uint32_t objectFunction) const;
-  void RecordCall(uint32_t caller, const ObjectCall& call);
+  void RecordCall(uint32_t caller, const ObjectCall& call) {
+    recording_.calls.push_back(CallOf(caller, call.target, call.targetFunction));
+  }
+  // Whose address functions take that call what creates tasks. After all calls.
+  void RecordTaskUses();
 
   static UnitRecording::Reach ReachOf(const ObjectFunction& function);
 
@@ -45,6 +49,8 @@ class ObjectRecorder {
   uint32_t Record(uint32_t objectFunction, bool isAlias);
   void RecordAlias(uint32_t objectFunction, uint32_t function);
   bool RecordThunk(uint32_t objectFunction);
+  // Of the recorded function, or another one by its name.
+  UnitRecording::Call CallOf(uint32_t caller, std::string_view target, uint32_t objectFunction);
 
   ElfFile elf_;
   ObjectFacts facts_;

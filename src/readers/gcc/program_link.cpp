@@ -42,11 +42,16 @@ void ProgramLink::Add(const UnitRecording& recording, std::string_view path,
   for (UnitRecording::IndirectSite& site : unit.sites) {
     site.file = site.file == kNone ? kNone : files[site.file];
   }
+  unit.taskUses = recording.taskUses;
+  for (UnitRecording::Call& use : unit.taskUses) {
+    use.target = use.isLocal ? use.target : names[use.target];
+  }
   unit.notes = recording.notes;
   hasLinkTimeUnits_ = hasLinkTimeUnits_ || recording.isLinkTime;
 }
 
-void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkReporter& reporter) {
+ProgramFacts ProgramLink::Enter(FunctionDatabase& database, const Options& options,
+                                StkReporter& reporter) {
   database_ = &database;
   options_ = options;
   NumberParts();
@@ -54,6 +59,7 @@ void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkR
   MakeEntities();
   SettleWeak();
   FindCode();
+  FindTables(reporter);
   LinkCalls();
   LeaveOutReplacedAliases();
   ImproveFrames();
@@ -70,7 +76,9 @@ void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkR
   PostDuplicates(reporter);
   PostNotes(reporter);
   PostCodeNotes(reporter);
+  ProgramFacts facts = CollectFacts();
   *this = ProgramLink();
+  return facts;
 }
 
 // What was compiled for linking, and then linked, is told by the units of the link.
@@ -82,6 +90,7 @@ void ProgramLink::NumberParts() {
       unit.functions.clear();
       unit.calls.clear();
       unit.sites.clear();
+      unit.taskUses.clear();
     }
     unit.firstPart = static_cast<uint32_t>(unitOfPart_.size());
     unitOfPart_.resize(unitOfPart_.size() + unit.functions.size(), i);

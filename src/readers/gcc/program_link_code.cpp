@@ -155,9 +155,12 @@ void ProgramLink::LinkOutsideCode() {
     if (outside.target != kNone) {
       outsideCallees_.push_back(outside.target);
     } else if (outside.code != kNone) {
-      std::unordered_set<uint32_t> known;
+      std::vector<uint32_t> callees = CalleesOfTable(outside.name);
       for (const uint32_t call : CodeOf(outside.code).calls) {
-        const uint32_t callee = CalleeOfCode(call);
+        callees.push_back(CalleeOfCode(call));
+      }
+      std::unordered_set<uint32_t> known;
+      for (const uint32_t callee : callees) {
         if (known.insert(callee).second) {
           outsideCallees_.push_back(callee);
         }

@@ -88,6 +88,9 @@ void ProgramLink::EnterFunctions() {
     entered.flags |= entity.isEntry ? uint32_t{FN_ENTRY} : 0U;
     entered.flags |= hasSites_[i] ? uint32_t{FN_INDIRECT_CALL} : 0U;
     EnterCodeOf(entity, entered);
+    // Its code is that of what it calls.
+    entered.flags |= function.isAlias ? uint32_t{FN_NO_FLOATING_POINT} : 0U;
+    entered.flags |= CallsThroughTable(i) ? uint32_t{FN_TABLE_CALLS} : 0U;
     if (function.shownName != kNone) {
       table.SetShownName(entered, function.shownName);
     }
@@ -146,10 +149,11 @@ void ProgramLink::EnterOutside() {
                     : table.AddUnknown(outside.name);
     entered.flags |= outside.isEntry ? uint32_t{FN_ENTRY} : 0U;
     if (isAlias) {
-      entered.flags |= FN_GLOBAL;
+      entered.flags |= FN_GLOBAL | FN_NO_FLOATING_POINT;
       entered.source = FunctionSource::kProgram;
     } else if (isDefined) {
       EnterOutsideCode(outside, entered);
+      entered.flags |= tableOf_.contains(outside.name) ? uint32_t{FN_TABLE_CALLS} : 0U;
     }
     indexOf_[entities_.size() + i] = entered.index;
     if (const std::string shown = DemangledName(entered.name); !shown.empty()) {

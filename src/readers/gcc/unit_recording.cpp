@@ -15,6 +15,7 @@ void UnitRecording::Clear() {
   functions.clear();
   calls.clear();
   indirectSites.clear();
+  taskUses.clear();
   notes.clear();
 }
 

@@ -69,6 +69,8 @@ struct UnitRecording {
   std::vector<Function> functions;
   std::vector<Call> calls;  // by caller
   std::vector<IndirectSite> indirectSites;
+  // By functions that make tasks: whose address they take. Some may be no functions.
+  std::vector<Call> taskUses;
   std::vector<StkNote> notes;  // function: in functions
 };
 
