@@ -245,7 +245,7 @@ TEST_F(GccFolder, TakesATableOfStatementsOnALibraryWhereItIsNamed) {
   folder_.Put("fw/velkor.toml", "input = \"build\"\nload = [\"a\",\n\"velkor:oldlib\"]\n");
   const ProgramRun wrong = Run({"analyze", "fw/velkor.toml"});
   EXPECT_EQ(wrong.status, 3);
-  EXPECT_NE(wrong.err.find("line 3: there is no table of statements \"velkor:oldlib\""),
+  EXPECT_NE(wrong.err.find("line 3, column 1: there is no table of statements \"velkor:oldlib\""),
             std::string::npos)
       << wrong.err;
 }
