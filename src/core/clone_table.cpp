@@ -76,9 +76,10 @@ void CloneTable::Clear() {
 }
 
 bool AreOfOneSource(const StkFunction& left, const StkFunction& right) {
-  const SourceLine& place = left.place;
-  return left.file == right.file || (place.file != nullptr && place.file == right.place.file &&
-                                     place.line == right.place.line);
+  const SourceLine place = left.Place();
+  const SourceLine other = right.Place();
+  return left.file == right.file ||
+         (place.file != nullptr && place.file == other.file && place.line == other.line);
 }
 
 StkAdjustment AdjustmentFor(const StkFunction& function, const StkAdjustment& stated,

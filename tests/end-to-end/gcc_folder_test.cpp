@@ -155,5 +155,77 @@ TEST_F(GccFolder, BoundsTheExample) {
   EXPECT_GT(Number("example/velkor.toml", "main", "bound"), 62 * 16);
 }
 
+// The board's library of the example, with lines that bring the program to its depth.
+constexpr const char *kBoard = R"(
+static const char* const lines[] = {BRACKETS, "1+2*(3+4)",
+                     "!p7", "!s9", "!x1", ""
+};
+static int next;
+int shown;
+int read_line(char* line, int size) {
+  const char* from = lines[next++];
+  int length = 0;
+  for (; length < size - 1 && from[length] != 0; ++length)
+    line[length] = from[length];
+  line[length] = 0;
+  return length;
+}
+void write_number(int number) {
+  shown += number;
+}
+)";
+
+// Runs the program, and nothing, on a painted stack; prints the bytes that it takes.
+constexpr const char* kPainter = R"(
+#include <stdio.h>
+#include <ucontext.h>
+static unsigned char stack[65536] __attribute__((aligned(64)));
+static ucontext_t back, there;
+extern int program(void);
+static void nothing(void) { __asm__ volatile(""); }
+static void run(void) { program(); }
+static int used(void (*function)(void)) {
+  for (unsigned i = 0; i < sizeof stack; ++i) stack[i] = 0xA5;
+  getcontext(&there);
+  there.uc_stack.ss_sp = stack;
+  there.uc_stack.ss_size = sizeof stack;
+  there.uc_link = &back;
+  makecontext(&there, function, 0);
+  swapcontext(&back, &there);
+  int free = 0;
+  while (stack[free] == 0xA5) ++free;
+  return sizeof stack - free;
+}
+int main(void) {
+  used(nothing);
+  int without = used(nothing) - (int)sizeof(void*);
+  printf("%d\n", used(run) - without);
+}
+)";
+
+// However it is compiled, the program takes no more than its bound, and most of it.
+TEST_F(GccFolder, BoundsWhatAPaintedStackShows) {
+  const std::string example = VELKOR_SOURCE_DIR "/examples/gcc/";
+  folder_.Put("board.c", kBoard);
+  folder_.Put("painter.c", kPainter);
+  folder_.Put("limits.txt",
+              "parse_expression, RECTIME=63\n"
+              "run_command, CALL=commands.c#command_show, CALL=commands.c#command_store\n");
+  folder_.Put("velkor.toml", "input = \"build\"\nload = \"limits.txt\"\n");
+  for (const std::string level : {"-O0", "-Os", "-O2"}) {
+    const std::string commands =
+        "cd " + folder_.Root() + " && rm -rf build && mkdir build && for s in " + example +
+        "main.c " + example + "parser.c " + example + "commands.c board.c; do gcc " + level +
+        " -fcallgraph-info=su,da -Dmain=program '-DBRACKETS=\"" + std::string(62, '(') +
+        "\"' -c $s -o build/$(basename $s .c).o || exit 1; done && "
+        "gcc -O2 painter.c build/*.o -o painter && ./painter > used";
+    ASSERT_EQ(std::system(commands.c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
+    const int used = std::stoi(ReadFile(folder_.Path("used")));
+    const int bound = Number("velkor.toml", "program", "bound");
+    EXPECT_LE(used, bound) << level;
+    EXPECT_GT(used, bound * 3 / 4) << level;
+  }
+}
+
 }  // namespace
 }  // namespace velkor

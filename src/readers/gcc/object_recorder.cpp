@@ -131,17 +131,31 @@ uint64_t ObjectRecorder::FrameBytes(uint32_t objectFunction) const {
 }
 
 void ObjectRecorder::RecordCall(uint32_t caller, const ObjectCall& call) {
-  uint32_t local = UnitRecording::kNone;
-  if (call.targetFunction != ObjectCall::kNoFunction) {
-    const uint32_t named = facts_.Find(call.target);
-    local = named != ObjectCall::kNoFunction ? functionOf_[named] : FunctionOf(call.targetFunction);
-    local = local == UnitRecording::kNone ? FunctionOf(call.targetFunction) : local;
-  }
+  const uint32_t local = RecordedTarget(call.target, call.targetFunction);
   if (local != UnitRecording::kNone) {
     recording_.calls.push_back({.caller = caller, .target = local, .isLocal = true});
   } else {
     recording_.calls.push_back(
         {.caller = caller, .target = recording_.names.Intern(call.target), .isLocal = false});
+  }
+}
+
+uint32_t ObjectRecorder::RecordedTarget(std::string_view name, uint32_t objectFunction) const {
+  if (objectFunction == ObjectCall::kNoFunction) {
+    return UnitRecording::kNone;
+  }
+  const uint32_t named = facts_.Find(name);
+  const uint32_t local =
+      named != ObjectCall::kNoFunction ? functionOf_[named] : UnitRecording::kNone;
+  return local != UnitRecording::kNone ? local : FunctionOf(objectFunction);
+}
+
+void ObjectRecorder::RecordTakenAddresses() {
+  for (const TakenAddress& taken : facts_.TakenAddresses()) {
+    const uint32_t local = RecordedTarget(taken.target, taken.targetFunction);
+    const bool isLocal = local != UnitRecording::kNone;
+    recording_.takenAddresses.push_back(
+        {.target = isLocal ? local : recording_.names.Intern(taken.target), .isLocal = isLocal});
   }
 }
 

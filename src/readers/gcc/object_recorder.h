@@ -38,6 +38,8 @@ class ObjectRecorder {
   // What call frame information says of the function and of its part that is kept elsewhere.
   uint64_t FrameBytes(uint32_t objectFunction) const;
   void RecordCall(uint32_t caller, const ObjectCall& call);
+  // Once all functions are recorded.
+  void RecordTakenAddresses();
 
   static UnitRecording::Reach ReachOf(const ObjectFunction& function);
 
@@ -45,6 +47,8 @@ class ObjectRecorder {
   uint32_t Record(uint32_t objectFunction, bool isAlias);
   void RecordAlias(uint32_t objectFunction, uint32_t function);
   bool RecordThunk(uint32_t objectFunction);
+  // Of a function that the object names so and may hold; kNone where it is not recorded.
+  uint32_t RecordedTarget(std::string_view name, uint32_t objectFunction) const;
 
   ElfFile elf_;
   ObjectFacts facts_;

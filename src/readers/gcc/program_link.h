@@ -40,6 +40,7 @@ class ProgramLink {
   struct Unit {
     std::string title;
     std::string path;
+    bool isObject = false;
     bool isLinkTime = false;
     bool isCovered = false;  // what the link has made of it stands in other units
     bool hasLinkTimeCode = false;
@@ -48,6 +49,7 @@ class ProgramLink {
     std::vector<UnitRecording::Function> functions;  // names by the table's numbers
     std::vector<UnitRecording::Call> calls;          // likewise, by caller
     std::vector<UnitRecording::IndirectSite> sites;
+    std::vector<UnitRecording::Address> addresses;
     std::vector<StkNote> notes;
   };
 
@@ -65,6 +67,7 @@ class ProgramLink {
     uint32_t code = kNone;   // in what the instructions of the program tell
     bool isRead = false;     // its size and calls are of there
     uint32_t toldBytes = 0;  // its frame, as the compiler has told it
+    bool isAddressTaken = false;
   };
 
   // A function that no unit tells: only called, or another name for one, or entered from outside,
@@ -133,6 +136,8 @@ class ProgramLink {
   }
 
   void FindEntries();
+  void MarkTakenAddresses();
+  void MarkTakenByName(uint32_t name);
   void LeaveOutUnlinked(StkReporter& reporter);
 
   // Into the function table (program_link_entry.cpp).

@@ -45,6 +45,7 @@ class UnitRecorder {
     RecordEdges();
     if (object && object->Elf().IsElf()) {
       RecordHiddenCalls(*object);
+      object->RecordTakenAddresses();
     }
     if (!std::ranges::is_sorted(recording_.calls, {}, &UnitRecording::Call::caller)) {
       std::ranges::stable_sort(recording_.calls, {}, &UnitRecording::Call::caller);

@@ -17,6 +17,7 @@ using Items = std::vector<std::optional<Command>>;  // none: a separator
 
 constexpr Command kAllCommands[] = {
     Command::kOpenProject,
+    Command::kOpenFolder,
     Command::kSaveMaximumChain,
     Command::kSaveAllChains,
     Command::kLoadSpecFile,
@@ -42,7 +43,7 @@ constexpr Command kAllCommands[] = {
 
 const std::array<Items, 4>& Menus() {
   static const std::array<Items, 4> kMenus = {
-      Items{Command::kOpenProject, std::nullopt, Command::kSaveMaximumChain,
+      Items{Command::kOpenProject, Command::kOpenFolder, std::nullopt, Command::kSaveMaximumChain,
             Command::kSaveAllChains, std::nullopt, Command::kLoadSpecFile, Command::kSaveSpecFile,
             std::nullopt, Command::kExit},
       Items{Command::kRecalculate, Command::kStop},
