@@ -34,7 +34,7 @@ enum FunctionFlag : uint32_t {
   FN_ENTRY = 0x10000,              // entered from outside: top-level, whatever calls it
   FN_NO_FLOATING_POINT = 0x40000,  // its instructions are known: none uses such a register
   FN_CALLS_STATED = 0x20000,       // callees are stated that it calls directly (see the table)
-  FN_CLONE = 0x400000,             // the compiler made it from another function (CloneTable)
+  FN_CLONE = 0x80000,              // the compiler made it from another function (CloneTable)
   FN_ADDRESS_TAKEN = 0x800000,     // may be called through a pointer
 };
 

@@ -189,7 +189,8 @@ class CStkDoc {
   // Those of the stk system file without effect that stay in it: a function stands on one line only.
   std::vector<const StaleStatement*> LinesToKeep() const;
   void NoteBrought(const StkFunction& function);
-  // What is stated of it, and of the clones that have the same, is about to change here.
+  // What is stated of it, and of the clones that have the same, is about to change here. A newer
+  // statement takes the place of those that were not found.
   void NoteUnsaved(const StkFunction& function);
   std::vector<std::string> ProtectedPaths(bool withSystemFile);
 

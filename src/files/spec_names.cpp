@@ -86,7 +86,9 @@ std::optional<std::string> SpecNames::GoneBase(
   }
   const std::string name = QuotedWhereNeeded(table_.NameOf(*base), codePage_);
   const std::string file = QuotedWhereNeeded(Parts(clone.file->name).front(), codePage_);
-  for (const std::string& text : {name, file + "#" + name}) {
+  std::string qualified = file;
+  qualified.append("#").append(name);
+  for (const std::string& text : {name, qualified}) {
     const SpecName parts = SpecLineScanner(text, codePage_).TakeName();
     const BaseClones gone = Find(parts) == nullptr ? FindClones(parts) : BaseClones();
     const bool all = std::ranges::all_of(

@@ -1,86 +1,16 @@
 #include "platform/code_page.h"
 
-#include <algorithm>
-#include <cstring>
+#include <utility>
 
+#include "platform/byte_escape.h"
+#include "platform/character_set.h"
+#include "platform/characters.h"
+#include "platform/charset_converter.h"
+#include "platform/code_page_conversion.h"
 #include "platform/letter_case.h"
 
 namespace velkor {
 namespace {
-
-// Bytes that begin no well-formed character compare after every character of UTF-8.
-constexpr char32_t kAfterUnicode = 0x110000;
-
-unsigned char ByteAt(std::string_view text, size_t position) {
-  return static_cast<unsigned char>(text[position]);
-}
-
-bool IsBetween(unsigned char byte, unsigned char low, unsigned char high) {
-  return byte >= low && byte <= high;
-}
-
-// Length of the sequence that a lead byte begins, with the bounds of the byte after it (they keep
-// out overlong forms, surrogates and what lies beyond Unicode); 1 for anything else.
-struct Utf8Lead {
-  size_t length;
-  unsigned char low;
-  unsigned char high;
-};
-
-Utf8Lead LookAtLead(unsigned char lead) {
-  if (IsBetween(lead, 0xC2, 0xDF)) {
-    return {2, 0x80, 0xBF};
-  }
-  if (IsBetween(lead, 0xE0, 0xEF)) {
-    return {3, static_cast<unsigned char>(lead == 0xE0 ? 0xA0 : 0x80),
-            static_cast<unsigned char>(lead == 0xED ? 0x9F : 0xBF)};
-  }
-  if (IsBetween(lead, 0xF0, 0xF4)) {
-    return {4, static_cast<unsigned char>(lead == 0xF0 ? 0x90 : 0x80),
-            static_cast<unsigned char>(lead == 0xF4 ? 0x8F : 0xBF)};
-  }
-  return {1, 0, 0};
-}
-
-size_t Utf8Length(std::string_view text, size_t position) {
-  const Utf8Lead lead = LookAtLead(ByteAt(text, position));
-  if (lead.length == 1 || text.size() - position < lead.length ||
-      !IsBetween(ByteAt(text, position + 1), lead.low, lead.high)) {
-    return 1;
-  }
-  for (size_t i = 2; i < lead.length; ++i) {
-    if (!IsBetween(ByteAt(text, position + i), 0x80, 0xBF)) {
-      return 1;
-    }
-  }
-  return lead.length;
-}
-
-size_t ShiftJisLength(std::string_view text, size_t position) {
-  const unsigned char lead = ByteAt(text, position);
-  if (!(IsBetween(lead, 0x81, 0x9F) || IsBetween(lead, 0xE0, 0xFC)) || text.size() - position < 2) {
-    return 1;
-  }
-  const unsigned char trail = ByteAt(text, position + 1);
-  return IsBetween(trail, 0x40, 0x7E) || IsBetween(trail, 0x80, 0xFC) ? 2 : 1;
-}
-
-char32_t DecodeUtf8(std::string_view character) {
-  if (character.size() == 1) {
-    const unsigned char byte = ByteAt(character, 0);
-    return byte < 0x80 ? byte : kAfterUnicode + byte;
-  }
-  char32_t value = ByteAt(character, 0) & (0x7FU >> character.size());
-  for (size_t i = 1; i < character.size(); ++i) {
-    value = (value << 6) | (ByteAt(character, i) & 0x3FU);
-  }
-  return value;
-}
-
-char32_t DecodeShiftJis(std::string_view character) {
-  const char32_t first = ByteAt(character, 0);
-  return character.size() == 1 ? first : (first << 8) | ByteAt(character, 1);
-}
 
 // Hands out the keys of a text's characters, letter case removed.
 class FoldedKeys {
@@ -130,6 +60,50 @@ int CompareShiftJis(std::string_view left, std::string_view right) {
 }
 
 }  // namespace
+
+CodePage::CodePage(Kind kind, std::string name) : kind_(kind), name_(std::move(name)) {}
+
+CodePage::CodePage(SingleByteSet set)
+    : kind_(Kind::kSingleByte),
+      name_(std::move(set.name)),
+      unicode_(std::move(set.unicode)),
+      upper_(std::move(set.upper)) {}
+
+std::optional<CodePage> CodePage::FromName(std::string_view name) {
+  const std::optional<KnownSet> known = KnownSetOf(name);
+  if (!known) {
+    return std::nullopt;
+  }
+  switch (*known) {
+    case KnownSet::kUtf8:
+      return Utf8();
+    case KnownSet::kShiftJis:
+      return ShiftJis();
+    case KnownSet::kLatin1:
+      return Latin1();
+    case KnownSet::kOther:
+      break;
+  }
+  std::optional<SingleByteSet> set = FindSingleByteSet(name);
+  return set ? std::optional(CodePage(std::move(*set))) : std::nullopt;
+}
+
+CodePage CodePage::FromLocale() {
+  const std::optional<CodePage> page = FromName(CharacterSetOfLocale());
+  return page ? *page : Utf8();
+}
+
+CodePage CodePage::Utf8() {
+  return CodePage(Kind::kUtf8, "UTF-8");
+}
+
+CodePage CodePage::ShiftJis() {
+  return CodePage(Kind::kShiftJis, "CP932");
+}
+
+CodePage CodePage::Latin1() {
+  return CodePage(Latin1Set());
+}
 
 size_t CodePage::CharLength(std::string_view text, size_t position) const {
   if (position >= text.size()) {
@@ -183,7 +157,7 @@ bool CodePage::IsBlank(std::string_view text, size_t position) const {
   const std::string_view character = text.substr(position, length);
   if (length == 1) {
     const unsigned char byte = ByteAt(character, 0);
-    return byte == ' ' || IsBetween(byte, '\t', '\r');
+    return byte == ' ' || (byte >= '\t' && byte <= '\r');
   }
   return character == (kind_ == Kind::kUtf8 ? "\xE3\x80\x80" : "\x81\x40");
 }
@@ -207,6 +181,47 @@ size_t CodePage::CutLength(std::string_view text, size_t limit) const {
     position += length;
   }
   return position;
+}
+
+std::string CodePage::ToUtf8(std::string_view text) const {
+  if (IsAscii(text) && text.find(ByteEscape::kSubstitute) == std::string_view::npos) {
+    return std::string(text);
+  }
+  std::string result;
+  result.reserve(text.size());
+  std::optional<CharsetConverter> converter;
+  if (kind_ == Kind::kShiftJis) {
+    converter.emplace("CP932", "UTF-8");
+  }
+  for (size_t position = 0, length = 0; position < text.size(); position += length) {
+    length = AppendEscaped(text, position, result);
+    if (length != 0) {
+      continue;
+    }
+    length = CharLength(text, position);
+    const std::string_view character = text.substr(position, length);
+    if (converter) {
+      AppendConverted(character, *converter, result);
+    } else if (kind_ == Kind::kSingleByte) {
+      AppendUtf8(unicode_[static_cast<unsigned char>(character.front())], result);
+    } else {
+      AppendWellFormed(character, result);
+    }
+  }
+  return result;
+}
+
+std::optional<std::string> CodePage::FromUtf8(std::string_view utf8) const {
+  if (IsAscii(utf8)) {
+    return std::string(utf8);
+  }
+  if (kind_ == Kind::kShiftJis) {
+    return Utf8ToShiftJis(utf8);
+  }
+  if (kind_ == Kind::kSingleByte) {
+    return Utf8ToSingleByte(utf8, unicode_);
+  }
+  return IsWellFormedUtf8(utf8) ? std::optional(std::string(utf8)) : std::nullopt;
 }
 
 }  // namespace velkor

@@ -8,6 +8,8 @@
 
 namespace velkor {
 
+struct SingleByteSet;
+
 // The character set that all texts of one run are bytes of: UTF-8, Shift-JIS (code page 932)
 // or a single-byte set. A value, immutable once made, usable from any thread.
 //
@@ -56,11 +58,11 @@ class CodePage {
 
  private:
   CodePage(Kind kind, std::string name);
+  explicit CodePage(SingleByteSet set);
 
   Kind kind_;
   std::string name_;
-  // For single-byte sets: what each byte is in Unicode (0xFFFD: nothing), and each byte's
-  // upper-case form in the same set.
+  // As in SingleByteSet; empty for other sets.
   std::u16string unicode_;
   std::string upper_;
 };

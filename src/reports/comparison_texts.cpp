@@ -166,7 +166,7 @@ std::string ComparisonTexts::Path(const ChangeCause& cause) const {
 std::string ComparisonTexts::FunctionAndPlace(const ComparedAnalysis& analysis,
                                               uint32_t function) const {
   const ComparedFunction& compared = analysis.functions[function];
-  const std::string name = showName_(analysis.names[function]);
+  std::string name = showName_(analysis.names[function]);
   if (compared.file == kNoFile || compared.line == 0) {
     return name;
   }

@@ -11,6 +11,7 @@
 #include "reports/chain_output.h"
 #include "reports/entry_ranking.h"
 #include "reports/explanation_output.h"
+#include "support/json_schema.h"
 
 namespace velkor::cli {
 namespace {
@@ -22,9 +23,9 @@ rapidjson::Document Json(const reports::AnalysisResult& result, uint32_t functio
   const std::string text = Written([&](reports::ResultOutput& output) {
     reports::WriteExplanationJson(result, function, output);
   });
+  EXPECT_EQ(testing::SchemaFault("explain", text), "") << text;
   rapidjson::Document document;
   document.Parse(text.c_str());
-  EXPECT_FALSE(document.HasParseError()) << text;
   return document;
 }
 

@@ -143,7 +143,7 @@ TEST_F(CloneStatements, HaveTheirOwnWhereALineNamesThem) {
   // A line that has no effect because every clone is named is not lost, nor are those names.
   const std::string named = "gone.constprop.0, ADD=1\r\ngone.constprop.1, ADD=2\r\n";
   OpenWith("gone, ADD=7\r\n" + named);
-  EXPECT_TRUE(Logged("Function (gone) is not found"));
+  EXPECT_EQ(document.InputNotes().back().rule, "stale-statement");
   host.files.Put(kKept, "gone, ADD=8\r\nmain, ADD=5\r\n" + named);
   Reset("gone.constprop.1");
   EXPECT_EQ(Kept(), "main, ADD=5\r\na.c#gone.constprop.0, ADD=1\r\na.c#gone.constprop.1\r\n" +

@@ -116,9 +116,8 @@ TEST(ExitStatus, OutputThatCannotBeWrittenIsFour) {
   const std::string project = PutSmallProject(folder);
   for (const std::string format : {"text", "json", "csv"}) {
     const std::vector<std::string> arguments = {"analyze", project, "--format", format};
-    for (const ProgramRun& run :
-         {Program(arguments).OutputTo("/dev/full").Run(),
-          Program(arguments).OutputClosed().Run()}) {
+    for (const ProgramRun& run : {Program(arguments).OutputTo("/dev/full").Run(),
+                                  Program(arguments).OutputClosed().Run()}) {
       EXPECT_EQ(run.status, 4) << run.err;
       EXPECT_NE(run.err.find("velkor-cli: cannot write to standard output: "), std::string::npos)
           << run.err;

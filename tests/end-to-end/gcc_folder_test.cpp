@@ -99,6 +99,21 @@ TEST_F(GccFolder, KeepsStatementsBesideAVelkorTomlWhoseFilesWin) {
   EXPECT_EQ(Saved(), "main, ADD=4\r\n");
 }
 
+TEST_F(GccFolder, WritesOverNothingThatItIsMadeFrom) {
+  folder_.Put("velkor.toml", "input = \"build\"\nelf = \"fw\"\nload = [\"one.txt\"]\n");
+  folder_.Put("one.txt", "rec, RECTIME=3\n");
+  for (const char* file : {"velkor.toml", "one.txt", "fw", "build/a.ci", "build/a.o"}) {
+    if (!fs::exists(folder_.Path(file))) {
+      folder_.Put(file, "x\n");
+    }
+    const std::string before = ReadFile(folder_.Path(file));
+    const ProgramRun run = Run({"save", "velkor.toml", "--output", file});
+    EXPECT_EQ(run.status, 4) << file << run.err;
+    EXPECT_NE(run.err.find("W9402"), std::string::npos) << run.err;
+    EXPECT_EQ(ReadFile(folder_.Path(file)), before);
+  }
+}
+
 TEST_F(GccFolder, SaysWhyItRefuses) {
   folder_.Put("f.txt", "main, ADD=1\n");
   for (const std::vector<std::string>& arguments :

@@ -172,6 +172,23 @@ TEST(Documents, TheExamplesOfTheFormatsWork) {
   }
 }
 
+// Every key of the schemas stands in a table of the page, in the same order.
+TEST(Documents, TheKeysOfTheJsonAreDescribed) {
+  const std::string page = testing::ReadFile(kSource + "/docs/json.md");
+  for (const std::string command : {"analyze", "explain", "diff"}) {
+    const std::string schema =
+        testing::ReadFile(kSource + "/src/resources/schema/" + command + ".schema.json");
+    const std::regex key("\"([A-Za-z]+)\": \\{\\s*\"(type|enum)\"");
+    const size_t part = page.find("\n## " + command);
+    for (std::sregex_iterator match(schema.begin(), schema.end(), key), end; match != end;
+         ++match) {
+      const std::string name = (*match)[1];
+      EXPECT_TRUE(name == "items" || page.find("| `" + name + "` |", part) != std::string::npos)
+          << command << " " << name;
+    }
+  }
+}
+
 TEST(Documents, TheReadmeShowsRealOutput) {
   const std::string readme = testing::ReadFile(kSource + "/README.md");
   const ProgramRun run = Program({"analyze", kSource + "/examples/firmware/app.prj"}).Run();

@@ -3,12 +3,14 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <grp.h>
+#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
 
 #include "scratch_folder.h"
+#include "support/json_schema.h"
 
 namespace velkor::testing {
 
@@ -28,6 +30,9 @@ ProgramRun Program::Run() {
   run.status = Wait(process, err);
   run.out = ReadFile(out);
   run.err = ReadFile(err);
+  if (run.out.starts_with('{') && HasSchema(arguments_.front())) {
+    EXPECT_EQ(SchemaFault(arguments_.front(), run.out), "");
+  }
   return run;
 }
 

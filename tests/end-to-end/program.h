@@ -18,7 +18,8 @@ struct ProgramRun {
   bool Says(std::string_view line) const;
 };
 
-// The built command line program, run as its users run it.
+// The built command line program, run as its users run it. JSON that it prints is held against its
+// schema.
 class Program {
  public:
   explicit Program(std::vector<std::string> arguments, const std::vector<std::string>& more = {})

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
+#include <regex>
 #include <sstream>
 
 #include "program.h"
@@ -55,28 +56,26 @@ std::string Filled(std::string line, const std::string& callee) {
   return line + "\n";
 }
 
-rapidjson::Document Analysis(const std::string& project, const std::vector<std::string>& load) {
-  std::vector<std::string> arguments = {"analyze", project, "--format", "json"};
+// The top-level functions without a bound. The last five columns of a row hold no comma.
+uint32_t Unbounded(const std::string& project, const std::vector<std::string>& load) {
+  std::vector<std::string> arguments = {"analyze", project, "--format", "csv"};
   for (const std::string& file : load) {
     arguments.insert(arguments.end(), {"--load", file});
   }
   const ProgramRun run = Program(arguments).Run();
   EXPECT_EQ(run.status, 0) << run.err;
-  rapidjson::Document document;
-  document.Parse(run.out.data(), run.out.size());
-  EXPECT_FALSE(document.HasParseError());
-  return document;
-}
-
-uint32_t Unbounded(const rapidjson::Document& analysis) {
+  std::istringstream rows(run.out);
+  const std::regex unbounded(",yes,(yes|no),,unbounded,[0-9]+");
   uint32_t count = 0;
-  for (const auto& root : analysis["roots"].GetArray()) {
-    count += analysis["functions"][root.GetUint()]["boundState"] == "unbounded" ? 1U : 0U;
+  for (std::string row; std::getline(rows, row);) {
+    count += std::regex_search(row, unbounded) ? 1U : 0U;
   }
   return count;
 }
 
-std::string LeafOf(const rapidjson::Document& analysis) {
+std::string LeafOf(const std::string& project) {
+  rapidjson::Document analysis;
+  analysis.Parse(Program({"analyze", project, "--format", "json"}).Run().out.c_str());
   for (const auto& function : analysis["functions"].GetArray()) {
     if (function["boundState"] == "bounded" && function["callees"].Empty() &&
         function["defined"].GetBool()) {
@@ -97,10 +96,9 @@ void ExpectPromisesHold(const std::string& project, size_t everyStep) {
   EXPECT_EQ(Program({"todo", project}).Run().out, text);
   const std::vector<Step> steps = Steps(text);
   ASSERT_FALSE(steps.empty());
-  const rapidjson::Document before = Analysis(project, {file});
-  const std::string leaf = LeafOf(before);
-  uint32_t unbounded = Unbounded(before);
-  EXPECT_EQ(unbounded, Unbounded(Analysis(project, {})));
+  const std::string leaf = LeafOf(project);
+  uint32_t unbounded = Unbounded(project, {file});
+  EXPECT_EQ(unbounded, Unbounded(project, {}));
   std::string filled;
   for (size_t i = 0; i < steps.size(); ++i) {
     for (const std::string& line : steps[i].lines) {
@@ -108,8 +106,7 @@ void ExpectPromisesHold(const std::string& project, size_t everyStep) {
     }
     unbounded -= steps[i].frees;
     if (i % everyStep == 0 || i + 1 == steps.size()) {
-      EXPECT_EQ(Unbounded(Analysis(project, {folder.Put("filled.txt", filled)})), unbounded)
-          << filled;
+      EXPECT_EQ(Unbounded(project, {folder.Put("filled.txt", filled)}), unbounded) << filled;
     }
   }
   EXPECT_EQ(unbounded, 0U);
@@ -119,7 +116,7 @@ void ExpectPromisesHold(const std::string& project, size_t everyStep) {
 
 TEST(Todo, StatementsFreeWhatTheyPromise) {
   ExpectPromisesHold(std::string(VELKOR_SOURCE_DIR) + "/examples/firmware/app.prj", 1);
-  ExpectPromisesHold(std::string(VELKOR_SOURCE_DIR) + "/examples/lua/app.prj", 9);
+  ExpectPromisesHold(std::string(VELKOR_SOURCE_DIR) + "/examples/lua/app.prj", 30);
 }
 
 // main goes round with step, which calls through a pointer, and has been adjusted before.

@@ -9,6 +9,7 @@
 #include "fuzz/invariants.h"
 #include "fuzz/require.h"
 #include "platform/profile_file.h"
+#include "readers/tarn/module_location.h"
 #include "readers/tarn/project.h"
 #include "readers/tarn/spec_sources.h"
 
@@ -110,7 +111,7 @@ void CheckProject(const StkProject& project, const LiteralProfile& literal, Fuzz
     ++sources;
   }
   const std::vector<std::string> modules(project.Modules().begin(), project.Modules().end());
-  Require(modules.size() <= std::min<size_t>(sources, StkProject::kMaxSources),
+  Require(modules.size() <= std::min<size_t>(sources, StkProjectFile::kMaxSources),
           "a project has a module at most for each source");
   for (size_t i = 0; i < modules.size(); ++i) {
     Require(IsAbsolute(modules[i], host.codePage), "a module has a place", modules[i]);

@@ -9,6 +9,7 @@
 #include "reports/comparison_json.h"
 #include "reports/comparison_output.h"
 #include "reports/json_output.h"
+#include "support/json_schema.h"
 
 namespace velkor::reports {
 namespace {
@@ -102,6 +103,24 @@ TEST(Comparison, KnowsAFunctionByItsNameAlone) {
   EXPECT_EQ(Text("static f 10\n", "f 10\n"), "Stack: nothing changed (old → new)\n");
 }
 
+TEST(Comparison, JsonHoldsEveryKindOfChangeAndCause) {
+  Analysis older("main 10 -> a\na 20\nlarge 10 -> step\nstep 5\nold 4\nleft 4 -> x\n? x\n");
+  Analysis newer("main 10 -> a\na 20 -> lib\nlarge 10 -> step\nstep 5 -> more\nmore 9\nleft 4\n");
+  const ComparedAnalysis before = Taken(older, "\x1B[31m\"old\"");
+  const ComparedAnalysis after = Taken(newer, "new");
+  const std::string json = Written([&](ResultOutput& output) {
+    WriteComparisonJson(Compare(before, after), before, after, output);
+  });
+  EXPECT_EQ(testing::SchemaFault("diff", json), "") << json;
+  EXPECT_EQ(testing::SchemaFault("diff", "{\"mood\": 1}"),
+            "#/mood breaks additionalProperties of #");
+  for (const char* part :
+       {"\"change\": \"lost-bound\"", "\"change\": \"gone\"", "\"new\": null", "\"kind\": \"call\"",
+        "\"kind\": \"unknown\"", "\"path\": [\"large\", \"step\", \"more\"]"}) {
+    EXPECT_NE(json.find(part), std::string::npos) << part << json;
+  }
+}
+
 TEST(Comparison, MarkdownIsOneHeadingATableAndTheRestFoldedAway) {
   EXPECT_EQ(Markdown("a|b 10\nsame 4\n", "a|b 30\nsame 4\n"),
             "### Stack: 1 grew (`old|1` → `` new`s ``)\n\n"
@@ -160,7 +179,9 @@ TEST(AnalysisReader, ReadsBackWhatIsWritten) {
     const AnalysisResult result = analysis.Result();
     const ComparedAnalysis taken = TakeCompared(result);
     std::string error;
-    const auto read = Read(Written([&](ResultOutput& out) { WriteJson(result, out); }), error);
+    const std::string json = Written([&](ResultOutput& out) { WriteJson(result, out); });
+    EXPECT_EQ(testing::SchemaFault("analyze", json), "");
+    const auto read = Read(json, error);
     ASSERT_TRUE(read) << error;
     ASSERT_EQ(read->functions.size(), taken.functions.size());
     for (uint32_t i = 0; i < taken.functions.size(); ++i) {

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "readers/gcc/call_graph_file.h"
+#include "readers/gcc/call_graph_node.h"
 
 namespace velkor {
 

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "readers/gcc/call_frames.h"
 #include "readers/gcc/elf_file.h"
 #include "readers/gcc/frame_rows.h"
+#include "readers/gcc/function_frame.h"
 
 namespace velkor {
 

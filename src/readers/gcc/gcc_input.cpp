@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "readers/gcc/gcc_module_reader.h"
 #include "readers/gcc/link_time_sets.h"
 #include "readers/gcc/loose_object.h"
 #include "readers/gcc/text_ends.h"
@@ -74,13 +73,14 @@ std::string_view GccInput::ModuleKindName() const {
 }
 
 std::unique_ptr<ModuleReader> GccInput::MakeReader() {
-  return std::make_unique<GccModuleReader>(*this, host_, reporter_);
+  GccUnits& units = *this;
+  return std::make_unique<GccModuleReader>(units, host_, reporter_);
 }
 
-std::string GccInput::ObjectOf(std::string_view module) const {
-  TakeSuffix(module, ".ci");
+std::string GccInput::ObjectOf(std::string_view graphPath) const {
+  TakeSuffix(graphPath, ".ci");
   for (const std::string_view ending : {".o", ".obj"}) {
-    std::string object = std::string(module).append(ending);
+    std::string object = std::string(graphPath).append(ending);
     if (std::ranges::binary_search(objects_, object)) {
       return object;
     }
@@ -110,6 +110,17 @@ void GccInput::ResolveCalls(FunctionDatabase database) {
                .vectors = settings_.vectors,
                .machine = machine_},
               reporter_);
+}
+
+StkStringList GccInput::RelatedFiles() const {
+  StkStringList files;
+  for (const std::string& object : objects_) {
+    files.Add(object);
+  }
+  if (!settings_.elf.empty()) {
+    files.Add(settings_.elf);
+  }
+  return files;
 }
 
 void GccInput::ReadLooseObjects(StkFunctionTable& functions) {

@@ -9,6 +9,7 @@
 #include "messages/reporter.h"
 #include "platform/host.h"
 #include "readers/gcc/folder_search.h"
+#include "readers/gcc/gcc_module_reader.h"
 #include "readers/gcc/path_pattern.h"
 #include "readers/gcc/program_link.h"
 #include "readers/program_input.h"
@@ -25,7 +26,7 @@ struct GccSettings {
 
 // Folders with the call graph files that GCC writes, each beside its object. A module is a call
 // graph file. Keeps no adjustments.
-class GccInput : public ProgramInput {
+class GccInput : public ProgramInput, private GccUnits {
  public:
   // path: what the user opened. None after a message has been shown.
   static std::unique_ptr<GccInput> Open(std::string_view path, GccSettings settings, Host& host,
@@ -41,19 +42,20 @@ class GccInput : public ProgramInput {
   std::optional<std::string> GeneratorVersion() const override { return version_; }
   std::unique_ptr<ModuleReader> MakeReader() override;
   void ResolveCalls(FunctionDatabase database) override;
+  // The objects and the program.
+  StkStringList RelatedFiles() const override;
   std::vector<std::unique_ptr<StkSpecReader>> BuildSpecSources() override { return {}; }
 
  private:
-  friend class GccModuleReader;
-
   GccInput(std::string_view path, GccSettings settings, Host& host, StkReporter& reporter)
       : path_(path), settings_(std::move(settings)), host_(host), reporter_(reporter) {}
 
   void Search();
   void AddFolder(const std::string& folder);
-  // Of the object beside a call graph file; empty: none.
-  std::string ObjectOf(std::string_view module) const;
-  void AddUnit(size_t module, const UnitRecording& recording, StkFunctionTable& functions);
+  const std::string& GraphPath(size_t module) const override { return modules_[module]; }
+  std::string ObjectOf(std::string_view graphPath) const override;
+  void AddUnit(size_t module, const UnitRecording& recording,
+               StkFunctionTable& functions) override;
   void ReadLooseObjects(StkFunctionTable& functions);
   void ReadLooseObject(const std::string& path, StkFunctionTable& functions);
   std::unique_ptr<LinkedProgram> ReadProgram();

@@ -47,7 +47,7 @@ class SourceFinder {
 
 FileFailure GccModuleReader::Open(size_t module) {
   module_ = module;
-  path_ = input_.modules_[module];
+  path_ = units_.GraphPath(module);
   OpenResult<InputFile> opened = host_.files.OpenForRead(path_);
   file_ = std::move(opened.file);
   return opened.failure;
@@ -64,7 +64,7 @@ void GccModuleReader::Read(Event& stopEvent) {
   files.graphPath = path_;
   files.graph = graph_.Bytes();
   files.isLinkTime = IsLinkTimeGraph(path_);
-  const std::string objectPath = input_.ObjectOf(path_);
+  const std::string objectPath = units_.ObjectOf(path_);
   if (!objectPath.empty()) {
     const OpenResult<InputFile> opened = host_.files.OpenForRead(objectPath);
     if (opened.file) {
@@ -121,7 +121,7 @@ void GccModuleReader::NoteNewerSource() {
 
 ModuleReader::Entered GccModuleReader::Enter(FunctionDatabase database) {
   if (!stopped_) {
-    input_.AddUnit(module_, recording_, database.functions);
+    units_.AddUnit(module_, recording_, database.functions);
   }
   if (stopped_ || !recording_.isWhole) {
     reporter_.PostLog(MessageKey::kReadingAborted, {path_});

@@ -1,19 +1,33 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
+#include <string_view>
 
-#include "readers/gcc/gcc_input.h"
 #include "readers/gcc/unit_recording.h"
 #include "readers/gcc/whole_file.h"
+#include "readers/program_input.h"
 
 namespace velkor {
+
+// The units of an input, as the readers of its modules know them.
+class GccUnits {
+ public:
+  virtual ~GccUnits() = default;
+  virtual const std::string& GraphPath(size_t module) const = 0;
+  // Of the object beside a call graph file; empty: none.
+  virtual std::string ObjectOf(std::string_view graphPath) const = 0;
+  // In the thread of the job.
+  virtual void AddUnit(size_t module, const UnitRecording& recording,
+                       StkFunctionTable& functions) = 0;
+};
 
 // Reads one call graph file, with the object beside it, after the other.
 class GccModuleReader : public ModuleReader {
  public:
-  GccModuleReader(GccInput& input, Host& host, StkReporter& reporter)
-      : input_(input), host_(host), reporter_(reporter) {}
+  GccModuleReader(GccUnits& units, Host& host, StkReporter& reporter)
+      : units_(units), host_(host), reporter_(reporter) {}
 
   FileFailure Open(size_t module) override;
   void Read(Event& stopEvent) override;
@@ -23,7 +37,7 @@ class GccModuleReader : public ModuleReader {
   void NoteNotRead(const std::string& file);
   void NoteNewerSource();
 
-  GccInput& input_;  // in Enter alone changed
+  GccUnits& units_;  // in Enter alone changed
   Host& host_;
   StkReporter& reporter_;
   size_t module_ = 0;

@@ -136,8 +136,9 @@ void ProgramLink::ImproveByCode(Entity& entity) const {
 
 // What the functions outside of all units call, and those in turn.
 void ProgramLink::LinkOutsideCode() {
-  for (uint32_t i = 0; i < outside_.size(); ++i) {
-    const Outside outside = outside_[i];
+  size_t next = 0;
+  while (next < outside_.size()) {  // grows meanwhile
+    const Outside outside = outside_[next++];
     if (outside.target != kNone) {
       outsideCallees_.push_back(outside.target);
     } else if (outside.code != kNone) {

@@ -52,7 +52,11 @@ ModuleEntry::Result ModuleEntry::Enter(const ModuleRecording& recording) {
     }
   }
   NoteHiddenCalls(recording);
-  return ReportEnd(recording);
+  const Result result = ReportEnd(recording);
+  if (result != Result::kWhole && recording.endsInRecord) {
+    currentRecord_->flags |= FN_HIDDEN_CALL;  // it may be one that is missing
+  }
+  return result;
 }
 
 bool ModuleEntry::EnterEvent(const ModuleRecording& recording, ModuleRecording::Event event) {

@@ -11,6 +11,8 @@ namespace velkor {
 
 // What is read of a project file while its module list is worked out; gone afterwards.
 struct StkProjectFile {
+  static constexpr int kMaxSources = 2048;
+
   std::string path;
   std::string projectDirectory;  // absolute
   std::string outputSetting;     // project-wide; possibly empty

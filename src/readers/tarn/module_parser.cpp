@@ -266,6 +266,8 @@ void ModuleParser::SetLack(ModuleRecording::Lack lack, uint32_t line) {
 void ModuleParser::Finish(bool endsInLine, uint32_t lastLine) {
   using Lack = ModuleRecording::Lack;
   codeWatch_.FindHiddenCalls();
+  recording_.endsInRecord =
+      owner_ == Owner::kMade && (state_ == kBetweenFunctions || state_ == kCalleeName);
   const std::optional<CodeWatch::Label> unrecorded = codeWatch_.FindUnrecordedLabel();
   if (endsInLine) {
     SetLack(Lack::kOpenLine, lastLine);

@@ -18,6 +18,7 @@ void ModuleRecording::Clear() {
   lack = Lack::kNothing;
   lackLine = 0;
   lackName = 0;
+  endsInRecord = false;
 }
 
 }  // namespace velkor

@@ -76,6 +76,8 @@ struct ModuleRecording {
   Lack lack = Lack::kNothing;
   uint32_t lackLine = 0;  // where that shows
   uint32_t lackName = 0;  // in names; of kRecord
+  // Nothing stands behind the record of the last function: what is missing may be calls of it.
+  bool endsInRecord = false;
 };
 
 }  // namespace velkor

@@ -82,7 +82,7 @@ void StkProject::ReportIllegal() {
 
 void StkProject::ReadModules(const StkProjectFile& projectFile) {
   int number = 1;
-  for (; number <= kMaxSources; ++number) {
+  for (; number <= StkProjectFile::kMaxSources; ++number) {
     const std::string source =
         projectFile.profile.GetString("SrcFile", "Source" + std::to_string(number));
     if (source.empty()) {

@@ -16,8 +16,6 @@ struct StkProjectFile;
 // then read by the jobs.
 class StkProject {
  public:
-  static constexpr int kMaxSources = 2048;
-
   StkProject(Host& host, StkReporter& reporter);
 
   // False after a message has been shown; then the project is to be discarded.

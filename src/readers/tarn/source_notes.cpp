@@ -9,7 +9,6 @@
 #include "files/numbers.h"
 #include "files/paths.h"
 #include "platform/limits.h"
-#include "readers/tarn/project.h"
 
 namespace velkor {
 
@@ -85,7 +84,7 @@ class NoteWriter {
   }
 
   void NoteLeftOut(const ProfileFile::Entry& entry) {
-    const bool isLimit = firstUnread_ > uint32_t{StkProject::kMaxSources};
+    const bool isLimit = firstUnread_ > uint32_t{StkProjectFile::kMaxSources};
     if (entry.value.size() > kMaxTextLength) {
       const size_t shown = codePage_.CutLength(entry.value, kShownOfLongValue);
       AddSource(MessageKey::kNoteSourceTooLong, entry,

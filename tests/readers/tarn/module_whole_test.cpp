@@ -142,9 +142,9 @@ Sizes SizesOf(const std::string& text, const std::vector<std::string>& others,
   return sizes;
 }
 
-// The lengths, from one on, at which the text can be cut without a word although a number that is
-// told without reserve is then too small.
-std::vector<size_t> SilentCuts(const std::string& text, size_t from) {
+// The lengths, from one on, at which the text can be cut so that a number that is told without
+// reserve is too small, with or without a note.
+std::vector<size_t> WrongCuts(const std::string& text, size_t from) {
   std::vector<std::string> others;
   const Sizes whole = SizesOf(text, {}, &others);
   EXPECT_FALSE(whole.noticed);
@@ -156,7 +156,7 @@ std::vector<size_t> SilentCuts(const std::string& text, size_t from) {
       const auto complete = whole.complete.find(function.first);
       return complete == whole.complete.end() || complete->second > function.second;
     });
-    if (tooSmall && !cut.noticed) {
+    if (tooSmall) {
       cuts.push_back(length);
     }
   }
@@ -168,9 +168,9 @@ std::string ExampleModule() {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-TEST(ModuleWhole, CutAnywhereNoNumberIsTooSmallWithoutAWord) {
+TEST(ModuleWhole, CutAnywhereNoCompleteNumberIsTooSmall) {
   std::string text = ExampleModule();
-  EXPECT_EQ(SilentCuts(text, 0), std::vector<size_t>());
+  EXPECT_EQ(WrongCuts(text, 0), std::vector<size_t>());
   // A compiler could have written this text whole: the call through a pointer that is cut off shows
   // nowhere in the code, and all that it lists follows the function's record.
   const std::string record = "; $FUNC run_command";
@@ -181,7 +181,7 @@ TEST(ModuleWhole, CutAnywhereNoNumberIsTooSmallWithoutAWord) {
   text.erase(start, end - start);
   text += moved;
   const size_t last = text.find(record);
-  EXPECT_EQ(SilentCuts(text, last), std::vector<size_t>{text.find("; $CALL", last)});
+  EXPECT_EQ(WrongCuts(text, last), std::vector<size_t>{text.find("; $CALL", last)});
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "readers/tarn/compiler_info.h"
+#include "readers/tarn/module_location.h"
 #include "readers/tarn/spec_sources.h"
 #include "support/recorder.h"
 #include "support/test_host.h"
@@ -92,7 +93,7 @@ TEST_F(ProjectTest, SourcesAreTakenUpToTheFirstGap) {
 
 TEST_F(ProjectTest, SourcesAreLimitedInNumberAndLength) {
   std::string text = "[ProjectManager]\nPath=C:\\p\n[SrcFile]\n";
-  for (int i = 1; i <= StkProject::kMaxSources + 5; ++i) {
+  for (int i = 1; i <= StkProjectFile::kMaxSources + 5; ++i) {
     text += "Source" + std::to_string(i) + "=s" + std::to_string(i) + ".c\n";
   }
   host_.files.AddDirectory("C:\\p");

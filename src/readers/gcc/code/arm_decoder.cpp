@@ -13,7 +13,9 @@ namespace {
 
 constexpr uint64_t kOrigin = 0x1000000;  // so that what is behind it has an address too
 constexpr size_t kKeptInstructions = size_t{1} << 16;
-constexpr uint64_t kLostInCalls = 0x500F;  // r0 to r3, ip, lr
+constexpr uint32_t kArmNothing = 0xE320F000;
+constexpr uint32_t kArmNothingOfOld = 0xE1A00000;  // mov r0, r0
+constexpr uint64_t kLostInCalls = 0x500F;          // r0 to r3, ip, lr
 
 cs_mode Mode(int modes) {
   return static_cast<cs_mode>(modes);
@@ -85,6 +87,9 @@ CodeInstruction ArmDecoder::DecodeArm(std::string_view bytes) {
     return UnknownOf(static_cast<uint8_t>(std::max<size_t>(bytes.size(), 1)));
   }
   CodeInstruction instruction = Disassemble(bytes.substr(0, kLength), false);
+  if (word == kArmNothing || word == kArmNothingOfOld) {
+    instruction.operation = CodeOperation::kPadding;
+  }
   instruction.usesFloatingPoint = IsArmFloatingPoint(word);
   return instruction;
 }

@@ -19,7 +19,7 @@ char MarkOf(const ElfSymbol& symbol) {
 }  // namespace
 
 CodeImage::CodeImage(const ElfFile& elf)
-    : order_(elf.Order()), isArm_(elf.Machine() == ELF_ARM), is64_(elf.Is64()) {
+    : table_(elf), order_(elf.Order()), isArm_(elf.Machine() == ELF_ARM), is64_(elf.Is64()) {
   for (const ElfSection& section : elf.Sections()) {
     const bool isConstant = section.HasCode() || (section.flags & kWritable) == 0;
     if (section.IsLoaded() && isConstant && !section.bytes.empty()) {
@@ -68,7 +68,14 @@ const CodeImage::Mark* CodeImage::MarkAt(uint64_t address) const {
 
 bool CodeImage::IsData(uint64_t address) const {
   const Mark* mark = MarkAt(address);
-  return mark != nullptr && mark->kind == 'd';
+  return mark != nullptr && mark->kind == 'd' && !(isArm_ && IsReturnWord(address));
+}
+
+// Old assemblers had no name for it, so that sources hold it as data.
+bool CodeImage::IsReturnWord(uint64_t address) const {
+  constexpr std::string_view kJumpToLink = "\x1E\xFF\x2F\xE1";
+  return address % 4 == 0 && order_ == ByteOrder::kLittle &&
+         CodeAt(address).starts_with(kJumpToLink);
 }
 
 std::optional<bool> CodeImage::IsThumb(uint64_t address) const {

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "readers/gcc/code/linker_table.h"
 #include "readers/gcc/elf_file.h"
 
 namespace velkor {
@@ -32,6 +33,8 @@ class CodeImage {
   // An address as wide as the machine's.
   uint64_t Wrapped(uint64_t address) const { return is64_ ? address : address & UINT32_MAX; }
 
+  const LinkerTable& Table() const { return table_; }
+
   ByteOrder Order() const { return order_; }
   uint64_t CodeBytes() const;
 
@@ -47,10 +50,12 @@ class CodeImage {
   };
 
   const Part* PartAt(uint64_t address) const;
+  bool IsReturnWord(uint64_t address) const;
   const Mark* MarkAt(uint64_t address) const;
 
   std::vector<Part> parts_;  // ordered by address
   std::vector<Mark> marks_;  // likewise
+  LinkerTable table_;
   ByteOrder order_;
   bool isArm_;
   bool is64_;

@@ -14,7 +14,7 @@ enum class CodeOperation : uint8_t {
   kSetAddress,  // target = the instruction's own address + immediate
   kCopy,        // target = source
   kAdd,         // target = source + immediate
-  kAddScaled,   // target = source + immediate + (index << shift)
+  kAddScaled,   // target = source (0 without) + immediate + (index << shift)
   kSubtract,    // target = source - (index << shift); without index: - something
   kMask,        // target = source & immediate
   kSetBits,     // target = source | immediate
@@ -27,6 +27,7 @@ enum class CodeOperation : uint8_t {
   kStore,
   kStoreMany,
   kPushMemory,     // memory, pushed
+  kLeave,          // the stack pointer becomes source, which is popped then
   kCompare,        // source with immediate, or with index
   kCompareMemory,  // memory with immediate
   kJump,           // to the instruction's own address + immediate
@@ -35,12 +36,14 @@ enum class CodeOperation : uint8_t {
   kCallRegister,
   kJumpMemory,  // to what memory holds
   kCallMemory,
-  kJumpTable,   // ahead by twice the entry of a table of `width` behind this instruction, at index
-  kReturn,      // to what lies on the stack
-  kSystemCall,  // may not come back
-  kStop,        // does not go on
+  kJumpTable,    // ahead by twice the entry of a table of `width` behind this instruction, at index
+  kReturn,       // to what lies on the stack
+  kChangeStack,  // to one that is set elsewhere
+  kSystemCall,   // may not come back
+  kStop,         // does not go on
 };
 
+// What a comparison before must have shown.
 enum class CodeCondition : uint8_t {
   kAlways,
   kEqual,
@@ -55,7 +58,8 @@ enum class CodeCondition : uint8_t {
 // An operand in memory: base + displacement + (index << shift).
 struct CodeMemory {
   static constexpr uint8_t kNone = 0xFF;
-  static constexpr uint8_t kHere = 0xFE;  // as base: the instruction's own address
+  static constexpr uint8_t kHere = 0xFE;     // as base: the instruction's own address
+  static constexpr uint8_t kUnknown = 0xFD;  // as base: it may be anywhere
 
   uint8_t base = kNone;
   uint8_t index = kNone;
@@ -70,6 +74,9 @@ struct CodeMemory {
 // numbers of their machine; bit 63 of register sets is never used.
 struct CodeInstruction {
   static constexpr uint8_t kNone = CodeMemory::kNone;
+  // Codes of conditions, where instructions that are no jumps have them: with bit 0 changed, a
+  // code is the opposite one.
+  static constexpr uint8_t kAlwaysCode = 14;
 
   CodeOperation operation = CodeOperation::kUnknown;
   CodeCondition condition = CodeCondition::kAlways;  // of jumping, or of being executed at all
@@ -82,12 +89,16 @@ struct CodeInstruction {
   uint8_t width = 0;
   bool setsFlags = false;
   bool usesFloatingPoint = false;
-  bool switchesState = false;    // of a call: to the other instruction set
-  uint8_t conditionalAfter = 0;  // so many instructions that follow are executed conditionally
+  bool switchesState = false;  // of a call: to the other instruction set
+  uint8_t conditionCode = kAlwaysCode;
+  uint8_t conditionalAfter = 0;  // so many that follow have the codes in `list`, four bits each
   uint64_t writes = 0;           // registers that get values of which nothing is known
   uint64_t list = 0;
   int64_t immediate = 0;
   CodeMemory memory;
 };
+
+// By the code.
+CodeCondition ConditionOfCode(uint8_t code);
 
 }  // namespace velkor

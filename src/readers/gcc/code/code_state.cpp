@@ -6,12 +6,11 @@ namespace velkor {
 namespace {
 
 constexpr size_t kMostSlots = 64;
-constexpr int64_t kSlotSize = 8;  // the largest
 
 }  // namespace
 
-CodeState::CodeState(uint8_t stackRegister, uint8_t registerCount)
-    : stackRegister_(stackRegister), registerCount_(registerCount) {
+CodeState::CodeState(uint8_t stackRegister, uint8_t registerCount, uint8_t wordSize)
+    : stackRegister_(stackRegister), registerCount_(registerCount), wordSize_(wordSize) {
   for (uint8_t i = 0; i < registerCount; ++i) {
     registers_[i] = CodeValue::Number(i);
   }
@@ -24,10 +23,10 @@ const CodeValue* CodeState::Slot(int64_t offset) const {
 }
 
 void CodeState::StoreSlot(int64_t offset, int64_t width, const CodeValue& value) {
-  const auto first = std::ranges::lower_bound(slots_, offset - kSlotSize + 1, {}, &Place::offset);
+  const auto first = std::ranges::lower_bound(slots_, offset - wordSize_ + 1, {}, &Place::offset);
   const auto end = std::ranges::lower_bound(slots_, offset + width, {}, &Place::offset);
   const auto place = slots_.erase(first, end);
-  const bool isKept = value.IsStack() || value.kind == CodeValue::Kind::kReturn;
+  const bool isKept = value.IsStack() || value.IsReturn() || value.IsConstant();
   if (isKept && slots_.size() < kMostSlots) {
     slots_.insert(place, {offset, value});
   }

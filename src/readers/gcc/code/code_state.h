@@ -15,7 +15,8 @@ class CodeState {
  public:
   static constexpr size_t kMostRegisters = 33;
 
-  CodeState(uint8_t stackRegister, uint8_t registerCount);
+  // wordSize: bytes of a place on the stack.
+  CodeState(uint8_t stackRegister, uint8_t registerCount, uint8_t wordSize);
 
   const CodeValue& Register(uint8_t number) const { return registers_[number]; }
   void SetRegister(uint8_t number, const CodeValue& value) { registers_[number] = value; }
@@ -72,6 +73,7 @@ class CodeState {
   Comparison flags_;
   uint8_t stackRegister_;
   uint8_t registerCount_;
+  uint8_t wordSize_;
   bool isOnOtherStack_ = false;
 };
 

@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <bit>
 #include <cstdlib>
+#include <optional>
 #include <utility>
 #include <vector>
 
 namespace velkor {
 namespace {
 
-constexpr uint8_t kNoNumber = CodeInstruction::kNone;
-constexpr uint8_t kMostShift = 31;
 constexpr uint64_t kSlotNumber = 63;  // in the name of a number: none of a register
 
 uint64_t NameOf(uint64_t address, uint8_t number) {
@@ -24,7 +23,8 @@ CodeValue CodeStep::Wrapped(uint64_t constant) const {
 }
 
 CodeValue CodeStep::Get(uint8_t number, const CodeState& state) const {
-  return number < state.RegisterCount() ? state.Register(number) : CodeValue::Number(kNoNumber);
+  return number < state.RegisterCount() ? state.Register(number)
+                                        : CodeValue::Number(CodeInstruction::kNone);
 }
 
 void CodeStep::Set(uint8_t number, const CodeValue& value, uint64_t /*address*/,
@@ -41,7 +41,7 @@ void CodeStep::Set(uint8_t number, const CodeValue& value, uint64_t /*address*/,
 void CodeStep::SetStack(const CodeValue& value, CodeState& state) const {
   if (value.IsStack()) {
     state.SetRegister(conventions_.stackRegister, value);
-  } else if (value.IsConstant() || (value.IsNumber() && value.isGiven)) {
+  } else if (value.IsConstant() || (value.IsNumber() && value.isGiven) || state.IsOnOtherStack()) {
     state.ChangeStack();
   } else {
     CodeValue below = state.Stack();
@@ -59,11 +59,16 @@ void CodeStep::Apply(const CodeInstruction& instruction, uint64_t address, CodeS
     case CodeOperation::kReturn:
       Load(instruction, address, state);
       break;
+    case CodeOperation::kLeave:
+      Leave(instruction, address, state);
+      break;
     case CodeOperation::kStore:
     case CodeOperation::kStoreMany:
     case CodeOperation::kPushMemory:
       Store(instruction, address, state);
       break;
+    case CodeOperation::kChangeStack:
+      return state.ChangeStack();
     case CodeOperation::kCompare:
     case CodeOperation::kCompareMemory:
       Compare(instruction, address, state);
@@ -80,6 +85,24 @@ void CodeStep::Apply(const CodeInstruction& instruction, uint64_t address, CodeS
   }
 }
 
+CodeValue CodeStep::WithPart(const CodeValue& old, uint64_t immediate, uint8_t shift,
+                             uint64_t name) const {
+  const uint64_t part = uint64_t{0xFFFF} << shift;
+  return old.IsConstant()
+             ? Wrapped((static_cast<uint64_t>(old.amount) & ~part) | immediate << shift)
+             : CodeValue::Number(name);
+}
+
+CodeValue CodeStep::SignExtended(const CodeValue& source, uint8_t width, uint64_t name) const {
+  if (source.IsConstant()) {
+    return Wrapped(static_cast<uint64_t>(
+        ByteReader::Extended(static_cast<uint64_t>(source.amount), uint64_t{width} * 8)));
+  }
+  CodeValue result = source.IsStack() || source.IsReturn() ? CodeValue::Number(name) : source;
+  result.isSigned = source.IsTable() && source.width == width;
+  return result;
+}
+
 void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
                        CodeState& state) const {
   const uint8_t target = instruction.target;
@@ -92,14 +115,9 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
     case CodeOperation::kSet:
       result = Wrapped(immediate);
       break;
-    case CodeOperation::kSetPart: {
-      const CodeValue old = Get(target, state);
-      const uint64_t part = uint64_t{0xFFFF} << instruction.shift;
-      result = old.IsConstant() ? Wrapped((static_cast<uint64_t>(old.amount) & ~part) |
-                                          immediate << instruction.shift)
-                                : CodeValue::Number(name);
+    case CodeOperation::kSetPart:
+      result = WithPart(Get(target, state), immediate, instruction.shift, name);
       break;
-    }
     case CodeOperation::kSetAddress: {
       const uint64_t place = image_.Place(address) >> instruction.shift << instruction.shift;
       result = Wrapped(place + immediate);
@@ -112,7 +130,10 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
       result = Moved(source, instruction.immediate, name);
       break;
     case CodeOperation::kAddScaled:
-      result = Moved(Sum(source, index, instruction.shift, name), instruction.immediate, name);
+      result =
+          instruction.source == CodeInstruction::kNone
+              ? Sum(Wrapped(immediate), index, instruction.shift, name)
+              : Moved(Sum(source, index, instruction.shift, name), instruction.immediate, name);
       break;
     case CodeOperation::kSubtract:
       result = Difference(source, index, instruction.shift, name);
@@ -130,12 +151,7 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
       result = Limited(source, immediate, name);
       break;
     case CodeOperation::kExtendSign:
-      result = source.IsStack() || source.IsReturn() ? CodeValue::Number(name) : source;
-      if (source.IsConstant()) {
-        const auto bits = uint64_t{instruction.width} * 8;
-        result = Wrapped(static_cast<uint64_t>(
-            ByteReader::Extended(static_cast<uint64_t>(source.amount), bits)));
-      }
+      result = SignExtended(source, instruction.width, name);
       break;
     case CodeOperation::kShiftLeft:
       result = ShiftedLeft(source, instruction.shift, name);
@@ -147,108 +163,6 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
       return;
   }
   Set(target, result, address, state);
-}
-
-CodeValue CodeStep::Moved(const CodeValue& value, int64_t by, uint64_t name) const {
-  if (by == 0) {
-    return value;
-  }
-  CodeValue moved = value;
-  const auto sum = static_cast<uint64_t>(value.amount) + static_cast<uint64_t>(by);
-  moved.amount = static_cast<int64_t>(sum);
-  if (value.IsStack() || value.IsTable() || (value.IsNumber() && value.amount != 0)) {
-    return moved;
-  }
-  return value.IsConstant() ? Wrapped(sum) : CodeValue::Number(name);
-}
-
-CodeValue CodeStep::Sum(const CodeValue& left, const CodeValue& right, uint8_t shift,
-                        uint64_t name) const {
-  if (right.IsConstant() && shift < kMostShift) {
-    const auto by = static_cast<uint64_t>(right.amount) << shift;
-    const bool isNarrow = conventions_.numberMask == UINT32_MAX;
-    return Moved(left, isNarrow ? static_cast<int32_t>(by) : static_cast<int64_t>(by), name);
-  }
-  if (left.IsConstant()) {
-    CodeValue sum = ShiftedLeft(right, shift, name);
-    if (sum.IsTable() || sum.IsPlain() || (sum.IsNumber() && sum.amount == 0)) {
-      sum.amount += left.amount;
-      return sum;
-    }
-    return right.IsStack() && shift == 0 ? Moved(right, left.amount, name)
-                                         : CodeValue::Number(name);
-  }
-  return CodeValue::Number(name);
-}
-
-CodeValue CodeStep::Difference(const CodeValue& left, const CodeValue& right, uint8_t shift,
-                               uint64_t name) const {
-  if (right.IsConstant() && shift < kMostShift) {
-    return Moved(left, -static_cast<int64_t>(static_cast<uint64_t>(right.amount) << shift), name);
-  }
-  CodeValue below = left;
-  below.isBelow = true;
-  return left.IsStack() ? below : CodeValue::Number(name);
-}
-
-// Of a stack address: what aligns it. Less than the alignment is lost.
-CodeValue CodeStep::Masked(const CodeValue& value, uint64_t mask, uint64_t name) const {
-  if (value.IsConstant()) {
-    return Wrapped(static_cast<uint64_t>(value.amount) & mask);
-  }
-  if (value.IsReturn()) {
-    return value;
-  }
-  const uint64_t alignment = (~mask & conventions_.numberMask) + 1;
-  if (value.IsStack()) {
-    CodeValue aligned = value;
-    const bool isAlignment = std::has_single_bit(alignment) && alignment <= (uint64_t{1} << 31);
-    if (isAlignment && alignment > conventions_.stackAlignment) {
-      aligned.amount -= static_cast<int64_t>(alignment - conventions_.stackAlignment);
-    }
-    return isAlignment ? aligned : CodeValue::Number(name);
-  }
-  if (value.IsPlain() && value.bound <= mask && std::has_single_bit(mask + 1)) {
-    return value;
-  }
-  return CodeValue::Number(name, mask);
-}
-
-CodeValue CodeStep::Limited(const CodeValue& value, uint64_t limit, uint64_t name) {
-  if (value.IsConstant()) {
-    return CodeValue::Constant(static_cast<uint64_t>(value.amount) & limit);
-  }
-  if (value.IsTable()) {
-    return value;
-  }
-  CodeValue limited = value.IsPlain() ? value : CodeValue::Number(name);
-  limited.bound = std::min(limited.bound, limit);
-  limited.isGiven = false;
-  return limited;
-}
-
-CodeValue CodeStep::ShiftedLeft(const CodeValue& value, uint8_t shift, uint64_t name) const {
-  if (shift == 0) {
-    return value;
-  }
-  if (value.IsConstant() && shift <= kMostShift) {
-    return Wrapped(static_cast<uint64_t>(value.amount) << shift);
-  }
-  const bool isCounted = (value.IsNumber() || value.IsTable()) && value.amount == 0;
-  if (!isCounted || value.shift + shift > kMostShift) {
-    return CodeValue::Number(name);
-  }
-  CodeValue shifted = value;
-  shifted.shift = static_cast<uint8_t>(value.shift + shift);
-  return shifted;
-}
-
-CodeValue CodeStep::ShiftedRight(const CodeValue& value, uint8_t shift, uint64_t name) const {
-  if (value.IsConstant()) {
-    return CodeValue::Constant(static_cast<uint64_t>(value.amount) >> shift);
-  }
-  const uint64_t bound = value.IsPlain() ? value.bound : CodeValue::kNoBound;
-  return CodeValue::Number(name, std::min(bound, conventions_.numberMask) >> shift);
 }
 
 void CodeStep::Compare(const CodeInstruction& instruction, uint64_t address,
@@ -265,15 +179,13 @@ void CodeStep::Compare(const CodeInstruction& instruction, uint64_t address,
     return state.SetFlags(comparison);
   }
   CodeValue source = Get(instruction.source, state);
-  CodeValue index = instruction.index == kNoNumber
+  CodeValue index = instruction.index == CodeInstruction::kNone
                         ? Wrapped(static_cast<uint64_t>(instruction.immediate))
                         : Get(instruction.index, state);
   if (instruction.index == conventions_.stackRegister) {
     std::swap(source, index);
   }
-  const bool isOfStack = instruction.source == conventions_.stackRegister ||
-                         instruction.index == conventions_.stackRegister;
-  if (isOfStack && index.IsStack()) {
+  if (source == state.Stack() && index.IsStack()) {
     comparison.kind = Comparison::Kind::kStack;
     comparison.stack = index;
   } else if (source.IsPlain() && index.IsConstant()) {
@@ -311,23 +223,37 @@ void CodeStep::ApplyReturnOfCall(uint64_t address, CodeState& state) const {
   state.SetFlags({});
 }
 
+void CodeStep::PushReturn(uint64_t address, CodeState& state) const {
+  const CodeValue stack = Moved(state.Stack(), -int64_t{conventions_.wordSize}, 0);
+  state.SetRegister(conventions_.stackRegister, stack);
+  if (!stack.isBelow) {
+    state.StoreSlot(stack.amount, conventions_.wordSize, CodeValue::Constant(address));
+  }
+}
+
 CodeStep::Place CodeStep::PlaceOf(const CodeMemory& memory, uint64_t address,
                                   const CodeState& state) const {
   Place place{.value = {}, .width = memory.width, .isSigned = memory.isSigned};
   const uint64_t name = NameOf(address, kSlotNumber);
-  const bool isIndexed = memory.index != kNoNumber;
+  const bool isIndexed = memory.index != CodeInstruction::kNone;
+  if (memory.base == CodeMemory::kUnknown) {
+    place.value = CodeValue::Number(name);
+    return place;
+  }
   if (memory.base == CodeMemory::kHere) {
     const uint8_t shift = isIndexed ? 0 : memory.shift;
     place.value = Wrapped(image_.Place(address) >> shift << shift);
-  } else if (memory.base != kNoNumber) {
+  } else if (memory.base != CodeInstruction::kNone) {
     place.value = Get(memory.base, state);
   } else {
-    place.value = isIndexed ? CodeValue::Constant(0) : CodeValue::Number(name);
+    place.value = Wrapped(static_cast<uint64_t>(int64_t{memory.displacement}));
   }
   if (isIndexed) {
     place.value = Sum(place.value, Get(memory.index, state), memory.shift, name);
   }
-  place.value = Moved(place.value, memory.displacement, name);
+  if (memory.base != CodeInstruction::kNone) {
+    place.value = Moved(place.value, memory.displacement, name);
+  }
   return place;
 }
 
@@ -337,11 +263,26 @@ CodeValue CodeStep::Literal(uint64_t place, const Place& of, uint64_t name) cons
   if (bytes.size() < of.width) {
     CodeValue loaded = CodeValue::Number(name);
     loaded.isGiven = true;
-    return loaded;
+    return LinkedWord(place).value_or(loaded);
   }
   ByteReader reader(bytes, image_.Order());
   return Wrapped(of.isSigned ? static_cast<uint64_t>(reader.Signed(of.width))
                              : reader.Unsigned(of.width));
+}
+
+// A word of the table that the linker has made.
+std::optional<CodeValue> CodeStep::LinkedWord(uint64_t address) const {
+  const std::optional<LinkerTable::Word> word = image_.Table().At(address);
+  if (!word) {
+    return std::nullopt;
+  }
+  CodeValue value = Wrapped(word->value);
+  if (!word->import.empty()) {
+    value = {};
+    value.kind = CodeValue::Kind::kImport;
+    value.table = address;
+  }
+  return value;
 }
 
 // offset: of one of several elements.
@@ -355,6 +296,9 @@ CodeValue CodeStep::LoadFrom(const Place& place, int64_t offset, uint64_t name,
   }
   CodeValue loaded = CodeValue::Number(name);
   loaded.isGiven = true;
+  if (value.IsConstant() && place.width == conventions_.wordSize) {
+    return LinkedWord(static_cast<uint64_t>(WrappingSum(value.amount, offset))).value_or(loaded);
+  }
   if (value.IsNumber() && value.amount != 0 && place.width != 0 &&
       uint64_t{1} << value.shift == place.width) {
     loaded = {};
@@ -374,7 +318,8 @@ void CodeStep::Load(const CodeInstruction& instruction, uint64_t address, CodeSt
   const auto element = [&](uint8_t number, int64_t offset) {
     const uint64_t name = NameOf(address, number);
     const bool isLiteral = instruction.memory.base == CodeMemory::kHere && place.value.IsConstant();
-    return isLiteral ? Literal(static_cast<uint64_t>(place.value.amount + offset), place, name)
+    return isLiteral ? Literal(static_cast<uint64_t>(WrappingSum(place.value.amount, offset)),
+                               place, name)
                      : LoadFrom(place, offset, name, state);
   };
   if (instruction.operation == CodeOperation::kLoadMany) {
@@ -392,14 +337,25 @@ void CodeStep::Load(const CodeInstruction& instruction, uint64_t address, CodeSt
     return;
   }
   const uint8_t target =
-      instruction.target == kNoNumber ? conventions_.jumpRegister : instruction.target;
+      instruction.target == CodeInstruction::kNone ? conventions_.jumpRegister : instruction.target;
   const CodeValue first = element(target, 0);
   const CodeValue second = element(instruction.target2, place.width);
   ChangeBase(instruction.memory, address, state);
   Set(target, first, address, state);
-  if (instruction.target2 != kNoNumber) {
+  if (instruction.target2 != CodeInstruction::kNone) {
     Set(instruction.target2, second, address, state);
   }
+}
+
+void CodeStep::Leave(const CodeInstruction& instruction, uint64_t address, CodeState& state) const {
+  SetStack(Get(instruction.source, state), state);
+  CodeInstruction pop = instruction;
+  pop.operation = CodeOperation::kLoadMany;
+  pop.list = uint64_t{1} << instruction.source;
+  pop.memory = {.base = conventions_.stackRegister,
+                .width = conventions_.wordSize,
+                .baseChange = conventions_.wordSize};
+  Load(pop, address, state);
 }
 
 void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeState& state) const {
@@ -417,7 +373,7 @@ void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeS
     }
   } else {
     values.push_back(Get(instruction.source, state));
-    if (instruction.index != kNoNumber) {
+    if (instruction.index != CodeInstruction::kNone) {
       values.push_back(Get(instruction.index, state));
     }
   }
@@ -428,7 +384,8 @@ void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeS
     }
     for (const CodeValue& value : values) {
       const bool isWord = place.width == conventions_.wordSize;
-      state.StoreSlot(offset, place.width, isWord ? value : CodeValue());
+      // Constants are of variables, which may change in ways that are not seen.
+      state.StoreSlot(offset, place.width, isWord && !value.IsConstant() ? value : CodeValue());
       offset += place.width;
     }
   } else {
@@ -440,7 +397,8 @@ void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeS
 }
 
 void CodeStep::ChangeBase(const CodeMemory& memory, uint64_t address, CodeState& state) const {
-  if (memory.baseChange != 0 && memory.base != kNoNumber && memory.base != CodeMemory::kHere) {
+  if (memory.baseChange != 0 && memory.base != CodeInstruction::kNone &&
+      memory.base != CodeMemory::kHere) {
     const CodeValue base = Get(memory.base, state);
     Set(memory.base, Moved(base, memory.baseChange, NameOf(address, memory.base)), address, state);
   }

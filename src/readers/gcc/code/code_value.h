@@ -11,6 +11,7 @@ struct CodeValue {
     kConstant,  // `amount`
     kStack,     // an address: `amount` from where the stack pointer was when the caller had it
     kReturn,    // where the function was called from
+    kImport,    // of a shared library; `table`: the word of the linker's table that holds it
     kTable,     // `amount` + (an entry of the table at `table` << `shift`)
   };
   static constexpr uint64_t kNoBound = UINT64_MAX;
@@ -30,6 +31,7 @@ struct CodeValue {
   bool IsStack() const { return kind == Kind::kStack; }
   bool IsConstant() const { return kind == Kind::kConstant; }
   bool IsNumber() const { return kind == Kind::kNumber; }
+  bool IsImport() const { return kind == Kind::kImport; }
   bool IsTable() const { return kind == Kind::kTable; }
   bool IsReturn() const { return kind == Kind::kReturn; }
   bool IsPlain() const { return IsNumber() && shift == 0 && amount == 0; }
@@ -39,6 +41,11 @@ struct CodeValue {
   static CodeValue Return();
   static CodeValue Number(uint64_t id, uint64_t bound = kNoBound);
 };
+
+// Registers wrap around, and so do amounts.
+constexpr int64_t WrappingSum(int64_t one, int64_t other) {
+  return static_cast<int64_t>(static_cast<uint64_t>(one) + static_cast<uint64_t>(other));
+}
 
 // What is known where either may be there. id: of a number that it may become.
 CodeValue Joined(const CodeValue& one, const CodeValue& other, uint64_t id);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 #include <vector>
 
 namespace velkor {
@@ -24,6 +25,7 @@ struct FunctionCode {
   uint64_t callFrameBytes = 0;  // the same from call frame information; 0 without it
   std::vector<uint32_t> calls;  // functions of the program, in the order of their places
   std::vector<uint64_t> sites;  // addresses of calls whose targets are not known, ascending
+  std::string_view import;  // its name where it is of a shared library; nothing else is known then
   bool isDynamic = false;
   bool usesFloatingPoint = false;  // itself
   bool returns = false;

@@ -22,7 +22,7 @@ FunctionWalk::FunctionWalk(const CodeImage& image, InstructionDecoder& decoder,
       conventions_(decoder.Conventions()),
       step_(image, decoder.Conventions()),
       range_(range) {
-  CodeState first(conventions_.stackRegister, conventions_.registerCount);
+  CodeState first = FirstState();
   if (conventions_.linkRegister != CodeInstruction::kNone) {
     first.SetRegister(conventions_.linkRegister, CodeValue::Return());
   } else {
@@ -30,6 +30,10 @@ FunctionWalk::FunctionWalk(const CodeImage& image, InstructionDecoder& decoder,
     first.StoreSlot(StartOffset(), conventions_.wordSize, CodeValue::Return());
   }
   Reach(range_.start, first, nullptr);
+}
+
+CodeState FunctionWalk::FirstState() const {
+  return {conventions_.stackRegister, conventions_.registerCount, conventions_.wordSize};
 }
 
 int64_t FunctionWalk::StartOffset() const {
@@ -91,6 +95,7 @@ void FunctionWalk::Reach(uint64_t address, const CodeState& state, Block* from) 
     }
   }
   const auto block = blocks_.emplace_hint(next, address, Block{.in = state});
+  block->second.isSwept = from != nullptr && from->isSwept;
   block->second.deepest = state.Stack().amount;
   Queue(block);
 }
@@ -99,8 +104,8 @@ void FunctionWalk::JoinInto(Blocks::iterator block, const CodeState& state, Bloc
   Block& to = block->second;
   const CodeValue before = to.in.Stack();
   CodeState joined = state;
-  if (to.comparesStack && from != nullptr && joined.Stack().amount < before.amount) {
-    from->isProbe = true;
+  if (to.touchesPages && from != nullptr && joined.Stack().amount < before.amount) {
+    from->deepest = from->in.Stack().amount;
     joined.SetRegister(conventions_.stackRegister, before);
   }
   if (to.deepenings >= kMostDeepenings && joined.Stack().amount < before.amount) {
@@ -108,6 +113,7 @@ void FunctionWalk::JoinInto(Blocks::iterator block, const CodeState& state, Bloc
     joined.SetRegister(conventions_.stackRegister, before);
   }
   if (to.in.Join(joined, block->first)) {
+    to.isSwept = to.isSwept || (from != nullptr && from->isSwept);
     const bool isDeeper = to.in.Stack().amount < before.amount;
     to.deepenings = static_cast<uint16_t>(to.deepenings + (isDeeper ? 1 : 0));
     Queue(block);
@@ -122,9 +128,8 @@ void FunctionWalk::NoteState(Cursor& cursor) {
 }
 
 void FunctionWalk::WalkBlock(Blocks::iterator block) {
-  Cursor cursor{.block = block, .address = block->first, .state = block->second.in};
+  Cursor cursor(block);
   block->second.isWalked = true;
-  block->second.isProbe = false;
   block->second.deepest = cursor.state.Stack().amount;
   NoteState(cursor);
   auto next = std::next(block);
@@ -141,8 +146,13 @@ void FunctionWalk::WalkBlock(Blocks::iterator block) {
     cursor.address = Next(address, instruction);
     block->second.end = std::max(block->second.end, cursor.address);
     next = std::next(block);  // new ones may have come between
-    if (goesOn && next != blocks_.end() && next->first == cursor.address) {
-      Reach(cursor.address, cursor.state, &block->second);
+    const bool isInside = cursor.conditionalLeft != 0;
+    const bool isNext = (next != blocks_.end() && next->first == cursor.address) ||
+                        (!splits_.empty() && splits_.contains(cursor.address));
+    if (goesOn && !isInside && isNext) {
+      if (EndConditions(cursor)) {
+        Reach(cursor.address, cursor.state, &block->second);
+      }
       break;
     }
     goesOn = goesOn && CanStand(cursor);
@@ -179,24 +189,24 @@ bool FunctionWalk::CanStand(Cursor& cursor) {
 }
 
 // False: the flow does not go on behind it.
-bool FunctionWalk::Execute(Cursor& cursor, const CodeInstruction& instruction) {
-  code_.usesFloatingPoint = code_.usesFloatingPoint || instruction.usesFloatingPoint;
-  CodeInstruction executed = instruction;
-  if (cursor.conditionalLeft > 0) {
-    --cursor.conditionalLeft;
-    const bool isFree = executed.condition == Condition::kAlways;
-    executed.condition = isFree ? Condition::kOther : executed.condition;
-    const bool isComparison = executed.operation == Operation::kCompare;
-    executed.setsFlags = executed.setsFlags && (isComparison || instruction.length == 4);
-  }
-  cursor.conditionalLeft = std::max(cursor.conditionalLeft, instruction.conditionalAfter);
+bool FunctionWalk::Execute(Cursor& cursor, const CodeInstruction& decoded) {
+  code_.usesFloatingPoint = code_.usesFloatingPoint || decoded.usesFloatingPoint;
+  const CodeInstruction instruction = WithCondition(cursor, decoded);
   cursor.mayEnd = false;
-  switch (executed.operation) {
+  const bool isJump = instruction.operation == Operation::kJump;
+  const bool isConditional =
+      instruction.conditionCode != CodeInstruction::kAlwaysCode && (!isJump || cursor.code);
+  return isConditional ? ExecuteConditional(cursor, instruction)
+                       : EndConditions(cursor) && ExecuteOne(cursor, instruction);
+}
+
+bool FunctionWalk::ExecuteOne(Cursor& cursor, const CodeInstruction& instruction) {
+  switch (instruction.operation) {
     case Operation::kUnknown:
       Doubt(CodeDoubt::kInstruction, cursor.address);
       return false;
     case Operation::kStop:
-      return executed.condition != Condition::kAlways;
+      return false;
     case Operation::kSystemCall:
       cursor.mayEnd = true;
       return true;
@@ -205,30 +215,20 @@ bool FunctionWalk::Execute(Cursor& cursor, const CodeInstruction& instruction) {
     case Operation::kJumpMemory:
     case Operation::kJumpTable:
     case Operation::kReturn:
-      return Jump(cursor, executed);
+      return Jump(cursor, instruction);
     case Operation::kCall:
     case Operation::kCallRegister:
     case Operation::kCallMemory:
-      return Call(cursor, executed);
+      return Call(cursor, instruction);
     default:
       break;
   }
-  const bool leaves = (executed.list >> conventions_.jumpRegister & 1) != 0 &&
-                      executed.operation == Operation::kLoadMany;
+  const bool leaves = instruction.operation == Operation::kLoadMany &&
+                      (instruction.list >> conventions_.jumpRegister & 1) != 0;
   if (leaves) {
-    return Jump(cursor, executed);
+    return Jump(cursor, instruction);
   }
-  if (executed.condition == Condition::kAlways) {
-    step_.Apply(executed, cursor.address, cursor.state);
-  } else {
-    CodeState applied = cursor.state;
-    step_.Apply(executed, cursor.address, applied);
-    cursor.state.Join(applied, cursor.address);
-  }
-  if (executed.operation == Operation::kCompare &&
-      cursor.state.Flags().kind == CodeState::Comparison::Kind::kStack) {
-    cursor.block->second.comparesStack = true;
-  }
+  step_.Apply(instruction, cursor.address, cursor.state);
   NoteState(cursor);
   return true;
 }
@@ -259,7 +259,7 @@ void FunctionWalk::Settle(uint32_t function, bool returns) {
 
 void FunctionWalk::Sweep() {
   isSwept_ = true;
-  if (!deepest_ || !image_.HasMarks() || code_.doubt != CodeDoubt::kNone) {
+  if (!deepest_ || !range_.isWhole || !TellsCodeFromData() || code_.doubt != CodeDoubt::kNone) {
     return;
   }
   CodeState state = *deepest_;
@@ -295,6 +295,7 @@ void FunctionWalk::Sweep() {
       continue;
     }
     Reach(address, state, nullptr);
+    blocks_.find(address)->second.isSwept = true;
     Run();
     if (blocks_.find(address)->second.end <= address) {
       address += instruction.length;  // nothing that can be executed
@@ -306,9 +307,7 @@ FunctionCode FunctionWalk::Result() const {
   FunctionCode code = code_;
   int64_t deepest = StartOffset();
   for (const auto& [address, block] : blocks_) {
-    if (!block.isProbe) {
-      deepest = std::min(deepest, block.deepest);
-    }
+    deepest = std::min(deepest, block.deepest);
   }
   code.codeBytes = static_cast<uint64_t>(-deepest);
   for (const auto& [place, function] : calls_) {
@@ -317,7 +316,7 @@ FunctionCode FunctionWalk::Result() const {
     }
   }
   code.sites.assign(sites_.begin(), sites_.end());
-  const bool isRead = isSwept_ && image_.HasMarks();
+  const bool isRead = isSwept_ && range_.isWhole && TellsCodeFromData();
   if (hasComputedJump_ && !isRead && code.doubt == CodeDoubt::kNone) {
     code.doubt = CodeDoubt::kComputedJump;
   }

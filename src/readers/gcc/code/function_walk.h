@@ -30,6 +30,8 @@ class CodeSurroundings {
   virtual uint32_t CalledFunctionAt(uint64_t address) = 0;
   // Where the next one begins, behind the address.
   virtual uint64_t NextFunction(uint64_t address) const = 0;
+  // The function of a shared library.
+  virtual uint32_t Imported(std::string_view name) = 0;
   virtual Answer Returns(uint32_t function) const = 0;
   virtual TableHelper HelperAt(uint64_t address) const = 0;
   // Takes instructions from what may be read of the whole program. False: that is used up.
@@ -44,6 +46,7 @@ class FunctionWalk {
     uint64_t start = 0;  // with bit 0 for Thumb
     uint64_t end = 0;    // of its own code, behind the last byte
     bool isHelper = false;
+    bool isWhole = true;  // all between start and end belongs to it
   };
 
   FunctionWalk(const CodeImage& image, InstructionDecoder& decoder, CodeSurroundings& around,
@@ -69,15 +72,23 @@ class FunctionWalk {
     uint16_t deepenings = 0;
     bool isQueued = false;
     bool isWalked = false;
-    bool comparesStack = false;  // the stack pointer with an address: a loop that touches pages
-    bool isProbe = false;        // goes back to such a loop
+    bool touchesPages = false;  // down to an address that is not known, in a loop
+    bool isSwept = false;       // or reached from what was not reached
   };
   using Blocks = std::map<uint64_t, Block>;
   struct Cursor {
+    explicit Cursor(Blocks::iterator at) : block(at), address(at->first), state(at->second.in) {}
+
     Blocks::iterator block;
-    uint64_t address = 0;
+    uint64_t address;
     CodeState state;
-    uint8_t conditionalLeft = 0;
+    uint8_t conditionalLeft = 0;  // instructions that have codes from the one before them
+    uint64_t conditionCodes = 0;
+    // While instructions with one condition, and its opposite, follow one another: what is known
+    // where it does not hold; `state` is where it holds. Each may be gone elsewhere.
+    std::optional<uint8_t> code;
+    std::optional<CodeState> otherState;
+    bool isStateGone = false;
     uint64_t limit = 0;   // where it must be asked again whether code is there
     bool mayEnd = false;  // what was executed last need not have come back
   };
@@ -88,18 +99,29 @@ class FunctionWalk {
   void WalkBlock(Blocks::iterator block);
   bool CanStand(Cursor& cursor);
   bool Execute(Cursor& cursor, const CodeInstruction& instruction);
-  bool ExecuteFlow(Cursor& cursor, const CodeInstruction& instruction);
+  bool ExecuteOne(Cursor& cursor, const CodeInstruction& instruction);
+  // Instructions that are executed on a condition (function_walk_conditions.cpp).
+  CodeInstruction WithCondition(Cursor& cursor, const CodeInstruction& instruction) const;
+  bool ExecuteConditional(Cursor& cursor, const CodeInstruction& instruction);
+  bool EndConditions(Cursor& cursor);
   void NoteState(Cursor& cursor);
 
   bool Jump(Cursor& cursor, const CodeInstruction& instruction);
+  CodeState FirstState() const;
   void JumpTo(Cursor& cursor, uint64_t target, const CodeState& state);
+  bool TouchesNextPage(Cursor& cursor, const CodeInstruction& jump, uint64_t target,
+                       const CodeState& state);
   void JumpToValue(Cursor& cursor, const CodeValue& target, const CodeState& state);
   void Return(Cursor& cursor, const CodeState& state);
   bool JumpByTable(Cursor& cursor, const CodeValue& table, const CodeState& state);
   bool Call(Cursor& cursor, const CodeInstruction& instruction);
+  bool CallValue(Cursor& cursor, const CodeInstruction& instruction, const CodeValue& target);
+  bool CallFunction(Cursor& cursor, uint32_t function, uint64_t next);
+  uint32_t ImportOf(const CodeValue& value);
   bool CallAddress(Cursor& cursor, const CodeInstruction& instruction, uint64_t target);
   bool CallHelper(Cursor& cursor, const CodeInstruction& instruction,
                   CodeSurroundings::TableHelper helper);
+  uint8_t RegisterJumpedTo(uint64_t address) const;
   bool ComesBack(Cursor& cursor, uint32_t function, uint64_t next);
   void TailCall(uint64_t place, uint32_t function);
 
@@ -111,6 +133,7 @@ class FunctionWalk {
   }
   void Doubt(CodeDoubt doubt, uint64_t address);
   bool IsMuch() const;
+  bool TellsCodeFromData() const { return image_.HasMarks() || !conventions_.hasDataInCode; }
 
   const CodeImage& image_;
   InstructionDecoder& decoder_;
@@ -119,6 +142,7 @@ class FunctionWalk {
   const CodeStep step_;
   const Range range_;
   Blocks blocks_;
+  std::set<uint64_t> splits_;  // where blocks end, and the next one begins
   std::vector<uint64_t> queue_;
   std::map<uint64_t, uint32_t> calls_;  // by place
   std::set<uint64_t> sites_;

@@ -34,7 +34,10 @@ bool FunctionWalk::Jump(Cursor& cursor, const CodeInstruction& instruction) {
       if (instruction.switchesState) {
         base = (base & ~uint64_t{3});
       }
-      JumpTo(cursor, base + static_cast<uint64_t>(instruction.immediate), taken);
+      const uint64_t to = image_.Wrapped(base + static_cast<uint64_t>(instruction.immediate));
+      if (!TouchesNextPage(cursor, instruction, to, taken)) {
+        JumpTo(cursor, to, taken);
+      }
       break;
     }
     case Operation::kJumpTable: {
@@ -70,7 +73,9 @@ void FunctionWalk::JumpTo(Cursor& cursor, uint64_t target, const CodeState& stat
   const uint32_t function =
       target == range_.start ? CodeSurroundings::kNone : around_.FunctionAt(target);
   if (function != CodeSurroundings::kNone) {
-    return TailCall(cursor.address, function);
+    const uint8_t number = RegisterJumpedTo(target);
+    return number == CodeInstruction::kNone ? TailCall(cursor.address, function)
+                                            : JumpToValue(cursor, state.Register(number), state);
   }
   if (image_.CodeAt(target).empty() || image_.IsData(target)) {
     if (image_.Place(target) != 0) {
@@ -78,14 +83,35 @@ void FunctionWalk::JumpTo(Cursor& cursor, uint64_t target, const CodeState& stat
     }
     return;
   }
-  Block& block = cursor.block->second;
   const auto known = blocks_.find(target);
-  const bool isLoop = known != blocks_.end() && known->second.isWalked;
-  if (state.Flags().kind == StackComparison::kStack && isLoop &&
-      state.Stack().amount < known->second.in.Stack().amount) {
-    return;  // pages are touched until the address is reached, which is where it goes on
+  const bool isInside = target > cursor.block->first && target <= cursor.address;
+  if (known == blocks_.end() && isInside) {
+    splits_.insert(target);  // a loop: it is entered from above first
+    return Queue(cursor.block);
   }
-  Reach(target, state, &block);
+  Reach(target, state, &cursor.block->second);
+}
+
+// Whether it is the jump of a loop that moves the stack pointer to an address, page by page, as
+// long as it is not equal. The loop goes on where it is, so that one round tells all.
+bool FunctionWalk::TouchesNextPage(Cursor& cursor, const CodeInstruction& jump, uint64_t target,
+                                   const CodeState& state) {
+  const CodeState::Comparison& flags = state.Flags();
+  const bool isTest = jump.condition == Condition::kEqual || jump.condition == Condition::kNotEqual;
+  if (flags.kind != StackComparison::kStack || !isTest) {
+    return false;
+  }
+  Block& block = cursor.block->second;
+  block.touchesPages = flags.stack.isBelow;
+  const auto to = blocks_.find(target);
+  if (jump.condition == Condition::kEqual || to == blocks_.end() || !to->second.isWalked ||
+      state.Stack().amount >= to->second.in.Stack().amount) {
+    return false;
+  }
+  if (flags.stack.isBelow) {
+    block.deepest = block.in.Stack().amount;
+  }
+  return true;
 }
 
 void FunctionWalk::JumpToValue(Cursor& cursor, const CodeValue& target, const CodeState& state) {
@@ -94,6 +120,9 @@ void FunctionWalk::JumpToValue(Cursor& cursor, const CodeValue& target, const Co
   }
   if (target.IsConstant()) {
     return JumpTo(cursor, static_cast<uint64_t>(target.amount), state);
+  }
+  if (target.IsImport()) {
+    return TailCall(cursor.address, ImportOf(target));
   }
   if (target.IsTable() && JumpByTable(cursor, target, state)) {
     return;
@@ -116,7 +145,7 @@ void FunctionWalk::Return(Cursor& cursor, const CodeState& state) {
       conventions_.linkRegister == CodeInstruction::kNone ? int64_t{conventions_.wordSize} : 0;
   const bool isBack = state.IsOnOtherStack() ||
                       (!state.Stack().isBelow && state.Stack().amount == StartOffset() + popped);
-  if (!isBack) {
+  if (!isBack && !cursor.block->second.isSwept) {
     Doubt(CodeDoubt::kUnbalanced, cursor.address);
   }
   code_.returns = true;
@@ -145,8 +174,7 @@ void FunctionWalk::TailCall(uint64_t place, uint32_t function) {
   calls_[place] = function;
   const CodeSurroundings::Answer answer = around_.Returns(function);
   if (answer == CodeSurroundings::Answer::kNotKnown) {
-    waiters_[function].push_back(
-        {0, CodeState(conventions_.stackRegister, conventions_.registerCount)});
+    waiters_[function].push_back({0, FirstState()});
   }
   code_.returns = code_.returns || answer == CodeSurroundings::Answer::kYes;
 }
@@ -172,12 +200,35 @@ bool FunctionWalk::Call(Cursor& cursor, const CodeInstruction& instruction) {
   } else if (instruction.source != CodeInstruction::kNone) {
     target = cursor.state.Register(instruction.source);
   }
+  return CallValue(cursor, instruction, target);
+}
+
+bool FunctionWalk::CallValue(Cursor& cursor, const CodeInstruction& instruction,
+                             const CodeValue& target) {
   if (target.IsConstant()) {
     return CallAddress(cursor, instruction, static_cast<uint64_t>(target.amount));
+  }
+  if (target.IsImport()) {
+    return CallFunction(cursor, ImportOf(target), Next(cursor.address, instruction));
   }
   sites_.insert(image_.Place(cursor.address));
   step_.ApplyReturnOfCall(cursor.address, cursor.state);
   return true;
+}
+
+uint32_t FunctionWalk::ImportOf(const CodeValue& value) {
+  const std::optional<LinkerTable::Word> word = image_.Table().At(value.table);
+  return around_.Imported(word ? word->import : std::string_view());
+}
+
+// Where a function only jumps to what a register holds, it stands for an instruction that the
+// machine lacks.
+uint8_t FunctionWalk::RegisterJumpedTo(uint64_t address) const {
+  const CodeInstruction first = decoder_.Decode(image_.CodeAt(address), address);
+  const bool isJump = first.operation == Operation::kJumpRegister &&
+                      first.condition == Condition::kAlways &&
+                      first.source != conventions_.linkRegister;
+  return isJump ? first.source : CodeInstruction::kNone;
 }
 
 // True: it comes back.
@@ -195,6 +246,8 @@ bool FunctionWalk::CallAddress(Cursor& cursor, const CodeInstruction& instructio
     CodeState state = cursor.state;
     if (conventions_.linkRegister != CodeInstruction::kNone) {
       state.SetRegister(conventions_.linkRegister, CodeValue::Constant(next));
+    } else {
+      step_.PushReturn(next, state);
     }
     JumpTo(cursor, target, state);
     return false;
@@ -204,10 +257,18 @@ bool FunctionWalk::CallAddress(Cursor& cursor, const CodeInstruction& instructio
     Doubt(CodeDoubt::kLeavesCode, cursor.address);
     return false;
   }
-  calls_[cursor.address] = function;
+  if (const uint8_t number = RegisterJumpedTo(target); number != CodeInstruction::kNone) {
+    return CallValue(cursor, instruction, cursor.state.Register(number));
+  }
   if (helper != CodeSurroundings::TableHelper::kNone) {
+    calls_[cursor.address] = function;
     return CallHelper(cursor, instruction, helper);
   }
+  return CallFunction(cursor, function, next);
+}
+
+bool FunctionWalk::CallFunction(Cursor& cursor, uint32_t function, uint64_t next) {
+  calls_[cursor.address] = function;
   step_.ApplyReturnOfCall(cursor.address, cursor.state);
   return function == range_.function || ComesBack(cursor, function, next);
 }

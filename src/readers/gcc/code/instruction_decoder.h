@@ -19,6 +19,7 @@ struct CodeConventions {
   uint8_t stackAlignment = 4;  // what the stack pointer always is a multiple of
   uint64_t lostInCalls = 0;    // registers that a called function may change
   uint64_t numberMask = UINT32_MAX;
+  bool hasDataInCode = true;  // which only mapping symbols tell apart
 };
 
 // Turns the bytes of one machine's code into instructions. Keeps what it has seen: one thread.

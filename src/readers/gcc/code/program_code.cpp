@@ -48,16 +48,22 @@ uint32_t ProgramCode::Find(uint64_t address) const {
 
 std::string_view ProgramCode::NameOf(uint32_t function) const {
   const Function& of = functions_[function];
-  return of.nameCount == 0 ? std::string_view() : facts_.Functions()[of.firstName].name;
+  return of.nameCount == 0 ? of.code.import : facts_.Functions()[of.firstName].name;
 }
 
 uint32_t ProgramCode::Meant(uint32_t function) const {
-  for (int i = 0; i < kMostVeneers && IsVeneer(NameOf(function)); ++i) {
+  for (int i = 0; i < kMostVeneers; ++i) {
     const FunctionCode& code = functions_[function].code;
     if (code.calls.size() != 1 || !code.sites.empty()) {
       break;
     }
-    function = code.calls.front();
+    const uint32_t next = code.calls.front();
+    const bool isOfLibrary =
+        functions_[function].nameCount == 0 && !functions_[next].code.import.empty();
+    if (!IsVeneer(NameOf(function)) && !isOfLibrary) {
+      break;
+    }
+    function = next;
   }
   return function;
 }

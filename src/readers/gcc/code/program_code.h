@@ -22,7 +22,7 @@ class ProgramCode {
   struct Function {
     uint64_t address = 0;    // without the bit for Thumb
     uint32_t firstName = 0;  // in the functions of the facts, aliases behind one another
-    uint32_t nameCount = 0;  // 0: it has no name
+    uint32_t nameCount = 0;  // 0: it has no name, or is of a shared library
     FunctionCode code;
   };
 
@@ -36,7 +36,7 @@ class ProgramCode {
   uint32_t Find(uint64_t address) const;
   // Where a call of the function leads: past the veneers of the linker.
   uint32_t Meant(uint32_t function) const;
-  // Empty where it has none.
+  // Empty where it has none; of a function of a shared library, too.
   std::string_view NameOf(uint32_t function) const;
 
  private:

@@ -30,6 +30,40 @@ TableHelper HelperNamed(std::string_view name) {
   return found == kHelpers.end() ? TableHelper::kNone : found->helper;
 }
 
+// Functions of shared libraries.
+constexpr std::string_view kNeverReturning[] = {"__assert",
+                                                "__assert_fail",
+                                                "__assert_perror_fail",
+                                                "__chk_fail",
+                                                "__cxa_bad_cast",
+                                                "__cxa_bad_typeid",
+                                                "__cxa_call_unexpected",
+                                                "__cxa_pure_virtual",
+                                                "__cxa_rethrow",
+                                                "__cxa_throw",
+                                                "__cxa_throw_bad_array_new_length",
+                                                "__fortify_fail",
+                                                "__libc_start_main",
+                                                "__longjmp_chk",
+                                                "__stack_chk_fail",
+                                                "_Exit",
+                                                "_Unwind_Resume",
+                                                "_exit",
+                                                "_longjmp",
+                                                "abort",
+                                                "err",
+                                                "errx",
+                                                "exit",
+                                                "longjmp",
+                                                "pthread_exit",
+                                                "quick_exit",
+                                                "siglongjmp",
+                                                "thrd_exit",
+                                                "verr",
+                                                "verrx",
+                                                "_ZSt9terminatev",
+                                                "_ZSt10unexpectedv"};
+
 // A part of a function that is kept elsewhere.
 bool IsPart(std::string_view name) {
   return name.ends_with(".cold") || name.find(".cold.") != std::string_view::npos;
@@ -144,6 +178,20 @@ uint32_t ProgramReading::CalledFunctionAt(uint64_t address) {
   return number;
 }
 
+uint32_t ProgramReading::Imported(std::string_view name) {
+  const auto [known, isNew] = imported_.try_emplace(name, static_cast<uint32_t>(functions_.size()));
+  if (isNew) {
+    Function& function = functions_.emplace_back();
+    function.isStarted = true;
+    function.returns = std::ranges::find(kNeverReturning, name) == std::end(kNeverReturning)
+                           ? Answer::kYes
+                           : Answer::kNo;
+    function.code.import = name;
+    function.code.returns = function.returns == Answer::kYes;
+  }
+  return known->second;
+}
+
 CodeSurroundings::TableHelper ProgramReading::HelperAt(uint64_t address) const {
   const uint32_t function = FunctionAt(address);
   return function == kNone ? TableHelper::kNone : functions_[function].helper;
@@ -194,7 +242,8 @@ void ProgramReading::Continue(uint32_t number) {
     const FunctionWalk::Range range{.function = number,
                                     .start = function.start,
                                     .end = function.end,
-                                    .isHelper = function.helper != TableHelper::kNone};
+                                    .isHelper = function.helper != TableHelper::kNone,
+                                    .isWhole = function.nameCount != 0};
     functions_[number].isStarted = true;
     functions_[number].walk = std::make_unique<FunctionWalk>(image_, decoder_, *this, range);
   }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <string_view>
 #include <vector>
 
 #include "readers/gcc/code/code_image.h"
@@ -41,6 +42,7 @@ class ProgramReading : public CodeSurroundings {
   uint32_t FunctionAt(uint64_t address) const override;
   uint32_t CalledFunctionAt(uint64_t address) override;
   uint64_t NextFunction(uint64_t address) const override;
+  uint32_t Imported(std::string_view name) override;
   Answer Returns(uint32_t function) const override { return functions_[function].returns; }
   TableHelper HelperAt(uint64_t address) const override;
   bool Spend(uint64_t instructions) override;
@@ -62,6 +64,7 @@ class ProgramReading : public CodeSurroundings {
   std::vector<Function> functions_;
   size_t namedCount_ = 0;
   std::map<uint64_t, uint32_t> unnamed_;  // by address
+  std::map<std::string_view, uint32_t> imported_;
   std::vector<uint32_t> ready_;
   uint64_t instructionsLeft_ = 0;
 };

@@ -25,12 +25,18 @@ CodeInstruction Nothing(Words /*words*/) {
   return Plain(CodeOperation::kPadding);
 }
 
-// The mask's lowest set bit ends the block.
+// The mask's lowest set bit ends the block; each bit above it is the lowest one of a code.
 CodeInstruction ConditionalBlock(Words words) {
   CodeInstruction instruction = Plain(CodeOperation::kOther);
-  const int mask = words.first & 15;
-  instruction.conditionalAfter =
-      static_cast<uint8_t>(4 - std::countr_zero(static_cast<unsigned>(mask)));
+  const unsigned mask = words.first & 15U;
+  const unsigned first = words.first >> 4 & 15U;
+  const auto count = static_cast<unsigned>(4 - std::countr_zero(mask));
+  instruction.conditionalAfter = static_cast<uint8_t>(count);
+  instruction.list = first;
+  for (unsigned i = 1; i < count; ++i) {
+    const unsigned code = (first & 14U) | (mask >> (4 - i) & 1U);
+    instruction.list |= uint64_t{code} << (4 * i);
+  }
   return instruction;
 }
 

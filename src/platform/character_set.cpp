@@ -1,3 +1,5 @@
+#include "platform/character_set.h"
+
 #include <algorithm>
 #include <cctype>
 #include <cstdlib>
@@ -8,7 +10,6 @@
 #include <vector>
 
 #include "platform/charset_converter.h"
-#include "platform/code_page.h"
 #include "platform/letter_case.h"
 
 namespace velkor {
@@ -119,53 +120,41 @@ std::string CharacterSetOf(const std::string& localeName) {
 
 }  // namespace
 
-CodePage::CodePage(Kind kind, std::string name) : kind_(kind), name_(std::move(name)) {}
-
-std::optional<CodePage> CodePage::FromName(std::string_view name) {
+std::optional<KnownSet> KnownSetOf(std::string_view name) {
   if (name.size() > kLongestName || !IsPlainName(CleanName(name, false))) {
     return std::nullopt;
   }
   const std::string squeezed = CleanName(name, true);
   if (IsOneOf(squeezed, {"UTF8", "CP65001", "65001"})) {
-    return Utf8();
+    return KnownSet::kUtf8;
   }
   if (IsOneOf(squeezed, {"932", "CP932", "MS932", "SJIS", "SHIFTJIS", "WINDOWS31J"})) {
-    return ShiftJis();
+    return KnownSet::kShiftJis;
   }
-  if (IsOneOf(squeezed, {"LATIN1", "ISO88591"})) {
-    return Latin1();
-  }
+  return IsOneOf(squeezed, {"LATIN1", "ISO88591"}) ? KnownSet::kLatin1 : KnownSet::kOther;
+}
+
+std::optional<SingleByteSet> FindSingleByteSet(std::string_view name) {
   for (const std::string& spelling : Spellings(name)) {
     if (std::optional<std::u16string> unicode = ReadSingleByteSet(spelling)) {
-      CodePage page(Kind::kSingleByte, spelling);
-      page.unicode_ = std::move(*unicode);
-      page.upper_ = UpperCaseBytes(page.unicode_);
-      return page;
+      std::string upper = UpperCaseBytes(*unicode);
+      return SingleByteSet{spelling, std::move(*unicode), std::move(upper)};
     }
   }
   return std::nullopt;
 }
 
-CodePage CodePage::FromLocale() {
-  const std::optional<CodePage> page = FromName(CharacterSetOf(LocaleName()));
-  return page ? *page : Utf8();
-}
-
-CodePage CodePage::Utf8() {
-  return CodePage(Kind::kUtf8, "UTF-8");
-}
-
-CodePage CodePage::ShiftJis() {
-  return CodePage(Kind::kShiftJis, "CP932");
-}
-
-CodePage CodePage::Latin1() {
-  CodePage page(Kind::kSingleByte, "ISO-8859-1");
+SingleByteSet Latin1Set() {
+  SingleByteSet set{.name = "ISO-8859-1", .unicode = {}, .upper = {}};
   for (size_t byte = 0; byte < kCharacters; ++byte) {
-    page.unicode_ += static_cast<char16_t>(byte);
+    set.unicode += static_cast<char16_t>(byte);
   }
-  page.upper_ = UpperCaseBytes(page.unicode_);
-  return page;
+  set.upper = UpperCaseBytes(set.unicode);
+  return set;
+}
+
+std::string CharacterSetOfLocale() {
+  return CharacterSetOf(LocaleName());
 }
 
 }  // namespace velkor
