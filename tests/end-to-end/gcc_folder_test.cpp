@@ -134,18 +134,30 @@ TEST_F(GccFolder, SaysWhyItRefuses) {
       << wrong.err;
 }
 
+// What an assembler, a library of objects and a cache of compilations leave is ordinary.
 TEST_F(GccFolder, EndsWithOneWhereSomethingWasNotRead) {
   EXPECT_EQ(Run({"analyze", "build"}).status, 0);
-  folder_.Put("build/s.s", ".text\n.globl start\nstart:\nnop\n");
-  folder_.Put("build/c.c", "int c(void) { return 1; }\n");
-  const std::string compile = "cd " + folder_.Path("build") + " && gcc -c ";
-  ASSERT_EQ(std::system((compile + "s.s").c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
-  EXPECT_EQ(Run({"analyze", "build"}).status, 0) << "an assembler's object is ordinary";
-  ASSERT_EQ(std::system((compile + "c.c").c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
+  folder_.Put("s.s", ".text\n.globl start\nstart:\nnop\n");
+  folder_.Put("lib.c", "int help(int x) { return x; }\n");
+  folder_.Put("c.c", "int help(int); int c(void) { return help(1) + 1; }\n");
+  const std::string compile = "cd " + folder_.Path("build") +
+                              " && gcc -c ../s.s && gcc -c ../lib.c -o ../lib.o && "
+                              "ar rc libhelp.a ../lib.o && CCACHE_DIR=../cache "
+                              "$(command -v ccache) gcc -fcallgraph-info=su,da -c ../c.c";
+  ASSERT_EQ(std::system(compile.c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
+  const ProgramRun ordinary = Run({"analyze", "build"});
+  EXPECT_EQ(ordinary.status, 0);
+  EXPECT_NE(ordinary.err.find("s.o: The object is from an assembler"), std::string::npos)
+      << ordinary.err;
+  EXPECT_EQ(Number("build", "c", "bound"), -1) << "the library is not known";
+
+  // A hit of an older cache brings the object alone.
+  fs::remove(folder_.Path("build/c.ci"));
   const ProgramRun lacking = Run({"analyze", "build"});
   EXPECT_EQ(lacking.status, 1);
   EXPECT_NE(lacking.err.find("c.o: The object has no call graph file"), std::string::npos)
       << lacking.err;
+  EXPECT_NE(lacking.err.find("CCACHE_DISABLE=1"), std::string::npos);
   fs::remove(folder_.Path("build/c.o"));
   folder_.Put("build/b.ci", "graph: { title: \"b.c\"\n");
   const ProgramRun cut = Run({"analyze", "build"});

@@ -69,9 +69,9 @@ std::vector<uint64_t> OwnAddressesIn(const ElfFile& elf, const ElfSection& code)
 }
 
 bool HoldsUsedAddresses(const ElfSection& section) {
-  return section.IsLoaded() && std::ranges::none_of(kToldOnly, [&](std::string_view name) {
-           return section.name.starts_with(name);
-         });
+  const auto begins = [&](std::string_view name) { return section.name.starts_with(name); };
+  return section.IsLoaded() && std::ranges::none_of(kToldOnly, begins) &&
+         std::ranges::none_of(kVectorSections, begins);
 }
 
 }  // namespace velkor

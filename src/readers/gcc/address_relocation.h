@@ -20,7 +20,7 @@ std::optional<int64_t> AddressInSection(const ElfFile& elf, const ElfSection& se
 std::vector<uint64_t> OwnAddressesIn(const ElfFile& elf, const ElfSection& code);
 
 // Whether addresses that stand in the section are those that a program uses, and not what tells
-// others of its functions (call frames, landing pads).
+// others of its functions (call frames, landing pads) or enters them from outside (vectors).
 bool HoldsUsedAddresses(const ElfSection& section);
 
 }  // namespace velkor

@@ -103,12 +103,13 @@ uint32_t ObjectFacts::FunctionAt(uint32_t section, uint64_t address) const {
 
 void ObjectFacts::CollectRelocations(uint32_t section) {
   const ElfSection& holder = elf_.Sections()[section];
+  const bool areAddressesUsed = HoldsUsedAddresses(holder);
   for (const ElfRelocation& relocation : elf_.RelocationsOf(section, faults_)) {
     const std::optional<BranchRelocation> branch =
         holder.HasCode() ? ReadBranch(elf_, holder.bytes, relocation) : std::nullopt;
     if (branch) {
       CollectCall(section, relocation, *branch);
-    } else {
+    } else if (areAddressesUsed) {
       CollectAddress(section, relocation);
     }
   }

@@ -201,8 +201,6 @@ void ProgramLink::FindEntries() {
   }
 }
 
-// What is not in the program is not called there. What a function of the program calls is never
-// left out, whatever its name is there.
 void ProgramLink::MarkTakenAddresses() {
   for (const Unit& unit : units_) {
     for (const UnitRecording::Address& address : unit.addresses) {
@@ -234,6 +232,8 @@ void ProgramLink::MarkTakenByName(uint32_t name) {
   }
 }
 
+// What is not in the program is not called there. What a function of the program calls is never
+// left out, whatever its name is there.
 void ProgramLink::LeaveOutUnlinked(StkReporter& reporter) {
   const LinkedProgram* program = options_.program;
   if (program == nullptr || !program->HasSymbols()) {

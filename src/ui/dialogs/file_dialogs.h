@@ -8,8 +8,8 @@
 
 namespace velkor::ui {
 
-// Asks the user for files and folders. Each answers the path in the code page, or none when the user cancels.
-// User-interface thread.
+// Asks the user for files and folders. Each answers the path in the code page, or none when the
+// user cancels. User-interface thread.
 class FileDialogs {
  public:
   virtual ~FileDialogs() = default;

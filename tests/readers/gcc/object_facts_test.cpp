@@ -126,12 +126,14 @@ TEST(ObjectFacts, AddressesThatAreTaken) {
       const uint32_t code = image.AddCode(".text.f", value + std::string(16, '\0'));
       const uint32_t data = image.Add({".rodata", 1, 2, value + std::string(16, '\0')});
       const uint32_t frames = image.Add({".eh_frame", 1, 2, value + std::string(16, '\0')});
+      const uint32_t vectors = image.Add({".isr_vector", 1, 2, value + std::string(16, '\0')});
       const uint32_t other = image.AddCode(".text.g", std::string(32, '\0'));
       image.AddSymbol("f", ElfImage::kGlobalFunction, code, 0, 16);
       image.AddSymbol("before", ElfImage::kLocalFunction, other, 0, 16);
       image.AddSymbol("g", ElfImage::kLocalFunction, other, 16, 16);
       const uint32_t section = image.AddSymbol("", 3, other);
       image.AddRelocation(frames, 0, each.type, section, each.addend);
+      image.AddRelocation(vectors, 0, each.type, section, each.addend);
       image.AddRelocation(inCode ? code : data, 0, each.type, section, each.addend);
       const std::string bytes = image.Build();
       const ElfFile elf(bytes);
