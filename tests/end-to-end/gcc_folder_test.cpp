@@ -183,10 +183,9 @@ TEST_F(GccFolder, BoundsTheExample) {
 }
 
 // The board's library of the example, with lines that bring the program to its depth.
-constexpr const char *kBoard = R"(
+constexpr const char* kBoard = R"c(
 static const char* const lines[] = {BRACKETS, "1+2*(3+4)",
-                     "!p7", "!s9", "!x1", ""
-};
+                                    "!p7", "!s9", "!x1", ""};
 static int next;
 int shown;
 int read_line(char* line, int size) {
@@ -200,7 +199,7 @@ int read_line(char* line, int size) {
 void write_number(int number) {
   shown += number;
 }
-)";
+)c";
 
 // Runs the program, and nothing, on a painted stack; prints the bytes that it takes.
 constexpr const char* kPainter = R"(
