@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
+#include <utility>
 
 #include "program.h"
 #include "scratch_folder.h"
@@ -234,11 +235,15 @@ TEST_F(GccFolder, BoundsWhatAPaintedStackShows) {
   const std::string example = VELKOR_SOURCE_DIR "/examples/gcc/";
   folder_.Put("board.c", kBoard);
   folder_.Put("painter.c", kPainter);
-  folder_.Put("limits.txt",
-              "parse_expression, RECTIME=63\n"
-              "run_command, CALL=commands.c#command_show, CALL=commands.c#command_store\n");
   folder_.Put("velkor.toml", "input = \"build\"\nload = \"limits.txt\"\n");
-  for (const std::string level : {"-O0", "-Os", "-O2"}) {
+  // At -O2 one function takes the others of the recursion into itself.
+  for (const auto& [level, counted] :
+       {std::pair<std::string, std::string>{"-O0", "parse_expression"},
+        {"-Os", "parse_expression"},
+        {"-O2", "parser.c#parse_factor"}}) {
+    folder_.Put("limits.txt", counted + ", RECTIME=63\n" +
+                                  "run_command, CALL=commands.c#command_show, "
+                                  "CALL=commands.c#command_store\n");
     const std::string commands =
         "cd " + folder_.Root() + " && rm -rf build && mkdir build && for s in " + example +
         "main.c " + example + "parser.c " + example + "commands.c board.c; do gcc " + level +
