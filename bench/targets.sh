@@ -42,6 +42,18 @@ measure_call_graphs() {
   ratio_row "" "$elapsed" "$processor" "cat" "$cat"
 }
 
+# measure_program MEGABYTES: a linked program whose code no call graph file tells of.
+measure_program() {
+  local folder what="$1 MB of code"
+  folder=$(input program "$1000000")
+  say "$what"
+  cat "$folder"/program.elf >/dev/null
+  fastest --output "$data/output" -- taskset -c 0 arm-none-eabi-objdump -d "$folder"/program.elf
+  local objdump=$processor
+  fastest -- taskset -c 0 "${analyze[@]}" "$folder/velkor.toml"
+  ratio_row "$what, one core" "$processor" "$processor" "objdump -d" "$objdump" 1
+}
+
 # benchmark_times PROGRAM FILTER REPETITIONS: prints name and microseconds of each benchmark: its
 # counter median_ms where it has one, else the processor time of an iteration; of the fastest
 # repetition.
@@ -118,6 +130,7 @@ measure_report() {
     report=$data/report.$format
     fastest -- "${chains[@]}" --output "$report"
     local start=$processor
+    rm -f "$report"  # one that ends early is not put over another one
     fastest --status 4 -- "${chains[@]}" --all --output "$report"
     local measured=$((processor - start))
     fastest --output "$copy" -- cat "$report"
@@ -142,6 +155,34 @@ measure_specification() {
   fastest -- "${analyze[@]}" "$folder/app.prj" --load "$file"
   print_row "specification file of $1 lines" - "$(seconds $((processor - start)))" \
     "$(seconds "$wc") wc -l" "$(printf '%.2f' "$(calculate "($processor - $start) / $wc")")" - -
+}
+
+# measure_check FUNCTIONS: the gate against an analysis of the same program, in processor time.
+measure_check() {
+  local folder toml
+  folder=$(input random "$1")
+  toml=$folder/gate.toml
+  cat >"$toml" <<'END'
+input = "app.prj"
+frame = 36
+switch = 40
+[stack.main]
+entry = "f0"
+size = 4096
+[stack.task]
+entry = "f1"
+size = 4096
+[interrupts]
+levels = [["f2", "f3"], ["f4"]]
+END
+  say "check of $1 functions"
+  fastest -- "${analyze[@]}" --format csv "$toml"
+  local csv=$processor format
+  for format in text sarif; do
+    fastest -- "$programs/velkor-cli" check --no-fail --format "$format" "$toml"
+    ratio_row "check of $1 functions, $format" "$processor" "$processor" "analyze --format csv" \
+      "$csv" 1.2
+  done
 }
 
 # The window with a million functions: a table of its own.

@@ -28,6 +28,7 @@ function(velkor_test name)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   add_executable(${name}_test ${sources})
   velkor_compile_at_once(${name}_test)
+  set_target_properties(${name}_test PROPERTIES VELKOR_IS_TEST ON)
   target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   if("ui" IN_LIST TEST_DEPENDS)  # the toolkit has options of its own
     target_precompile_headers(${name}_test PRIVATE ${VELKOR_TEST_HEADERS})

@@ -9,6 +9,7 @@
 #include "bench/generators/graph_kinds.h"
 #include "bench/generators/graph_project.h"
 #include "bench/generators/module_set.h"
+#include "bench/generators/program_image.h"
 #include "bench/generators/project_folder.h"
 #include "bench/generators/specification_text.h"
 
@@ -40,6 +41,8 @@ void Generate(const Order& order) {
     WriteModuleSet(order.size, order.seed, project);
   } else if (order.kind == "callgraphs") {
     WriteCallGraphSet(order.size, order.seed, project);
+  } else if (order.kind == "program") {
+    WriteProgram(order.size, order.seed, project);
   } else if (order.kind == "specification") {
     WriteGraph("chain-of-rings", order, project);
     project.AddFile("limits.txt", SpecificationText(static_cast<uint32_t>(order.size), order.seed));
@@ -55,8 +58,9 @@ std::string KindsHelp(std::vector<std::string>& names) {
       "What to write, and what its size counts:\n"
       "  modules: bytes of modules that look real\n"
       "  callgraphs: bytes of call graph files that look real\n"
+      "  program: bytes of code of a linked program\n"
       "  specification: lines of limits.txt, for a chain of rings\n";
-  names = {"modules", "callgraphs", "specification"};
+  names = {"modules", "callgraphs", "program", "specification"};
   for (const GraphKind& kind : GraphKinds()) {
     help += "  " + std::string(kind.name) + ": " + std::string(kind.size) + "\n";
     names.emplace_back(kind.name);

@@ -5,6 +5,7 @@
 #include "reports/answer_output.h"
 #include "reports/csv_output.h"
 #include "reports/explanation_output.h"
+#include "reports/gate/input_gate.h"
 #include "reports/json_output.h"
 #include "reports/text_output.h"
 
@@ -56,7 +57,7 @@ ExitStatus Analyze(Application& application, const Options& options) {
   if (options.function) {
     function = application.FindFunction(*options.function);
     if (function == nullptr) {
-      return kWrongUsage;
+      return application.NotFoundStatus();
     }
   }
   return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
@@ -71,15 +72,17 @@ ExitStatus Explain(Application& application, const Options& options) {
   }
   const StkFunction* function = application.FindFunction(*options.function);
   if (function == nullptr) {
-    return kWrongUsage;
+    return application.NotFoundStatus();
   }
   return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
     const reports::AnalysisResult result = application.Result();
-    if (options.format == OutputFormat::kJson) {
-      reports::WriteExplanationJson(result, function->index, output);
-    } else {
-      reports::WriteExplanation(result, function->index, output);
-    }
+    const std::vector<reports::GateStack> stacks =
+        reports::InputGate(*application.Document().Input(), *application.Document().FunctionTable(),
+                           result, application.GetHost().files)
+            .StacksOf(function->index);
+    const auto write = options.format == OutputFormat::kJson ? reports::WriteExplanationJson
+                                                             : reports::WriteExplanation;
+    write(result, function->index, output, stacks);
   });
 }
 

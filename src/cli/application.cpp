@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "core/bound_notes.h"
+#include "platform/standard_streams.h"
 #include "platform/terminal.h"
 #include "reports/function_lookup.h"
 #include "reports/note_text.h"
@@ -39,7 +40,8 @@ std::unique_ptr<Application> Application::Create(const Options& options, std::st
 
 Application::Application(std::unique_ptr<LocalMachine> machine, const Options& options)
     : machine_(std::move(machine)),
-      progress_(IsErrorTerminal(), ErrorTerminalWidth()),
+      progress_(MayDrawOnErrorTerminal() && !options.quiet, ErrorTerminalWidth()),
+      log_(GetCodePage(), progress_, options.quiet),
       boxes_(log_, options.onError),
       messages_(StkMessages::English(GetCodePage())) {
   reporter_.RegisterLogView(&log_);
@@ -72,7 +74,7 @@ ExitStatus Application::OpenAndAnalyse(const Options& options) {
 }
 
 ExitStatus Application::LoadSpecification(const std::string& file, bool saveAfter) {
-  if (!document_.LoadSpecFile(AbsolutePath(file), saveAfter)) {
+  if (!document_.LoadSpecFile(InputPath(file), saveAfter)) {
     Say(Typed(file) + " is not read: the project has no functions");
     anyFileUnread_ = true;
     return kNotEverythingRead;
@@ -107,7 +109,8 @@ ExitStatus Application::FinishedStatus() {
 }
 
 void Application::Say(std::string_view text) {
-  log_.Say("velkor-cli: " + std::string(text));
+  const bool ends = text.ends_with('.') || text.ends_with('?');
+  log_.Say("velkor-cli: " + std::string(text) + (ends ? "" : "."));
 }
 
 void Application::SayNotes() {
@@ -137,8 +140,24 @@ std::vector<StkNote> Application::Notes() {
   return notes;
 }
 
+std::string Application::InputPath(std::string_view path) const {
+  return path == "-" ? std::string(kStandardInput) : AbsolutePath(path);
+}
+
+std::string Application::OutputPath(std::string_view path) const {
+  return path.empty() || path == "-" ? std::string(kStandardOutput) : AbsolutePath(path);
+}
+
+ExitStatus Application::NotFoundStatus() {
+  return document_.FunctionTable()->Count() == 0 ? kProjectNotRead : kWrongUsage;
+}
+
 StkFunction* Application::FindFunction(const std::string& name) {
   const StkFunctionTable& functions = *document_.FunctionTable();
+  if (functions.Count() == 0) {
+    Say("no module was read: there are no functions");
+    return nullptr;
+  }
   const std::string typed = machine_->Typed(name);
   StkFunctionList found = reports::FindFunctions(functions, typed);
   if (found.empty()) {

@@ -38,7 +38,8 @@ class Application : private MessageTarget {
   ExitStatus RunWritingJob();
   // Ctrl-C ends the program from here on, as it does with others. The jobs have ended.
   void StopCatchingInterrupts() { interrupt_.reset(); }
-  // Tells the user what no message of the log says. A text of the code page.
+  // Tells the user what no message of the log says, ended by one full stop. A text of the code
+  // page.
   void Say(std::string_view text);
   // Tells what is to be noted of the analysis as it stands now, behind the log.
   void SayNotes();
@@ -55,6 +56,11 @@ class Application : private MessageTarget {
   reports::AnalysisResult Result();
   // What the command line gives, as a path and as a text of the code page.
   std::string AbsolutePath(std::string_view path) const { return machine_->AbsolutePath(path); }
+  // The same of a file that is read, or written: "-" is standard input, or output.
+  std::string InputPath(std::string_view path) const;
+  std::string OutputPath(std::string_view path) const;
+  // How a command ends that has not found its function: there may be none at all.
+  ExitStatus NotFoundStatus();
   std::string Typed(std::string_view text) const { return machine_->Typed(text); }
 
  private:
@@ -67,7 +73,7 @@ class Application : private MessageTarget {
   const std::unique_ptr<LocalMachine> machine_;
   MessageQueue queue_;
   ProgressLine progress_;
-  TerminalLog log_{GetCodePage(), progress_};
+  TerminalLog log_;
   TerminalBoxes boxes_;
   StkMessages messages_;
   StkReporter reporter_{messages_, boxes_,

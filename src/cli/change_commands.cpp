@@ -96,7 +96,7 @@ ExitStatus Adjust(Application& application, const Options& options) {
   }
   StkFunction* function = application.FindFunction(*options.function);
   if (function == nullptr) {
-    return kWrongUsage;
+    return application.NotFoundStatus();
   }
   CStkDoc& document = application.Document();
   if (!CanState(application, function)) {
@@ -129,7 +129,10 @@ ExitStatus Reset(Application& application, const Options& options) {
     return application.RunWritingJob();
   }
   StkFunction* function = application.FindFunction(*options.function);
-  if (function == nullptr || !CanState(application, function)) {
+  if (function == nullptr) {
+    return application.NotFoundStatus();
+  }
+  if (!CanState(application, function)) {
     return kWrongUsage;
   }
   if (document.HasStatement(*function)) {
@@ -139,6 +142,11 @@ ExitStatus Reset(Application& application, const Options& options) {
 }
 
 ExitStatus Load(Application& application, const Options& options) {
+  const std::string file = application.InputPath(options.specification);
+  if (options.specification != "-" && !application.GetHost().files.Exists(file)) {
+    application.Reporter().ShowWarning(MessageKey::kW9400, {MessageFile{file}});
+    return kProjectNotRead;
+  }
   const ExitStatus analysed = application.OpenAndAnalyse(options);
   if (analysed != kDone) {
     return analysed;

@@ -3,17 +3,12 @@
 #include <algorithm>
 #include <cstdio>
 #include <iterator>
-#include <memory>
 
-#include "files/output_target.h"
+#include "platform/standard_streams.h"
+#include "reports/result_file.h"
 
 namespace velkor::cli {
 namespace {
-
-// What is appended to is not opened anew, which would empty it.
-bool IsStandardOutput(const std::string& file) {
-  return file.empty() || file == "-" || file == "/dev/stdout";
-}
 
 bool Print(Application& application, const std::function<void(reports::ResultOutput&)>& write) {
   reports::ResultOutput output(stdout);
@@ -27,37 +22,25 @@ bool Print(Application& application, const std::function<void(reports::ResultOut
 
 bool WriteFile(Application& application, const ResultTarget& where,
                const std::function<void(reports::ResultOutput&)>& write) {
-  StkReporter& reporter = application.Reporter();
   const std::string path = application.AbsolutePath(where.file);
   std::vector<std::string> inputs;
   std::ranges::transform(where.inputs, std::back_inserter(inputs),
                          [&](const std::string& input) { return application.AbsolutePath(input); });
-  if (!application.Document().MayWriteTo(path, inputs)) {
-    return false;
-  }
-  StkOutputTarget target(path, application.GetHost());
-  if (!target.Open(StkOutputTarget::Way::kAsIsNeeded)) {
-    reporter.PostWarning(MessageKey::kW9402, {MessageFile{path}});
-    return false;
-  }
-  const std::unique_ptr<OutputFile> file = target.Output();
-  reports::ResultOutput output([&](std::string_view text) { return file->Write(text); });
-  write(output);
-  if (!output.Finish() || target.Finish() != StkOutputTarget::End::kInPlace) {
-    reporter.PostWarning(MessageKey::kW9404, {MessageFile{path}});
-    return false;
-  }
-  reporter.PostLog(MessageKey::kWritingCompleted, {path});
-  return true;
+  return application.Document().MayWriteTo(path, inputs) &&
+         reports::WriteResultFile(path, application.GetHost(), application.Reporter(), write);
 }
 
 }  // namespace
 
+bool GoesToStandardOutput(const std::string& file) {
+  return file.empty() || file == "-" || file == kStandardOutput;
+}
+
 ExitStatus WriteResult(Application& application, const ResultTarget& target, ExitStatus status,
                        const std::function<void(reports::ResultOutput&)>& write) {
   application.StopCatchingInterrupts();
-  const bool written = IsStandardOutput(target.file) ? Print(application, write)
-                                                     : WriteFile(application, target, write);
+  const bool written = GoesToStandardOutput(target.file) ? Print(application, write)
+                                                         : WriteFile(application, target, write);
   application.RunJobs();  // what has been posted meanwhile
   return written ? status : kOutputFailed;
 }

@@ -16,6 +16,8 @@ struct ResultTarget {
   std::vector<std::string> inputs;  // which it may not be, besides those of the document
 };
 
+bool GoesToStandardOutput(const std::string& file);
+
 // Writes what a command has found, and ends the command with that status unless it cannot be
 // written, which is said. The jobs have ended.
 ExitStatus WriteResult(Application& application, const ResultTarget& target, ExitStatus status,

@@ -4,7 +4,9 @@
 #include "cli/analyze_command.h"
 #include "cli/application.h"
 #include "cli/change_commands.h"
+#include "cli/check_command.h"
 #include "cli/diff_command.h"
+#include "cli/init_command.h"
 #include "cli/output_commands.h"
 #include "platform/heap.h"
 #include "platform/terminal.h"
@@ -21,8 +23,14 @@ ExitStatus RunCommand(Application& application, const Options& options) {
       return Explain(application, options);
     case Options::Command::kTodo:
       return Todo(application, options);
+    case Options::Command::kReport:
+      return Report(application, options);
     case Options::Command::kDiff:
       return Diff(application, options);
+    case Options::Command::kCheck:
+      return Check(application, options);
+    case Options::Command::kInit:
+      return Init(application, options);
     case Options::Command::kChains:
       return Chains(application, options);
     case Options::Command::kAdjust:

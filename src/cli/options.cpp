@@ -1,20 +1,27 @@
 #include "cli/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
 #include <map>
+#include <utility>
 
 #include "cli/exit_status.h"
-#include "reports/terminal_text.h"
+#include "cli/usage.h"
 
 namespace velkor::cli {
 namespace {
 
+const char* const kVersion = "velkor " VELKOR_VERSION;
 const char* const kFunctionHelp =
     "function as specification files name it: main, util.c#step, [memcpy]";
 
 CLI::App& AddCommand(CLI::App& app, Options& options, Options::Command command,
                      const std::string& name, const std::string& help) {
   CLI::App& added = *app.add_subcommand(name, help);
+  added.set_version_flag("--version", kVersion);
   added
       .add_option("INPUT", options.project,
                   "project file (.prj), folder with call graph files (*.ci), or velkor.toml")
@@ -24,22 +31,29 @@ CLI::App& AddCommand(CLI::App& app, Options& options, Options::Command command,
 }
 
 void AddRunOptions(CLI::App& command, Options& options) {
-  static const std::map<std::string, StopAnswer> kAnswers = {{"abort", StopAnswer::kAbort},
-                                                             {"retry", StopAnswer::kRetry},
-                                                             {"ignore", StopAnswer::kIgnore}};
-  command
-      .add_option("--on-error", options.onError,
-                  "what a wrong line of a specification file does: abort drops the file, retry and "
-                  "ignore log it and go on (default: ignore)")
-      ->transform(CLI::CheckedTransformer(kAnswers))
-      ->option_text("abort|retry|ignore");
+  AddChoice<StopAnswer>(command, "--on-error", options.onError,
+                        {{"abort", StopAnswer::kAbort},
+                         {"retry", StopAnswer::kRetry},
+                         {"ignore", StopAnswer::kIgnore}},
+                        "what a wrong line of a specification file does: abort drops the file, "
+                        "retry and ignore log it "
+                        "and go on (default: ignore)");
+  command.add_flag("-q,--quiet", options.quiet, "of the log only warnings, errors and notes");
   AddMachineOptions(command, options.machine);
+}
+
+void AddFormat(CLI::App& command, Options& options,
+               std::vector<std::pair<std::string, OutputFormat>> formats) {
+  AddChoice(command, "--format", options.format, std::move(formats),
+            "how to print (default: text)");
 }
 
 void AddLoadOption(CLI::App& command, Options& options) {
   command
-      .add_option("--load", options.loadFiles,
-                  "stack size specification file to apply, in memory only; may be repeated")
+      .add_option(
+          "--load", options.loadFiles,
+          "stack size specification file to apply, in memory only (- for standard input); may "
+          "be repeated")
       ->allow_extra_args(false)
       ->option_text("FILE");
 }
@@ -86,14 +100,12 @@ void AddTextOptions(CLI::App& command, Options& options) {
 }
 
 void AddAnalyze(CLI::App& app, Options& options) {
-  static const std::map<std::string, OutputFormat> kFormats = {
-      {"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"csv", OutputFormat::kCsv}};
   CLI::App& command = AddCommand(app, options, Options::Command::kAnalyze, "analyze",
                                  "print how much stack is used, and what is not known");
   AddLoadOption(command, options);
-  command.add_option("--format", options.format, "how to print (default: text)")
-      ->transform(CLI::CheckedTransformer(kFormats))
-      ->option_text("text|json|csv");
+  AddFormat(
+      command, options,
+      {{"text", OutputFormat::kText}, {"json", OutputFormat::kJson}, {"csv", OutputFormat::kCsv}});
   AddTextOptions(command, options);
   AddOutputOption(command, options);
   AddRunOptions(command, options);
@@ -108,15 +120,11 @@ void AddAnalyze(CLI::App& app, Options& options) {
 }
 
 void AddExplain(CLI::App& app, Options& options) {
-  static const std::map<std::string, OutputFormat> kFormats = {{"text", OutputFormat::kText},
-                                                               {"json", OutputFormat::kJson}};
   CLI::App& command = AddCommand(app, options, Options::Command::kExplain, "explain",
                                  "take the bound of a function apart, into rows that add up to it");
   command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
   AddLoadOption(command, options);
-  command.add_option("--format", options.format, "how to print (default: text)")
-      ->transform(CLI::CheckedTransformer(kFormats))
-      ->option_text("text|json");
+  AddFormat(command, options, {{"text", OutputFormat::kText}, {"json", OutputFormat::kJson}});
   AddRunOptions(command, options);
 }
 
@@ -130,33 +138,109 @@ void AddTodo(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
+void AddReport(CLI::App& app, Options& options) {
+  CLI::App& command = AddCommand(app, options, Options::Command::kReport, "report",
+                                 "write the analysis as one page of HTML with a picture");
+  AddLoadOption(command, options);
+  command.add_option("--output", options.output, "where to write; - is standard output")
+      ->required()
+      ->option_text("FILE");
+  AddRunOptions(command, options);
+}
+
 void AddDiff(CLI::App& app, Options& options) {
-  static const std::map<std::string, OutputFormat> kFormats = {
-      {"text", OutputFormat::kText},
-      {"json", OutputFormat::kJson},
-      {"markdown", OutputFormat::kMarkdown}};
   CLI::App& command =
       *app.add_subcommand("diff", "compare two analyses, each JSON of analyze or an INPUT");
+  command.set_version_flag("--version", kVersion);
   command.add_option("OLD", options.project, "JSON of analyze (- for standard input), or an INPUT")
       ->required();
   command.add_option("NEW", options.newer, "likewise")->required();
   command.callback([&options] { options.command = Options::Command::kDiff; });
   AddLoadOption(command, options);
-  command.add_option("--format", options.format, "how to print (default: text)")
-      ->transform(CLI::CheckedTransformer(kFormats))
-      ->option_text("text|json|markdown");
+  AddFormat(command, options,
+            {{"text", OutputFormat::kText},
+             {"json", OutputFormat::kJson},
+             {"markdown", OutputFormat::kMarkdown}});
   AddOutputOption(command, options);
+  AddRunOptions(command, options);
+}
+
+reports::StackLimit LimitOf(const std::string& text) {
+  const size_t sign = text.rfind('=');
+  reports::StackLimit limit;
+  const char* const end = text.data() + text.size();
+  const char* const number = text.data() + std::min(sign, text.size() - 1) + 1;
+  const auto [next, error] = std::from_chars(number, end, limit.bytes);
+  if (sign == text.npos || sign == 0 || error != std::errc() || next != end || limit.bytes == 0 ||
+      limit.bytes > INT32_MAX) {
+    throw CLI::ValidationError("--limit", "\"" + text + "\" is not ENTRY=BYTES");
+  }
+  limit.entry = text.substr(0, sign);
+  return limit;
+}
+
+void AddCheck(CLI::App& app, Options& options) {
+  static const std::map<std::string, GateFormat> kFormats = {
+      {"text", GateFormat::kText},     {"json", GateFormat::kJson},
+      {"sarif", GateFormat::kSarif},   {"github", GateFormat::kGithub},
+      {"gitlab", GateFormat::kGitlab}, {"markdown", GateFormat::kMarkdown}};
+  Options::Check& check = options.check;
+  CLI::App& command = *app.add_subcommand(
+      "check", "hold the stacks that velkor.toml states against what they need");
+  command.add_option("INPUT", options.project,
+                     "velkor.toml (default: that of this folder); with --limit also a project file "
+                     "or a folder");
+  command.callback([&options] {
+    options.command = Options::Command::kCheck;
+    options.project = options.project.empty() ? "velkor.toml" : options.project;
+  });
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--limit",
+          [&check](const std::vector<std::string>& texts) {
+            for (const std::string& text : texts) {
+              check.limits.push_back(LimitOf(text));
+            }
+          },
+          "what a function and all that it calls may take, beside the stacks; may be repeated")
+      ->allow_extra_args(false)
+      ->option_text("ENTRY=BYTES");
+  command
+      .add_option(
+          "--baseline", check.baseline,
+          "what the stacks needed before (default: velkor.baseline.json beside velkor.toml)")
+      ->option_text("FILE");
+  command.add_flag("--update-baseline", check.updateBaseline,
+                   "write the baseline anew, and check against it");
+  command.add_flag("--no-fail", check.noFail, "end with 0 where the check is not passed");
+  command.add_option("--format", check.format, "how to print (default: text)")
+      ->transform(CLI::CheckedTransformer(kFormats))
+      ->option_text("text|json|sarif|github|gitlab|markdown");
+  AddLoadOption(command, options);
+  AddOutputOption(command, options);
+  AddRunOptions(command, options);
+}
+
+void AddInit(CLI::App& app, Options& options) {
+  CLI::App& command = AddCommand(app, options, Options::Command::kInit, "init",
+                                 "write a velkor.toml with what the input shows");
+  command.add_option("--elf", options.elf, "the linked program, which tells more")
+      ->option_text("FILE");
+  command.add_option("--output", options.output, "where to write (default: velkor.toml)")
+      ->option_text("FILE");
   AddRunOptions(command, options);
 }
 
 void AddChains(CLI::App& app, Options& options) {
   CLI::App& command = AddCommand(app, options, Options::Command::kChains, "chains",
-                                 "write the call chains of a function into a file");
+                                 "write the call chains of a function");
   command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
   AddLoadOption(command, options);
   command.add_flag("--all", options.all, "all call chains, not only those with the maximum stack");
-  command.add_option("--output", options.output, "where to write; .csv gives CSV, else text")
-      ->required()
+  command
+      .add_option(
+          "--output", options.output,
+          "where to write; .csv gives CSV, else text (default, and with -: standard output)")
       ->option_text("FILE");
   AddRunOptions(command, options);
 }
@@ -178,6 +262,13 @@ void AddAdjust(CLI::App& app, Options& options) {
           ->option_text("NAME");
   command.add_flag("--no-callees", options.noCallees, "take the list of callees away")
       ->excludes(callees);
+  command.callback([&options] {
+    options.command = Options::Command::kAdjust;
+    if (!options.margin && !options.depth && options.callees.empty() && !options.noCallees) {
+      throw CLI::ValidationError("adjust",
+                                 "state something: --margin, --depth, --callee or --no-callees");
+    }
+  });
   command.add_option("--load", options.loadFiles)->group("");
   AddRunOptions(command, options);
 }
@@ -200,7 +291,10 @@ void AddReset(CLI::App& app, Options& options) {
 void AddLoad(CLI::App& app, Options& options) {
   CLI::App& command = AddCommand(app, options, Options::Command::kLoad, "load",
                                  "apply a stack size specification file, and save it");
-  command.add_option("FILE", options.specification, "stack size specification file")->required();
+  command
+      .add_option("FILE", options.specification,
+                  "stack size specification file (- for standard input)")
+      ->required();
   command.add_option("--load", options.loadFiles)->group("");
   AddRunOptions(command, options);
 }
@@ -210,7 +304,9 @@ void AddSave(CLI::App& app, Options& options) {
       AddCommand(app, options, Options::Command::kSave, "save",
                  "write all adjustments and the unknown functions as a specification file");
   AddLoadOption(command, options);
-  command.add_option("--output", options.output, "where to write")->required()->option_text("FILE");
+  command.add_option("--output", options.output, "where to write (- for standard output)")
+      ->required()
+      ->option_text("FILE");
   AddRunOptions(command, options);
 }
 
@@ -219,16 +315,15 @@ void AddSave(CLI::App& app, Options& options) {
 ParsedArguments ParseArguments(int argc, const char* const* argv) {
   Options options;
   CLI::App app("How much stack can each function of a firmware program use at most?", "velkor-cli");
-  app.set_version_flag("--version", "velkor " VELKOR_VERSION);
-  app.failure_message([](const CLI::App* command, const CLI::Error& error) {
-    return reports::OneLine(error.what()) + "\nRun with " + command->get_help_ptr()->get_name() +
-           " for more information.\n";
-  });
+  app.set_version_flag("--version", kVersion);
   app.require_subcommand(1);
   AddAnalyze(app, options);
   AddExplain(app, options);
   AddTodo(app, options);
+  AddReport(app, options);
   AddDiff(app, options);
+  AddCheck(app, options);
+  AddInit(app, options);
   AddChains(app, options);
   AddAdjust(app, options);
   AddReset(app, options);
@@ -238,7 +333,13 @@ ParsedArguments ParseArguments(int argc, const char* const* argv) {
     app.parse(argc, argv);
     RefuseLoadOption(options);
   } catch (const CLI::ParseError& error) {
-    return {std::nullopt, app.exit(error) == 0 ? kDone : kWrongUsage};
+    if (error.get_exit_code() == 0) {
+      app.exit(error);  // help or version
+      return {std::nullopt, kDone};
+    }
+    std::fprintf(stderr, "velkor-cli: %s\nRun with --help for more information.\n",
+                 UsageError(app, error).c_str());
+    return {std::nullopt, kWrongUsage};
   }
   return {std::move(options), kDone};
 }

@@ -6,15 +6,30 @@
 
 #include "messages/stop_question.h"
 #include "platform/machine_options.h"
+#include "reports/gate/gate_input.h"
 
 namespace velkor::cli {
 
 enum class OutputFormat { kText, kJson, kCsv, kMarkdown };
+enum class GateFormat { kText, kJson, kSarif, kGithub, kGitlab, kMarkdown };
 
 // What the command line asks for. Texts are bytes as the caller gave them. Which fields have a
 // meaning depends on the command.
 struct Options {
-  enum class Command { kAnalyze, kExplain, kTodo, kDiff, kChains, kAdjust, kReset, kLoad, kSave };
+  enum class Command {
+    kAnalyze,
+    kExplain,
+    kTodo,
+    kReport,
+    kDiff,
+    kCheck,
+    kInit,
+    kChains,
+    kAdjust,
+    kReset,
+    kLoad,
+    kSave
+  };
 
   Command command = Command::kAnalyze;
   std::string project;
@@ -35,6 +50,18 @@ struct Options {
   std::optional<std::string> depth;
   std::vector<std::string> callees;
   bool noCallees = false;
+
+  bool quiet = false;
+
+  struct Check {
+    std::vector<reports::StackLimit> limits;
+    std::string baseline;  // empty: beside the velkor.toml
+    bool updateBaseline = false;
+    bool noFail = false;
+    GateFormat format = GateFormat::kText;
+  };
+  Check check;
+  std::string elf;  // init; empty: none
 
   StopAnswer onError = StopAnswer::kIgnore;
   MachineOptions machine;

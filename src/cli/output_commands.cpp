@@ -3,9 +3,39 @@
 #include "cli/command_output.h"
 #include "core/statement_plan.h"
 #include "files/chain_report.h"
+#include "platform/terminal.h"
+#include "reports/page_output.h"
+#include "reports/terminal_text.h"
 #include "reports/todo_output.h"
 
 namespace velkor::cli {
+
+namespace {
+
+void WriteTodo(Application& application, reports::ResultOutput& output) {
+  const StkFunctionTable& functions = *application.Document().FunctionTable();
+  const StkBounds& bounds = *application.Document().Bounds();
+  reports::WriteTodo(functions, bounds, PlanStatements(functions, bounds), output);
+}
+
+// As a terminal bears it. A file holds the bytes of the project.
+void ShowTodo(Application& application, reports::ResultOutput& output) {
+  std::string text;
+  reports::ResultOutput whole([&text](std::string_view part) {
+    text += part;
+    return true;
+  });
+  WriteTodo(application, whole);
+  whole.Finish();
+  for (size_t start = 0; start < text.size();) {
+    const size_t end = text.find('\n', start);
+    const std::string line = text.substr(start, end - start);
+    output.Write(reports::OneLine(application.GetCodePage().ToUtf8(line)) + "\n");
+    start = end + 1;
+  }
+}
+
+}  // namespace
 
 ExitStatus Todo(Application& application, const Options& options) {
   const ExitStatus analysed = application.OpenAndAnalyse(options);
@@ -13,9 +43,24 @@ ExitStatus Todo(Application& application, const Options& options) {
     return analysed;
   }
   return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
-    const StkFunctionTable& functions = *application.Document().FunctionTable();
-    const StkBounds& bounds = *application.Document().Bounds();
-    reports::WriteTodo(functions, bounds, PlanStatements(functions, bounds), output);
+    if (GoesToStandardOutput(options.output) && IsOutputTerminal()) {
+      ShowTodo(application, output);
+    } else {
+      WriteTodo(application, output);
+    }
+  });
+}
+
+ExitStatus Report(Application& application, const Options& options) {
+  const ExitStatus analysed = application.OpenAndAnalyse(options);
+  if (analysed != kDone) {
+    return analysed;
+  }
+  return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
+    reports::WritePage(
+        application.Result(),
+        PlanStatements(*application.Document().FunctionTable(), *application.Document().Bounds()),
+        output);
   });
 }
 
@@ -26,9 +71,9 @@ ExitStatus Chains(Application& application, const Options& options) {
   }
   const StkFunction* function = application.FindFunction(*options.function);
   if (function == nullptr) {
-    return kWrongUsage;
+    return application.NotFoundStatus();
   }
-  const std::string output = application.AbsolutePath(options.output);
+  const std::string output = application.OutputPath(options.output);
   application.Document().SaveCallChains(
       output, *function, options.all, StkChainReport::FormatOf(output, application.GetCodePage()));
   return application.RunWritingJob();
@@ -46,7 +91,7 @@ ExitStatus Save(Application& application, const Options& options) {
     application.SayNotes();
     return application.FinishedStatus();
   }
-  document.SaveSpecFile(application.AbsolutePath(options.output));
+  document.SaveSpecFile(application.OutputPath(options.output));
   return application.RunWritingJob();
 }
 

@@ -34,7 +34,7 @@ void ProgressLine::Erase() {
 }
 
 void ProgressLine::Draw() {
-  if (!shown_) {
+  if (!shown_ || std::chrono::steady_clock::now() < from_) {
     return;
   }
   const double part =

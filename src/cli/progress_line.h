@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <string>
 
@@ -11,8 +12,12 @@ namespace velkor::cli {
 // and over. User-interface thread.
 class ProgressLine : public ProgressBar {
  public:
-  // Not shown: draws nothing at all.
-  ProgressLine(bool shown, size_t width) : shown_(shown), width_(width) {}
+  static constexpr std::chrono::milliseconds kDelay{500};
+
+  // Not shown: draws nothing at all. Else nothing before a while has passed: what is done soon
+  // needs no display.
+  ProgressLine(bool shown, size_t width, std::chrono::milliseconds delay = kDelay)
+      : shown_(shown), width_(width), from_(std::chrono::steady_clock::now() + delay) {}
 
   void SetPosition(uint64_t position) override;
   void SetRange(uint64_t range) override;
@@ -25,6 +30,7 @@ class ProgressLine : public ProgressBar {
 
   const bool shown_;
   const size_t width_;
+  const std::chrono::steady_clock::time_point from_;
   uint64_t position_ = 0;
   uint64_t range_ = 0;
   std::string drawn_;

@@ -10,7 +10,9 @@ namespace velkor::cli {
 
 void TerminalLog::Append(const StkMessage& message) {
   messages_.push_back(message);
-  Say(message.text);
+  if (!quiet_ || message.IsWarning()) {
+    Say(message.text);
+  }
 }
 
 void TerminalLog::Say(std::string_view text) {

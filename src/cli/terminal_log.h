@@ -13,8 +13,9 @@ namespace velkor::cli {
 // which it does not show: they follow the results.
 class TerminalLog : public LogView {
  public:
-  TerminalLog(const CodePage& codePage, ProgressLine& progress)
-      : codePage_(codePage), progress_(progress) {}
+  // quiet: of the messages only warnings and errors are shown.
+  TerminalLog(const CodePage& codePage, ProgressLine& progress, bool quiet)
+      : codePage_(codePage), progress_(progress), quiet_(quiet) {}
 
   void Append(const StkMessage& message) override;
   void AppendNote(const StkNote& note) override { notes_.push_back(note); }
@@ -31,6 +32,7 @@ class TerminalLog : public LogView {
  private:
   const CodePage& codePage_;
   ProgressLine& progress_;
+  const bool quiet_;
   std::vector<StkMessage> messages_;
   std::vector<StkNote> notes_;
 };

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "core/function.h"
+#include "core/function_table.h"
 
 namespace velkor {
 
@@ -20,9 +20,13 @@ inline uint64_t MultiplyBounded(uint64_t left, uint64_t right) {
 }
 
 // Bytes that one activation of the function takes: its frame, and the margin of its adjustment, or
-// where that states none its library size or fixed extra.
-inline uint64_t ActivationSize(const StkFunction& function, uint32_t sizeLimit) {
-  const uint64_t frame = std::min<uint64_t>(function.frameSize, uint64_t{sizeLimit} + 1);
+// where that states none its library size or fixed extra; the total that the input brings, where it
+// does.
+inline uint64_t ActivationSize(const StkFunctionTable& table, const StkFunction& function) {
+  if (function.Is(FN_TOTAL_STATED)) {
+    return table.BroughtTotal(function);
+  }
+  const uint64_t frame = std::min<uint64_t>(function.frameSize, uint64_t{table.SizeLimit()} + 1);
   const StkAppliedAdjustment* adjustment = function.adjustment.get();
   if (adjustment != nullptr && adjustment->margin != kNoMargin) {
     return frame + adjustment->margin;

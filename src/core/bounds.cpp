@@ -94,7 +94,7 @@ bool StkBounds::IsComplete(const StkFunction& function) const {
 }
 
 void StkBounds::FindStructure() {
-  Components components = FindComponents(CallGraph(table_));
+  Components components = FindComponents(CallGraph::OfBounds(table_));
   component_ = std::move(components.of);
   members_ = std::move(components.members);
   firstMember_ = std::move(components.firstMember);
@@ -170,12 +170,12 @@ bool StkBounds::ComputeAlone(uint32_t function) {
   const StkFunction& record = *table_.Functions()[function];
   ReasonSet reasons = MissingOf(record);
   uint64_t below = 0;
-  for (const StkFunction* callee : AllCallees(record)) {
+  for (const StkFunction* callee : BoundCallees(record)) {
     const uint32_t index = table_.IndexOf(*callee);
     below = std::max(below, results_.known[index]);
     reasons.Add(results_.reasons[index]);
   }
-  return Set(function, AddBounded(ActivationSize(record, table_.SizeLimit()), below), reasons);
+  return Set(function, AddBounded(ActivationSize(table_, record), below), reasons);
 }
 
 bool StkBounds::ComputeGroup(RecursionGroup& group) {
@@ -208,7 +208,7 @@ StkBounds::Below StkBounds::BelowGroup(const RecursionGroup& group) const {
   for (const uint32_t index : group.members) {
     const StkFunction& member = *table_.Functions()[index];
     below.reasons.Add(MissingOf(member));
-    for (const StkFunction* callee : AllCallees(member)) {
+    for (const StkFunction* callee : BoundCallees(member)) {
       const uint32_t outside = table_.IndexOf(*callee);
       if (places_.group[outside] != number) {
         below.known = std::max(below.known, results_.known[outside]);

@@ -6,8 +6,8 @@
 
 namespace velkor {
 
-// Two lists as one range, the first before the second. Refers to what the lists hold, which must not
-// change meanwhile.
+// Two lists as one range, the first before the second. Refers to what the lists hold, which must
+// not change meanwhile.
 class CallRange {
  public:
   class Iterator {
@@ -43,6 +43,10 @@ class CallRange {
 // Callees, then extra callees: the order in which calls are walked everywhere.
 inline CallRange AllCallees(const StkFunction& function) {
   return {function.callees, function.extraCallees};
+}
+// Those on which its bound depends.
+inline CallRange BoundCallees(const StkFunction& function) {
+  return function.Is(FN_TOTAL_STATED) ? CallRange({}, {}) : AllCallees(function);
 }
 
 }  // namespace velkor

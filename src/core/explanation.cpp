@@ -57,10 +57,10 @@ Explanations::Explanations(const StkFunctionTable& table, const StkBounds& bound
     : group_(bounds.Places().group), next_(table.Count(), kNone) {
   own_.reserve(table.Count());
   for (const StkFunction* function : table.Functions()) {
-    own_.push_back(ActivationSize(*function, table.SizeLimit()));
+    own_.push_back(ActivationSize(table, *function));
     if (group_[function->index] == StkBounds::kNoGroup) {
       Heaviest heaviest;
-      for (const StkFunction* callee : AllCallees(*function)) {
+      for (const StkFunction* callee : BoundCallees(*function)) {
         const uint32_t index = table.IndexOf(*callee);
         heaviest.Offer(index, bounds.KnownAt(index));
       }
@@ -81,7 +81,7 @@ void Explanations::AddGroup(const StkFunctionTable& table, const StkBounds& boun
   Heaviest below;
   for (uint32_t place = 0; place < members.size(); ++place) {
     ownHeaviest.Offer(members[place], paths.own[place]);
-    for (const StkFunction* callee : AllCallees(*table.Functions()[members[place]])) {
+    for (const StkFunction* callee : BoundCallees(*table.Functions()[members[place]])) {
       const uint32_t index = table.IndexOf(*callee);
       if (group_[index] != number) {
         below.Offer(index, bounds.KnownAt(index));

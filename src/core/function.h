@@ -35,6 +35,8 @@ enum FunctionFlag : uint32_t {
   FN_NO_FLOATING_POINT = 0x40000,  // its instructions are known: none uses such a register
   FN_CALLS_STATED = 0x20000,       // callees are stated that it calls directly (see the table)
   FN_CLONE = 0x80000,              // the compiler made it from another function (CloneTable)
+  FN_TOTAL_STATED = 0x100000,      // the input brings what it and all below it take (see the table)
+  FN_TABLE_CALLS = 0x200000,       // its indirect calls go through a table: they are callees
   FN_ADDRESS_TAKEN = 0x800000,     // may be called through a pointer
 };
 
@@ -53,11 +55,24 @@ struct IndirectSite : SourceLine {
   uint64_t address = 0;  // in the linked program, of code without a source; 0: not told
 };
 
+// The frame of one function in bytes, as each way of reading it tells.
+struct ToldFrames {
+  uint32_t instructions = 0;
+  uint32_t compiler = 0;   // its compiler; 0: not told
+  uint32_t callFrame = 0;  // its call frame information; 0: not told
+
+  bool Differ() const {
+    const uint32_t others = compiler > callFrame ? compiler : callFrame;
+    return others != 0 && instructions != others;
+  }
+};
+
 // What an input tells of the source of a function, besides its file.
 struct StkToldSource {
   std::string_view shownName;               // for people; empty: the C name
   SourceLine place;                         // of the definition
   std::vector<IndirectSite> indirectSites;  // where the function calls through a pointer
+  ToldFrames frames;
 };
 
 // What a function is first of all, for its picture and for programs. Something is known of a
@@ -69,19 +84,19 @@ enum class FunctionKind : uint8_t { kSpecified, kRecursive, kDefined, kUnknown }
 // thread at a time. Once totals have been computed, what they depend on is changed by the
 // operations of the table and the adjustments, which note it for the next computation.
 struct StkFunction {
-  std::string_view name;       // assembler symbol; FN_PLAIN_SYMBOL: without "_" before the C name
+  std::string_view name;  // assembler symbol; FN_PLAIN_SYMBOL: without "_" before the C name
   const StkFileEntry* file = nullptr;  // its module's; none for a function that is only called
   uint32_t index = 0;                  // position in the table's insertion order
   uint32_t frameSize = 0;
   uint32_t flags = 0;
   FunctionSource source = FunctionSource::kNone;
-  uint32_t librarySize = 0;      // added when there is no adjustment
-  uint32_t totalStackSize = 0;   // result of Recompute
-  uint32_t maxCalleeSize = 0;    // largest total among callees and extra callees
-  int32_t chainCount = 1;        // call chains that start here, at most kMaxChainCount
-  StkFunctionSpan callees;       // once resolved; sorted by name, no duplicates
-  StkFunctionList extraCallees;  // targets of indirect calls, as the adjustment states them
-  std::unique_ptr<StkToldSource> told;               // none where the input tells nothing
+  uint32_t librarySize = 0;             // added when there is no adjustment
+  uint32_t totalStackSize = 0;          // result of Recompute
+  uint32_t maxCalleeSize = 0;           // largest total among callees and extra callees
+  int32_t chainCount = 1;               // call chains that start here, at most kMaxChainCount
+  StkFunctionSpan callees;              // once resolved; sorted by name, no duplicates
+  StkFunctionList extraCallees;         // targets of indirect calls, as the adjustment states them
+  std::unique_ptr<StkToldSource> told;  // none where the input tells nothing
   std::unique_ptr<StkAdjustment> pendingAdjustment;  // read from a file, not yet applied
   std::unique_ptr<StkAppliedAdjustment> adjustment;  // in force; its presence: adjusted
 

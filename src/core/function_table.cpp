@@ -327,6 +327,17 @@ const CloneStatement& StkFunctionTable::KeptOfClone(const StkFunction& clone) co
   return brought != nullptr ? brought->keptOfClone : clones_.Statement(clone);
 }
 
+void StkFunctionTable::BringTotal(StkFunction& function, uint32_t total) {
+  function.flags |= FN_TOTAL_STATED;
+  broughtTotals_[function.index] = total;
+  NoteStructureChange();
+}
+
+uint32_t StkFunctionTable::BroughtTotal(const StkFunction& function) const {
+  const auto found = broughtTotals_.find(function.index);
+  return found == broughtTotals_.end() ? 0 : found->second;
+}
+
 KeptStatement StkFunctionTable::Kept(const StkFunction& function) const {
   if (const BroughtStatement* brought = Brought(function)) {
     return {brought->kept ? &*brought->kept : nullptr, brought->keptCallees,
@@ -373,6 +384,7 @@ void StkFunctionTable::Clear() {
   blocks_.Clear();
   names_ = NameTable();
   brought_.clear();
+  broughtTotals_.clear();
   pendingBrought_.clear();
   clones_.Clear();
   unknownCount_ = 0;

@@ -172,6 +172,11 @@ class StkFunctionTable {
   }
   // How what is kept of a clone came to it.
   const CloneStatement& KeptOfClone(const StkFunction& clone) const;
+  // The input brings what the function and all below it take, in bounds: nothing else of it is
+  // looked at there. Marks it FN_TOTAL_STATED. Before the first computation.
+  void BringTotal(StkFunction& function, uint32_t total);
+  // Of a function so marked.
+  uint32_t BroughtTotal(const StkFunction& function) const;
   // A callee list holds the same functions as before, but otherwise arranged: the next computation
   // takes the functions in the order of the new lists. (When other functions are called, the next
   // Recompute must rebuild instead.)
@@ -232,6 +237,7 @@ class StkFunctionTable {
   std::unordered_map<uint32_t, BroughtStatement> brought_;  // by index
   std::map<uint32_t, BroughtPlace> pendingBrought_;
   CloneTable clones_;
+  std::unordered_map<uint32_t, uint32_t> broughtTotals_;  // by index
   uint32_t unknownCount_ = 0;
   uint32_t adjustedCount_ = 0;
   // Kept from one computation to the next of the same graph:

@@ -52,7 +52,7 @@ class BlameSearch {
       }
     }
     for (const uint32_t member : members) {
-      for (const StkFunction* callee : AllCallees(*table_.Functions()[member])) {
+      for (const StkFunction* callee : BoundCallees(*table_.Functions()[member])) {
         const uint32_t blamed = blamed_[table_.IndexOf(*callee)];
         if (blamed != kNone) {
           return blamed;

@@ -6,7 +6,12 @@
 
 namespace velkor {
 
-enum class SpecificationKind { kUserFile, kLibraryTable, kSystemFile };
+enum class SpecificationKind {
+  kUserFile,
+  kLibraryTable,
+  kSystemFile,
+  kStatementTable,  // on functions of a library, which velkor brings
+};
 
 // What the computation asks about the file whose specifications it is about to apply.
 class SpecificationSource {

@@ -242,6 +242,7 @@ MessageKey SpecLineParser::FormatError() const {
     case SpecificationKind::kUserFile:
       return MessageKey::kW9426;
     case SpecificationKind::kLibraryTable:
+    case SpecificationKind::kStatementTable:
       return MessageKey::kW9428;
     case SpecificationKind::kSystemFile:
       break;

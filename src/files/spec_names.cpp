@@ -11,8 +11,16 @@ namespace velkor {
 
 namespace {
 
+constexpr size_t kLongestOwnWord = 255;
+
 bool IsPathSeparator(char character) {
   return character == '\\' || character == '/' || character == ':';
+}
+
+// No rule of a line takes a word of these for anything but a word.
+bool IsWordCharacter(char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+         (character >= '0' && character <= '9') || character == '_';
 }
 
 // From its first character to the end of the path.
@@ -130,7 +138,7 @@ bool SpecNames::IsAmbiguous(const SpecName& name, const StkFunction& found) {
 
 std::optional<std::string> SpecNames::Statement(const StkFunction& function) {
   std::string plain = FunctionSpecName(function, codePage_);
-  if (Means(plain, function)) {
+  if (IsOwnWord(plain, function) || Means(plain, function)) {
     return plain;
   }
   // A C name that begins with "_" is also the symbol of another C name, which a reader prefers.
@@ -152,6 +160,17 @@ std::optional<std::string> SpecNames::Statement(const StkFunction& function) {
 
 std::string SpecNames::Shown(const StkFunction& function) {
   return Statement(function).value_or(FunctionSpecName(function, codePage_));
+}
+
+bool SpecNames::IsOwnWord(std::string_view text, const StkFunction& function) const {
+  const bool isGlobal = function.Is(FN_DEFINED) && function.Is(FN_GLOBAL);
+  const std::string_view before = function.Is(FN_PLAIN_SYMBOL) ? "" : "_";
+  // A "_" at the start of what has another one before it would be looked for as a symbol.
+  return isGlobal && function.ShownName().empty() && !text.empty() &&
+         text.size() <= kLongestOwnWord && function.name.size() == before.size() + text.size() &&
+         function.name.ends_with(text) && function.name.starts_with(before) &&
+         (before.empty() || !text.starts_with('_')) && std::ranges::all_of(text, IsWordCharacter) &&
+         !table_.SharesName(function);
 }
 
 bool SpecNames::Means(std::string_view text, const StkFunction& function) {

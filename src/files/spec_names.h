@@ -75,6 +75,8 @@ class SpecNames {
   StkFunction* FindInFile(const SpecName& name);
   StkFunction* OnlyOne(const Places& places, std::string_view tail) const;
   bool IsInFile(const StkFunction& function, const SpecName& name) const;
+  // What Means answers yes to without a look at the rules: most names.
+  bool IsOwnWord(std::string_view text, const StkFunction& function) const;
   bool Means(std::string_view text, const StkFunction& function);
   std::string FurtherForm(const StkFunction& function, std::string_view functionName);
   std::string FurtherFormWithFile(const StkFunction& function, std::string_view functionName);

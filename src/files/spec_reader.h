@@ -45,8 +45,8 @@ class StkSpecReader : public SpecificationSource {
 
   // Takes the next line. False: the file is read no further (the answer is Abort).
   // length: of the whole line, of which text holds what was kept.
-  bool ParseLine(StkFunctionTable& table, uint32_t lineNumber, std::string_view text,
-                 uint64_t length, Event& stopEvent);
+  virtual bool ParseLine(StkFunctionTable& table, uint32_t lineNumber, std::string_view text,
+                         uint64_t length, Event& stopEvent);
 
   // After the last line that counts: what was stated of functions holds for their clones that no
   // line names.
@@ -66,6 +66,8 @@ class StkSpecReader : public SpecificationSource {
   virtual bool MayState(StkFunctionTable& table, const StkFunction& function, uint32_t lineNumber);
   // What it states wins over what files of the input do.
   virtual bool IsOfInput() const { return false; }
+  // What a line states is pending.
+  void State(StkFunctionTable& table, StkFunction& function, StkAdjustment stated);
   // The file at the path; none when that fails, with nothing reported.
   std::unique_ptr<StkByteSource> OpenFile();
   std::unique_ptr<StkByteSource> Taken(OpenResult<InputFile> opened);
@@ -79,7 +81,6 @@ class StkSpecReader : public SpecificationSource {
  private:
   // What a line without error states takes effect. False: it may not.
   bool Apply(StkFunctionTable& table, const SpecLineParser& line, uint32_t lineNumber);
-  void State(StkFunctionTable& table, StkFunction& function, StkAdjustment stated);
   void StateForClones(StkFunctionTable& table, const BaseLines::Line& line);
   void KeepWithoutEffect(const BaseLines::Line& line);
   // False: the file is read no further.

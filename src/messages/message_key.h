@@ -134,6 +134,10 @@ enum class MessageKey : uint32_t {
   kNoteOtherFrame = 43131,
   kNoteCodeLarger = 43132,
   kNoteMachineNotRead = 43133,
+  kNoteProgramStripped = 43134,
+  kNoteNoCaller = 43301,
+  kNoteSeveralCallers = 43302,
+  kNoteNoTable = 43303,
 };
 
 }  // namespace velkor

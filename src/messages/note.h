@@ -14,6 +14,7 @@ struct StkNote {
   std::string text;       // a sentence
   std::string file;       // empty: none
   uint32_t line = 0;      // of the file, from 1; 0: none
+  uint32_t column = 0;    // likewise
   std::optional<uint32_t> function;  // index in the function table
   bool incomplete = false;           // not everything was read: the status of a command says so
 };

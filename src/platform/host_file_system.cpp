@@ -14,6 +14,7 @@
 #include "platform/host_file.h"
 #include "platform/host_folder.h"
 #include "platform/name_lookup.h"
+#include "platform/standard_streams.h"
 #include "platform/temporary_name.h"
 
 namespace velkor {
@@ -186,6 +187,11 @@ void RemoveUnlessHeld(const HostPath& path) {
 }  // namespace
 
 OpenResult<InputFile> HostFileSystem::OpenForRead(std::string_view path, Spelling spelling) {
+  if (path == kStandardInput) {
+    std::unique_ptr<InputFile> input = OpenStandardInput();
+    const FileFailure failure = input != nullptr ? FileFailure::kNone : FileFailure::kOther;
+    return {std::move(input), failure};
+  }
   HostFile file(paths_.ToHost(path, spelling), O_RDONLY);
   if (!file.IsOpen()) {
     return {nullptr, file.Failure()};
@@ -215,6 +221,9 @@ OpenResult<InputFile> HostFileSystem::OpenWhenFree(std::string_view path, const 
 }
 
 OpenResult<OutputFile> HostFileSystem::OpenForWrite(std::string_view path) {
+  if (path == kStandardOutput) {
+    return {OpenStandardOutput(), FileFailure::kNone};
+  }
   const HostPath hostPath = paths_.ToHost(path, Spelling::kExact);
   HostFile file(hostPath, O_WRONLY | O_CREAT);
   const FileFailure failure = file.IsOpen() ? Take(file, hostPath) : file.Failure();
@@ -270,6 +279,9 @@ bool HostFileSystem::Replace(std::string_view from, std::string_view to,
 }
 
 WayToWrite HostFileSystem::HowToWrite(std::string_view path) {
+  if (path == kStandardOutput) {
+    return WayToWrite::kDirectly;
+  }
   const HostPath hostPath = paths_.ToHost(path, Spelling::kExact);
   const std::optional<struct stat> status = StatusOf(hostPath);
   const std::optional<struct stat> folder = StatusOf(hostPath.Folder());

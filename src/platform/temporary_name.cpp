@@ -7,7 +7,7 @@
 namespace velkor {
 namespace {
 
-constexpr std::string_view kDigits = "0123456789abcdef";
+constexpr std::string_view kTailDigits = "0123456789abcdef";
 constexpr size_t kDigitCount = 16;
 constexpr std::string_view kEnd = ".tmp";
 constexpr size_t kTailLength = 1 + kDigitCount + kEnd.size();
@@ -27,7 +27,7 @@ std::string TemporaryTail() {
   const uint64_t number = (static_cast<uint64_t>(random()) << 32) | random();
   std::string tail = ".";
   for (unsigned shift = 0; shift < 64; shift += 4) {
-    tail += kDigits[(number >> shift) & 0xF];
+    tail += kTailDigits[(number >> shift) & 0xF];
   }
   return tail.append(kEnd);
 }
@@ -39,7 +39,7 @@ bool IsTemporaryOf(std::string_view found, std::string_view name) {
   const std::string_view stem = found.substr(0, found.size() - kTailLength);
   const std::string_view tail = found.substr(stem.size());
   if (tail.front() != '.' || !tail.ends_with(kEnd) ||
-      tail.find_first_not_of(kDigits, 1) != 1 + kDigitCount) {
+      tail.find_first_not_of(kTailDigits, 1) != 1 + kDigitCount) {
     return false;
   }
   if (stem.starts_with(name)) {

@@ -1,9 +1,11 @@
 #include "platform/terminal.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 #include <initializer_list>
 #include <signal.h>
+#include <string_view>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -28,6 +30,20 @@ void PrepareStandardStreams() {
 
 bool IsErrorTerminal() {
   return isatty(STDERR_FILENO) == 1;
+}
+
+bool MayDrawOnErrorTerminal() {
+  // NOLINTBEGIN(concurrency-mt-unsafe): at the start, when there is one thread
+  const char* noColor = std::getenv("NO_COLOR");
+  const char* terminal = std::getenv("TERM");
+  // NOLINTEND(concurrency-mt-unsafe)
+  const bool refused = noColor != nullptr && *noColor != '\0';
+  const bool isDumb = terminal != nullptr && std::string_view(terminal) == "dumb";
+  return IsErrorTerminal() && !refused && !isDumb;
+}
+
+bool IsOutputTerminal() {
+  return isatty(STDOUT_FILENO) == 1;
 }
 
 size_t ErrorTerminalWidth() {

@@ -9,6 +9,10 @@ namespace velkor {
 // error like any other instead of the program's end. To be called first.
 void PrepareStandardStreams();
 bool IsErrorTerminal();
+// Standard error is a terminal that can be drawn on, and the user has nothing against it (NO_COLOR,
+// TERM=dumb). At the start, when there is one thread.
+bool MayDrawOnErrorTerminal();
+bool IsOutputTerminal();
 // Characters of one line of standard error's terminal; 80 where it is not known.
 size_t ErrorTerminalWidth();
 

@@ -1,19 +1,22 @@
 #include "readers/configuration.h"
 
 #include <algorithm>
+#include <charconv>
 #include <initializer_list>
 #include <limits>
 #include <numeric>
 #include <toml++/toml.h>
 #include <utility>
 
+#include "readers/library_statements.h"
+
 namespace velkor {
 namespace {
 
 constexpr size_t kFarthest = 3;  // single changes up to which a key is near
 
-uint32_t LineOf(const toml::node& node) {
-  return node.source().begin.line;
+TextPlace PlaceIn(const toml::source_region& source) {
+  return {source.begin.line, source.begin.column};
 }
 
 // Single-character changes from one text to the other.
@@ -38,13 +41,13 @@ class ConfigurationReader {
       const toml::table root = toml::parse(text);
       ReadRoot(root);
     } catch (const toml::parse_error& error) {
-      faults_.push_back({error.source().begin.line, std::string(error.description())});
+      faults_.push_back({PlaceIn(error.source()), std::string(error.description())});
     }
-    std::ranges::stable_sort(faults_, {}, &ConfigurationFault::line);
+    std::ranges::stable_sort(faults_, {}, &ConfigurationFault::place);
     if (!faults_.empty()) {
       return {std::nullopt, std::move(faults_)};
     }
-    std::ranges::stable_sort(configuration_.stacks, {}, &Configuration::Stack::line);
+    std::ranges::stable_sort(configuration_.stacks, {}, &Configuration::Stack::place);
     return {std::move(configuration_), {}};
   }
 
@@ -56,16 +59,17 @@ class ConfigurationReader {
   };
 
   void Fail(const toml::node& node, std::string text) {
-    faults_.push_back({LineOf(node), std::move(text)});
+    faults_.push_back({PlaceIn(node.source()), std::move(text)});
   }
 
-  // Hands each value to what reads its key.
+  // Hands each value to what reads its key. path: of the table, with a dot behind it.
   template <typename Target>
-  void ReadTable(const toml::table& table, std::initializer_list<Key<Target>> keys,
-                 Target& target) {
+  void ReadTable(const toml::table& table, const std::string& path,
+                 std::initializer_list<Key<Target>> keys, Target& target) {
     for (const auto& [key, value] : table) {
       const auto known = std::ranges::find(keys, key.str(), &Key<Target>::name);
       if (known != keys.end()) {
+        configuration_.places[path + std::string(key.str())] = PlaceIn(key.source());
         (this->*known->read)(value, target);
         continue;
       }
@@ -80,7 +84,7 @@ class ConfigurationReader {
         }
       }
       text += nearest.empty() ? "" : "; near it: \"" + std::string(nearest) + "\"";
-      faults_.push_back({key.source().begin.line, std::move(text)});
+      faults_.push_back({PlaceIn(key.source()), std::move(text)});
     }
   }
 
@@ -114,8 +118,13 @@ class ConfigurationReader {
     Take(value, taken.emplace());
   }
 
+  void Take(const toml::node& value, Configuration::Name& name) {
+    name.place = PlaceIn(value.source());
+    Take(value, name.text);
+  }
+
   // Bytes or a text.
-  void Take(const toml::node& value, std::variant<uint32_t, std::string>& taken) {
+  void Take(const toml::node& value, Configuration::Size& taken) {
     if (value.is_string()) {
       Take(value, taken.emplace<std::string>());
     } else {
@@ -123,14 +132,30 @@ class ConfigurationReader {
     }
   }
 
-  // One text, or a list of them.
-  void Take(const toml::node& value, std::vector<std::string>& texts) {
+  // Bytes or "10%".
+  void Take(const toml::node& value, Configuration::Headroom& headroom) {
+    const std::string text = value.value_or(std::string());
+    headroom.isPercent = value.is_string();
+    if (!headroom.isPercent) {
+      Take(value, headroom.amount);
+      return;
+    }
+    const char* const end = text.data() + text.size();
+    const auto [next, error] = std::from_chars(text.data(), end, headroom.amount);
+    if (error != std::errc() || std::string_view(next, end) != "%" || headroom.amount > 100) {
+      Fail(value, "bytes or a text like \"10%\" is wanted here");
+    }
+  }
+
+  // One, or a list of them.
+  template <typename Item>
+  void Take(const toml::node& value, std::vector<Item>& items) {
     if (const toml::array* array = value.as_array()) {
       for (const toml::node& each : *array) {
-        Take(each, texts.emplace_back());
+        Take(each, items.emplace_back());
       }
     } else {
-      Take(value, texts.emplace_back());
+      Take(value, items.emplace_back());
     }
   }
 
@@ -141,12 +166,12 @@ class ConfigurationReader {
 
   void ReadRoot(const toml::table& root) {
     using C = Configuration;
-    ReadTable<C>(root,
+    ReadTable<C>(root, "",
                  {{"schema", &ConfigurationReader::ReadSchema},
                   {"input", &ConfigurationReader::Set<&C::input, C>},
                   {"exclude", &ConfigurationReader::Set<&C::exclude, C>},
                   {"elf", &ConfigurationReader::Set<&C::elf, C>},
-                  {"load", &ConfigurationReader::Set<&C::load, C>},
+                  {"load", &ConfigurationReader::ReadLoad},
                   {"target", &ConfigurationReader::Set<&C::target, C>},
                   {"rtos", &ConfigurationReader::Set<&C::rtos, C>},
                   {"vectors", &ConfigurationReader::Set<&C::vectors, C>},
@@ -158,7 +183,20 @@ class ConfigurationReader {
                   {"gate", &ConfigurationReader::ReadGate}},
                  configuration_);
     if (configuration_.input.empty() && faults_.empty()) {
-      faults_.push_back({1, "\"input\" is missing: a folder, a list of folders or a project file"});
+      faults_.push_back(
+          {{1, 1}, "\"input\" is missing: a folder, a list of folders or a project file"});
+    }
+    CheckStackOfInterrupts();
+  }
+
+  void CheckStackOfInterrupts() {
+    const std::string stack =
+        configuration_.interrupts ? configuration_.interrupts->stack : std::string();
+    const auto& stacks = configuration_.stacks;
+    if (!stack.empty() &&
+        std::ranges::find(stacks, stack, &Configuration::Stack::name) == stacks.end()) {
+      faults_.push_back({configuration_.PlaceOf("interrupts.stack"),
+                         "there is no [stack." + stack + "], which is to carry the interrupts"});
     }
   }
 
@@ -166,6 +204,24 @@ class ConfigurationReader {
     const auto* number = value.as_integer();
     if (number == nullptr || number->get() != 1) {
       Fail(value, "this velkor knows schema 1 only");
+    }
+  }
+
+  void ReadLoad(const toml::node& value, Configuration& configuration) {
+    Take(value, configuration.load);
+    const auto check = [this](const toml::node& node) {
+      const auto* name = node.as_string();
+      if (name != nullptr && IsStatementTable(name->get()) && !StatementTable(name->get())) {
+        Fail(node,
+             "there is no table of statements \"" + name->get() + "\": \"velkor:newlib\" is one");
+      }
+    };
+    if (const toml::array* array = value.as_array()) {
+      for (const toml::node& each : *array) {
+        check(each);
+      }
+    } else {
+      check(value);
     }
   }
 
@@ -179,14 +235,18 @@ class ConfigurationReader {
         using S = Configuration::Stack;
         S& stack = configuration.stacks.emplace_back();
         stack.name = name.str();
-        stack.line = LineOf(node);
-        ReadTable<S>(*table,
+        stack.place = PlaceIn(name.source());
+        const size_t before = faults_.size();
+        ReadTable<S>(*table, "stack." + stack.name + ".",
                      {{"entry", &ConfigurationReader::Set<&S::entries, S>},
                       {"size", &ConfigurationReader::Set<&S::size, S>},
                       {"reserve", &ConfigurationReader::Set<&S::reserve, S>},
                       {"frame", &ConfigurationReader::Set<&S::frame, S>},
                       {"switch", &ConfigurationReader::Set<&S::contextSwitch, S>}},
                      stack);
+        if (stack.entries.empty() && faults_.size() == before) {
+          faults_.push_back({stack.place, "\"entry\" of [stack." + stack.name + "] is missing"});
+        }
       }
     }
   }
@@ -196,15 +256,15 @@ class ConfigurationReader {
       using I = Configuration::Interrupts;
       configuration.interrupts = I();
       I& interrupts = *configuration.interrupts;
-      interrupts.line = LineOf(value);
-      ReadTable<I>(*table,
+      ReadTable<I>(*table, "interrupts.",
                    {{"stack", &ConfigurationReader::Set<&I::stack, I>},
                     {"levels", &ConfigurationReader::ReadLevels},
                     {"nesting", &ConfigurationReader::Set<&I::nesting, I>},
                     {"ignore", &ConfigurationReader::Set<&I::ignore, I>}},
                    interrupts);
-      if (interrupts.nesting && !interrupts.levels.empty()) {
-        Fail(value, R"("levels" and "nesting" exclude each other)");
+      if (interrupts.nesting && interrupts.levels) {
+        faults_.push_back({configuration_.PlaceOf("interrupts.nesting"),
+                           R"("levels" and "nesting" exclude each other)"});
       }
     }
   }
@@ -215,11 +275,12 @@ class ConfigurationReader {
       Fail(value, "a list of lists of handlers is wanted here");
       return;
     }
+    interrupts.levels.emplace();
     for (const toml::node& level : *levels) {
       if (!level.is_array()) {
         Fail(level, "a list of handlers is wanted here");
       } else {
-        Take(level, interrupts.levels.emplace_back());
+        Take(level, interrupts.levels->emplace_back());
       }
     }
   }
@@ -233,12 +294,14 @@ class ConfigurationReader {
       if (const toml::table* table = TableOf(node)) {
         using C = Configuration::Call;
         C& call = configuration.calls.emplace_back();
-        call.function = name.str();
-        call.line = LineOf(node);
-        ReadTable<C>(*table,
+        call.function = {std::string(name.str()), PlaceIn(name.source())};
+        ReadTable<C>(*table, "calls." + call.function.text + ".",
                      {{"table", &ConfigurationReader::Set<&C::table, C>},
                       {"total", &ConfigurationReader::Set<&C::total, C>}},
                      call);
+        if (table->empty()) {
+          Fail(node, R"("table" or "total" is wanted here)");
+        }
       }
     }
   }
@@ -246,7 +309,7 @@ class ConfigurationReader {
   void ReadGate(const toml::node& value, Configuration& configuration) {
     if (const toml::table* table = TableOf(value)) {
       using G = Configuration::Gate;
-      ReadTable<G>(*table,
+      ReadTable<G>(*table, "gate.",
                    {{"headroom", &ConfigurationReader::Set<&G::headroom, G>},
                     {"growth", &ConfigurationReader::Set<&G::growth, G>}},
                    configuration.gate);

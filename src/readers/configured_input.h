@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "files/spec_names.h"
 #include "readers/configuration.h"
 #include "readers/program_input.h"
 
@@ -18,8 +19,6 @@ class ConfiguredInput : public ProgramInput {
  public:
   ConfiguredInput(std::string path, Configuration configuration,
                   std::unique_ptr<ProgramInput> input, Host& host, StkReporter& reporter);
-
-  const Configuration& Settings() const { return configuration_; }
 
   const std::string& Path() const override { return path_; }
   const StkStringList& Modules() const override { return input_->Modules(); }
@@ -33,7 +32,9 @@ class ConfiguredInput : public ProgramInput {
     return input_->GeneratorVersion();
   }
   std::unique_ptr<ModuleReader> MakeReader() override { return input_->MakeReader(); }
-  void ResolveCalls(FunctionDatabase database) override { input_->ResolveCalls(database); }
+  void ResolveCalls(FunctionDatabase database) override;
+  const ProgramFacts& Facts() const override { return input_->Facts(); }
+  const Configuration* Settings() const override { return &configuration_; }
   const std::vector<StkNote>& Notes() const override { return input_->Notes(); }
   // What the input relates to, the linked program and what the configuration loads.
   StkStringList RelatedFiles() const override;
@@ -41,6 +42,9 @@ class ConfiguredInput : public ProgramInput {
   std::vector<std::unique_ptr<StkSpecReader>> BuildSpecSources() override;
 
  private:
+  void BringTotal(const Configuration::Call& call, StkFunctionTable& functions, SpecNames& names);
+  void PostNoteOfCall(const Configuration::Call& call, MessageKey text, std::string_view name);
+
   const std::string path_;
   const Configuration configuration_;
   const std::unique_ptr<ProgramInput> input_;

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "files/whole_text.h"
 #include "readers/configured_input.h"
 #include "readers/gcc/gcc_input.h"
 #include "readers/tarn/tarn_input.h"
@@ -14,21 +15,16 @@ constexpr uint64_t kMostConfigurationBytes = 16 << 20;
 // None after a message.
 std::optional<Configuration> ReadConfigurationFile(std::string_view path, Host& host,
                                                    StkReporter& reporter) {
-  const OpenResult<InputFile> opened = host.files.OpenForRead(path);
-  if (!opened.file || opened.file->Length() > kMostConfigurationBytes) {
+  const std::optional<std::string> text =
+      ReadWholeText(host.files, path, kMostConfigurationBytes);
+  if (!text) {
     reporter.ShowFatal(MessageKey::kE9300, {MessageFile{path}});
     return std::nullopt;
   }
-  std::string text(static_cast<size_t>(opened.file->Length()), '\0');
-  size_t size = 0;
-  while (const size_t count = opened.file->Read(text.data() + size, text.size() - size)) {
-    size += count;
-  }
-  text.resize(size);
-  ReadConfigurationResult result = ReadConfiguration(text);
+  ReadConfigurationResult result = ReadConfiguration(*text);
   for (const ConfigurationFault& fault : result.faults) {
-    reporter.ShowFatal(MessageKey::kE9303,
-                       {MessageFile{path}, MessageLine{fault.line}, fault.text});
+    reporter.ShowFatal(MessageKey::kE9303, {MessageFile{path}, MessageLine{fault.place.line},
+                                            fault.place.column, std::string_view(fault.text)});
   }
   return std::move(result.configuration);
 }
@@ -54,6 +50,11 @@ std::unique_ptr<ProgramInput> OpenConfigured(std::string_view path, Host& host,
     settings.exclude = configuration->exclude;
     settings.elf = configuration->elf.empty() ? "" : PathBeside(path, configuration->elf);
     settings.vectors = configuration->vectors;
+    for (const Configuration::Call& call : configuration->calls) {
+      if (!call.table.empty()) {
+        settings.tables.push_back({call.function.text, call.table, call.function.place});
+      }
+    }
     input = GccInput::Open(path, std::move(settings), host, reporter);
   }
   if (input == nullptr) {
@@ -70,9 +71,10 @@ std::unique_ptr<ProgramInput> OpenInput(std::string_view path, Host& host, StkRe
     return OpenConfigured(path, host, reporter);
   }
   if (!IsProject(path) && host.files.IsDirectory(path)) {
-    return GccInput::Open(path,
-                          {.folders = {std::string(path)}, .exclude = {}, .elf = {}, .vectors = {}},
-                          host, reporter);
+    return GccInput::Open(
+        path,
+        {.folders = {std::string(path)}, .exclude = {}, .elf = {}, .vectors = {}, .tables = {}},
+        host, reporter);
   }
   return TarnInput::Open(path, host, reporter);
 }

@@ -14,6 +14,8 @@
 #include "platform/event.h"
 #include "platform/file_system.h"
 #include "platform/limits.h"
+#include "readers/configuration.h"
+#include "readers/program_facts.h"
 
 namespace velkor {
 
@@ -86,6 +88,13 @@ class ProgramInput {
     static const std::vector<StkNote> kNone;
     return kNone;
   }
+  // Of the linked program. Whole once the calls have been resolved.
+  virtual const ProgramFacts& Facts() const {
+    static const ProgramFacts kNone;
+    return kNone;
+  }
+  // What a velkor.toml states of the input; none where there is none.
+  virtual const Configuration* Settings() const { return nullptr; }
 };
 
 }  // namespace velkor

@@ -39,7 +39,9 @@ struct AnalysisNote {
   std::string text;
   std::string file;  // empty: none
   uint32_t line = 0;
+  uint32_t column = 0;
   std::optional<uint32_t> function;
+  bool incomplete = false;  // not everything was read
 };
 
 inline constexpr uint32_t kNoFile = 0xFFFFFFFF;
@@ -133,6 +135,7 @@ struct AnalysisResult {
   ValuesOfFew<StkAppliedAdjustment> adjustments;
   ValuesOfFew<uint32_t> librarySizes;
   ValuesOfFew<std::vector<AnalysedSite>> indirectSites;
+  ValuesOfFew<ToldFrames> frames;  // where they differ
 
   // The symbol.
   std::string_view Name(uint32_t function) const { return texts.names[function]; }

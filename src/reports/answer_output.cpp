@@ -31,6 +31,7 @@ class AnswerOutput {
     if (choice.function) {
       output_.Write("\nFunction\n");
       WriteNumbers(std::span(&*choice.function, 1), 1);
+      WriteFrames(*choice.function);
       WriteWhy(*choice.function);
     } else {
       WriteLargest(choice.top);
@@ -117,6 +118,22 @@ class AnswerOutput {
       most = std::max(most, text, isLess);
     }
     return least == most ? least : least + "-" + most;
+  }
+
+  // Where not all that tell of the frame tell the same.
+  void WriteFrames(uint32_t function) {
+    const ToldFrames* frames = result_.frames.Of(function);
+    if (frames == nullptr) {
+      return;
+    }
+    std::string text = fmt::format("Its instructions use {} bytes", frames->instructions);
+    if (frames->compiler != 0) {
+      text += fmt::format(", its compiler tells {}", frames->compiler);
+    }
+    if (frames->callFrame != 0) {
+      text += fmt::format(", its call frame information {}", frames->callFrame);
+    }
+    output_.Write(text + ": the largest counts.\n");
   }
 
   void WriteWhy(uint32_t function) {

@@ -9,30 +9,47 @@ std::string_view YesOrNo(bool value) {
   return value ? "yes" : "no";
 }
 
-std::string Row(const AnalysisResult& result, uint32_t index) {
+// Of what a spreadsheet takes for a formula, only its first character matters.
+bool IsFormula(std::string_view text) {
+  return !text.empty() && std::string_view("=+-@\t").find(text.front()) != std::string_view::npos;
+}
+
+void AppendField(std::string_view text, std::string& row) {
+  const bool asItIs = IsPlainLine(text) && !IsFormula(text) &&
+                      text.find_first_of(",\"") == std::string_view::npos;
+  if (asItIs) {
+    row += text;
+  } else {
+    row += CsvField(text);
+  }
+  row += ',';
+}
+
+void AppendRow(const AnalysisResult& result, uint32_t index, std::string& row) {
   const AnalysedFunction& function = result.functions[index];
-  std::string row = CsvField(result.SpecName(index)) + ',';
-  row += CsvField(result.TotalText(index)) + ',';
-  row += CsvField(result.FrameText(index)) + ',';
-  row += CsvField(result.AdjustmentText(index, AdjustmentStyle::kList)) + ',';
-  row += CsvField(result.File(function.file)) + ',';
+  AppendField(result.SpecName(index), row);
+  AppendField(result.TotalText(index), row);
+  AppendField(result.FrameText(index), row);
+  AppendField(result.AdjustmentText(index, AdjustmentStyle::kList), row);
+  AppendField(result.File(function.file), row);
   row += YesOrNo(function.Is(FN_ROOT));
   row += ',';
   row += YesOrNo(function.complete);
+  row += ',';
   const std::string known = std::to_string(function.known);
-  row += ',' + (function.state == BoundState::kBounded ? known : "");
+  row += function.state == BoundState::kBounded ? known : "";
   row += ',';
   row += BoundStateName(function.state);
-  row += ',' + known;
+  row += ',';
+  row += known;
   row += '\n';
-  return row;
 }
 
 }  // namespace
 
 std::string CsvField(std::string_view text) {
   std::string shown = OneLine(text);
-  if (!shown.empty() && std::string_view("=+-@\t").find(shown.front()) != std::string_view::npos) {
+  if (IsFormula(shown)) {
     shown.insert(shown.begin(), '\'');
   }
   if (shown.find_first_of(",\"") == std::string::npos) {
@@ -50,8 +67,11 @@ std::string CsvField(std::string_view text) {
 
 void WriteCsv(const AnalysisResult& result, ResultOutput& output) {
   output.Write("name,total,frame,adjustment,file,top-level,complete,bound,state,known\n");
+  std::string row;
   for (uint32_t function = 0; function < result.functions.size(); ++function) {
-    output.Write(Row(result, function));
+    row.clear();
+    AppendRow(result, function, row);
+    output.Write(row);
   }
 }
 

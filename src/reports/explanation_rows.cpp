@@ -8,6 +8,7 @@
 
 #include "core/bound_arithmetic.h"
 #include "reports/function_names.h"
+#include "reports/reason_words.h"
 #include "reports/table_line.h"
 
 namespace velkor::reports {
@@ -18,22 +19,6 @@ constexpr std::ptrdiff_t kShownAtEnd = 10;
 constexpr size_t kMostLargest = 8;
 constexpr size_t kMostLargestNamed = 3;
 constexpr size_t kMostSteps = 5'000'000;  // functions of all rows and their calls together
-
-std::string_view WhyNoBound(ReasonKind kind) {
-  switch (kind) {
-    case ReasonKind::kUnknown:
-      return "unknown";
-    case ReasonKind::kIndirect:
-      return "indirect calls without callees";
-    case ReasonKind::kHiddenCall:
-      return "calls that their records do not list";
-    case ReasonKind::kDynamic:
-      return "frames without a limit";
-    case ReasonKind::kRecursion:
-      return "recursion that no depths limit";
-  }
-  return {};
-}
 
 }  // namespace
 
@@ -121,7 +106,7 @@ void ExplanationRows::WriteReasons(uint32_t function) {
   }
   const Uncertainty found = search_.Below(function);
   for (const ReasonKind kind : kReasonKinds) {
-    WriteReason(WhyNoBound(kind), found.Of(kind), found.cutShort);
+    WriteReason(ReasonWords(kind), found.Of(kind), found.cutShort);
   }
   if (found.cutShort) {
     output_.Write(TableLine({}, 0, "not everything below it was looked at"));

@@ -1,11 +1,11 @@
 #include "reports/function_lookup.h"
 
 #include <algorithm>
-#include <numeric>
 
 #include "core/function_text.h"
 #include "files/spec_language.h"
 #include "files/spec_names.h"
+#include "reports/edit_distance.h"
 
 namespace velkor::reports {
 namespace {
@@ -40,22 +40,6 @@ StkFunctionList WithSymbol(const StkFunctionTable& functions, std::string_view s
   return found;
 }
 
-// Single-character changes from one text to the other, both short.
-size_t Distance(std::string_view left, std::string_view right) {
-  std::vector<size_t> row(right.size() + 1);
-  std::iota(row.begin(), row.end(), size_t{0});
-  for (size_t i = 0; i < left.size(); ++i) {
-    size_t diagonal = row[0];
-    row[0] = i + 1;
-    for (size_t j = 0; j < right.size(); ++j) {
-      const size_t replaced = diagonal + (left[i] == right[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
-    }
-  }
-  return row.back();
-}
-
 // 0 is the best; kNotNear: has nothing in common.
 constexpr size_t kNotNear = 100;
 size_t Farness(std::string_view candidate, std::string_view wanted, const CodePage& codePage) {
@@ -63,7 +47,7 @@ size_t Farness(std::string_view candidate, std::string_view wanted, const CodePa
     return 0;
   }
   if (candidate.size() <= kLongestCompared && wanted.size() <= kLongestCompared) {
-    const size_t distance = Distance(candidate, wanted);
+    const size_t distance = EditDistance(candidate, wanted);
     if (distance <= kWorstDistance && distance < wanted.size()) {
       return distance;
     }

@@ -35,24 +35,35 @@ std::string NotRead(const std::vector<std::string>& modules, std::string_view wh
   return names.empty() ? names : fmt::format("{} {}", names, why);
 }
 
+std::string CompilerText(const AnalysisResult& result) {
+  if (result.compilerVersion) {
+    return OneLine(result.compilerName + " V" + *result.compilerVersion);
+  }
+  return result.inputs.read != 0 ? OneLine(result.compilerName) : "unknown: no module was read";
+}
+
 }  // namespace
 
-void WriteHead(const AnalysisResult& result, ResultOutput& output) {
-  output.Write(fmt::format("Project    {}\n", OneLine(result.project)));
-  output.Write(
-      fmt::format("Compiler   {}\n", result.compilerVersion
-                                         ? result.compilerName + " V" + *result.compilerVersion
-                                     : result.inputs.read != 0 ? result.compilerName
-                                                               : "unknown: no module was read"));
+std::vector<HeadRow> HeadRows(const AnalysisResult& result) {
   const AnalysisInputs& inputs = result.inputs;
-  output.Write(fmt::format("Modules    {} of {} read{}{}\n", inputs.read, inputs.Count(),
-                           NotRead(inputs.missing, "missing"),
-                           NotRead(inputs.notWhole, "not whole")));
-  output.Write(fmt::format("Functions  {}, {} of them top-level\n", result.functions.size(),
-                           result.roots.size()));
-  output.Write(fmt::format("Bounded    {} of the top-level ones\n", CountRoots(result, IsBounded)));
+  std::vector<HeadRow> rows = {
+      {"Project", OneLine(result.project)},
+      {"Compiler", CompilerText(result)},
+      {"Modules",
+       fmt::format("{} of {} read{}{}", inputs.read, inputs.Count(),
+                   NotRead(inputs.missing, "missing"), NotRead(inputs.notWhole, "not whole"))},
+      {"Functions",
+       fmt::format("{}, {} of them top-level", result.functions.size(), result.roots.size())},
+      {"Bounded", fmt::format("{} of the top-level ones", CountRoots(result, IsBounded))}};
   if (const size_t low = CountRoots(result, IsBelowItsBound); low > 0) {
-    output.Write(fmt::format("Too low    the totals of {} of them: below the bound\n", low));
+    rows.push_back({"Too low", fmt::format("the totals of {} of them: below the bound", low)});
+  }
+  return rows;
+}
+
+void WriteHead(const AnalysisResult& result, ResultOutput& output) {
+  for (const HeadRow& row : HeadRows(result)) {
+    output.Write(fmt::format("{:<11}{}\n", row.label, row.text));
   }
 }
 

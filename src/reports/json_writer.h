@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <rapidjson/prettywriter.h>
 #include <span>
 #include <string_view>
@@ -23,6 +24,7 @@ class JsonWriter {
     json_.StartObject();
   }
   void EndObject() { json_.EndObject(); }
+  void StartArray() { json_.StartArray(); }
   void StartArray(const char* key) {
     json_.Key(key);
     json_.StartArray();
@@ -52,6 +54,14 @@ class JsonWriter {
     json_.Key(key);
     if (isNumber) {
       json_.Uint64(number);
+    } else {
+      json_.Null();
+    }
+  }
+  void SignedOrNull(const char* key, std::optional<int64_t> number) {
+    json_.Key(key);
+    if (number) {
+      json_.Int64(*number);
     } else {
       json_.Null();
     }

@@ -9,6 +9,9 @@ std::string LineOf(const Note& note) {
   if (note.line != 0) {
     line += ':' + std::to_string(note.line);
   }
+  if (note.column != 0) {
+    line += ':' + std::to_string(note.column);
+  }
   if (!line.empty()) {
     line += ": ";
   }

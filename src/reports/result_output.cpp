@@ -4,11 +4,6 @@
 #include <system_error>
 
 namespace velkor::reports {
-namespace {
-
-constexpr size_t kBufferSize = size_t{64} << 10;
-
-}  // namespace
 
 ResultOutput::ResultOutput(std::FILE* file)
     : sink_([this, file](std::string_view text) {
@@ -22,16 +17,13 @@ ResultOutput::ResultOutput(std::FILE* file)
       }) {}
 
 void ResultOutput::Write(std::string_view text) {
-  buffer_ += text;
-  if (buffer_.size() >= kBufferSize) {
-    WriteBuffer();
-  }
-}
-
-void ResultOutput::Put(char c) {
-  buffer_.push_back(c);
-  if (buffer_.size() >= kBufferSize) {
-    WriteBuffer();
+  while (!text.empty()) {
+    if (size_ == kBufferSize) {
+      WriteBuffer();
+    }
+    const size_t taken = text.copy(buffer_.get() + size_, kBufferSize - size_);
+    size_ += taken;
+    text.remove_prefix(taken);
   }
 }
 
@@ -41,8 +33,8 @@ bool ResultOutput::Finish() {
 }
 
 void ResultOutput::WriteBuffer() {
-  failed_ = failed_ || !sink_(buffer_);
-  buffer_.clear();
+  failed_ = failed_ || !sink_({buffer_.get(), size_});
+  size_ = 0;
 }
 
 }  // namespace velkor::reports

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -22,7 +24,12 @@ class ResultOutput {
   ResultOutput& operator=(const ResultOutput&) = delete;
 
   void Write(std::string_view text);
-  void Put(char c);
+  void Put(char c) {
+    if (size_ == kBufferSize) {
+      WriteBuffer();
+    }
+    buffer_[size_++] = c;
+  }
   void Flush() {}
 
   // Brings everything there. False when any of it could not be written, unless its reader has seen
@@ -31,10 +38,13 @@ class ResultOutput {
   const std::string& Failure() const { return failure_; }
 
  private:
+  static constexpr size_t kBufferSize = size_t{64} << 10;
+
   void WriteBuffer();
 
   Sink sink_;
-  std::string buffer_;
+  std::unique_ptr<char[]> buffer_ = std::make_unique_for_overwrite<char[]>(kBufferSize);
+  size_t size_ = 0;
   bool failed_ = false;
   bool readerGone_ = false;
   std::string failure_;

@@ -47,7 +47,9 @@ void TakeNotes(const std::vector<StkNote>& notes, const CodePage& codePage,
                             .text = codePage.ToUtf8(note.text),
                             .file = codePage.ToUtf8(note.file),
                             .line = note.line,
-                            .function = note.function});
+                            .column = note.column,
+                            .function = note.function,
+                            .incomplete = note.incomplete});
   }
 }
 
@@ -168,6 +170,9 @@ class FunctionTaking {
     }
     if (function.librarySize != 0) {
       result_.librarySizes.Add(function.index, function.librarySize);
+    }
+    if (function.told != nullptr && function.told->frames.Differ()) {
+      result_.frames.Add(function.index, function.told->frames);
     }
     if (function.told != nullptr && !function.told->indirectSites.empty()) {
       std::vector<AnalysedSite> sites;

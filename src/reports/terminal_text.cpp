@@ -1,5 +1,7 @@
 #include "reports/terminal_text.h"
 
+#include <algorithm>
+
 namespace velkor::reports {
 namespace {
 
@@ -14,7 +16,14 @@ bool StartsCharacter(char c) {
 
 }  // namespace
 
+bool IsPlainLine(std::string_view text) {
+  return std::ranges::all_of(text, [](char c) { return c >= 0x20 && c < 0x7F; });
+}
+
 std::string OneLine(std::string_view utf8) {
+  if (IsPlainLine(utf8)) {
+    return std::string(utf8);
+  }
   std::string line;
   line.reserve(utf8.size());
   for (size_t i = 0; i < utf8.size(); ++i) {
@@ -40,14 +49,22 @@ std::string OneLine(std::string_view utf8) {
 std::string CutName(std::string_view utf8) {
   constexpr size_t kMostCharacters = 60;
   std::string line = OneLine(utf8);
-  size_t end = 0;
-  for (size_t count = 0; end < line.size(); ++end) {
-    if (StartsCharacter(line[end]) && ++count > kMostCharacters) {
-      line.resize(end);
-      return line + "...";
-    }
+  const size_t kept = FirstCharacters(line, kMostCharacters).size();
+  if (kept < line.size()) {
+    line.resize(kept);
+    line += "...";
   }
   return line;
+}
+
+std::string_view FirstCharacters(std::string_view utf8, size_t count) {
+  size_t end = 0;
+  for (size_t characters = 0; end < utf8.size(); ++end) {
+    if (StartsCharacter(utf8[end]) && ++characters > count) {
+      break;
+    }
+  }
+  return utf8.substr(0, end);
 }
 
 size_t CharacterCount(std::string_view utf8) {

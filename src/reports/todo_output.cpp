@@ -179,7 +179,7 @@ class TodoOutput {
     }
     const std::vector<IndirectSite>& sites = function.told->indirectSites;
     for (size_t i = 0; i < std::min(kMostNamed, sites.size()); ++i) {
-      text += (i == 0 ? " at " : ", ") + PlaceText(sites[i]);
+      text += (i == 0 ? " at " : ", ") + SiteText(sites[i]);
     }
     return text + (sites.size() > kMostNamed
                        ? fmt::format(" and {} more", sites.size() - kMostNamed)
@@ -196,6 +196,11 @@ class TodoOutput {
 
   std::string Place(const SourceLine& place) {
     return place.file == nullptr ? "" : " (" + PlaceText(place) + ")";
+  }
+
+  std::string SiteText(const IndirectSite& site) {
+    return site.file == nullptr && site.address != 0 ? fmt::format("{:#x}", site.address)
+                                                     : PlaceText(site);
   }
 
   std::string PlaceText(const SourceLine& place) {

@@ -1,6 +1,7 @@
 #include "ui/frame_commands.h"
 
 #include "ui/help/help_location.h"
+#include "ui/page_report.h"
 #include "ui/wait_cursor.h"
 
 namespace velkor::ui {
@@ -25,6 +26,7 @@ std::optional<CommandState> FrameCommands::StateOf(Command command) {
     case Command::kSaveSpecFile:
       return CommandState{readable &&
                           (adjusted != 0 || document.FunctionTable()->UnknownCount() != 0)};
+    case Command::kSavePage:
     case Command::kFunctionLists:
       return CommandState{readable};
     case Command::kResetAllFunctions:
@@ -46,6 +48,8 @@ void FrameCommands::Execute(Command command) {
       return LoadSpecFile();
     case Command::kSaveSpecFile:
       return SaveSpecFile();
+    case Command::kSavePage:
+      return SavePage();
     case Command::kFunctionLists:
       parts_.functionLists(&window_);
       return;
@@ -76,6 +80,13 @@ void FrameCommands::SaveSpecFile() {
   if (const auto path = parts_.fileDialogs.SpecFileToSave(context_, &window_)) {
     const WaitCursor waiting;
     context_.document.SaveSpecFile(*path);
+  }
+}
+
+void FrameCommands::SavePage() {
+  if (const auto path = parts_.fileDialogs.PageToSave(context_, &window_)) {
+    const WaitCursor waiting;
+    WritePageReport(context_, *path);
   }
 }
 

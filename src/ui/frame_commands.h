@@ -30,6 +30,7 @@ class FrameCommands : public CommandTarget {
  private:
   void LoadSpecFile();
   void SaveSpecFile();
+  void SavePage();
   void ResetAllFunctions();
   void Recalculate();
 

@@ -57,6 +57,7 @@ CMainFrame::CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts
       actions_(*this, context, parts_.productName, [this](Command command) { Route(command); }),
       statusBar_(new CStkStatusBar(context.Text(kProgressName), this)),
       notes_(context),
+      stackNotes_(context, [this](const QString& text) { statusBar_->SetStacksText(text); }),
       monitor_(context.document, *statusBar_),
       commands_(context, posted, parts_, monitor_, *this) {
   context_.document.AddView(*this);

@@ -19,6 +19,7 @@
 #include "ui/views/call_tree_view.h"
 #include "ui/views/function_list_view.h"
 #include "ui/views/log_view.h"
+#include "ui/views/stack_notes.h"
 
 namespace velkor::ui {
 
@@ -83,6 +84,7 @@ class CMainFrame : public QMainWindow, public FrameOperations, public View {
   CStkLogView* logView_ = nullptr;
   CommandTarget* activeView_ = nullptr;
   AnalysisNotes notes_;
+  StackNotes stackNotes_;
   StkJobMonitor monitor_;
   FrameCommands commands_;
   bool closed_ = false;

@@ -12,7 +12,10 @@ constexpr int kParts = 1000;
 }  // namespace
 
 CStkStatusBar::CStkStatusBar(const QString& progressName, QWidget* parent)
-    : QStatusBar(parent), idle_(new QLabel(this)), bar_(new QProgressBar(this)) {
+    : QStatusBar(parent),
+      idle_(new QLabel(this)),
+      stacks_(new QLabel(this)),
+      bar_(new QProgressBar(this)) {
   addWidget(idle_, 1);
   bar_->setRange(0, kParts);
   bar_->setValue(0);
@@ -20,6 +23,8 @@ CStkStatusBar::CStkStatusBar(const QString& progressName, QWidget* parent)
   bar_->setFixedWidth(kProgressWidth);
   bar_->setMaximumHeight(fontMetrics().height());
   bar_->setAccessibleName(progressName);
+  addPermanentWidget(stacks_);
+  stacks_->hide();
   addPermanentWidget(bar_);
 }
 

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <numeric>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
@@ -24,17 +25,23 @@ struct SmallProgram {
     uint32_t flags = FN_DEFINED | FN_GLOBAL;
     uint32_t margin = kNoMargin;
     uint32_t depth = kNoDepth;
+    std::optional<uint32_t> total;  // of it and all below it
     std::vector<uint32_t> callees, extraCallees;
 
     bool IsAdjusted() const {
       return margin != kNoMargin || depth != kNoDepth || !extraCallees.empty();
     }
-    uint64_t OwnSize() const { return frameSize + uint64_t{margin == kNoMargin ? 0 : margin}; }
+    uint64_t OwnSize() const {
+      return total ? *total : frameSize + uint64_t{margin == kNoMargin ? 0 : margin};
+    }
   };
   std::vector<Function> functions;
 
   uint32_t Count() const { return static_cast<uint32_t>(functions.size()); }
   std::vector<uint32_t> AllCallees(uint32_t function) const {
+    if (functions[function].total) {
+      return {};
+    }
     std::vector<uint32_t> all = functions[function].callees;
     all.insert(all.end(), functions[function].extraCallees.begin(),
                functions[function].extraCallees.end());
@@ -128,6 +135,9 @@ class Engine {
       function.adjustment = std::make_unique<StkAppliedAdjustment>();
       *function.adjustment = {from.margin, from.depth};
     }
+    if (from.total) {
+      table.BringTotal(function, *from.total);
+    }
   }
 
   std::map<uint32_t, StkFunction*> records_;
@@ -208,9 +218,9 @@ void ExpectExplained(const Engine& engine, uint32_t number) {
   for (const ExplanationRow& row :
        Explanations(engine.table, engine.bounds).Of(engine.At(number).index)) {
     const StkFunction& function = *engine.table.Functions()[row.function];
-    uint64_t once = ActivationSize(function, kSizeLimit);
+    uint64_t once = ActivationSize(engine.table, function);
     for (const ExplainedCall& call : row.calls) {
-      EXPECT_EQ(call.bytes, ActivationSize(*engine.table.Functions()[call.function], kSizeLimit));
+      EXPECT_EQ(call.bytes, ActivationSize(engine.table, *engine.table.Functions()[call.function]));
       once += call.bytes;
     }
     EXPECT_EQ(row.bytes, once * row.times);
@@ -294,6 +304,9 @@ class RandomPrograms {
         function.flags |= OneIn(20) ? uint32_t{FN_DYNAMIC_FRAME} : 0u;
         function.flags |= OneIn(20) ? uint32_t{FN_SIZE_UNKNOWN} : 0u;
         AddCallees(program.Count(), sparseness, function);
+      }
+      if (OneIn(12)) {
+        function.total = Below(300);
       }
       function.margin = OneIn(4) ? Below(50) : kNoMargin;
       if (!OneIn(3) && ++depths <= 4) {  // the search meets every order of them

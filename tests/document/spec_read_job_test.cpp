@@ -144,6 +144,7 @@ TEST_F(SpecReadJobTest, TheStkSystemFileCountsAsTakenOnlyWhole) {
   };
   for (const Case& test : cases) {
     SCOPED_TRACE(test.text);
+    recorder.log.lines.clear();
     host.files.Put(kSystem, test.text);
     recorder.log.lines.clear();
     Add(SpecificationKind::kSystemFile, kSystem);

@@ -317,7 +317,8 @@ TEST_F(Load, AFileThatAppliesToNothingIsNotRead) {
   folder_.Put("main.asm", ModuleText("main.c", {}));
   const ProgramRun run = Csv({"--load", "any.txt"});
   EXPECT_EQ(run.status, 1);
-  EXPECT_TRUE(run.Says("velkor-cli: any.txt is not read: the project has no functions")) << run.err;
+  EXPECT_TRUE(run.Says("velkor-cli: any.txt is not read: the project has no functions."))
+      << run.err;
 }
 
 TEST_F(Load, AWrongLineIsAnsweredAsTheCommandLineSays) {

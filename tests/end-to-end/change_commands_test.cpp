@@ -56,7 +56,7 @@ TEST_F(ChangeCommands, AdjustStatesWhatItIsGivenAndKeepsTheRest) {
   EXPECT_EQ(Saved(), "main, ADD=5\r\n");
 
   // A library function opens with its size in the margin: left as it is, it states nothing.
-  EXPECT_EQ(Run("adjust", {"[memcpy]"}).status, 0);
+  EXPECT_EQ(Run("adjust", {"[memcpy]", "--margin", "4"}).status, 0);
   EXPECT_EQ(Saved(), "main, ADD=5\r\n");
   EXPECT_EQ(Run("adjust", {"[memcpy]", "--margin", "4", "--callee", "isr"}).status, 0);
   EXPECT_EQ(Saved(), "main, ADD=5\r\n[memcpy], ADD=4, CALL=isr\r\n");
@@ -93,15 +93,15 @@ TEST_F(ChangeCommands, WhatADialogWouldRefuseChangesNothing) {
       {{"ring", "--depth", "0"}, "W9463 Illegal value (0) for recursion depth."},
       {{"ring", "--depth", std::string(400, '9')},
        "W9464 Too big additional margin. The limit is 65535."},
-      {{"main", "--depth", "2"}, "velkor-cli: main is not recursive: it has no recursion depth"},
+      {{"main", "--depth", "2"}, "velkor-cli: main is not recursive: it has no recursion depth."},
       {{"main", "--callee", "ring"},
-       "velkor-cli: main calls ring directly: it cannot be stated once more"},
+       "velkor-cli: main calls ring directly: it cannot be stated once more."},
       {{"main", "--callee", "mian"},
-       "velkor-cli: \"mian\" is no function of the project; near it: main"},
+       "velkor-cli: \"mian\" is no function of the project; near it: main."},
       {{"rnig", "--margin", "1"},
-       "velkor-cli: \"rnig\" is no function of the project; near it: ring"},
+       "velkor-cli: \"rnig\" is no function of the project; near it: ring."},
       {{"step", "--margin", "1"},
-       "velkor-cli: \"step\" can mean more than one function: a.c#step of a.c, b.c#step of b.c"}};
+       "velkor-cli: \"step\" can mean more than one function: a.c#step of a.c, b.c#step of b.c."}};
   for (const auto& [arguments, message] : refused) {
     const ProgramRun run = Run("adjust", arguments);
     EXPECT_EQ(run.status, 2) << message;

@@ -82,7 +82,7 @@ TEST_F(Diff, WhatCannotBeComparedIsNamedAndPrintsNothing) {
     const ProgramRun run = Run({json_, path});
     EXPECT_EQ(run.status, 3) << path;
     EXPECT_EQ(run.out, "") << path;
-    EXPECT_TRUE(message.empty() || run.Says("velkor-cli: " + message)) << run.err;
+    EXPECT_TRUE(message.empty() || run.Says("velkor-cli: " + message + ".")) << run.err;
     EXPECT_EQ(Run({path, json_}).status, 3) << path;
   }
   EXPECT_EQ(Run({json_}).status, 2);

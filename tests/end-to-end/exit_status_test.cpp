@@ -129,24 +129,9 @@ TEST(ExitStatus, OutputThatCannotBeWrittenIsFour) {
   }
 }
 
-// Long enough for an interrupt to meet it: many names of one module of the greatest length.
-std::string PutLongProject(const ScratchFolder& folder) {
-  std::string text = ModuleText("main.c", {{"main", "4", {}}});
-  for (int line = 0; line < 65000; ++line) {
-    text += "; a line of the code information block that says nothing\n";
-  }
-  const std::string module = folder.Put("m0.asm", text);
-  std::vector<std::string> sources = {"m0.c"};
-  for (int i = 1; i < 2000; ++i) {
-    std::filesystem::create_symlink(module, folder.Path("m" + std::to_string(i) + ".asm"));
-    sources.push_back("m" + std::to_string(i) + ".c");
-  }
-  return folder.Put("app.prj", ProjectText(".", sources));
-}
-
 TEST(ExitStatus, AnInterruptStopsTheJobAndPrintsNoResult) {
   const ScratchFolder folder;
-  const std::string project = PutLongProject(folder);
+  const std::string project = testing::PutLongProject(folder);
   for (const int signalNumber : {SIGINT, SIGTERM}) {
     const ProgramRun run =
         Program({"analyze", project}).SignalOn("m1.asm Reading...", signalNumber).Run();

@@ -2,6 +2,8 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
+#include <set>
+#include <sstream>
 #include <utility>
 
 #include "program.h"
@@ -56,8 +58,10 @@ TEST_F(GccFolder, KeepsStatementsBesideAVelkorTomlWhoseFilesWin) {
   EXPECT_EQ(Number("velkor.toml", "rec", "depth"), 3);
   EXPECT_EQ(Number("velkor.toml", "main", "bound"), 16 + 3 * 8);
 
-  for (const char* command : {"adjust", "reset"}) {
-    const ProgramRun refused = Run({command, "velkor.toml", "rec"});
+  for (const std::vector<std::string>& command :
+       {std::vector<std::string>{"adjust", "velkor.toml", "rec", "--margin", "1"},
+        {"reset", "velkor.toml", "rec"}}) {
+    const ProgramRun refused = Run(command);
     EXPECT_EQ(refused.status, 2);
     EXPECT_NE(refused.err.find("W9468 The function (rec) is stated in " + folder_.Path("two.txt") +
                                ", line 1."),
@@ -130,7 +134,7 @@ TEST_F(GccFolder, SaysWhyItRefuses) {
   folder_.Put("wrong.toml", "input = \"build\"\n\nexclud = \"x\"\n");
   const ProgramRun wrong = Run({"analyze", "wrong.toml"});
   EXPECT_EQ(wrong.status, 3);
-  EXPECT_NE(wrong.err.find("line 3: unknown key \"exclud\"; near it: \"exclude\""),
+  EXPECT_NE(wrong.err.find("line 3, column 1: unknown key \"exclud\"; near it: \"exclude\""),
             std::string::npos)
       << wrong.err;
 }
@@ -181,6 +185,82 @@ TEST_F(GccFolder, BoundsTheExample) {
   ASSERT_EQ(std::system(compile.c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
   EXPECT_EQ(Number("example/build", "main", "bound"), -1);
   EXPECT_GT(Number("example/velkor.toml", "main", "bound"), 62 * 16);
+  const ProgramRun passed = Run({"check", "example/velkor.toml"});
+  EXPECT_EQ(passed.status, 0) << passed.out;
+  EXPECT_NE(passed.out.find("1 stack, 0 errors, 0 warnings: passed"), passed.out.npos)
+      << passed.out;
+  std::string small = ReadFile(folder_.Path("example/velkor.toml"));
+  small.replace(small.find("16384"), 5, "1000");
+  folder_.Put("example/velkor.toml", small);
+  const ProgramRun failed = Run({"check", "example/velkor.toml"});
+  EXPECT_EQ(failed.status, 5) << failed.out;
+  EXPECT_TRUE(failed.out.starts_with("parser.c:22: error: stack main needs ")) << failed.out;
+}
+
+// The functions that a table of statements is about.
+std::set<std::string> NamesOfTable(const fs::path& path) {
+  std::set<std::string> names;
+  std::istringstream lines(ReadFile(path));
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.empty() && line[0] != '#') {
+      names.insert(line.substr(0, line.find(',')));
+    }
+  }
+  return names;
+}
+
+TEST_F(GccFolder, TakesATableOfStatementsOnALibraryWhereItIsNamed) {
+  const fs::path sources = VELKOR_SOURCE_DIR;
+  std::set<std::string> notShown = NamesOfTable(sources / "src/resources/statements/newlib.txt");
+  notShown.erase("_vfprintf_r");  // another name of _vfiprintf_r
+  for (const std::string library : {"", "--specs=nano.specs -u _printf_float -u _scanf_float "}) {
+    SCOPED_TRACE(library);
+    folder_.Put("fw/velkor.toml", "input = \"build\"\nelf = \"build/prog\"\n");
+    fs::create_directories(folder_.Path("fw/build"));
+    const std::string compile =
+        "cd " + folder_.Path("fw/build") +
+        " && arm-none-eabi-gcc -Os -mcpu=cortex-m4 -mthumb -fcallgraph-info=su,da " +
+        (sources / "tests/readers/gcc/code/newlib_samples.c").string() + " " + library +
+        "--specs=nosys.specs -w -o prog 2>messages";
+    if (std::system(compile.c_str()) != 0) {  // NOLINT(concurrency-mt-unsafe)
+      GTEST_SKIP() << "cannot be compiled here: " << ReadFile(folder_.Path("fw/build/messages"));
+    }
+    EXPECT_EQ(Number("fw/velkor.toml", "main", "bound"), -1);
+    folder_.Put("fw/velkor.toml",
+                "input = \"build\"\nelf = \"build/prog\"\nload = \"velkor:newlib\"\n");
+    const ProgramRun run = Run({"analyze", "fw/velkor.toml", "--format", "json"});
+    EXPECT_EQ(run.err.find("velkor:newlib:"), std::string::npos) << run.err;
+    EXPECT_GT(Number("fw/velkor.toml", "main", "bound"), 700);
+    rapidjson::Document json;
+    json.Parse(run.out.c_str());
+    for (const auto& each : json["functions"].GetArray()) {
+      const std::string name = each["name"].GetString();
+      if (each["adjusted"].GetBool()) {
+        notShown.erase(name.substr(0, name.find('.')));
+      }
+    }
+  }
+  EXPECT_EQ(notShown, std::set<std::string>()) << "statements that no program shows";
+
+  const ProgramRun frames = Run({"analyze", "fw/velkor.toml", "--function", "__aeabi_cdrcmple"});
+  EXPECT_NE(
+      frames.out.find("Its instructions use 0 bytes, its call frame information 8: the largest "
+                      "counts.\n"),
+      std::string::npos)
+      << frames.out;
+
+  // What the user states wins, wherever it stands, and is kept alone.
+  folder_.Put("fw/velkor.psg", "_fwalk, ADD=7\r\n");
+  EXPECT_EQ(Number("fw/velkor.toml", "_fwalk", "margin"), 7);
+  EXPECT_EQ(Run({"adjust", "fw/velkor.toml", "main", "--margin", "4"}).status, 0);
+  EXPECT_EQ(ReadFile(folder_.Path("fw/velkor.psg")), "main, ADD=4\r\n_fwalk, ADD=7\r\n");
+
+  folder_.Put("fw/velkor.toml", "input = \"build\"\nload = [\"a\",\n\"velkor:oldlib\"]\n");
+  const ProgramRun wrong = Run({"analyze", "fw/velkor.toml"});
+  EXPECT_EQ(wrong.status, 3);
+  EXPECT_NE(wrong.err.find("line 3, column 1: there is no table of statements \"velkor:oldlib\""),
+            std::string::npos)
+      << wrong.err;
 }
 
 // The board's library of the example, with lines that bring the program to its depth.

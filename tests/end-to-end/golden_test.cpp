@@ -83,7 +83,7 @@ TEST(Golden, ARingOfTwoEntriesAndAMissingModule) {
                   {"", {"save", "--output", folder.Path("saved.txt")}},
                   {"", {"load", folder.Put("none.txt", "")}},
                   {"", {"reset", "main"}},
-                  {"", {"adjust", "isr"}}};
+                  {"", {"adjust", "isr", "--no-callees"}}};
   for (auto [golden, arguments] : commands) {
     arguments.insert(arguments.begin() + 1, project);
     const ProgramRun run = Program(arguments).Run();
@@ -175,7 +175,7 @@ TEST(Documents, TheExamplesOfTheFormatsWork) {
 // Every key of the schemas stands in a table of the page, in the same order.
 TEST(Documents, TheKeysOfTheJsonAreDescribed) {
   const std::string page = testing::ReadFile(kSource + "/docs/json.md");
-  for (const std::string command : {"analyze", "explain", "diff"}) {
+  for (const std::string command : {"analyze", "explain", "check", "diff"}) {
     const std::string schema =
         testing::ReadFile(kSource + "/src/resources/schema/" + command + ".schema.json");
     const std::regex key("\"([A-Za-z]+)\": \\{\\s*\"(type|enum)\"");

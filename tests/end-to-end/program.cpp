@@ -1,5 +1,7 @@
 #include "program.h"
 
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
 #include <grp.h>
@@ -11,6 +13,7 @@
 
 #include "scratch_folder.h"
 #include "support/json_schema.h"
+#include "terminal.h"
 
 namespace velkor::testing {
 
@@ -22,26 +25,29 @@ ProgramRun Program::Run() {
   const ScratchFolder scratch;
   const std::string out = scratch.Path("out");
   const std::string err = scratch.Path("err");
+  ErrorFile errors(err, errorsToTerminal_);
   const pid_t process = fork();
   if (process == 0) {
-    Become(out, err);
+    Become(out, errors.Descriptor());
   }
+  errors.BeginCopying();
   ProgramRun run;
   run.status = Wait(process, err);
+  errors.EndCopying();
   run.out = ReadFile(out);
   run.err = ReadFile(err);
-  if (run.out.starts_with('{') && HasSchema(arguments_.front())) {
+  const bool isSarif = std::ranges::find(arguments_, "sarif") != arguments_.end();
+  if (run.out.starts_with('{') && !isSarif && HasSchema(arguments_.front())) {
     EXPECT_EQ(SchemaFault(arguments_.front(), run.out), "");
   }
   return run;
 }
 
-void Program::Become(const std::string& out, const std::string& err) const {
+void Program::Become(const std::string& out, int errorFile) const {
   constexpr int kNotStarted = 127;
   constexpr unsigned kNobody = 65534;
-  const int errorFile = open(err.c_str(), O_WRONLY | O_CREAT, 0600);
   dup2(errorFile, STDERR_FILENO);
-  close(errorFile);
+  ConnectInput();
   ConnectOutput(out);
   for (const auto& [variable, value] : environment_) {
     setenv(variable.c_str(), value.c_str(), 1);
@@ -62,6 +68,16 @@ void Program::Become(const std::string& out, const std::string& err) const {
   argv.push_back(nullptr);
   execv(VELKOR_PROGRAM, argv.data());
   _exit(kNotStarted);
+}
+
+void Program::ConnectInput() const {
+  if (!input_) {
+    return;
+  }
+  std::FILE* file = std::tmpfile();
+  std::fwrite(input_->data(), 1, input_->size(), file);
+  std::rewind(file);
+  dup2(fileno(file), STDIN_FILENO);
 }
 
 void Program::ConnectOutput(const std::string& out) const {

@@ -37,6 +37,10 @@ class Program {
   Program& OutputTo(const std::string& path) { return Set(output_, path); }
   Program& OutputClosed() { return OutputTo(kClosed); }
   Program& OutputToBrokenPipe() { return OutputTo(kBrokenPipe); }
+  // Standard input is this text; else it is that of the tests.
+  Program& Input(const std::string& text) { return Set(input_, text); }
+  // Standard error is a terminal.
+  Program& ErrorsToTerminal() { return Set(errorsToTerminal_, true); }
   // Sends it this signal once standard error holds the text.
   Program& SignalOn(std::string_view text, int signalNumber) {
     return Set(signalText_, text).Set(signalNumber_, signalNumber);
@@ -55,7 +59,8 @@ class Program {
     field = value;
     return *this;
   }
-  [[noreturn]] void Become(const std::string& out, const std::string& err) const;
+  [[noreturn]] void Become(const std::string& out, int errorFile) const;
+  void ConnectInput() const;
   void ConnectOutput(const std::string& out) const;
   int Wait(int process, const std::string& err) const;
 
@@ -64,6 +69,8 @@ class Program {
   bool withoutRights_ = false;
   std::map<std::string, std::string> environment_ = {{"LC_ALL", "C.UTF-8"}, {"VELKOR_MAP", ""}};
   std::optional<std::string> output_;  // none: captured
+  std::optional<std::string> input_;
+  bool errorsToTerminal_ = false;
   std::string signalText_;
   int signalNumber_ = 0;
   std::optional<std::chrono::microseconds> lifetime_;

@@ -81,4 +81,18 @@ std::string ProjectText(const std::string& directory, const std::vector<std::str
   return text + "[Options.CCTarn 0]\n" + std::string(options);
 }
 
+std::string PutLongProject(const ScratchFolder& folder) {
+  std::string text = ModuleText("main.c", {{"main", "4", {}}});
+  for (int line = 0; line < 65000; ++line) {
+    text += "; a line of the code information block that says nothing\n";
+  }
+  const std::string module = folder.Put("m0.asm", text);
+  std::vector<std::string> sources = {"m0.c"};
+  for (int i = 1; i < 2000; ++i) {
+    fs::create_symlink(module, folder.Path("m" + std::to_string(i) + ".asm"));
+    sources.push_back("m" + std::to_string(i) + ".c");
+  }
+  return folder.Put("long.prj", ProjectText(".", sources));
+}
+
 }  // namespace velkor::testing

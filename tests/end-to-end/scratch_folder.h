@@ -41,4 +41,7 @@ std::string ModuleText(const std::string& source, const std::vector<ModuleFuncti
 std::string ProjectText(const std::string& directory, const std::vector<std::string>& sources,
                         std::string_view options = "");
 
+// A project whose analysis takes a while: many names of one module of the greatest length.
+std::string PutLongProject(const ScratchFolder& folder);
+
 }  // namespace velkor::testing

@@ -14,7 +14,8 @@ void FuzzConfiguration(std::string_view bytes) {
           "what has no faults is a configuration");
   const auto lines = static_cast<uint32_t>(std::ranges::count(bytes, '\n')) + 2;
   for (const ConfigurationFault& fault : result.faults) {
-    Require(fault.line >= 1 && fault.line <= lines, "a fault lies in the text", fault.text);
+    Require(fault.place.line >= 1 && fault.place.line <= lines && fault.place.column >= 1,
+            "a fault lies in the text", fault.text);
     Require(!fault.text.empty(), "a fault is told");
   }
   if (result.configuration) {

@@ -3,8 +3,10 @@
 
 #include "fuzz/fuzzers.h"
 #include "fuzz/require.h"
+#include "readers/gcc/address_uses.h"
 #include "readers/gcc/call_frames.h"
 #include "readers/gcc/object_facts.h"
+#include "readers/gcc/program_target.h"
 
 namespace velkor::testing {
 
@@ -88,7 +90,12 @@ void FuzzElf(std::string_view bytes) {
   CheckSections(elf, bytes);
   CheckSymbols(elf, bytes);
   CheckFrames(CallFrames(elf), bytes);
-  CheckFacts(ObjectFacts(elf));
+  const ObjectFacts facts(elf);
+  CheckFacts(facts);
+  for (const AddressUse& use : AddressUsesOf(elf, facts)) {
+    Require(use.user < facts.Functions().size(), "a function uses an address", use.name);
+  }
+  Require(TargetOf(elf).size() <= bytes.size() + 16, "a target is a word");
 }
 
 }  // namespace velkor::testing

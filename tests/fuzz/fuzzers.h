@@ -16,16 +16,25 @@ void FuzzGraph(std::string_view bytes);
 void FuzzAnalysis(std::string_view bytes);
 void FuzzCallGraph(std::string_view bytes);
 void FuzzElf(std::string_view bytes);
+void FuzzCode(std::string_view bytes);
 void FuzzConfiguration(std::string_view bytes);
+void FuzzBaseline(std::string_view bytes);
 
 struct NamedFuzzer {
   std::string_view name;  // of its program, its dictionary and its folder of the corpus
   Fuzzer fuzzer;
 };
 
-inline constexpr NamedFuzzer kFuzzers[] = {
-    {"project", FuzzProject},     {"module", FuzzModule}, {"spec", FuzzSpec},
-    {"path", FuzzPath},           {"graph", FuzzGraph},   {"analysis", FuzzAnalysis},
-    {"callgraph", FuzzCallGraph}, {"elf", FuzzElf},       {"configuration", FuzzConfiguration}};
+inline constexpr NamedFuzzer kFuzzers[] = {{"project", FuzzProject},
+                                           {"module", FuzzModule},
+                                           {"spec", FuzzSpec},
+                                           {"path", FuzzPath},
+                                           {"graph", FuzzGraph},
+                                           {"analysis", FuzzAnalysis},
+                                           {"callgraph", FuzzCallGraph},
+                                           {"elf", FuzzElf},
+                                           {"configuration", FuzzConfiguration},
+                                           {"code", FuzzCode},
+                                           {"baseline", FuzzBaseline}};
 
 }  // namespace velkor::testing

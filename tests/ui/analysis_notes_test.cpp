@@ -1,3 +1,7 @@
+#include <QLabel>
+#include <QStatusBar>
+#include <algorithm>
+
 #include "main_window.h"
 #include "support/module_text.h"
 
@@ -57,6 +61,41 @@ TEST_F(NotesOfTheWindow, StandBelowTheLastLineOfEachAnalysis) {
   Choose(Command::kRecalculate);
   Finish();
   EXPECT_EQ(TakeEndOfLog(), "\n") << "nothing to say";
+}
+
+class StacksOfTheWindow : public MainWindow {
+ protected:
+  bool Shows(const QString& text) {
+    const auto labels = app->Frame().statusBar()->findChildren<QLabel*>();
+    return std::ranges::any_of(labels, [&](const QLabel* label) { return label->text() == text; });
+  }
+};
+
+TEST_F(StacksOfTheWindow, StandBelowTheNotesAndInTheStatusBar) {
+  host.files.Put("/w/b/a.ci",
+                 "graph: { title: \"a.c\"\n"
+                 "node: { title: \"main\" label: \"main\\na.c:1:5\\n30 bytes (static)\\n0 dynamic "
+                 "objects\" }\nedge: { sourcename: \"main\" targetname: \"x\" }\n}\n");
+  host.files.AddDirectory("/w/b");
+  host.files.Put("/w/velkor.toml",
+                 "input = \"b\"\nframe = 6\nswitch = 0\n[stack.main]\nentry = \"main\"\n"
+                 "size = 40\n[interrupts]\nlevels = []\n");
+  Start("/w/velkor.toml");
+  Finish();
+  EXPECT_NE(Log().find("Stack main needs >=30 of 40 bytes: no bound.\n"), std::string::npos)
+      << Log();
+  EXPECT_TRUE(Shows("Stacks: 0 of 1 in order"));
+  // What is adjusted counts at once.
+  StkFunction* x = Document().FunctionTable()->FindBySpecName("", "x", true);
+  ASSERT_NE(x, nullptr);
+  StkAdjustment adjustment;
+  adjustment.margin = 4;
+  Document().AdjustFunction(*x, adjustment);
+  Finish();
+  EXPECT_TRUE(Shows("Stacks: 1 of 1 in order"));
+  Choose(Command::kRecalculate);
+  Finish();
+  EXPECT_NE(Log().find("Stack main needs 34 of 40 bytes: enough.\n"), std::string::npos) << Log();
 }
 
 }  // namespace

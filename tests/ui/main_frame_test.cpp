@@ -122,5 +122,23 @@ TEST_F(MainWindow, ClosingKeepsAdjustmentsAndSaysWhenItCannot) {
   EXPECT_TRUE(saved || told) << BoxTexts();
 }
 
+TEST_F(MainWindow, TheAnalysisIsSavedAsAPage) {
+  StartAndFinish();
+  dialogs.answers = {std::nullopt, kProject, "C:\\p\\page.html"};
+  Choose(Command::kSavePage);
+  EXPECT_FALSE(host.files.Get("C:\\p\\page.html"));
+  const std::string project = host.files.Get(kProject).value();
+  Choose(Command::kSavePage);
+  HandleEvents();
+  EXPECT_EQ(host.files.Get(kProject), project) << "never over what it is made from";
+  Choose(Command::kSavePage);
+  HandleEvents();
+  const std::string page = host.files.Get("C:\\p\\page.html").value_or("");
+  EXPECT_TRUE(page.starts_with("<!DOCTYPE html>") && page.ends_with("</html>\n")) << page;
+  EXPECT_NE(page.find("The largest number is that of <bdi>main</bdi>: at least 30 bytes"),
+            std::string::npos)
+      << page;
+}
+
 }  // namespace
 }  // namespace velkor::ui

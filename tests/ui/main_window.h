@@ -25,6 +25,7 @@ class PreparedDialogs : public FileDialogs {
   std::optional<std::string> SpecFileToLoad(UiContext&, QWidget*) override { return Next(); }
   std::optional<std::string> SpecFileToSave(UiContext&, QWidget*) override { return Next(); }
   std::optional<std::string> ReportToSave(UiContext&, QWidget*) override { return Next(); }
+  std::optional<std::string> PageToSave(UiContext&, QWidget*) override { return Next(); }
 
   std::deque<std::optional<std::string>> answers;
 

@@ -1,7 +1,5 @@
 #include "core/detail/call_graph.h"
 
-#include "core/call_range.h"
-
 namespace velkor {
 
 CallGraph::CallGraph(const StkFunctionTable& table) {
@@ -10,8 +8,20 @@ CallGraph::CallGraph(const StkFunctionTable& table) {
   }
 }
 
+CallGraph CallGraph::OfBounds(const StkFunctionTable& table) {
+  CallGraph graph;
+  for (const StkFunction* function : table.Functions()) {
+    graph.Append(table, BoundCallees(*function));
+  }
+  return graph;
+}
+
 void CallGraph::Append(const StkFunctionTable& table, const StkFunction& function) {
-  for (const StkFunction* callee : AllCallees(function)) {
+  Append(table, AllCallees(function));
+}
+
+void CallGraph::Append(const StkFunctionTable& table, const CallRange& calls) {
+  for (const StkFunction* callee : calls) {
     callees_.push_back(table.IndexOf(*callee));
   }
   first_.push_back(static_cast<uint32_t>(callees_.size()));

@@ -4,6 +4,7 @@
 #include <span>
 #include <vector>
 
+#include "core/call_range.h"
 #include "core/function_table.h"
 
 namespace velkor {
@@ -15,10 +16,13 @@ class CallGraph {
  public:
   CallGraph() = default;
   explicit CallGraph(const StkFunctionTable& table);
+  // The calls on which bounds depend.
+  static CallGraph OfBounds(const StkFunctionTable& table);
 
   // The function of the next index.
   void Append(const StkFunctionTable& table, const StkFunction& function);
   void Append(std::span<const uint32_t> callees);
+  void Append(const StkFunctionTable& table, const CallRange& calls);
 
   uint32_t Count() const { return static_cast<uint32_t>(first_.size() - 1); }
   std::span<const uint32_t> Callees(uint32_t function) const {

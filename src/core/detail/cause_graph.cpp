@@ -42,7 +42,7 @@ std::vector<bool> CauseGraph::ReachedFromEntry() const {
   while (!open.empty()) {
     const StkFunction& function = *table_.Functions()[open.back()];
     open.pop_back();
-    for (const StkFunction* callee : AllCallees(function)) {
+    for (const StkFunction* callee : BoundCallees(function)) {
       reach(table_.IndexOf(*callee));
     }
   }
@@ -69,7 +69,7 @@ void CauseGraph::AddCallees(std::span<const uint32_t> members) {
   const uint32_t node = nodeOf_[members.front()];
   metBy_.push_back(node);
   for (const uint32_t member : members) {
-    for (const StkFunction* callee : AllCallees(*table_.Functions()[member])) {
+    for (const StkFunction* callee : BoundCallees(*table_.Functions()[member])) {
       const uint32_t called = nodeOf_[table_.IndexOf(*callee)];
       if (called != kNone && std::exchange(metBy_[called], node) != node) {
         callees_.push_back(called);
@@ -115,7 +115,7 @@ std::vector<uint32_t> CauseGraph::LimitingMembers(const RecursionGroup& group) c
   for (const uint32_t member : group.members) {
     const StkFunction& function = *table_.Functions()[member];
     callees.clear();
-    for (const StkFunction* callee : AllCallees(function)) {
+    for (const StkFunction* callee : BoundCallees(function)) {
       const uint32_t index = table_.IndexOf(*callee);
       // Those that state a depth limit what passes them already.
       if (places.group[index] == number && StatedDepth(*callee) == kNoDepth) {

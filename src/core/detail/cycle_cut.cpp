@@ -38,6 +38,8 @@ class ComponentCut {
   }
 
  private:
+  // Of more functions than these nothing is contracted, which takes much memory.
+  static constexpr size_t kMostContracted = size_t{1} << 16;
   // Calls that are looked at to find out which functions are not needed.
   static constexpr uint64_t kMostEffort = 20'000'000;
 
@@ -59,7 +61,9 @@ class ComponentCut {
   }
 
   std::vector<uint32_t> Small() const {
-    const std::vector<uint32_t> chosen = ContractedGraph(calls_, preferred_).Choose();
+    const std::vector<uint32_t> chosen = members_.size() <= kMostContracted
+                                             ? ContractedGraph(calls_, preferred_).Choose()
+                                             : CameBackTo();
     std::vector<bool> isChosen(calls_.Count(), false);
     for (const uint32_t place : chosen) {
       isChosen[place] = true;
@@ -73,6 +77,35 @@ class ComponentCut {
     std::ranges::copy_if(chosen, std::back_inserter(needed),
                          [&](uint32_t place) { return isChosen[place]; });
     return needed;
+  }
+
+  // The functions that a walk along the calls comes back to while it is still below them: every
+  // cycle has one.
+  std::vector<uint32_t> CameBackTo() const {
+    enum class State : uint8_t { kNew, kOpen, kChosen, kDone };
+    std::vector<State> states(calls_.Count(), State::kNew);
+    std::vector<uint32_t> next(calls_.Count(), 0);  // of the callees
+    std::vector<uint32_t> open{0};
+    std::vector<uint32_t> chosen;
+    states[0] = State::kOpen;
+    while (!open.empty()) {
+      const uint32_t place = open.back();
+      const auto callees = calls_.Callees(place);
+      if (next[place] == callees.size()) {
+        states[place] = State::kDone;
+        open.pop_back();
+        continue;
+      }
+      const uint32_t callee = callees[next[place]++];
+      if (states[callee] == State::kNew) {
+        states[callee] = State::kOpen;
+        open.push_back(callee);
+      } else if (states[callee] == State::kOpen) {
+        states[callee] = State::kChosen;
+        chosen.push_back(callee);
+      }
+    }
+    return chosen;
   }
 
   // Whether calls lead from the place back to it past what is chosen.

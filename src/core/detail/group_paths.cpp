@@ -17,7 +17,7 @@ class PathSearch {
 
   GroupPaths Run() {
     for (uint32_t place = 0; place < members_.size(); ++place) {
-      paths_.own.push_back(ActivationSize(At(place), table_.SizeLimit()));
+      paths_.own.push_back(ActivationSize(table_, At(place)));
     }
     // A depth of 1 says that the function is not entered anew. Where the larger depths limit
     // the recursion already, it says nothing more.
@@ -39,7 +39,7 @@ class PathSearch {
   // Calls visit with the place of each callee in the group that is not counted.
   template <typename Visit>
   void ForEachInside(uint32_t place, Visit visit) const {
-    for (const StkFunction* callee : AllCallees(At(place))) {
+    for (const StkFunction* callee : BoundCallees(At(place))) {
       const uint32_t index = table_.IndexOf(*callee);
       if (places_.group[index] == group_ && !paths_.isCounted[places_.place[index]]) {
         visit(places_.place[index]);

@@ -38,6 +38,7 @@ struct ElfSection {
   uint32_t info = 0;
   ElfSectionState state = ElfSectionState::kAbsent;
 
+  bool IsWritable() const { return (flags & 1U) != 0; }
   bool IsLoaded() const { return (flags & 2U) != 0; }
   bool HasCode() const { return (flags & 4U) != 0; }
 };

@@ -104,12 +104,20 @@ void GccInput::ResolveCalls(FunctionDatabase database) {
   const LinkedProgram* const program = read.get();
   machine_ = program != nullptr ? program->Machine() : machine_;
   PostNotesOfObjects();
-  link_.Enter(database,
-              {.program = program,
-               .programPath = settings_.elf,
-               .vectors = settings_.vectors,
-               .machine = machine_},
-              reporter_);
+  facts_ = link_.Enter(database,
+                       {.program = program,
+                        .programPath = settings_.elf,
+                        .vectors = settings_.vectors,
+                        .machine = machine_,
+                        .tables = settings_.tables,
+                        .tablesPath = path_},
+                       reporter_);
+  if (program != nullptr) {
+    facts_.hasProgram = true;
+    facts_.target = program->Target();
+    facts_.symbols = program->Symbols();
+    facts_.firstWritable = program->FirstWritable();
+  }
 }
 
 StkStringList GccInput::RelatedFiles() const {
@@ -182,12 +190,20 @@ std::unique_ptr<LinkedProgram> GccInput::ReadProgram() {
              messages.FormatMessageText(MessageKey::kNoteObjectFault, {TextOf(entry)}),
              settings_.elf, true);
   }
-  if (!settings_.vectors.empty() && !program->SymbolValue(settings_.vectors)) {
+  if (!settings_.vectors.empty() && !program->HasSymbol(settings_.vectors)) {
     PostNote("entry-not-found",
              messages.FormatMessageText(MessageKey::kNoteNoVectors, {settings_.vectors}),
              settings_.elf, true);
   }
-  return program->IsElf() && !isCutShort ? std::move(program) : nullptr;
+  if (!program->IsElf() || isCutShort) {
+    return nullptr;
+  }
+  if (!program->Code().IsKnownMachine() || !program->HasSymbols()) {
+    const MessageKey why =
+        program->HasSymbols() ? MessageKey::kNoteMachineNotRead : MessageKey::kNoteProgramStripped;
+    PostNote("code-not-read", std::string(messages.Text(why)), settings_.elf);
+  }
+  return program;
 }
 
 void GccInput::PostNote(std::string_view rule, std::string text, std::string_view file,

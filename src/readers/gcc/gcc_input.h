@@ -12,6 +12,7 @@
 #include "readers/gcc/gcc_module_reader.h"
 #include "readers/gcc/path_pattern.h"
 #include "readers/gcc/program_link.h"
+#include "readers/gcc/table_call.h"
 #include "readers/program_input.h"
 
 namespace velkor {
@@ -22,6 +23,7 @@ struct GccSettings {
   std::vector<std::string> exclude;
   std::string elf;      // the linked program; empty: none
   std::string vectors;  // the symbol of its vector table; empty: to be found
+  std::vector<TableCall> tables;
 };
 
 // Folders with the call graph files that GCC writes, each beside its object. A module is a call
@@ -45,6 +47,7 @@ class GccInput : public ProgramInput, private GccUnits {
   // The objects and the program.
   StkStringList RelatedFiles() const override;
   std::vector<std::unique_ptr<StkSpecReader>> BuildSpecSources() override { return {}; }
+  const ProgramFacts& Facts() const override { return facts_; }
 
  private:
   GccInput(std::string_view path, GccSettings settings, Host& host, StkReporter& reporter)
@@ -54,8 +57,7 @@ class GccInput : public ProgramInput, private GccUnits {
   void AddFolder(const std::string& folder);
   const std::string& GraphPath(size_t module) const override { return modules_[module]; }
   std::string ObjectOf(std::string_view graphPath) const override;
-  void AddUnit(size_t module, const UnitRecording& recording,
-               StkFunctionTable& functions) override;
+  void AddUnit(size_t module, const UnitRecording& recording, StkFunctionTable& functions) override;
   void ReadLooseObjects(StkFunctionTable& functions);
   void ReadLooseObject(const std::string& path, StkFunctionTable& functions);
   std::unique_ptr<LinkedProgram> ReadProgram();
@@ -83,6 +85,7 @@ class GccInput : public ProgramInput, private GccUnits {
   size_t forLinking_ = 0;
   std::string firstForLinking_;
   size_t withoutGraph_ = 0;
+  ProgramFacts facts_;
 };
 
 }  // namespace velkor

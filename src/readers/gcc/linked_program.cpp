@@ -1,7 +1,10 @@
 #include "readers/gcc/linked_program.h"
 
 #include <algorithm>
+#include <charconv>
 #include <numeric>
+#include <tuple>
+#include <unordered_map>
 #include <utility>
 
 namespace velkor {
@@ -112,10 +115,8 @@ std::vector<std::string_view> LinkedProgram::NamesAt(uint64_t address) const {
 }
 
 std::vector<LinkedProgram::Entry> LinkedProgram::Entries(std::string_view vectors) const {
-  const bool mayBeThumb = elf_.Machine() == ELF_ARM;
-  const auto codeAddress = [&](uint64_t word) { return mayBeThumb ? word & ~uint64_t{1} : word; };
-  std::vector<Entry> entries;
-  if (Entry entry{NamesAt(codeAddress(elf_.Entry())), false}; !entry.names.empty()) {
+  std::vector<Entry> entries = EntriesByName();
+  if (Entry entry{NamesAt(CodeAddress(elf_.Entry())), 0}; !entry.names.empty()) {
     entries.push_back(std::move(entry));
   }
   const Table table = FindVectors(vectors);
@@ -124,17 +125,41 @@ std::vector<LinkedProgram::Entry> LinkedProgram::Entries(std::string_view vector
   words.Skip(std::min(width, table.bytes.size()));  // the first stack pointer
   for (uint64_t i = 1; i < kMostVectors && !words.AtEnd(); ++i) {
     const uint64_t word = words.Unsigned(width);
-    Entry entry{NamesAt(codeAddress(word)), true};
+    if (word == 0) {
+      continue;
+    }
+    Entry entry{NamesAt(CodeAddress(word)), static_cast<uint32_t>(i)};
     if (!entry.names.empty()) {
       entries.push_back(std::move(entry));
-    } else if (word != 0 && table.endsAtOther) {
+    } else if (table.endsAtOther) {
       break;
     }
   }
   return entries;
 }
 
+// On AVR the table holds jumps, to functions of known names.
+std::vector<LinkedProgram::Entry> LinkedProgram::EntriesByName() const {
+  constexpr std::string_view kPrefix = "__vector_";
+  std::vector<Entry> entries;
+  for (const ObjectFunction& function : facts_.Functions()) {
+    uint32_t vector = 0;
+    const std::string_view name = function.name;
+    if (!HasPointerVectors() && name.starts_with(kPrefix) &&
+        std::from_chars(name.data() + kPrefix.size(), name.data() + name.size(), vector).ptr ==
+            name.data() + name.size() &&
+        vector != 0) {
+      entries.push_back({{name}, vector});
+    }
+  }
+  std::ranges::stable_sort(entries, {}, &Entry::vector);
+  return entries;
+}
+
 LinkedProgram::Table LinkedProgram::FindVectors(std::string_view vectors) const {
+  if (!HasPointerVectors()) {
+    return {};
+  }
   if (!vectors.empty()) {
     const ElfSymbol* symbol = FindSymbol(vectors);
     if (symbol == nullptr) {
@@ -185,14 +210,74 @@ const ElfSymbol* LinkedProgram::FindSymbol(std::string_view name) const {
   return found == elf_.Symbols().end() ? nullptr : &*found;
 }
 
-std::optional<uint64_t> LinkedProgram::ObjectSize(std::string_view name) const {
-  const ElfSymbol* symbol = FindSymbol(name);
-  return symbol != nullptr ? std::optional(symbol->size) : std::nullopt;
+std::vector<ProgramFacts::Symbol> LinkedProgram::Symbols() const {
+  std::vector<const ElfSymbol*> named;
+  for (const ElfSymbol& symbol : elf_.Symbols()) {
+    const bool isData =
+        symbol.type == ElfSymbolType::kNone || symbol.type == ElfSymbolType::kObject;
+    if (isData && symbol.section != ElfSymbol::kUndefined && !symbol.name.empty() &&
+        !symbol.name.starts_with('$') && !symbol.name.starts_with('.')) {
+      named.push_back(&symbol);
+    }
+  }
+  std::ranges::stable_sort(named, {}, [](const ElfSymbol* symbol) {
+    return std::tuple(symbol->name, symbol->binding == ElfBinding::kLocal, symbol->size);
+  });
+  std::vector<ProgramFacts::Symbol> symbols;
+  for (const ElfSymbol* symbol : named) {
+    if (symbols.empty() || symbols.back().name != symbol->name) {
+      symbols.push_back({std::string(symbol->name), symbol->value, symbol->size,
+                         symbol->section == ElfSymbol::kAbsolute});
+    }
+  }
+  return symbols;
 }
 
-std::optional<uint64_t> LinkedProgram::SymbolValue(std::string_view name) const {
-  const ElfSymbol* symbol = FindSymbol(name);
-  return symbol != nullptr ? std::optional(symbol->value) : std::nullopt;
+std::optional<uint64_t> LinkedProgram::FirstWritable() const {
+  std::optional<uint64_t> first;
+  for (const ElfSection& section : elf_.Sections()) {
+    if (section.IsLoaded() && section.IsWritable() && section.size != 0) {
+      first = std::min(first.value_or(section.address), section.address);
+    }
+  }
+  return first;
+}
+
+LinkedProgram::Pointers LinkedProgram::PointersIn(std::string_view object) const {
+  Pointers pointers;
+  const ElfSymbol* symbol = FindSymbol(object);
+  if (symbol == nullptr) {
+    return pointers;
+  }
+  std::unordered_map<uint64_t, std::string_view> objects;
+  for (const ElfSymbol& each : elf_.Symbols()) {
+    if (each.type == ElfSymbolType::kObject && each.section != ElfSymbol::kUndefined) {
+      objects.emplace(each.value, each.name);
+    }
+  }
+  const std::string_view bytes = BytesAt(symbol->value, symbol->size);
+  ByteReader words(bytes, elf_.Order());
+  for (size_t i = 0; i < bytes.size() / elf_.AddressSize(); ++i) {
+    const uint64_t word = words.Unsigned(elf_.AddressSize());
+    if (std::vector<std::string_view> names = NamesAt(CodeAddress(word)); !names.empty()) {
+      pointers.functions.push_back(std::move(names));
+    } else if (const auto found = objects.find(word); found != objects.end()) {
+      pointers.objects.push_back(found->second);
+    }
+  }
+  return pointers;
+}
+
+std::vector<std::string_view> LinkedProgram::ObjectsThatBegin(std::string_view prefix) const {
+  std::vector<std::string_view> names;
+  for (const ElfSymbol& symbol : elf_.Symbols()) {
+    if (symbol.type == ElfSymbolType::kObject && symbol.section != ElfSymbol::kUndefined &&
+        symbol.name.starts_with(prefix)) {
+      names.push_back(symbol.name);
+    }
+  }
+  std::ranges::sort(names);
+  return names;
 }
 
 }  // namespace velkor

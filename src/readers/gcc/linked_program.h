@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -10,8 +11,10 @@
 #include "readers/gcc/code/program_code.h"
 #include "readers/gcc/elf_file.h"
 #include "readers/gcc/object_facts.h"
+#include "readers/gcc/program_target.h"
 #include "readers/gcc/unit_recording.h"
 #include "readers/gcc/whole_file.h"
+#include "readers/program_facts.h"
 
 namespace velkor {
 
@@ -49,14 +52,28 @@ class LinkedProgram {
   // the names of one address. vectors: the symbol of the table, empty to look for it.
   struct Entry {
     std::vector<std::string_view> names;
-    bool isInVectorTable = false;
+    uint32_t vector = 0;  // its place in the vector table, 0 for the program's entry
   };
   std::vector<Entry> Entries(std::string_view vectors) const;
+  // Its vector table begins with a stack pointer and its entry. False: only functions of known
+  // names are entries.
+  bool HasPointerVectors() const { return elf_.Machine() != ELF_AVR; }
 
-  // Of the object of that name in bytes; none where there is no such symbol.
-  std::optional<uint64_t> ObjectSize(std::string_view name) const;
-  // What the symbol of that name stands for: an address, or a number.
-  std::optional<uint64_t> SymbolValue(std::string_view name) const;
+  // Such a symbol is defined.
+  bool HasSymbol(std::string_view name) const { return FindSymbol(name) != nullptr; }
+  // Everything that has a name and is no function. Of several of one name the global one, else the
+  // smallest.
+  std::vector<ProgramFacts::Symbol> Symbols() const;
+  std::optional<uint64_t> FirstWritable() const;
+  std::string Target() const { return TargetOf(elf_); }
+  // What the words of the object of that name point to: the names of each function, and objects.
+  struct Pointers {
+    std::vector<std::vector<std::string_view>> functions;
+    std::vector<std::string_view> objects;
+  };
+  Pointers PointersIn(std::string_view object) const;
+  // By name.
+  std::vector<std::string_view> ObjectsThatBegin(std::string_view prefix) const;
 
  private:
   struct Table {
@@ -69,6 +86,10 @@ class LinkedProgram {
   Table FindVectors(std::string_view vectors) const;
   std::string_view BytesAt(uint64_t address, uint64_t size) const;
   std::vector<std::string_view> NamesAt(uint64_t address) const;
+  std::vector<Entry> EntriesByName() const;
+  uint64_t CodeAddress(uint64_t word) const {
+    return elf_.Machine() == ELF_ARM ? word & ~uint64_t{1} : word;
+  }
 
   WholeFile file_;
   ElfFile elf_;

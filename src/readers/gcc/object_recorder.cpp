@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "readers/gcc/address_uses.h"
 #include "readers/gcc/symbol_name.h"
 
 namespace velkor {
@@ -130,13 +131,33 @@ uint64_t ObjectRecorder::FrameBytes(uint32_t objectFunction) const {
   return bytes;
 }
 
-void ObjectRecorder::RecordCall(uint32_t caller, const ObjectCall& call) {
-  const uint32_t local = RecordedTarget(call.target, call.targetFunction);
+UnitRecording::Call ObjectRecorder::CallOf(uint32_t caller, std::string_view target,
+                                           uint32_t objectFunction) {
+  const uint32_t local = RecordedTarget(target, objectFunction);
   if (local != UnitRecording::kNone) {
-    recording_.calls.push_back({.caller = caller, .target = local, .isLocal = true});
-  } else {
-    recording_.calls.push_back(
-        {.caller = caller, .target = recording_.names.Intern(call.target), .isLocal = false});
+    return {.caller = caller, .target = local, .isLocal = true};
+  }
+  return {.caller = caller, .target = recording_.names.Intern(target), .isLocal = false};
+}
+
+void ObjectRecorder::RecordTaskUses() {
+  std::vector<bool> creates(recording_.functions.size(), false);
+  bool any = false;
+  for (const UnitRecording::Call& call : recording_.calls) {
+    const uint32_t name = call.isLocal ? recording_.functions[call.target].name : call.target;
+    if (IsTaskCreator(recording_.names[name])) {
+      creates[call.caller] = true;
+      any = true;
+    }
+  }
+  if (!any) {
+    return;
+  }
+  for (const AddressUse& use : AddressUsesOf(elf_, facts_)) {
+    const uint32_t user = FunctionOf(use.user);
+    if (user != UnitRecording::kNone && creates[user]) {
+      recording_.taskUses.push_back(CallOf(user, use.name, use.function));
+    }
   }
 }
 

@@ -37,9 +37,13 @@ class ObjectRecorder {
   std::vector<uint32_t> RecordOthers();
   // What call frame information says of the function and of its part that is kept elsewhere.
   uint64_t FrameBytes(uint32_t objectFunction) const;
-  void RecordCall(uint32_t caller, const ObjectCall& call);
+  void RecordCall(uint32_t caller, const ObjectCall& call) {
+    recording_.calls.push_back(CallOf(caller, call.target, call.targetFunction));
+  }
   // Once all functions are recorded.
   void RecordTakenAddresses();
+  // Whose address functions take that call what creates tasks. After all calls.
+  void RecordTaskUses();
 
   static UnitRecording::Reach ReachOf(const ObjectFunction& function);
 
@@ -49,6 +53,8 @@ class ObjectRecorder {
   bool RecordThunk(uint32_t objectFunction);
   // Of a function that the object names so and may hold; kNone where it is not recorded.
   uint32_t RecordedTarget(std::string_view name, uint32_t objectFunction) const;
+  // Of the recorded function, or another one by its name.
+  UnitRecording::Call CallOf(uint32_t caller, std::string_view target, uint32_t objectFunction);
 
   ElfFile elf_;
   ObjectFacts facts_;

@@ -47,11 +47,16 @@ void ProgramLink::Add(const UnitRecording& recording, std::string_view path,
   for (UnitRecording::Address& address : unit.addresses) {
     address.target = address.isLocal ? address.target : names[address.target];
   }
+  unit.taskUses = recording.taskUses;
+  for (UnitRecording::Call& use : unit.taskUses) {
+    use.target = use.isLocal ? use.target : names[use.target];
+  }
   unit.notes = recording.notes;
   hasLinkTimeUnits_ = hasLinkTimeUnits_ || recording.isLinkTime;
 }
 
-void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkReporter& reporter) {
+ProgramFacts ProgramLink::Enter(FunctionDatabase& database, const Options& options,
+                                StkReporter& reporter) {
   database_ = &database;
   options_ = options;
   NumberParts();
@@ -59,10 +64,12 @@ void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkR
   MakeEntities();
   SettleWeak();
   FindCode();
+  FindTables(reporter);
   LinkCalls();
   LeaveOutReplacedAliases();
   ImproveFrames();
   FindEntries();
+  AddPointedOutside();
   LinkOutsideCode();
   MarkTakenAddresses();
   LeaveOutUnlinked(reporter);
@@ -75,7 +82,9 @@ void ProgramLink::Enter(FunctionDatabase& database, const Options& options, StkR
   PostDuplicates(reporter);
   PostNotes(reporter);
   PostCodeNotes(reporter);
+  ProgramFacts facts = CollectFacts();
   *this = ProgramLink();
+  return facts;
 }
 
 // What was compiled for linking, and then linked, is told by the units of the link.
@@ -88,6 +97,7 @@ void ProgramLink::NumberParts() {
       unit.calls.clear();
       unit.sites.clear();
       unit.addresses.clear();
+      unit.taskUses.clear();
     }
     unit.firstPart = static_cast<uint32_t>(unitOfPart_.size());
     unitOfPart_.resize(unitOfPart_.size() + unit.functions.size(), i);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -9,7 +10,9 @@
 #include "core/name_table.h"
 #include "messages/reporter.h"
 #include "readers/gcc/linked_program.h"
+#include "readers/gcc/table_call.h"
 #include "readers/gcc/unit_recording.h"
+#include "readers/program_facts.h"
 #include "readers/program_input.h"
 
 namespace velkor {
@@ -29,9 +32,12 @@ class ProgramLink {
     std::string_view programPath;
     std::string_view vectors;  // the symbol of its vector table; empty: to be found
     uint16_t machine = 0;      // of units whose own is not told; 0: not known either
+    std::span<const TableCall> tables;
+    std::string_view tablesPath;  // of the file that states them
   };
-  // Once, after all units. Notes are posted.
-  void Enter(FunctionDatabase& database, const Options& options, StkReporter& reporter);
+  // Once, after all units. Notes are posted. Answers what functions have to do with in the facts of
+  // the program; the rest of those is the program's to tell.
+  ProgramFacts Enter(FunctionDatabase& database, const Options& options, StkReporter& reporter);
 
  private:
   using Reach = UnitRecording::Reach;
@@ -50,6 +56,7 @@ class ProgramLink {
     std::vector<UnitRecording::Call> calls;          // likewise, by caller
     std::vector<UnitRecording::IndirectSite> sites;
     std::vector<UnitRecording::Address> addresses;
+    std::vector<UnitRecording::Call> taskUses;
     std::vector<StkNote> notes;
   };
 
@@ -77,7 +84,15 @@ class ProgramLink {
     uint32_t target = kNone;  // a callee that it is an alias of
     uint32_t code = kNone;    // in what the instructions of the program tell
     bool isEntry = false;
+    bool isPointed = false;
     bool isUsed = false;
+  };
+
+  // A function that the program's entry or a word of its vector table leads to.
+  struct FoundEntry {
+    uint32_t callee = kNone;
+    uint32_t vector = 0;  // 0: the program's entry
+    std::vector<std::string_view> names;
   };
 
   struct WeakPlace {
@@ -120,12 +135,14 @@ class ProgramLink {
   uint32_t EntityOfCode(uint32_t code);
   std::string_view NameOfCode(uint32_t code) const;
   void ImproveByCode(Entity& entity) const;
+  void AddPointedOutside();
   void LinkOutsideCode();
   void UseOutside(uint32_t outside);
   void EnterCodeOf(const Entity& entity, StkFunction& entered) const;
   void EnterOutsideCode(const Outside& outside, StkFunction& entered);
   const StkFileEntry& FileOfCode(uint32_t code);
   static uint32_t FrameOfCode(const FunctionCode& code, uint16_t machine);
+  static ToldFrames FramesOf(const FunctionCode& code, uint32_t toldBytes);
   bool IsReadFromCode(const Unit& unit) const;
   void AddSitesOfCode(uint32_t code, StkFunction& function) const;
   void PostCodeNotes(StkReporter& reporter);
@@ -135,10 +152,20 @@ class ProgramLink {
     return options_.program->Code().Functions()[code].code;
   }
 
-  void FindEntries();
   void MarkTakenAddresses();
   void MarkTakenByName(uint32_t name);
   void LeaveOutUnlinked(StkReporter& reporter);
+
+  // What the program tells (program_link_facts.cpp).
+  void FindTables(StkReporter& reporter);
+  std::vector<uint32_t> CalleesOfTable(uint32_t name);
+  bool CallsThroughTable(uint32_t entity);
+  uint32_t EntityAt(const std::vector<std::string_view>& names);
+  void FindEntries();
+  ProgramFacts CollectFacts();
+  void CollectHandlers(ProgramFacts& facts);
+  void CollectHandedTasks(ProgramFacts& facts);
+  void CollectStaticTasks(ProgramFacts& facts);
 
   // Into the function table (program_link_entry.cpp).
   void NameModules();
@@ -171,7 +198,7 @@ class ProgramLink {
   std::vector<Entity> entities_;
   std::vector<uint32_t> strongOfName_;  // an entity
   std::vector<uint32_t> weakOfName_;    // the first one
-  std::vector<uint32_t> localOfName_;   // the only one; filled for FindEntries
+  std::vector<uint32_t> localOfName_;   // the only one; filled for EntityNamed
   std::unordered_map<WeakPlace, uint32_t, WeakPlaceHash> weakPlaces_;
   std::vector<uint32_t> duplicateParts_;
   std::vector<uint32_t> outsideOfName_;
@@ -184,6 +211,8 @@ class ProgramLink {
   std::vector<uint32_t> latestCaller_;  // by callee, to tell equal ones apart
   std::vector<bool> hasSites_;          // by entity
   StkFunctionList clones_;
+  std::unordered_map<uint32_t, std::string_view> tableOf_;  // by name of the caller
+  std::vector<FoundEntry> foundEntries_;
   std::vector<uint32_t> indexOf_;  // in the table, by entity and outside function
   std::vector<const StkFileEntry*> sourceFiles_;
   std::vector<const StkFileEntry*> moduleFiles_;  // by unit

@@ -32,6 +32,11 @@ void ProgramLink::LinkCalls() {
       LinkCallsOfPart(entity, parts[next]);
     }
     AddCallsOfCode(entity);
+    if (CallsThroughTable(entity)) {
+      for (const uint32_t callee : CalleesOfTable(FunctionOf(entities_[entity].firstPart).name)) {
+        AddCallee(entity, callee);
+      }
+    }
     calleeEnds_.push_back(static_cast<uint32_t>(callees_.size()));
   }
   for (const Unit& unit : units_) {
@@ -176,27 +181,6 @@ void ProgramLink::ImproveFrames() {
     ImproveByCode(entity);
     if (callsNothing && options_.machine == ELF_X86_64 && !UnitOf(entity.firstPart).hasMachine) {
       entity.frameSize += std::min(kRedZone, kOverSize - entity.frameSize);
-    }
-  }
-}
-
-void ProgramLink::FindEntries() {
-  if (options_.program == nullptr) {
-    return;
-  }
-  for (const LinkedProgram::Entry& entry : options_.program->Entries(options_.vectors)) {
-    uint32_t found = kNone;
-    for (const std::string_view name : entry.names) {
-      const uint32_t entity = EntityNamed(database_->functions.NumberOfName(name));
-      if (entity != kNone && (found == kNone || FunctionOf(entities_[found].firstPart).isAlias)) {
-        found = entity;
-      }
-    }
-    if (found != kNone) {
-      entities_[found].isEntry = true;
-    } else if (entry.isInVectorTable) {
-      const uint32_t name = database_->functions.NumberOfName(entry.names.front());
-      outside_[OutsideOf(name) - entities_.size()].isEntry = true;
     }
   }
 }

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <sstream>
+#include <unordered_set>
 #include <utility>
 
 #include "readers/gcc/program_link.h"
@@ -134,6 +135,18 @@ void ProgramLink::ImproveByCode(Entity& entity) const {
   }
 }
 
+// Functions of libraries that are perhaps called through a pointer only.
+void ProgramLink::AddPointedOutside() {
+  if (options_.program == nullptr) {
+    return;
+  }
+  for (const uint32_t code : options_.program->Code().Pointed()) {
+    if (const uint32_t callee = CalleeOfCode(code); IsOutside(callee)) {
+      outside_[callee - entities_.size()].isPointed = true;
+    }
+  }
+}
+
 // What the functions outside of all units call, and those in turn.
 void ProgramLink::LinkOutsideCode() {
   size_t next = 0;
@@ -142,11 +155,13 @@ void ProgramLink::LinkOutsideCode() {
     if (outside.target != kNone) {
       outsideCallees_.push_back(outside.target);
     } else if (outside.code != kNone) {
-      const size_t begin = outsideCallees_.size();
+      std::vector<uint32_t> callees = CalleesOfTable(outside.name);
       for (const uint32_t call : CodeOf(outside.code).calls) {
-        const uint32_t callee = CalleeOfCode(call);
-        const auto own = outsideCallees_.begin() + static_cast<ptrdiff_t>(begin);
-        if (std::find(own, outsideCallees_.end(), callee) == outsideCallees_.end()) {
+        callees.push_back(CalleeOfCode(call));
+      }
+      std::unordered_set<uint32_t> known;
+      for (const uint32_t callee : callees) {
+        if (known.insert(callee).second) {
           outsideCallees_.push_back(callee);
         }
       }
@@ -199,6 +214,20 @@ void ProgramLink::EnterOutsideCode(const Outside& outside, StkFunction& entered)
   entered.flags |= !code.sites.empty() ? uint32_t{FN_INDIRECT_CALL} : 0U;
   entered.flags |= !code.usesFloatingPoint ? uint32_t{FN_NO_FLOATING_POINT} : 0U;
   AddSitesOfCode(outside.code, entered);
+  if (const ToldFrames frames = FramesOf(code, 0); frames.Differ()) {
+    entered.Told().frames = frames;
+  }
+}
+
+// Where the frame is certain.
+ToldFrames ProgramLink::FramesOf(const FunctionCode& code, uint32_t toldBytes) {
+  if (code.doubt != CodeDoubt::kNone || code.isDynamic) {
+    return {};
+  }
+  const auto shown = [](uint64_t bytes) {
+    return static_cast<uint32_t>(std::min<uint64_t>(bytes, kOverSize));
+  };
+  return {shown(code.codeBytes), toldBytes, shown(code.callFrameBytes)};
 }
 
 // Of a function that units tell of.
@@ -208,6 +237,7 @@ void ProgramLink::EnterCodeOf(const Entity& entity, StkFunction& entered) const 
   }
   const FunctionCode& code = CodeOf(entity.code);
   entered.flags |= !code.usesFloatingPoint ? uint32_t{FN_NO_FLOATING_POINT} : 0U;
+  entered.Told().frames = FramesOf(code, entity.toldBytes);
   if (entity.isRead) {
     entered.source = FunctionSource::kProgram;
     AddSitesOfCode(entity.code, entered);

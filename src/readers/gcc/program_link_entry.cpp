@@ -89,6 +89,9 @@ void ProgramLink::EnterFunctions() {
     entered.flags |= entity.isAddressTaken ? uint32_t{FN_ADDRESS_TAKEN} : 0U;
     entered.flags |= hasSites_[i] ? uint32_t{FN_INDIRECT_CALL} : 0U;
     EnterCodeOf(entity, entered);
+    // Its code is that of what it calls.
+    entered.flags |= function.isAlias ? uint32_t{FN_NO_FLOATING_POINT} : 0U;
+    entered.flags |= CallsThroughTable(i) ? uint32_t{FN_TABLE_CALLS} : 0U;
     if (function.shownName != kNone) {
       table.SetShownName(entered, function.shownName);
     }
@@ -127,7 +130,7 @@ void ProgramLink::EnterOutside() {
     }
   }
   for (uint32_t i = 0; i < outside_.size(); ++i) {
-    if (outside_[i].isEntry) {
+    if (outside_[i].isEntry || outside_[i].isPointed) {
       UseOutside(i);
     }
   }
@@ -147,10 +150,11 @@ void ProgramLink::EnterOutside() {
                     : table.AddUnknown(outside.name);
     entered.flags |= outside.isEntry ? uint32_t{FN_ENTRY} : 0U;
     if (isAlias) {
-      entered.flags |= FN_GLOBAL;
+      entered.flags |= FN_GLOBAL | FN_NO_FLOATING_POINT;
       entered.source = FunctionSource::kProgram;
     } else if (isDefined) {
       EnterOutsideCode(outside, entered);
+      entered.flags |= tableOf_.contains(outside.name) ? uint32_t{FN_TABLE_CALLS} : 0U;
     }
     indexOf_[entities_.size() + i] = entered.index;
     if (const std::string shown = DemangledName(entered.name); !shown.empty()) {

@@ -46,6 +46,7 @@ class UnitRecorder {
     if (object && object->Elf().IsElf()) {
       RecordHiddenCalls(*object);
       object->RecordTakenAddresses();
+      object->RecordTaskUses();
     }
     if (!std::ranges::is_sorted(recording_.calls, {}, &UnitRecording::Call::caller)) {
       std::ranges::stable_sort(recording_.calls, {}, &UnitRecording::Call::caller);

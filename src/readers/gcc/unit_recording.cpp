@@ -17,6 +17,7 @@ void UnitRecording::Clear() {
   calls.clear();
   indirectSites.clear();
   takenAddresses.clear();
+  taskUses.clear();
   notes.clear();
 }
 

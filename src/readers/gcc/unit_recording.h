@@ -76,7 +76,9 @@ struct UnitRecording {
   std::vector<Call> calls;  // by caller
   std::vector<IndirectSite> indirectSites;
   std::vector<Address> takenAddresses;  // of functions, or of data that others define
-  std::vector<StkNote> notes;           // function: in functions
+  // By functions that make tasks: whose address they take. Some may be no functions.
+  std::vector<Call> taskUses;
+  std::vector<StkNote> notes;  // function: in functions
 };
 
 }  // namespace velkor

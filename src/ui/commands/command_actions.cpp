@@ -20,6 +20,7 @@ constexpr Command kAllCommands[] = {
     Command::kOpenFolder,
     Command::kSaveMaximumChain,
     Command::kSaveAllChains,
+    Command::kSavePage,
     Command::kLoadSpecFile,
     Command::kSaveSpecFile,
     Command::kRecalculate,
@@ -44,8 +45,8 @@ constexpr Command kAllCommands[] = {
 const std::array<Items, 4>& Menus() {
   static const std::array<Items, 4> kMenus = {
       Items{Command::kOpenProject, Command::kOpenFolder, std::nullopt, Command::kSaveMaximumChain,
-            Command::kSaveAllChains, std::nullopt, Command::kLoadSpecFile, Command::kSaveSpecFile,
-            std::nullopt, Command::kExit},
+            Command::kSaveAllChains, Command::kSavePage, std::nullopt, Command::kLoadSpecFile,
+            Command::kSaveSpecFile, std::nullopt, Command::kExit},
       Items{Command::kRecalculate, Command::kStop},
       Items{Command::kFunctionLists, Command::kAdjustStackSize, Command::kResetFunction,
             Command::kResetAllFunctions},

@@ -8,7 +8,7 @@ namespace velkor::ui {
 // catalogue; the text of its menu item has the key kMenuTextKey + the number.
 enum class Command : uint32_t {
   kOpenProject = 32771,
-  kOpenFolder = 32788,
+  kOpenFolder = 32789,
   kSaveMaximumChain = 32772,
   kSaveAllChains = 32773,
   kLoadSpecFile = 32774,
@@ -25,6 +25,7 @@ enum class Command : uint32_t {
   kAdjustStackSize = 32785,
   kResetFunction = 32786,
   kResetAllFunctions = 32787,
+  kSavePage = 32788,
   kClearLog = 57633,
   kCopy = 57634,
   kAbout = 57664,

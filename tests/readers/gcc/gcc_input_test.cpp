@@ -395,7 +395,8 @@ TEST(GccInput, ReadsAVelkorToml) {
   EXPECT_FALSE(build.Analyse("/b/velkor.toml"));
   ASSERT_EQ(build.recorder.boxes.boxes.size(), 1U);
   EXPECT_EQ(build.recorder.boxes.boxes[0].text,
-            "E9303 Cannot read /b/velkor.toml, line 3: unknown key \"entri\"; near it: \"entry\".");
+            "E9303 Cannot read /b/velkor.toml, line 3, column 1: unknown key \"entri\"; near it: "
+            "\"entry\".");
 }
 
 }  // namespace

@@ -12,7 +12,6 @@ namespace velkor {
 namespace {
 
 constexpr uint64_t kOrigin = 0x1000000;  // so that what is behind it has an address too
-constexpr size_t kKeptInstructions = size_t{1} << 16;
 constexpr uint32_t kArmNothing = 0xE320F000;
 constexpr uint32_t kArmNothingOfOld = 0xE1A00000;  // mov r0, r0
 constexpr uint64_t kLostInCalls = 0x500F;          // r0 to r3, ip, lr
@@ -29,7 +28,7 @@ CodeInstruction UnknownOf(uint8_t length) {
 
 }  // namespace
 
-ArmDecoder::ArmDecoder()
+ArmDecoder::ArmDecoder(uint64_t codeBytes)
     : conventions_{.registerCount = ARM_REGISTERS,
                    .stackRegister = ARM_SP,
                    .jumpRegister = ARM_PC,
@@ -41,7 +40,8 @@ ArmDecoder::ArmDecoder()
       thumb_(CS_ARCH_ARM, Mode(CS_MODE_THUMB | CS_MODE_V8 | CS_MODE_MCLASS)),
       thumbOfOthers_(CS_ARCH_ARM, Mode(CS_MODE_THUMB | CS_MODE_V8)),
       arm_(CS_ARCH_ARM, Mode(CS_MODE_ARM | CS_MODE_V8)),
-      kept_(kKeptInstructions) {}
+      kept_(KeptCount(codeBytes)),
+      keptArm_(KeptCount(codeBytes)) {}
 
 CodeInstruction ArmDecoder::Decode(std::string_view bytes, uint64_t address) {
   return (address & 1) != 0 ? DecodeThumb(bytes) : DecodeArm(bytes);
@@ -58,6 +58,10 @@ CodeInstruction ArmDecoder::Disassemble(std::string_view bytes, bool isThumb) {
                  : UnknownOf(static_cast<uint8_t>(bytes.size()));
 }
 
+size_t ArmDecoder::SlotOf(uint32_t encoding) const {
+  return ((encoding * 0x9E3779B1U) >> 8) & (kept_.size() - 1);
+}
+
 CodeInstruction ArmDecoder::DecodeThumb(std::string_view bytes) {
   ByteReader reader(bytes, ByteOrder::kLittle);
   const uint16_t first = reader.Half();
@@ -66,7 +70,7 @@ CodeInstruction ArmDecoder::DecodeThumb(std::string_view bytes) {
     return UnknownOf(static_cast<uint8_t>(std::clamp<size_t>(bytes.size(), 1, 2)));
   }
   const uint32_t encoding = uint32_t{first} << 16 | second;
-  Kept& kept = kept_[IsLongThumb(first) ? (encoding * 0x9E3779B1U) >> 16 : first];
+  Kept& kept = kept_[SlotOf(encoding)];
   if (kept.isFilled && kept.encoding == encoding) {
     return kept.instruction;
   }
@@ -80,18 +84,21 @@ CodeInstruction ArmDecoder::DecodeThumb(std::string_view bytes) {
 }
 
 CodeInstruction ArmDecoder::DecodeArm(std::string_view bytes) {
-  constexpr size_t kLength = 4;
+  constexpr uint8_t kLength = 4;
   ByteReader reader(bytes, ByteOrder::kLittle);
   const uint32_t word = reader.Word();
   if (reader.Failed()) {
     return UnknownOf(static_cast<uint8_t>(std::max<size_t>(bytes.size(), 1)));
   }
-  CodeInstruction instruction = Disassemble(bytes.substr(0, kLength), false);
-  if (word == kArmNothing || word == kArmNothingOfOld) {
-    instruction.operation = CodeOperation::kPadding;
+  Kept& kept = keptArm_[SlotOf(word) & (keptArm_.size() - 1)];
+  if (!kept.isFilled || kept.encoding != word) {
+    kept = {word, true, Disassemble(bytes.substr(0, kLength), false)};
+    if (word == kArmNothing || word == kArmNothingOfOld) {
+      kept.instruction.operation = CodeOperation::kPadding;
+    }
+    kept.instruction.usesFloatingPoint = IsArmFloatingPoint(word);
   }
-  instruction.usesFloatingPoint = IsArmFloatingPoint(word);
-  return instruction;
+  return kept.instruction;
 }
 
 }  // namespace velkor

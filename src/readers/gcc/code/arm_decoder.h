@@ -12,7 +12,8 @@ namespace velkor {
 // ARM and Thumb, little-endian.
 class ArmDecoder : public InstructionDecoder {
  public:
-  ArmDecoder();
+  // codeBytes: of the program, for what is to be kept.
+  explicit ArmDecoder(uint64_t codeBytes);
 
   const CodeConventions& Conventions() const override { return conventions_; }
   CodeInstruction Decode(std::string_view bytes, uint64_t address) override;
@@ -25,6 +26,7 @@ class ArmDecoder : public InstructionDecoder {
     CodeInstruction instruction;
   };
 
+  size_t SlotOf(uint32_t encoding) const;
   CodeInstruction DecodeThumb(std::string_view bytes);
   CodeInstruction DecodeArm(std::string_view bytes);
   CodeInstruction Disassemble(std::string_view bytes, bool isThumb);
@@ -33,7 +35,8 @@ class ArmDecoder : public InstructionDecoder {
   CapstoneSession thumb_;          // microcontrollers
   CapstoneSession thumbOfOthers_;  // what those do not have
   CapstoneSession arm_;
-  std::vector<Kept> kept_;  // by a part of the encoding
+  std::vector<Kept> kept_;     // of Thumb, by a part of the encoding
+  std::vector<Kept> keptArm_;  // likewise
 };
 
 }  // namespace velkor

@@ -148,18 +148,29 @@ void SetBits(Translation& t) {
   }
 }
 
-void ShiftLeft(Translation& t) {
-  if (TakeRegistersAndNumber(t)) {
-    t.result.operation = CodeOperation::kShiftLeft;
-    t.result.shift = static_cast<uint8_t>(t.result.immediate & 31);
+namespace {
+
+void Shift(Translation& t, CodeOperation operation) {
+  if (!TakeRegistersAndNumber(t)) {
+    return;
+  }
+  if (t.result.immediate > 31) {  // nothing is left
+    t.result.operation = CodeOperation::kSet;
+    t.result.immediate = 0;
+  } else {
+    t.result.operation = operation;
+    t.result.shift = static_cast<uint8_t>(t.result.immediate);
   }
 }
 
+}  // namespace
+
+void ShiftLeft(Translation& t) {
+  Shift(t, CodeOperation::kShiftLeft);
+}
+
 void ShiftRight(Translation& t) {
-  if (TakeRegistersAndNumber(t)) {
-    t.result.operation = CodeOperation::kShiftRight;
-    t.result.shift = static_cast<uint8_t>(t.result.immediate & 31);
-  }
+  Shift(t, CodeOperation::kShiftRight);
 }
 
 namespace {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <cstdlib>
 
 #include "readers/gcc/code/arm_forms.h"
@@ -7,6 +8,11 @@
 namespace velkor::arm_forms {
 
 namespace {
+
+// The decoder tells 0 that is subtracted as the lowest number.
+int32_t NumberOrNothing(int32_t number) {
+  return number == INT32_MIN ? 0 : number;
+}
 
 // Of the operand at i and a number that may follow it. A base that changes by what is not known
 // goes into `writes`.
@@ -16,24 +22,26 @@ void TakeMemory(Translation& t, size_t i, uint8_t width) {
   memory.width = width;
   memory.base = NumberOf(static_cast<int>(operand.mem.base));
   memory.index = NumberOf(static_cast<int>(operand.mem.index));
-  memory.displacement = operand.mem.disp;
+  memory.displacement = NumberOrNothing(operand.mem.disp);
   memory.shift = t.Scale(i);
   const bool isOddIndex =
       memory.index != kNone && (operand.mem.scale < 0 || !t.IsScaled(i) || operand.subtracted);
   if (memory.base == ARM_PC) {
     memory.base = CodeMemory::kHere;
-    memory.displacement += static_cast<int32_t>(t.Ahead());
+    memory.displacement += t.Ahead();
     memory.shift = memory.index == kNone ? 2 : memory.shift;
   }
-  if (t.arm.writeback) {
+  if (t.arm.writeback && memory.base == CodeMemory::kHere) {
+    t.result.writes |= Bit(ARM_PC);
+  } else if (t.arm.writeback) {
     const bool isAfter = i + 1 < t.Count();
     if (isAfter && t.IsNumber(i + 1)) {
-      const auto change = static_cast<int32_t>(t.Number(i + 1));
+      const int32_t change = NumberOrNothing(static_cast<int32_t>(t.Number(i + 1)));
       memory.baseChange = t.Operand(i + 1).subtracted ? -std::abs(change) : change;
     } else if (isAfter || memory.index != kNone) {
       t.result.writes |= Bit(memory.base);
     } else {
-      memory.baseChange = memory.displacement;
+      memory.baseChange = static_cast<int32_t>(memory.displacement);
     }
   }
   if (isOddIndex) {

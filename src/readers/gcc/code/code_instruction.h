@@ -66,7 +66,7 @@ struct CodeMemory {
   uint8_t shift = 0;
   uint8_t width = 0;  // of one element, in bytes
   bool isSigned = false;
-  int32_t displacement = 0;
+  int64_t displacement = 0;
   int32_t baseChange = 0;  // of the base register, afterwards
 };
 

@@ -224,8 +224,8 @@ void CodeStep::ApplyReturnOfCall(uint64_t address, CodeState& state) const {
 }
 
 void CodeStep::PushReturn(uint64_t address, CodeState& state) const {
-  const CodeValue stack = Moved(state.Stack(), -int64_t{conventions_.wordSize}, 0);
-  state.SetRegister(conventions_.stackRegister, stack);
+  SetStack(Moved(state.Stack(), -int64_t{conventions_.wordSize}, 0), state);
+  const CodeValue& stack = state.Stack();
   if (!stack.isBelow) {
     state.StoreSlot(stack.amount, conventions_.wordSize, CodeValue::Constant(address));
   }
@@ -246,7 +246,7 @@ CodeStep::Place CodeStep::PlaceOf(const CodeMemory& memory, uint64_t address,
   } else if (memory.base != CodeInstruction::kNone) {
     place.value = Get(memory.base, state);
   } else {
-    place.value = Wrapped(static_cast<uint64_t>(int64_t{memory.displacement}));
+    place.value = Wrapped(static_cast<uint64_t>(memory.displacement));
   }
   if (isIndexed) {
     place.value = Sum(place.value, Get(memory.index, state), memory.shift, name);
@@ -280,7 +280,7 @@ std::optional<CodeValue> CodeStep::LinkedWord(uint64_t address) const {
   if (!word->import.empty()) {
     value = {};
     value.kind = CodeValue::Kind::kImport;
-    value.table = address;
+    value.id = address;
   }
   return value;
 }
@@ -303,7 +303,7 @@ CodeValue CodeStep::LoadFrom(const Place& place, int64_t offset, uint64_t name,
       uint64_t{1} << value.shift == place.width) {
     loaded = {};
     loaded.kind = CodeValue::Kind::kTable;
-    loaded.table = static_cast<uint64_t>(value.amount);
+    loaded.id = static_cast<uint64_t>(value.amount);
     loaded.bound = value.bound;
     loaded.width = place.width;
     loaded.isSigned = place.isSigned;
@@ -364,9 +364,8 @@ void CodeStep::Store(const CodeInstruction& instruction, uint64_t address, CodeS
   std::vector<CodeValue> values;
   if (instruction.operation == CodeOperation::kPushMemory) {
     values.push_back(LoadFrom(place, 0, NameOf(address, kSlotNumber), state));
-    CodeValue& stack = place.value;
-    stack = Moved(state.Stack(), -int64_t{conventions_.wordSize}, 0);
-    state.SetRegister(conventions_.stackRegister, stack);
+    SetStack(Moved(state.Stack(), -int64_t{conventions_.wordSize}, 0), state);
+    place.value = state.Stack();
   } else if (instruction.operation == CodeOperation::kStoreMany) {
     for (uint64_t left = instruction.list; left != 0; left &= left - 1) {
       values.push_back(Get(static_cast<uint8_t>(std::countr_zero(left)), state));

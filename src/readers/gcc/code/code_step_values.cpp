@@ -73,12 +73,12 @@ CodeValue CodeStep::Masked(const CodeValue& value, uint64_t mask, uint64_t name)
   }
   const uint64_t alignment = (~mask & conventions_.numberMask) + 1;
   if (value.IsStack()) {
-    CodeValue aligned = value;
     const bool isAlignment = std::has_single_bit(alignment) && alignment <= (uint64_t{1} << 31);
-    if (isAlignment && alignment > conventions_.stackAlignment) {
-      aligned.amount -= static_cast<int64_t>(alignment - conventions_.stackAlignment);
-    }
-    return isAlignment ? aligned : CodeValue::Number(name);
+    const uint64_t lost = std::max<uint64_t>(alignment, conventions_.stackAlignment);
+    return isAlignment
+               ? Moved(value, int64_t{conventions_.stackAlignment} - static_cast<int64_t>(lost),
+                       name)
+               : CodeValue::Number(name);
   }
   if (value.IsPlain() && value.bound <= mask && std::has_single_bit(mask + 1)) {
     return value;

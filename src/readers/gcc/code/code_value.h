@@ -11,8 +11,8 @@ struct CodeValue {
     kConstant,  // `amount`
     kStack,     // an address: `amount` from where the stack pointer was when the caller had it
     kReturn,    // where the function was called from
-    kImport,    // of a shared library; `table`: the word of the linker's table that holds it
-    kTable,     // `amount` + (an entry of the table at `table` << `shift`)
+    kImport,    // of a shared library; held by the linker's table
+    kTable,     // `amount` + (an entry of the table at `id` << `shift`)
   };
   static constexpr uint64_t kNoBound = UINT64_MAX;
 
@@ -24,8 +24,9 @@ struct CodeValue {
   uint8_t shift = 0;
   int64_t amount = 0;         // number: 0, or an address that it is counted from
   uint64_t bound = kNoBound;  // number; table: the largest index
-  uint64_t table = 0;
-  uint64_t id = 0;  // number: equal ones have equal values (before the shift), of equal amounts
+  // Number: equal ones have equal values (before the shift), of equal amounts. Table: its address.
+  // Import: the address of its word.
+  uint64_t id = 0;
 
   bool operator==(const CodeValue&) const = default;
   bool IsStack() const { return kind == Kind::kStack; }

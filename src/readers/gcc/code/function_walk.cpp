@@ -1,6 +1,7 @@
 #include "readers/gcc/code/function_walk.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 namespace velkor {
@@ -10,6 +11,7 @@ using Condition = CodeCondition;
 using Operation = CodeOperation;
 
 constexpr size_t kMostBlocks = 100000;
+constexpr uint64_t kMostKept = uint64_t{1} << 20;  // bytes whose instructions are kept
 constexpr uint16_t kMostDeepenings = 32;
 
 }  // namespace
@@ -30,10 +32,17 @@ FunctionWalk::FunctionWalk(const CodeImage& image, InstructionDecoder& decoder,
     first.StoreSlot(StartOffset(), conventions_.wordSize, CodeValue::Return());
   }
   Reach(range_.start, first, nullptr);
+  if (range_.hasMoreParts) {
+    GiveUp(range_.start);
+  }
 }
 
 CodeState FunctionWalk::FirstState() const {
   return {conventions_.stackRegister, conventions_.registerCount, conventions_.wordSize};
+}
+
+FunctionWalk::~FunctionWalk() {
+  around_.TakeBlocks(-static_cast<int64_t>(blocks_.size()));
 }
 
 int64_t FunctionWalk::StartOffset() const {
@@ -48,13 +57,23 @@ void FunctionWalk::Doubt(CodeDoubt doubt, uint64_t address) {
   }
 }
 
-bool FunctionWalk::IsMuch() const {
-  return blocks_.size() > kMostBlocks;
+// No more of it is read.
+void FunctionWalk::GiveUp(uint64_t address) {
+  code_.doubt = CodeDoubt::kTooLarge;
+  code_.doubtAddress = image_.Place(address);
+  queue_.clear();
+  waiters_.clear();
+  hasGivenUp_ = true;
 }
 
 bool FunctionWalk::IsOwn(uint64_t address) const {
   const uint64_t place = image_.Place(address);
-  return place >= image_.Place(range_.start) && place < range_.end;
+  const auto holds = [&](uint64_t start, uint64_t end) {
+    return place >= image_.Place(start) && place < end;
+  };
+  return holds(range_.start, range_.end) ||
+         std::ranges::any_of(range_.parts,
+                             [&](const Part& part) { return holds(part.start, part.end); });
 }
 
 bool FunctionWalk::IsBalanced(const CodeState& state) const {
@@ -67,16 +86,15 @@ void FunctionWalk::Run() {
     queue_.pop_back();
     const auto block = blocks_.find(address);
     block->second.isQueued = false;
-    if (IsMuch()) {
-      Doubt(CodeDoubt::kTooLarge, address);
-      continue;
-    }
     WalkBlock(block);
   }
+  // What is still to come is other code.
+  kept_ = {};
+  keptNumbers_ = {};
 }
 
 void FunctionWalk::Queue(Blocks::iterator block) {
-  if (!block->second.isQueued) {
+  if (!block->second.isQueued && !hasGivenUp_) {
     block->second.isQueued = true;
     queue_.push_back(block->first);
   }
@@ -93,6 +111,9 @@ void FunctionWalk::Reach(uint64_t address, const CodeState& state, Block* from) 
     if (before->second.isWalked && before->second.end > address) {
       Queue(before);  // it ends here from now on
     }
+  }
+  if (blocks_.size() >= kMostBlocks || !around_.TakeBlocks(1)) {
+    return GiveUp(address);
   }
   const auto block = blocks_.emplace_hint(next, address, Block{.in = state});
   block->second.isSwept = from != nullptr && from->isSwept;
@@ -132,34 +153,53 @@ void FunctionWalk::WalkBlock(Blocks::iterator block) {
   block->second.isWalked = true;
   block->second.deepest = cursor.state.Stack().amount;
   NoteState(cursor);
-  auto next = std::next(block);
-  bool goesOn = CanStand(cursor);
-  while (goesOn) {
-    const CodeInstruction instruction =
-        decoder_.Decode(image_.CodeAt(cursor.address), cursor.address);
-    if (!around_.Spend(1)) {
-      Doubt(CodeDoubt::kTooLarge, cursor.address);
+  uint64_t count = 0;
+  for (bool goesOn = CanStand(cursor); goesOn; goesOn = CanStand(cursor)) {
+    ++count;
+    const CodeInstruction& instruction = InstructionAt(cursor);
+    goesOn = Execute(cursor, instruction);
+    cursor.address += instruction.length;
+    block->second.end = std::max(block->second.end, cursor.address);
+    if (!goesOn) {
       break;
     }
-    const uint64_t address = cursor.address;
-    goesOn = Execute(cursor, instruction);
-    cursor.address = Next(address, instruction);
-    block->second.end = std::max(block->second.end, cursor.address);
-    next = std::next(block);  // new ones may have come between
-    const bool isInside = cursor.conditionalLeft != 0;
-    const bool isNext = (next != blocks_.end() && next->first == cursor.address) ||
-                        (!splits_.empty() && splits_.contains(cursor.address));
-    if (goesOn && !isInside && isNext) {
+    if (cursor.conditionalLeft == 0 && IsLeader(cursor)) {
       if (EndConditions(cursor)) {
         Reach(cursor.address, cursor.state, &block->second);
       }
       break;
     }
-    goesOn = goesOn && CanStand(cursor);
+  }
+  if (!around_.Spend(count + 1)) {
+    GiveUp(block->first);
   }
   if (!deepest_ || cursor.state.Stack().amount < deepest_->Stack().amount) {
     deepest_ = cursor.state;
   }
+}
+
+const CodeInstruction& FunctionWalk::InstructionAt(const Cursor& cursor) {
+  const uint64_t offset = cursor.address - range_.start;
+  if (offset >= kMostKept) {
+    other_ = decoder_.Decode(cursor.Code(image_), cursor.address);
+    return other_;
+  }
+  if (offset >= keptNumbers_.size()) {
+    keptNumbers_.resize(static_cast<size_t>(offset) + 1, 0);
+  }
+  uint32_t& number = keptNumbers_[static_cast<size_t>(offset)];
+  if (number == 0) {
+    kept_.push_back(decoder_.Decode(cursor.Code(image_), cursor.address));
+    number = static_cast<uint32_t>(kept_.size());
+  }
+  return kept_[number - 1];
+}
+
+// Whether another block begins where the cursor has come to.
+bool FunctionWalk::IsLeader(const Cursor& cursor) const {
+  const auto next = std::next(cursor.block);
+  return (next != blocks_.end() && next->first == cursor.address) ||
+         (!splits_.empty() && splits_.contains(cursor.address));
 }
 
 // Whether the flow may come to a place from the one before it.
@@ -176,26 +216,32 @@ bool FunctionWalk::CanStand(Cursor& cursor) {
     }
     return false;
   }
-  const std::string_view code = image_.CodeAt(address);
-  if (code.empty() || image_.IsData(address)) {
+  cursor.code = image_.CodeAt(address);
+  cursor.codeAddress = image_.Place(address);
+  if (cursor.code.empty() || image_.IsData(address)) {
     if (!cursor.mayEnd) {
       Doubt(CodeDoubt::kLeavesCode, address);
     }
     return false;
   }
   cursor.limit = std::min({around_.NextFunction(address), image_.NextMark(address),
-                           image_.Place(address) + code.size()});
+                           cursor.codeAddress + cursor.code.size()});
   return true;
 }
 
 // False: the flow does not go on behind it.
 bool FunctionWalk::Execute(Cursor& cursor, const CodeInstruction& decoded) {
   code_.usesFloatingPoint = code_.usesFloatingPoint || decoded.usesFloatingPoint;
-  const CodeInstruction instruction = WithCondition(cursor, decoded);
   cursor.mayEnd = false;
+  const bool isPlain = decoded.conditionCode == CodeInstruction::kAlwaysCode &&
+                       decoded.conditionalAfter == 0 && cursor.conditionalLeft == 0;
+  if (isPlain) {
+    return EndConditions(cursor) && ExecuteOne(cursor, decoded);
+  }
+  const CodeInstruction instruction = WithCondition(cursor, decoded);
   const bool isJump = instruction.operation == Operation::kJump;
-  const bool isConditional =
-      instruction.conditionCode != CodeInstruction::kAlwaysCode && (!isJump || cursor.code);
+  const bool isConditional = instruction.conditionCode != CodeInstruction::kAlwaysCode &&
+                             (!isJump || cursor.conditionCode);
   return isConditional ? ExecuteConditional(cursor, instruction)
                        : EndConditions(cursor) && ExecuteOne(cursor, instruction);
 }
@@ -233,12 +279,18 @@ bool FunctionWalk::ExecuteOne(Cursor& cursor, const CodeInstruction& instruction
   return true;
 }
 
-std::vector<uint32_t> FunctionWalk::Waiting() const {
-  std::vector<uint32_t> functions;
-  for (const auto& [function, waiters] : waiters_) {
-    functions.push_back(function);
+void FunctionWalk::WaitFor(uint32_t function, uint64_t next, const CodeState& state) {
+  if (hasGivenUp_) {
+    return;
   }
-  return functions;
+  const auto [waiters, isNew] = waiters_.try_emplace(function);
+  if (isNew) {
+    newWaits_.push_back(function);
+  }
+  const auto [waiter, isFirst] = waiters->second.try_emplace(next, state);
+  if (!isFirst) {
+    waiter->second.Join(state, next);
+  }
 }
 
 void FunctionWalk::Settle(uint32_t function, bool returns) {
@@ -246,13 +298,13 @@ void FunctionWalk::Settle(uint32_t function, bool returns) {
   if (found == waiters_.end()) {
     return;
   }
-  const std::vector<Waiter> waiters = std::move(found->second);
+  const std::map<uint64_t, CodeState> waiters = std::move(found->second);
   waiters_.erase(found);
-  for (const Waiter& waiter : waiters) {
-    if (returns && waiter.next == 0) {
+  for (const auto& [next, state] : waiters) {
+    if (returns && next == 0) {
       code_.returns = true;
     } else if (returns) {
-      Reach(waiter.next, waiter.state, nullptr);
+      Reach(next, state, nullptr);
     }
   }
 }
@@ -269,15 +321,22 @@ void FunctionWalk::Sweep() {
     }
   }
   state.SetFlags({});
-  uint64_t address = range_.start;
-  while (image_.Place(address) < range_.end) {
+  SweepRange(range_.start, range_.end, state);
+  for (const Part& part : range_.parts) {
+    SweepRange(part.start, part.end, state);
+  }
+}
+
+void FunctionWalk::SweepRange(uint64_t start, uint64_t end, const CodeState& state) {
+  uint64_t address = start;
+  while (image_.Place(address) < end && !hasGivenUp_) {
     auto block = blocks_.upper_bound(address);
     block = block == blocks_.begin() ? blocks_.end() : std::prev(block);
     if (block != blocks_.end() && block->second.end > address) {
       address = block->second.end;
       continue;
     }
-    if (address != range_.start && around_.FunctionAt(address) != CodeSurroundings::kNone) {
+    if (address != start && around_.FunctionAt(address) != CodeSurroundings::kNone) {
       break;
     }
     const uint64_t thumb = address & (image_.Place(1) == 0 ? 1 : 0);
@@ -295,9 +354,13 @@ void FunctionWalk::Sweep() {
       continue;
     }
     Reach(address, state, nullptr);
-    blocks_.find(address)->second.isSwept = true;
+    const auto reached = blocks_.find(address);
+    if (reached == blocks_.end() || !around_.Spend(1)) {
+      return GiveUp(address);
+    }
+    reached->second.isSwept = true;
     Run();
-    if (blocks_.find(address)->second.end <= address) {
+    if (reached->second.end <= address) {
       address += instruction.length;  // nothing that can be executed
     }
   }
@@ -310,8 +373,9 @@ FunctionCode FunctionWalk::Result() const {
     deepest = std::min(deepest, block.deepest);
   }
   code.codeBytes = static_cast<uint64_t>(-deepest);
+  std::unordered_set<uint32_t> known;
   for (const auto& [place, function] : calls_) {
-    if (std::ranges::find(code.calls, function) == code.calls.end()) {
+    if (known.insert(function).second) {
       code.calls.push_back(function);
     }
   }

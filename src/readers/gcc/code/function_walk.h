@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <map>
 #include <optional>
 #include <set>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "readers/gcc/code/code_image.h"
@@ -36,26 +38,39 @@ class CodeSurroundings {
   virtual TableHelper HelperAt(uint64_t address) const = 0;
   // Takes instructions from what may be read of the whole program. False: that is used up.
   virtual bool Spend(uint64_t instructions) = 0;
+  // The same of the memory for blocks of code; a negative count gives back.
+  virtual bool TakeBlocks(int64_t count) = 0;
 };
 
 // Follows the flow of one function, and what is known along it, to a fixed point. One thread.
 class FunctionWalk {
  public:
+  // Code of the function that is kept elsewhere.
+  struct Part {
+    uint64_t start = 0;  // with bit 0 for Thumb
+    uint64_t end = 0;
+  };
   struct Range {
     uint32_t function = 0;
     uint64_t start = 0;  // with bit 0 for Thumb
     uint64_t end = 0;    // of its own code, behind the last byte
     bool isHelper = false;
-    bool isWhole = true;  // all between start and end belongs to it
+    bool isWhole = true;        // all between start and end belongs to it
+    std::vector<Part> parts;    // all of each belongs to it, too
+    bool hasMoreParts = false;  // than are known here
   };
 
   FunctionWalk(const CodeImage& image, InstructionDecoder& decoder, CodeSurroundings& around,
                const Range& range);
+  ~FunctionWalk();
+  FunctionWalk(const FunctionWalk&) = delete;
+  FunctionWalk& operator=(const FunctionWalk&) = delete;
 
   // Goes on as far as it is known what the called functions do.
   void Run();
-  // Functions of which it must be known whether they return.
-  std::vector<uint32_t> Waiting() const;
+  // Functions of which it must be known whether they return: any, and those since last asked.
+  bool IsWaiting() const { return !waiters_.empty(); }
+  std::vector<uint32_t> TakeNewWaits() { return std::exchange(newWaits_, {}); }
   // It is known now. Run() is to follow.
   void Settle(uint32_t function, bool returns);
   // When nothing is waited for: reads what the flow has not reached. Run() has been done.
@@ -86,9 +101,15 @@ class FunctionWalk {
     uint64_t conditionCodes = 0;
     // While instructions with one condition, and its opposite, follow one another: what is known
     // where it does not hold; `state` is where it holds. Each may be gone elsewhere.
-    std::optional<uint8_t> code;
+    std::optional<uint8_t> conditionCode;
     std::optional<CodeState> otherState;
     bool isStateGone = false;
+    // From here to the end of its section.
+    std::string_view Code(const CodeImage& image) const {
+      return code.substr(static_cast<size_t>(image.Place(address) - codeAddress));
+    }
+    std::string_view code;  // from codeAddress on
+    uint64_t codeAddress = 0;
     uint64_t limit = 0;   // where it must be asked again whether code is there
     bool mayEnd = false;  // what was executed last need not have come back
   };
@@ -96,8 +117,11 @@ class FunctionWalk {
   void Reach(uint64_t address, const CodeState& state, Block* from);
   void JoinInto(Blocks::iterator block, const CodeState& state, Block* from);
   void Queue(Blocks::iterator block);
+  void SweepRange(uint64_t start, uint64_t end, const CodeState& state);
   void WalkBlock(Blocks::iterator block);
   bool CanStand(Cursor& cursor);
+  const CodeInstruction& InstructionAt(const Cursor& cursor);
+  bool IsLeader(const Cursor& cursor) const;
   bool Execute(Cursor& cursor, const CodeInstruction& instruction);
   bool ExecuteOne(Cursor& cursor, const CodeInstruction& instruction);
   // Instructions that are executed on a condition (function_walk_conditions.cpp).
@@ -124,6 +148,7 @@ class FunctionWalk {
   uint8_t RegisterJumpedTo(uint64_t address) const;
   bool ComesBack(Cursor& cursor, uint32_t function, uint64_t next);
   void TailCall(uint64_t place, uint32_t function);
+  void WaitFor(uint32_t function, uint64_t next, const CodeState& state);
 
   bool IsOwn(uint64_t address) const;
   bool IsBalanced(const CodeState& state) const;
@@ -132,7 +157,7 @@ class FunctionWalk {
     return address + instruction.length;
   }
   void Doubt(CodeDoubt doubt, uint64_t address);
-  bool IsMuch() const;
+  void GiveUp(uint64_t address);
   bool TellsCodeFromData() const { return image_.HasMarks() || !conventions_.hasDataInCode; }
 
   const CodeImage& image_;
@@ -144,17 +169,19 @@ class FunctionWalk {
   Blocks blocks_;
   std::set<uint64_t> splits_;  // where blocks end, and the next one begins
   std::vector<uint64_t> queue_;
+  std::deque<CodeInstruction> kept_;
+  std::vector<uint32_t> keptNumbers_;  // by place, counted from 1
+  CodeInstruction other_;
   std::map<uint64_t, uint32_t> calls_;  // by place
   std::set<uint64_t> sites_;
-  struct Waiter {
-    uint64_t next;  // where it goes on; 0: the function itself returns then
-    CodeState state;
-  };
-  std::map<uint32_t, std::vector<Waiter>> waiters_;  // by called function
+  // By called function, then by where it goes on; 0: the function itself returns then.
+  std::map<uint32_t, std::map<uint64_t, CodeState>> waiters_;
+  std::vector<uint32_t> newWaits_;
   std::optional<CodeState> deepest_;
   FunctionCode code_;
   bool hasComputedJump_ = false;
   bool isSwept_ = false;
+  bool hasGivenUp_ = false;
 };
 
 }  // namespace velkor

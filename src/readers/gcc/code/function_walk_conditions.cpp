@@ -28,11 +28,12 @@ CodeInstruction FunctionWalk::WithCondition(Cursor& cursor,
 // executed in the same cases, or in the others.
 bool FunctionWalk::ExecuteConditional(Cursor& cursor, const CodeInstruction& instruction) {
   const uint8_t code = instruction.conditionCode;
-  if (cursor.code && *cursor.code != code && *cursor.code != (code ^ 1) && !EndConditions(cursor)) {
+  if (cursor.conditionCode && *cursor.conditionCode != code &&
+      *cursor.conditionCode != (code ^ 1) && !EndConditions(cursor)) {
     return false;
   }
-  if (!cursor.code) {
-    cursor.code = code;
+  if (!cursor.conditionCode) {
+    cursor.conditionCode = code;
     cursor.otherState = cursor.state;
     cursor.isStateGone = false;
     step_.ApplyCondition(instruction.condition, true, cursor.address, cursor.state);
@@ -41,7 +42,7 @@ bool FunctionWalk::ExecuteConditional(Cursor& cursor, const CodeInstruction& ins
   CodeInstruction executed = instruction;
   executed.condition = CodeCondition::kAlways;
   executed.conditionCode = CodeInstruction::kAlwaysCode;
-  if (*cursor.code == code) {
+  if (*cursor.conditionCode == code) {
     cursor.isStateGone = cursor.isStateGone || !ExecuteOne(cursor, executed);
   } else if (cursor.otherState) {
     std::swap(cursor.state, *cursor.otherState);
@@ -63,10 +64,10 @@ bool FunctionWalk::ExecuteConditional(Cursor& cursor, const CodeInstruction& ins
 
 // From here on it does not matter whether the condition held. False: the flow does not go on.
 bool FunctionWalk::EndConditions(Cursor& cursor) {
-  if (!cursor.code) {
+  if (!cursor.conditionCode) {
     return true;
   }
-  cursor.code.reset();
+  cursor.conditionCode.reset();
   std::optional<CodeState> other = std::exchange(cursor.otherState, std::nullopt);
   if (cursor.isStateGone) {
     cursor.isStateGone = false;

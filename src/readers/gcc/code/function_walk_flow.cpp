@@ -85,9 +85,8 @@ void FunctionWalk::JumpTo(Cursor& cursor, uint64_t target, const CodeState& stat
   }
   const auto known = blocks_.find(target);
   const bool isInside = target > cursor.block->first && target <= cursor.address;
-  if (known == blocks_.end() && isInside) {
-    splits_.insert(target);  // a loop: it is entered from above first
-    return Queue(cursor.block);
+  if (known == blocks_.end() && isInside && splits_.insert(target).second) {
+    return Queue(cursor.block);  // a loop: it is entered from above first
   }
   Reach(target, state, &cursor.block->second);
 }
@@ -153,7 +152,7 @@ void FunctionWalk::Return(Cursor& cursor, const CodeState& state) {
 
 bool FunctionWalk::JumpByTable(Cursor& cursor, const CodeValue& table, const CodeState& state) {
   const std::optional<std::vector<uint64_t>> targets = TargetsOf(table, image_);
-  if (!targets) {
+  if (!targets || !around_.Spend(targets->size())) {
     return false;
   }
   const uint64_t thumb = cursor.address - image_.Place(cursor.address);
@@ -174,7 +173,7 @@ void FunctionWalk::TailCall(uint64_t place, uint32_t function) {
   calls_[place] = function;
   const CodeSurroundings::Answer answer = around_.Returns(function);
   if (answer == CodeSurroundings::Answer::kNotKnown) {
-    waiters_[function].push_back({0, FirstState()});
+    WaitFor(function, 0, FirstState());
   }
   code_.returns = code_.returns || answer == CodeSurroundings::Answer::kYes;
 }
@@ -217,7 +216,7 @@ bool FunctionWalk::CallValue(Cursor& cursor, const CodeInstruction& instruction,
 }
 
 uint32_t FunctionWalk::ImportOf(const CodeValue& value) {
-  const std::optional<LinkerTable::Word> word = image_.Table().At(value.table);
+  const std::optional<LinkerTable::Word> word = image_.Table().At(value.id);
   return around_.Imported(word ? word->import : std::string_view());
 }
 
@@ -290,7 +289,7 @@ bool FunctionWalk::ComesBack(Cursor& cursor, uint32_t function, uint64_t next) {
     case CodeSurroundings::Answer::kNo:
       return false;
     default:
-      waiters_[function].push_back({next, cursor.state});
+      WaitFor(function, next, cursor.state);
       return false;
   }
 }

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string_view>
 
-#include "readers/gcc/byte_reader.h"
 #include "readers/gcc/code/code_instruction.h"
+#include "readers/gcc/elf_file.h"
 
 namespace velkor {
 
@@ -36,7 +37,10 @@ class InstructionDecoder {
   virtual CodeInstruction Decode(std::string_view bytes, uint64_t address) = 0;
 };
 
+// How many instructions are worth keeping of a program with so much code: a power of 2.
+size_t KeptCount(uint64_t codeBytes);
+
 // None: the machine, or its byte order, is not known here.
-std::unique_ptr<InstructionDecoder> MakeInstructionDecoder(uint16_t machine, ByteOrder order);
+std::unique_ptr<InstructionDecoder> MakeInstructionDecoder(const ElfFile& elf);
 
 }  // namespace velkor

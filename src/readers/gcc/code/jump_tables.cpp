@@ -11,7 +11,7 @@ CodeValue Table(const CodeValue& index, uint64_t address, uint8_t width, bool is
     return table;
   }
   table.kind = CodeValue::Kind::kTable;
-  table.table = address;
+  table.id = address;
   table.width = width;
   table.isSigned = isSigned;
   table.bound = index.bound;
@@ -27,7 +27,7 @@ std::optional<std::vector<uint64_t>> TargetsOf(const CodeValue& table, const Cod
     return std::nullopt;
   }
   const size_t count = static_cast<size_t>(table.bound) + 1;
-  const std::string_view bytes = image.ConstantsAt(table.table);
+  const std::string_view bytes = image.ConstantsAt(table.id);
   if (bytes.size() < count * table.width) {
     return std::nullopt;
   }

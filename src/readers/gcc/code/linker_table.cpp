@@ -8,7 +8,6 @@ namespace {
 constexpr uint32_t kAddends = 4;         // type of a section of relocations with addends
 constexpr uint32_t kWithoutAddends = 9;  // and without
 constexpr uint32_t kDynamicSymbols = 11;
-constexpr size_t kMostNameLength = 4096;
 
 // The relocations of machines that add where the program is loaded.
 bool IsRelative(uint16_t machine, uint32_t type) {
@@ -16,44 +15,16 @@ bool IsRelative(uint16_t machine, uint32_t type) {
          (machine == ELF_AARCH64 && type == 1027);
 }
 
-// One symbol of the table for dynamic linking.
-struct DynamicSymbol {
-  std::string_view name;
-  uint64_t value = 0;
-  bool isDefined = false;
-};
-
-DynamicSymbol ReadSymbol(const ElfFile& elf, const ElfSection& symbols, uint64_t number) {
-  DynamicSymbol symbol;
-  const uint64_t size = elf.Is64() ? 24 : 16;
-  ByteReader reader(symbols.bytes, elf.Order(), number * size);
-  const uint32_t name = reader.Word();
-  uint64_t value = elf.Is64() ? 0 : reader.Word();
-  if (!elf.Is64()) {
-    reader.Word();  // its size
-  }
-  reader.Half();  // kind and visibility
-  const uint16_t section = reader.Half();
-  value = elf.Is64() ? reader.Unsigned(8) : value;
-  if (reader.Failed() || symbols.link >= elf.Sections().size()) {
-    return symbol;
-  }
-  const std::string_view names = elf.Sections()[symbols.link].bytes;
-  const std::string_view rest = names.substr(std::min<size_t>(name, names.size()), kMostNameLength);
-  symbol.name = rest.substr(0, rest.find('\0'));
-  symbol.value = value;
-  symbol.isDefined = section != 0;
-  return symbol;
-}
-
 }  // namespace
 
-LinkerTable::LinkerTable(const ElfFile& elf) : order_(elf.Order()), width_(elf.AddressSize()) {
+LinkerTable::LinkerTable(const ElfFile& elf)
+    : elf_(elf), order_(elf.Order()), width_(elf.AddressSize()) {
   for (const ElfSection& section : elf.Sections()) {
     if (section.IsLoaded() && section.name.starts_with(".got") && !section.bytes.empty()) {
       parts_.push_back({section.address, section.bytes});
     }
   }
+  std::ranges::stable_sort(parts_, {}, &Part::address);
   for (const ElfSection& section : elf.Sections()) {
     if (section.IsLoaded() && !parts_.empty() &&
         (section.type == kAddends || section.type == kWithoutAddends)) {
@@ -64,10 +35,12 @@ LinkerTable::LinkerTable(const ElfFile& elf) : order_(elf.Order()), width_(elf.A
 }
 
 const LinkerTable::Part* LinkerTable::PartAt(uint64_t address) const {
-  const auto found = std::ranges::find_if(parts_, [&](const Part& part) {
-    return address >= part.address && address - part.address < part.bytes.size();
-  });
-  return found == parts_.end() ? nullptr : &*found;
+  const auto next = std::ranges::upper_bound(parts_, address, {}, &Part::address);
+  if (next == parts_.begin()) {
+    return nullptr;
+  }
+  const Part& part = *std::prev(next);
+  return address - part.address < part.bytes.size() ? &part : nullptr;
 }
 
 void LinkerTable::ReadChanges(const ElfFile& elf, const ElfSection& section) {
@@ -86,17 +59,37 @@ void LinkerTable::ReadChanges(const ElfFile& elf, const ElfSection& section) {
     if (PartAt(change.address) == nullptr) {
       continue;
     }
-    if (number != 0 && hasSymbols) {
-      const DynamicSymbol symbol = ReadSymbol(elf, elf.Sections()[section.link], number);
-      change.import = symbol.isDefined ? std::string_view() : symbol.name;
-      change.value = symbol.value + addend;
-      change.isKnown = symbol.isDefined || !symbol.name.empty();
-    } else if (number == 0 && IsRelative(elf.Machine(), type) && hasAddends) {
-      change.value = addend;
-      change.isKnown = true;
-    }
+    change.isKnown = number != 0 ? hasSymbols : IsRelative(elf.Machine(), type) && hasAddends;
+    change.symbols = number != 0 && hasSymbols ? section.link : 0;
+    change.number = number;
+    change.addend = addend;
     changes_.push_back(change);
   }
+}
+
+// Of a symbol of the table for dynamic linking; none where the table does not hold it.
+std::optional<LinkerTable::Word> LinkerTable::WordOf(const Change& change) const {
+  const ElfSection& symbols = elf_.Sections()[change.symbols];
+  const uint64_t size = elf_.Is64() ? 24 : 16;
+  if (change.number >= symbols.bytes.size() / size || symbols.link >= elf_.Sections().size()) {
+    return std::nullopt;
+  }
+  ByteReader reader(symbols.bytes, order_, change.number * size);
+  const uint32_t name = reader.Word();
+  uint64_t value = elf_.Is64() ? 0 : reader.Word();
+  if (!elf_.Is64()) {
+    reader.Word();  // its size
+  }
+  reader.Half();  // kind and visibility
+  const uint16_t section = reader.Half();
+  value = elf_.Is64() ? reader.Unsigned(8) : value;
+  if (section != 0) {
+    return Word{{}, value + change.addend};
+  }
+  const std::string_view names = elf_.Sections()[symbols.link].bytes;
+  const std::string_view rest = names.substr(std::min<size_t>(name, names.size()));
+  const std::string_view import = rest.substr(0, rest.find('\0'));
+  return import.empty() ? std::nullopt : std::optional(Word{import, 0});
 }
 
 std::optional<LinkerTable::Word> LinkerTable::At(uint64_t address) const {
@@ -106,7 +99,10 @@ std::optional<LinkerTable::Word> LinkerTable::At(uint64_t address) const {
   }
   const auto change = std::ranges::lower_bound(changes_, address, {}, &Change::address);
   if (change != changes_.end() && change->address == address) {
-    return change->isKnown ? std::optional(Word{change->import, change->value}) : std::nullopt;
+    if (!change->isKnown) {
+      return std::nullopt;
+    }
+    return change->symbols != 0 ? WordOf(*change) : std::optional(Word{{}, change->addend});
   }
   ByteReader reader(part->bytes, order_, address - part->address);
   const uint64_t value = reader.Unsigned(width_);

@@ -30,15 +30,18 @@ class LinkerTable {
   };
   struct Change {
     uint64_t address = 0;
-    std::string_view import;
-    uint64_t value = 0;
+    uint64_t number = 0;  // of the symbol
+    uint64_t addend = 0;
+    uint32_t symbols = 0;  // the section of that; 0: without a symbol
     bool isKnown = false;
   };
 
   void ReadChanges(const ElfFile& elf, const ElfSection& section);
+  std::optional<Word> WordOf(const Change& change) const;
   const Part* PartAt(uint64_t address) const;
 
-  std::vector<Part> parts_;
+  const ElfFile& elf_;
+  std::vector<Part> parts_;      // ordered by address
   std::vector<Change> changes_;  // ordered by address
   ByteOrder order_;
   size_t width_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "readers/gcc/code/pointed_functions.h"
 #include "readers/gcc/code/program_reading.h"
 
 namespace velkor {
@@ -18,19 +19,24 @@ bool IsVeneer(std::string_view name) {
 
 ProgramCode::ProgramCode(const ElfFile& elf, const ObjectFacts& facts, const CallFrames& frames)
     : facts_(facts) {
-  const auto decoder = MakeInstructionDecoder(elf.Machine(), elf.Order());
+  const auto decoder = MakeInstructionDecoder(elf);
   if (decoder == nullptr || elf.IsRelocatable()) {
     return;
   }
   isKnownMachine_ = true;
   ProgramReading reading(elf, facts, *decoder);
   reading.Read();
+  std::vector<uint64_t> starts;
   for (const ProgramReading::Function& read : reading.Functions()) {
     const FunctionFrame* frame = frames.Find(0, read.address);
     functions_.push_back({read.address, read.firstName, read.nameCount, read.code});
     functions_.back().code.callFrameBytes = frame != nullptr ? frame->bytes : 0;
-    namedCount_ += read.nameCount != 0 ? 1 : 0;
+    if (read.nameCount != 0) {
+      ++namedCount_;
+      starts.push_back(read.start);
+    }
   }
+  pointed_ = PointedFunctions(elf, starts);
 }
 
 uint32_t ProgramCode::Find(uint64_t address) const {

@@ -36,12 +36,16 @@ class ProgramCode {
   uint32_t Find(uint64_t address) const;
   // Where a call of the function leads: past the veneers of the linker.
   uint32_t Meant(uint32_t function) const;
+  // Those with names whose address a word of the program holds, in code or in data, ascending: they
+  // may be called through a pointer.
+  const std::vector<uint32_t>& Pointed() const { return pointed_; }
   // Empty where it has none; of a function of a shared library, too.
   std::string_view NameOf(uint32_t function) const;
 
  private:
   const ObjectFacts& facts_;
   std::vector<Function> functions_;
+  std::vector<uint32_t> pointed_;
   size_t namedCount_ = 0;
   bool isKnownMachine_ = false;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -9,6 +10,8 @@ namespace velkor {
 namespace {
 
 constexpr uint64_t kInstructionsPerByte = 8;
+constexpr size_t kMostParts = 64;                // of one function
+constexpr uint64_t kMostBlocksAtATime = 200000;  // of the functions that are read at a time
 
 using TableHelper = CodeSurroundings::TableHelper;
 
@@ -77,18 +80,18 @@ ProgramReading::ProgramReading(const ElfFile& elf, const ObjectFacts& facts,
       facts_(facts),
       image_(elf),
       decoder_(decoder),
-      instructionsLeft_(image_.CodeBytes() * kInstructionsPerByte) {
+      instructionsLeft_(image_.CodeBytes() * kInstructionsPerByte),
+      blocksLeft_(static_cast<int64_t>(std::min(kMostBlocksAtATime, image_.CodeBytes()))) {
   CollectFunctions();
 }
 
 void ProgramReading::CollectFunctions() {
-  std::vector<uint64_t> thumbStarts;
   for (const ElfSymbol& symbol : elf_.Symbols()) {
     if (elf_.Machine() == ELF_ARM && symbol.IsFunction() && (symbol.value & 1) != 0) {
-      thumbStarts.push_back(symbol.value & ~uint64_t{1});
+      thumbStarts_.push_back(symbol.value & ~uint64_t{1});
     }
   }
-  std::ranges::sort(thumbStarts);
+  std::ranges::sort(thumbStarts_);
   const std::vector<ObjectFunction>& named = facts_.Functions();
   for (uint32_t first = 0; first < named.size();) {
     uint32_t end = first;
@@ -105,8 +108,11 @@ void ProgramReading::CollectFunctions() {
   };
   functions_.erase(std::unique(functions_.begin(), functions_.end(), same), functions_.end());
   namedCount_ = functions_.size();
+  std::ranges::stable_sort(
+      parts_, {}, [](const NamedPart& part) { return std::pair(part.function, part.file); });
   for (Function& function : functions_) {
-    FindBounds(function, thumbStarts);
+    FindBounds(function);
+    FindParts(function);
   }
 }
 
@@ -116,6 +122,9 @@ void ProgramReading::AddFunction(uint32_t firstName, uint32_t nameCount) {
   const bool isPart = std::all_of(names, names + nameCount, [](const ObjectFunction& function) {
     return IsPart(function.name);
   });
+  for (uint32_t i = 0; isCode && isPart && i < nameCount; ++i) {
+    AddPart(names[i]);
+  }
   if (isCode && !isPart) {
     Function& function = functions_.emplace_back();
     function.address = names->address;
@@ -124,21 +133,57 @@ void ProgramReading::AddFunction(uint32_t firstName, uint32_t nameCount) {
   }
 }
 
-void ProgramReading::FindBounds(Function& function,
-                                const std::vector<uint64_t>& thumbStarts) const {
+bool ProgramReading::IsThumbAt(uint64_t address) const {
+  return image_.IsThumb(address).value_or(std::ranges::binary_search(thumbStarts_, address));
+}
+
+void ProgramReading::AddPart(const ObjectFunction& symbol) {
+  const uint64_t end =
+      symbol.address + std::min<uint64_t>(symbol.size, image_.CodeAt(symbol.address).size());
+  parts_.push_back({symbol.name.substr(0, symbol.name.find(".cold")),
+                    symbol.file,
+                    {symbol.address | (IsThumbAt(symbol.address) ? 1U : 0U), end}});
+}
+
+// Those of a static function are of its file, as far as that is told.
+void ProgramReading::FindParts(Function& function) const {
+  const auto add = [&](std::string_view name, std::optional<std::string_view> file) {
+    const auto order = [](const NamedPart& part) { return std::pair(part.function, part.file); };
+    auto part = std::ranges::lower_bound(parts_, std::pair(name, file.value_or(std::string_view())),
+                                         {}, order);
+    for (; part != parts_.end() && part->function == name && (!file || part->file == *file);
+         ++part) {
+      function.hasMoreParts = function.parts.size() == kMostParts;
+      if (function.hasMoreParts) {
+        return;
+      }
+      function.parts.push_back(part->part);
+    }
+  };
+  for (uint32_t i = 0; i < function.nameCount; ++i) {
+    const ObjectFunction& name = facts_.Functions()[function.firstName + i];
+    if (name.file.empty()) {
+      add(name.name, std::nullopt);
+    } else {
+      add(name.name, name.file);
+      add(name.name, std::string_view());
+    }
+  }
+}
+
+void ProgramReading::FindBounds(Function& function) const {
   const uint64_t address = function.address;
-  const bool isThumb =
-      image_.IsThumb(address).value_or(std::ranges::binary_search(thumbStarts, address));
+  const bool isThumb = IsThumbAt(address);
   uint64_t size = 0;
   for (uint32_t i = 0; i < function.nameCount; ++i) {
     const ObjectFunction& name = facts_.Functions()[function.firstName + i];
     size = std::max(size, name.size);
     function.helper = std::max(function.helper, HelperNamed(name.name));
   }
-  const uint64_t codeEnd = address + image_.CodeAt(address).size();
-  const uint64_t end = size != 0 ? address + size : NextFunction(address);
+  const uint64_t codeSize = image_.CodeAt(address).size();
+  const uint64_t most = size != 0 ? size : NextFunction(address) - address;
   function.start = isThumb ? address | 1 : address;
-  function.end = std::clamp(end, address, codeEnd);
+  function.end = address + std::min({most, codeSize, UINT64_MAX - address});
 }
 
 uint32_t ProgramReading::FunctionAt(uint64_t address) const {
@@ -173,7 +218,7 @@ uint32_t ProgramReading::CalledFunctionAt(uint64_t address) {
   Function& function = functions_.emplace_back();
   function.address = place;
   function.start = address;
-  function.end = std::min(NextFunction(place), place + code.size());
+  function.end = place + std::min<uint64_t>(NextFunction(place) - place, code.size());
   unnamed_[place] = number;
   return number;
 }
@@ -200,6 +245,12 @@ CodeSurroundings::TableHelper ProgramReading::HelperAt(uint64_t address) const {
 bool ProgramReading::Spend(uint64_t instructions) {
   const bool isLeft = instructionsLeft_ >= instructions;
   instructionsLeft_ -= isLeft ? instructions : 0;
+  return isLeft;
+}
+
+bool ProgramReading::TakeBlocks(int64_t count) {
+  const bool isLeft = blocksLeft_ >= count;
+  blocksLeft_ -= isLeft ? count : 0;
   return isLeft;
 }
 
@@ -243,7 +294,9 @@ void ProgramReading::Continue(uint32_t number) {
                                     .start = function.start,
                                     .end = function.end,
                                     .isHelper = function.helper != TableHelper::kNone,
-                                    .isWhole = function.nameCount != 0};
+                                    .isWhole = function.nameCount != 0,
+                                    .parts = function.parts,
+                                    .hasMoreParts = function.hasMoreParts};
     functions_[number].isStarted = true;
     functions_[number].walk = std::make_unique<FunctionWalk>(image_, decoder_, *this, range);
   }
@@ -252,17 +305,16 @@ void ProgramReading::Continue(uint32_t number) {
     return;
   }
   walk->Run();
-  if (walk->Waiting().empty()) {
+  if (!walk->IsWaiting()) {
     walk->Sweep();
   }
   if (walk->Returns() && functions_[number].returns == Answer::kNotKnown) {
     Announce(number, true);
   }
-  const std::vector<uint32_t> waiting = walk->Waiting();
-  if (waiting.empty()) {
+  if (!walk->IsWaiting()) {
     return Finish(number);
   }
-  for (const uint32_t callee : waiting) {
+  for (const uint32_t callee : walk->TakeNewWaits()) {
     WaitFor(number, callee);
   }
 }
@@ -274,9 +326,7 @@ void ProgramReading::WaitFor(uint32_t caller, uint32_t callee) {
     ready_.push_back(caller);
     return;
   }
-  if (std::ranges::find(called.waiting, caller) == called.waiting.end()) {
-    called.waiting.push_back(caller);
-  }
+  called.waiting.push_back(caller);
   if (!called.isStarted) {
     ready_.push_back(callee);
   }

@@ -25,6 +25,8 @@ class ProgramReading : public CodeSurroundings {
     uint32_t nameCount = 0;  // 0: it has no name
     uint64_t start = 0;      // with the bit for Thumb
     uint64_t end = 0;
+    std::vector<FunctionWalk::Part> parts;
+    bool hasMoreParts = false;  // than are kept here
     TableHelper helper = TableHelper::kNone;
     Answer returns = Answer::kNotKnown;
     bool isStarted = false;
@@ -46,11 +48,15 @@ class ProgramReading : public CodeSurroundings {
   Answer Returns(uint32_t function) const override { return functions_[function].returns; }
   TableHelper HelperAt(uint64_t address) const override;
   bool Spend(uint64_t instructions) override;
+  bool TakeBlocks(int64_t count) override;
 
  private:
   void CollectFunctions();
   void AddFunction(uint32_t firstName, uint32_t nameCount);
-  void FindBounds(Function& function, const std::vector<uint64_t>& thumbStarts) const;
+  void AddPart(const ObjectFunction& symbol);
+  void FindParts(Function& function) const;
+  bool IsThumbAt(uint64_t address) const;
+  void FindBounds(Function& function) const;
   void ReadReady();
   void Continue(uint32_t function);
   void WaitFor(uint32_t caller, uint32_t callee);
@@ -61,12 +67,21 @@ class ProgramReading : public CodeSurroundings {
   const ObjectFacts& facts_;
   const CodeImage image_;
   InstructionDecoder& decoder_;
+  struct NamedPart {
+    std::string_view function;
+    std::string_view file;
+    FunctionWalk::Part part;
+  };
+
+  std::vector<uint64_t> thumbStarts_;  // ascending
+  std::vector<NamedPart> parts_;       // by function, then by file
   std::vector<Function> functions_;
   size_t namedCount_ = 0;
   std::map<uint64_t, uint32_t> unnamed_;  // by address
   std::map<std::string_view, uint32_t> imported_;
   std::vector<uint32_t> ready_;
   uint64_t instructionsLeft_ = 0;
+  int64_t blocksLeft_ = 0;
 };
 
 }  // namespace velkor

@@ -52,6 +52,12 @@ CodeInstruction JumpOtherWorld(Words words) {
   return instruction;
 }
 
+CodeInstruction JumpAuthenticated(Words words) {
+  CodeInstruction instruction = Plain(CodeOperation::kJumpRegister);
+  instruction.source = static_cast<uint8_t>(words.first & 15);
+  return instruction;
+}
+
 // Clears registers; bit 15 stands for the flags.
 CodeInstruction ClearMany(Words words) {
   CodeInstruction instruction = Plain(CodeOperation::kOther);
@@ -137,18 +143,20 @@ constexpr std::array kShortSpecials = {
 };
 
 constexpr std::array kLongSpecials = {
-    SpecialForm{0xFFFF, 0xE97F, 0xFFFF, 0xE97F, Nothing},         // sg
-    SpecialForm{0xFFFF, 0xE89F, 0x2000, 0x0000, ClearMany},       // clrm
-    SpecialForm{0xFFBF, 0xEC9F, 0x0E00, 0x0A00, FloatingPoint},   // vscclrm
-    SpecialForm{0xFFE0, 0xEC20, 0xFFFF, 0x0A00, FloatingPoint},   // vlstm, vlldm
-    SpecialForm{0xFE00, 0xEC00, 0x1F80, 0x0F80, SystemRegister},  // vstr, vldr
-    SpecialForm{0xFFF0, 0xF3E0, 0xF000, 0x8000, ReadSpecial},     // mrs
-    SpecialForm{0xFFE0, 0xF380, 0xD000, 0x8000, WriteSpecial},    // msr
-    SpecialForm{0xFFFF, 0xF3AF, 0xFFFF, 0x8000, Nothing},         // nop
-    SpecialForm{0xFFFF, 0xF3AF, 0xFF00, 0x8000, WriteSpecial},    // hints: pac, aut, bti
-    SpecialForm{0xFFF0, 0xF040, 0xFFFF, 0xE001, LoopStart},       // dls
-    SpecialForm{0xFFF0, 0xF040, 0xF001, 0xC001, LoopStart},       // wls
-    SpecialForm{0xFFDF, 0xF00F, 0xF001, 0xC001, LoopEnd},         // le
+    SpecialForm{0xFFFF, 0xE97F, 0xFFFF, 0xE97F, Nothing},            // sg
+    SpecialForm{0xFFFF, 0xE89F, 0x2000, 0x0000, ClearMany},          // clrm
+    SpecialForm{0xFFBF, 0xEC9F, 0x0E00, 0x0A00, FloatingPoint},      // vscclrm
+    SpecialForm{0xFFE0, 0xEC20, 0xFFFF, 0x0A00, FloatingPoint},      // vlstm, vlldm
+    SpecialForm{0xFE00, 0xEC00, 0x1F80, 0x0F80, SystemRegister},     // vstr, vldr
+    SpecialForm{0xFFF0, 0xFB50, 0x0FF0, 0x0F10, JumpAuthenticated},  // bxaut
+    SpecialForm{0xFFF0, 0xFB50, 0x0FF0, 0x0F00, WriteSpecial},       // autg
+    SpecialForm{0xFFF0, 0xF3E0, 0xF000, 0x8000, ReadSpecial},        // mrs
+    SpecialForm{0xFFE0, 0xF380, 0xD000, 0x8000, WriteSpecial},       // msr
+    SpecialForm{0xFFFF, 0xF3AF, 0xFFFF, 0x8000, Nothing},            // nop
+    SpecialForm{0xFFFF, 0xF3AF, 0xFF00, 0x8000, WriteSpecial},       // hints: pac, aut, bti
+    SpecialForm{0xFFF0, 0xF040, 0xFFFF, 0xE001, LoopStart},          // dls
+    SpecialForm{0xFFF0, 0xF040, 0xF001, 0xC001, LoopStart},          // wls
+    SpecialForm{0xFFDF, 0xF00F, 0xF001, 0xC001, LoopEnd},            // le
 };
 
 template <size_t count>

@@ -2,6 +2,8 @@
 
 #include <unordered_map>
 
+#include "readers/gcc/code/code_value.h"
+
 namespace velkor::x86_forms {
 namespace {
 
@@ -99,14 +101,14 @@ void TakeMemory(Translation& t, size_t i) {
   const x86_op_mem& operand = t.Operand(i).mem;
   CodeMemory& memory = t.result.memory;
   memory.width = t.Size(i);
-  memory.displacement = static_cast<int32_t>(operand.disp);
+  memory.displacement = operand.disp;
   memory.index = NumberOf(operand.index);
   for (int scale = operand.scale; memory.index != kNone && scale > 1; scale /= 2) {
     ++memory.shift;
   }
   if (operand.base == X86_REG_RIP) {
     memory.base = CodeMemory::kHere;
-    memory.displacement += static_cast<int32_t>(t.decoded.size);
+    memory.displacement = WrappingSum(memory.displacement, t.decoded.size);
   } else {
     memory.base = NumberOf(operand.base);
   }

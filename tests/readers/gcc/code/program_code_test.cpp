@@ -134,6 +134,9 @@ const ProofCompiler kProofCompilers[] = {
     {"arm-none-eabi-gcc -O0 -mcpu=cortex-m4 -mthumb"},
     {"arm-none-eabi-gcc -O2 -mcpu=cortex-m0 -mthumb"},
     {"arm-none-eabi-gcc -O0 -mcpu=cortex-m0 -mthumb"},
+    {"arm-none-eabi-gcc -Os -mcpu=cortex-m0 -mthumb"},
+    {"arm-none-eabi-gcc -O0 -mcpu=cortex-m33 -mthumb -mfloat-abi=hard -mfpu=fpv5-sp-d16"},
+    {"arm-none-eabi-gcc -Os -mcpu=cortex-m33 -mthumb"},
     {"arm-none-eabi-gcc -O2 -mcpu=cortex-m33 -mthumb -mfloat-abi=hard -mfpu=fpv5-sp-d16"},
     {"arm-none-eabi-gcc -O2 -mcpu=cortex-m4 -mthumb -fstack-clash-protection"},
     {"arm-none-eabi-gcc -O2 -mcpu=arm926ej-s -marm"},
@@ -149,16 +152,21 @@ const ProofCompiler kProofCompilers[] = {
     {"gcc -O2 -fstack-clash-protection -fno-pie -no-pie -fno-plt", "", 23},
 };
 
+const std::string kSampleFolder = VELKOR_SOURCE_DIR "/tests/readers/gcc/code/";
+
+bool Compiles(const std::string& compiler, const std::string& sourcesAndLink) {
+  const std::string command =
+      compiler + " -g -w -fcallgraph-info=su,da " + sourcesAndLink + " -o program.elf 2>messages";
+  return std::system(command.c_str()) == 0;  // NOLINT(concurrency-mt-unsafe): one thread
+}
+
 // A program of which each function is difficult in another way, as several compilers make it.
 TEST(ProgramCode, ReadsWhatTheCompilerTold) {
   const testing::TemporaryFolder folder;
-  const std::string source = VELKOR_SOURCE_DIR "/tests/readers/gcc/code/samples.c ";
   int compiled = 0;
   for (const ProofCompiler& compiler : kProofCompilers) {
     SCOPED_TRACE(compiler.command);
-    const std::string command = std::string(compiler.command) + " -g -fcallgraph-info=su,da " +
-                                source + compiler.link + " -o program.elf 2>messages";
-    if (std::system(command.c_str()) != 0) {  // NOLINT(concurrency-mt-unsafe): one thread
+    if (!Compiles(compiler.command, kSampleFolder + "samples.c " + compiler.link)) {
       continue;
     }
     ++compiled;
@@ -172,6 +180,37 @@ TEST(ProgramCode, ReadsWhatTheCompilerTold) {
     EXPECT_EQ(proof.otherSites, Names());
     EXPECT_EQ(proof.otherDynamics, Names());
     EXPECT_FALSE(proof.CodeOf("never").returns);
+  }
+  EXPECT_GT(compiled, 0);
+}
+
+// Places where exceptions land are reached by nothing that the instructions tell.
+TEST(ProgramCode, ReadsWhereExceptionsLand) {
+  const testing::TemporaryFolder folder;
+  const std::string whole = kSampleFolder + "samples.cc";
+  const std::string alone = whole + " " + kSampleFolder +
+                            "samples_library.cc -nodefaultlibs -nostartfiles -lgcc "
+                            "-Wl,--unresolved-symbols=ignore-all,-e,main";
+  int compiled = 0;
+  for (const std::string compiler :
+       {"g++ -Os", "g++ -O0", "g++ -O2", "arm-none-eabi-g++ -Os -mthumb -mcpu=cortex-m4",
+        "arm-none-eabi-g++ -O0 -mthumb -mcpu=cortex-m4",
+        "arm-none-eabi-g++ -O2 -mthumb -mcpu=cortex-m0",
+        "arm-none-eabi-g++ -O2 -mthumb -mcpu=cortex-m33 -mfloat-abi=hard -mfpu=fpv5-sp-d16"}) {
+    SCOPED_TRACE(compiler);
+    if (!Compiles(compiler, compiler.starts_with("arm") ? alone : whole)) {
+      continue;
+    }
+    ++compiled;
+    const Proof proof(folder / "program.elf", folder.Path());
+    EXPECT_GE(proof.shared, 15);
+    EXPECT_EQ(proof.equal, proof.shared);
+    EXPECT_EQ(proof.above, Names());
+    EXPECT_EQ(proof.below, Names());
+    EXPECT_EQ(proof.unknown, Names());
+    EXPECT_EQ(proof.missedCalls, Names());
+    EXPECT_EQ(proof.otherSites, Names());
+    EXPECT_EQ(proof.otherDynamics, Names());
   }
   EXPECT_GT(compiled, 0);
 }

@@ -1,0 +1,16 @@
+#pragma once
+
+#include "reports/gate/gate_result.h"
+#include "reports/result_output.h"
+
+namespace velkor::reports {
+
+// For people and for editors that find places in lines: a line for each finding, with the need
+// taken apart and what to do below it; then a line for each stack, and the verdict. Of warnings of
+// one rule as many as a screen bears.
+void WriteGateText(const GateReport& report, ResultOutput& output);
+
+// "1 stack: 2 errors, 1 warning: not passed", of one line.
+std::string VerdictLine(const GateReport& report);
+
+}  // namespace velkor::reports

@@ -1,0 +1,61 @@
+#include "reports/gate/input_gate.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "readers/configured_input.h"
+
+namespace velkor::reports {
+namespace {
+
+// Where the compiler may have been started.
+std::vector<std::string> BuildFolders(const ProgramInput& input) {
+  if (input.Settings() == nullptr) {
+    return {input.Path()};
+  }
+  std::vector<std::string> folders;
+  for (const std::string& folder : input.Settings()->input) {
+    folders.push_back(PathBeside(input.Path(), folder));
+  }
+  return folders;
+}
+
+}  // namespace
+
+InputGate::InputGate(const ProgramInput& input, const StkFunctionTable& functions,
+                     const AnalysisResult& result, FileSystem& files)
+    : input_(input),
+      functions_(functions),
+      result_(result),
+      sources_(files, input.Path(), BuildFolders(input)) {}
+
+GateOutcome InputGate::Check(const std::vector<StackLimit>& limits, const Baseline* baseline) {
+  static const Configuration kNone;
+  const Configuration& configuration = IsConfigured() ? *input_.Settings() : kNone;
+  std::vector<std::string> entries;
+  for (const StackLimit& limit : limits) {
+    entries.push_back(limit.entry);
+  }
+  const NameMeanings names = MeaningsOf(configuration, entries, functions_);
+  return CheckGate({.result = result_,
+                    .configuration = configuration,
+                    .facts = input_.Facts(),
+                    .names = names,
+                    .limits = limits,
+                    .isConfigured = IsConfigured()},
+                   baseline, sources_);
+}
+
+std::vector<GateStack> InputGate::StacksOf(uint32_t function) {
+  std::vector<GateStack> stacks;
+  GateOutcome outcome = IsConfigured() ? Check({}, nullptr) : GateOutcome();
+  if (outcome.report) {
+    std::ranges::copy_if(outcome.report->stacks, std::back_inserter(stacks),
+                         [&](const GateStack& stack) {
+                           return std::ranges::find(stack.found, function) != stack.found.end();
+                         });
+  }
+  return stacks;
+}
+
+}  // namespace velkor::reports

@@ -1,0 +1,156 @@
+#include "reports/gate/source_places.h"
+
+#include <algorithm>
+
+#include "files/whole_text.h"
+
+namespace velkor::reports {
+namespace {
+
+constexpr uint64_t kMostBytes = 4 << 20;
+
+std::string_view FolderOf(std::string_view path) {
+  const size_t end = path.rfind('/');
+  return path.substr(0, end == path.npos ? 0 : end);
+}
+
+bool IsRepository(FileSystem& files, const std::string& folder) {
+  return files.Exists(folder + "/.git/HEAD") || files.Exists(folder + "/.git");
+}
+
+// Without "." and "..", as far as they lead back to what was named before.
+std::string Normal(std::string_view path) {
+  std::vector<std::string_view> parts;
+  const bool isRooted = path.starts_with('/');
+  for (size_t start = 0; start <= path.size();) {
+    const size_t end = std::min(path.find('/', start), path.size());
+    const std::string_view part = path.substr(start, end - start);
+    start = end + 1;
+    if (part == ".." && !parts.empty() && parts.back() != "..") {
+      parts.pop_back();
+    } else if (!part.empty() && part != ".") {
+      parts.push_back(part);
+    }
+  }
+  std::string normal;
+  for (const std::string_view part : parts) {
+    normal.append(normal.empty() && !isRooted ? "" : "/").append(part);
+  }
+  return normal;
+}
+
+std::string FirstLine(const std::optional<std::string>& text) {
+  return text ? text->substr(0, text->find_first_of("\r\n")) : std::string();
+}
+
+bool IsCommit(std::string_view text) {
+  return text.size() >= 40 && text.find_first_not_of("0123456789abcdef") == text.npos;
+}
+
+// "gitdir: PATH" in a working copy beside others.
+std::string GitFolder(FileSystem& files, const std::string& root) {
+  const std::string git = root + "/.git";
+  const std::string line = FirstLine(ReadWholeText(files, git, kMostBytes));
+  constexpr std::string_view kLead = "gitdir: ";
+  if (!line.starts_with(kLead)) {
+    return git;
+  }
+  const std::string path = line.substr(kLead.size());
+  return path.starts_with('/') ? path : Normal(root + "/" + path);
+}
+
+// "HASH NAME" lines.
+std::string PackedCommit(const std::string& packed, const std::string& name) {
+  const size_t end = packed.find(" " + name + "\n");
+  const size_t start = end == packed.npos ? end : packed.rfind('\n', end);
+  return end == packed.npos ? std::string()
+                            : packed.substr(start == packed.npos ? 0 : start + 1,
+                                            end - (start == packed.npos ? 0 : start + 1));
+}
+
+}  // namespace
+
+SourcePlaces::SourcePlaces(FileSystem& files, std::string_view configuration,
+                           std::vector<std::string> folders)
+    : files_(files), folders_(std::move(folders)) {
+  const std::string path = Normal(configuration);
+  const std::string own(FolderOf(path));
+  std::string root = own;
+  while (!root.empty() && !IsRepository(files_, root)) {
+    root = FolderOf(root);
+  }
+  root_ = root.empty() ? own : root;
+  configuration_ = path.substr(std::min(root_.size() + 1, path.size()));
+  folders_.insert(folders_.begin(), own);
+}
+
+std::optional<std::string> SourcePlaces::Find(std::string_view file) {
+  const auto [found, isNew] = found_.try_emplace(std::string(file));
+  if (isNew) {
+    found->second = Search(file);
+  }
+  return found->second;
+}
+
+std::optional<std::string> SourcePlaces::Search(std::string_view file) {
+  std::string path(file);
+  std::ranges::replace(path, '\\', '/');
+  if (path.starts_with('/')) {
+    if (auto found = InRoot(Normal(path))) {
+      return found;
+    }
+  } else {
+    for (const std::string& folder : folders_) {
+      for (std::string_view base = folder; !base.empty() && base.size() >= root_.size();
+           base = FolderOf(base)) {
+        if (auto found = InRoot(Normal(std::string(base) + "/" + path))) {
+          return found;
+        }
+      }
+    }
+  }
+  std::string tail = Normal(path);
+  for (size_t next = tail.find('/'); next != tail.npos; next = tail.find('/')) {
+    tail.erase(0, next + 1);
+    for (const std::string& base : {folders_.front(), root_}) {
+      if (auto found = InRoot(base + "/" + tail)) {
+        return found;
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+std::optional<std::string> SourcePlaces::InRoot(std::string_view path) {
+  const bool isBelow =
+      path.size() > root_.size() && path.starts_with(root_) && path[root_.size()] == '/';
+  return isBelow && files_.Exists(path) && !files_.IsDirectory(path)
+             ? std::optional(std::string(path.substr(root_.size() + 1)))
+             : std::nullopt;
+}
+
+std::string CommitOf(FileSystem& files, std::string_view root) {
+  const std::string folder = GitFolder(files, std::string(root));
+  const std::string head = FirstLine(ReadWholeText(files, folder + "/HEAD", kMostBytes));
+  constexpr std::string_view kLead = "ref: ";
+  if (!head.starts_with(kLead)) {
+    return IsCommit(head) ? head : std::string();
+  }
+  const std::string name = head.substr(kLead.size());
+  // Of a working copy beside others, the references stand with the first one.
+  const std::string common = FirstLine(ReadWholeText(files, folder + "/commondir", kMostBytes));
+  const std::string shared = common.empty()            ? folder
+                             : common.starts_with('/') ? common
+                                                       : Normal(folder + "/" + common);
+  for (const std::string& each : {folder, shared}) {
+    std::string commit = FirstLine(ReadWholeText(files, each + "/" + name, kMostBytes));
+    if (IsCommit(commit)) {
+      return commit;
+    }
+  }
+  const std::string packed = ReadWholeText(files, shared + "/packed-refs", kMostBytes).value_or("");
+  const std::string commit = PackedCommit(packed, name);
+  return IsCommit(commit) ? commit : std::string();
+}
+
+}  // namespace velkor::reports

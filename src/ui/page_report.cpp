@@ -1,0 +1,71 @@
+#include "ui/page_report.h"
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+#include "core/bound_notes.h"
+#include "core/statement_plan.h"
+#include "reports/page_output.h"
+#include "reports/result_file.h"
+#include "reports/take_result.h"
+
+namespace velkor::ui {
+
+namespace {
+
+reports::AnalysisInputs InputsOf(CStkDoc& document) {
+  reports::AnalysisInputs inputs;
+  const std::vector<ModuleOutcome>& outcomes = document.ModuleOutcomes();
+  for (size_t i = 0; i < outcomes.size(); ++i) {
+    const std::string& module = document.Input()->Modules()[i];
+    switch (outcomes[i]) {
+      case ModuleOutcome::kRead:
+        ++inputs.read;
+        break;
+      case ModuleOutcome::kMissing:
+        inputs.missing.push_back(module);
+        break;
+      default:
+        inputs.notWhole.push_back(module);
+    }
+  }
+  return inputs;
+}
+
+std::vector<StkNote> NotesOf(UiContext& context, const StkBounds& bounds) {
+  std::vector<StkNote> notes = context.document.InputNotes();
+  std::ranges::move(BoundNotes(*context.document.FunctionTable(), bounds, context.messages),
+                    std::back_inserter(notes));
+  return notes;
+}
+
+// Without the messages of the log, which stay in the window.
+reports::AnalysisResult ResultOf(UiContext& context, const StkBounds& bounds) {
+  CStkDoc& document = context.document;
+  return reports::TakeResult({.project = document.PathName(),
+                              .compilerName = document.Input()->GeneratorName(),
+                              .compilerVersion = document.Input()->GeneratorVersion(),
+                              .inputs = InputsOf(document),
+                              .log = {},
+                              .notes = NotesOf(context, bounds),
+                              .functions = *document.FunctionTable(),
+                              .roots = document.RootList()->Functions(),
+                              .bounds = bounds});
+}
+
+}  // namespace
+
+void WritePageReport(UiContext& context, const std::string& path) {
+  if (!context.document.MayWriteTo(path)) {
+    return;
+  }
+  const StkBounds& bounds = *context.document.Bounds();
+  const reports::AnalysisResult result = ResultOf(context, bounds);
+  const StatementPlan plan = PlanStatements(*context.document.FunctionTable(), bounds);
+  reports::WriteResultFile(
+      path, context.host, context.reporter,
+      [&](reports::ResultOutput& output) { reports::WritePage(result, plan, output); });
+}
+
+}  // namespace velkor::ui
