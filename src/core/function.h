@@ -37,6 +37,7 @@ enum FunctionFlag : uint32_t {
   FN_CLONE = 0x80000,              // the compiler made it from another function (CloneTable)
   FN_TOTAL_STATED = 0x100000,      // the input brings what it and all below it take (see the table)
   FN_TABLE_CALLS = 0x200000,       // its indirect calls go through a table: they are callees
+  FN_ADDRESS_TAKEN = 0x800000,     // may be called through a pointer
 };
 
 // Where the frame and the calls of a function come from.

@@ -176,6 +176,11 @@ std::vector<std::string_view> StkFunctionTable::PointerNames(const StkFunction& 
   return texts;
 }
 
+bool StkFunctionTable::SharesShownName(const StkFunction& function) const {
+  const std::string_view shown = function.ShownName();
+  return !shown.empty() && nameIndex_->CountShown(names_.Find(shown)) > 1;
+}
+
 void StkFunctionTable::SetLibrarySize(StkFunction& function, uint32_t size) {
   if (function.IsUnknown()) {
     --unknownCount_;

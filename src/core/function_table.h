@@ -128,6 +128,8 @@ class StkFunctionTable {
   StkFunctionList Namesakes(std::string_view cName) const;
   // Another record has the same name.
   bool SharesName(const StkFunction& function) const;
+  // Another record has the same shown name.
+  bool SharesShownName(const StkFunction& function) const;
 
   void SetLibrarySize(StkFunction& function, uint32_t size);
   void SetPendingAdjustment(StkFunction& function, StkAdjustment adjustment);

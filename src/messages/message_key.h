@@ -129,6 +129,7 @@ enum class MessageKey : uint32_t {
   kNoteNoLinkTimeGraph = 43116,
   kNoteMachineNotTold = 43117,
   kNoteMore = 43118,
+  kNoteDuplicateOfSource = 43119,
   kNoteCodeNotRead = 43130,
   kNoteOtherFrame = 43131,
   kNoteCodeLarger = 43132,

@@ -19,12 +19,18 @@ std::string AnalysisResult::DisplayName(uint32_t function) const {
 }
 
 std::string AnalysisResult::ShownSpecName(uint32_t function) const {
-  return OneLine(texts.cutSpecNames.Of(function).value_or(SpecName(function)));
+  return OneLine(texts.cutSpecNames.Of(function).value_or(SpecName(function))) +
+         Distinction(function);
 }
 
 std::string AnalysisResult::ShownDisplayName(uint32_t function) const {
   const auto cut = texts.cutDisplayNames.Of(function);
-  return OneLine(cut ? std::string(*cut) : DisplayName(function));
+  return OneLine(cut ? std::string(*cut) : DisplayName(function)) + Distinction(function);
+}
+
+std::string AnalysisResult::Distinction(uint32_t function) const {
+  const auto symbol = texts.symbolsToTell.Of(function);
+  return symbol ? " (" + CutName(*symbol) + ")" : std::string();
 }
 
 std::optional<std::string_view> AnalysisResult::Statement(uint32_t function) const {

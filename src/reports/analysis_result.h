@@ -57,10 +57,10 @@ struct AnalysedSite {
 // The numbers of one function. Those that few functions have, and its texts, are the result's to
 // answer.
 struct AnalysedFunction {
-  uint64_t known = 0;        // bytes: the bound, unless the state is kUnbounded
-  uint32_t file = kNoFile;   // in the files of the result
-  uint32_t line = 0;         // of the file; 0: not known
-  uint32_t flags = 0;        // FN_...
+  uint64_t known = 0;       // bytes: the bound, unless the state is kUnbounded
+  uint32_t file = kNoFile;  // in the files of the result
+  uint32_t line = 0;        // of the file; 0: not known
+  uint32_t flags = 0;       // FN_...
   uint32_t frameSize = 0;
   uint32_t totalStackSize = 0;
   int32_t chainCount = 1;
@@ -75,6 +75,10 @@ struct AnalysedFunction {
 
   bool Is(uint32_t flag) const { return (flags & flag) != 0; }
   bool IsUnknown() const { return !Is(FN_DEFINED) && !Is(FN_LIBRARY); }
+  // Top-level, because nothing is seen to call it but what calls through pointers.
+  bool IsReachedThroughPointers() const {
+    return Is(FN_ROOT) && Is(FN_ADDRESS_TAKEN) && !Is(FN_ENTRY);
+  }
 };
 
 // The functions that need attention, by index, each list by name in the character order of the
@@ -90,12 +94,13 @@ struct FunctionsByName {
 // What is written of functions, by index. Of names and statements only what does not follow from
 // the rest.
 struct AnalysedTexts {
-  TextList names;             // symbols
-  TextsOfFew shownNames;      // for people, where the C name does not follow from the symbol
-  TextsOfFew specNames;       // where they are not the C name alone
-  TextsOfFew statements;      // where they are not the spec name; empty: nothing names the function
-  TextsOfFew cutSpecNames;    // what a line shows of those that are too long for it
+  TextList names;           // symbols
+  TextsOfFew shownNames;    // for people, where the C name does not follow from the symbol
+  TextsOfFew specNames;     // where they are not the C name alone
+  TextsOfFew statements;    // where they are not the spec name; empty: nothing names the function
+  TextsOfFew cutSpecNames;  // what a line shows of those that are too long for it
   TextsOfFew cutDisplayNames;
+  TextsOfFew symbolsToTell;  // where several functions have one spec name
 };
 
 // A finished analysis as a value: all that the outputs write, and nothing of what computed it, so
@@ -137,9 +142,11 @@ struct AnalysisResult {
   // As FunctionSpecName and FunctionDisplayName say.
   std::string_view SpecName(uint32_t function) const;
   std::string DisplayName(uint32_t function) const;
-  // The same on one line, and no longer than a line bears.
+  // The same on one line, no longer than a line bears, and told apart from others.
   std::string ShownSpecName(uint32_t function) const;
   std::string ShownDisplayName(uint32_t function) const;
+  // " (_ZN1BC2Ev)" where others have the same name; else empty.
+  std::string Distinction(uint32_t function) const;
   // What names this function, and no other, in a specification file; none where nothing does.
   std::optional<std::string_view> Statement(uint32_t function) const;
   // By number; empty: none.

@@ -89,7 +89,7 @@ class AnswerOutput {
     std::string names;
     for (const uint32_t function : alike.first(std::min(kMostNamed, alike.size()))) {
       names += names.empty() ? "" : ", ";
-      names += CutName(result_.DisplayName(function));
+      names += CutName(result_.DisplayName(function)) + result_.Distinction(function);
     }
     if (alike.size() > kMostNamed) {
       names += fmt::format(" and {} more", alike.size() - kMostNamed);
@@ -139,7 +139,8 @@ class AnswerOutput {
   void WriteWhy(uint32_t function) {
     const AnalysedFunction& analysed = result_.functions[function];
     const bool unbounded = analysed.state == BoundState::kUnbounded;
-    output_.Write(fmt::format("\nWhy {} takes {}{} bytes\n", CutName(result_.SpecName(function)),
+    output_.Write(fmt::format("\nWhy {} takes {}{} bytes\n",
+                              CutName(result_.SpecName(function)) + result_.Distinction(function),
                               unbounded ? "at least " : "", analysed.known));
     ExplanationRows(result_, ExplanationRows::Shown::kLargest, output_).WriteParts(function);
   }

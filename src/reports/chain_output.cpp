@@ -20,7 +20,13 @@ void WriteChains(const AnalysisResult& result, bool full, ResultOutput& output) 
   using Shown = ExplanationRows::Shown;
   ExplanationRows rows(result, full ? Shown::kAll : Shown::kEnds, output);
   rows.WriteHeading("Bound");
+  bool isThroughPointers = false;
   for (const uint32_t root : LargestFirst(result)) {
+    const bool wasThroughPointers = isThroughPointers;
+    isThroughPointers = result.functions[root].IsReachedThroughPointers();
+    if (isThroughPointers && !wasThroughPointers) {
+      output.Write(fmt::format("{}:\n\n", kThroughPointers));
+    }
     rows.WriteFunction(root);
     output.Write("\n");
   }

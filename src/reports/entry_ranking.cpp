@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
+#include <string_view>
 #include <utility>
 
 namespace velkor::reports {
@@ -24,16 +26,25 @@ bool IsBefore(const AnalysisResult& result, uint32_t left, uint32_t right) {
 std::vector<uint32_t> LargestFirst(const AnalysisResult& result) {
   std::vector<uint32_t> roots = result.roots;
   std::ranges::stable_sort(roots, std::greater(), [&result](uint32_t function) {
-    return result.functions[function].known;
+    return std::pair(!result.functions[function].IsReachedThroughPointers(),
+                     result.functions[function].known);
   });
   return roots;
 }
 
 std::vector<EntryGroup> EntryGroups(const AnalysisResult& result) {
   std::vector<EntryGroup> groups;
-  if (!result.roots.empty()) {
-    groups.push_back({"Largest top-level functions", result.roots});
-  }
+  const auto add = [&](std::string_view title, bool throughPointers) {
+    std::vector<uint32_t> functions;
+    std::ranges::copy_if(result.roots, std::back_inserter(functions), [&](uint32_t root) {
+      return result.functions[root].IsReachedThroughPointers() == throughPointers;
+    });
+    if (!functions.empty()) {
+      groups.push_back({title, std::move(functions)});
+    }
+  };
+  add("Largest top-level functions", false);
+  add(kThroughPointers, true);
   for (EntryGroup& group : groups) {
     std::ranges::stable_sort(group.functions, [&result](uint32_t left, uint32_t right) {
       return IsBefore(result, left, right);

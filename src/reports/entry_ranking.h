@@ -10,8 +10,11 @@
 
 namespace velkor::reports {
 
-// The top-level functions in the order in which they are shown: what is known of them largest
-// first, equal ones in table order.
+// The title of those that only calls through pointers lead to.
+inline constexpr std::string_view kThroughPointers = "Reached through pointers only";
+
+// The top-level functions in the order in which they are shown: those reached through pointers only
+// at the end; what is known of them largest first, equal ones in table order.
 std::vector<uint32_t> LargestFirst(const AnalysisResult& result);
 
 // Top-level functions that are shown together, largest first.

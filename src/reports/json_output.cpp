@@ -160,6 +160,7 @@ class JsonOutput {
     json_.Bool("global", function.Is(FN_GLOBAL));
     json_.Bool("recursive", function.Is(FN_RECURSIVE));
     json_.Bool("topLevel", function.Is(FN_ROOT));
+    json_.Bool("reachedThroughPointers", function.IsReachedThroughPointers());
     json_.Bool("indirectCall", function.Is(FN_INDIRECT_CALL));
     json_.Bool("library", function.Is(FN_LIBRARY));
     json_.Bool("fixedExtra", function.Is(FN_FIXED_EXTRA));

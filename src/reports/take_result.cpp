@@ -2,6 +2,7 @@
 
 #include <array>
 #include <optional>
+#include <string>
 #include <unordered_map>
 #include <utility>
 
@@ -94,6 +95,9 @@ class FunctionTaking {
     for (const StkFunction* function : table_.Functions()) {
       calls += AllCallees(*function).size();
       bytes += function->name.size();
+      if (table_.SharesShownName(*function)) {
+        ++countOfName_[FunctionSpecName(*function, codePage_)];
+      }
     }
     result_.functions.reserve(table_.Count());
     result_.calls.reserve(calls);
@@ -113,6 +117,9 @@ class FunctionTaking {
     const std::string statement = specNames_.Statement(function).value_or("");
     if (statement != specName) {
       texts.statements.Add(function.index, codePage_.ToUtf8(statement));
+    }
+    if (table_.SharesShownName(function) && countOfName_.at(specName) > 1) {
+      texts.symbolsToTell.Add(function.index, codePage_.ToUtf8(function.name));
     }
     TakeCutName(function, specName, texts.cutSpecNames);
     TakeCutName(function, specName + DisplayMarks(function.flags), texts.cutDisplayNames);
@@ -139,22 +146,22 @@ class FunctionTaking {
 
   void TakeValues(const StkFunction& function) {
     const SourceLine place = function.Place();
-    result_.functions.push_back({.known = bounds_.Known(function),
-                                 .file = File(place.file != nullptr ? place.file : function.file),
-                                 .line = place.line,
-                                 .flags = function.flags,
-                                 .frameSize = function.frameSize,
-                                 .totalStackSize = function.totalStackSize,
-                                 .chainCount = function.chainCount,
-                                 .firstCall = static_cast<uint32_t>(result_.calls.size()),
-                                 .extraCalleeCount = static_cast<uint32_t>(
-                                     function.extraCallees.size()),
-                                 .ownReasons = bounds_.OwnReasons(function),
-                                 .kind = function.Kind(),
-                                 .state = bounds_.State(function),
-                                 .source = function.source,
-                                 .complete = bounds_.IsComplete(function),
-                                 .adjusted = function.adjustment != nullptr});
+    result_.functions.push_back(
+        {.known = bounds_.Known(function),
+         .file = File(place.file != nullptr ? place.file : function.file),
+         .line = place.line,
+         .flags = function.flags,
+         .frameSize = function.frameSize,
+         .totalStackSize = function.totalStackSize,
+         .chainCount = function.chainCount,
+         .firstCall = static_cast<uint32_t>(result_.calls.size()),
+         .extraCalleeCount = static_cast<uint32_t>(function.extraCallees.size()),
+         .ownReasons = bounds_.OwnReasons(function),
+         .kind = function.Kind(),
+         .state = bounds_.State(function),
+         .source = function.source,
+         .complete = bounds_.IsComplete(function),
+         .adjusted = function.adjustment != nullptr});
   }
 
   void TakeFewValues(const StkFunction& function) {
@@ -212,6 +219,7 @@ class FunctionTaking {
   const StkBounds& bounds_;
   const CodePage& codePage_;
   SpecNames specNames_;
+  std::unordered_map<std::string, uint32_t> countOfName_;    // spec names that may not be the only
   std::unordered_map<const StkFileEntry*, uint32_t> files_;  // to their numbers in the result
   AnalysisResult& result_;
 };

@@ -56,6 +56,7 @@ bool CStkApp::OpenDocumentFile(std::string_view path) {
 std::optional<CommandState> CStkApp::StateOf(Command command) {
   switch (command) {
     case Command::kOpenProject:
+    case Command::kOpenFolder:
     case Command::kExit:
     case Command::kAbout:
       return CommandState{true};
@@ -67,7 +68,9 @@ std::optional<CommandState> CStkApp::StateOf(Command command) {
 void CStkApp::Execute(Command command) {
   switch (command) {
     case Command::kOpenProject:
-      return OpenProject();
+      return OpenChosen(&FileDialogs::ProjectToOpen);
+    case Command::kOpenFolder:
+      return OpenChosen(&FileDialogs::FolderToOpen);
     case Command::kExit:
       frame_.close();
       return;
@@ -79,9 +82,9 @@ void CStkApp::Execute(Command command) {
   }
 }
 
-void CStkApp::OpenProject() {
+void CStkApp::OpenChosen(ChoosePath choose) {
   reporter_.SetOpenedFromCommandLine(false);
-  const auto path = parts_.fileDialogs.ProjectToOpen(context_, &frame_);
+  const auto path = (parts_.fileDialogs.*choose)(context_, &frame_);
   if (path && frame_.MayDiscardAnalysis()) {
     OpenDocumentFile(*path);
   }

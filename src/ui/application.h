@@ -56,7 +56,8 @@ class CStkApp : public CommandTarget {
 
  private:
   FrameParts MakeFrameParts();
-  void OpenProject();
+  using ChoosePath = std::optional<std::string> (FileDialogs::*)(UiContext&, QWidget*);
+  void OpenChosen(ChoosePath choose);
   void OpenDropped(const QString& path);
 
   ApplicationParts parts_;

@@ -4,6 +4,7 @@
 #include <rapidjson/document.h>
 #include <set>
 #include <sstream>
+#include <utility>
 
 #include "program.h"
 #include "scratch_folder.h"
@@ -138,18 +139,30 @@ TEST_F(GccFolder, SaysWhyItRefuses) {
       << wrong.err;
 }
 
+// What an assembler, a library of objects and a cache of compilations leave is ordinary.
 TEST_F(GccFolder, EndsWithOneWhereSomethingWasNotRead) {
   EXPECT_EQ(Run({"analyze", "build"}).status, 0);
-  folder_.Put("build/s.s", ".text\n.globl start\nstart:\nnop\n");
-  folder_.Put("build/c.c", "int c(void) { return 1; }\n");
-  const std::string compile = "cd " + folder_.Path("build") + " && gcc -c ";
-  ASSERT_EQ(std::system((compile + "s.s").c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
-  EXPECT_EQ(Run({"analyze", "build"}).status, 0) << "an assembler's object is ordinary";
-  ASSERT_EQ(std::system((compile + "c.c").c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
+  folder_.Put("s.s", ".text\n.globl start\nstart:\nnop\n");
+  folder_.Put("lib.c", "int help(int x) { return x; }\n");
+  folder_.Put("c.c", "int help(int); int c(void) { return help(1) + 1; }\n");
+  const std::string compile = "cd " + folder_.Path("build") +
+                              " && gcc -c ../s.s && gcc -c ../lib.c -o ../lib.o && "
+                              "ar rc libhelp.a ../lib.o && CCACHE_DIR=../cache "
+                              "$(command -v ccache) gcc -fcallgraph-info=su,da -c ../c.c";
+  ASSERT_EQ(std::system(compile.c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
+  const ProgramRun ordinary = Run({"analyze", "build"});
+  EXPECT_EQ(ordinary.status, 0);
+  EXPECT_NE(ordinary.err.find("s.o: The object is from an assembler"), std::string::npos)
+      << ordinary.err;
+  EXPECT_EQ(Number("build", "c", "bound"), -1) << "the library is not known";
+
+  // A hit of an older cache brings the object alone.
+  fs::remove(folder_.Path("build/c.ci"));
   const ProgramRun lacking = Run({"analyze", "build"});
   EXPECT_EQ(lacking.status, 1);
   EXPECT_NE(lacking.err.find("c.o: The object has no call graph file"), std::string::npos)
       << lacking.err;
+  EXPECT_NE(lacking.err.find("CCACHE_DISABLE=1"), std::string::npos);
   fs::remove(folder_.Path("build/c.o"));
   folder_.Put("build/b.ci", "graph: { title: \"b.c\"\n");
   const ProgramRun cut = Run({"analyze", "build"});
@@ -248,6 +261,81 @@ TEST_F(GccFolder, TakesATableOfStatementsOnALibraryWhereItIsNamed) {
   EXPECT_NE(wrong.err.find("line 3, column 1: there is no table of statements \"velkor:oldlib\""),
             std::string::npos)
       << wrong.err;
+}
+
+// The board's library of the example, with lines that bring the program to its depth.
+constexpr const char* kBoard = R"c(
+static const char* const lines[] = {BRACKETS, "1+2*(3+4)",
+                                    "!p7", "!s9", "!x1", ""};
+static int next;
+int shown;
+int read_line(char* line, int size) {
+  const char* from = lines[next++];
+  int length = 0;
+  for (; length < size - 1 && from[length] != 0; ++length)
+    line[length] = from[length];
+  line[length] = 0;
+  return length;
+}
+void write_number(int number) {
+  shown += number;
+}
+)c";
+
+// Runs the program, and nothing, on a painted stack; prints the bytes that it takes.
+constexpr const char* kPainter = R"(
+#include <stdio.h>
+#include <ucontext.h>
+static unsigned char stack[65536] __attribute__((aligned(64)));
+static ucontext_t back, there;
+extern int program(void);
+static void nothing(void) { __asm__ volatile(""); }
+static void run(void) { program(); }
+static int used(void (*function)(void)) {
+  for (unsigned i = 0; i < sizeof stack; ++i) stack[i] = 0xA5;
+  getcontext(&there);
+  there.uc_stack.ss_sp = stack;
+  there.uc_stack.ss_size = sizeof stack;
+  there.uc_link = &back;
+  makecontext(&there, function, 0);
+  swapcontext(&back, &there);
+  int free = 0;
+  while (stack[free] == 0xA5) ++free;
+  return sizeof stack - free;
+}
+int main(void) {
+  used(nothing);
+  int without = used(nothing) - (int)sizeof(void*);
+  printf("%d\n", used(run) - without);
+}
+)";
+
+// However it is compiled, the program takes no more than its bound, and most of it.
+TEST_F(GccFolder, BoundsWhatAPaintedStackShows) {
+  const std::string example = VELKOR_SOURCE_DIR "/examples/gcc/";
+  folder_.Put("board.c", kBoard);
+  folder_.Put("painter.c", kPainter);
+  folder_.Put("velkor.toml", "input = \"build\"\nload = \"limits.txt\"\n");
+  // At -O2 one function takes the others of the recursion into itself.
+  for (const auto& [level, counted] :
+       {std::pair<std::string, std::string>{"-O0", "parse_expression"},
+        {"-Os", "parse_expression"},
+        {"-O2", "parser.c#parse_factor"}}) {
+    folder_.Put("limits.txt", counted + ", RECTIME=63\n" +
+                                  "run_command, CALL=commands.c#command_show, "
+                                  "CALL=commands.c#command_store\n");
+    const std::string commands =
+        "cd " + folder_.Root() + " && rm -rf build && mkdir build && for s in " + example +
+        "main.c " + example + "parser.c " + example + "commands.c board.c; do gcc " + level +
+        " -fcallgraph-info=su,da -Dmain=program '-DBRACKETS=\"" + std::string(62, '(') +
+        "\"' -c $s -o build/$(basename $s .c).o || exit 1; done && "
+        "gcc -O2 painter.c build/*.o -o painter && ./painter > used";
+    ASSERT_EQ(std::system(commands.c_str()), 0);  // NOLINT(concurrency-mt-unsafe)
+    const int used = std::stoi(ReadFile(folder_.Path("used")));
+    const int bound = Number("velkor.toml", "program", "bound");
+    EXPECT_LE(used, bound) << level;
+    EXPECT_GT(used, bound * 3 / 4) << level;
+  }
 }
 
 }  // namespace

@@ -121,6 +121,18 @@ TEST(FileNamesOfAnotherCodePage, EveryFileOfThisHostCanBeNamed) {
   EXPECT_EQ(host.paths.ToHost(*name, Spelling::kExact).Bytes(), "/\u00E9\u3042");
 }
 
+TEST_F(FileNames, AFolderIsChosenAndBeginsTheNextDialog) {
+  const QTemporaryDir folder;
+  ASSERT_TRUE(QDir(folder.path()).mkpath("firmware/build"));
+  WindowFileDialogs files;
+  Type(folder.filePath("firmware/build"));
+  EXPECT_EQ(files.FolderToOpen(Context(), nullptr),
+            folder.filePath("firmware/build").toStdString());
+  Type("build");
+  EXPECT_EQ(files.FolderToOpen(Context(), nullptr),
+            folder.filePath("firmware/build").toStdString());
+}
+
 TEST_F(FileNames, ANameThatIsRefusedLeavesTheDialogOpen) {
   const QTemporaryDir folder;
   const QString report = folder.filePath("report.txt");

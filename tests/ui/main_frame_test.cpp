@@ -40,6 +40,16 @@ TEST_F(MainWindow, OpeningClearsTheMarkOfTheCommandLine) {
   Finish();
   EXPECT_EQ(app->Frame().windowTitle(), "app.prj - velkor");
   EXPECT_TRUE(IsEnabled(Command::kAdjustStackSize));
+
+  host.files.AddDirectory("/build");
+  host.files.Put("/build/a.ci",
+                 "graph: { title: \"a.c\"\n"
+                 "node: { title: \"f\" label: \"f\\na.c:1:5\\n8 bytes (static)\" }\n}\n");
+  dialogs.answers = {"/build"};
+  Choose(Command::kOpenFolder);
+  Finish();
+  EXPECT_EQ(app->Frame().windowTitle(), "build - velkor");
+  EXPECT_EQ(Document().FunctionTable()->Count(), 1U);
 }
 
 TEST_F(MainWindow, ABadProjectOnTheCommandLineEndsTheStart) {

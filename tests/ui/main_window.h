@@ -21,6 +21,7 @@ namespace velkor::ui {
 class PreparedDialogs : public FileDialogs {
  public:
   std::optional<std::string> ProjectToOpen(UiContext&, QWidget*) override { return Next(); }
+  std::optional<std::string> FolderToOpen(UiContext&, QWidget*) override { return Next(); }
   std::optional<std::string> SpecFileToLoad(UiContext&, QWidget*) override { return Next(); }
   std::optional<std::string> SpecFileToSave(UiContext&, QWidget*) override { return Next(); }
   std::optional<std::string> ReportToSave(UiContext&, QWidget*) override { return Next(); }

@@ -30,6 +30,10 @@ class FunctionNameIndex {
 
   // Whether the name of this record is that of another one too.
   bool IsShared(uint32_t record) const { return next_[record] != record; }
+  size_t CountShown(uint32_t name) const {
+    const auto found = shown_.find(name);
+    return found == shown_.end() ? 0 : found->second.size();
+  }
   // Asks for the memory that FindCallee will read for these names.
   void FetchCallees(std::span<const uint32_t> names) const;
   // Each answers none when nothing fits, and for NameTable::kNone.

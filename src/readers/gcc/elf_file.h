@@ -43,6 +43,9 @@ struct ElfSection {
   bool HasCode() const { return (flags & 4U) != 0; }
 };
 
+// What the sections of vector tables are called.
+inline constexpr std::string_view kVectorSections[] = {".isr_vector", ".vectors", ".vector_table"};
+
 enum class ElfSymbolType : uint8_t {
   kNone = 0,
   kObject = 1,

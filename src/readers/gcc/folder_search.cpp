@@ -15,7 +15,8 @@ bool IsVersion(std::string_view name) {
 
 bool IsNeverSearched(std::string_view folder, std::string_view name) {
   const bool inCMakeFiles = folder == "CMakeFiles" || folder.ends_with("/CMakeFiles");
-  return name.starts_with('.') || name == "CMakeScratch" || (inCMakeFiles && IsVersion(name));
+  return name.starts_with('.') || name == "CMakeScratch" || name == "meson-private" ||
+         (inCMakeFiles && IsVersion(name));
 }
 
 class FolderSearcher {

@@ -20,8 +20,8 @@ struct FolderContents {
 
 // Looks for them in the folder and all below it. Left out is what a pattern matches (by its path
 // below the folder; a folder with all in it), and always folders that are hidden or hold what CMake
-// tries out: CMakeFiles/VERSION, CMakeScratch. Symbolic links are followed, but each folder is read
-// once, under its own name where it is below the given one too.
+// and Meson try out: CMakeFiles/VERSION, CMakeScratch, meson-private. Symbolic links are followed,
+// but each folder is read once, under its own name where it is below the given one too.
 FolderContents SearchFolder(FileSystem& files, std::string_view folder,
                             const std::vector<PathPattern>& exclude);
 

@@ -168,7 +168,7 @@ LinkedProgram::Table LinkedProgram::FindVectors(std::string_view vectors) const 
     const uint64_t size = symbol->size != 0 ? symbol->size : kMostVectors * elf_.AddressSize();
     return {BytesAt(symbol->value, size), symbol->size == 0};
   }
-  for (const std::string_view name : {".isr_vector", ".vectors", ".vector_table"}) {
+  for (const std::string_view name : kVectorSections) {
     if (const ElfSection* section = elf_.FindSection(name)) {
       return {section->bytes, false};
     }

@@ -46,6 +46,7 @@ LooseObject RecordLooseObject(std::string_view path, std::string_view bytes,
     return LooseObject::kForLinking;
   }
   recording.title = path;
+  recording.isObject = true;
   const BinaryFaults faults = object.Faults();
   for (const BinaryFaults::Entry& entry : faults.Entries()) {
     recording.notes.push_back(
@@ -60,6 +61,7 @@ LooseObject RecordLooseObject(std::string_view path, std::string_view bytes,
   recording.hasMachine = true;
   object.RecordOthers();
   RecordCalls(object, recording);
+  object.RecordTakenAddresses();
   const bool compiled = !facts.Compiler().empty();
   recording.notes.push_back(NoteOf(object, path, compiled, messages));
   return compiled ? LooseObject::kCompiled : LooseObject::kAssembler;

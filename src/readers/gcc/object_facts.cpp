@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "readers/gcc/branch_relocation.h"
+#include "readers/gcc/address_relocation.h"
 
 namespace velkor {
 namespace {
@@ -31,8 +31,9 @@ ObjectFacts::ObjectFacts(const ElfFile& elf)
   for (uint32_t i = 0; i < elf.Sections().size(); ++i) {
     const ElfSection& section = elf.Sections()[i];
     hasLinkTimeCode_ = hasLinkTimeCode_ || section.name.starts_with(".gnu.lto_");
-    if (section.HasCode() && knowsCalls_ && elf.IsRelocatable()) {
-      CollectCalls(i);
+    const bool isCode = section.HasCode();
+    if (elf.IsRelocatable() && (isCode ? knowsCalls_ : HoldsUsedAddresses(section))) {
+      CollectRelocations(i);
     }
   }
   ReadCompiler();
@@ -100,19 +101,61 @@ uint32_t ObjectFacts::FunctionAt(uint32_t section, uint64_t address) const {
   return holds ? first : ObjectCall::kNoFunction;
 }
 
-void ObjectFacts::CollectCalls(uint32_t section) {
-  const std::string_view bytes = elf_.Sections()[section].bytes;
+void ObjectFacts::CollectRelocations(uint32_t section) {
+  const ElfSection& holder = elf_.Sections()[section];
+  const bool areAddressesUsed = HoldsUsedAddresses(holder);
   for (const ElfRelocation& relocation : elf_.RelocationsOf(section, faults_)) {
-    const std::optional<BranchRelocation> branch = ReadBranch(elf_, bytes, relocation);
-    if (!branch) {
-      continue;
+    const std::optional<BranchRelocation> branch =
+        holder.HasCode() ? ReadBranch(elf_, holder.bytes, relocation) : std::nullopt;
+    if (branch) {
+      CollectCall(section, relocation, *branch);
+    } else if (areAddressesUsed) {
+      CollectAddress(section, relocation);
     }
-    ObjectCall call;
-    call.section = section;
-    call.offset = relocation.offset;
-    call.caller = FunctionAt(section, relocation.offset);
-    call.isJump = branch->isJump;
-    AddCall(elf_.Symbols()[relocation.symbol], branch->addend, call);
+  }
+  if (holder.HasCode()) {
+    for (const uint64_t place : OwnAddressesIn(elf_, holder)) {
+      TakePlace(section, place);
+    }
+  }
+}
+
+void ObjectFacts::CollectCall(uint32_t section, const ElfRelocation& relocation,
+                              const BranchRelocation& branch) {
+  ObjectCall call;
+  call.section = section;
+  call.offset = relocation.offset;
+  call.caller = FunctionAt(section, relocation.offset);
+  call.isJump = branch.isJump;
+  AddCall(elf_.Symbols()[relocation.symbol], branch.addend, call);
+}
+
+// Of symbols that the object does not define, all are taken for functions; data is never called.
+void ObjectFacts::CollectAddress(uint32_t section, const ElfRelocation& relocation) {
+  const ElfSymbol& symbol = elf_.Symbols()[relocation.symbol];
+  if (symbol.type == ElfSymbolType::kSection) {
+    const ElfSection& holder = elf_.Sections()[section];
+    if (const auto place = AddressInSection(elf_, holder, relocation)) {
+      const uint64_t thumb = elf_.Machine() == ELF_ARM ? 1 : 0;
+      TakePlace(symbol.section, (symbol.value + static_cast<uint64_t>(*place)) & ~thumb);
+    }
+  } else if (IsFunction(symbol)) {
+    TakeAddress({symbol.name, FunctionAt(symbol.section, AddressOf(symbol))});
+  } else if (symbol.section == ElfSymbol::kUndefined && !symbol.name.empty()) {
+    TakeAddress({symbol.name, ObjectCall::kNoFunction});
+  }
+}
+
+void ObjectFacts::TakePlace(uint32_t section, uint64_t address) {
+  const uint32_t function = FunctionAt(section, address);
+  if (function != ObjectCall::kNoFunction && functions_[function].address == address) {
+    TakeAddress({functions_[function].name, function});
+  }
+}
+
+void ObjectFacts::TakeAddress(const TakenAddress& taken) {
+  if (namesTaken_.insert(taken.target).second) {
+    takenAddresses_.push_back(taken);
   }
 }
 

@@ -3,9 +3,11 @@
 #include <cstdint>
 #include <string_view>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
+#include "readers/gcc/branch_relocation.h"
 #include "readers/gcc/elf_file.h"
 
 namespace velkor {
@@ -36,6 +38,12 @@ struct ObjectCall {
   bool isJump = false;
 };
 
+// A function whose address the code or the data of an object takes.
+struct TakenAddress {
+  std::string_view target;                            // its name
+  uint32_t targetFunction = ObjectCall::kNoFunction;  // where the object holds it
+};
+
 // What an object or a linked program tells of its functions. Views into the bytes of the file,
 // which must outlive it.
 class ObjectFacts {
@@ -54,6 +62,9 @@ class ObjectFacts {
   // In an object, ordered by section and place. Calls that the assembler resolved itself, within
   // one section, are not among them on most machines.
   const std::vector<ObjectCall>& Calls() const { return calls_; }
+  // In an object, each function once, in no order that matters. Where calls are not
+  // known, only those that data takes.
+  const std::vector<TakenAddress>& TakenAddresses() const { return takenAddresses_; }
   // False: how calls look on this machine is not known, and Calls() is empty.
   bool KnowsCalls() const { return knowsCalls_; }
 
@@ -67,7 +78,12 @@ class ObjectFacts {
  private:
   void CollectFunctions();
   bool IsFunction(const ElfSymbol& symbol) const;
-  void CollectCalls(uint32_t section);
+  void CollectRelocations(uint32_t section);
+  void CollectCall(uint32_t section, const ElfRelocation& relocation,
+                   const BranchRelocation& branch);
+  void CollectAddress(uint32_t section, const ElfRelocation& relocation);
+  void TakePlace(uint32_t section, uint64_t address);
+  void TakeAddress(const TakenAddress& taken);
   void AddCall(const ElfSymbol& symbol, int64_t addend, ObjectCall call);
   uint64_t AddressOf(const ElfSymbol& symbol) const;
   void ReadCompiler();
@@ -76,6 +92,8 @@ class ObjectFacts {
   std::vector<ObjectFunction> functions_;
   std::unordered_map<std::string_view, uint32_t> byName_;
   std::vector<ObjectCall> calls_;
+  std::vector<TakenAddress> takenAddresses_;
+  std::unordered_set<std::string_view> namesTaken_;  // asked, never walked
   std::string_view compiler_;
   bool knowsCalls_ = false;
   bool hasLinkTimeCode_ = false;

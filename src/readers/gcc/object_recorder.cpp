@@ -133,12 +133,7 @@ uint64_t ObjectRecorder::FrameBytes(uint32_t objectFunction) const {
 
 UnitRecording::Call ObjectRecorder::CallOf(uint32_t caller, std::string_view target,
                                            uint32_t objectFunction) {
-  uint32_t local = UnitRecording::kNone;
-  if (objectFunction != ObjectCall::kNoFunction) {
-    const uint32_t named = facts_.Find(target);
-    local = named != ObjectCall::kNoFunction ? functionOf_[named] : FunctionOf(objectFunction);
-    local = local == UnitRecording::kNone ? FunctionOf(objectFunction) : local;
-  }
+  const uint32_t local = RecordedTarget(target, objectFunction);
   if (local != UnitRecording::kNone) {
     return {.caller = caller, .target = local, .isLocal = true};
   }
@@ -163,6 +158,25 @@ void ObjectRecorder::RecordTaskUses() {
     if (user != UnitRecording::kNone && creates[user]) {
       recording_.taskUses.push_back(CallOf(user, use.name, use.function));
     }
+  }
+}
+
+uint32_t ObjectRecorder::RecordedTarget(std::string_view name, uint32_t objectFunction) const {
+  if (objectFunction == ObjectCall::kNoFunction) {
+    return UnitRecording::kNone;
+  }
+  const uint32_t named = facts_.Find(name);
+  const uint32_t local =
+      named != ObjectCall::kNoFunction ? functionOf_[named] : UnitRecording::kNone;
+  return local != UnitRecording::kNone ? local : FunctionOf(objectFunction);
+}
+
+void ObjectRecorder::RecordTakenAddresses() {
+  for (const TakenAddress& taken : facts_.TakenAddresses()) {
+    const uint32_t local = RecordedTarget(taken.target, taken.targetFunction);
+    const bool isLocal = local != UnitRecording::kNone;
+    recording_.takenAddresses.push_back(
+        {.target = isLocal ? local : recording_.names.Intern(taken.target), .isLocal = isLocal});
   }
 }
 

@@ -40,6 +40,8 @@ class ObjectRecorder {
   void RecordCall(uint32_t caller, const ObjectCall& call) {
     recording_.calls.push_back(CallOf(caller, call.target, call.targetFunction));
   }
+  // Once all functions are recorded.
+  void RecordTakenAddresses();
   // Whose address functions take that call what creates tasks. After all calls.
   void RecordTaskUses();
 
@@ -49,6 +51,8 @@ class ObjectRecorder {
   uint32_t Record(uint32_t objectFunction, bool isAlias);
   void RecordAlias(uint32_t objectFunction, uint32_t function);
   bool RecordThunk(uint32_t objectFunction);
+  // Of a function that the object names so and may hold; kNone where it is not recorded.
+  uint32_t RecordedTarget(std::string_view name, uint32_t objectFunction) const;
   // Of the recorded function, or another one by its name.
   UnitRecording::Call CallOf(uint32_t caller, std::string_view target, uint32_t objectFunction);
 

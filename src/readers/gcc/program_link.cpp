@@ -25,6 +25,7 @@ void ProgramLink::Add(const UnitRecording& recording, std::string_view path,
   Unit& unit = units_.emplace_back();
   unit.title = recording.title;
   unit.path = path;
+  unit.isObject = recording.isObject;
   unit.isLinkTime = recording.isLinkTime;
   unit.hasLinkTimeCode = recording.hasLinkTimeCode;
   unit.hasMachine = recording.hasMachine;
@@ -41,6 +42,10 @@ void ProgramLink::Add(const UnitRecording& recording, std::string_view path,
   unit.sites = recording.indirectSites;
   for (UnitRecording::IndirectSite& site : unit.sites) {
     site.file = site.file == kNone ? kNone : files[site.file];
+  }
+  unit.addresses = recording.takenAddresses;
+  for (UnitRecording::Address& address : unit.addresses) {
+    address.target = address.isLocal ? address.target : names[address.target];
   }
   unit.taskUses = recording.taskUses;
   for (UnitRecording::Call& use : unit.taskUses) {
@@ -66,6 +71,7 @@ ProgramFacts ProgramLink::Enter(FunctionDatabase& database, const Options& optio
   FindEntries();
   AddPointedOutside();
   LinkOutsideCode();
+  MarkTakenAddresses();
   LeaveOutUnlinked(reporter);
   NameModules();
   EnterFunctions();
@@ -90,6 +96,7 @@ void ProgramLink::NumberParts() {
       unit.functions.clear();
       unit.calls.clear();
       unit.sites.clear();
+      unit.addresses.clear();
       unit.taskUses.clear();
     }
     unit.firstPart = static_cast<uint32_t>(unitOfPart_.size());
@@ -184,9 +191,9 @@ void ProgramLink::SettleWeak() {
   }
 }
 
-// As the user finds it: that of an object is its title too.
+// As the user finds it.
 std::string ProgramLink::FileOf(const Unit& unit) {
-  return unit.path + (unit.path == unit.title ? "" : ".ci");
+  return unit.path + (unit.isObject ? "" : ".ci");
 }
 
 void ProgramLink::PostDuplicates(StkReporter& reporter) {
@@ -199,13 +206,16 @@ void ProgramLink::PostDuplicates(StkReporter& reporter) {
     ++noted;
     const UnitRecording::Function& function = FunctionOf(part);
     const bool isLast = noted == kMostDuplicates && duplicateParts_.size() > noted;
+    const Unit& first = UnitOf(entity.firstPart);
+    const Unit& other = UnitOf(part);
     const std::string more =
         isLast ? " (and " + std::to_string(duplicateParts_.size() - noted) + " more)" : "";
     reporter.PostNote(
         {.rule = "duplicate-definition",
          .text = reporter.Messages().FormatMessageText(
-             MessageKey::kNoteDuplicate,
-             {NameOf(function.name), FileOf(UnitOf(entity.firstPart)), FileOf(UnitOf(part)), more}),
+             first.title == other.title ? MessageKey::kNoteDuplicateOfSource
+                                        : MessageKey::kNoteDuplicate,
+             {NameOf(function.name), FileOf(first), FileOf(other), more}),
          .file = function.file == kNone ? std::string() : std::string(files_[function.file]),
          .line = function.line,
          .function = indexOf_[entityOfPart_[part]]});

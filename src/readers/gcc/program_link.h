@@ -46,6 +46,7 @@ class ProgramLink {
   struct Unit {
     std::string title;
     std::string path;
+    bool isObject = false;
     bool isLinkTime = false;
     bool isCovered = false;  // what the link has made of it stands in other units
     bool hasLinkTimeCode = false;
@@ -54,6 +55,7 @@ class ProgramLink {
     std::vector<UnitRecording::Function> functions;  // names by the table's numbers
     std::vector<UnitRecording::Call> calls;          // likewise, by caller
     std::vector<UnitRecording::IndirectSite> sites;
+    std::vector<UnitRecording::Address> addresses;
     std::vector<UnitRecording::Call> taskUses;
     std::vector<StkNote> notes;
   };
@@ -72,6 +74,7 @@ class ProgramLink {
     uint32_t code = kNone;   // in what the instructions of the program tell
     bool isRead = false;     // its size and calls are of there
     uint32_t toldBytes = 0;  // its frame, as the compiler has told it
+    bool isAddressTaken = false;
   };
 
   // A function that no unit tells: only called, or another name for one, or entered from outside,
@@ -149,6 +152,8 @@ class ProgramLink {
     return options_.program->Code().Functions()[code].code;
   }
 
+  void MarkTakenAddresses();
+  void MarkTakenByName(uint32_t name);
   void LeaveOutUnlinked(StkReporter& reporter);
 
   // What the program tells (program_link_facts.cpp).

@@ -185,6 +185,37 @@ void ProgramLink::ImproveFrames() {
   }
 }
 
+void ProgramLink::MarkTakenAddresses() {
+  for (const Unit& unit : units_) {
+    for (const UnitRecording::Address& address : unit.addresses) {
+      if (!address.isLocal) {
+        MarkTakenByName(address.target);
+        continue;
+      }
+      const UnitRecording::Function& function = unit.functions[address.target];
+      if (function.reach == Reach::kLocal) {
+        entities_[entityOfPart_[unit.firstPart + address.target]].isAddressTaken = true;
+      } else {
+        MarkTakenByName(function.name);
+      }
+    }
+  }
+}
+
+// The address of main is only taken to start the program with it.
+void ProgramLink::MarkTakenByName(uint32_t name) {
+  if (NameOf(name) == "main") {
+    return;
+  }
+  if (strongOfName_[name] != kNone) {
+    entities_[strongOfName_[name]].isAddressTaken = true;
+    return;
+  }
+  for (uint32_t weak = weakOfName_[name]; weak != kNone; weak = entities_[weak].nextWeak) {
+    entities_[weak].isAddressTaken = true;
+  }
+}
+
 // What is not in the program is not called there. What a function of the program calls is never
 // left out, whatever its name is there.
 void ProgramLink::LeaveOutUnlinked(StkReporter& reporter) {

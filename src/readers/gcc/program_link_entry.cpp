@@ -86,6 +86,7 @@ void ProgramLink::EnterFunctions() {
     entered.flags |= entity.isDynamic ? uint32_t{FN_DYNAMIC_FRAME} : 0U;
     entered.flags |= entity.isSizeUnknown ? uint32_t{FN_SIZE_UNKNOWN} : 0U;
     entered.flags |= entity.isEntry ? uint32_t{FN_ENTRY} : 0U;
+    entered.flags |= entity.isAddressTaken ? uint32_t{FN_ADDRESS_TAKEN} : 0U;
     entered.flags |= hasSites_[i] ? uint32_t{FN_INDIRECT_CALL} : 0U;
     EnterCodeOf(entity, entered);
     // Its code is that of what it calls.

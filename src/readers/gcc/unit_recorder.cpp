@@ -45,6 +45,7 @@ class UnitRecorder {
     RecordEdges();
     if (object && object->Elf().IsElf()) {
       RecordHiddenCalls(*object);
+      object->RecordTakenAddresses();
       object->RecordTaskUses();
     }
     if (!std::ranges::is_sorted(recording_.calls, {}, &UnitRecording::Call::caller)) {

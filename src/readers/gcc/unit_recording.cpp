@@ -4,6 +4,7 @@ namespace velkor {
 
 void UnitRecording::Clear() {
   title.clear();
+  isObject = false;
   isLinkTime = false;
   hasLinkTimeCode = false;
   isWhole = true;
@@ -15,6 +16,7 @@ void UnitRecording::Clear() {
   functions.clear();
   calls.clear();
   indirectSites.clear();
+  takenAddresses.clear();
   taskUses.clear();
   notes.clear();
 }

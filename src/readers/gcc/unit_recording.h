@@ -54,10 +54,16 @@ struct UnitRecording {
     uint32_t column = 0;
   };
 
+  struct Address {
+    uint32_t target = 0;  // in functions where it is local, else in names
+    bool isLocal = false;
+  };
+
   // Keeps the memory for the next unit.
   void Clear();
 
   std::string title;             // the source as the compiler was told it
+  bool isObject = false;         // there is no call graph of it
   bool isLinkTime = false;       // a partition: title is no source
   bool hasLinkTimeCode = false;  // its code is made when the program is linked
   bool isWhole = true;
@@ -69,6 +75,7 @@ struct UnitRecording {
   std::vector<Function> functions;
   std::vector<Call> calls;  // by caller
   std::vector<IndirectSite> indirectSites;
+  std::vector<Address> takenAddresses;  // of functions, or of data that others define
   // By functions that make tasks: whose address they take. Some may be no functions.
   std::vector<Call> taskUses;
   std::vector<StkNote> notes;  // function: in functions

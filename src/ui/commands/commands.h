@@ -8,6 +8,7 @@ namespace velkor::ui {
 // catalogue; the text of its menu item has the key kMenuTextKey + the number.
 enum class Command : uint32_t {
   kOpenProject = 32771,
+  kOpenFolder = 32789,
   kSaveMaximumChain = 32772,
   kSaveAllChains = 32773,
   kLoadSpecFile = 32774,

@@ -41,6 +41,11 @@ std::optional<std::string> WindowFileDialogs::ProjectToOpen(UiContext& context, 
   return Ask(dialog, context);
 }
 
+std::optional<std::string> WindowFileDialogs::FolderToOpen(UiContext& context, QWidget* parent) {
+  CFolderOpenDlg dialog(context, parent);
+  return Ask(dialog, context);
+}
+
 std::optional<std::string> WindowFileDialogs::SpecFileToLoad(UiContext& context, QWidget* parent) {
   CFileOpenDlg dialog(context, parent);
   dialog.SetFilter(context.Text(kSpecFileFilter));
@@ -109,13 +114,14 @@ void CFileDialogEx::accept() {
     return;
   }
   const QStringList files = selectedFiles();
-  if (!files.isEmpty() && !QFileInfo(files.front()).isDir()) {
-    name_ = Check(files.front());
-    if (!name_) {
-      return;
-    }
+  if (files.isEmpty() || QFileInfo(files.front()).isDir() || TakeName(files.front())) {
+    QFileDialog::accept();
   }
-  QFileDialog::accept();
+}
+
+bool CFileDialogEx::TakeName(const QString& path) {
+  name_ = Check(path);
+  return name_.has_value();
 }
 
 CFileOpenDlg::CFileOpenDlg(UiContext& context, QWidget* parent)
@@ -123,6 +129,19 @@ CFileOpenDlg::CFileOpenDlg(UiContext& context, QWidget* parent)
 
 std::optional<std::string> CFileOpenDlg::Check(const QString& path) {
   return NameToOpen(path, context_);
+}
+
+CFolderOpenDlg::CFolderOpenDlg(UiContext& context, QWidget* parent)
+    : CFileOpenDlg(context, parent) {
+  setFileMode(Directory);
+  setOption(ShowDirsOnly, false);
+}
+
+void CFolderOpenDlg::accept() {
+  const QStringList folders = selectedFiles();
+  if (folders.isEmpty() || !QFileInfo(folders.front()).isDir() || TakeName(folders.front())) {
+    QFileDialog::accept();
+  }
 }
 
 CFileSaveDlg::CFileSaveDlg(UiContext& context, QWidget* parent)

@@ -8,12 +8,13 @@
 
 namespace velkor::ui {
 
-// Asks the user for files. Each answers the path in the code page, or none when the user cancels.
-// User-interface thread.
+// Asks the user for files and folders. Each answers the path in the code page, or none when the
+// user cancels. User-interface thread.
 class FileDialogs {
  public:
   virtual ~FileDialogs() = default;
   virtual std::optional<std::string> ProjectToOpen(UiContext& context, QWidget* parent) = 0;
+  virtual std::optional<std::string> FolderToOpen(UiContext& context, QWidget* parent) = 0;
   virtual std::optional<std::string> SpecFileToLoad(UiContext& context, QWidget* parent) = 0;
   virtual std::optional<std::string> SpecFileToSave(UiContext& context, QWidget* parent) = 0;
   virtual std::optional<std::string> ReportToSave(UiContext& context, QWidget* parent) = 0;
@@ -27,6 +28,7 @@ class CFileDialogEx;
 class WindowFileDialogs : public FileDialogs {
  public:
   std::optional<std::string> ProjectToOpen(UiContext& context, QWidget* parent) override;
+  std::optional<std::string> FolderToOpen(UiContext& context, QWidget* parent) override;
   std::optional<std::string> SpecFileToLoad(UiContext& context, QWidget* parent) override;
   std::optional<std::string> SpecFileToSave(UiContext& context, QWidget* parent) override;
   std::optional<std::string> ReportToSave(UiContext& context, QWidget* parent) override;
@@ -53,6 +55,8 @@ class CFileDialogEx : public QFileDialog {
  protected:
   void accept() override;
   virtual std::optional<std::string> Check(const QString& path) = 0;
+  // False: it does not pass.
+  bool TakeName(const QString& path);
 
   UiContext& context_;
 
@@ -66,6 +70,15 @@ class CFileOpenDlg : public CFileDialogEx {
 
  protected:
   std::optional<std::string> Check(const QString& path) override;
+};
+
+// Of a folder; the files in it are shown.
+class CFolderOpenDlg : public CFileOpenDlg {
+ public:
+  CFolderOpenDlg(UiContext& context, QWidget* parent);
+
+ protected:
+  void accept() override;
 };
 
 class CFileSaveDlg : public CFileDialogEx {

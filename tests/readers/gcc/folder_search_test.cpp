@@ -64,7 +64,8 @@ TEST(FolderSearch, LeavesOutWhatIsNoBuildOfTheUser) {
        {"b/x.ci", "b/x.o", "b/x.c", "b/y.c.obj", "b/deep/er/z.ci", "b/a.ci.d", "b/.git/h.ci",
         "b/CMakeFiles/3.25.1/CompilerIdC/c.ci", "b/CMakeFiles/3.28.0-rc2/c.ci",
         "b/CMakeFiles/CMakeScratch/TryCompile-1/t.ci", "b/CMakeFiles/fw.dir/m.c.ci",
-        "b/3.25.1/kept.ci", "b/tests/t.ci", "b/tests/more/u.o", "bb/other.ci"}) {
+        "b/3.25.1/kept.ci", "b/tests/t.ci", "b/tests/more/u.o", "b/meson-private/c.ci",
+        "bb/other.ci"}) {
     files.Put(path, "");
   }
   const FolderContents found = SearchFolder(files, "b", Patterns({"tests/**", "**/*.obj", "none"}));

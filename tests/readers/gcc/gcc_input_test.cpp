@@ -149,6 +149,13 @@ TEST(GccInput, CountsTheLargerOfTwoDefinitionsAndSaysSo) {
   EXPECT_EQ(build.CalleesOf("main"), "f h");
   EXPECT_EQ(build["main"].totalStackSize, 132U);
   EXPECT_EQ(build.CountNotes("main is defined more than once, in a.ci and in b.ci"), 1U);
+
+  BuildFolder twice;
+  twice.Put("a.c.ci", CallGraph("a.c", {"f 8"}));
+  twice.Put("old/a.c.ci", CallGraph("a.c", {"f 16"}));
+  ASSERT_TRUE(twice.Analyse());
+  EXPECT_EQ(twice.CountNotes("f is defined more than once, in a.c.ci and in old/a.c.ci, of one "),
+            1U);
 }
 
 TEST(GccInput, SaysWhatIsNotWholeWithFileAndLineAndAnalysesTheRest) {
@@ -227,7 +234,11 @@ const std::vector<Source> kSources = {
      "b[0]; }\n"
      "int ext(int* x) { return helper(*x) + 1; }\n"
      "int replaced(int x) { volatile int b[300]; b[0] = x; return b[0] + 1; }\n"
-     "__attribute__((naked)) void bare(void) { __asm__(CALL); }\n"},
+     "__attribute__((naked)) void bare(void) { __asm__(CALL); }\n"
+     "static int inTable(int x) { return x + 1; }\n"
+     "int (*const table[])(int) = {inTable, ext};\n"
+     "static int inCode(int x) { return x - 1; }\n"
+     "int (*taken(void))(int) { return inCode; }\n"},
     {"twice.h",
      "template <class T> __attribute__((noinline)) T twice(T x) { volatile T b[30]; b[0] = x; "
      "return b[0] * 2; }\n"},
@@ -300,6 +311,13 @@ void CheckLinking(BuildFolder& build) {
   EXPECT_EQ(build.CalleesOf("start"), "main");
   EXPECT_EQ(build.CountNotes("from an assembler"), 1U);
   EXPECT_FALSE(build["main"].Is(FN_ROOT));
+  // What only pointers lead to.
+  for (const char* name : {"b.c#inTable", "b.c#inCode", "D::g(int)", "ext"}) {
+    EXPECT_TRUE(build[name].Is(FN_ADDRESS_TAKEN)) << name;
+  }
+  for (const char* name : {"b.c#helper", "taken", "useX(int)", "start", "main"}) {
+    EXPECT_FALSE(build[name].Is(FN_ADDRESS_TAKEN)) << name;
+  }
   EXPECT_EQ(build.bounds->State(build["main"]), BoundState::kBounded);
 }
 
@@ -334,7 +352,8 @@ TEST(GccInput, LinksWhatTheCompilersOfThisMachineWrite) {
       names.insert(linked.NameOf(*each));
     }
     EXPECT_EQ(names, (std::set<std::string>{"a.c#helper", "alias", "aliased", "alone", "b.c#helper",
-                                            "bare", "ext", "main", "replaced", "start"}));
+                                            "b.c#inCode", "b.c#inTable", "bare", "ext", "main",
+                                            "replaced", "start", "taken"}));
     EXPECT_TRUE(linked["start"].Is(FN_ENTRY));
     EXPECT_EQ(linked.CalleesOf("main"), "alias alone ext replaced");
 

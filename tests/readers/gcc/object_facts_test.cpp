@@ -99,6 +99,71 @@ TEST(ObjectFacts, CallsOfEachMachine) {
   }
 }
 
+// By the symbol of a section, to the start of g; what stands in the code is no branch.
+TEST(ObjectFacts, AddressesThatAreTaken) {
+  struct Address {
+    uint16_t machine;
+    uint32_t type;
+    int64_t addend;
+    bool inData;
+    bool inCode;
+  };
+  constexpr Address kAddresses[] = {
+      {ELF_X86_64, 1, 16, true, true},    {ELF_X86_64, 10, 16, true, true},
+      {ELF_X86_64, 2, 12, false, true},  // lea; in data a table of jumps
+      {ELF_X86_64, 2, 16, false, false},  {ELF_X86_64, 1, 20, false, false},
+      {ELF_ARM, 2, 17, true, true},       {ELF_ARM, 38, 16, true, true},
+      {ELF_ARM, 42, 16, false, false},  // PREL31
+      {ELF_AARCH64, 257, 16, true, true}, {ELF_AARCH64, 277, 16, false, true},
+      {ELF_RISCV, 2, 16, true, true},     {ELF_AVR, 4, 16, true, true},
+      {8, 2, 16, false, false},
+  };
+  for (const Address& each : kAddresses) {
+    for (const bool inCode : {false, true}) {
+      const bool inPlace = each.machine == ELF_ARM;
+      ElfImage image(each.machine, !inPlace);
+      const std::string value = inPlace ? std::string(1, static_cast<char>(each.addend)) : "";
+      const uint32_t code = image.AddCode(".text.f", value + std::string(16, '\0'));
+      const uint32_t data = image.Add({".rodata", 1, 2, value + std::string(16, '\0')});
+      const uint32_t frames = image.Add({".eh_frame", 1, 2, value + std::string(16, '\0')});
+      const uint32_t vectors = image.Add({".isr_vector", 1, 2, value + std::string(16, '\0')});
+      const uint32_t other = image.AddCode(".text.g", std::string(32, '\0'));
+      image.AddSymbol("f", ElfImage::kGlobalFunction, code, 0, 16);
+      image.AddSymbol("before", ElfImage::kLocalFunction, other, 0, 16);
+      image.AddSymbol("g", ElfImage::kLocalFunction, other, 16, 16);
+      const uint32_t section = image.AddSymbol("", 3, other);
+      image.AddRelocation(frames, 0, each.type, section, each.addend);
+      image.AddRelocation(vectors, 0, each.type, section, each.addend);
+      image.AddRelocation(inCode ? code : data, 0, each.type, section, each.addend);
+      const std::string bytes = image.Build();
+      const ElfFile elf(bytes);
+      const ObjectFacts facts(elf);
+      const bool expected = inCode ? each.inCode : each.inData;
+      ASSERT_EQ(facts.TakenAddresses().size(), expected ? 1U : 0U)
+          << each.machine << " " << each.type << " " << inCode;
+      EXPECT_TRUE(!expected || facts.TakenAddresses().front().target == "g");
+      EXPECT_TRUE(facts.Calls().empty());
+    }
+  }
+}
+
+// lea of a place in the same section has no relocation.
+TEST(ObjectFacts, AddressesThatTheAssemblerSettles) {
+  ElfImage image(ELF_X86_64, true);
+  const uint32_t code = image.AddCode(".text", Code("\x48\x8D\x05\x09\0\0\0"  // of g
+                                                    "\x48\x8D\x3D\x03\0\0\0"  // of the middle of f
+                                                    "\x8D\x0D",               // cut
+                                                    16) +
+                                                   std::string(1, '\x90'));
+  image.AddSymbol("f", ElfImage::kLocalFunction, code, 0, 16);
+  image.AddSymbol("g", ElfImage::kLocalFunction, code, 16, 1);
+  const std::string bytes = image.Build();
+  const ElfFile elf(bytes);
+  const ObjectFacts facts(elf);
+  ASSERT_EQ(facts.TakenAddresses().size(), 1U);
+  EXPECT_EQ(facts.TakenAddresses().front().target, "g");
+}
+
 // The first function of the section calls itself, jumps within itself and has a part elsewhere.
 TEST(ObjectFacts, JumpsWithinAFunctionAreNoCalls) {
   ElfImage image(ELF_X86_64, true);
