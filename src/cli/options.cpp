@@ -180,13 +180,10 @@ reports::StackLimit LimitOf(const std::string& text) {
 }
 
 void AddCheck(CLI::App& app, Options& options) {
-  static const std::map<std::string, GateFormat> kFormats = {
-      {"text", GateFormat::kText},     {"json", GateFormat::kJson},
-      {"sarif", GateFormat::kSarif},   {"github", GateFormat::kGithub},
-      {"gitlab", GateFormat::kGitlab}, {"markdown", GateFormat::kMarkdown}};
   Options::Check& check = options.check;
   CLI::App& command = *app.add_subcommand(
       "check", "hold the stacks that velkor.toml states against what they need");
+  command.set_version_flag("--version", kVersion);
   command.add_option("INPUT", options.project,
                      "velkor.toml (default: that of this folder); with --limit also a project file "
                      "or a folder");
@@ -213,9 +210,14 @@ void AddCheck(CLI::App& app, Options& options) {
   command.add_flag("--update-baseline", check.updateBaseline,
                    "write the baseline anew, and check against it");
   command.add_flag("--no-fail", check.noFail, "end with 0 where the check is not passed");
-  command.add_option("--format", check.format, "how to print (default: text)")
-      ->transform(CLI::CheckedTransformer(kFormats))
-      ->option_text("text|json|sarif|github|gitlab|markdown");
+  AddChoice<GateFormat>(command, "--format", check.format,
+                        {{"text", GateFormat::kText},
+                         {"json", GateFormat::kJson},
+                         {"sarif", GateFormat::kSarif},
+                         {"github", GateFormat::kGithub},
+                         {"gitlab", GateFormat::kGitlab},
+                         {"markdown", GateFormat::kMarkdown}},
+                        "how to print (default: text)");
   AddLoadOption(command, options);
   AddOutputOption(command, options);
   AddRunOptions(command, options);
