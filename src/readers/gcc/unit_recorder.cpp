@@ -115,6 +115,9 @@ class UnitRecorder {
       }
       functionOfNode_[i] = function;
       RecordFrame(node, recording_.functions[function]);
+      if (node.bytes > kGccSizeLimit) {
+        NoteOverSize(node, function);
+      }
     }
   }
 
@@ -149,6 +152,14 @@ class UnitRecorder {
     function.isSizeUnknown =
         function.isSizeUnknown ||
         (node.frame == Frame::kMissing && node.shape == CallGraphNode::Shape::kFunction);
+  }
+
+  // All that reaches it is over the limit too; the true number is said here alone.
+  void NoteOverSize(const CallGraphNode& node, uint32_t function) {
+    Note("odd-number",
+         messages_.FormatMessageText(MessageKey::kNoteOddNumber,
+                                     {node.symbol, std::to_string(node.bytes), kGccSizeLimit + 1}),
+         node.place.file, node.place.line, function);
   }
 
   void RecordObject(ObjectRecorder& object) {

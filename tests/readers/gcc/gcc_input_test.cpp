@@ -158,6 +158,20 @@ TEST(GccInput, CountsTheLargerOfTwoDefinitionsAndSaysSo) {
             1U);
 }
 
+TEST(GccInput, AFrameOverTheLimitTakesAllThatReachItOverIt) {
+  BuildFolder build;
+  build.Put("a.ci", CallGraph("a.c", {"main 16 f g", "f 3000000000", "g 2147483600 h", "h 48"}));
+  ASSERT_TRUE(build.Analyse());
+  EXPECT_EQ(build.CountNotes("The number after \"f\" is written \"3000000000\" and read as "
+                             "2147483648."),
+            1U);
+  for (const char* name : {"main", "f", "g"}) {
+    EXPECT_EQ(build.bounds->State(build[name]), BoundState::kOver) << name;
+    EXPECT_EQ(build[name].totalStackSize, kOverSize) << name;
+    EXPECT_GT(build.bounds->Known(build[name]), 2147483647U) << name;
+  }
+}
+
 TEST(GccInput, SaysWhatIsNotWholeWithFileAndLineAndAnalysesTheRest) {
   const std::string whole = CallGraph("a.c", {"main 16 f", "f 8"});
   for (size_t cut = 0; cut < whole.size(); ++cut) {
