@@ -121,6 +121,17 @@ measure_graph() {
     "$(verdict "$ratio" 1.5)"
 }
 
+# measure_answer KIND FUNCTIONS: the text of analyze, which plans what to state, against all as CSV.
+measure_answer() {
+  local folder
+  folder=$(input "$1" "$2")
+  say "answer of $1 $2"
+  fastest --repeat 3 -- "${analyze[@]}" --format csv "$folder/app.prj"
+  local csv=$processor
+  fastest --repeat 3 -- "${analyze[@]}" "$folder/app.prj"
+  ratio_row "text of $1 $2" "$processor" "$processor" "CSV" "$csv" 1.2
+}
+
 # measure_report NAME PROJECT FUNCTION: all call chains, up to the line limit. What is measured is
 # how much more processor time that takes than a report of the maximum chain alone.
 measure_report() {
