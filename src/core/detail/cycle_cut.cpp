@@ -14,16 +14,20 @@ namespace {
 // One component as a graph of its own, whose functions are the places among its members.
 class ComponentCut {
  public:
+  // places: one for each function of the graph, of which this writes and reads those of its members.
   ComponentCut(const CallGraph& graph, const Components& components, uint32_t component,
-               const std::vector<bool>& preferred)
+               const std::vector<bool>& preferred, std::vector<uint32_t>& places)
       : members_(components.Members(component).begin(), components.Members(component).end()) {
     std::ranges::sort(members_);
+    for (uint32_t place = 0; place < members_.size(); ++place) {
+      places[members_[place]] = place;
+    }
     std::vector<uint32_t> callees;
     for (const uint32_t member : members_) {
       callees.clear();
       for (const uint32_t callee : graph.Callees(member)) {
         if (components.of[callee] == component) {
-          callees.push_back(Place(callee));
+          callees.push_back(places[callee]);
         }
       }
       calls_.Append(callees);
@@ -42,10 +46,6 @@ class ComponentCut {
   static constexpr size_t kMostContracted = size_t{1} << 16;
   // Calls that are looked at to find out which functions are not needed.
   static constexpr uint64_t kMostEffort = 20'000'000;
-
-  uint32_t Place(uint32_t member) const {
-    return static_cast<uint32_t>(std::ranges::lower_bound(members_, member) - members_.begin());
-  }
 
   std::vector<uint32_t> Smallest() const {
     SmallestCut smallest(calls_.Count());
@@ -138,10 +138,11 @@ class ComponentCut {
 
 std::vector<uint32_t> FindCycleCut(const CallGraph& graph, const std::vector<bool>& preferred) {
   const Components components = FindComponents(graph);
+  std::vector<uint32_t> places(graph.Count());
   std::vector<uint32_t> cut;
   for (uint32_t component = 0; component < components.Count(); ++component) {
     if (components.recursive[component]) {
-      ComponentCut(graph, components, component, preferred).AppendTo(cut);
+      ComponentCut(graph, components, component, preferred, places).AppendTo(cut);
     }
   }
   std::ranges::sort(cut);
