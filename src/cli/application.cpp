@@ -99,7 +99,7 @@ ExitStatus Application::RunWritingJob() {
 }
 
 ExitStatus Application::FinishedStatus() {
-  const bool unread = log_.AnyWarning() || document_.AnyJobFailed() || anyFileUnread_ ||
+  const bool unread = log_.AnythingUnread() || document_.AnyJobFailed() || anyFileUnread_ ||
                       std::ranges::any_of(log_.Notes(), &StkNote::incomplete) ||
                       std::ranges::any_of(document_.InputNotes(), &StkNote::incomplete) ||
                       std::ranges::any_of(document_.ModuleOutcomes(), [](ModuleOutcome outcome) {

@@ -21,9 +21,12 @@ void TerminalLog::Say(std::string_view text) {
   std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
-bool TerminalLog::AnyWarning() const {
-  return std::any_of(messages_.begin(), messages_.end(),
-                     [](const StkMessage& message) { return message.IsWarning(); });
+bool TerminalLog::AnythingUnread() const {
+  return std::any_of(messages_.begin(), messages_.end(), [](const StkMessage& message) {
+    const bool isOfTheResult =
+        message.key == MessageKey::kW9465 || message.key == MessageKey::kW9466;
+    return message.IsWarning() && !isOfTheResult;
+  });
 }
 
 }  // namespace velkor::cli

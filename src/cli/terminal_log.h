@@ -26,8 +26,8 @@ class TerminalLog : public LogView {
   const std::vector<StkNote>& Notes() const { return notes_; }
   // Another analysis begins.
   void ForgetNotes() { notes_.clear(); }
-  // Among the messages of the log.
-  bool AnyWarning() const;
+  // Whether a message says so: each warning but that a total is over the limit.
+  bool AnythingUnread() const;
 
  private:
   const CodePage& codePage_;
