@@ -17,8 +17,9 @@ using testing::ProgramRun;
 using testing::ProjectText;
 using testing::ScratchFolder;
 
-const std::vector<std::string> kCommands = {"analyze", "explain", "todo",  "report", "diff",
-                                            "chains",  "adjust",  "reset", "load",   "save"};
+const std::vector<std::string> kCommands = {"analyze", "explain", "todo", "report",
+                                            "diff",    "check",   "init", "chains",
+                                            "adjust",  "reset",   "load", "save"};
 
 // A line for the shell: its status and what it prints.
 std::pair<int, std::string> Shell(const std::string& line) {

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 #include <regex>
@@ -63,7 +66,7 @@ uint32_t Unbounded(const std::string& project, const std::vector<std::string>& l
     arguments.insert(arguments.end(), {"--load", file});
   }
   const ProgramRun run = Program(arguments).Run();
-  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_LE(run.status, 1) << run.err;
   std::istringstream rows(run.out);
   const std::regex unbounded(",yes,(yes|no),,unbounded,[0-9]+");
   uint32_t count = 0;
@@ -86,12 +89,27 @@ std::string LeafOf(const std::string& project) {
   return {};
 }
 
+// The first column of the rows below "Why".
+uint64_t SumOfWhy(const std::string& answer) {
+  const size_t why = answer.find("\nWhy ");
+  std::istringstream lines(answer.substr(std::min(why, answer.size())));
+  const std::regex row("^ {1,9}([0-9]+) .*|^([0-9]{10,}) .*");
+  uint64_t sum = 0;
+  std::smatch match;
+  for (std::string line; std::getline(lines, line) && !line.starts_with("What to state");) {
+    if (std::regex_match(line, match, row)) {
+      sum += std::stoull(match[1].str() + match[2].str());
+    }
+  }
+  return sum;
+}
+
 // The file loads as it is and changes nothing; with the first steps filled in it frees what they
 // promise, and with all of them everything.
 void ExpectPromisesHold(const std::string& project, size_t everyStep) {
   const ScratchFolder folder;
   const std::string file = folder.Path("todo.txt");
-  ASSERT_EQ(Program({"todo", project, "--output", file}).Run().status, 0);
+  ASSERT_LE(Program({"todo", project, "--output", file}).Run().status, 1);
   const std::string text = testing::ReadFile(file);
   EXPECT_EQ(Program({"todo", project}).Run().out, text);
   const std::vector<Step> steps = Steps(text);
@@ -114,10 +132,61 @@ void ExpectPromisesHold(const std::string& project, size_t everyStep) {
   EXPECT_EQ(Steps(nothing.out).size(), 0U) << nothing.out;
 }
 
-TEST(Todo, StatementsFreeWhatTheyPromise) {
-  ExpectPromisesHold(std::string(VELKOR_SOURCE_DIR) + "/examples/firmware/app.prj", 1);
-  ExpectPromisesHold(std::string(VELKOR_SOURCE_DIR) + "/examples/lua/app.prj", 30);
+// Real programs: those of the examples, and those of the folder beside the repository, where there
+// is one.
+class Corpus : public ::testing::TestWithParam<std::string> {
+ protected:
+  void SetUp() override {
+    if (!std::filesystem::exists(input_)) {
+      GTEST_SKIP() << input_ << " is not there";
+    }
+  }
+
+  const std::string input_ = std::string(VELKOR_SOURCE_DIR) + "/" + GetParam();
+};
+
+TEST_P(Corpus, StatementsFreeWhatTheyPromise) {
+  ExpectPromisesHold(input_, GetParam().find("lua") != std::string::npos ? 40 : 10);
 }
+
+// As explain says and as the answer shows it, where long paths are cut short.
+TEST_P(Corpus, RowsOfWhyAddUpToTheNumber) {
+  rapidjson::Document analysis;
+  analysis.Parse(Program({"analyze", input_, "--format", "json"}).Run().out.c_str());
+  std::vector<std::pair<uint64_t, std::string>> entries;
+  for (const auto& function : analysis["functions"].GetArray()) {
+    if (function["topLevel"].GetBool()) {
+      entries.emplace_back(function["known"].GetUint64(), function["statement"].GetString());
+    }
+  }
+  std::ranges::sort(entries, std::greater());
+  entries.resize(std::min<size_t>(entries.size(), 10));
+  for (const auto& [known, name] : entries) {
+    rapidjson::Document explained;
+    explained.Parse(Program({"explain", input_, name, "--format", "json"}).Run().out.c_str());
+    EXPECT_EQ(explained["value"].GetUint64(), known) << name;
+    uint64_t sum = 0;
+    for (const auto& row : explained["rows"].GetArray()) {
+      sum += row["bytes"].GetUint64();
+    }
+    EXPECT_EQ(sum, known) << name;
+    EXPECT_EQ(SumOfWhy(Program({"analyze", input_, "--function", name}).Run().out), known) << name;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Real, Corpus,
+    ::testing::Values("examples/firmware/app.prj", "examples/lua/app.prj",
+                      "../shared/corpus/lua/app.prj", "../shared/corpus/littlefs/app.prj",
+                      "../shared/corpus/gcc/lua/native", "../shared/corpus/gcc/lua/arm",
+                      "../shared/corpus/gcc/littlefs/native", "../shared/corpus/gcc/littlefs/arm",
+                      "../shared/corpus/gcc/micro/basic-arm",
+                      "../shared/corpus/gcc/micro/cpp-native",
+                      "../shared/corpus/gcc/micro/lto-native-1to1",
+                      "../shared/corpus/gcc/micro/weak-arm"),
+    [](const ::testing::TestParamInfo<std::string>& tested) {
+      return std::regex_replace(tested.param, std::regex("[^A-Za-z0-9]+"), "_");
+    });
 
 // main goes round with step, which calls through a pointer, and has been adjusted before.
 TEST(Todo, SaysWhatIsKnownOfEachCauseAndKeepsWhatIsStated) {
