@@ -109,7 +109,7 @@ uint64_t SumOfWhy(const std::string& answer) {
 void ExpectPromisesHold(const std::string& project, size_t everyStep) {
   const ScratchFolder folder;
   const std::string file = folder.Path("todo.txt");
-  ASSERT_LE(Program({"todo", project, "--output", file}).Run().status, 1);  // it may warn
+  ASSERT_LE(Program({"todo", project, "--output", file}).Run().status, 1);
   const std::string text = testing::ReadFile(file);
   EXPECT_EQ(Program({"todo", project}).Run().out, text);
   const std::vector<Step> steps = Steps(text);
