@@ -1,5 +1,6 @@
 #include "ui/dialogs/file_dialogs.h"
 
+#include <QDir>
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QScreen>
@@ -81,7 +82,7 @@ std::optional<std::string> WindowFileDialogs::Ask(CFileDialogEx& dialog, UiConte
   }
   std::optional<std::string> name = dialog.Ask();
   if (name) {
-    folder_ = QFileInfo(dialog.selectedFiles().front()).path();
+    folder_ = QFileInfo(QDir::cleanPath(dialog.selectedFiles().front())).path();
   }
   return name;
 }
@@ -134,6 +135,7 @@ std::optional<std::string> CFileOpenDlg::Check(const QString& path) {
 CFolderOpenDlg::CFolderOpenDlg(UiContext& context, QWidget* parent)
     : CFileOpenDlg(context, parent) {
   setFileMode(Directory);
+  setDefaultSuffix({});
   setOption(ShowDirsOnly, false);
 }
 
