@@ -11,8 +11,8 @@ namespace {
 struct AddressForm {
   uint16_t machine;
   uint32_t type;
-  int64_t ahead;    // what the machine counts distances from, behind the relocated bytes' start
-  size_t width;     // of an addend that lies in the bytes
+  uint8_t ahead;    // what the machine counts distances from, behind the relocated bytes' start
+  uint8_t width;    // of an addend that lies in the bytes
   bool inCodeOnly;  // in data it is a distance, as tables of jumps have them
 };
 

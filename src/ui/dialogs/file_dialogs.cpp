@@ -142,6 +142,7 @@ CFolderOpenDlg::CFolderOpenDlg(UiContext& context, QWidget* parent)
 void CFolderOpenDlg::accept() {
   const QStringList folders = selectedFiles();
   if (folders.isEmpty() || !QFileInfo(folders.front()).isDir() || TakeName(folders.front())) {
+    // The class between would enter the folder. NOLINTNEXTLINE(bugprone-parent-virtual-call)
     QFileDialog::accept();
   }
 }
