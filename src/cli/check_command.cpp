@@ -167,7 +167,7 @@ class CheckRun {
   std::string Name() const {
     const std::string& path = ConfigurationPath();
     const size_t start = path.rfind('/') + 1;
-    const std::string stem = path.substr(start, path.rfind('.') - start);
+    std::string stem = path.substr(start, path.rfind('.') - start);
     if (stem != "velkor") {
       return stem;
     }

@@ -115,7 +115,8 @@ class ConfigurationReader {
 
   template <typename Value>
   void Take(const toml::node& value, std::optional<Value>& taken) {
-    Take(value, taken.emplace());
+    taken = Value();
+    Take(value, *taken);
   }
 
   void Take(const toml::node& value, Configuration::Name& name) {
@@ -213,7 +214,7 @@ class ConfigurationReader {
       const auto* name = node.as_string();
       if (name != nullptr && IsStatementTable(name->get()) && !StatementTable(name->get())) {
         Fail(node,
-             "there is no table of statements \"" + name->get() + "\": \"velkor:newlib\" is one");
+             "there is no table of statements \"" + name->get() + R"(": "velkor:newlib" is one)");
       }
     };
     if (const toml::array* array = value.as_array()) {

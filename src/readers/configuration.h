@@ -17,7 +17,7 @@ struct TextPlace {
   uint32_t line = 0;
   uint32_t column = 0;
 
-  auto operator<=>(const TextPlace&) const = default;
+  auto operator<=>(const TextPlace&) const = default;  // NOLINT(modernize-use-nullptr): none
 };
 
 // What a velkor.toml states, as it stands there: paths are relative to its folder, texts UTF-8. A

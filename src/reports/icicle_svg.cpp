@@ -102,7 +102,7 @@ class SvgOutput {
       if (baseline + 2 > box.top + box.height) {
         break;
       }
-      output_.Write(fmt::format("<text x=\"{:.0f}\" y=\"{:.1f}\">{}</text>", x + kGap, baseline,
+      output_.Write(fmt::format(R"(<text x="{:.0f}" y="{:.1f}">{}</text>)", x + kGap, baseline,
                                 Fitting(line, width - 2 * kGap, kCharacterWidth)));
       baseline += kLineHeight;
     }

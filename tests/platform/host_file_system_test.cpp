@@ -342,6 +342,7 @@ TEST_F(HostFileSystemTest, WhatAKilledProgramLeftIsTakenAwayAndNothingElse) {
                                            "ff" + tail,
                                            "f.x" + tail,
                                            "g" + tail,
+                                           "nn" + tail,  // too short to be what is left of longName
                                            "f.0123456789abcdeF.tmp",
                                            "f" + TemporaryTail()};
   for (const std::string& other : others) {

@@ -188,6 +188,7 @@ TEST(GivenPathTest, EveryHostPathHasATextThatLeadsBackToIt) {
   const CodePage page = CodePage::ShiftJis();
   const HostPaths paths(page);
   EXPECT_EQ(paths.GivenPath("/\xE8\xA1\xA8/../\xE8\xA1\xA8"), "/\x95\x5C");
+  EXPECT_EQ(Exact(paths, "/\x1A\x37\x41"), "/\x1A\x37\x41");  // no path is told so
   EXPECT_EQ(page.ToUtf8(paths.GivenPath("/caf\xC3\xA9\\\xFF")), "/caf\xC3\xA9\\\xEF\xBF\xBD");
 }
 

@@ -29,7 +29,7 @@ struct Baseline {
     std::string name;                 // a kind, a blank, what names the function
     std::vector<std::string> stacks;  // that it leaves without a bound
 
-    auto operator<=>(const Cause&) const = default;
+    auto operator<=>(const Cause&) const = default;  // NOLINT(modernize-use-nullptr): none
   };
 
   std::string project;

@@ -124,7 +124,8 @@ std::string HelpFor(const BoundCause& cause, const AnalysisResult& result) {
       return fmt::format("state \"{}, ADD=bytes\" {}", name, kIn);
     case ReasonKind::kIndirect:
     case ReasonKind::kHiddenCall:
-      return fmt::format("state \"{}, CALL=one, CALL=two\" {}, with all that it may call", name, kIn);
+      return fmt::format("state \"{}, CALL=one, CALL=two\" {}, with all that it may call", name,
+                         kIn);
     case ReasonKind::kRecursion:
       break;
   }

@@ -155,7 +155,8 @@ class InitWriter {
         "\n[interrupts]\n# stack = \"main\"   # the stack that carries them, where it is one\n";
     if (input_.facts.handlers.empty()) {
       text_ +=
-          "# levels = []   # to be stated: one list for each priority, [[\"a\", \"b\"], [\"c\"]]; []: "
+          "# levels = []   # to be stated: one list for each priority, [[\"a\", \"b\"], [\"c\"]]; "
+          "[]: "
           "none\n";
       return;
     }
@@ -203,14 +204,14 @@ class InitWriter {
       return;
     }
     text_ +=
-        "\n# Without a bound, until it is stated. velkor-cli todo --output limits.txt writes the lines\n"
+        "\n# Without a bound, until it is stated. velkor-cli todo --output limits.txt writes the "
+        "lines\n"
         "# to be filled in, and \"load\" reads them:\n";
     for (size_t i = 0; i < std::min(missing.size(), kMostMissing); ++i) {
       text_ += "#   " + TextOf(missing[i], result_) + "\n";
     }
     if (missing.size() > kMostMissing) {
-      text_ += fmt::format("#   and {} more\n",
-                           missing.size() - kMostMissing);
+      text_ += fmt::format("#   and {} more\n", missing.size() - kMostMissing);
     }
   }
 

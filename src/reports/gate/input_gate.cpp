@@ -33,6 +33,7 @@ GateOutcome InputGate::Check(const std::vector<StackLimit>& limits, const Baseli
   static const Configuration kNone;
   const Configuration& configuration = IsConfigured() ? *input_.Settings() : kNone;
   std::vector<std::string> entries;
+  entries.reserve(limits.size());
   for (const StackLimit& limit : limits) {
     entries.push_back(limit.entry);
   }

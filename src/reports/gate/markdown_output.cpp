@@ -48,8 +48,8 @@ class GateMarkdown {
     };
     add(inState(StackState::kOverBudget), "over budget");
     add(inState(StackState::kHeadroom), "with too little left");
-    const auto lost = static_cast<size_t>(
-        std::ranges::count_if(report_.stacks, [](const GateStack& stack) {
+    const auto lost =
+        static_cast<size_t>(std::ranges::count_if(report_.stacks, [](const GateStack& stack) {
           return stack.state == StackState::kRegression && stack.lostBound;
         }));
     add(lost, lost == 1 ? "lost its bound" : "lost their bounds");

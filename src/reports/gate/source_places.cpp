@@ -1,6 +1,7 @@
 #include "reports/gate/source_places.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 
 #include "files/whole_text.h"
 
@@ -49,7 +50,7 @@ bool IsCommit(std::string_view text) {
 
 // "gitdir: PATH" in a working copy beside others.
 std::string GitFolder(FileSystem& files, const std::string& root) {
-  const std::string git = root + "/.git";
+  std::string git = root + "/.git";
   const std::string line = FirstLine(ReadWholeText(files, git, kMostBytes));
   constexpr std::string_view kLead = "gitdir: ";
   if (!line.starts_with(kLead)) {
@@ -113,7 +114,7 @@ std::optional<std::string> SourcePlaces::Search(std::string_view file) {
   for (size_t next = tail.find('/'); next != tail.npos; next = tail.find('/')) {
     tail.erase(0, next + 1);
     for (const std::string& base : {folders_.front(), root_}) {
-      if (auto found = InRoot(base + "/" + tail)) {
+      if (auto found = InRoot(fmt::format("{}/{}", base, tail))) {
         return found;
       }
     }
@@ -143,7 +144,8 @@ std::string CommitOf(FileSystem& files, std::string_view root) {
                              : common.starts_with('/') ? common
                                                        : Normal(folder + "/" + common);
   for (const std::string& each : {folder, shared}) {
-    std::string commit = FirstLine(ReadWholeText(files, each + "/" + name, kMostBytes));
+    std::string commit =
+        FirstLine(ReadWholeText(files, fmt::format("{}/{}", each, name), kMostBytes));
     if (IsCommit(commit)) {
       return commit;
     }

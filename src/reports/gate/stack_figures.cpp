@@ -76,7 +76,7 @@ GateFault StackFigures::Lacking(std::string_view key, std::string_view of,
   }
   const std::string where = target_.empty()
                                 ? "the target is not known"
-                                : fmt::format("target \"{}\", rtos \"{}\"", target_, rtos_);
+                                : fmt::format(R"(target "{}", rtos "{}")", target_, rtos_);
   return {place, fmt::format("the bytes that {} are not known ({}): state \"{}\"", of, where, key)};
 }
 
