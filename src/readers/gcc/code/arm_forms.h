@@ -17,7 +17,7 @@ inline constexpr uint8_t kWord = 4;
 // kNone for all but the sixteen.
 uint8_t NumberOf(int capstoneRegister);
 inline uint64_t Bit(uint8_t number) {
-  return number == kNone ? 0 : uint64_t{1} << number;
+  return number < 64 ? uint64_t{1} << number : 0;
 }
 
 // The operands of one instruction, and what becomes of it.

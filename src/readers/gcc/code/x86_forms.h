@@ -18,7 +18,7 @@ uint8_t NumberOf(x86_reg capstoneRegister);
 // The second byte of a register.
 bool IsHighByte(x86_reg capstoneRegister);
 inline uint64_t Bit(uint8_t number) {
-  return number == kNone ? 0 : uint64_t{1} << number;
+  return number < 64 ? uint64_t{1} << number : 0;
 }
 
 // One instruction, and what becomes of it.
