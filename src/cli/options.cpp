@@ -36,8 +36,7 @@ void AddRunOptions(CLI::App& command, Options& options) {
                          {"retry", StopAnswer::kRetry},
                          {"ignore", StopAnswer::kIgnore}},
                         "what a wrong line of a specification file does: abort drops the file, "
-                        "retry and ignore log it "
-                        "and go on (default: ignore)");
+                        "retry and ignore log it and go on (default: ignore)");
   command.add_flag("-q,--quiet", options.quiet, "of the log only warnings, errors and notes");
   AddMachineOptions(command, options.machine);
 }
@@ -179,18 +178,7 @@ reports::StackLimit LimitOf(const std::string& text) {
   return limit;
 }
 
-void AddCheck(CLI::App& app, Options& options) {
-  Options::Check& check = options.check;
-  CLI::App& command = *app.add_subcommand(
-      "check", "hold the stacks that velkor.toml states against what they need");
-  command.set_version_flag("--version", kVersion);
-  command.add_option("INPUT", options.project,
-                     "velkor.toml (default: that of this folder); with --limit also a project file "
-                     "or a folder");
-  command.callback([&options] {
-    options.command = Options::Command::kCheck;
-    options.project = options.project.empty() ? "velkor.toml" : options.project;
-  });
+void AddCheckOptions(CLI::App& command, Options::Check& check) {
   command
       .add_option_function<std::vector<std::string>>(
           "--limit",
@@ -218,6 +206,20 @@ void AddCheck(CLI::App& app, Options& options) {
                          {"gitlab", GateFormat::kGitlab},
                          {"markdown", GateFormat::kMarkdown}},
                         "how to print (default: text)");
+}
+
+void AddCheck(CLI::App& app, Options& options) {
+  CLI::App& command = *app.add_subcommand(
+      "check", "hold the stacks that velkor.toml states against what they need");
+  command.set_version_flag("--version", kVersion);
+  command.add_option(
+      "INPUT", options.project,
+      "velkor.toml (default: that of this folder); with --limit also a project file or a folder");
+  command.callback([&options] {
+    options.command = Options::Command::kCheck;
+    options.project = options.project.empty() ? "velkor.toml" : options.project;
+  });
+  AddCheckOptions(command, options.check);
   AddLoadOption(command, options);
   AddOutputOption(command, options);
   AddRunOptions(command, options);

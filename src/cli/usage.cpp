@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "reports/edit_distance.h"
+#include "files/near_words.h"
 #include "reports/terminal_text.h"
 
 namespace velkor::cli {
@@ -37,27 +37,18 @@ std::optional<std::string> Unknown(const CLI::App& app) {
   const std::string given = extras.front().substr(0, extras.front().find('='));
   if (given.starts_with('-')) {
     const CLI::App& command = chosen.empty() ? app : *chosen.front();
-    return "there is no option " + given + NearestWord(given, OptionsOf(command));
+    return "there is no option " + given + DidYouMean(given, OptionsOf(command));
   }
   if (chosen.empty()) {
-    return "there is no command \"" + given + "\"" + NearestWord(given, CommandsOf(app));
+    return "there is no command \"" + given + "\"" + DidYouMean(given, CommandsOf(app));
   }
   return "\"" + extras.front() + "\" is one argument too many for " + chosen.front()->get_name();
 }
 
 }  // namespace
 
-std::string NearestWord(const std::string& given, const std::vector<std::string>& words) {
-  constexpr size_t kLongest = 64;
-  size_t least = std::max<size_t>(2, given.size() / 3) + 1;
-  std::string nearest;
-  for (const std::string& word : words) {
-    const size_t distance = given.size() > kLongest ? kLongest : reports::EditDistance(given, word);
-    if (distance < least && distance < word.size()) {
-      least = distance;
-      nearest = word;
-    }
-  }
+std::string DidYouMean(const std::string& given, const std::vector<std::string>& words) {
+  const std::string nearest = NearestWord(given, words);
   return nearest.empty() ? "" : "; did you mean " + nearest + "?";
 }
 

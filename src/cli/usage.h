@@ -8,7 +8,7 @@
 namespace velkor::cli {
 
 // "; did you mean analyze?", or nothing where no word is near.
-std::string NearestWord(const std::string& given, const std::vector<std::string>& words);
+std::string DidYouMean(const std::string& given, const std::vector<std::string>& words);
 
 // What is wrong with the arguments, for the user: the misspelt command or option with the nearest
 // one, else what the parser says.
@@ -33,8 +33,7 @@ CLI::Option* AddChoice(CLI::App& command, const std::string& name, Value& value,
       words.push_back(word);
     }
     throw CLI::ValidationError(name, "\"" + given + "\" is none of " +
-                                         CLI::detail::join(words, ", ") +
-                                         NearestWord(given, words));
+                                         CLI::detail::join(words, ", ") + DidYouMean(given, words));
   };
   return command.add_option_function<std::string>(name, choose, help)->option_text(shown);
 }

@@ -3,35 +3,19 @@
 #include <algorithm>
 #include <charconv>
 #include <initializer_list>
+#include <iterator>
 #include <limits>
-#include <numeric>
 #include <toml++/toml.h>
 #include <utility>
 
+#include "files/near_words.h"
 #include "readers/library_statements.h"
 
 namespace velkor {
 namespace {
 
-constexpr size_t kFarthest = 3;  // single changes up to which a key is near
-
 TextPlace PlaceIn(const toml::source_region& source) {
   return {source.begin.line, source.begin.column};
-}
-
-// Single-character changes from one text to the other.
-size_t Distance(std::string_view left, std::string_view right) {
-  std::vector<size_t> row(right.size() + 1);
-  std::iota(row.begin(), row.end(), size_t{0});
-  for (size_t i = 0; i < left.size(); ++i) {
-    size_t diagonal = std::exchange(row[0], i + 1);
-    for (size_t j = 0; j < right.size(); ++j) {
-      const size_t replaced = diagonal + (left[i] == right[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
-    }
-  }
-  return row.back();
 }
 
 class ConfigurationReader {
@@ -74,16 +58,11 @@ class ConfigurationReader {
         continue;
       }
       std::string text = "unknown key \"" + std::string(key.str()) + "\"";
-      size_t best = kFarthest + 1;
-      std::string_view nearest;
-      for (const Key<Target>& each : keys) {
-        const size_t distance = key.str().size() > 64 ? best : Distance(key.str(), each.name);
-        if (distance < best) {
-          best = distance;
-          nearest = each.name;
-        }
-      }
-      text += nearest.empty() ? "" : "; near it: \"" + std::string(nearest) + "\"";
+      std::vector<std::string> names;
+      std::ranges::transform(keys, std::back_inserter(names),
+                             [](const Key<Target>& each) { return std::string(each.name); });
+      const std::string nearest = NearestWord(key.str(), names);
+      text += nearest.empty() ? "" : "; near it: \"" + nearest + "\"";
       faults_.push_back({PlaceIn(key.source()), std::move(text)});
     }
   }

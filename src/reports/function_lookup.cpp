@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "core/function_text.h"
+#include "files/near_words.h"
 #include "files/spec_language.h"
 #include "files/spec_names.h"
-#include "reports/edit_distance.h"
 
 namespace velkor::reports {
 namespace {

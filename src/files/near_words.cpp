@@ -1,11 +1,11 @@
-#include "reports/edit_distance.h"
+#include "files/near_words.h"
 
 #include <algorithm>
 #include <numeric>
 #include <utility>
 #include <vector>
 
-namespace velkor::reports {
+namespace velkor {
 
 size_t EditDistance(std::string_view left, std::string_view right) {
   std::vector<size_t> beforeLast(right.size() + 1);
@@ -26,4 +26,18 @@ size_t EditDistance(std::string_view left, std::string_view right) {
   return last.back();
 }
 
-}  // namespace velkor::reports
+std::string NearestWord(std::string_view given, const std::vector<std::string>& words) {
+  constexpr size_t kLongest = 64;
+  std::string nearest;
+  size_t least = std::max<size_t>(2, given.size() / 3) + 1;
+  for (const std::string& word : words) {
+    const size_t distance = given.size() > kLongest ? least : EditDistance(given, word);
+    if (distance < least && distance < word.size()) {
+      least = distance;
+      nearest = word;
+    }
+  }
+  return nearest;
+}
+
+}  // namespace velkor
