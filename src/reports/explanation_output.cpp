@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "reports/explanation_rows.h"
+#include "reports/gate/gate_json.h"
 #include "reports/json_writer.h"
 #include "reports/terminal_text.h"
 
@@ -43,14 +44,7 @@ class ExplanationJson {
     json_.NumberOrNull("need", stack.bounded, stack.known);
     json_.Number("known", stack.known);
     json_.NumberOrNull("size", stack.size.has_value(), stack.size.value_or(0));
-    json_.StartArray("rows");
-    for (const StackRow& row : stack.rows) {
-      json_.StartObject();
-      json_.Text("what", row.what);
-      json_.Number("bytes", row.bytes);
-      json_.EndObject();
-    }
-    json_.EndArray();
+    WriteStackRows(stack, json_);
     json_.EndObject();
   }
 

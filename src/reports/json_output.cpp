@@ -45,20 +45,12 @@ class JsonOutput {
     json_.StartObject("inputs");
     json_.Number("modules", inputs.Count());
     json_.Number("read", inputs.read);
-    WriteTexts("missing", inputs.missing);
-    WriteTexts("notWhole", inputs.notWhole);
+    json_.Texts("missing", inputs.missing);
+    json_.Texts("notWhole", inputs.notWhole);
     json_.EndObject();
   }
 
-  void WriteTexts(const char* key, const std::vector<std::string>& texts) {
-    json_.StartArray(key);
-    for (const std::string& text : texts) {
-      json_.Text(text);
-    }
-    json_.EndArray();
-  }
-
-  void WriteLog() { WriteTexts("log", result_.log); }
+  void WriteLog() { json_.Texts("log", result_.log); }
 
   void WriteWarnings() {
     json_.StartArray("warnings");

@@ -4,7 +4,9 @@
 #include <optional>
 #include <rapidjson/prettywriter.h>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "reports/result_output.h"
 
@@ -75,6 +77,13 @@ class JsonWriter {
     json_.Null();
   }
 
+  void Texts(const char* key, const std::vector<std::string>& texts) {
+    StartArray(key);
+    for (const std::string& text : texts) {
+      Text(text);
+    }
+    EndArray();
+  }
   void Indices(const char* key, std::span<const uint32_t> functions) {
     StartArray(key);
     for (const uint32_t function : functions) {

@@ -36,21 +36,14 @@ class GateJson {
   void WriteStack(const GateStack& stack) {
     json_.StartObject();
     json_.Text("name", stack.name);
-    WriteTexts("entries", stack.entries);
+    json_.Texts("entries", stack.entries);
     json_.Text("state", StackStateName(stack.state));
     json_.NumberOrNull("need", stack.bounded, stack.known);
     json_.Number("known", stack.known);
     json_.NumberOrNull("size", stack.size.has_value(), stack.size.value_or(0));
     json_.SignedOrNull("free", stack.Free());
     json_.SignedOrNull("change", stack.change);
-    json_.StartArray("rows");
-    for (const StackRow& row : stack.rows) {
-      json_.StartObject();
-      json_.Text("what", row.what);
-      json_.Number("bytes", row.bytes);
-      json_.EndObject();
-    }
-    json_.EndArray();
+    WriteStackRows(stack, json_);
     json_.EndObject();
   }
 
@@ -64,23 +57,26 @@ class GateJson {
     json_.NumberOrNull("line", finding.place.line != 0, finding.place.line);
     json_.NumberOrNull("column", finding.place.column != 0, finding.place.column);
     json_.TextOrNull("stack", finding.stack);
-    WriteTexts("stacks", finding.stacks);
+    json_.Texts("stacks", finding.stacks);
     json_.Text("fingerprint", finding.Fingerprint());
     json_.EndObject();
-  }
-
-  void WriteTexts(const char* key, const std::vector<std::string>& texts) {
-    json_.StartArray(key);
-    for (const std::string& text : texts) {
-      json_.Text(text);
-    }
-    json_.EndArray();
   }
 
   JsonWriter json_;
 };
 
 }  // namespace
+
+void WriteStackRows(const GateStack& stack, JsonWriter& json) {
+  json.StartArray("rows");
+  for (const StackRow& row : stack.rows) {
+    json.StartObject();
+    json.Text("what", row.what);
+    json.Number("bytes", row.bytes);
+    json.EndObject();
+  }
+  json.EndArray();
+}
 
 void WriteGateJson(const GateReport& report, ResultOutput& output) {
   GateJson(output).Write(report);

@@ -35,10 +35,8 @@ constexpr std::array<GateRule, 16> kRules = {{
      "Build it again with the options that write the file.", Severity::kError},
     {"no-bound", "A stack has no bound",
      "Something that runs on the stack has no known limit: a call through a pointer, a recursion, "
-     "a "
-     "frame that grows while the program runs, or a function whose size is not known. The bytes "
-     "that "
-     "are shown are only the least.",
+     "a frame that grows while the program runs, or a function whose size is not known. The bytes "
+     "that are shown are only the least.",
      "State what is missing in a specification file that \"load\" of velkor.toml names.",
      Severity::kError},
     {"now-known", "What a stack missed is known now",
@@ -51,8 +49,7 @@ constexpr std::array<GateRule, 16> kRules = {{
      Severity::kError},
     {"regression", "A stack needs more than before",
      "A stack needs more bytes than in the baseline by more than \"growth\" of [gate] allows, or "
-     "it "
-     "had a bound and has none any more.",
+     "it had a bound and has none any more.",
      "Look at the function that is named; --update-baseline accepts the new number.",
      Severity::kError},
     {"stack-size", "The size of a stack is not known",
