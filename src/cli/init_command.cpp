@@ -4,28 +4,16 @@
 #include <vector>
 
 #include "files/output_target.h"
+#include "platform/host_path.h"
 #include "reports/gate/init_text.h"
 
 namespace velkor::cli {
 namespace {
 
-std::vector<std::string_view> PartsOf(std::string_view path) {
-  std::vector<std::string_view> parts;
-  for (size_t start = 0; start <= path.size();) {
-    const size_t end = std::min(path.find('/', start), path.size());
-    if (const std::string_view part = path.substr(start, end - start);
-        !part.empty() && part != ".") {
-      parts.push_back(part);
-    }
-    start = end + 1;
-  }
-  return parts;
-}
-
 // As a file in that folder names it.
 std::string RelativeTo(std::string_view path, std::string_view file) {
-  const std::vector<std::string_view> parts = PartsOf(path);
-  std::vector<std::string_view> folder = PartsOf(file);
+  const std::vector<std::string_view> parts = HostPathSteps(path);
+  std::vector<std::string_view> folder = HostPathSteps(file);
   folder.pop_back();
   const auto [from, to] = std::ranges::mismatch(folder, parts);
   std::string relative;

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace velkor {
 
@@ -27,5 +28,9 @@ class HostPath {
  private:
   std::string bytes_;
 };
+
+// The names in the bytes of a host path: without ".", and without ".." as far as a name before it
+// stands for the folder that it leads back from. Refers to the path.
+std::vector<std::string_view> HostPathSteps(std::string_view path);
 
 }  // namespace velkor

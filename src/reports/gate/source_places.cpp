@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "files/whole_text.h"
+#include "platform/host_path.h"
 
 namespace velkor::reports {
 namespace {
@@ -21,21 +22,10 @@ bool IsRepository(FileSystem& files, const std::string& folder) {
 
 // Without "." and "..", as far as they lead back to what was named before.
 std::string Normal(std::string_view path) {
-  std::vector<std::string_view> parts;
   const bool isRooted = path.starts_with('/');
-  for (size_t start = 0; start <= path.size();) {
-    const size_t end = std::min(path.find('/', start), path.size());
-    const std::string_view part = path.substr(start, end - start);
-    start = end + 1;
-    if (part == ".." && !parts.empty() && parts.back() != "..") {
-      parts.pop_back();
-    } else if (!part.empty() && part != ".") {
-      parts.push_back(part);
-    }
-  }
   std::string normal;
-  for (const std::string_view part : parts) {
-    normal.append(normal.empty() && !isRooted ? "" : "/").append(part);
+  for (const std::string_view step : HostPathSteps(path)) {
+    normal.append(normal.empty() && !isRooted ? "" : "/").append(step);
   }
   return normal;
 }
