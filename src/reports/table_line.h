@@ -15,7 +15,8 @@ struct TableColumns {
 
 // A text so far to the right in a column of ten characters.
 std::string PaddedColumn(std::string_view text);
-// The columns, then the text, indented by its level; with a line feed.
+// The columns, apart from each other whatever they hold, then the text, indented by its level; with
+// a line feed.
 std::string TableLine(const TableColumns& columns, size_t level, std::string_view text);
 
 }  // namespace velkor::reports

@@ -251,6 +251,30 @@ TEST_F(Check, ChecksProjectsOfTheOtherCompilerWithStatedFigures) {
   EXPECT_NE(missing.out.find("[entry-not-found]"), missing.out.npos) << missing.out;
 }
 
+// Of two functions of one name each may be the larger: none of them is taken.
+TEST_F(Check, AnEntryThatCanMeanTwoFunctionsIsRefusedUntilItsFileIsNamed) {
+  for (const char* file : {"rx", "tx"}) {
+    const std::string title = std::string(file) + ".c";
+    const int frame = file == std::string("rx") ? 200 : 40;
+    folder_.Put("build/" + std::string(file) + ".ci",
+                "graph: { title: \"" + title + "\"\nnode: { title: \"" + title +
+                    ":poll\" label: \"poll\\n" + title + ":7:5\\n" + std::to_string(frame) +
+                    " bytes (static)\" }\n}\n");
+  }
+  const std::string begin = "input = \"build\"\nframe = 0\nswitch = 0\n[stack.rx]\n";
+  folder_.Put("velkor.toml", begin + "entry = \"poll\"\nsize = 128\n");
+  const ProgramRun run = Run();
+  EXPECT_EQ(run.status, 5);
+  EXPECT_NE(run.out.find("velkor.toml:5:9: error: the entry of stack rx: \"poll\" can mean more "
+                         "than one function: rx.c#poll of rx.c, tx.c#poll of tx.c "
+                         "[entry-not-found]"),
+            run.out.npos)
+      << run.out;
+  folder_.Put("velkor.toml", begin + "entry = \"rx.c#poll\"\nsize = 128\n");
+  EXPECT_NE(Run().out.find("stack rx needs 200 of 128 bytes: 72 too many [over-budget]"),
+            std::string::npos);
+}
+
 TEST_F(Check, InitWritesWhatIsThereAndLeavesOpenWhatIsNot) {
   Use("avr");
   fs::remove(folder_.Path("velkor.toml"));

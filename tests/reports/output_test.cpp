@@ -6,6 +6,7 @@
 #include "reports/entry_ranking.h"
 #include "reports/json_output.h"
 #include "reports/result_output.h"
+#include "reports/table_line.h"
 #include "reports/terminal_text.h"
 #include "reports/text_output.h"
 #include "reports/uncertainty.h"
@@ -43,6 +44,8 @@ TEST(Outputs, ALineOfATerminalObeysNothing) {
   EXPECT_EQ(OneLine("\x1B[2J\tü\x7F"), "\uFFFD[2J\tü\uFFFD");
   EXPECT_EQ(OneLine("\u009B2J\u00A0"), "\uFFFD2J\u00A0");
   EXPECT_EQ(CharacterCount("≥10"), 3U);
+  EXPECT_EQ(TableLine({"≥46168", "2152-48944", "64-256"}, 0, "f"),
+            "    ≥46168 2152-48944    64-256  f\n");
 }
 
 TEST(Outputs, WhatIsKnownOfMostComesFirst) {

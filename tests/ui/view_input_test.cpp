@@ -4,6 +4,7 @@
 #include <QMimeData>
 #include <QScrollBar>
 #include <QStatusBar>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include "main_window.h"
@@ -153,6 +154,25 @@ TEST_F(ViewInput, ADropIsACopy) {
   }
   HandleEvents();
   EXPECT_EQ(BoxTexts(), "E9300 Cannot find project file (/p/app.prj).|");
+}
+
+TEST_F(ViewInput, AFolderThatIsDroppedIsOpened) {
+  const QTemporaryDir build;
+  host.files.AddDirectory(build.path().toStdString());
+  host.files.Put(build.filePath("a.ci").toStdString(),
+                 "graph: { title: \"a.c\"\n"
+                 "node: { title: \"reset\" label: \"reset\\na.c:1:5\\n16 bytes (static)\" }\n"
+                 "}\n");
+  QMimeData folder;
+  folder.setUrls({QUrl::fromLocalFile(build.path())});
+  QDragEnterEvent enter({9, 9}, Qt::CopyAction, &folder, Qt::LeftButton, Qt::NoModifier);
+  QDropEvent drop({9, 9}, Qt::CopyAction, &folder, Qt::LeftButton, Qt::NoModifier);
+  QApplication::sendEvent(&app->Frame(), &enter);
+  EXPECT_TRUE(enter.isAccepted());
+  QApplication::sendEvent(&app->Frame(), &drop);
+  HandleEvents();
+  Finish();
+  EXPECT_NE(TreeText().find("reset"), std::string::npos) << TreeText() << BoxTexts();
 }
 
 }  // namespace
