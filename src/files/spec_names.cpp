@@ -163,14 +163,31 @@ std::string SpecNames::Shown(const StkFunction& function) {
 }
 
 bool SpecNames::IsOwnWord(std::string_view text, const StkFunction& function) const {
-  const bool isGlobal = function.Is(FN_DEFINED) && function.Is(FN_GLOBAL);
   const std::string_view before = function.Is(FN_PLAIN_SYMBOL) ? "" : "_";
+  const std::string_view word = WordIn(text, function);
   // A "_" at the start of what has another one before it would be looked for as a symbol.
-  return isGlobal && function.ShownName().empty() && !text.empty() &&
-         text.size() <= kLongestOwnWord && function.name.size() == before.size() + text.size() &&
-         function.name.ends_with(text) && function.name.starts_with(before) &&
-         (before.empty() || !text.starts_with('_')) && std::ranges::all_of(text, IsWordCharacter) &&
-         !table_.SharesName(function);
+  return !word.empty() && text.size() <= kLongestOwnWord && function.ShownName().empty() &&
+         function.name.size() == before.size() + word.size() && function.name.ends_with(word) &&
+         function.name.starts_with(before) && (before.empty() || !word.starts_with('_')) &&
+         std::ranges::all_of(word, IsWordCharacter) && !table_.SharesName(function);
+}
+
+// The name in the plain form without its brackets or its file; empty where the file is no plain word.
+std::string_view SpecNames::WordIn(std::string_view text, const StkFunction& function) {
+  if (!function.Is(FN_DEFINED)) {
+    return text.substr(1, text.size() - 2);
+  }
+  if (function.IsStatic()) {
+    const size_t mark = text.find('#');
+    const std::string_view file = text.substr(0, mark);
+    const bool isPlain = !file.empty() && IsWordCharacter(file.front()) &&
+                         std::ranges::all_of(file, [](char character) {
+                           return IsWordCharacter(character) || character == '.' ||
+                                  character == '-';
+                         });
+    return isPlain ? text.substr(mark + 1) : std::string_view();
+  }
+  return text;
 }
 
 bool SpecNames::Means(std::string_view text, const StkFunction& function) {

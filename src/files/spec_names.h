@@ -75,8 +75,9 @@ class SpecNames {
   StkFunction* FindInFile(const SpecName& name);
   StkFunction* OnlyOne(const Places& places, std::string_view tail) const;
   bool IsInFile(const StkFunction& function, const SpecName& name) const;
-  // What Means answers yes to without a look at the rules: most names.
+  // Of a name in the plain form: what Means answers yes to without a look at the rules. Most names.
   bool IsOwnWord(std::string_view text, const StkFunction& function) const;
+  static std::string_view WordIn(std::string_view text, const StkFunction& function);
   bool Means(std::string_view text, const StkFunction& function);
   std::string FurtherForm(const StkFunction& function, std::string_view functionName);
   std::string FurtherFormWithFile(const StkFunction& function, std::string_view functionName);

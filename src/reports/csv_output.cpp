@@ -1,5 +1,7 @@
 #include "reports/csv_output.h"
 
+#include <algorithm>
+
 #include "reports/terminal_text.h"
 
 namespace velkor::reports {
@@ -11,13 +13,18 @@ std::string_view YesOrNo(bool value) {
 
 // Of what a spreadsheet takes for a formula, only its first character matters.
 bool IsFormula(std::string_view text) {
-  return !text.empty() && std::string_view("=+-@\t").find(text.front()) != std::string_view::npos;
+  constexpr std::string_view kStarts = "=+-@\t";
+  return !text.empty() && kStarts.find(text.front()) != kStarts.npos;
+}
+
+bool IsFieldAsItIs(std::string_view text) {
+  return !IsFormula(text) && std::ranges::all_of(text, [](char c) {
+    return c >= 0x20 && c < 0x7F && c != ',' && c != '"';
+  });
 }
 
 void AppendField(std::string_view text, std::string& row) {
-  const bool asItIs = IsPlainLine(text) && !IsFormula(text) &&
-                      text.find_first_of(",\"") == std::string_view::npos;
-  if (asItIs) {
+  if (IsFieldAsItIs(text)) {
     row += text;
   } else {
     row += CsvField(text);

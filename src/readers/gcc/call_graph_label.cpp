@@ -18,24 +18,25 @@ constexpr std::string_view kPartEnd = "\\n";
 // is the largest.
 template <typename Number>
 std::optional<Number> TakeNumber(std::string_view& text) {
+  using Limits = std::numeric_limits<Number>;
+  Number number = 0;
+  Number scale = 1;
+  bool fits = true;
   size_t start = text.size();
-  while (start > 0 && text[start - 1] >= '0' && text[start - 1] <= '9') {
-    --start;
+  for (; start > 0 && text[start - 1] >= '0' && text[start - 1] <= '9'; --start) {
+    const auto digit = static_cast<Number>(text[start - 1] - '0');
+    if (text.size() - start < size_t{Limits::digits10}) {
+      number += digit * scale;
+      scale *= 10;
+    } else {
+      fits = fits && digit == 0;
+    }
   }
-  std::string_view digits = text.substr(start);
-  if (digits.empty()) {
+  if (start == text.size()) {
     return std::nullopt;
   }
   text = text.substr(0, start);
-  digits.remove_prefix(std::min(digits.find_first_not_of('0'), digits.size()));
-  if (digits.size() > std::numeric_limits<Number>::digits10) {
-    return std::numeric_limits<Number>::max();
-  }
-  Number number = 0;
-  for (const char digit : digits) {
-    number = number * 10 + static_cast<Number>(digit - '0');
-  }
-  return number;
+  return fits ? number : Limits::max();
 }
 
 // " VARIABLE FILE:LINE:COLUMN" each, every one behind a part end.
