@@ -2,9 +2,11 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "core/adjustment_information.h"
 #include "core/call_range.h"
+#include "core/detail/callee_update.h"
 #include "core/detail/report_overflow.h"
 #include "core/function_text.h"
 #include "core/recompute.h"
@@ -13,12 +15,31 @@ namespace velkor {
 
 namespace {
 
+using CalleeChanges = std::vector<CalleeChange>;
+
+void SetExtraCallees(StkFunction& function, StkFunctionList callees, CalleeChanges& changes) {
+  if (callees != function.extraCallees) {
+    changes.push_back({&function, std::exchange(function.extraCallees, std::move(callees))});
+  }
+}
+
+// rebuild: other functions are called than before.
+void RecomputeAfter(const CalleeChanges& changes, bool rebuild, StkFunctionTable& table,
+                    StkRootList& roots, StkReporter& reporter) {
+  const bool isFollowed = CalleeUpdate(table, roots).Follow(changes);
+  if (!isFollowed && !changes.empty()) {
+    table.NoteRearrangedCallees();
+  }
+  Recompute(table, roots, rebuild && !isFollowed, nullptr, nullptr, reporter);
+}
+
 // Whether the function had extra callees.
-bool Cancel(StkFunctionTable& table, StkFunction& function, StkReporter& reporter) {
+bool Cancel(StkFunctionTable& table, StkFunction& function, CalleeChanges& changes,
+            StkReporter& reporter) {
   const bool hadCallees = !function.extraCallees.empty();
   table.TakeAdjustmentAway(function);
   table.SetDirectCallees(function, {});
-  function.extraCallees.clear();
+  SetExtraCallees(function, {}, changes);
   const std::string name = FunctionSpecName(function, reporter.Messages().GetCodePage());
   reporter.LogMessage(MessageKey::kSpecificationCanceled, {name});
   return hadCallees;
@@ -26,7 +47,8 @@ bool Cancel(StkFunctionTable& table, StkFunction& function, StkReporter& reporte
 
 // What the adjustment changes, after having put it in force.
 AdjustmentInformationResult Put(StkFunctionTable& table, StkFunction& function,
-                                const StkAdjustment& adjustment, StkReporter& reporter) {
+                                const StkAdjustment& adjustment, CalleeChanges& changes,
+                                StkReporter& reporter) {
   AdjustmentInformationResult information =
       AdjustmentInformation(adjustment, function, InformationMode::kCompare, reporter.Messages());
   if (adjustment.Adjusts() || adjustment.directCallees.empty()) {
@@ -35,11 +57,7 @@ AdjustmentInformationResult Put(StkFunctionTable& table, StkFunction& function,
     table.TakeAdjustmentAway(function);
   }
   table.SetDirectCallees(function, adjustment.directCallees);
-  StkFunctionList callees = adjustment.callees.value_or(StkFunctionList());
-  if (callees != function.extraCallees) {
-    function.extraCallees = std::move(callees);
-    table.NoteRearrangedCallees();
-  }
+  SetExtraCallees(function, adjustment.callees.value_or(StkFunctionList()), changes);
   if (!information.text.empty()) {
     const std::string name = FunctionSpecName(function, table.GetCodePage());
     reporter.LogMessage(MessageKey::kSpecificationAdjusted, {name, information.text});
@@ -49,7 +67,7 @@ AdjustmentInformationResult Put(StkFunctionTable& table, StkFunction& function,
 
 // What is stated of a function holds for its clones. Whether a callee list has changed.
 bool PutForClones(StkFunctionTable& table, const StkFunction& base, const StkAdjustment& adjustment,
-                  StkReporter& reporter) {
+                  CalleeChanges& changes, StkReporter& reporter) {
   bool changed = false;
   for (StkFunction* clone : table.Clones().Of(base)) {
     StkAdjustment stated = AdjustmentFor(*clone, adjustment, table.GetCodePage());
@@ -63,12 +81,13 @@ bool PutForClones(StkFunctionTable& table, const StkFunction& base, const StkAdj
     if (stated.depth != kNoDepth && !IsRecursiveWith(table, *clone, *stated.callees)) {
       stated.depth = kNoDepth;
     }
-    changed = Put(table, *clone, stated, reporter).calleesChanged || changed;
+    changed = Put(table, *clone, stated, changes, reporter).calleesChanged || changed;
   }
   return changed;
 }
 
-bool CancelOfClones(StkFunctionTable& table, const StkFunction& base, StkReporter& reporter) {
+bool CancelOfClones(StkFunctionTable& table, const StkFunction& base, CalleeChanges& changes,
+                    StkReporter& reporter) {
   bool changed = false;
   for (StkFunction* clone : table.Clones().Of(base)) {
     if (table.KeptOfClone(*clone).isOwn) {
@@ -77,7 +96,7 @@ bool CancelOfClones(StkFunctionTable& table, const StkFunction& base, StkReporte
     if (table.Brought(*clone) != nullptr) {
       table.KeepUnderBrought(*clone, {}, {});
     } else if (clone->HasStatement()) {
-      changed = Cancel(table, *clone, reporter) || changed;
+      changed = Cancel(table, *clone, changes, reporter) || changed;
     }
   }
   return changed;
@@ -104,13 +123,15 @@ bool AdjustFunction(StkFunctionTable& table, StkRootList& roots, StkFunction& fu
                     const StkAdjustment& adjustment, StkReporter& reporter) {
   const bool newDirect = table.DirectCallees(function) != adjustment.directCallees;
   const bool wasStated = function.HasStatement();
-  const AdjustmentInformationResult information = Put(table, function, adjustment, reporter);
+  CalleeChanges changes;
+  const AdjustmentInformationResult information =
+      Put(table, function, adjustment, changes, reporter);
   if (function.Is(FN_CLONE) && (!information.text.empty() || newDirect || !wasStated)) {
     SetOwn(table, function);
   }
   const bool changed =
-      PutForClones(table, function, adjustment, reporter) || information.calleesChanged;
-  Recompute(table, roots, changed, nullptr, nullptr, reporter);
+      PutForClones(table, function, adjustment, changes, reporter) || information.calleesChanged;
+  RecomputeAfter(changes, changed, table, roots, reporter);
   if (table.Overflow()) {
     ReportOverflow(table, function, FunctionSpecName(function, table.GetCodePage()), reporter);
   }
@@ -122,13 +143,14 @@ bool CancelAdjustment(StkFunctionTable& table, StkRootList& roots, StkFunction& 
   if (!function.HasStatement()) {
     return false;
   }
-  bool changed = Cancel(table, function, reporter);
-  changed = CancelOfClones(table, function, reporter) || changed;
+  CalleeChanges changes;
+  bool changed = Cancel(table, function, changes, reporter);
+  changed = CancelOfClones(table, function, changes, reporter) || changed;
   if (function.Is(FN_CLONE)) {
     SetOwn(table, function);
     ForgetOwn(table, function);
   }
-  Recompute(table, roots, changed, nullptr, nullptr, reporter);
+  RecomputeAfter(changes, changed, table, roots, reporter);
   return changed;
 }
 
@@ -136,20 +158,21 @@ bool CancelAllAdjustments(StkFunctionTable& table, StkRootList& roots, StkReport
   if (table.CountForSpecFile(false) == 0) {
     return false;
   }
+  CalleeChanges changes;
   bool changed = false;
   for (StkFunction* function : table.Functions()) {
     if (table.Brought(*function) != nullptr) {
       continue;
     }
     if (function->HasStatement()) {
-      changed = Cancel(table, *function, reporter) || changed;
+      changed = Cancel(table, *function, changes, reporter) || changed;
     }
-    changed = CancelOfClones(table, *function, reporter) || changed;
+    changed = CancelOfClones(table, *function, changes, reporter) || changed;
     if (function->Is(FN_CLONE)) {
       table.Clones().SetStatement(*function, {});
     }
   }
-  Recompute(table, roots, changed, nullptr, nullptr, reporter);
+  RecomputeAfter(changes, changed, table, roots, reporter);
   return changed;
 }
 

@@ -6,6 +6,7 @@
 
 #include "core/call_range.h"
 #include "core/detail/call_graph.h"
+#include "core/detail/calls_between.h"
 #include "core/detail/components.h"
 
 namespace velkor {
@@ -61,7 +62,11 @@ std::string_view BoundStateName(BoundState state) {
 void StkBounds::Update() {
   const StkFunctionTable::Changes changes = table_.TakeChanges();
   try {
-    if (changes.structure || component_.size() != table_.Count()) {
+    const bool isKept = !changes.structure && component_.size() == table_.Count() &&
+                        std::ranges::all_of(changes.addedCalls, [this](const auto& call) {
+                          return PutBelow(call.callee, call.caller);
+                        });
+    if (!isKept) {
       FindStructure();
       ComputeAll();
     } else {
@@ -152,6 +157,32 @@ void StkBounds::ComputeChanged(const StkFunctionList& functions) {
       }
     }
   });
+}
+
+bool StkBounds::PutBelow(uint32_t callee, uint32_t caller) {
+  const uint32_t first = component_[caller];
+  const uint32_t last = component_[callee];
+  if (last < first || table_.Functions()[caller]->Is(FN_TOTAL_STATED)) {
+    return true;
+  }
+  const auto moved = CallsBetween(table_, component_, BoundCallees).Find(callee, caller);
+  if (!moved) {
+    return false;
+  }
+  const uint32_t start = firstMember_[first];
+  const uint32_t end = firstMember_[last + 1];
+  std::stable_partition(members_.begin() + start, members_.begin() + end,
+                        [&moved](uint32_t function) { return (*moved)[function]; });
+  uint32_t number = first;
+  uint32_t before = component_[members_[start]];
+  for (uint32_t i = start; i < end; ++i) {
+    uint32_t& component = component_[members_[i]];
+    if (component != before) {
+      firstMember_[++number] = i;
+    }
+    before = std::exchange(component, number);
+  }
+  return true;
 }
 
 std::span<const uint32_t> StkBounds::Members(uint32_t component) const {

@@ -87,6 +87,8 @@ class StkBounds {
   void CollectGroups(const std::vector<bool>& recursive);
   void ComputeAll();
   void ComputeChanged(const StkFunctionList& functions);
+  // Whether the callee has a smaller number now, its component like all others being what it was.
+  bool PutBelow(uint32_t callee, uint32_t caller);
   std::span<const uint32_t> Members(uint32_t component) const;
   bool Compute(uint32_t component);
   bool ComputeAlone(uint32_t function);

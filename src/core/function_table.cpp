@@ -391,6 +391,7 @@ void StkFunctionTable::Clear() {
   adjustedCount_ = 0;
   NoteRearrangedCallees();
   overLimitRoots_ = 0;
+  leadsToRecursion_.clear();
 }
 
 }  // namespace velkor

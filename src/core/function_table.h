@@ -15,6 +15,7 @@
 #include "core/detail/call_name_lists.h"
 #include "core/detail/caller_lists.h"
 #include "core/detail/computation_order.h"
+#include "core/detail/extra_caller_lists.h"
 #include "core/detail/function_blocks.h"
 #include "core/function.h"
 #include "core/name_table.h"
@@ -112,7 +113,7 @@ class StkFunctionTable {
   // The same for an input that knows by itself which function each call means. Of all functions,
   // in place of the callees that they had.
   void SetAllCalls(const ResolvedCalls& calls);
-  // Those whose callees, or whose extra callees at the last rebuilding, the function is among; by
+  // Those whose callees, or whose extra callees at the last computation, the function is among; by
   // index, ascending. The first question takes time linear in the calls.
   std::span<const uint32_t> Callers(uint32_t function) const;
   std::span<const uint32_t> ExtraCallers(uint32_t function) const {
@@ -198,12 +199,18 @@ class StkFunctionTable {
 
  private:
   friend class StkComputation;
+  friend class CalleeUpdate;
   friend class StkBounds;
 
+  struct AddedCall {
+    uint32_t caller = 0;
+    uint32_t callee = 0;
+  };
   // What has changed in a computed table, as far as a computation has taken it up.
   struct Changes {
     bool structure = true;      // anything may have changed, the calls too
     StkFunctionList functions;  // else: those touched, a function perhaps several times
+    std::vector<AddedCall> addedCalls;  // else: which may have come, and concern no recursion
   };
 
   // Something that the function's own total depends on has changed.
@@ -211,7 +218,9 @@ class StkFunctionTable {
   // What has been touched since it was last asked, a function perhaps several times.
   StkFunctionList TakeTouched();
   void NoteStructureChange() { changes_ = {}; }
-  Changes TakeChanges() { return std::exchange(changes_, {.structure = false, .functions = {}}); }
+  Changes TakeChanges() {
+    return std::exchange(changes_, {.structure = false, .functions = {}, .addedCalls = {}});
+  }
 
   StkFunction& Insert(uint32_t name, const StkFileEntry* file, uint32_t flags);
   StkFunction& ResolveCall(const StkFunction& caller, uint32_t calleeName);
@@ -226,7 +235,7 @@ class StkFunctionTable {
   StkFunctionList callees_;    // of all functions, caller after caller
   // None until it is asked for: most programs are computed once and never changed.
   mutable std::optional<CallerLists> callers_;
-  CallerLists extraCallers_;
+  ExtraCallerLists extraCallers_;
   StkFunctionList touched_;
   Changes changes_;
   std::unique_ptr<FunctionNameIndex> nameIndex_;
@@ -243,6 +252,7 @@ class StkFunctionTable {
   // Kept from one computation to the next of the same graph:
   ComputationOrder order_;  // empty when not known
   uint32_t overLimitRoots_ = 0;
+  std::vector<bool> leadsToRecursion_;  // by index, a recursive one included
 };
 
 }  // namespace velkor

@@ -15,6 +15,7 @@ class StkRootList {
 
  private:
   friend class StkComputation;
+  friend class CalleeUpdate;
 
   StkFunctionList functions_;
 };

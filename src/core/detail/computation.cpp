@@ -10,6 +10,28 @@
 
 namespace velkor {
 
+namespace {
+
+// Callees first, as components are numbered.
+std::vector<bool> LeadingToRecursion(const CallGraph& graph, const Components& components) {
+  std::vector<bool> ofComponent = components.recursive;
+  std::vector<bool> leads(graph.Count(), false);
+  for (const uint32_t function : components.members) {
+    const uint32_t component = components.of[function];
+    for (const uint32_t callee : graph.Callees(function)) {
+      ofComponent[component] = ofComponent[component] || ofComponent[components.of[callee]];
+    }
+    leads[function] = ofComponent[component];
+  }
+  return leads;
+}
+
+bool HasPending(const StkFunction* function) {
+  return function->pendingAdjustment != nullptr;
+}
+
+}  // namespace
+
 void StkComputation::Rebuild() {
   roots_.Clear();
   table_.NoteRearrangedCallees();
@@ -18,6 +40,7 @@ void StkComputation::Rebuild() {
   const std::vector<uint32_t> uncalled = graph_->UncalledFunctions();
   Components components = FindComponents(*graph_, uncalled);
   MarkRecursion(components);
+  table_.leadsToRecursion_ = LeadingToRecursion(*graph_, components);
   const std::vector<uint32_t> topLevel =
       WithEntries(DecideTopLevel(*graph_, components, uncalled, marked));
   MarkTopLevel(topLevel);
@@ -35,15 +58,14 @@ std::vector<uint32_t> StkComputation::ReadCalls() {
   CallGraph& graph = graph_.emplace();
   entries_.clear();
   std::vector<uint32_t> marked;
-  ResolvedCalls extraCalls;
+  ExtraCallerLists extraCallers;
   for (StkFunction* function : table_.Functions()) {
     if (const StkAdjustment* pending = function->pendingAdjustment.get()) {
       function->extraCallees = pending->callees.value_or(StkFunctionList());
     }
     for (const StkFunction* callee : function->extraCallees) {
-      extraCalls.callees.push_back(table_.IndexOf(*callee));
+      extraCallers.Add(table_.IndexOf(*callee), function->index);
     }
-    extraCalls.ends.push_back(static_cast<uint32_t>(extraCalls.callees.size()));
     if (function->Is(FN_ROOT)) {
       marked.push_back(function->index);
       function->flags &= ~uint32_t{FN_ROOT};
@@ -53,7 +75,7 @@ std::vector<uint32_t> StkComputation::ReadCalls() {
     }
     graph.Append(table_, *function);
   }
-  table_.extraCallers_ = extraCalls.callees.empty() ? CallerLists() : CallerLists(extraCalls);
+  table_.extraCallers_ = std::move(extraCallers);
   return marked;
 }
 
@@ -117,6 +139,10 @@ void StkComputation::FindOrder(std::vector<uint32_t> order, size_t firstRoot) {
 StkFunctionList StkComputation::ComputeTotals() {
   const StkFunctionList touched = table_.TakeTouched();
   StkFunctionList pending;
+  // What is posted of pending adjustments follows the walk.
+  if (!table_.order_.IsOfWalk() && std::ranges::any_of(touched, HasPending)) {
+    table_.NoteRearrangedCallees();
+  }
   if (!graph_ && table_.order_.size() == table_.Count()) {
     pending = UpdateTotals(table_, table_.order_, touched, table_.overLimitRoots_);
   } else {
