@@ -180,6 +180,43 @@ void OneMargin(benchmark::State& state, Generator generate, bool shown) {
   state.counters["p99_ms"] = Milliseconds(seconds, 99);
 }
 
+// A callee is stated of any function, and taken away again, as the window does it.
+void OneCallee(benchmark::State& state, Generator generate) {
+  const auto count = static_cast<uint32_t>(state.range(0));
+  const std::unique_ptr<Database> database = generate(count);
+  database->Finish();
+  database->Compute(true);
+  StkBounds bounds(database->functions);
+  bounds.Update();
+  database->functions.Callers(0);  // asked for once, after the analysis
+  const StkFunctionList& functions = database->functions.Functions();
+  std::mt19937 random(4);
+  StkFunction* adjusted = nullptr;
+  std::vector<double> seconds;
+  for (auto _ : state) {
+    StkAdjustment adjustment;
+    StkFunction* callee = functions[random() % count];
+    StkFunction* caller = functions[random() % count];
+    adjustment.SetCallees({callee}, database->codePage);
+    const auto start = std::chrono::steady_clock::now();
+    if (adjusted == nullptr) {
+      adjusted = caller;
+      AdjustFunction(database->functions, database->roots, *caller, adjustment,
+                     database->reporter);
+    } else {
+      CancelAdjustment(database->functions, database->roots, *adjusted, database->reporter);
+      adjusted = nullptr;
+    }
+    bounds.Update();
+    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
+    seconds.push_back(took.count());
+  }
+  std::ranges::sort(seconds);
+  state.counters["median_ms"] = Milliseconds(seconds, 50);
+  state.counters["p99_ms"] = Milliseconds(seconds, 99);
+  state.counters["most_ms"] = Milliseconds(seconds, 100);
+}
+
 // From the collected call names to linked functions.
 void Resolve(benchmark::State& state, Generator generate) {
   for (auto _ : state) {
@@ -230,6 +267,9 @@ BENCHMARK_CAPTURE(Bounds, random, Random)->Apply(Sizes);
 BENCHMARK_CAPTURE(Bounds, chain_of_rings, ChainOfRings)->Apply(Sizes);
 BENCHMARK_CAPTURE(OneMargin, layered, Layered, true)->Apply(Largest)->Iterations(2000);
 BENCHMARK_CAPTURE(OneMargin, random, Random, false)->Apply(Largest)->Iterations(2000);
+BENCHMARK_CAPTURE(OneCallee, layered, Layered)->Apply(Largest)->Iterations(200);
+BENCHMARK_CAPTURE(OneCallee, chain, Chain)->Apply(Largest)->Iterations(40);
+BENCHMARK_CAPTURE(OneCallee, random, Random)->Apply(Largest)->Iterations(40);
 BENCHMARK_CAPTURE(Collect, random, Random)->Apply(Largest);
 BENCHMARK_CAPTURE(Resolve, random, Random)->Apply(Largest);
 BENCHMARK_CAPTURE(SortAll, random, Random)->Apply(Largest);
