@@ -5,12 +5,26 @@
 #include "reports/answer_output.h"
 #include "reports/csv_output.h"
 #include "reports/explanation_output.h"
+#include "reports/gate/gate_text.h"
 #include "reports/gate/input_gate.h"
 #include "reports/json_output.h"
 #include "reports/text_output.h"
 
 namespace velkor::cli {
 namespace {
+
+reports::InputGate GateOf(Application& application, const reports::AnalysisResult& result) {
+  return {*application.Document().Input(), *application.Document().FunctionTable(), result,
+          application.GetHost().files};
+}
+
+// The numbers of functions know nothing of interrupts.
+void WriteStacks(const std::vector<reports::GateStack>& stacks, reports::ResultOutput& output) {
+  if (!stacks.empty()) {
+    output.Write("\nStacks of velkor.toml, interrupts counted (velkor-cli check says more)\n");
+    reports::WriteStackLines(stacks, output);
+  }
+}
 
 void WriteAnalysisText(Application& application, const Options& options,
                        const StkFunction* function, reports::ResultOutput& output) {
@@ -30,6 +44,9 @@ void WriteAnalysisText(Application& application, const Options& options,
                                  ? PlanStatementsFor(functions, bounds, function->index)
                                  : PlanStatements(functions, bounds);
   reports::WriteAnswer(result, plan, choice, output);
+  if (function == nullptr) {
+    WriteStacks(GateOf(application, result).Stacks(), output);
+  }
 }
 
 void WriteAnalysis(Application& application, const Options& options, const StkFunction* function,
@@ -77,9 +94,7 @@ ExitStatus Explain(Application& application, const Options& options) {
   return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
     const reports::AnalysisResult result = application.Result();
     const std::vector<reports::GateStack> stacks =
-        reports::InputGate(*application.Document().Input(), *application.Document().FunctionTable(),
-                           result, application.GetHost().files)
-            .StacksOf(function->index);
+        GateOf(application, result).StacksOf(function->index);
     const auto write = options.format == OutputFormat::kJson ? reports::WriteExplanationJson
                                                              : reports::WriteExplanation;
     write(result, function->index, output, stacks);

@@ -74,6 +74,11 @@ class CheckRun {
       if (WriteResult(application_, {BaselinePath(), {}}, kDone, write) != kDone) {
         return kOutputFailed;
       }
+      if (!gate_.ChecksGrowth()) {
+        application_.Say(
+            "\"growth\" of [gate] is not stated: against this baseline a stack may grow as long as "
+            "it fits");
+      }
       outcome = Ask(&*baseline);
     }
     if (!outcome.report) {

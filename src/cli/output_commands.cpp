@@ -4,6 +4,7 @@
 #include "core/statement_plan.h"
 #include "files/chain_report.h"
 #include "platform/terminal.h"
+#include "reports/gate/input_gate.h"
 #include "reports/page_output.h"
 #include "reports/terminal_text.h"
 #include "reports/todo_output.h"
@@ -57,10 +58,12 @@ ExitStatus Report(Application& application, const Options& options) {
     return analysed;
   }
   return WriteResult(application, options.output, [&](reports::ResultOutput& output) {
-    reports::WritePage(
-        application.Result(),
-        PlanStatements(*application.Document().FunctionTable(), *application.Document().Bounds()),
-        output);
+    const reports::AnalysisResult result = application.Result();
+    const StkFunctionTable& functions = *application.Document().FunctionTable();
+    reports::InputGate gate(*application.Document().Input(), functions, result,
+                            application.GetHost().files);
+    reports::WritePage(result, PlanStatements(functions, *application.Document().Bounds()),
+                       gate.Stacks(), output);
   });
 }
 

@@ -28,8 +28,13 @@ constexpr size_t kMostColumns = 10;
 
 class PageOutput {
  public:
-  PageOutput(const AnalysisResult& result, const StatementPlan& plan, ResultOutput& output)
-      : result_(result), plan_(plan), output_(output), groups_(EntryGroups(result)) {
+  PageOutput(const AnalysisResult& result, const StatementPlan& plan,
+             std::span<const GateStack> stacks, ResultOutput& output)
+      : result_(result),
+        plan_(plan),
+        stacks_(stacks),
+        output_(output),
+        groups_(EntryGroups(result)) {
     if (!groups_.empty()) {
       largest_ = LargestNumbers(result, groups_.front().functions, kMostColumns);
     }
@@ -47,6 +52,7 @@ class PageOutput {
         HtmlText(title), embedded::pageStyle));
     WriteHeader(title);
     output_.Write("<main>\n");
+    WriteStacks();
     WritePicture();
     WriteReasons();
     WriteWanted();
@@ -82,6 +88,27 @@ class PageOutput {
       output_.Write(count == 0 ? "" : fmt::format("<dt>{}</dt><dd>{}</dd>\n", label, count));
     }
     output_.Write("</dl>\n</header>\n");
+  }
+
+  // The numbers below know nothing of interrupts.
+  void WriteStacks() {
+    if (stacks_.empty()) {
+      return;
+    }
+    output_.Write(
+        "<section>\n<h2>Stacks</h2>\n<p>Interrupts are counted here, and nowhere below.</p>\n"
+        "<table>\n<thead><tr><th>Stack</th><th class=\"n\">Need</th><th class=\"n\">Size</th>"
+        "<th class=\"n\">Free</th><th>State</th></tr></thead>\n<tbody>\n");
+    for (const GateStack& stack : stacks_) {
+      const std::string size = stack.size ? std::to_string(*stack.size) : "?";
+      const std::string free = stack.Free() ? std::to_string(*stack.Free()) : "?";
+      output_.Write(fmt::format(
+          "<tr><td>{}</td><td class=\"n\">{}{}</td><td class=\"n\">{}</td><td class=\"n\">{}</td>"
+          "<td>{}</td></tr>\n",
+          HtmlName(stack.name), stack.bounded ? "" : "≥", stack.known, size, free,
+          stack.size ? StackStateName(stack.state) : "size not known"));
+    }
+    output_.Write("</tbody>\n</table>\n</section>\n");
   }
 
   void WritePicture() {
@@ -215,6 +242,7 @@ class PageOutput {
 
   const AnalysisResult& result_;
   const StatementPlan& plan_;
+  std::span<const GateStack> stacks_;
   ResultOutput& output_;
   const std::vector<EntryGroup> groups_;
   std::vector<std::span<const uint32_t>> largest_;  // in groups_
@@ -222,8 +250,9 @@ class PageOutput {
 
 }  // namespace
 
-void WritePage(const AnalysisResult& result, const StatementPlan& plan, ResultOutput& output) {
-  PageOutput(result, plan, output).Write();
+void WritePage(const AnalysisResult& result, const StatementPlan& plan,
+               std::span<const GateStack> stacks, ResultOutput& output) {
+  PageOutput(result, plan, stacks, output).Write();
 }
 
 }  // namespace velkor::reports

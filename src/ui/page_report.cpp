@@ -6,6 +6,7 @@
 
 #include "core/bound_notes.h"
 #include "core/statement_plan.h"
+#include "reports/gate/input_gate.h"
 #include "reports/page_output.h"
 #include "reports/result_file.h"
 #include "reports/take_result.h"
@@ -63,9 +64,13 @@ void WritePageReport(UiContext& context, const std::string& path) {
   const StkBounds& bounds = *context.document.Bounds();
   const reports::AnalysisResult result = ResultOf(context, bounds);
   const StatementPlan plan = PlanStatements(*context.document.FunctionTable(), bounds);
+  const std::vector<reports::GateStack> stacks =
+      reports::InputGate(*context.document.Input(), *context.document.FunctionTable(), result,
+                         context.host.files)
+          .Stacks();
   reports::WriteResultFile(
       path, context.host, context.reporter,
-      [&](reports::ResultOutput& output) { reports::WritePage(result, plan, output); });
+      [&](reports::ResultOutput& output) { reports::WritePage(result, plan, stacks, output); });
 }
 
 }  // namespace velkor::ui

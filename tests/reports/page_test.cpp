@@ -15,7 +15,13 @@ using testing::Written;
 
 std::string Page(Analysis& analysis) {
   return Written([&](ResultOutput& output) {
-    WritePage(analysis.Result(), PlanStatements(analysis.graph.functions, analysis.bounds), output);
+    GateStack stack;
+    stack.name = "<rx>";
+    stack.known = 120;
+    stack.size = 100;
+    stack.state = StackState::kOverBudget;
+    WritePage(analysis.Result(), PlanStatements(analysis.graph.functions, analysis.bounds),
+              std::span(&stack, 1), output);
   });
 }
 
@@ -78,6 +84,10 @@ TEST(Page, ShowsNamesAndObeysNone) {
   EXPECT_EQ(page, Page(analysis));
   EXPECT_EQ(page.find("<b>&"), std::string::npos);
   EXPECT_EQ(page.find('\x1B'), std::string::npos);
+  EXPECT_NE(
+      page.find("<tr><td><bdi>&lt;rx&gt;</bdi></td><td class=\"n\">120</td><td class=\"n\">100"
+                "</td><td class=\"n\">-20</td><td>over-budget</td></tr>"),
+      std::string::npos);
   EXPECT_LT(page.find("</script>"), page.size());
   EXPECT_EQ(page.find("</script>"), page.rfind("</script>")) << "its own alone";
   // Nothing outside: the only targets are places in the page and an empty picture.

@@ -149,10 +149,10 @@ std::vector<Finding> CauseFindings(const GateInput& input, const StackNeeds& nee
                          "add a stack with entry = \"{}\"");
     }
     for (const uint32_t top : unlisted.tops) {
-      search.AddUnlisted(kUnlistedTask, "task", top,
-                         "nothing calls {}, and no stack and no level names it",
-                         "name {} as the entry of a stack, in a level, or as what is called "
-                         "through a pointer (CALL=)");
+      search.AddUnlisted(
+          kUnlistedTask, "task", top, "nothing calls {}, and no stack and no level names it",
+          "name {} as the entry of a stack, in a level, or as what is called "
+          "through a pointer (CALL=); or in ignore of [interrupts] if it never runs");
     }
   }
   std::vector<Finding> findings = search.Take();

@@ -43,6 +43,9 @@ class GateCheck {
     JudgeStacks(CausesOf(causes));
     Append(causes);
     Append(NameFindings(needs_, interrupts_, places_));
+    if (std::optional<Finding> finding = NoInterruptsKnown(input_, figures, places_)) {
+      report_.findings.push_back(*std::move(finding));
+    }
     if (baseline_ != nullptr) {
       Append(GoneFindings(input_, needs_, interrupts_, *baseline_, places_));
     }

@@ -6,7 +6,7 @@
 namespace velkor::reports {
 namespace {
 
-constexpr std::array<GateRule, 16> kRules = {{
+constexpr std::array<GateRule, 17> kRules = {{
     {"duplicate-definition", "One name is defined twice",
      "Two definitions have one name, so that calls may mean either. Two programs in one folder "
      "look "
@@ -20,7 +20,8 @@ constexpr std::array<GateRule, 16> kRules = {{
      Severity::kError},
     {"headroom", "Too little of a stack stays free",
      "A stack fits, but less of it stays free than \"headroom\" of [gate] asks for.",
-     "Make the stack larger, or what runs on it smaller: velkor-cli explain shows what it takes.",
+     "Make the stack larger, or what runs on it smaller: velkor-cli explain velkor.toml ENTRY "
+     "shows what it takes.",
      Severity::kError},
     {"module-missing", "A module of the program is missing",
      "A file of the build that tells functions and calls is not there. What it would tell is not "
@@ -39,13 +40,21 @@ constexpr std::array<GateRule, 16> kRules = {{
      "that are shown are only the least.",
      "State what is missing in a specification file that \"load\" of velkor.toml names.",
      Severity::kError},
+    {"no-vectors", "No interrupt is known",
+     "Neither a vector table of the program nor velkor.toml tells which interrupts may come: none "
+     "is "
+     "counted.",
+     "Name the symbol of the table with \"vectors\", or the handlers in \"levels\"; levels = [] "
+     "where none comes.",
+     Severity::kError},
     {"now-known", "What a stack missed is known now",
      "A stack had no bound in the baseline, and what kept it from having one is known now.",
      "Nothing is to be done; --update-baseline takes the number over.", Severity::kNote},
     {"over-budget", "A stack is too small",
      "What runs on the stack can need more bytes than the stack has. A stack that overflows writes "
      "over other data.",
-     "Make the stack larger, or what runs on it smaller: velkor-cli explain shows what it takes.",
+     "Make the stack larger, or what runs on it smaller: velkor-cli explain velkor.toml ENTRY "
+     "shows what it takes.",
      Severity::kError},
     {"regression", "A stack needs more than before",
      "A stack needs more bytes than in the baseline by more than \"growth\" of [gate] allows, or "

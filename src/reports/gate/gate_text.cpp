@@ -61,23 +61,9 @@ std::string FreeText(const GateStack& stack) {
                      : fmt::format("{} free", free);
 }
 
-void WriteStacks(const GateReport& report, ResultOutput& output) {
-  size_t width = 0;
-  for (const GateStack& stack : report.stacks) {
-    width = std::max(width, CharacterCount(OneLine(stack.name)));
-  }
-  for (const GateStack& stack : report.stacks) {
-    const std::string name = OneLine(stack.name);
-    const std::string need = (stack.bounded ? "" : ">=") + std::to_string(stack.known);
-    const std::string size = stack.size ? fmt::format("of {} bytes", *stack.size) : "bytes";
-    std::string line = fmt::format("{}{}  {:>10} {:<18} {:<22} {}", name,
-                                   std::string(width - CharacterCount(name), ' '), need, size,
-                                   FreeText(stack), StackStateName(stack.state));
-    if (stack.change && *stack.change != 0) {
-      line += fmt::format("  ({:+} against the baseline)", *stack.change);
-    }
-    output.Write(line + "\n");
-  }
+// Nothing is in order that was held against no size.
+std::string_view StateText(const GateStack& stack) {
+  return !stack.size && stack.state == StackState::kOk ? "?" : StackStateName(stack.state);
 }
 
 std::string Counted(size_t count, std::string_view what) {
@@ -88,15 +74,37 @@ std::string Counted(size_t count, std::string_view what) {
 
 void WriteGateText(const GateReport& report, ResultOutput& output) {
   WriteFindings(report, output);
-  WriteStacks(report, output);
+  WriteStackLines(report.stacks, output);
   output.Write(VerdictLine(report) + "\n");
+}
+
+void WriteStackLines(std::span<const GateStack> stacks, ResultOutput& output) {
+  size_t width = 0;
+  for (const GateStack& stack : stacks) {
+    width = std::max(width, CharacterCount(OneLine(stack.name)));
+  }
+  for (const GateStack& stack : stacks) {
+    const std::string name = OneLine(stack.name);
+    const std::string need = (stack.bounded ? "" : ">=") + std::to_string(stack.known);
+    const std::string size = stack.size ? fmt::format("of {} bytes", *stack.size) : "bytes";
+    std::string line = fmt::format("{}{}  {:>10} {:<18} {:<22} {}", name,
+                                   std::string(width - CharacterCount(name), ' '), need, size,
+                                   FreeText(stack), StateText(stack));
+    if (stack.change && *stack.change != 0) {
+      line += fmt::format("  ({:+} against the baseline)", *stack.change);
+    }
+    output.Write(line + "\n");
+  }
 }
 
 std::string VerdictLine(const GateReport& report) {
   const auto count = [&](Severity severity) {
     return static_cast<size_t>(std::ranges::count(report.findings, severity, &Finding::severity));
   };
-  return fmt::format("{}, {}, {}: {}", Counted(report.stacks.size(), "stack"),
+  const auto withoutBound =
+      static_cast<size_t>(std::ranges::count(report.stacks, false, &GateStack::bounded));
+  return fmt::format("{}{}, {}, {}: {}", Counted(report.stacks.size(), "stack"),
+                     withoutBound == 0 ? "" : fmt::format(" ({} without a bound)", withoutBound),
                      Counted(count(Severity::kError), "error"),
                      Counted(count(Severity::kWarning), "warning"),
                      report.Passed() ? "passed" : "not passed");

@@ -30,6 +30,15 @@ bool IsBareKey(std::string_view text) {
   });
 }
 
+bool IsCalledLikeAHandler(std::string_view name) {
+  static constexpr std::string_view kEnds[] = {"_IRQHandler", "_Handler", "_isr", "_ISR",
+                                               "_irq",        "_handler", "_IRQ"};
+  static constexpr std::string_view kStarts[] = {"isr_", "ISR_", "irq_", "IRQ_", "__vector_"};
+  return std::ranges::any_of(kEnds, [&](std::string_view end) { return name.ends_with(end); }) ||
+         std::ranges::any_of(kStarts,
+                             [&](std::string_view start) { return name.starts_with(start); });
+}
+
 class InitWriter {
  public:
   explicit InitWriter(const InitInput& input)
@@ -53,7 +62,7 @@ class InitWriter {
     WriteTables();
     text_ +=
         "\n[gate]\n# headroom = \"10%\"   # of a stack that is to stay free, or bytes\n"
-        "# growth = 64          # bytes that a stack may grow against the baseline\n";
+        "growth = 64            # bytes that a stack may grow against the baseline\n";
     WriteMissing();
     return std::move(text_);
   }
@@ -158,6 +167,7 @@ class InitWriter {
           "# levels = []   # to be stated: one list for each priority, [[\"a\", \"b\"], [\"c\"]]; "
           "[]: "
           "none\n";
+      WriteNamesOfHandlers();
       return;
     }
     text_ +=
@@ -170,6 +180,26 @@ class InitWriter {
           handler.names.size() == 1 ? "" : fmt::format("   # {} names", handler.names.size()));
     }
     text_ += "]\n# ignore = []    # handlers that never run\n";
+  }
+
+  // What is called like a handler is none of the tasks.
+  void WriteNamesOfHandlers() {
+    if (!input_.elf.empty()) {
+      text_ +=
+          "# No vector table was found in the program. Name its symbol before the first \"[\":\n"
+          "#   vectors = \"...\"\n";
+    }
+    std::vector<std::string> names;
+    for (const uint32_t root : result_.roots) {
+      if (result_.functions[root].Is(FN_DEFINED) && !listed_.contains(root) &&
+          IsCalledLikeAHandler(result_.SpecName(root))) {
+        names.push_back(NameOf(root));
+        listed_.insert(root);
+      }
+    }
+    if (!names.empty()) {
+      text_ += fmt::format("# By their names these may be handlers: {}\n", fmt::join(names, ", "));
+    }
   }
 
   // Tasks, or what is called through pointers.

@@ -165,6 +165,36 @@ std::vector<Finding> InputFindings(const GateInput& input, FindingPlaces& places
   return InputSearch(input, places).Run();
 }
 
+std::optional<Finding> NoInterruptsKnown(const GateInput& input, const StackFigures& figures,
+                                         FindingPlaces& places) {
+  const Configuration& configuration = input.configuration;
+  const bool areStated = configuration.interrupts && configuration.interrupts->levels;
+  const bool noneComes = configuration.frame == 0U;
+  if (!input.isConfigured || areStated || noneComes || input.facts.hasVectors ||
+      figures.Target() == "x86-64") {
+    return std::nullopt;
+  }
+  Finding finding;
+  finding.rule = "no-vectors";
+  finding.severity = input.facts.hasProgram ? Severity::kError : Severity::kWarning;
+  finding.cause = "no vector table";
+  finding.text =
+      input.facts.hasProgram
+          ? "no vector table was found in the program, and \"levels\" of [interrupts] is "
+            "not stated: no interrupt is counted"
+          : "no program tells the interrupts, and \"levels\" of [interrupts] is not "
+            "stated: no interrupt is counted";
+  finding.help =
+      input.facts.hasProgram
+          ? "Name the symbol of the table with \"vectors\", or the handlers in \"levels\"; "
+            "levels = [] where none comes."
+          : "Name the program with \"elf\", or the handlers in \"levels\"; levels = [] where "
+            "none comes.";
+  const TextPlace elf = configuration.PlaceOf("elf");
+  finding.place = places.InConfiguration(elf == TextPlace() ? TextPlace{1, 1} : elf);
+  return finding;
+}
+
 std::vector<Finding> NameFindings(const StackNeeds& needs, const InterruptLevels& interrupts,
                                   FindingPlaces& places) {
   std::vector<Finding> findings;

@@ -1,7 +1,7 @@
 #include "reports/gate/input_gate.h"
 
 #include <algorithm>
-#include <iterator>
+#include <utility>
 
 #include "readers/configured_input.h"
 
@@ -47,15 +47,16 @@ GateOutcome InputGate::Check(const std::vector<StackLimit>& limits, const Baseli
                    baseline, sources_);
 }
 
-std::vector<GateStack> InputGate::StacksOf(uint32_t function) {
-  std::vector<GateStack> stacks;
+std::vector<GateStack> InputGate::Stacks() {
   GateOutcome outcome = IsConfigured() ? Check({}, nullptr) : GateOutcome();
-  if (outcome.report) {
-    std::ranges::copy_if(outcome.report->stacks, std::back_inserter(stacks),
-                         [&](const GateStack& stack) {
-                           return std::ranges::find(stack.found, function) != stack.found.end();
-                         });
-  }
+  return outcome.report ? std::move(outcome.report->stacks) : std::vector<GateStack>();
+}
+
+std::vector<GateStack> InputGate::StacksOf(uint32_t function) {
+  std::vector<GateStack> stacks = Stacks();
+  std::erase_if(stacks, [&](const GateStack& stack) {
+    return std::ranges::find(stack.found, function) == stack.found.end();
+  });
   return stacks;
 }
 

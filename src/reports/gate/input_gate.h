@@ -19,6 +19,10 @@ class InputGate {
   // There is a velkor.toml.
   bool IsConfigured() const { return input_.Settings() != nullptr; }
   GateOutcome Check(const std::vector<StackLimit>& limits, const Baseline* baseline);
+  // A stack that grows against a baseline is a finding.
+  bool ChecksGrowth() const { return IsConfigured() && input_.Settings()->gate.growth.has_value(); }
+  // All of velkor.toml. None where there is no such file, or it cannot be asked.
+  std::vector<GateStack> Stacks();
   // That the function is an entry of. None where there is no velkor.toml, or it cannot be asked.
   std::vector<GateStack> StacksOf(uint32_t function);
   SourcePlaces& Sources() { return sources_; }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <fmt/format.h>
 
+#include "files/near_words.h"
+
 namespace velkor::reports {
 namespace {
 
@@ -74,9 +76,12 @@ GateFault StackFigures::Lacking(std::string_view key, std::string_view of,
   if (place == TextPlace() && stack != nullptr) {
     place = stack->place;
   }
-  const std::string where = target_.empty()
-                                ? "the target is not known"
-                                : fmt::format(R"(target "{}", rtos "{}")", target_, rtos_);
+  std::string where = target_.empty() ? "the target is not known"
+                                      : fmt::format(R"(target "{}", rtos "{}")", target_, rtos_);
+  if (const std::string near = NearestWord(target_, TargetTable::BuiltIn().KnownTargets());
+      frame_ == nullptr && !near.empty()) {
+    where += "; near it: \"" + near + "\"";
+  }
   return {place, fmt::format("the bytes that {} are not known ({}): state \"{}\"", of, where, key)};
 }
 

@@ -155,8 +155,8 @@ class NeedSearch {
               .bytes = input_.result.functions[level.deepest].known,
               .function = level.deepest},
              need);
-      AddFigure("frame of " + name, figures_.Frame(&stated, usesFloatingPoint), need,
-                [&] { return figures_.NoFrame(&stated); });
+      AddFigure("pushed by the hardware before " + name, figures_.Frame(&stated, usesFloatingPoint),
+                need, [&] { return figures_.NoFrame(&stated); });
     }
   }
 

@@ -1,6 +1,8 @@
 #include "reports/gate/target_table.h"
 
 #include <algorithm>
+#include <iterator>
+#include <set>
 #include <toml++/toml.h>
 
 namespace velkor::embedded {
@@ -69,6 +71,15 @@ const StackFigure* TargetTable::Frame(std::string_view target) const {
 
 const StackFigure* TargetTable::Switch(std::string_view target, std::string_view rtos) const {
   return Find(target, rtos);
+}
+
+std::vector<std::string> TargetTable::KnownTargets() const {
+  std::set<std::string> targets;
+  for (const Entry& entry : entries_) {
+    std::ranges::copy_if(entry.targets, std::inserter(targets, targets.end()),
+                         [](const std::string& target) { return !target.ends_with('*'); });
+  }
+  return {targets.begin(), targets.end()};
 }
 
 const StackFigure* TargetTable::Find(std::string_view target, std::string_view rtos) const {

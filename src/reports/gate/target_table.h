@@ -33,6 +33,8 @@ class TargetTable {
     std::vector<std::string> objects;  // any of them tells it
   };
   const std::vector<Rtos>& KnownRtos() const { return rtos_; }
+  // By name, without those that stand for many.
+  std::vector<std::string> KnownTargets() const;
 
  private:
   struct Entry {

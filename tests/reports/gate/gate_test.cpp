@@ -65,8 +65,9 @@ TEST(Gate, NeedsAreSumsOfBoundsFramesSwitchAndReserve) {
   for (const StackRow& row : report.stacks[0].rows) {
     rows.push_back(row.what + " " + std::to_string(row.bytes));
   }
-  EXPECT_EQ(rows, (Lines{"main 100", "f 20", "interrupt spi 40", "frame of spi 36",
-                         "interrupt tim 30", "frame of tim 36"}));
+  EXPECT_EQ(rows,
+            (Lines{"main 100", "f 20", "interrupt spi 40", "pushed by the hardware before spi 36",
+                   "interrupt tim 30", "pushed by the hardware before tim 36"}));
   EXPECT_EQ(FindingLines(report), Lines());
 }
 
@@ -90,8 +91,17 @@ TEST(Gate, WithoutAVectorTableOneFrameIsCounted) {
             Lines{"m ok 144 of 500"});
   EXPECT_EQ(StackLines(bare.Check(stack + "[interrupts]\nlevels = [[\"isr\"]]\n")),
             Lines{"m ok 200 of 500"});
-  EXPECT_EQ(FindingLines(bare.Check(stack)),
-            Lines{"warning unlisted-task: nothing calls isr, and no stack and no level names it"});
+  const std::string task =
+      "warning unlisted-task: nothing calls isr, and no stack and no level names it";
+  const std::string interrupt =
+      " no-vectors: no program tells the interrupts, and \"levels\" of [interrupts] is not "
+      "stated: no interrupt is counted";
+  EXPECT_EQ(FindingLines(bare.Check(stack)), (Lines{task, "warning" + interrupt}));
+  EXPECT_EQ(FindingLines(bare.Check("frame = 0\n" + stack.substr(stack.find('\n') + 1))),
+            Lines{task});
+  bare.facts.hasProgram = true;
+  EXPECT_TRUE(FindingLines(bare.Check(stack))[0].starts_with("error no-vectors: no vector"));
+  EXPECT_EQ(FindingLines(bare.Check(stack + "[interrupts]\nlevels = []\n")), Lines{task});
   EXPECT_EQ(bare.Faults(stack + "[interrupts]\nnesting = 2\n"),
             Lines{"8:1 \"nesting\" counts the handlers of a vector table, and none is known: name "
                   "them in \"levels\""});
