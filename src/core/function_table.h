@@ -253,6 +253,7 @@ class StkFunctionTable {
   ComputationOrder order_;  // empty when not known
   uint32_t overLimitRoots_ = 0;
   std::vector<bool> leadsToRecursion_;  // by index, a recursive one included
+  bool keepsTopLevel_ = false;          // a rebuilding of the same graph would mark the same
 };
 
 }  // namespace velkor

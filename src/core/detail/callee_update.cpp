@@ -46,7 +46,7 @@ bool CalleeUpdate::Follow(std::span<const CalleeChange> changes) {
 
 // Callees that are read and not yet in force come into the graph with the next rebuilding.
 bool CalleeUpdate::CanFollow() const {
-  return table_.order_.size() == table_.Count() &&
+  return table_.keepsTopLevel_ && table_.order_.size() == table_.Count() &&
          table_.leadsToRecursion_.size() == table_.Count() &&
          std::ranges::all_of(table_.touched_, [](const StkFunction* function) {
            return function->pendingAdjustment == nullptr;

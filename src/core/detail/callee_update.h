@@ -14,7 +14,8 @@ struct CalleeChange {
 };
 
 // Takes changes of extra callees up without a look at the whole graph, where no recursion is
-// concerned: what was and what is called leads to none, and no call closes a new one. Then marks of
+// concerned: what was and what is called leads to none, and no call closes a new one, and where the
+// top-level marks of recursions stay as they are when they are decided once more. Then marks of
 // recursion and the order within each recursion stay as they are, whichever way a walk takes; only
 // the top-level marks of those callees can change, and the callee must come before the caller.
 class CalleeUpdate {

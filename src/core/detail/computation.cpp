@@ -43,6 +43,10 @@ void StkComputation::Rebuild() {
   table_.leadsToRecursion_ = LeadingToRecursion(*graph_, components);
   const std::vector<uint32_t> topLevel =
       WithEntries(DecideTopLevel(*graph_, components, uncalled, marked));
+  // With these marks the next rebuilding may decide otherwise where recursions are top-level.
+  table_.keepsTopLevel_ =
+      components.belowStarts == components.Count() ||
+      WithEntries(DecideTopLevel(*graph_, components, uncalled, topLevel)) == topLevel;
   MarkTopLevel(topLevel);
   // Both walks begin alike, up to the first top-level function that something calls.
   const auto [root, start] = std::ranges::mismatch(topLevel, uncalled);
