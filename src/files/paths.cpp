@@ -98,4 +98,15 @@ std::string ProgramDataPath(std::string_view relative, const Host& host) {
   return FullPath(relative, DirectoryPart(program, host.codePage), host);
 }
 
+std::string InstalledPath(std::string_view name, const Host& host) {
+  constexpr std::string_view kDataFolder = "..\\dattarn";
+  constexpr std::string_view kSharedFolder = "../share/velkor";
+  std::string folder = ProgramDataPath(kDataFolder, host);
+  if (!host.files.IsDirectory(folder)) {
+    std::string shared = ProgramDataPath(kSharedFolder, host);
+    folder = host.files.IsDirectory(shared) ? std::move(shared) : std::move(folder);
+  }
+  return FullPath(name, folder, host);
+}
+
 }  // namespace velkor
