@@ -101,12 +101,10 @@ std::string ProgramDataPath(std::string_view relative, const Host& host) {
 std::string InstalledPath(std::string_view name, const Host& host) {
   constexpr std::string_view kDataFolder = "..\\dattarn";
   constexpr std::string_view kSharedFolder = "../share/velkor";
-  std::string folder = ProgramDataPath(kDataFolder, host);
-  if (!host.files.IsDirectory(folder)) {
-    std::string shared = ProgramDataPath(kSharedFolder, host);
-    folder = host.files.IsDirectory(shared) ? std::move(shared) : std::move(folder);
-  }
-  return FullPath(name, folder, host);
+  const std::string folder = ProgramDataPath(kDataFolder, host);
+  const std::string shared = ProgramDataPath(kSharedFolder, host);
+  const bool isShared = !host.files.IsDirectory(folder) && host.files.IsDirectory(shared);
+  return FullPath(name, isShared ? shared : folder, host);
 }
 
 }  // namespace velkor

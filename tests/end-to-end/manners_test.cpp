@@ -217,6 +217,17 @@ TEST(Scripts, ExplainThemselves) {
   }
 }
 
+// A user without the rights of root, on a machine that has nothing: text asks for no toolkit.
+TEST(Scripts, SayWhatToInstallWhereTheyMayNot) {
+  const auto [status, out] =
+      Shell("cd " VELKOR_SOURCE_DIR
+            " && bash -c 'id() { echo 1000; }; command() { false; }; dpkg-query() { :; }; "
+            ". scripts/common.sh; install_missing' 2>&1");
+  EXPECT_EQ(status, 1);
+  EXPECT_NE(out.find("  apt-get install --no-install-recommends g++ "), std::string::npos) << out;
+  EXPECT_EQ(out.find("qt6"), std::string::npos) << out;
+}
+
 // From another folder, with nothing left to install or to build.
 TEST(Scripts, RunPassesOnWhatFollowsTheInput) {
   const ScratchFolder folder;

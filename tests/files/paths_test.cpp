@@ -20,9 +20,9 @@ TEST(Paths, ResolvingAgainstAFolder) {
   const std::string program = host.paths.ExecutablePath();
   EXPECT_EQ(host.paths.FullPathName(program.substr(0, program.rfind('/')) + "/../dattarn/lt.txt"),
             InstalledPath("lt.txt", host.host));
-  host.files.Put(program.substr(0, program.rfind('/')) + "/../share/velkor/lt.txt", "");
-  EXPECT_EQ(host.paths.FullPathName(program.substr(0, program.rfind('/')) + "/../share/velkor/lt.txt"),
-            InstalledPath("lt.txt", host.host));
+  const std::string shared = ProgramDataPath("../share/velkor", host.host);
+  host.files.AddDirectory(shared);
+  EXPECT_EQ(shared + "/lt.txt", InstalledPath("lt.txt", host.host));
 }
 
 }  // namespace
