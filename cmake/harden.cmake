@@ -4,5 +4,6 @@ if(VELKOR_HARDEN)
   target_compile_options(velkor_compile INTERFACE
     -fPIE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -D_GLIBCXX_ASSERTIONS
     -fstack-protector-strong -fstack-clash-protection)
-  target_link_options(velkor_compile INTERFACE -pie -Wl,-z,relro,-z,now)
+  target_link_options(velkor_compile INTERFACE
+    $<$<NOT:$<BOOL:${VELKOR_STATIC}>>:-pie> -Wl,-z,relro,-z,now)
 endif()

@@ -1,10 +1,10 @@
 # What the scripts share. Sourced with the repository's root as the current folder.
 
 # install_missing [LIST...]: installs the packages of scripts/packages.txt, and of further lists,
-# that this machine lacks; touches nothing when it has them all.
+# that this machine lacks; touches nothing when it has them all. Without the right to install, says
+# what is to be run and fails.
 install_missing() {
-  local missing=()
-  local package
+  local missing=() as_root=() package
   for package in $(grep -hv '^#' scripts/packages.txt "$@"); do
     if [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" != installed ]; then
       missing+=("$package")
@@ -13,11 +13,15 @@ install_missing() {
   if [ "${#missing[@]}" -eq 0 ]; then
     return
   fi
-  echo "Installing: ${missing[*]}" >&2
-  local as_root=()
   if [ "$(id -u)" -ne 0 ]; then
+    if ! command -v sudo >/dev/null; then
+      printf '%s\n' "Packages are missing, and only the administrator can install them. Run as root:" \
+        "  apt-get install --no-install-recommends ${missing[*]}" >&2
+      return 1
+    fi
     as_root=(sudo)
   fi
+  echo "Installing: ${missing[*]}" >&2
   "${as_root[@]}" apt-get update -qq >&2
   "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
     apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <string_view>
+
 namespace velkor::cli {
 
 // What the program's exit status says.
@@ -12,5 +15,21 @@ enum ExitStatus : int {
   kGateNotPassed = 5,  // a stack is not as it should be
   kStopped = 130,
 };
+
+// The same, for the user.
+struct ExitStatusText {
+  ExitStatus status;
+  std::string_view says;
+};
+inline constexpr std::array<ExitStatusText, 7> kExitStatusTexts = {{
+    {kDone, "done"},
+    {kNotEverythingRead,
+     "done, but a module or statement is missing, cut short or refused"},
+    {kWrongUsage, "wrong usage; nothing was changed"},
+    {kProjectNotRead, "the input could not be read"},
+    {kOutputFailed, "the result could not be written"},
+    {kGateNotPassed, "check: a stack is not as it should be"},
+    {kStopped, "stopped"},
+}};
 
 }  // namespace velkor::cli

@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <exception>
+#include <string_view>
 
 #include "cli/analyze_command.h"
 #include "cli/application.h"
@@ -8,9 +9,14 @@
 #include "cli/diff_command.h"
 #include "cli/init_command.h"
 #include "cli/output_commands.h"
+#include "messages/product_version.h"
 #include "platform/heap.h"
 #include "platform/terminal.h"
 #include "reports/terminal_text.h"
+
+namespace velkor::embedded {
+extern const std::string_view commit;
+}
 
 namespace velkor::cli {
 namespace {
@@ -41,12 +47,14 @@ ExitStatus RunCommand(Application& application, const Options& options) {
       return Load(application, options);
     case Options::Command::kSave:
       return Save(application, options);
+    case Options::Command::kNames:
+      return Names(application, options);
   }
   return kWrongUsage;
 }
 
 int Run(int argc, const char* const* argv) {
-  const ParsedArguments arguments = ParseArguments(argc, argv);
+  const ParsedArguments arguments = ParseArguments(argc, argv, VersionLine(embedded::commit));
   if (!arguments.options) {
     return arguments.status;
   }

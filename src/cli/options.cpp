@@ -14,14 +14,12 @@
 namespace velkor::cli {
 namespace {
 
-const char* const kVersion = "velkor " VELKOR_VERSION;
 const char* const kFunctionHelp =
     "function as specification files name it: main, util.c#step, [memcpy]";
 
 CLI::App& AddCommand(CLI::App& app, Options& options, Options::Command command,
                      const std::string& name, const std::string& help) {
   CLI::App& added = *app.add_subcommand(name, help);
-  added.set_version_flag("--version", kVersion);
   added
       .add_option("INPUT", options.project,
                   "project file (.prj), folder with call graph files (*.ci), or velkor.toml")
@@ -150,7 +148,6 @@ void AddReport(CLI::App& app, Options& options) {
 void AddDiff(CLI::App& app, Options& options) {
   CLI::App& command =
       *app.add_subcommand("diff", "compare two analyses, each JSON of analyze or an INPUT");
-  command.set_version_flag("--version", kVersion);
   command.add_option("OLD", options.project, "JSON of analyze (- for standard input), or an INPUT")
       ->required();
   command.add_option("NEW", options.newer, "likewise")->required();
@@ -211,7 +208,6 @@ void AddCheckOptions(CLI::App& command, Options::Check& check) {
 void AddCheck(CLI::App& app, Options& options) {
   CLI::App& command = *app.add_subcommand(
       "check", "hold the stacks that velkor.toml states against what they need");
-  command.set_version_flag("--version", kVersion);
   command.add_option(
       "INPUT", options.project,
       "velkor.toml (default: that of this folder); with --limit also a project file or a folder");
@@ -314,25 +310,45 @@ void AddSave(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
+void AddNames(CLI::App& app, Options& options) {
+  CLI::App& command =
+      AddCommand(app, options, Options::Command::kNames, "names",
+                 "print what names each function in a specification file, one a line");
+  AddLoadOption(command, options);
+  AddRunOptions(command, options);
+}
+
+std::string ExitStatusHelp() {
+  std::string help = "Exit status:\n";
+  for (const auto& [status, says] : kExitStatusTexts) {
+    const std::string number = std::to_string(status);
+    help += "  " + number + std::string(6 - number.size(), ' ') + std::string(says) + "\n";
+  }
+  return help;
+}
+
 }  // namespace
 
-ParsedArguments ParseArguments(int argc, const char* const* argv) {
-  Options options;
-  CLI::App app("How much stack can each function of a firmware program use at most?", "velkor-cli");
-  app.set_version_flag("--version", kVersion);
+void AddCommands(CLI::App& app, Options& options) {
+  app.name("velkor-cli");
+  app.description("How much stack can each function of a firmware program use at most?");
   app.require_subcommand(1);
-  AddAnalyze(app, options);
-  AddExplain(app, options);
-  AddTodo(app, options);
-  AddReport(app, options);
-  AddDiff(app, options);
-  AddCheck(app, options);
-  AddInit(app, options);
-  AddChains(app, options);
-  AddAdjust(app, options);
-  AddReset(app, options);
-  AddLoad(app, options);
-  AddSave(app, options);
+  for (void (*add)(CLI::App&, Options&) :
+       {AddAnalyze, AddExplain, AddTodo, AddReport, AddDiff, AddCheck, AddInit, AddChains, AddNames,
+        AddAdjust, AddReset, AddLoad, AddSave}) {
+    add(app, options);
+  }
+  app.footer(ExitStatusHelp());
+}
+
+ParsedArguments ParseArguments(int argc, const char* const* argv, const std::string& version) {
+  Options options;
+  CLI::App app;
+  AddCommands(app, options);
+  app.set_version_flag("--version", version);
+  for (CLI::App* command : app.get_subcommands({})) {
+    command->set_version_flag("--version", version);
+  }
   try {
     app.parse(argc, argv);
     RefuseLoadOption(options);

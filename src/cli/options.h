@@ -8,6 +8,10 @@
 #include "platform/machine_options.h"
 #include "reports/gate/gate_input.h"
 
+namespace CLI {
+class App;
+}
+
 namespace velkor::cli {
 
 enum class OutputFormat { kText, kJson, kCsv, kMarkdown };
@@ -28,7 +32,8 @@ struct Options {
     kAdjust,
     kReset,
     kLoad,
-    kSave
+    kSave,
+    kNames
   };
 
   Command command = Command::kAnalyze;
@@ -72,7 +77,11 @@ struct ParsedArguments {
   int status = 0;
 };
 
-// Prints help on standard output and what is wrong on standard error.
-ParsedArguments ParseArguments(int argc, const char* const* argv);
+// Teaches a parser all commands and what each takes, into options, which outlives it.
+void AddCommands(CLI::App& app, Options& options);
+
+// Prints help on standard output and what is wrong on standard error. version: the line that
+// --version prints.
+ParsedArguments ParseArguments(int argc, const char* const* argv, const std::string& version);
 
 }  // namespace velkor::cli

@@ -3,6 +3,7 @@
 #include "cli/command_output.h"
 #include "core/statement_plan.h"
 #include "files/chain_report.h"
+#include "files/spec_names.h"
 #include "platform/terminal.h"
 #include "reports/gate/input_gate.h"
 #include "reports/page_output.h"
@@ -80,6 +81,22 @@ ExitStatus Chains(Application& application, const Options& options) {
   application.Document().SaveCallChains(
       output, *function, options.all, StkChainReport::FormatOf(output, application.GetCodePage()));
   return application.RunWritingJob();
+}
+
+ExitStatus Names(Application& application, const Options& options) {
+  const ExitStatus analysed = application.OpenAndAnalyse(options);
+  if (analysed != kDone) {
+    return analysed;
+  }
+  return WriteResult(application, "", [&](reports::ResultOutput& output) {
+    const StkFunctionTable& functions = *application.Document().FunctionTable();
+    SpecNames names(functions);
+    for (const StkFunction* function : functions.Functions()) {
+      if (const std::optional<std::string> name = names.Statement(*function)) {
+        output.Write(reports::OneLine(application.GetCodePage().ToUtf8(*name)) + "\n");
+      }
+    }
+  });
 }
 
 ExitStatus Save(Application& application, const Options& options) {

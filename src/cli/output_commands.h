@@ -9,6 +9,7 @@ namespace velkor::cli {
 ExitStatus Todo(Application& application, const Options& options);
 ExitStatus Report(Application& application, const Options& options);
 ExitStatus Chains(Application& application, const Options& options);
+ExitStatus Names(Application& application, const Options& options);
 ExitStatus Save(Application& application, const Options& options);
 
 }  // namespace velkor::cli

@@ -9,9 +9,10 @@ namespace velkor {
 
 std::vector<std::string> ProgramFiles(Host& host) {
   std::vector<std::string> paths{host.paths.ExecutablePath()};
-  for (const char* name : {"velkor", "velkor-cli", "..\\dattarn\\help.ini"}) {
+  for (const char* name : {"velkor", "velkor-cli"}) {
     paths.push_back(ProgramDataPath(name, host));
   }
+  paths.push_back(InstalledPath("help.ini", host));
   return paths;
 }
 

@@ -98,4 +98,13 @@ std::string ProgramDataPath(std::string_view relative, const Host& host) {
   return FullPath(relative, DirectoryPart(program, host.codePage), host);
 }
 
+std::string InstalledPath(std::string_view name, const Host& host) {
+  constexpr std::string_view kDataFolder = "..\\dattarn";
+  constexpr std::string_view kSharedFolder = "../share/velkor";
+  const std::string folder = ProgramDataPath(kDataFolder, host);
+  const std::string shared = ProgramDataPath(kSharedFolder, host);
+  const bool isShared = !host.files.IsDirectory(folder) && host.files.IsDirectory(shared);
+  return FullPath(name, isShared ? shared : folder, host);
+}
+
 }  // namespace velkor

@@ -31,5 +31,8 @@ std::string FullPath(std::string_view path, std::string_view base, const Host& h
 std::string AbsoluteAgainst(std::string_view path, std::string_view base, const Host& host);
 // relative against the folder of the program itself.
 std::string ProgramDataPath(std::string_view relative, const Host& host);
+// A file of the installation: in "..\dattarn\" beside the program where that folder is there, else
+// in "../share/velkor/", and where neither is, where the first would be.
+std::string InstalledPath(std::string_view name, const Host& host);
 
 }  // namespace velkor

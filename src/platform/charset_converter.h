@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -24,13 +25,14 @@ class CharsetConverter {
   CharsetConverter& operator=(const CharsetConverter&) = delete;
 
   // False when the host does not know one of the two sets; nothing converts then.
-  bool IsOpen() const { return isOpen_; }
+  bool IsOpen() const { return conversion_ != nullptr; }
   // Appends the converted text to result; after another outcome than kConverted, perhaps a part.
   Outcome Append(std::string_view text, std::string& result);
 
  private:
-  void* descriptor_;
-  bool isOpen_;
+  struct Conversion;
+
+  std::unique_ptr<Conversion> conversion_;
 };
 
 }  // namespace velkor

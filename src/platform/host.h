@@ -17,7 +17,7 @@ struct Host {
   FileSystem& files;
   PathHost& paths;
   const ResourceStore& resources;
-  // Folder of the system library table files; empty: "..\dattarn\" beside the executable.
+  // Folder of the system library table files; empty: that of the installation.
   std::string dataFolder;
   // How many threads may read modules at once; 0: as many as run at once on this machine.
   size_t readingThreads = 0;

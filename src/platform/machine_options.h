@@ -27,7 +27,7 @@ void AddMachineOptions(Parser& parser, MachineOptions& options) {
       ->option_text("NAME");
   parser
       .add_option("--data", options.dataFolder,
-                  "folder of the library stack size tables (default: ../dattarn of the program)")
+                  "folder of the library stack size tables (default: ../dattarn or ../share/velkor of the program)")
       ->option_text("DIR");
 }
 

@@ -1,5 +1,6 @@
 #include "reports/comparison_json.h"
 
+#include "messages/product_version.h"
 #include "reports/comparison_texts.h"
 #include "reports/json_output.h"
 #include "reports/json_writer.h"
@@ -17,7 +18,7 @@ class ComparisonJson {
   void Write() {
     json_.StartObject();
     json_.Number("schema", kJsonSchema);
-    json_.Text("generator", "velkor " VELKOR_VERSION);
+    json_.Text("generator", ProductNameAndVersion());
     json_.Text("old", before_.label);
     json_.Text("new", after_.label);
     json_.Bool("changed", comparison_.Count(EntryChange::kUnchanged) != comparison_.entries.size());

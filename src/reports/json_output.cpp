@@ -1,5 +1,6 @@
 #include "reports/json_output.h"
 
+#include "messages/product_version.h"
 #include "reports/json_writer.h"
 
 namespace velkor::reports {
@@ -32,7 +33,7 @@ class JsonOutput {
  private:
   void WriteHead() {
     json_.Number("schema", kJsonSchema);
-    json_.Text("generator", "velkor " VELKOR_VERSION);
+    json_.Text("generator", ProductNameAndVersion());
     json_.Text("project", result_.project);
     json_.StartObject("compiler");
     json_.Text("name", result_.compilerName);

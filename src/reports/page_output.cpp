@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "core/bound_arithmetic.h"
+#include "messages/product_version.h"
 #include "reports/entry_ranking.h"
 #include "reports/head_output.h"
 #include "reports/html_text.h"
@@ -59,9 +60,9 @@ class PageOutput {
     WriteTables();
     WriteNotes();
     output_.Write(
-        fmt::format("</main>\n<footer>velkor {}</footer>\n<script>\n{}</script>\n"
+        fmt::format("</main>\n<footer>{}</footer>\n<script>\n{}</script>\n"
                     "</body>\n</html>\n",
-                    VELKOR_VERSION, embedded::pageScript));
+                    ProductNameAndVersion(), embedded::pageScript));
   }
 
  private:

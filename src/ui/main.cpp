@@ -3,7 +3,9 @@
 #include <QTranslator>
 #include <cstdio>
 #include <exception>
+#include <string_view>
 
+#include "messages/product_version.h"
 #include "platform/local_machine.h"
 #include "platform/terminal.h"
 #include "ui/application.h"
@@ -13,6 +15,10 @@
 #include "ui/dialogs/function_lists_dialog.h"
 #include "ui/help/help_viewer.h"
 #include "ui/window_options.h"
+
+namespace velkor::embedded {
+extern const std::string_view commit;
+}
 
 namespace velkor::ui {
 namespace {
@@ -89,13 +95,13 @@ class Program {
 
 int Run(int argc, char** argv) {
   if (AskOnlyForText(argc, argv)) {
-    return ParseWindowArguments(argc, argv).status;
+    return ParseWindowArguments(argc, argv, VersionLine(embedded::commit)).status;
   }
   // Takes the toolkit's own options away.
   QApplication toolkit(argc, argv);
   QApplication::setApplicationName("velkor");
   QApplication::setQuitOnLastWindowClosed(false);
-  const WindowArguments arguments = ParseWindowArguments(argc, argv);
+  const WindowArguments arguments = ParseWindowArguments(argc, argv, VersionLine(embedded::commit));
   if (!arguments.options) {
     return arguments.status;
   }

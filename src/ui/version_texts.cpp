@@ -1,10 +1,11 @@
 #include "ui/version_texts.h"
 
+#include "messages/product_version.h"
+
 namespace velkor::ui {
 
 VersionTexts ProgramVersion() {
-  // The day of the release of that version.
-  return {"velkor", VELKOR_VERSION " (2026-11-24)"};
+  return {"velkor", std::string(ProductVersion()) + " (" + std::string(ProductDate()) + ")"};
 }
 
 }  // namespace velkor::ui

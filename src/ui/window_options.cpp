@@ -6,13 +6,20 @@
 
 namespace velkor::ui {
 
-WindowArguments ParseWindowArguments(int argc, const char* const* argv) {
-  WindowOptions options;
-  CLI::App app("How much stack can each function of a firmware program use at most?", "velkor");
-  app.set_version_flag("--version", "velkor " VELKOR_VERSION);
+void AddWindowOptions(CLI::App& app, WindowOptions& options) {
+  app.name("velkor");
+  app.description("How much stack can each function of a firmware program use at most?");
   app.add_option("PROJECT", options.project,
                  "project file (.prj), velkor.toml or folder with call graph files to open");
   AddMachineOptions(app, options.machine);
+}
+
+WindowArguments ParseWindowArguments(int argc, const char* const* argv,
+                                     const std::string& version) {
+  WindowOptions options;
+  CLI::App app;
+  app.set_version_flag("--version", version);
+  AddWindowOptions(app, options);
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

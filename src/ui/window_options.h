@@ -5,6 +5,10 @@
 
 #include "platform/machine_options.h"
 
+namespace CLI {
+class App;
+}
+
 namespace velkor::ui {
 
 // What the window's command line asks for. Texts are bytes as the caller gave them.
@@ -21,8 +25,12 @@ struct WindowArguments {
 constexpr int kWindowWrongUsage = 2;
 constexpr int kWindowProjectNotRead = 3;
 
-// Prints help on standard output and what is wrong on standard error.
-WindowArguments ParseWindowArguments(int argc, const char* const* argv);
+// Teaches a parser all that this command line can say, into options, which outlives it.
+void AddWindowOptions(CLI::App& app, WindowOptions& options);
+
+// Prints help on standard output and what is wrong on standard error. version: the line that
+// --version prints.
+WindowArguments ParseWindowArguments(int argc, const char* const* argv, const std::string& version);
 // Whether they ask for what can be answered without a display.
 bool AskOnlyForText(int argc, const char* const* argv);
 

@@ -45,7 +45,7 @@ TEST(ExitStatus, WrongUsageIsTwoAndSaysWhy) {
   }
   EXPECT_EQ(Program({"analyze", project}).With("VELKOR_MAP", "C:\\a=/b;nonsense").Run().status, 2);
   EXPECT_EQ(Program({"--help"}).Run().status, 0);
-  EXPECT_EQ(Program({"--version"}).Run().out, "velkor 1.0.0\n");
+  EXPECT_TRUE(Program({"--version"}).Run().out.starts_with("velkor "));
 }
 
 TEST(ExitStatus, AProjectThatCannotBeReadIsThreeAndIsSaidOnce) {

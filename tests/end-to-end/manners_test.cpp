@@ -19,7 +19,8 @@ using testing::ScratchFolder;
 
 const std::vector<std::string> kCommands = {"analyze", "explain", "todo", "report",
                                             "diff",    "check",   "init", "chains",
-                                            "adjust",  "reset",   "load", "save"};
+                                            "adjust",  "reset",   "load", "save",
+                                            "names"};
 
 // A line for the shell: its status and what it prints.
 std::pair<int, std::string> Shell(const std::string& line) {
@@ -79,7 +80,7 @@ TEST_F(Manners, WhatIsMisspeltIsNamedWithTheNearestWord) {
 
 TEST_F(Manners, HelpAndVersionWorkAtEveryLevel) {
   const std::string version = Program({"--version"}).Run().out;
-  EXPECT_TRUE(std::regex_match(version, std::regex("velkor [0-9.]+\n"))) << version;
+  EXPECT_TRUE(std::regex_match(version, std::regex(R"(velkor [0-9.]+( \([0-9a-f]+(, changed)?\))?\n)"))) << version;
   const std::string help = Program({"--help"}).Run().out;
   for (const std::string& command : kCommands) {
     EXPECT_NE(help.find("\n  " + command), std::string::npos) << command;
@@ -205,7 +206,8 @@ TEST_F(Manners, WhatIsNotThereIsNamed) {
 TEST(Scripts, ExplainThemselves) {
   const std::string root = VELKOR_SOURCE_DIR;
   for (const std::string script : {"scripts/run", "scripts/test", "scripts/check", "scripts/fuzz",
-                                   "scripts/coverage", "scripts/screenshot", "bench/run"}) {
+                                   "scripts/coverage", "scripts/screenshot", "scripts/release",
+                                   "scripts/test_packages", "bench/run"}) {
     for (const std::string help : {"--help", "-h"}) {
       const auto [status, out] = Shell("cd / && " + root + "/" + script + " " + help + " 2>&1");
       EXPECT_EQ(status, 0) << script << out;
@@ -213,6 +215,17 @@ TEST(Scripts, ExplainThemselves) {
       EXPECT_TRUE(out.ends_with(".\n")) << out;
     }
   }
+}
+
+// A user without the rights of root, on a machine that has nothing: text asks for no toolkit.
+TEST(Scripts, SayWhatToInstallWhereTheyMayNot) {
+  const auto [status, out] =
+      Shell("cd " VELKOR_SOURCE_DIR
+            " && bash -c 'id() { echo 1000; }; command() { false; }; dpkg-query() { :; }; "
+            ". scripts/common.sh; install_missing' 2>&1");
+  EXPECT_EQ(status, 1);
+  EXPECT_NE(out.find("  apt-get install --no-install-recommends g++ "), std::string::npos) << out;
+  EXPECT_EQ(out.find("qt6"), std::string::npos) << out;
 }
 
 // From another folder, with nothing left to install or to build.

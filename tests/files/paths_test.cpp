@@ -19,7 +19,10 @@ TEST(Paths, ResolvingAgainstAFolder) {
 
   const std::string program = host.paths.ExecutablePath();
   EXPECT_EQ(host.paths.FullPathName(program.substr(0, program.rfind('/')) + "/../dattarn/lt.txt"),
-            ProgramDataPath("..\\dattarn\\lt.txt", host.host));
+            InstalledPath("lt.txt", host.host));
+  const std::string shared = ProgramDataPath("../share/velkor", host.host);
+  host.files.AddDirectory(shared);
+  EXPECT_EQ(shared + "/lt.txt", InstalledPath("lt.txt", host.host));
 }
 
 }  // namespace

@@ -21,9 +21,9 @@ TEST(HelpLocation, ShippedSettingsNameTheShippedPages) {
       FindHelp(SettingsTree(codePage, *opened.file), "@VELKOR_VERSION_WORD@ (date)");
   for (const int topic : {kMainWindowHelp, kFunctionListsHelp, kAdjustHelp}) {
     const std::string page = location.Page(topic);
-    ASSERT_EQ(page.substr(0, 16), "..\\dattarn\\help\\");
+    ASSERT_EQ(page.substr(0, 20), "@VELKOR_HELP_FOLDER@");
     for (const std::string folder : {"/src/resources/help/", "/src/resources/help/ja/"}) {
-      EXPECT_TRUE(files.Exists(VELKOR_SOURCE_DIR + folder + page.substr(16))) << page;
+      EXPECT_TRUE(files.Exists(VELKOR_SOURCE_DIR + folder + page.substr(20))) << page;
     }
   }
 }

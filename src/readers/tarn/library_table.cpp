@@ -31,11 +31,11 @@ std::string_view Suffix(LibraryTableKind kind, const StkProject& project) {
 std::string TablePath(std::string_view suffix, const Host& host, const StkReporter& reporter) {
   const std::string name =
       reporter.Messages().FormatMessageText(MessageKey::kTableFilePattern, {suffix});
+  const std::string_view file = FileNamePart(name, host.codePage);
   if (host.dataFolder.empty()) {
-    return ProgramDataPath(name, host);
+    return InstalledPath(file, host);
   }
-  return HostSpelling(Join(host.dataFolder, FileNamePart(name, host.codePage), host.codePage),
-                      host);
+  return HostSpelling(Join(host.dataFolder, file, host.codePage), host);
 }
 
 // False when only a part of the table could be read.

@@ -1,5 +1,6 @@
 #include "reports/gate/gate_json.h"
 
+#include "messages/product_version.h"
 #include "reports/gate/gate_rules.h"
 #include "reports/json_writer.h"
 
@@ -15,7 +16,7 @@ class GateJson {
   void Write(const GateReport& report) {
     json_.StartObject();
     json_.Number("schema", kGateSchema);
-    json_.Text("generator", "velkor " VELKOR_VERSION);
+    json_.Text("generator", ProductNameAndVersion());
     json_.Text("name", report.name);
     json_.TextOrNull("commit", report.commit);
     json_.StartArray("stacks");

@@ -6,6 +6,7 @@
 #include <rapidjson/stringbuffer.h>
 #include <rapidjson/writer.h>
 
+#include "messages/product_version.h"
 #include "reports/gate/finding_order.h"
 #include "reports/gate/gate_rules.h"
 
@@ -69,8 +70,8 @@ class SarifOutput {
     SarifWriter json(buffer);
     json.StartObject();
     Member(json, "name", "velkor");
-    Member(json, "version", VELKOR_VERSION);
-    Member(json, "semanticVersion", VELKOR_VERSION);
+    Member(json, "version", ProductVersion());
+    Member(json, "semanticVersion", ProductVersion());
     json.Key("rules");
     json.StartArray();
     for (const auto& [name, index] : ruleIndex_) {

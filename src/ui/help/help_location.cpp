@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::string_view kBaseKey = "Software\\Orvane Tools\\ORVDEV";
 constexpr std::string_view kVersionsKey = "Tarn.VK";
-constexpr std::string_view kSettingsFile = "..\\dattarn\\help.ini";
+constexpr std::string_view kSettingsFile = "help.ini";
 constexpr std::string_view kFileScheme = "file:";
 // Of the buffer that takes a value.
 constexpr size_t kValueSize = 520;
@@ -112,7 +112,7 @@ std::string HelpPath(std::string_view page, const Host& host) {
 }
 
 SettingsTree InstallationSettings(const Host& host) {
-  const OpenResult<InputFile> opened = host.files.OpenForRead(ProgramDataPath(kSettingsFile, host));
+  const OpenResult<InputFile> opened = host.files.OpenForRead(InstalledPath(kSettingsFile, host));
   return opened.file ? SettingsTree(host.codePage, *opened.file) : SettingsTree(host.codePage);
 }
 

@@ -42,8 +42,7 @@ HelpLocation FindHelp(const SettingsTree& settings, std::string_view versionWord
 // against the folder of the program when it is relative.
 std::string HelpPath(std::string_view page, const Host& host);
 
-// The settings file of this installation, "..\dattarn\help.ini" beside the program; no keys when
-// it cannot be read.
+// The settings file of this installation, help.ini among its data; no keys when it cannot be read.
 SettingsTree InstallationSettings(const Host& host);
 
 }  // namespace velkor::ui

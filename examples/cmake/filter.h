@@ -1,0 +1,4 @@
+#pragma once
+
+/* The middle one of the last samples, this one included. */
+int filter(int sample);
