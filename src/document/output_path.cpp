@@ -9,10 +9,10 @@ namespace velkor {
 
 std::vector<std::string> ProgramFiles(Host& host) {
   std::vector<std::string> paths{host.paths.ExecutablePath()};
-  for (const char* name : {"velkor", "velkor-cli"}) {
+  for (const char* name :
+       {"velkor", "velkor-cli", "..\\dattarn\\help.ini", "../share/velkor/help.ini"}) {
     paths.push_back(ProgramDataPath(name, host));
   }
-  paths.push_back(InstalledPath("help.ini", host));
   return paths;
 }
 
