@@ -98,7 +98,9 @@ class TodoOutput {
     const uint32_t frees = steps[nextFreeing_].frees;
     return nextFreeing_ == i
                ? fmt::format("frees {}", frees)
-               : fmt::format("frees {} with the steps up to {}", frees, nextFreeing_ + 1);
+               : fmt::format("{} more {} a bound once steps {} {} {} are stated", frees,
+                             frees == 1 ? "has" : "have", i + 1,
+                             nextFreeing_ == i + 1 ? "and" : "to", nextFreeing_ + 1);
   }
 
   std::string RecursionText(const StkFunction& member, const PlannedStep& step) {
