@@ -268,7 +268,7 @@ void AddAdjust(CLI::App& app, Options& options) {
   command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
   command.add_option("--margin", options.margin, "bytes to add; '' takes the margin away")
       ->option_text("N");
-  command.add_option("--depth", options.depth, "rounds of its recursion; '' takes the depth away")
+  command.add_option("--depth", options.depth, "how often it can be active at once; '' takes the depth away")
       ->option_text("N");
   CLI::Option* callees =
       command

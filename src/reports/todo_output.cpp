@@ -21,8 +21,8 @@ constexpr std::string_view kHowTo =
     "#   ADD=      bytes: all that an unknown function takes, the most that a frame grows by\n"
     "#   CALL=     a function that the pointer can hold; several: CALL=one, CALL=two\n"
     "#             (or ADD= in its place, with the bytes of the largest)\n"
-    "#   RECTIME=  rounds of the recursion; where a step has several such lines, the rounds where\n"
-    "#             they are counted, 1 in the others\n"
+    "#   RECTIME=  how often the function can be active at once, its first call counted; where a\n"
+    "#             step has several such lines, state it at one and 1 at the others\n"
     "# \"analyze INPUT --load FILE\" tries the file, \"load INPUT FILE\" keeps what it states.\n";
 
 class TodoOutput {
