@@ -15,7 +15,7 @@ constexpr IcicleKind kKinds[] = {IcicleKind::kFunction, IcicleKind::kUndefined,
                                  IcicleKind::kRecursion, IcicleKind::kFigure,
                                  IcicleKind::kSmall,    IcicleKind::kMissing};
 constexpr int kKeyWidth = 22;
-constexpr int kGap = 6;
+constexpr int kKeyGap = 6;
 
 void PaintKey(QPainter& painter, const QRect& key, IcicleKind kind, const PictureColors& colors) {
   painter.fillRect(key, colors.Fill(kind));
@@ -47,16 +47,16 @@ PictureLegend::PictureLegend(const UiContext& context, QWidget* parent) : QWidge
 template <typename Visit>
 int PictureLegend::Arrange(int width, Visit visit) const {
   const int height = fontMetrics().height() + 2;
-  int x = kGap;
+  int x = kKeyGap;
   int y = 2;
   for (const Item& item : items_) {
-    const int needed = kKeyWidth + kGap + fontMetrics().horizontalAdvance(item.text);
-    if (x > kGap && x + needed > width) {
-      x = kGap;
+    const int needed = kKeyWidth + kKeyGap + fontMetrics().horizontalAdvance(item.text);
+    if (x > kKeyGap && x + needed > width) {
+      x = kKeyGap;
       y += height;
     }
     visit(item, QRect(x, y, needed, height));
-    x += needed + 3 * kGap;
+    x += needed + 3 * kKeyGap;
   }
   return y + height + 2;
 }
@@ -81,7 +81,7 @@ void PictureLegend::paintEvent(QPaintEvent*) {
       PaintKey(painter, key, item.kind, colors);
     }
     painter.setPen(palette().color(QPalette::WindowText));
-    painter.drawText(place.adjusted(kKeyWidth + kGap, 0, 0, 0),
+    painter.drawText(place.adjusted(kKeyWidth + kKeyGap, 0, 0, 0),
                      Qt::AlignVCenter | Qt::TextSingleLine, item.text);
   });
 }

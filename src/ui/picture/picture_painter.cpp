@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "ui/shown_text.h"
+
 namespace velkor::ui {
 
 using reports::IcicleBox;
@@ -9,11 +11,7 @@ using reports::IcicleKind;
 
 namespace {
 
-constexpr double kGap = 4;
-
-QString FromUtf8(const std::string& text) {
-  return QString::fromStdString(text);
-}
+constexpr double kBoxGap = 4;
 
 }  // namespace
 
@@ -54,16 +52,16 @@ void PicturePainter::PaintAxis() {
       continue;
     }
     painter_.setPen(QPen(colors_.grid, 1));
-    painter_.drawLine(QPointF(axis - kGap, y), QPointF(area_.width(), y));
+    painter_.drawLine(QPointF(axis - kBoxGap, y), QPointF(area_.width(), y));
     painter_.setPen(colors_.quiet);
-    painter_.drawText(QRectF(0, y - lineHeight / 2, axis - 2 * kGap, lineHeight),
+    painter_.drawText(QRectF(0, y - lineHeight / 2, axis - 2 * kBoxGap, lineHeight),
                       Qt::AlignRight | Qt::AlignVCenter, QString::number(tick.bytes));
   }
 }
 
 QRectF PicturePainter::RectOf(size_t column, const IcicleBox& box) const {
-  const double left = layout_.LeftOf(column) - scroll_.x() + kGap;
-  const double width = layout_.Measures().columnWidth - 2 * kGap;
+  const double left = layout_.LeftOf(column) - scroll_.x() + kBoxGap;
+  const double width = layout_.Measures().columnWidth - 2 * kBoxGap;
   // A box that is far larger than the area is drawn as far as it can be seen: painters lose their
   // way in large numbers.
   const double margin = 100;
@@ -73,8 +71,8 @@ QRectF PicturePainter::RectOf(size_t column, const IcicleBox& box) const {
 }
 
 QRectF PicturePainter::HeadOf(size_t column) const {
-  return {layout_.LeftOf(column) - scroll_.x() + kGap, 0,
-          layout_.Measures().columnWidth - 2 * kGap, layout_.Measures().headHeight - 2};
+  return {layout_.LeftOf(column) - scroll_.x() + kBoxGap, 0,
+          layout_.Measures().columnWidth - 2 * kBoxGap, layout_.Measures().headHeight - 2};
 }
 
 void PicturePainter::PaintColumn(size_t column) {
@@ -90,7 +88,7 @@ void PicturePainter::PaintColumn(size_t column) {
   if (const std::optional<double> line = layout_.StackLine(column)) {
     painter_.setPen(QPen(colors_.stackLine, 2.5, Qt::DashLine));
     const double y = *line - scroll_.y();
-    painter_.drawLine(QPointF(head.left() - kGap, y), QPointF(head.right() + kGap, y));
+    painter_.drawLine(QPointF(head.left() - kBoxGap, y), QPointF(head.right() + kBoxGap, y));
   }
   PaintHead(column);
 }
@@ -122,12 +120,12 @@ void PicturePainter::PaintLines(size_t column, const IcicleBox& box, const QRect
     return;
   }
   painter_.setPen(colors_.ink);
-  const double width = rect.width() - 3 * kGap;
+  const double width = rect.width() - 3 * kBoxGap;
   for (const std::string& line : layout_.Lines(column, box)) {
     if (top + metrics.height() - 1 > rect.bottom()) {
       break;
     }
-    painter_.drawText(QRectF(rect.left() + 1.5 * kGap, top, width, metrics.height()),
+    painter_.drawText(QRectF(rect.left() + 1.5 * kBoxGap, top, width, metrics.height()),
                       Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                       metrics.elidedText(FromUtf8(line), Qt::ElideRight, width));
     top += metrics.height();

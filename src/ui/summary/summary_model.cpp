@@ -9,7 +9,7 @@ namespace velkor::ui {
 
 namespace {
 
-constexpr quintptr kTitle = 0;  // else one more than the group
+constexpr quintptr kOfTitle = 0;  // else one more than the group
 
 }  // namespace
 
@@ -27,7 +27,7 @@ void SummaryModel::SetGroups(std::vector<SummaryGroup> groups) {
 }
 
 const SummaryRow* SummaryModel::RowOf(const QModelIndex& index) const {
-  return index.isValid() && index.internalId() != kTitle
+  return index.isValid() && index.internalId() != kOfTitle
              ? &groups_[index.internalId() - 1].rows[static_cast<size_t>(index.row())]
              : nullptr;
 }
@@ -42,12 +42,12 @@ QModelIndex SummaryModel::index(int row, int column, const QModelIndex& parent) 
     return {};
   }
   return createIndex(row, column,
-                     parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : kTitle);
+                     parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : kOfTitle);
 }
 
 QModelIndex SummaryModel::parent(const QModelIndex& index) const {
-  return index.isValid() && index.internalId() != kTitle
-             ? createIndex(static_cast<int>(index.internalId() - 1), 0, kTitle)
+  return index.isValid() && index.internalId() != kOfTitle
+             ? createIndex(static_cast<int>(index.internalId() - 1), 0, kOfTitle)
              : QModelIndex();
 }
 
@@ -55,7 +55,7 @@ int SummaryModel::rowCount(const QModelIndex& parent) const {
   if (!parent.isValid()) {
     return static_cast<int>(groups_.size());
   }
-  return parent.internalId() == kTitle && parent.column() == 0
+  return parent.internalId() == kOfTitle && parent.column() == 0
              ? static_cast<int>(groups_[static_cast<size_t>(parent.row())].rows.size())
              : 0;
 }

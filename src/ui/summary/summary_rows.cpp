@@ -5,15 +5,12 @@
 
 #include "reports/note_text.h"
 #include "reports/statement_blocks.h"
+#include "ui/shown_text.h"
 #include "ui/summary/summary_texts.h"
 
 namespace velkor::ui {
 
 namespace {
-
-QString FromUtf8(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 SummaryMark MarkOf(const reports::GateStack& stack) {
   switch (stack.state) {

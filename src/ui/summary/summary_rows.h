@@ -24,10 +24,10 @@ struct StackBudget {
 
 struct SummaryRow {
   QStringList cells;
-  QString tip;  // all that there is to say of it, where the cells do not
+  QString tip{};  // all that there is to say of it, where the cells do not
   SummaryMark mark = SummaryMark::kNone;
-  std::optional<uint32_t> function;  // that the row is about
-  std::optional<StackBudget> budget;
+  std::optional<uint32_t> function{};  // that the row is about
+  std::optional<StackBudget> budget{};
 };
 
 struct SummaryGroup {
