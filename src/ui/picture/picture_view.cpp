@@ -41,6 +41,8 @@ PictureView::PictureView(UiContext& context, AnswerKeeper& keeper, FrameOperatio
       words_(PictureWords(context)) {
   setAccessibleName(context.Text(kPictureName));
   setFocusPolicy(Qt::StrongFocus);
+  // Its width decides that of the columns, which must not depend on their height.
+  setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
   viewport()->setMouseTracking(true);
   keeper.AddListener([this](const AnswerKeeper::Answer& answer) { Take(answer); });
 }
@@ -91,6 +93,7 @@ void PictureView::LayOut() {
     bar.setSingleStep(std::max(1, page / 12));
   };
   set(*verticalScrollBar(), all.height(), viewport()->height());
+  // Comes and goes, and then everything is laid out for the other height before this returns.
   set(*horizontalScrollBar(), all.width(), viewport()->width());
   Announce();
   viewport()->update();
