@@ -21,6 +21,7 @@ bool StkTableReading::Start(Work work) {
   if (document_.Bounds() == nullptr || document_.FunctionTable()->Count() == 0) {
     return false;
   }
+  document_.FunctionTable()->Callers(0);  // the table finds them when first asked
   stop_ = false;
   try {
     thread_ = std::make_unique<WorkerThread>([this, work = std::move(work)] { Run(work); });

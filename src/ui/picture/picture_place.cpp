@@ -27,6 +27,26 @@ std::optional<IcicleBox> BoxOver(const IcicleLayout& layout, size_t column, doub
                          : std::optional(boxes.back());
 }
 
+// The first from there on that has a height; none where the column ends.
+std::optional<size_t> PartFrom(const IcicleColumn& column, size_t part) {
+  while (part < column.parts.size() && column.BytesOf(part) == 0) {
+    ++part;
+  }
+  return part < column.parts.size() || (part == column.parts.size() && !column.bounded)
+             ? std::optional(part)
+             : std::nullopt;
+}
+
+std::optional<size_t> PartAbove(const IcicleColumn& column, size_t part) {
+  while (part > 0) {
+    --part;
+    if (column.BytesOf(part) > 0) {
+      return part;
+    }
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<IcicleBox> BoxAt(const IcicleLayout& layout, PicturePlace place) {
@@ -60,20 +80,21 @@ PicturePlace Moved(const IcicleLayout& layout, PicturePlace place, PictureMove m
     return place;
   }
   const IcicleColumn& column = columns[place.column];
-  const size_t end = column.parts.size() + (column.bounded ? 0 : 1);
-  const auto at = [&](size_t part) {
-    const std::optional<IcicleBox> found = BoxAt(layout, {place.column, part});
-    return PicturePlace{place.column, found ? found->part : place.part};
+  const auto at = [&](std::optional<size_t> part) {
+    const std::optional<IcicleBox> found =
+        part ? BoxAt(layout, {place.column, *part}) : std::nullopt;
+    return found ? PicturePlace{place.column, found->part} : place;
   };
   switch (move) {
     case PictureMove::kUp:
-      return box->part == 0 ? place : at(box->part - 1);
+      return at(PartAbove(column, box->part));
     case PictureMove::kDown:
-      return box->part + box->count >= end ? place : at(box->part + box->count);
+      return at(PartFrom(column, box->part + box->count));
     case PictureMove::kFirst:
-      return at(0);
+      return at(PartFrom(column, 0));
     case PictureMove::kLast:
-      return at(end - 1);
+      return at(column.bounded ? PartAbove(column, column.parts.size())
+                               : std::optional(column.parts.size()));
     default:
       break;
   }
