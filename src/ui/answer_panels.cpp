@@ -13,7 +13,7 @@ namespace velkor::ui {
 
 namespace {
 
-constexpr double kSummaryPart = 0.27;
+constexpr double kSummaryPart = 0.3;
 constexpr double kPicturePart = 0.6;
 
 // It is seen, and not only the tab that leads to it.

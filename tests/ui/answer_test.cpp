@@ -47,7 +47,7 @@ class AnswerOfTheWindow : public MainWindow {
 };
 
 constexpr const char* kOpen =
-    "The largest of 3 top-level functions is main: at least 30 bytes. 1 of them have no bound.";
+    "main needs the most: at least 30 bytes. Top-level functions: 3; without a bound: 1.";
 
 TEST_F(AnswerOfTheWindow, TellsWhatIsLargestAndWhatToStateNext) {
   StartAndFinish();
@@ -74,7 +74,7 @@ TEST_F(AnswerOfTheWindow, TellsWhatIsLargestAndWhatToStateNext) {
   StkFunction* x = Document().FunctionTable()->FindBySpecName("", "x", true);
   ASSERT_TRUE(Document().AdjustFunction(*x, *adjustAnswer.adjustment));
   Finish();
-  AwaitAnswer("The largest of 3 top-level functions is main: 37 bytes. All of them have a bound.");
+  AwaitAnswer("main needs the most: 37 bytes. Top-level functions: 3; without a bound: 0.");
   EXPECT_EQ(TextOf(Summary().Wanted()), "");
 
   Document().Recalculate();
@@ -115,7 +115,7 @@ class JapaneseAnswer : public AnswerOfTheWindow {
 TEST_F(JapaneseAnswer, FillsInItsTexts) {
   StartAndFinish();
   AwaitAnswer(
-      "3個の最上位の関数のうち最大は main: 少なくとも 30 バイト。そのうち1個には上限がありません。");
+      "最も多く必要とするのは main: 少なくとも 30 バイト。最上位の関数: 3個、上限なし: 1個。");
   EXPECT_TRUE(WaitUntil([this] { return Picture().HasPicture(); }));
   EXPECT_EQ(Picture().CurrentText(), "main. main: 10 バイト");
 }

@@ -114,8 +114,7 @@ void PicturePainter::PaintBox(size_t column, const IcicleBox& box) {
 void PicturePainter::PaintLines(size_t column, const IcicleBox& box, const QRectF& rect) {
   const QFontMetricsF metrics(font_);
   // The words of a large box stay in sight while it is scrolled.
-  const double head = layout_.Measures().headHeight;
-  double top = std::max(rect.top(), std::min(head, rect.bottom() - metrics.height()));
+  double top = std::max(rect.top(), layout_.Measures().headHeight);
   if (rect.bottom() - top < metrics.height() - 1) {
     return;
   }

@@ -54,15 +54,9 @@ QString SummaryRows::Lead(const AnalysisAnswer* answer, bool isWorking) const {
   const uint32_t largest = answer->entries.front();
   const reports::AnalysedFunction& analysed = result.functions[largest];
   const bool bounded = analysed.state != BoundState::kUnbounded;
-  const QString all = QString::number(result.roots.size());
-  const QString first =
-      Filled(Text(bounded ? kLeadBound : kLeadAtLeast),
-             {all, FromUtf8(result.ShownSpecName(largest)), QString::number(analysed.known)});
-  const QString second =
-      answer->unbounded == 0
-          ? Text(kLeadAllBounded)
-          : Filled(Text(kLeadUnbounded), {QString::number(answer->unbounded)});
-  return Filled(Text(kLeadOfBoth), {first, second});
+  return Filled(Text(bounded ? kLeadBound : kLeadAtLeast),
+                {FromUtf8(result.ShownSpecName(largest)), QString::number(analysed.known),
+                 QString::number(result.roots.size()), QString::number(answer->unbounded)});
 }
 
 std::vector<SummaryGroup> SummaryRows::Needs(const AnalysisAnswer& answer) const {

@@ -45,6 +45,8 @@ class SummaryDelegate : public QStyledItemDelegate {
 
   QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     QSize size = QStyledItemDelegate::sizeHint(option, index);
+    // All rows are as high as the first one, which has no mark.
+    size.setHeight(std::max(size.height(), option.decorationSize.height() + 2));
     if (index.data(SummaryModel::kBudgetRole).isValid()) {
       size.rwidth() += kBarWidth + 2 * kBarGap;
     }
@@ -98,7 +100,23 @@ void SummaryTable::SetGroups(std::vector<SummaryGroup> groups) {
       }
     }
   }
+  secondWidth_ = SecondWidth();
   FitColumns();
+}
+
+int SummaryTable::SecondWidth() const {
+  const QFontMetrics metrics = fontMetrics();
+  int widest = header()->sectionSizeHint(1);
+  for (int group = 0; group < model_->rowCount(); ++group) {
+    const QModelIndex title = model_->index(group, 0);
+    for (int row = 0; row < model_->rowCount(title); ++row) {
+      const QModelIndex cell = model_->index(row, 1, title);
+      const int bar = cell.data(SummaryModel::kBudgetRole).isValid() ? kBarWidth + 2 * kBarGap : 0;
+      widest = std::max(widest, bar + metrics.horizontalAdvance(cell.data().toString()) +
+                                    2 * metrics.averageCharWidth());
+    }
+  }
+  return widest;
 }
 
 std::optional<uint32_t> SummaryTable::CurrentFunction() const {
@@ -149,7 +167,7 @@ void SummaryTable::FitColumns() {
     return;
   }
   fitting_ = true;
-  const int second = std::max(sizeHintForColumn(1), header()->sectionSizeHint(1));
+  const int second = std::min(secondWidth_, viewport()->width() / 3);
   const int rest = std::max(0, viewport()->width() - second);
   header()->resizeSection(1, second);
   header()->resizeSection(0, rest / 2);

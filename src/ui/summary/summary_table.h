@@ -30,10 +30,13 @@ class SummaryTable : public QTreeView {
 
  private:
   const SummaryRow* LinkAt(const QModelIndex& index) const;
+  // Of the texts of the second column.
+  int SecondWidth() const;
   void FitColumns();
 
   SummaryModel* model_;  // owned by the Qt parent
   Follow follow_;
+  int secondWidth_ = 0;
   bool fitting_ = false;
   bool widthsFollow_ = true;  // those of the columns, until the user gives them others
 };

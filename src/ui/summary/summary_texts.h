@@ -20,12 +20,9 @@ enum SummaryText : uint32_t {
   kNotesGroup,
   kLeadBound = kDialogTextKey * 511 + 31,
   kLeadAtLeast,
-  kLeadUnbounded,
-  kLeadAllBounded,
   kLeadNoFunctions,
   kLeadWorking,
   kLeadNothing,
-  kLeadOfBoth,
   kValueTexts = kDialogTextKey * 511 + 41,  // one a kind of reason
   kFreesTogether = kDialogTextKey * 511 + 46,
   kFreesAbove,

@@ -11,7 +11,6 @@ namespace {
 
 constexpr uint32_t kNeedTexts = kDialogTextKey * 510;
 constexpr uint32_t kReasonTexts = kNeedTexts + 1;  // one a kind
-constexpr uint32_t kNoBound = kNeedTexts + 6;
 constexpr uint32_t kOverLimit = kNeedTexts + 7;
 constexpr uint32_t kMoreThanTotal = kNeedTexts + 8;
 constexpr uint32_t kBound = kNeedTexts + 9;
@@ -19,8 +18,7 @@ constexpr uint32_t kBound = kNeedTexts + 9;
 }  // namespace
 
 NeedTexts::NeedTexts(const UiContext& context)
-    : noBound_(context.Text(kNoBound)),
-      overLimit_(context.Text(kOverLimit)),
+    : overLimit_(context.Text(kOverLimit)),
       moreThanTotal_(context.Text(kMoreThanTotal)),
       bound_(context.Text(kBound)) {
   for (size_t kind = 0; kind < reasons_.size(); ++kind) {
@@ -38,7 +36,13 @@ QString NeedTexts::Need(const StkFunction& function, const StkBounds& bounds) {
 
 QString NeedTexts::Mark(const StkFunction& function, const StkBounds& bounds) const {
   if (bounds.State(function) == BoundState::kUnbounded) {
-    return NoBound(bounds.Reasons(function));
+    QStringList words;
+    for (const ReasonKind kind : kReasonKinds) {
+      if (bounds.Reasons(function).Has(kind)) {
+        words.push_back(ReasonWord(kind));
+      }
+    }
+    return words.join(", ");
   }
   if (bounds.State(function) == BoundState::kOver) {
     return overLimit_;
@@ -70,16 +74,6 @@ QString NeedTexts::TotalAndNeed(const StkFunction& function, const StkBounds& bo
     return need;
   }
   return total + " " + QChar(u'·') + " " + (bounded ? Filled(bound_, {need}) : need);
-}
-
-QString NeedTexts::NoBound(ReasonSet reasons) const {
-  QStringList words;
-  for (const ReasonKind kind : kReasonKinds) {
-    if (reasons.Has(kind)) {
-      words.push_back(ReasonWord(kind));
-    }
-  }
-  return Filled(noBound_, {words.join(", ")});
 }
 
 QString Filled(QString pattern, const QStringList& values) {

@@ -16,8 +16,8 @@ class NeedTexts {
   // "206", or "≥206" without a bound.
   static QString Need(uint64_t known, bool bounded);
   static QString Need(const StkFunction& function, const StkBounds& bounds);
-  // Why it is not a bound, or the total none: "no bound: recursion", "over the limit", "more than
-  // the total". Empty where the total can be taken for the bound.
+  // Why it is not a bound, or the total none: "unknown size, recursion", "over the limit", "more
+  // than the total". Empty where the total can be taken for the bound.
   QString Mark(const StkFunction& function, const StkBounds& bounds) const;
   // By what marks are sorted: more is missing.
   static uint32_t MarkRank(const StkFunction& function, const StkBounds& bounds);
@@ -27,14 +27,11 @@ class NeedTexts {
   const QString& ReasonWord(ReasonKind kind) const {
     return reasons_[static_cast<size_t>(kind)];
   }
-  // "no bound: %1" with the words of the kinds.
-  QString NoBound(ReasonSet reasons) const;
   const QString& OverLimit() const { return overLimit_; }
   const QString& MoreThanTotal() const { return moreThanTotal_; }
 
  private:
   std::array<QString, kReasonKinds.size()> reasons_;
-  QString noBound_;
   QString overLimit_;
   QString moreThanTotal_;
   QString bound_;
