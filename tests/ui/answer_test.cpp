@@ -2,6 +2,8 @@
 #include <QTest>
 
 #include "main_window.h"
+#include "ui/picture/picture_colors.h"
+#include "ui/text_colors.h"
 
 namespace velkor::ui {
 namespace {
@@ -105,6 +107,28 @@ TEST_F(AnswerOfTheWindow, ThePictureIsReadWithKeysAndLeadsToTheTree) {
   Choose(Command::kSavePicture);
   const std::string file = host.files.Get("C:\\p\\picture.svg").value_or("");
   EXPECT_NE(file.find(">20 f</text>"), std::string::npos) << file;
+}
+
+TEST(AnswerColors, AreReadOnEitherTheme) {
+  QPalette dark(QColor(53, 53, 53));
+  dark.setColor(QPalette::Base, QColor(35, 35, 35));
+  dark.setColor(QPalette::Text, Qt::white);
+  dark.setColor(QPalette::Link, Qt::blue);
+  QPalette light(QColor(240, 240, 240));
+  light.setColor(QPalette::Base, Qt::white);
+  light.setColor(QPalette::Text, Qt::black);
+  light.setColor(QPalette::Link, Qt::cyan);
+  for (const QPalette& palette : {dark, light}) {
+    const PictureColors colors = PictureColorsOf(palette);
+    EXPECT_GE(Contrast(PaleText(palette), colors.ground), kReadable);
+    EXPECT_GE(Contrast(LinkText(palette), colors.ground), kReadable);
+    EXPECT_GE(Contrast(colors.stackLine, colors.ground), kReadable);
+    for (int kind = 0; kind <= static_cast<int>(reports::IcicleKind::kMissing); ++kind) {
+      const QColor fill = colors.Fill(static_cast<reports::IcicleKind>(kind));
+      EXPECT_GE(Contrast(colors.ink, fill), kReadable) << kind;
+    }
+    EXPECT_GE(Contrast(colors.ink, colors.hatch), kReadable);
+  }
 }
 
 class JapaneseAnswer : public AnswerOfTheWindow {

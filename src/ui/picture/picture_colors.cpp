@@ -1,6 +1,6 @@
 #include "ui/picture/picture_colors.h"
 
-#include "ui/pale_color.h"
+#include "ui/text_colors.h"
 
 namespace velkor::ui {
 

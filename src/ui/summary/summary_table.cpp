@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "ui/summary/summary_marks.h"
+#include "ui/text_colors.h"
 
 namespace velkor::ui {
 
@@ -59,7 +60,7 @@ class SummaryDelegate : public QStyledItemDelegate {
     const SummaryRow* row = model_.RowOf(index);
     if (index.column() == 0 && row && row->function) {
       option->font.setUnderline(true);
-      option->palette.setColor(QPalette::Text, option->palette.color(QPalette::Link));
+      option->palette.setColor(QPalette::Text, LinkText(option->palette));
     }
   }
 

@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QPainter>
 
-#include "ui/pale_color.h"
+#include "ui/text_colors.h"
 
 namespace velkor::ui {
 
