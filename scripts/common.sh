@@ -27,17 +27,36 @@ install_missing() {
     apt-get install -y -qq --no-install-recommends "${missing[@]}" >&2
 }
 
-# build PRESET [TARGET...]: configures, with the further arguments in configure_options, and builds,
-# quietly unless something fails.
+# Of the lines of a build on standard input the counter ("[12/293]"), where standard error is a terminal.
+show_counter() {
+  local line
+  while IFS= read -r line; do
+    if [ -t 2 ] && [[ $line =~ ^\[[0-9]+/[0-9]+\] ]]; then
+      printf '\r%s' "${BASH_REMATCH[0]}" >&2
+    fi
+  done
+  if [ -t 2 ]; then
+    printf '\r\033[K' >&2
+  fi
+}
+
+# build PRESET [TARGET...]: configures, with the further arguments in configure_options, and builds.
+# What is done is said on standard error, with the counter of the build where that is a terminal; the
+# rest only if something fails.
 configure_options=()
 build() {
   local preset=$1
   shift
   local log
   log=$(mktemp)
+  if [ -d "build/$preset" ]; then
+    echo "Building what has changed in build/$preset ..." >&2
+  else
+    echo "Building in build/$preset, which takes some minutes ..." >&2
+  fi
   if ! { cmake --preset "$preset" "${configure_options[@]}" &&
          cmake --build "build/$preset" --parallel "$(nproc)" \
-           ${1:+--target "$@"}; } >"$log" 2>&1; then
+           ${1:+--target "$@"}; } 2>&1 | tee "$log" | show_counter; then
     cat "$log" >&2
     rm -f "$log"
     return 1

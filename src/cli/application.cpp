@@ -59,6 +59,7 @@ Application::~Application() {
 ExitStatus Application::OpenAndAnalyse(const Options& options) {
   log_.ForgetNotes();
   if (!document_.OnOpenDocument(AbsolutePath(options.project))) {
+    SayWhatWritesConfiguration(options);
     return kProjectNotRead;
   }
   document_.StartAnalysis();
@@ -71,6 +72,14 @@ ExitStatus Application::OpenAndAnalyse(const Options& options) {
     }
   }
   return kDone;
+}
+
+void Application::SayWhatWritesConfiguration(const Options& options) {
+  const bool wanted =
+      options.command == Options::Command::kCheck || options.project == kConfigurationName;
+  if (wanted && !GetHost().files.Exists(AbsolutePath(options.project))) {
+    Say("\"velkor-cli init INPUT\" writes a velkor.toml");
+  }
 }
 
 ExitStatus Application::LoadSpecification(const std::string& file, bool saveAfter) {

@@ -67,6 +67,7 @@ class Application : private MessageTarget {
   Application(std::unique_ptr<LocalMachine> machine, const Options& options);
 
   void Post(uint32_t message, uint64_t parameter) override;
+  void SayWhatWritesConfiguration(const Options& options);
   void StopJobs();
   std::vector<StkNote> Notes();
 

@@ -194,10 +194,6 @@ class CheckRun {
 
 ExitStatus Check(Application& application, const Options& options) {
   const ExitStatus analysed = application.OpenAndAnalyse(options);
-  if (analysed == kProjectNotRead &&
-      !application.GetHost().files.Exists(application.AbsolutePath(options.project))) {
-    application.Say("\"velkor-cli init INPUT\" writes a velkor.toml");
-  }
   if (analysed != kDone) {
     return analysed;
   }

@@ -26,7 +26,7 @@ inline constexpr std::array<ExitStatusText, 7> kExitStatusTexts = {{
     {kNotEverythingRead,
      "done, but a module or statement is missing, cut short or refused"},
     {kWrongUsage, "wrong usage; nothing was changed"},
-    {kProjectNotRead, "the input could not be read"},
+    {kProjectNotRead, "the input could not be read; diff: nothing in common"},
     {kOutputFailed, "the result could not be written"},
     {kGateNotPassed, "check: a stack is not as it should be"},
     {kStopped, "stopped"},

@@ -17,6 +17,12 @@ namespace {
 const char* const kFunctionHelp =
     "function as specification files name it: main, util.c#step, [memcpy]";
 
+void MakeInputOptional(CLI::App& command) {
+  CLI::Option* const input = command.get_option("INPUT");
+  input->required(false);
+  input->description(input->get_description() + " (default: the velkor.toml of this folder)");
+}
+
 CLI::App& AddCommand(CLI::App& app, Options& options, Options::Command command,
                      const std::string& name, const std::string& help) {
   CLI::App& added = *app.add_subcommand(name, help);
@@ -76,6 +82,15 @@ void RefuseLoadOption(const Options& options) {
   }
 }
 
+void TakeDefaultInput(const CLI::App& app, Options& options) {
+  for (const CLI::App* command : app.get_subcommands()) {
+    const CLI::Option* const input = command->get_option_no_throw("INPUT");
+    if (input != nullptr && input->empty()) {
+      options.project = kConfigurationName;
+    }
+  }
+}
+
 // Of analyze as text.
 void AddTextOptions(CLI::App& command, Options& options) {
   CLI::Option* top =
@@ -99,6 +114,7 @@ void AddTextOptions(CLI::App& command, Options& options) {
 void AddAnalyze(CLI::App& app, Options& options) {
   CLI::App& command = AddCommand(app, options, Options::Command::kAnalyze, "analyze",
                                  "print how much stack is used, and what is not known");
+  MakeInputOptional(command);
   AddLoadOption(command, options);
   AddFormat(
       command, options,
@@ -130,6 +146,7 @@ void AddTodo(CLI::App& app, Options& options) {
       AddCommand(app, options, Options::Command::kTodo, "todo",
                  "write what to state so that more functions have a bound, what frees most first, "
                  "as a specification file to fill in");
+  MakeInputOptional(command);
   AddLoadOption(command, options);
   AddOutputOption(command, options);
   AddRunOptions(command, options);
@@ -138,6 +155,7 @@ void AddTodo(CLI::App& app, Options& options) {
 void AddReport(CLI::App& app, Options& options) {
   CLI::App& command = AddCommand(app, options, Options::Command::kReport, "report",
                                  "write the analysis as one page of HTML with a picture");
+  MakeInputOptional(command);
   AddLoadOption(command, options);
   command.add_option("--output", options.output, "where to write; - is standard output")
       ->required()
@@ -210,11 +228,9 @@ void AddCheck(CLI::App& app, Options& options) {
       "check", "hold the stacks that velkor.toml states against what they need");
   command.add_option(
       "INPUT", options.project,
-      "velkor.toml (default: that of this folder); with --limit also a project file or a folder");
-  command.callback([&options] {
-    options.command = Options::Command::kCheck;
-    options.project = options.project.empty() ? "velkor.toml" : options.project;
-  });
+      "velkor.toml, with --limit also a project file or a folder");
+  MakeInputOptional(command);
+  command.callback([&options] { options.command = Options::Command::kCheck; });
   AddCheckOptions(command, options.check);
   AddLoadOption(command, options);
   AddOutputOption(command, options);
@@ -252,7 +268,7 @@ void AddAdjust(CLI::App& app, Options& options) {
   command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
   command.add_option("--margin", options.margin, "bytes to add; '' takes the margin away")
       ->option_text("N");
-  command.add_option("--depth", options.depth, "rounds of its recursion; '' takes the depth away")
+  command.add_option("--depth", options.depth, "how often it can be active at once; '' takes the depth away")
       ->option_text("N");
   CLI::Option* callees =
       command
@@ -352,6 +368,7 @@ ParsedArguments ParseArguments(int argc, const char* const* argv, const std::str
   try {
     app.parse(argc, argv);
     RefuseLoadOption(options);
+    TakeDefaultInput(app, options);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == 0) {
       app.exit(error);  // help or version

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "messages/stop_question.h"
@@ -13,6 +14,9 @@ class App;
 }
 
 namespace velkor::cli {
+
+// What is read where no INPUT is given.
+inline constexpr std::string_view kConfigurationName = "velkor.toml";
 
 enum class OutputFormat { kText, kJson, kCsv, kMarkdown };
 enum class GateFormat { kText, kJson, kSarif, kGithub, kGitlab, kMarkdown };

@@ -69,7 +69,7 @@ void StkBounds::Update() {
     if (!isKept) {
       FindStructure();
       ComputeAll();
-    } else {
+    } else if (!changes.functions.empty()) {
       ComputeChanged(changes.functions);
     }
   } catch (...) {

@@ -21,8 +21,8 @@ constexpr std::string_view kHowTo =
     "#   ADD=      bytes: all that an unknown function takes, the most that a frame grows by\n"
     "#   CALL=     a function that the pointer can hold; several: CALL=one, CALL=two\n"
     "#             (or ADD= in its place, with the bytes of the largest)\n"
-    "#   RECTIME=  rounds of the recursion; where a step has several such lines, the rounds where\n"
-    "#             they are counted, 1 in the others\n"
+    "#   RECTIME=  how often the function can be active at once, its first call counted; where a\n"
+    "#             step has several such lines, state it at one and 1 at the others\n"
     "# \"analyze INPUT --load FILE\" tries the file, \"load INPUT FILE\" keeps what it states.\n";
 
 class TodoOutput {
@@ -98,7 +98,9 @@ class TodoOutput {
     const uint32_t frees = steps[nextFreeing_].frees;
     return nextFreeing_ == i
                ? fmt::format("frees {}", frees)
-               : fmt::format("frees {} with the steps up to {}", frees, nextFreeing_ + 1);
+               : fmt::format("{} more {} a bound once steps {} {} {} are stated", frees,
+                             frees == 1 ? "has" : "have", i + 1,
+                             nextFreeing_ == i + 1 ? "and" : "to", nextFreeing_ + 1);
   }
 
   std::string RecursionText(const StkFunction& member, const PlannedStep& step) {

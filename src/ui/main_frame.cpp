@@ -2,12 +2,14 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDockWidget>
 #include <QFileInfo>
 #include <QMimeData>
 #include <QScreen>
 #include <QShortcut>
 #include <QToolBar>
 #include <algorithm>
+#include <span>
 
 #include "core/function_text.h"
 #include "files/chain_report.h"
@@ -28,10 +30,19 @@ constexpr uint32_t kUntitled = kNames + 1006;
 constexpr uint32_t kNotSavedTitle = kNames + 1007;
 constexpr uint32_t kNotSavedPrompt = kNames + 1008;
 
-constexpr QSize kInitialSize(1024, 640);
+constexpr QSize kInitialSize(1200, 860);
 constexpr int kTreeWidth = 200;
 constexpr int kListHeight = 300;
 constexpr int kLogHeight = 50;
+
+// Of one view, whichever has the focus.
+constexpr Command kListCommands[] = {Command::kShowBoundColumn, Command::kShowMarkColumn};
+constexpr Command kTreeCommands[] = {Command::kShowTotals, Command::kTreeByModule,
+                                     Command::kTreeBySize, Command::kOpenMaximumChain};
+
+bool IsOneOf(Command command, std::span<const Command> commands) {
+  return std::ranges::find(commands, command) != commands.end();
+}
 
 // The one input that is being dragged, a file or a folder, or nothing.
 QString DraggedProject(const QMimeData& data) {
@@ -56,8 +67,9 @@ CMainFrame::CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts
       parts_(std::move(parts)),
       actions_(*this, context, parts_.productName, [this](Command command) { Route(command); }),
       statusBar_(new CStkStatusBar(context.Text(kProgressName), this)),
+      keeper_(context),
       notes_(context),
-      stackNotes_(context, [this](const QString& text) { statusBar_->SetStacksText(text); }),
+      stackNotes_(context, keeper_, [this](const QString& text) { statusBar_->SetStacksText(text); }),
       monitor_(context.document, *statusBar_),
       commands_(context, posted, parts_, monitor_, *this) {
   context_.document.AddView(*this);
@@ -80,6 +92,7 @@ CMainFrame::~CMainFrame() {
   disconnect(qApp, nullptr, this, nullptr);
   activeView_ = nullptr;
   // The views tell this frame of changes while they go.
+  qDeleteAll(findChildren<QDockWidget*>());
   delete takeCentralWidget();
   logView_ = nullptr;
 }
@@ -114,6 +127,9 @@ void CMainFrame::CreateViews() {
   rightSplitter_->setStretchFactor(1, 1);
   rightSplitter_->setChildrenCollapsible(false);
   setCentralWidget(outerSplitter_);
+  answers_ = std::make_unique<AnswerPanels>(
+      context_, keeper_, *this, *treeView_, *this,
+      [this] { return parts_.fileDialogs.PictureToSave(context_, DialogParent()); });
   activeView_ = treeView_;
   treeView_->setFocus();
 }
@@ -163,6 +179,10 @@ void CMainFrame::FollowFocus(QWidget* focused) {
     activeView_ = listView_;
   } else if (holds(logView_)) {
     activeView_ = logView_;
+  } else if (holds(&answers_->Summary())) {
+    activeView_ = &answers_->Summary();
+  } else if (holds(&answers_->Picture())) {
+    activeView_ = &answers_->Picture();
   }
   UpdateCommands();
 }
@@ -239,12 +259,13 @@ void CMainFrame::UpdateCommands() {
 }
 
 std::vector<CommandTarget*> CMainFrame::Targets(Command command) {
-  std::vector<CommandTarget*> targets;
-  if (std::ranges::find(kSortCommands, command) != std::end(kSortCommands)) {
-    targets.push_back(listView_);
+  if (IsOneOf(command, kSortCommands) || IsOneOf(command, kListCommands)) {
+    return {listView_, activeView_, &commands_, &parts_.application};
   }
-  targets.insert(targets.end(), {activeView_, &commands_, &parts_.application});
-  return targets;
+  if (IsOneOf(command, kTreeCommands)) {
+    return {treeView_};
+  }
+  return {activeView_, answers_.get(), &commands_, &parts_.application};
 }
 
 CommandState CMainFrame::RoutedState(Command command) {

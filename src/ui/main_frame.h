@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "document/job_monitor.h"
+#include "ui/answer/answer_keeper.h"
+#include "ui/answer_panels.h"
 #include "ui/commands/command_actions.h"
 #include "ui/commands/command_target.h"
 #include "ui/commands/frame_operations.h"
@@ -48,6 +50,7 @@ class CMainFrame : public QMainWindow, public FrameOperations, public View {
   CStkTreeView& TreeView() { return *treeView_; }
   CStkListView& ListView() { return *listView_; }
   CStkLogView& GetLogView() { return *logView_; }
+  AnswerPanels& Answers() { return *answers_; }
   const CommandActions& Actions() const { return actions_; }
 
  protected:
@@ -83,6 +86,8 @@ class CMainFrame : public QMainWindow, public FrameOperations, public View {
   CStkListView* listView_ = nullptr;
   CStkLogView* logView_ = nullptr;
   CommandTarget* activeView_ = nullptr;
+  AnswerKeeper keeper_;
+  std::unique_ptr<AnswerPanels> answers_;
   AnalysisNotes notes_;
   StackNotes stackNotes_;
   StkJobMonitor monitor_;

@@ -295,11 +295,25 @@ TEST_F(Check, InitWritesWhatIsThereAndLeavesOpenWhatIsNot) {
   EXPECT_EQ(Run().out,
             "main         201 of 256 bytes       55 free                ok\n"
             "1 stack, 0 errors, 0 warnings: passed\n");
+  const auto here = [this](const std::vector<std::string>& arguments) {
+    return Program(arguments).In(folder_.Root()).Run();
+  };
+  for (const std::string command : {"analyze", "todo"}) {
+    const ProgramRun run = here({command});
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(run.out, here({command, "velkor.toml"}).out) << command;
+  }
+  EXPECT_EQ(here({"report", "--output", "page.html"}).status, 0);
+  EXPECT_EQ(here({"analyze", ""}).status, 3) << "an empty variable of a script is no default";
   const std::string before = ReadFile(folder_.Path("velkor.toml"));
   EXPECT_EQ(Program({"init", "build"}).In(folder_.Root()).Run().status, 2) << "it is there";
   EXPECT_EQ(ReadFile(folder_.Path("velkor.toml")), before);
   EXPECT_EQ(Program({"init", "none", "--output", "new.toml"}).In(folder_.Root()).Run().status, 3);
   EXPECT_FALSE(fs::exists(folder_.Path("new.toml")));
+  fs::remove(folder_.Path("velkor.toml"));
+  const ProgramRun none = here({"todo"});
+  EXPECT_EQ(none.status, 3);
+  EXPECT_TRUE(none.Says("velkor-cli: \"velkor-cli init INPUT\" writes a velkor.toml.")) << none.err;
 }
 
 // What docs/gate.md says to do on a build server, as far as it goes without one.

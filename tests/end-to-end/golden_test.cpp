@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <regex>
+#include <set>
 
 #include "program.h"
 #include "scratch_folder.h"
@@ -189,11 +191,37 @@ TEST(Documents, TheKeysOfTheJsonAreDescribed) {
   }
 }
 
+TEST(Documents, TheTableOfNotesIsWhole) {
+  const std::string page = testing::ReadFile(kSource + "/docs/how-it-works.md");
+  const std::regex rule(
+      R"re((?:rule = |Note\()\s*(?:[a-z][^"]*\? )?"([a-z-]+)"(?:\s*: "([a-z-]+)")?)re");
+  std::set<std::string> rules;
+  for (const char* room : {"core", "files", "readers", "document", "cli"}) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(kSource + "/src/" + room)) {
+      const std::string code =
+          entry.path().extension() == ".cpp" ? testing::ReadFile(entry.path().string()) : "";
+      for (std::sregex_iterator match(code.begin(), code.end(), rule), end; match != end; ++match) {
+        rules.insert((*match)[1]);
+        rules.insert((*match)[2]);
+      }
+    }
+  }
+  rules.erase("");
+  rules.erase("statement-not-read");  // of the gate alone
+  EXPECT_TRUE(rules.contains("assembler") && rules.contains("old-link"));
+  for (const std::string& each : rules) {
+    EXPECT_NE(page.find("\n| " + each + " | "), std::string::npos) << each;
+  }
+}
+
 TEST(Documents, TheReadmeShowsRealOutput) {
   const std::string readme = testing::ReadFile(kSource + "/README.md");
   const ProgramRun run = Program({"analyze", kSource + "/examples/firmware/app.prj"}).Run();
   const std::string shown = run.out.substr(run.out.find("Compiler"));
   EXPECT_NE(readme.find(shown), std::string::npos) << shown;
+  const std::string steps = Program({"todo", kSource + "/examples/firmware/app.prj"}).Run().out;
+  const std::string block = "```\n" + steps.substr(steps.find("# 1: ")) + "```\n";
+  EXPECT_NE(readme.find(block), std::string::npos) << block;
 }
 
 }  // namespace

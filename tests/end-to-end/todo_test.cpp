@@ -30,13 +30,13 @@ std::vector<Step> Steps(const std::string& file) {
   std::istringstream lines(file);
   for (std::string line; std::getline(lines, line);) {
     EXPECT_TRUE(line.empty() || line.front() == '#') << line;
-    const std::string heading = "# " + std::to_string(steps.size() + 1) + ": frees ";
+    const std::string heading = "# " + std::to_string(steps.size() + 1) + ": ";
     if (line.starts_with(heading)) {
-      const bool later = line.find(" with the steps up to ") != std::string::npos;
-      const std::string number = line.substr(heading.size());
+      const std::string frees = heading + "frees ";
+      const bool now = line.starts_with(frees) && !line.starts_with(frees + "none");
+      EXPECT_TRUE(line.starts_with(frees) || line.find(" a bound once steps ") != line.npos) << line;
       steps.push_back(
-          {later || number.starts_with("none") ? 0 : static_cast<uint32_t>(std::stoul(number)),
-           {}});
+          {now ? static_cast<uint32_t>(std::stoul(line.substr(frees.size()))) : 0, {}});
     } else if (!steps.empty() && line.size() > 1 && line[1] != ' ') {
       steps.back().lines.push_back(line.substr(1));
     }
@@ -205,8 +205,8 @@ TEST(Todo, SaysWhatIsKnownOfEachCauseAndKeepsWhatIsStated) {
             "# 1: frees 1\n"
             "# [driver] is not defined in the project; called by isr, other\n"
             "#[driver], ADD=\n\n"
-            "# 2: frees 1 with the steps up to 3; a recursion of 2 functions, limited by 1: main, "
-            "step\n"
+            "# 2: 1 more has a bound once steps 2 and 3 are stated; a recursion of 2 functions, "
+            "limited by 1: main, step\n"
             "#main, ADD=7, RECTIME=\n\n"
             "# 3: frees 1\n"
             "# step calls through a pointer pfn_step\n"

@@ -48,6 +48,7 @@ class CallGraphReader {
       AddFault(CallGraphFault::kNoEnd, line_);
     }
     FindOtherSources();
+    JoinMissingSizes();
     std::ranges::stable_sort(file_.faults, {}, &CallGraphFile::Fault::line);
     file_.isWhole = file_.faults.empty();
     return std::move(file_);
@@ -179,6 +180,22 @@ class CallGraphReader {
     }
   }
 
+  // The compiler was asked for no sizes: one fault says so.
+  void JoinMissingSizes() {
+    const auto hasSize = [](const CallGraphNode& node) {
+      return node.frame != CallGraphNode::Frame::kMissing;
+    };
+    const auto first =
+        std::ranges::find(file_.faults, CallGraphFault::kNoSize, &CallGraphFile::Fault::fault);
+    if (first == file_.faults.end() || std::ranges::any_of(file_.nodes, hasSize)) {
+      return;
+    }
+    first->fault = CallGraphFault::kNoSizes;
+    std::erase_if(file_.faults, [](const CallGraphFile::Fault& fault) {
+      return fault.fault == CallGraphFault::kNoSize;
+    });
+  }
+
   void AddFault(CallGraphFault fault, uint32_t line) { file_.faults.push_back({fault, line}); }
 
   std::string_view bytes_;
@@ -213,6 +230,8 @@ std::string_view TextOf(CallGraphFault fault) {
       return "it does not end with the line \"}\"";
     case CallGraphFault::kNoSize:
       return "function without a size";
+    case CallGraphFault::kNoSizes:
+      return "no function has a size (compile with -fcallgraph-info=su,da)";
     case CallGraphFault::kUnknownSource:
       return "call from a function that the file does not define";
     case CallGraphFault::kDynamicCount:

@@ -23,7 +23,8 @@ enum class CallGraphFault : uint8_t {
   kBeforeGraph,    // the line "graph" does not come first
   kAfterEnd,       // a line after the closing brace; it is read
   kNoEnd,          // the file does not end with the closing brace: it was cut
-  kNoSize,         // a function without "bytes"
+  kNoSize,         // a function without "bytes", where others have them
+  kNoSizes,        // no function has any; the line of the first one
   kUnknownSource,  // an edge from what the file does not define
   kDynamicCount,   // other than the count of listed dynamic objects says
 };

@@ -130,7 +130,9 @@ std::string HelpFor(const BoundCause& cause, const AnalysisResult& result) {
       break;
   }
   return fmt::format(
-      "state \"{}, RECTIME=rounds\" {}, of as many of them as every way round passes", name, kIn);
+      "state \"{}, RECTIME=times\" {}: how often it can be active at once, its first call counted; "
+      "likewise of others until every way round passes one",
+      name, kIn);
 }
 
 }  // namespace velkor::reports

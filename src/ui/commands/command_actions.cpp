@@ -35,6 +35,15 @@ constexpr Command kAllCommands[] = {
     Command::kAdjustStackSize,
     Command::kResetFunction,
     Command::kResetAllFunctions,
+    Command::kShowTotals,
+    Command::kTreeByModule,
+    Command::kTreeBySize,
+    Command::kOpenMaximumChain,
+    Command::kShowBoundColumn,
+    Command::kShowMarkColumn,
+    Command::kShowSummary,
+    Command::kShowPicture,
+    Command::kSavePicture,
     Command::kClearLog,
     Command::kCopy,
     Command::kAbout,
@@ -45,7 +54,7 @@ constexpr Command kAllCommands[] = {
 const std::array<Items, 4>& Menus() {
   static const std::array<Items, 4> kMenus = {
       Items{Command::kOpenProject, Command::kOpenFolder, std::nullopt, Command::kSaveMaximumChain,
-            Command::kSaveAllChains, Command::kSavePage, std::nullopt, Command::kLoadSpecFile,
+            Command::kSaveAllChains, Command::kSavePage, Command::kSavePicture, std::nullopt, Command::kLoadSpecFile,
             Command::kSaveSpecFile, std::nullopt, Command::kExit},
       Items{Command::kRecalculate, Command::kStop},
       Items{Command::kFunctionLists, Command::kAdjustStackSize, Command::kResetFunction,
@@ -77,9 +86,20 @@ QList<QKeySequence> KeysOf(Command command) {
       return {QKeySequence("Ctrl+O")};
     case Command::kHelp:
       return {QKeySequence("F1")};
+    case Command::kOpenMaximumChain:
+      return {QKeySequence("Ctrl+M")};
+    case Command::kShowSummary:
+      return {QKeySequence("Ctrl+1")};
+    case Command::kShowPicture:
+      return {QKeySequence("Ctrl+2")};
     default:
       return {};
   }
+}
+
+template <typename Commands>
+Items ItemsOf(const Commands& commands) {
+  return {std::begin(commands), std::end(commands)};
 }
 
 template <typename Bar>
@@ -115,11 +135,19 @@ CommandActions::CommandActions(QWidget& window, const UiContext& context,
     window.addAction(action);
     actions_.emplace(command, action);
   }
-  auto* sorts = new QActionGroup(&window);
-  sorts->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
-  for (const Command command : kSortCommands) {
+  MakeGroup(kSortCommands, window);
+  MakeGroup(kTreeOrderCommands, window);
+  for (const Command command : kShowCommands) {
     Of(command).setCheckable(true);
-    Of(command).setActionGroup(sorts);
+  }
+}
+
+void CommandActions::MakeGroup(std::span<const Command> commands, QWidget& window) const {
+  auto* group = new QActionGroup(&window);
+  group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
+  for (const Command command : commands) {
+    Of(command).setCheckable(true);
+    Of(command).setActionGroup(group);
   }
 }
 
@@ -141,12 +169,23 @@ void CommandActions::FillMenuBar(QMenuBar& menuBar, const UiContext& context,
     PointAtDisabledItems(*menu);
     AddItems(*menu, Menus()[i], *this);
     if (i == kViewMenu) {
-      QMenu* sorts = menu->addMenu(context.Text(kSortMenuText));
-      PointAtDisabledItems(*sorts);
-      AddItems(*sorts, {std::begin(kSortCommands), std::end(kSortCommands)}, *this);
+      FillViewMenu(*menu, context);
     }
     QObject::connect(menu, &QMenu::aboutToShow, &menuBar, opening);
   }
+}
+
+void CommandActions::FillViewMenu(QMenu& menu, const UiContext& context) const {
+  const auto addMenu = [&](uint32_t text, const Items& items) {
+    QMenu* submenu = menu.addMenu(context.Text(text));
+    PointAtDisabledItems(*submenu);
+    AddItems(*submenu, items, *this);
+  };
+  addMenu(kSortMenuText, ItemsOf(kSortCommands));
+  menu.addSeparator();
+  addMenu(kTreeOrderMenuText, ItemsOf(kTreeOrderCommands));
+  AddItems(menu, {Command::kOpenMaximumChain, std::nullopt}, *this);
+  AddItems(menu, ItemsOf(kShowCommands), *this);
 }
 
 void CommandActions::FillToolBar(QToolBar& toolBar) const {

@@ -5,6 +5,7 @@
 #include <QToolBar>
 #include <functional>
 #include <map>
+#include <span>
 #include <string_view>
 
 #include "ui/commands/command_target.h"
@@ -30,6 +31,10 @@ class CommandActions {
   void FillToolBar(QToolBar& toolBar) const;
 
  private:
+  // At most one of them bears a mark.
+  void MakeGroup(std::span<const Command> commands, QWidget& window) const;
+  void FillViewMenu(QMenu& menu, const UiContext& context) const;
+
   std::map<Command, QAction*> actions_;
 };
 

@@ -153,7 +153,11 @@ TEST(CallGraphFile, SaysWhatItCouldNotRead) {
       {"@}\n#", "3 line after the end of the graph\n"},
       {"@#edge: { sourcename: \"g\" targetname: \"f\" }\n}\n",
        "3 call from a function that the file does not define\n"},
-      {"@node: { title: \"f\" label: \"f\\nx.c:1:1\" }\n}\n", "2 function without a size\n"},
+      {"@#node: { title: \"g\" label: \"g\\nx.c:1:1\" }\n}\n", "3 function without a size\n"},
+      {"@node: { title: \"f\" label: \"f\\nx.c:1:1\" }\nodd\n"
+       "node: { title: \"g\" label: \"g\\nx.c:2:1\" }\n}\n",
+       "2 no function has a size (compile with -fcallgraph-info=su,da)\n"
+       "3 line of no known form\n"},
       {"@node: { title: \"f\" label: \"f\\nx.c:1:1\\n-8 bytes (static)\" }\n}\n",
        "2 line of no known form\n"},
       {"@node: { title: \"f\" label: \"f\\nx.c:1:1\\n8 bytes (elastic)\" }\n}\n",

@@ -6,24 +6,26 @@ namespace velkor {
 
 // What an instruction does, as far as the stack, the flow and the targets of jumps depend on it.
 enum class CodeOperation : uint8_t {
-  kUnknown,     // not decoded, or writes the stack pointer or the program counter in no known form
-  kOther,       // nothing but writing `writes`
-  kPadding,     // nothing at all
-  kSet,         // target = immediate
-  kSetPart,     // target = target with 16 bits from `shift` on replaced by immediate
-  kSetAddress,  // target = the instruction's own address + immediate
-  kCopy,        // target = source
-  kAdd,         // target = source + immediate
-  kAddScaled,   // target = source (0 without) + immediate + (index << shift)
-  kSubtract,    // target = source - (index << shift); without index: - something
-  kMask,        // target = source & immediate
-  kSetBits,     // target = source | immediate
-  kLimit,       // target = source, of which only immediate may remain (zero extension)
-  kExtendSign,  // target = source, of which the lowest `width` bytes count
-  kShiftLeft,   // target = source << shift
-  kShiftRight,  // target = source >> shift, unsigned
-  kLoad,        // target = memory, and target2 = the memory behind it
-  kLoadMany,    // the registers of `list`, ascending, from memory on
+  kUnknown,      // not decoded, or writes the stack pointer or the program counter in no known form
+  kOther,        // nothing but writing `writes`
+  kPadding,      // nothing at all
+  kSet,          // target = immediate
+  kSetPart,      // target = target with 16 bits from `shift` on replaced by immediate
+  kSetAddress,   // target = the instruction's own address + immediate
+  kCopy,         // target = source
+  kAdd,          // target = source + immediate
+  kAddScaled,    // target = source (0 without) + immediate + (index << shift)
+  kAddExtended,  // target = source + (the lowest `width` bytes of index, with their sign, << shift)
+  kSubtract,     // target = source - (index << shift); without index: - something
+  kMask,         // target = source & immediate
+  kSetBits,      // target = source | immediate
+  kLimit,        // target = source, of which only immediate may remain (zero extension)
+  kExtendSign,   // target = source, of which the lowest `width` bytes count
+  kMix,          // target = source with bits of index inverted
+  kShiftLeft,    // target = source << shift
+  kShiftRight,   // target = source >> shift, unsigned
+  kLoad,         // target = memory, and target2 = the memory behind it
+  kLoadMany,     // the registers of `list`, ascending, from memory on
   kStore,
   kStoreMany,
   kPushMemory,     // memory, pushed
@@ -68,6 +70,8 @@ struct CodeMemory {
   bool isSigned = false;
   int64_t displacement = 0;
   int32_t baseChange = 0;  // of the base register, afterwards
+
+  bool operator==(const CodeMemory&) const = default;
 };
 
 // One instruction, the same for all machines. It does not tell where it stands. Registers have the
@@ -96,6 +100,8 @@ struct CodeInstruction {
   uint64_t list = 0;
   int64_t immediate = 0;
   CodeMemory memory;
+
+  bool operator==(const CodeInstruction&) const = default;
 };
 
 // By the code.

@@ -41,7 +41,7 @@ void CodeStep::Set(uint8_t number, const CodeValue& value, uint64_t /*address*/,
 void CodeStep::SetStack(const CodeValue& value, CodeState& state) const {
   if (value.IsStack()) {
     state.SetRegister(conventions_.stackRegister, value);
-  } else if (value.IsConstant() || (value.IsNumber() && value.isGiven) || state.IsOnOtherStack()) {
+  } else if (value.IsGiven() || state.IsOnOtherStack()) {
     state.ChangeStack();
   } else {
     CodeValue below = state.Stack();
@@ -85,30 +85,16 @@ void CodeStep::Apply(const CodeInstruction& instruction, uint64_t address, CodeS
   }
 }
 
-CodeValue CodeStep::WithPart(const CodeValue& old, uint64_t immediate, uint8_t shift,
-                             uint64_t name) const {
-  const uint64_t part = uint64_t{0xFFFF} << shift;
-  return old.IsConstant()
-             ? Wrapped((static_cast<uint64_t>(old.amount) & ~part) | immediate << shift)
-             : CodeValue::Number(name);
-}
-
-CodeValue CodeStep::SignExtended(const CodeValue& source, uint8_t width, uint64_t name) const {
-  if (source.IsConstant()) {
-    return Wrapped(static_cast<uint64_t>(
-        ByteReader::Extended(static_cast<uint64_t>(source.amount), uint64_t{width} * 8)));
-  }
-  CodeValue result = source.IsStack() || source.IsReturn() ? CodeValue::Number(name) : source;
-  result.isSigned = source.IsTable() && source.width == width;
-  return result;
-}
-
 void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
                        CodeState& state) const {
   const uint8_t target = instruction.target;
-  const CodeValue source = Get(instruction.source, state);
-  const CodeValue index = Get(instruction.index, state);
   const uint64_t name = NameOf(address, target);
+  // What no register holds is equal to nothing else.
+  const auto value = [&](uint8_t number) {
+    return number < state.RegisterCount() ? state.Register(number) : CodeValue::Number(name);
+  };
+  const CodeValue source = value(instruction.source);
+  const CodeValue index = value(instruction.index);
   const auto immediate = static_cast<uint64_t>(instruction.immediate);
   CodeValue result;
   switch (instruction.operation) {
@@ -135,6 +121,9 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
               ? Sum(Wrapped(immediate), index, instruction.shift, name)
               : Moved(Sum(source, index, instruction.shift, name), instruction.immediate, name);
       break;
+    case CodeOperation::kAddExtended:
+      result = Sum(source, SignExtended(index, instruction.width, name), instruction.shift, name);
+      break;
     case CodeOperation::kSubtract:
       result = Difference(source, index, instruction.shift, name);
       break;
@@ -152,6 +141,10 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
       break;
     case CodeOperation::kExtendSign:
       result = SignExtended(source, instruction.width, name);
+      break;
+    case CodeOperation::kMix:  // as with stack pointers that are kept in disguise
+      result = CodeValue::Number(name);
+      result.isGiven = source.IsGiven() && index.IsGiven();
       break;
     case CodeOperation::kShiftLeft:
       result = ShiftedLeft(source, instruction.shift, name);

@@ -74,11 +74,10 @@ CodeValue CodeStep::Masked(const CodeValue& value, uint64_t mask, uint64_t name)
   const uint64_t alignment = (~mask & conventions_.numberMask) + 1;
   if (value.IsStack()) {
     const bool isAlignment = std::has_single_bit(alignment) && alignment <= (uint64_t{1} << 31);
-    const uint64_t lost = std::max<uint64_t>(alignment, conventions_.stackAlignment);
-    return isAlignment
-               ? Moved(value, int64_t{conventions_.stackAlignment} - static_cast<int64_t>(lost),
-                       name)
-               : CodeValue::Number(name);
+    const auto known = uint64_t{conventions_.stackAlignment} | static_cast<uint64_t>(value.amount);
+    const uint64_t step = known & (0 - known);  // it is a multiple of that
+    const uint64_t lost = std::max(alignment, step) - step;
+    return isAlignment ? Moved(value, -static_cast<int64_t>(lost), name) : CodeValue::Number(name);
   }
   if (value.IsPlain() && value.bound <= mask && std::has_single_bit(mask + 1)) {
     return value;
@@ -97,6 +96,30 @@ CodeValue CodeStep::Limited(const CodeValue& value, uint64_t limit, uint64_t nam
   limited.bound = std::min(limited.bound, limit);
   limited.isGiven = false;
   return limited;
+}
+
+CodeValue CodeStep::WithPart(const CodeValue& old, uint64_t immediate, uint8_t shift,
+                             uint64_t name) const {
+  const uint64_t part = uint64_t{0xFFFF} << shift;
+  return old.IsConstant()
+             ? Wrapped((static_cast<uint64_t>(old.amount) & ~part) | immediate << shift)
+             : CodeValue::Number(name);
+}
+
+CodeValue CodeStep::SignExtended(const CodeValue& source, uint8_t width, uint64_t name) const {
+  if (source.IsConstant()) {
+    return Wrapped(static_cast<uint64_t>(
+        ByteReader::Extended(static_cast<uint64_t>(source.amount), uint64_t{width} * 8)));
+  }
+  constexpr uint8_t kCompared = 4;  // comparisons tell of so many bytes
+  const bool mayBeNegative =
+      source.IsNumber() && width < kCompared && source.bound >= uint64_t{1} << (8 * width - 1);
+  if (source.IsStack() || source.IsReturn() || mayBeNegative) {
+    return CodeValue::Number(name);
+  }
+  CodeValue result = source;
+  result.isSigned = source.IsTable() && (source.isSigned || source.width == width);
+  return result;
 }
 
 CodeValue CodeStep::ShiftedLeft(const CodeValue& value, uint8_t shift, uint64_t name) const {
