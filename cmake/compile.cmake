@@ -17,6 +17,7 @@ if(VELKOR_SANITIZE)
   target_compile_options(velkor_compile INTERFACE
     -fsanitize=${VELKOR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1
     ${falseAlarms}
+    $<$<CXX_COMPILER_ID:Clang>:-fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/sanitizer_ignore.txt>
     # Looking for undefined behaviour in the tests themselves would take as long again to compile.
     $<$<BOOL:$<TARGET_PROPERTY:VELKOR_IS_TEST>>:-fno-sanitize=undefined>)
   target_link_options(velkor_compile INTERFACE -fsanitize=${VELKOR_SANITIZE})
