@@ -23,8 +23,7 @@ struct ExitStatusText {
 };
 inline constexpr std::array<ExitStatusText, 7> kExitStatusTexts = {{
     {kDone, "done"},
-    {kNotEverythingRead,
-     "done, but a module or statement is missing, cut short or refused"},
+    {kNotEverythingRead, "done, but a module or statement is missing, cut short or refused"},
     {kWrongUsage, "wrong usage; nothing was changed"},
     {kProjectNotRead, "the input could not be read; diff: nothing in common"},
     {kOutputFailed, "the result could not be written"},

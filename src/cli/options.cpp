@@ -226,9 +226,8 @@ void AddCheckOptions(CLI::App& command, Options::Check& check) {
 void AddCheck(CLI::App& app, Options& options) {
   CLI::App& command = *app.add_subcommand(
       "check", "hold the stacks that velkor.toml states against what they need");
-  command.add_option(
-      "INPUT", options.project,
-      "velkor.toml, with --limit also a project file or a folder");
+  command.add_option("INPUT", options.project,
+                     "velkor.toml, with --limit also a project file or a folder");
   MakeInputOptional(command);
   command.callback([&options] { options.command = Options::Command::kCheck; });
   AddCheckOptions(command, options.check);
@@ -268,7 +267,9 @@ void AddAdjust(CLI::App& app, Options& options) {
   command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
   command.add_option("--margin", options.margin, "bytes to add; '' takes the margin away")
       ->option_text("N");
-  command.add_option("--depth", options.depth, "how often it can be active at once; '' takes the depth away")
+  command
+      .add_option("--depth", options.depth,
+                  "how often it can be active at once; '' takes the depth away")
       ->option_text("N");
   CLI::Option* callees =
       command

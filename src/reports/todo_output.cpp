@@ -96,11 +96,10 @@ class TodoOutput {
       return "frees none";
     }
     const uint32_t frees = steps[nextFreeing_].frees;
-    return nextFreeing_ == i
-               ? fmt::format("frees {}", frees)
-               : fmt::format("{} more {} a bound once steps {} {} {} are stated", frees,
-                             frees == 1 ? "has" : "have", i + 1,
-                             nextFreeing_ == i + 1 ? "and" : "to", nextFreeing_ + 1);
+    return nextFreeing_ == i ? fmt::format("frees {}", frees)
+                             : fmt::format("{} more {} a bound once steps {} {} {} are stated",
+                                           frees, frees == 1 ? "has" : "have", i + 1,
+                                           nextFreeing_ == i + 1 ? "and" : "to", nextFreeing_ + 1);
   }
 
   std::string RecursionText(const StkFunction& member, const PlannedStep& step) {

@@ -197,7 +197,8 @@ TEST(Documents, TheTableOfNotesIsWhole) {
       R"re((?:rule = |Note\()\s*(?:[a-z][^"]*\? )?"([a-z-]+)"(?:\s*: "([a-z-]+)")?)re");
   std::set<std::string> rules;
   for (const char* room : {"core", "files", "readers", "document", "cli"}) {
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(kSource + "/src/" + room)) {
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(kSource + "/src/" + room)) {
       const std::string code =
           entry.path().extension() == ".cpp" ? testing::ReadFile(entry.path().string()) : "";
       for (std::sregex_iterator match(code.begin(), code.end(), rule), end; match != end; ++match) {

@@ -34,9 +34,9 @@ std::vector<Step> Steps(const std::string& file) {
     if (line.starts_with(heading)) {
       const std::string frees = heading + "frees ";
       const bool now = line.starts_with(frees) && !line.starts_with(frees + "none");
-      EXPECT_TRUE(line.starts_with(frees) || line.find(" a bound once steps ") != line.npos) << line;
-      steps.push_back(
-          {now ? static_cast<uint32_t>(std::stoul(line.substr(frees.size()))) : 0, {}});
+      EXPECT_TRUE(line.starts_with(frees) || line.find(" a bound once steps ") != line.npos)
+          << line;
+      steps.push_back({now ? static_cast<uint32_t>(std::stoul(line.substr(frees.size()))) : 0, {}});
     } else if (!steps.empty() && line.size() > 1 && line[1] != ' ') {
       steps.back().lines.push_back(line.substr(1));
     }
