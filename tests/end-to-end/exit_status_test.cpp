@@ -26,7 +26,7 @@ TEST(ExitStatus, WrongUsageIsTwoAndSaysWhy) {
   const std::vector<std::vector<std::string>> wrong = {
       {},
       {"analyse", project},
-      {"analyze"},
+      {"explain"},
       {"analyze", project, "another"},
       {"analyze", project, "--format", "xml"},
       {"analyze", project, "--on-error", "stop"},
