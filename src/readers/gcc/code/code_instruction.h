@@ -6,24 +6,25 @@ namespace velkor {
 
 // What an instruction does, as far as the stack, the flow and the targets of jumps depend on it.
 enum class CodeOperation : uint8_t {
-  kUnknown,     // not decoded, or writes the stack pointer or the program counter in no known form
-  kOther,       // nothing but writing `writes`
-  kPadding,     // nothing at all
-  kSet,         // target = immediate
-  kSetPart,     // target = target with 16 bits from `shift` on replaced by immediate
-  kSetAddress,  // target = the instruction's own address + immediate
-  kCopy,        // target = source
-  kAdd,         // target = source + immediate
-  kAddScaled,   // target = source (0 without) + immediate + (index << shift)
-  kSubtract,    // target = source - (index << shift); without index: - something
-  kMask,        // target = source & immediate
-  kSetBits,     // target = source | immediate
-  kLimit,       // target = source, of which only immediate may remain (zero extension)
-  kExtendSign,  // target = source, of which the lowest `width` bytes count
-  kShiftLeft,   // target = source << shift
-  kShiftRight,  // target = source >> shift, unsigned
-  kLoad,        // target = memory, and target2 = the memory behind it
-  kLoadMany,    // the registers of `list`, ascending, from memory on
+  kUnknown,      // not decoded, or writes the stack pointer or the program counter in no known form
+  kOther,        // nothing but writing `writes`
+  kPadding,      // nothing at all
+  kSet,          // target = immediate
+  kSetPart,      // target = target with 16 bits from `shift` on replaced by immediate
+  kSetAddress,   // target = the instruction's own address + immediate
+  kCopy,         // target = source
+  kAdd,          // target = source + immediate
+  kAddScaled,    // target = source (0 without) + immediate + (index << shift)
+  kAddExtended,  // target = source + (the lowest `width` bytes of index, with their sign, << shift)
+  kSubtract,     // target = source - (index << shift); without index: - something
+  kMask,         // target = source & immediate
+  kSetBits,      // target = source | immediate
+  kLimit,        // target = source, of which only immediate may remain (zero extension)
+  kExtendSign,   // target = source, of which the lowest `width` bytes count
+  kShiftLeft,    // target = source << shift
+  kShiftRight,   // target = source >> shift, unsigned
+  kLoad,         // target = memory, and target2 = the memory behind it
+  kLoadMany,     // the registers of `list`, ascending, from memory on
   kStore,
   kStoreMany,
   kPushMemory,     // memory, pushed

@@ -98,8 +98,14 @@ CodeValue CodeStep::SignExtended(const CodeValue& source, uint8_t width, uint64_
     return Wrapped(static_cast<uint64_t>(
         ByteReader::Extended(static_cast<uint64_t>(source.amount), uint64_t{width} * 8)));
   }
-  CodeValue result = source.IsStack() || source.IsReturn() ? CodeValue::Number(name) : source;
-  result.isSigned = source.IsTable() && source.width == width;
+  constexpr uint8_t kCompared = 4;  // comparisons tell of so many bytes
+  const bool mayBeNegative =
+      source.IsNumber() && width < kCompared && source.bound >= uint64_t{1} << (8 * width - 1);
+  if (source.IsStack() || source.IsReturn() || mayBeNegative) {
+    return CodeValue::Number(name);
+  }
+  CodeValue result = source;
+  result.isSigned = source.IsTable() && (source.isSigned || source.width == width);
   return result;
 }
 
@@ -134,6 +140,9 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
           instruction.source == CodeInstruction::kNone
               ? Sum(Wrapped(immediate), index, instruction.shift, name)
               : Moved(Sum(source, index, instruction.shift, name), instruction.immediate, name);
+      break;
+    case CodeOperation::kAddExtended:
+      result = Sum(source, SignExtended(index, instruction.width, name), instruction.shift, name);
       break;
     case CodeOperation::kSubtract:
       result = Difference(source, index, instruction.shift, name);

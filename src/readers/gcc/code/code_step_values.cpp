@@ -74,11 +74,10 @@ CodeValue CodeStep::Masked(const CodeValue& value, uint64_t mask, uint64_t name)
   const uint64_t alignment = (~mask & conventions_.numberMask) + 1;
   if (value.IsStack()) {
     const bool isAlignment = std::has_single_bit(alignment) && alignment <= (uint64_t{1} << 31);
-    const uint64_t lost = std::max<uint64_t>(alignment, conventions_.stackAlignment);
-    return isAlignment
-               ? Moved(value, int64_t{conventions_.stackAlignment} - static_cast<int64_t>(lost),
-                       name)
-               : CodeValue::Number(name);
+    const auto known = uint64_t{conventions_.stackAlignment} | static_cast<uint64_t>(value.amount);
+    const uint64_t step = known & (0 - known);  // it is a multiple of that
+    const uint64_t lost = std::max(alignment, step) - step;
+    return isAlignment ? Moved(value, -static_cast<int64_t>(lost), name) : CodeValue::Number(name);
   }
   if (value.IsPlain() && value.bound <= mask && std::has_single_bit(mask + 1)) {
     return value;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 
+#include "readers/gcc/code/a64_decoder.h"
 #include "readers/gcc/code/arm_decoder.h"
 #include "readers/gcc/code/x86_decoder.h"
 
@@ -25,6 +26,8 @@ std::unique_ptr<InstructionDecoder> MakeInstructionDecoder(const ElfFile& elf) {
   switch (elf.Machine()) {
     case ELF_ARM:
       return std::make_unique<ArmDecoder>(codeBytes);
+    case ELF_AARCH64:
+      return elf.Is64() ? std::make_unique<A64Decoder>() : nullptr;
     case ELF_X86_64:
       return elf.Is64() ? std::make_unique<X86Decoder>(codeBytes) : nullptr;
     default:

@@ -146,6 +146,10 @@ const ProofCompiler kProofCompilers[] = {
      22,
      {"variadic", "by_value"}},
     {"arm-none-eabi-gcc -Os -mcpu=arm7tdmi -mthumb -mthumb-interwork"},
+    {"aarch64-linux-gnu-gcc -O0 -mbranch-protection=standard", ""},
+    {"aarch64-linux-gnu-gcc -O2 -fstack-clash-protection", ""},
+    {"aarch64-linux-gnu-gcc -Os -march=armv8.3-a -mbranch-protection=pac-ret", ""},
+    {"aarch64-linux-gnu-gcc -O3 -fno-plt", ""},
     // Of a dynamic frame more is told than is certain.
     {"gcc -O2", "", 23},
     {"gcc -O0 -fstack-clash-protection", "", 23},
@@ -193,7 +197,9 @@ TEST(ProgramCode, ReadsWhereExceptionsLand) {
                             "-Wl,--unresolved-symbols=ignore-all,-e,main";
   int compiled = 0;
   for (const std::string compiler :
-       {"g++ -Os", "g++ -O0", "g++ -O2", "arm-none-eabi-g++ -Os -mthumb -mcpu=cortex-m4",
+       {"g++ -Os", "g++ -O0", "g++ -O2", "aarch64-linux-gnu-g++ -O0",
+        "aarch64-linux-gnu-g++ -O2 -march=armv8.3-a -mbranch-protection=standard",
+        "arm-none-eabi-g++ -Os -mthumb -mcpu=cortex-m4",
         "arm-none-eabi-g++ -O0 -mthumb -mcpu=cortex-m4",
         "arm-none-eabi-g++ -O2 -mthumb -mcpu=cortex-m0",
         "arm-none-eabi-g++ -O2 -mthumb -mcpu=cortex-m33 -mfloat-abi=hard -mfpu=fpv5-sp-d16"}) {
