@@ -182,7 +182,7 @@ CodeInstruction Exclusive(Encoding encoding) {
     return StoringAt(base, width, status);
   }
   if (isOther && width < 4) {  // two, of which the lower bit of the size tells the width
-    return StoringAt(base, width == 2 ? 16 : 8, status | status << 1);
+    return StoringAt(base, width == 2 ? 16 : 8, (status | status << 1) & ~Bit(A64_SP));
   }
   if (isLoad) {
     return Writing(first | (isOther ? second : 0));

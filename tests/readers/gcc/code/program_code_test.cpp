@@ -4,8 +4,10 @@
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <map>
 #include <set>
+#include <span>
 
 #include "platform/temporary_folder.h"
 #include "readers/gcc/call_graph_file.h"
@@ -48,6 +50,7 @@ class Proof {
   const FunctionCode& CodeOf(const std::string& name) {
     return code_.Functions()[byName_.at(name).front()].code;
   }
+  const ProgramCode& Code() const { return code_; }
 
  private:
   void CompareUnit(const std::string& bytes) {
@@ -146,14 +149,17 @@ const ProofCompiler kProofCompilers[] = {
      22,
      {"variadic", "by_value"}},
     {"arm-none-eabi-gcc -Os -mcpu=arm7tdmi -mthumb -mthumb-interwork"},
-    {"aarch64-linux-gnu-gcc -O0 -mbranch-protection=standard", ""},
-    {"aarch64-linux-gnu-gcc -O2 -fstack-clash-protection", ""},
-    {"aarch64-linux-gnu-gcc -Os -march=armv8.3-a -mbranch-protection=pac-ret", ""},
-    {"aarch64-linux-gnu-gcc -O3 -fno-plt", ""},
     // Of a dynamic frame more is told than is certain.
     {"gcc -O2", "", 23},
     {"gcc -O0 -fstack-clash-protection", "", 23},
     {"gcc -O2 -fstack-clash-protection -fno-pie -no-pie -fno-plt", "", 23},
+};
+
+const ProofCompiler kProofCompilersOfA64[] = {
+    {"aarch64-linux-gnu-gcc -O0 -mbranch-protection=standard", ""},
+    {"aarch64-linux-gnu-gcc -O2 -fstack-clash-protection", ""},
+    {"aarch64-linux-gnu-gcc -Os -march=armv8.3-a -mbranch-protection=pac-ret", ""},
+    {"aarch64-linux-gnu-gcc -O3 -fno-plt", ""},
 };
 
 const std::string kSampleFolder = VELKOR_SOURCE_DIR "/tests/readers/gcc/code/";
@@ -164,11 +170,12 @@ bool Compiles(const std::string& compiler, const std::string& sourcesAndLink) {
   return std::system(command.c_str()) == 0;  // NOLINT(concurrency-mt-unsafe): one thread
 }
 
-// A program of which each function is difficult in another way, as several compilers make it.
-TEST(ProgramCode, ReadsWhatTheCompilerTold) {
+// A program of which each function is difficult in another way, as several compilers make it. The
+// number of those that are there.
+int ProveSamples(std::span<const ProofCompiler> compilers) {
   const testing::TemporaryFolder folder;
   int compiled = 0;
-  for (const ProofCompiler& compiler : kProofCompilers) {
+  for (const ProofCompiler& compiler : compilers) {
     SCOPED_TRACE(compiler.command);
     if (!Compiles(compiler.command, kSampleFolder + "samples.c " + compiler.link)) {
       continue;
@@ -185,24 +192,18 @@ TEST(ProgramCode, ReadsWhatTheCompilerTold) {
     EXPECT_EQ(proof.otherDynamics, Names());
     EXPECT_FALSE(proof.CodeOf("never").returns);
   }
-  EXPECT_GT(compiled, 0);
+  return compiled;
 }
 
 // Places where exceptions land are reached by nothing that the instructions tell.
-TEST(ProgramCode, ReadsWhereExceptionsLand) {
+int ProveExceptions(std::initializer_list<std::string> compilers) {
   const testing::TemporaryFolder folder;
   const std::string whole = kSampleFolder + "samples.cc";
   const std::string alone = whole + " " + kSampleFolder +
                             "samples_library.cc -nodefaultlibs -nostartfiles -lgcc "
                             "-Wl,--unresolved-symbols=ignore-all,-e,main";
   int compiled = 0;
-  for (const std::string compiler :
-       {"g++ -Os", "g++ -O0", "g++ -O2", "aarch64-linux-gnu-g++ -O0",
-        "aarch64-linux-gnu-g++ -O2 -march=armv8.3-a -mbranch-protection=standard",
-        "arm-none-eabi-g++ -Os -mthumb -mcpu=cortex-m4",
-        "arm-none-eabi-g++ -O0 -mthumb -mcpu=cortex-m4",
-        "arm-none-eabi-g++ -O2 -mthumb -mcpu=cortex-m0",
-        "arm-none-eabi-g++ -O2 -mthumb -mcpu=cortex-m33 -mfloat-abi=hard -mfpu=fpv5-sp-d16"}) {
+  for (const std::string& compiler : compilers) {
     SCOPED_TRACE(compiler);
     if (!Compiles(compiler, compiler.starts_with("arm") ? alone : whole)) {
       continue;
@@ -218,7 +219,48 @@ TEST(ProgramCode, ReadsWhereExceptionsLand) {
     EXPECT_EQ(proof.otherSites, Names());
     EXPECT_EQ(proof.otherDynamics, Names());
   }
-  EXPECT_GT(compiled, 0);
+  return compiled;
+}
+
+TEST(ProgramCode, ReadsWhatTheCompilerTold) {
+  EXPECT_GT(ProveSamples(kProofCompilers), 0);
+}
+
+TEST(ProgramCode, ReadsWhereExceptionsLand) {
+  EXPECT_GT(
+      ProveExceptions(
+          {"g++ -Os", "g++ -O0", "g++ -O2", "arm-none-eabi-g++ -Os -mthumb -mcpu=cortex-m4",
+           "arm-none-eabi-g++ -O0 -mthumb -mcpu=cortex-m4",
+           "arm-none-eabi-g++ -O2 -mthumb -mcpu=cortex-m0",
+           "arm-none-eabi-g++ -O2 -mthumb -mcpu=cortex-m33 -mfloat-abi=hard -mfpu=fpv5-sp-d16"}),
+      0);
+}
+
+TEST(ProgramCode, ReadsWhatTheCompilerToldOfA64) {
+  if (ProveSamples(kProofCompilersOfA64) == 0) {
+    GTEST_SKIP() << "aarch64-linux-gnu-gcc is not there";
+  }
+  ProveExceptions({"aarch64-linux-gnu-g++ -O0",
+                   "aarch64-linux-gnu-g++ -O2 -march=armv8.3-a -mbranch-protection=standard"});
+}
+
+// A whole library, most of it from a compiler, some of it from an assembler.
+TEST(ProgramCode, ReadsNoFrameOfA64BelowItsCallFrameInformation) {
+  const testing::TemporaryFolder folder;
+  if (!Compiles("aarch64-linux-gnu-gcc -O2", kSampleFolder + "samples.c -static")) {
+    GTEST_SKIP() << "aarch64-linux-gnu-gcc is not there";
+  }
+  const Proof proof(folder / "program.elf", folder.Path());
+  int known = 0;
+  for (const ProgramCode::Function& function : proof.Code().Functions()) {
+    const FunctionCode& code = function.code;
+    const bool isKnown = code.doubt == CodeDoubt::kNone && code.import.empty();
+    known += isKnown ? 1 : 0;
+    EXPECT_NE(code.doubt, CodeDoubt::kInstruction) << std::hex << code.doubtAddress;
+    EXPECT_TRUE(!isKnown || code.isDynamic || code.codeBytes >= code.callFrameBytes)
+        << std::hex << function.address;
+  }
+  EXPECT_GT(known, 900);
 }
 
 // Whole programs, which not every checkout has beside it.
