@@ -6,6 +6,7 @@
 #include "readers/gcc/byte_reader.h"
 #include "readers/gcc/code/arm_registers.h"
 #include "readers/gcc/code/arm_translation.h"
+#include "readers/gcc/code/thumb_direct.h"
 #include "readers/gcc/code/thumb_forms.h"
 
 namespace velkor {
@@ -59,7 +60,7 @@ CodeInstruction ArmDecoder::Disassemble(std::string_view bytes, bool isThumb) {
 }
 
 size_t ArmDecoder::SlotOf(uint32_t encoding) const {
-  return ((encoding * 0x9E3779B1U) >> 8) & (kept_.size() - 1);
+  return static_cast<size_t>(encoding * 0x9E3779B97F4A7C15U >> 40) & (kept_.size() - 1);
 }
 
 CodeInstruction ArmDecoder::DecodeThumb(std::string_view bytes) {
@@ -69,12 +70,16 @@ CodeInstruction ArmDecoder::DecodeThumb(std::string_view bytes) {
   if (reader.Failed()) {
     return UnknownOf(static_cast<uint8_t>(std::clamp<size_t>(bytes.size(), 1, 2)));
   }
+  const uint8_t length = IsLongThumb(first) ? 4 : 2;
+  if (std::optional<CodeInstruction> direct = DirectThumb(first, second)) {
+    direct->length = length;
+    return *direct;
+  }
   const uint32_t encoding = uint32_t{first} << 16 | second;
   Kept& kept = kept_[SlotOf(encoding)];
   if (kept.isFilled && kept.encoding == encoding) {
     return kept.instruction;
   }
-  const uint8_t length = IsLongThumb(first) ? 4 : 2;
   const std::optional<CodeInstruction> special = SpecialThumb(first, second);
   kept = {encoding, true, special ? *special : Disassemble(bytes.substr(0, length), true)};
   kept.instruction.length = length;

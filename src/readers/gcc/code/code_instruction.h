@@ -69,6 +69,8 @@ struct CodeMemory {
   bool isSigned = false;
   int64_t displacement = 0;
   int32_t baseChange = 0;  // of the base register, afterwards
+
+  bool operator==(const CodeMemory&) const = default;
 };
 
 // One instruction, the same for all machines. It does not tell where it stands. Registers have the
@@ -97,6 +99,8 @@ struct CodeInstruction {
   uint64_t list = 0;
   int64_t immediate = 0;
   CodeMemory memory;
+
+  bool operator==(const CodeInstruction&) const = default;
 };
 
 // By the code.

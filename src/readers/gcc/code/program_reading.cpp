@@ -107,7 +107,10 @@ void ProgramReading::CollectFunctions() {
     return left.address == right.address;
   };
   functions_.erase(std::unique(functions_.begin(), functions_.end(), same), functions_.end());
-  namedCount_ = functions_.size();
+  namedAddresses_.reserve(functions_.size());
+  for (const Function& function : functions_) {
+    namedAddresses_.push_back(function.address);
+  }
   std::ranges::stable_sort(
       parts_, {}, [](const NamedPart& part) { return std::pair(part.function, part.file); });
   for (Function& function : functions_) {
@@ -188,21 +191,17 @@ void ProgramReading::FindBounds(Function& function) const {
 
 uint32_t ProgramReading::FunctionAt(uint64_t address) const {
   const uint64_t place = image_.Place(address);
-  const auto named = functions_.begin() + static_cast<ptrdiff_t>(namedCount_);
-  const auto found =
-      std::ranges::lower_bound(functions_.begin(), named, place, {}, &Function::address);
-  if (found != named && found->address == place) {
-    return static_cast<uint32_t>(found - functions_.begin());
+  const auto found = std::ranges::lower_bound(namedAddresses_, place);
+  if (found != namedAddresses_.end() && *found == place) {
+    return static_cast<uint32_t>(found - namedAddresses_.begin());
   }
   const auto unnamed = unnamed_.find(place);
   return unnamed == unnamed_.end() ? kNone : unnamed->second;
 }
 
 uint64_t ProgramReading::NextFunction(uint64_t address) const {
-  const auto named = functions_.begin() + static_cast<ptrdiff_t>(namedCount_);
-  const auto found = std::ranges::upper_bound(functions_.begin(), named, image_.Place(address), {},
-                                              &Function::address);
-  return found == named ? UINT64_MAX : found->address;
+  const auto found = std::ranges::upper_bound(namedAddresses_, image_.Place(address));
+  return found == namedAddresses_.end() ? UINT64_MAX : *found;
 }
 
 uint32_t ProgramReading::CalledFunctionAt(uint64_t address) {
@@ -255,7 +254,7 @@ bool ProgramReading::TakeBlocks(int64_t count) {
 }
 
 void ProgramReading::Read() {
-  for (uint32_t i = 0; i < namedCount_; ++i) {
+  for (uint32_t i = 0; i < namedAddresses_.size(); ++i) {
     if (!functions_[i].isStarted) {
       ready_.push_back(i);
       ReadReady();

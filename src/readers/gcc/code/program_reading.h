@@ -76,7 +76,7 @@ class ProgramReading : public CodeSurroundings {
   std::vector<uint64_t> thumbStarts_;  // ascending
   std::vector<NamedPart> parts_;       // by function, then by file
   std::vector<Function> functions_;
-  size_t namedCount_ = 0;
+  std::vector<uint64_t> namedAddresses_;  // of the first ones, ascending
   std::map<uint64_t, uint32_t> unnamed_;  // by address
   std::map<std::string_view, uint32_t> imported_;
   std::vector<uint32_t> ready_;

@@ -3,12 +3,16 @@
 #include <gtest/gtest.h>
 #include <initializer_list>
 #include <iterator>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "readers/gcc/code/a64_translation.h"
+#include "readers/gcc/code/arm_translation.h"
+#include "readers/gcc/code/capstone_session.h"
 #include "readers/gcc/code/program_code.h"
+#include "readers/gcc/code/thumb_direct.h"
 #include "readers/gcc/elf_image.h"
 
 namespace velkor {
@@ -121,6 +125,37 @@ TEST(InstructionForms, ThatAreNotKnownLeaveTheSizeUnknown) {
     EXPECT_TRUE(CodeOf(InFrame(each)).isDynamic || CodeOf(InFrame(each)).doubt != CodeDoubt::kNone)
         << std::hex << each[0];
   }
+}
+
+// What is read without the disassembler is what that would tell.
+TEST(InstructionForms, ReadDirectlyAreThoseThatCapstoneTells) {
+  constexpr uint64_t kOrigin = 0x1000000;
+  CapstoneSession session(CS_ARCH_ARM,
+                          static_cast<cs_mode>(CS_MODE_THUMB | CS_MODE_V8 | CS_MODE_MCLASS));
+  std::mt19937 random(1);  // NOLINT(cert-msc51-cpp): the same ones each time
+  int calls = 0;
+  int jumps = 0;
+  for (int i = 0; i < 100000; ++i) {
+    const auto word = static_cast<uint32_t>(random());
+    const auto first =
+        static_cast<uint16_t>(i % 2 == 0 ? 0xF000U | (word >> 16 & 0x7FFU) : word >> 16);
+    const auto second = static_cast<uint16_t>(word);
+    const std::optional<CodeInstruction> direct = DirectThumb(first, second);
+    if (!direct) {
+      continue;
+    }
+    const testing::Image code = testing::Image().Half(first).Half(second);
+    const cs_insn* decoded = session.Decode(code.bytes, kOrigin);
+    ASSERT_NE(decoded, nullptr) << std::hex << first << ' ' << second;
+    CodeInstruction told = TranslateArm(*decoded, kOrigin, true);
+    EXPECT_EQ(told.length, 4);
+    told.length = 0;
+    ASSERT_EQ(*direct, told) << std::hex << first << ' ' << second;
+    calls += direct->operation == CodeOperation::kCall ? 1 : 0;
+    jumps += direct->operation == CodeOperation::kJump ? 1 : 0;
+  }
+  EXPECT_GT(calls, 5000);
+  EXPECT_GT(jumps, 5000);
 }
 
 TEST(InstructionForms, OfA64AreReadFromTheirEncodings) {
