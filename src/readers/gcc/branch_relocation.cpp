@@ -134,6 +134,8 @@ constexpr BranchForm kBranchForms[] = {
     {ELF_X86_64, 41, 4, X86Kept},              // GOTPCRELX
     {ELF_AVR, 3, 0, AvrShort},                 // 13_PCREL
     {ELF_AVR, 18, 0, AvrLong},                 // CALL
+    {ELF_AARCH64, 279, 0, Jump},               // TSTBR14
+    {ELF_AARCH64, 280, 0, Jump},               // CONDBR19
     {ELF_AARCH64, 282, 0, Jump},               // JUMP26
     {ELF_AARCH64, 283, 0, Call},               // CALL26
     {ELF_RISCV, 17, 0, RiscvSingle},           // JAL

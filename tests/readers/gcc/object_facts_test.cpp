@@ -57,6 +57,7 @@ const Branch kBranches[] = {
     {ELF_AVR, kLittle, 3, Code("\0\xD0", 2), 0, "call"},
     {ELF_AVR, kLittle, 3, Code("\0\xC0", 2), 0, "jump"},
     {ELF_AARCH64, kLittle, 283, Code("\0\0\0\x94", 4), 0, "call"},
+    {ELF_AARCH64, kLittle, 280, Code("\0\0\0\x54", 4), 0, "jump"},
     {ELF_AARCH64, kLittle, 282, Code("\0\0\0\x14", 4), 0, "jump"},
     {8, kLittle, 4, Code("\0\0\0\x0C", 4), 0, ""},  // MIPS is not known
 };

@@ -112,9 +112,13 @@ CodeValue CodeStep::SignExtended(const CodeValue& source, uint8_t width, uint64_
 void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
                        CodeState& state) const {
   const uint8_t target = instruction.target;
-  const CodeValue source = Get(instruction.source, state);
-  const CodeValue index = Get(instruction.index, state);
   const uint64_t name = NameOf(address, target);
+  // What no register holds is equal to nothing else.
+  const auto value = [&](uint8_t number) {
+    return number < state.RegisterCount() ? state.Register(number) : CodeValue::Number(name);
+  };
+  const CodeValue source = value(instruction.source);
+  const CodeValue index = value(instruction.index);
   const auto immediate = static_cast<uint64_t>(instruction.immediate);
   CodeValue result;
   switch (instruction.operation) {
