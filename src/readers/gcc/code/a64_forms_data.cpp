@@ -178,13 +178,18 @@ CodeInstruction BitField(Encoding encoding) {
 }
 
 CodeInstruction Logical(Encoding encoding) {
-  constexpr uint32_t kOr = 1;
-  constexpr uint32_t kAndFlags = 3;
+  enum : uint32_t { kAnd, kOr, kExclusiveOr, kAndFlags };
   const uint32_t kind = encoding.Field(29, 2);
   const uint8_t target = encoding.Register(0);
   const uint8_t source = encoding.Register(16);
-  const bool isMove = kind == kOr && !encoding.Has(21) && encoding.Register(5) == kZero &&
-                      encoding.Field(22, 2) == 0 && encoding.Field(10, 6) == 0;
+  const bool isPlain =
+      !encoding.Has(21) && encoding.Field(22, 2) == 0 && encoding.Field(10, 6) == 0;
+  const bool isMove = kind == kOr && isPlain && encoding.Register(5) == kZero;
+  if (kind == kExclusiveOr && isPlain && encoding.IsWide()) {
+    CodeInstruction instruction = Computed(Operation::kMix, target, encoding.Register(5));
+    instruction.index = source;
+    return instruction;
+  }
   if (!isMove) {
     return WithFlags(Writing(Bit(target)), kind == kAndFlags);
   }

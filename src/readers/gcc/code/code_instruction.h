@@ -21,6 +21,7 @@ enum class CodeOperation : uint8_t {
   kSetBits,      // target = source | immediate
   kLimit,        // target = source, of which only immediate may remain (zero extension)
   kExtendSign,   // target = source, of which the lowest `width` bytes count
+  kMix,          // target = source with bits of index inverted
   kShiftLeft,    // target = source << shift
   kShiftRight,   // target = source >> shift, unsigned
   kLoad,         // target = memory, and target2 = the memory behind it

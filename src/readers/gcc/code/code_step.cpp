@@ -41,7 +41,7 @@ void CodeStep::Set(uint8_t number, const CodeValue& value, uint64_t /*address*/,
 void CodeStep::SetStack(const CodeValue& value, CodeState& state) const {
   if (value.IsStack()) {
     state.SetRegister(conventions_.stackRegister, value);
-  } else if (value.IsConstant() || (value.IsNumber() && value.isGiven) || state.IsOnOtherStack()) {
+  } else if (value.IsGiven() || state.IsOnOtherStack()) {
     state.ChangeStack();
   } else {
     CodeValue below = state.Stack();
@@ -83,30 +83,6 @@ void CodeStep::Apply(const CodeInstruction& instruction, uint64_t address, CodeS
   if (instruction.setsFlags) {
     state.SetFlags({});
   }
-}
-
-CodeValue CodeStep::WithPart(const CodeValue& old, uint64_t immediate, uint8_t shift,
-                             uint64_t name) const {
-  const uint64_t part = uint64_t{0xFFFF} << shift;
-  return old.IsConstant()
-             ? Wrapped((static_cast<uint64_t>(old.amount) & ~part) | immediate << shift)
-             : CodeValue::Number(name);
-}
-
-CodeValue CodeStep::SignExtended(const CodeValue& source, uint8_t width, uint64_t name) const {
-  if (source.IsConstant()) {
-    return Wrapped(static_cast<uint64_t>(
-        ByteReader::Extended(static_cast<uint64_t>(source.amount), uint64_t{width} * 8)));
-  }
-  constexpr uint8_t kCompared = 4;  // comparisons tell of so many bytes
-  const bool mayBeNegative =
-      source.IsNumber() && width < kCompared && source.bound >= uint64_t{1} << (8 * width - 1);
-  if (source.IsStack() || source.IsReturn() || mayBeNegative) {
-    return CodeValue::Number(name);
-  }
-  CodeValue result = source;
-  result.isSigned = source.IsTable() && (source.isSigned || source.width == width);
-  return result;
 }
 
 void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
@@ -165,6 +141,10 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
       break;
     case CodeOperation::kExtendSign:
       result = SignExtended(source, instruction.width, name);
+      break;
+    case CodeOperation::kMix:  // as with stack pointers that are kept in disguise
+      result = CodeValue::Number(name);
+      result.isGiven = source.IsGiven() && index.IsGiven();
       break;
     case CodeOperation::kShiftLeft:
       result = ShiftedLeft(source, instruction.shift, name);

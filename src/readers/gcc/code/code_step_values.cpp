@@ -98,6 +98,30 @@ CodeValue CodeStep::Limited(const CodeValue& value, uint64_t limit, uint64_t nam
   return limited;
 }
 
+CodeValue CodeStep::WithPart(const CodeValue& old, uint64_t immediate, uint8_t shift,
+                             uint64_t name) const {
+  const uint64_t part = uint64_t{0xFFFF} << shift;
+  return old.IsConstant()
+             ? Wrapped((static_cast<uint64_t>(old.amount) & ~part) | immediate << shift)
+             : CodeValue::Number(name);
+}
+
+CodeValue CodeStep::SignExtended(const CodeValue& source, uint8_t width, uint64_t name) const {
+  if (source.IsConstant()) {
+    return Wrapped(static_cast<uint64_t>(
+        ByteReader::Extended(static_cast<uint64_t>(source.amount), uint64_t{width} * 8)));
+  }
+  constexpr uint8_t kCompared = 4;  // comparisons tell of so many bytes
+  const bool mayBeNegative =
+      source.IsNumber() && width < kCompared && source.bound >= uint64_t{1} << (8 * width - 1);
+  if (source.IsStack() || source.IsReturn() || mayBeNegative) {
+    return CodeValue::Number(name);
+  }
+  CodeValue result = source;
+  result.isSigned = source.IsTable() && (source.isSigned || source.width == width);
+  return result;
+}
+
 CodeValue CodeStep::ShiftedLeft(const CodeValue& value, uint8_t shift, uint64_t name) const {
   if (shift == 0) {
     return value;

@@ -1,13 +1,6 @@
 #include "readers/gcc/code/code_value.h"
 
 namespace velkor {
-namespace {
-
-bool IsGiven(const CodeValue& value) {
-  return value.IsConstant() || (value.IsNumber() && value.isGiven);
-}
-
-}  // namespace
 
 CodeValue CodeValue::Constant(uint64_t value) {
   CodeValue result;
@@ -41,7 +34,7 @@ CodeValue Joined(const CodeValue& one, const CodeValue& other, uint64_t id) {
     return one;
   }
   CodeValue joined = CodeValue::Number(id);
-  joined.isGiven = IsGiven(one) && IsGiven(other);
+  joined.isGiven = one.IsGiven() && other.IsGiven();
   if (one.IsNumber() && other.IsNumber() && one.amount == other.amount) {
     joined.amount = one.amount;
     const bool sameBound = one.bound == other.bound && one.shift == other.shift;

@@ -35,6 +35,8 @@ struct CodeValue {
   bool IsImport() const { return kind == Kind::kImport; }
   bool IsTable() const { return kind == Kind::kTable; }
   bool IsReturn() const { return kind == Kind::kReturn; }
+  // Of memory other than the stack, or constant: not computed from the stack pointer.
+  bool IsGiven() const { return IsConstant() || (IsNumber() && isGiven); }
   bool IsPlain() const { return IsNumber() && shift == 0 && amount == 0; }
 
   static CodeValue Constant(uint64_t value);

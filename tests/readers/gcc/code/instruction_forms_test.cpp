@@ -197,9 +197,11 @@ TEST(InstructionForms, OfA64AreReadFromTheirEncodings) {
                               0x0CC173E0U, 0x80800000U, 0x00010000U}) {
     EXPECT_EQ(CodeOf(Words{word}).doubt, CodeDoubt::kInstruction) << std::hex << word;
   }
-  // To another stack: nothing that follows counts.
-  for (const Words& words : {Words{0xF9400001, 0x9100003F}, Words{0xD50040BF}, Words{0xD5184200}}) {
+  // To another stack, whose place may be kept in disguise: nothing that follows counts.
+  for (const Words& words : {Words{0xF9400001, 0x9100003F}, Words{0xD50040BF}, Words{0xD5184200},
+                             Words{0xF9400001, 0xF9400402, 0xCA020021, 0x9100003F}}) {
     EXPECT_EQ(CodeOf(words).doubt, CodeDoubt::kNone);
+    EXPECT_FALSE(CodeOf(words).isDynamic);
   }
 }
 
