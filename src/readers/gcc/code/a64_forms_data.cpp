@@ -141,40 +141,54 @@ CodeInstruction MoveWide(Encoding encoding) {
   return instruction;
 }
 
-CodeInstruction BitField(Encoding encoding) {
-  enum : uint32_t { kSigned, kInsert, kUnsigned };
-  const uint32_t kind = encoding.Field(29, 2);
+namespace {
+
+// lsl, lsr, uxtb, uxth, ubfx.
+CodeInstruction UnsignedField(Encoding encoding) {
   const uint32_t turn = encoding.Field(16, 6);
   const uint32_t last = encoding.Field(10, 6);
   const uint8_t target = encoding.Register(0);
   const uint8_t source = encoding.Register(5);
-  if (kind > kUnsigned) {
-    return Plain(Operation::kUnknown);
-  }
-  const bool isLowest = turn == 0;
-  const bool isWhole = last == 7 || last == 15 || last == 31;
-  if (kind == kSigned && isLowest && isWhole && (encoding.IsWide() || last != 31)) {
-    CodeInstruction instruction = Computed(Operation::kExtendSign, target, source);
-    instruction.width = static_cast<uint8_t>((last + 1) / 8);
-    return instruction;
-  }
-  if (kind == kUnsigned && encoding.IsWide() && last == 63) {
+  if (encoding.IsWide() && last == 63) {
     CodeInstruction instruction = Computed(Operation::kShiftRight, target, source);
     instruction.shift = static_cast<uint8_t>(turn);
     return instruction;
   }
-  if (kind == kUnsigned && encoding.IsWide() && turn == last + 1) {
+  if (encoding.IsWide() && turn == last + 1) {
     CodeInstruction instruction = Computed(Operation::kShiftLeft, target, source);
     instruction.shift = static_cast<uint8_t>(63 - last);
     return instruction;
   }
-  if (kind == kUnsigned && last >= turn && last - turn < 63) {
-    CodeInstruction instruction =
-        Computed(Operation::kLimit, target, isLowest ? source : uint8_t{kNone});
-    instruction.immediate = static_cast<int64_t>((uint64_t{2} << (last - turn)) - 1);
-    return instruction;
+  if (last < turn) {
+    return Writing(Bit(target));
   }
-  return Writing(Bit(target));
+  CodeInstruction instruction =
+      Computed(Operation::kLimit, target, turn == 0 ? source : uint8_t{kNone});
+  instruction.immediate = static_cast<int64_t>((uint64_t{2} << (last - turn)) - 1);
+  return instruction;
+}
+
+}  // namespace
+
+CodeInstruction BitField(Encoding encoding) {
+  enum : uint32_t { kSigned, kInsert, kUnsigned };
+  const uint32_t kind = encoding.Field(29, 2);
+  const uint32_t last = encoding.Field(10, 6);
+  if (kind > kUnsigned) {
+    return Plain(Operation::kUnknown);
+  }
+  if (kind == kUnsigned) {
+    return UnsignedField(encoding);
+  }
+  const bool isWhole = last == 7 || last == 15 || last == 31;
+  const bool isLowest = kind == kSigned && encoding.Field(16, 6) == 0;
+  if (!isLowest || !isWhole || !encoding.IsWide()) {
+    return Writing(Bit(encoding.Register(0)));
+  }
+  CodeInstruction instruction =
+      Computed(Operation::kExtendSign, encoding.Register(0), encoding.Register(5));
+  instruction.width = static_cast<uint8_t>((last + 1) / 8);
+  return instruction;
 }
 
 CodeInstruction Logical(Encoding encoding) {
