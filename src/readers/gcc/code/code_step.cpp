@@ -127,33 +127,13 @@ void CodeStep::Compute(const CodeInstruction& instruction, uint64_t address,
     case CodeOperation::kSubtract:
       result = Difference(source, index, instruction.shift, name);
       break;
-    case CodeOperation::kMask:
-      result = Masked(source, immediate, name);
-      break;
-    case CodeOperation::kSetBits:
-      // In what an exception returns to, bits are flags.
-      result = source.IsReturn()     ? source
-               : source.IsConstant() ? Wrapped(static_cast<uint64_t>(source.amount) | immediate)
-                                     : CodeValue::Number(name);
-      break;
-    case CodeOperation::kLimit:
-      result = Limited(source, immediate, name);
-      break;
-    case CodeOperation::kExtendSign:
-      result = SignExtended(source, instruction.width, name);
-      break;
-    case CodeOperation::kMix:  // as with stack pointers that are kept in disguise
-      result = CodeValue::Number(name);
-      result.isGiven = source.IsGiven() && index.IsGiven();
-      break;
-    case CodeOperation::kShiftLeft:
-      result = ShiftedLeft(source, instruction.shift, name);
-      break;
-    case CodeOperation::kShiftRight:
-      result = ShiftedRight(source, instruction.shift, name);
-      break;
-    default:
-      return;
+    default: {
+      const std::optional<CodeValue> bits = WithBits(instruction, source, index, name);
+      if (!bits) {
+        return;
+      }
+      result = *bits;
+    }
   }
   Set(target, result, address, state);
 }

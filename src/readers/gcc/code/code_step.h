@@ -54,6 +54,9 @@ class CodeStep {
   CodeValue Moved(const CodeValue& value, int64_t by, uint64_t name) const;
   CodeValue Difference(const CodeValue& left, const CodeValue& right, uint8_t shift,
                        uint64_t name) const;
+  // What operations on bits make; none: it is none of them.
+  std::optional<CodeValue> WithBits(const CodeInstruction& instruction, const CodeValue& source,
+                                    const CodeValue& index, uint64_t name) const;
   // old with 16 bits from shift on replaced.
   CodeValue WithPart(const CodeValue& old, uint64_t immediate, uint8_t shift, uint64_t name) const;
   CodeValue SignExtended(const CodeValue& source, uint8_t width, uint64_t name) const;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <bit>
+#include <optional>
 
 #include "readers/gcc/code/code_step.h"
 
@@ -120,6 +121,36 @@ CodeValue CodeStep::SignExtended(const CodeValue& source, uint8_t width, uint64_
   CodeValue result = source;
   result.isSigned = source.IsTable() && (source.isSigned || source.width == width);
   return result;
+}
+
+std::optional<CodeValue> CodeStep::WithBits(const CodeInstruction& instruction,
+                                            const CodeValue& source, const CodeValue& index,
+                                            uint64_t name) const {
+  const auto immediate = static_cast<uint64_t>(instruction.immediate);
+  switch (instruction.operation) {
+    case CodeOperation::kMask:
+      return Masked(source, immediate, name);
+    case CodeOperation::kSetBits:
+      // In what an exception returns to, bits are flags.
+      return source.IsReturn()     ? source
+             : source.IsConstant() ? Wrapped(static_cast<uint64_t>(source.amount) | immediate)
+                                   : CodeValue::Number(name);
+    case CodeOperation::kMix: {  // as with stack pointers that are kept in disguise
+      CodeValue mixed = CodeValue::Number(name);
+      mixed.isGiven = source.IsGiven() && index.IsGiven();
+      return mixed;
+    }
+    case CodeOperation::kLimit:
+      return Limited(source, immediate, name);
+    case CodeOperation::kExtendSign:
+      return SignExtended(source, instruction.width, name);
+    case CodeOperation::kShiftLeft:
+      return ShiftedLeft(source, instruction.shift, name);
+    case CodeOperation::kShiftRight:
+      return ShiftedRight(source, instruction.shift, name);
+    default:
+      return std::nullopt;
+  }
 }
 
 CodeValue CodeStep::ShiftedLeft(const CodeValue& value, uint8_t shift, uint64_t name) const {

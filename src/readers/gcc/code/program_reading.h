@@ -17,7 +17,7 @@ namespace velkor {
 
 // Walks through all functions of a program, each as far as it is known whether what it calls comes
 // back. Used once, in one thread.
-class ProgramReading : public CodeSurroundings {
+class ProgramReading final : public CodeSurroundings {
  public:
   struct Function {
     uint64_t address = 0;    // without the bit for Thumb

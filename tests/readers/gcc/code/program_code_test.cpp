@@ -170,6 +170,15 @@ bool Compiles(const std::string& compiler, const std::string& sourcesAndLink) {
   return std::system(command.c_str()) == 0;  // NOLINT(concurrency-mt-unsafe): one thread
 }
 
+void ExpectNothingLost(const Proof& proof, const Names& above) {
+  EXPECT_EQ(proof.above, above);
+  EXPECT_EQ(proof.below, Names());
+  EXPECT_EQ(proof.unknown, Names());
+  EXPECT_EQ(proof.missedCalls, Names());
+  EXPECT_EQ(proof.otherSites, Names());
+  EXPECT_EQ(proof.otherDynamics, Names());
+}
+
 // A program of which each function is difficult in another way, as several compilers make it. The
 // number of those that are there.
 int ProveSamples(std::span<const ProofCompiler> compilers) {
@@ -184,12 +193,7 @@ int ProveSamples(std::span<const ProofCompiler> compilers) {
     Proof proof(folder / "program.elf", folder.Path());
     EXPECT_EQ(proof.shared, 24);
     EXPECT_EQ(proof.equal, compiler.equal);
-    EXPECT_EQ(proof.above, compiler.above);
-    EXPECT_EQ(proof.below, Names());
-    EXPECT_EQ(proof.unknown, Names());
-    EXPECT_EQ(proof.missedCalls, Names());
-    EXPECT_EQ(proof.otherSites, Names());
-    EXPECT_EQ(proof.otherDynamics, Names());
+    ExpectNothingLost(proof, compiler.above);
     EXPECT_FALSE(proof.CodeOf("never").returns);
   }
   return compiled;
@@ -212,12 +216,7 @@ int ProveExceptions(std::initializer_list<std::string> compilers) {
     const Proof proof(folder / "program.elf", folder.Path());
     EXPECT_GE(proof.shared, 15);
     EXPECT_EQ(proof.equal, proof.shared);
-    EXPECT_EQ(proof.above, Names());
-    EXPECT_EQ(proof.below, Names());
-    EXPECT_EQ(proof.unknown, Names());
-    EXPECT_EQ(proof.missedCalls, Names());
-    EXPECT_EQ(proof.otherSites, Names());
-    EXPECT_EQ(proof.otherDynamics, Names());
+    ExpectNothingLost(proof, Names());
   }
   return compiled;
 }
