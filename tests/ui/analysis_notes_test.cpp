@@ -82,9 +82,9 @@ TEST_F(StacksOfTheWindow, StandBelowTheNotesAndInTheStatusBar) {
                  "size = 40\n[interrupts]\nlevels = []\n");
   Start("/w/velkor.toml");
   Finish();
+  EXPECT_TRUE(WaitUntil([&] { return Shows("Stacks: 0 of 1 in order"); }));
   EXPECT_NE(Log().find("Stack main needs >=30 of 40 bytes: no bound.\n"), std::string::npos)
       << Log();
-  EXPECT_TRUE(Shows("Stacks: 0 of 1 in order"));
   // What is adjusted counts at once.
   StkFunction* x = Document().FunctionTable()->FindBySpecName("", "x", true);
   ASSERT_NE(x, nullptr);
@@ -92,10 +92,11 @@ TEST_F(StacksOfTheWindow, StandBelowTheNotesAndInTheStatusBar) {
   adjustment.margin = 4;
   Document().AdjustFunction(*x, adjustment);
   Finish();
-  EXPECT_TRUE(Shows("Stacks: 1 of 1 in order"));
+  EXPECT_TRUE(WaitUntil([&] { return Shows("Stacks: 1 of 1 in order"); }));
   Choose(Command::kRecalculate);
   Finish();
-  EXPECT_NE(Log().find("Stack main needs 34 of 40 bytes: enough.\n"), std::string::npos) << Log();
+  const std::string enough = "Stack main needs 34 of 40 bytes: enough.\n";
+  EXPECT_TRUE(WaitUntil([&] { return Log().find(enough) != std::string::npos; })) << Log();
 }
 
 }  // namespace

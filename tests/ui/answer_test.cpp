@@ -61,15 +61,15 @@ TEST_F(AnswerOfTheWindow, TellsWhatIsLargestAndWhatToStateNext) {
             "  g | 5 | \n");
   EXPECT_EQ(TextOf(Summary().Wanted()),
             "State next (2)\n"
-            "  ring | its depth (RECTIME=) | 1 with the next 1\n"
-            "  [x] | its bytes (ADD=) | with those above\n");
+            "  [x] | its bytes (ADD=) | 1 with the next 1\n"
+            "  ring | its depth (RECTIME=) | with those above\n");
 
   // Each leads to where it is dealt with.
   ClickRow(Summary().Needs(), 0, 1);
   EXPECT_EQ(TreeText(), "main\nlone <\ng\n");
   adjustAnswer = {true, StkAdjustment()};
   adjustAnswer.adjustment->depth = 1;
-  ClickRow(Summary().Wanted(), 0, 0);
+  ClickRow(Summary().Wanted(), 0, 1);
   EXPECT_EQ(adjusted, std::vector<std::string>{"_ring"});
   adjustAnswer.adjustment = StkAdjustment();
   adjustAnswer.adjustment->margin = 7;

@@ -91,7 +91,7 @@ TEST_F(CallTree, OrdersEachLevelBySizeAndFindsTheMaximumChain) {
       [](const StkFunction& function) { return QString::number(function.totalStackSize); });
   model->Fill(graph.roots.Functions());
   Open({0});
-  EXPECT_EQ(Text(), "main:0+[c:0+ d:4 b:4] a:4 z:4");
+  EXPECT_EQ(Text(), "main:0, 36+[c:0, 31+ d:4, 30 b:4, 10] a:4, 1 z:4, 1");
   EXPECT_EQ(Open({0}).data(NameDelegate::kBehindNameRole).toString(), "36");
   EXPECT_EQ(model->RowOf(graph["z"]), 2);
   EXPECT_EQ(model->RowOf(graph["b"]), -1) << "not of the top level";
