@@ -71,20 +71,20 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 set(what "A microcontroller gives each task a stack of a few hundred bytes. velkor
- reads what the compiler left beside the objects and tells how much stack
- each function can use at most, along which calls, without running the
- program.")
+reads what the compiler left beside the objects and tells how much stack
+each function can use at most, along which calls, without running the
+program.")
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME velkor-cli)
 set(CPACK_DEBIAN_CLI_DESCRIPTION "stack analysis of firmware, for terminals and build servers
- ${what}
- .
- This package holds the command line program, which also holds the stacks
- of a program against their sizes.")
+${what}
+.
+This package holds the command line program, which also holds the stacks
+of a program against their sizes.")
 set(CPACK_DEBIAN_WINDOW_PACKAGE_NAME velkor)
 set(CPACK_DEBIAN_WINDOW_DESCRIPTION "stack analysis of firmware, in a window
- ${what}
- .
- This package holds the window.")
+${what}
+.
+This package holds the window.")
 set(CPACK_DEBIAN_WINDOW_PACKAGE_DEPENDS "velkor-cli (= ${VELKOR_PACKAGE_VERSION})")
 set(CPACK_DEBIAN_WINDOW_PACKAGE_RECOMMENDS qt6-translations-l10n)
 include(CPack)
