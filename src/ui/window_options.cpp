@@ -12,6 +12,8 @@ WindowArguments ParseWindowArguments(int argc, const char* const* argv) {
   app.set_version_flag("--version", "velkor " VELKOR_VERSION);
   app.add_option("PROJECT", options.project,
                  "project file (.prj), velkor.toml or folder with call graph files to open");
+  app.add_flag("!--no-settings", options.settings,
+               "read nothing of the last run, and keep nothing for the next");
   AddMachineOptions(app, options.machine);
   try {
     app.parse(argc, argv);

@@ -69,7 +69,7 @@ start() {
   openbox --sm-disable >"$folder/openbox.log" 2>&1 &
   children+=($!)
   await has_desktops
-  "$velkor" >"$folder/window.log" 2>&1 &
+  "$velkor" --no-settings >"$folder/window.log" 2>&1 &
   window=$!
   children+=("$window")
   await is_titled "Untitled - velkor"
@@ -136,7 +136,7 @@ reset_all() {
 
 # The toolkit's own dialogs speak the user's language, too.
 ask_in_japanese() {
-  LC_ALL=ja_JP.UTF-8 "$velkor" "$folder/app.prj" >"$folder/japanese.log" 2>&1 &
+  LC_ALL=ja_JP.UTF-8 "$velkor" --no-settings "$folder/app.prj" >"$folder/japanese.log" 2>&1 &
   children+=("$!")
   await is_titled "$kMain"
   open_by ctrl+o

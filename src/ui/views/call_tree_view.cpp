@@ -71,6 +71,43 @@ const NodeRecord* CStkTreeView::SelectedRecord() const {
   return index.isValid() ? &model_->RecordOf(index) : nullptr;
 }
 
+StkFunctionList CStkTreeView::SelectedWay() const {
+  StkFunctionList way;
+  for (QModelIndex index = SelectedIndex(); index.isValid(); index = index.parent()) {
+    way.push_back(&model_->FunctionOf(index));
+  }
+  std::reverse(way.begin(), way.end());
+  return way;
+}
+
+// The toolkit lays opened branches out by recursion, hence a deepest one; all of them at once,
+// hence the delay.
+bool CStkTreeView::ShowWay(const StkFunctionList& way) {
+  if (way.empty() || way.size() > kDeepest || IsBusy()) {
+    return false;
+  }
+  const WaitCursor waiting;
+  QModelIndexList nodes;
+  nodes.reserve(static_cast<qsizetype>(way.size()));
+  for (const StkFunction* function : way) {
+    nodes.push_back(model_->ChildFor(*function, nodes.empty() ? QModelIndex() : nodes.back()));
+    if (!nodes.back().isValid()) {
+      return false;
+    }
+  }
+  const QModelIndex last = nodes.takeLast();
+  rebuilding_ = true;
+  scheduleDelayedItemsLayout();
+  for (const QModelIndex& node : nodes) {
+    expand(node);
+  }
+  executeDelayedItemsLayout();
+  rebuilding_ = false;
+  setCurrentIndex(last);
+  scrollTo(last);
+  return true;
+}
+
 void CStkTreeView::OnUpdate(ViewHint hint) {
   const WaitCursor waiting;
   switch (hint) {
