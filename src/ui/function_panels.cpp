@@ -65,14 +65,19 @@ void FunctionPanels::Execute(Command command) {
     case Command::kFindPrevious:
       return GoOn(-1);
     case Command::kAllFunctions:
-      allPanel_->setVisible(allPanel_->isHidden());
-      if (!allPanel_->isHidden()) {
-        allPanel_->raise();
-        all_->Table().setFocus();
-      }
-      return;
+      return ToggleAll();
     default:
       return;
+  }
+}
+
+// One that another panel covers is not what the user wants hidden.
+void FunctionPanels::ToggleAll() {
+  const bool isSeen = !all_->visibleRegion().isEmpty();
+  allPanel_->setVisible(!isSeen);
+  if (!isSeen) {
+    allPanel_->raise();
+    all_->Table().setFocus();
   }
 }
 

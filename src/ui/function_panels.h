@@ -29,6 +29,7 @@ class FunctionPanels : public CommandTarget {
 
  private:
   QDockWidget* AddPanel(QMainWindow& window, uint32_t title, const char* name, QWidget* view);
+  void ToggleAll();
   void GoOn(int step);
 
   UiContext& context_;

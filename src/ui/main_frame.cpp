@@ -276,8 +276,20 @@ QWidget* CMainFrame::DialogParent() {
   return modal ? modal : this;
 }
 
+// What is not seen is not acted on.
+void CMainFrame::LeaveHiddenPane() {
+  for (const Pane& pane : Panes()) {
+    if (pane.target == activeView_ && !pane.widget->isVisibleTo(this)) {
+      activeView_ = treeView_;
+      treeView_->setFocus();
+      return;
+    }
+  }
+}
+
 void CMainFrame::UpdateCommands() {
   if (activeView_) {
+    LeaveHiddenPane();
     actions_.Update([this](Command command) { return RoutedState(command); });
   }
 }

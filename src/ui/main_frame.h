@@ -77,6 +77,7 @@ class CMainFrame : public QMainWindow, public FrameOperations, public View {
   };
   std::vector<Pane> Panes();
   void GoToPane(int step);
+  void LeaveHiddenPane();
   void FollowFocus(QWidget* focused);
   RememberedWindow Remembered();
   std::vector<CommandTarget*> Targets(Command command);

@@ -15,7 +15,7 @@ class FindFunctions : public MainWindow {
  protected:
   FindFunctions()
       : MainWindow({"main 10 work loop", "work 4 deep", "static deep 7 far", "far 200",
-                    "loop 6 loop far ext", "other 3"}) {
+                    "indirect loop 6 loop far ext", "other 3"}) {
     StartAndFinish();
   }
 
@@ -62,7 +62,7 @@ class FindFunctions : public MainWindow {
 TEST_F(FindFunctions, AFunctionIsFoundBelowClosedBranchesAndTheWayIsKept) {
   EXPECT_EQ(Find("#DEE"), "a.c#deep:207 ");
   Press(Qt::Key_Return);
-  const std::string atDeep = "main\n  loop*\n  work\n    a.c#deep <\nother\ng\n";
+  const std::string atDeep = "main\n  loop*&\n  work\n    a.c#deep <\nother\ng\n";
   EXPECT_EQ(TreeText(), atDeep);
   EXPECT_EQ(ListText(), "a.c#deep far ");
   List().setFocus();
@@ -79,19 +79,85 @@ TEST_F(FindFunctions, AFunctionIsFoundBelowClosedBranchesAndTheWayIsKept) {
   EXPECT_EQ(Document().CurrentSelection()->name, "_deep");
   EXPECT_TRUE(IsEnabled(Command::kGoForward));
 
-  // The next of what was found, round and round.
-  EXPECT_EQ(Find("b.c "), "g:5 ");
-  EXPECT_EQ(Find("a.c >199"), "main:217 loop*:? a.c#deep:207 work:211 far:200 ");
+  // The next of what was found, round and round, wherever the keyboard is.
+  EXPECT_EQ(Find("a.c >206"), "main:221 work:211 a.c#deep:207 ");
+  Tree().setFocus();
+  std::string passed;
+  for (int i = 0; i < 4; ++i) {
+    Press(Qt::Key_F3);
+    passed += std::string(Document().CurrentSelection()->name) + " ";
+  }
+  Press(Qt::Key_F3, Qt::ShiftModifier);
+  EXPECT_EQ(passed + std::string(Document().CurrentSelection()->name),
+            "_main _work _deep _main _deep");
 }
 
 TEST_F(FindFunctions, TheTableIsSortedFilteredAndCopied) {
-  EXPECT_EQ(Find(""), "main:217 work:211 a.c#deep:207 loop*:206 far:200 g:5 other:3 [ext]:? ");
-  EXPECT_EQ(Find("10"), "main:217 ") << "a whole number";
-  EXPECT_EQ(Find("o"), "main:217 ");
-  All().Text().clear();
-  All().Table().horizontalHeader()->sectionClicked(0);
+  EXPECT_EQ(Find(""), "main:221 work:211 a.c#deep:207 loop*&:206 far:200 g:5 other:3 [ext]:? ");
+  EXPECT_EQ(Find("10"), "main:221 ") << "the whole number of a frame";
+  EXPECT_EQ(Find("O A.C"), "work:211 loop*&:206 other:3 ");
+  emit All().Table().horizontalHeader()->sectionClicked(0);
   Wait();
-  EXPECT_EQ(Rows(), "");
+  EXPECT_EQ(Rows(), "loop*&:206 other:3 work:211 ");
+  All().Table().selectAll();
+  Choose(Command::kCopyAsCsv);
+  Wait();
+  EXPECT_EQ(QApplication::clipboard()->text(),
+            "Function,Total Stack Size,Frame Size,Additional Margin,Bound,File,Line\n"
+            "loop*&,206,6,,\u2265206,C:\\p\\a.c,\n"
+            "other,3,3,,3,C:\\p\\a.c,\n"
+            "work,211,4,,211,C:\\p\\a.c,\n");
+  All().Table().selectRow(1);
+  All().Table().setFocus();
+  Press(Qt::Key_C, Qt::ControlModifier);
+  Wait();
+  EXPECT_EQ(QApplication::clipboard()->text(), "other\t3\t3\t\t3\tC:\\p\\a.c\t\n");
+
+  // What is shown follows the analysis, and the selection its function.
+  adjustAnswer.accepted = true;
+  adjustAnswer.adjustment.emplace().margin = 300;
+  Choose(Command::kAdjustStackSize);
+  Finish();
+  Wait();
+  EXPECT_EQ(Rows(), "loop*&:206 other:303 work:211 ");
+  emit All().Table().horizontalHeader()->sectionClicked(1);
+  Wait();
+  EXPECT_EQ(Rows(), "other:303 work:211 loop*&:206 ");
+  EXPECT_EQ(All().SelectedFunction(), &Function("other"));
+  Choose(Command::kRecalculate);
+  EXPECT_EQ(Rows(), "") << "the functions are gone";
+  Finish();
+  Wait();
+  EXPECT_EQ(Rows(), "other:303 work:211 loop*&:206 ");
+  Choose(Command::kAllFunctions);
+  HandleEvents();
+  EXPECT_EQ(QApplication::focusWidget(), &Tree()) << "commands act on what is seen";
+}
+
+TEST_F(FindFunctions, TheCallersAreATreeThatLeadsToTheCallTree) {
+  EXPECT_EQ(Find("far"), "far:200 ");
+  Choose(Command::kShowCallers);
+  ASSERT_TRUE(WaitUntil([this] { return Callers().model()->rowCount() > 0; }));
+  Callers().expandRecursively(Callers().rootIndex());
+  EXPECT_EQ(CallersText(),
+            "far\n  a.c#deep\n    work\n      main\n"
+            "  loop*&\n    main\n    loop*&\n");
+  QTest::keyClicks(&Callers(), "w");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Document().CurrentSelection(), &Function("work"));
+  // A callee is stated: other calls it too.
+  adjustAnswer.accepted = true;
+  adjustAnswer.adjustment.emplace().callees = StkFunctionList{&Function("work")};
+  List().setFocus();
+  Tree().setFocus();
+  Tree().setCurrentIndex(Node("loop*&"));
+  Choose(Command::kAdjustStackSize);
+  Finish();
+  ASSERT_TRUE(WaitUntil([this] { return Callers().model()->rowCount() > 0; }));
+  HandleEvents();
+  Callers().expandRecursively(Callers().rootIndex());
+  EXPECT_NE(CallersText().find("    work\n      main\n      loop*&\n"), std::string::npos)
+      << CallersText();
 }
 
 }  // namespace

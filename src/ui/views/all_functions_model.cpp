@@ -27,7 +27,7 @@ void AllFunctionsModel::SetRows(std::vector<uint32_t> rows) {
   beginResetModel();
   rows_ = std::move(rows);
   shown_.clear();
-  bounds_ = context_.document.Bounds();
+  bounds_ = rows_.empty() ? nullptr : context_.document.Bounds();
   endResetModel();
 }
 

@@ -78,10 +78,12 @@ void AllFunctionsView::SetUpTable() {
   header.setHighlightSections(false);
   header.setSectionsMovable(true);
   header.setSortIndicatorShown(true);
-  for (size_t column = 0; column < kFunctionCellCount; ++column) {
-    header.resizeSection(static_cast<int>(column),
-                         fontMetrics().averageCharWidth() * kColumnCharacters[column]);
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    const int width = fontMetrics().averageCharWidth() * kColumnCharacters[column];
+    header.resizeSection(column, std::max(width, header.sectionSizeHint(column)));
   }
+  // Names take what is free.
+  header.setSectionResizeMode(static_cast<int>(FunctionCell::kFunction), QHeaderView::Stretch);
   FitRows();
   table_->installEventFilter(this);
   table_->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -111,11 +113,13 @@ void AllFunctionsView::GoOn(int step) {
     if (count == 0) {
       return;
     }
-    const int at = table_->currentIndex().row();
-    Select(at < 0 ? (step > 0 ? 0 : count - 1) : (at + step + count) % count);
-    if (StkFunction* function = SelectedFunction()) {
-      frame_.ShowInTree(*function);
+    // A row to which the user has come by other means is the next one itself.
+    const StkFunction* function = SelectedFunction();
+    if (!function || function->index == shown_) {
+      const int at = table_->currentIndex().row();
+      Select(at < 0 ? (step > 0 ? 0 : count - 1) : (at + step + count) % count);
     }
+    ShowSelected();
   };
   if (work_.IsRunning() || isStale_) {
     then_ = go;
@@ -151,6 +155,7 @@ void AllFunctionsView::Clear() {
   copying_.Stop();
   then_ = {};
   kept_.reset();
+  shown_.reset();
   isOrdered_ = false;
   isStale_ = true;
   order_.clear();
@@ -226,6 +231,9 @@ void AllFunctionsView::TakeRows(std::vector<uint32_t> rows) {
     }
   }
   kept_.reset();
+  if (HasText() && !SelectedFunction() && model_->rowCount() > 0) {
+    Select(0);
+  }
   if (const auto then = std::exchange(then_, {})) {
     then();
   }
@@ -248,14 +256,19 @@ void AllFunctionsView::Go() {
     if (!SelectedFunction() && model_->rowCount() > 0) {
       Select(0);
     }
-    if (StkFunction* function = SelectedFunction()) {
-      frame_.ShowInTree(*function);
-    }
+    ShowSelected();
   };
   if (work_.IsRunning()) {
     then_ = go;
   } else {
     go();
+  }
+}
+
+void AllFunctionsView::ShowSelected() {
+  if (StkFunction* function = SelectedFunction()) {
+    shown_ = function->index;
+    frame_.ShowInTree(*function);
   }
 }
 

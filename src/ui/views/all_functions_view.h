@@ -60,6 +60,7 @@ class AllFunctionsView : public QWidget, public View, public CommandTarget {
   void SortBy(FunctionCell cell);
   void Select(int row);
   void Go();
+  void ShowSelected();
   void Copy(RowTexts::Form form);
   std::vector<uint32_t> SelectedRows() const;
   bool OnTextKey(const QKeyEvent& press);
@@ -78,6 +79,7 @@ class AllFunctionsView : public QWidget, public View, public CommandTarget {
   std::vector<uint32_t> order_;  // all functions, as they are sorted
   bool isOrdered_ = false;
   std::optional<uint32_t> kept_;  // the function to be selected in new rows
+  std::optional<uint32_t> shown_;  // the function that was last shown in the call tree
   std::function<void()> then_;    // once the rows are there
   SlicedWork work_;
   SlicedWork copying_;

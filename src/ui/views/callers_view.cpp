@@ -4,6 +4,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
+#include <algorithm>
 
 #include "ui/commands/context_menu.h"
 #include "ui/commands/function_commands.h"
@@ -43,7 +44,8 @@ void CallersView::SetUp() {
   setExpandsOnDoubleClick(false);
   header()->setStretchLastSection(true);
   for (int column = 0; column < CallersModel::kColumnCount; ++column) {
-    setColumnWidth(column, fontMetrics().averageCharWidth() * kCallerCharacters[column]);
+    const int width = fontMetrics().averageCharWidth() * kCallerCharacters[column];
+    setColumnWidth(column, std::max(width, header()->sectionSizeHint(column)));
   }
   connect(this, &QAbstractItemView::doubleClicked, this, [this] { Go(); });
 }

@@ -218,18 +218,20 @@ void CStkListView::resizeEvent(QResizeEvent* event) {
 }
 
 // Names get the width that the other columns leave over, until the user gives a column another. In
-// a narrow list the paths, which a tooltip shows whole, are cut before the names.
+// a narrow list the paths, which a tooltip shows whole, are cut before the names; in one that
+// scrolls sideways anyway names take up to half of it.
 void CStkListView::FitNames() {
   const int names = FunctionListModel::kFunction;
   const int paths = FunctionListModel::kFile;
   const int others = header_->length() - columnWidth(names) - columnWidth(paths);
   const int free = viewport()->width() - others;
   const int leastPaths = fontMetrics().averageCharWidth() * kPathLength;
-  const int forNames = std::max(kColumnWidths[names], sizeHintForColumn(names));
-  const int forPaths = std::clamp(free - forNames, leastPaths, kColumnWidths[paths]);
+  const int wanted = std::max(kColumnWidths[names], sizeHintForColumn(names));
+  const int forPaths = std::clamp(free - wanted, leastPaths, kColumnWidths[paths]);
+  const int forNames = std::min(wanted, std::max(kColumnWidths[names], viewport()->width() / 2));
   fitting_ = true;
   setColumnWidth(paths, forPaths);
-  setColumnWidth(names, std::max(kColumnWidths[names], free - forPaths));
+  setColumnWidth(names, std::max(forNames, free - forPaths));
   fitting_ = false;
 }
 

@@ -177,8 +177,8 @@ void CStkLogView::Execute(Command command) {
 }
 
 CStkLogView::Place CStkLogView::CurrentPlace() const {
-  const auto* data = static_cast<const PlaceData*>(textCursor().block().userData());
-  return data ? data->Get() : Place();
+  const auto* kept = static_cast<const PlaceData*>(textCursor().block().userData());
+  return kept ? kept->Get() : Place();
 }
 
 // The empty line at the end stays: it is where the next one goes.
