@@ -71,35 +71,36 @@ class Program {
 
  private:
   ApplicationParts MakeParts(Host& host) {
-    return {
-        .host = host,
-        .messages = messages_,
-        .boxes = boxes_,
-        .fileDialogs = fileDialogs_,
-        .posted = posted_,
-        .version = version_,
-        .language = language_,
-        .adjust = [this](UiContext& context, StkFunction& function,
-                         QWidget* parent) { return Adjust(context, function, parent); },
-        .functionLists =
-            [this](UiContext& context, FrameOperations& frame, QWidget* parent) {
-              FunctionListsDialog(context, frame, ShowHelp(), parent).exec();
-            },
-        .about = [](UiContext& context, const VersionTexts& version,
-                    QWidget* parent) { AboutBox(context, version, parent).exec(); },
-        .showHelp = ShowHelp(),
-        .closed = [] { QCoreApplication::exit(0); },
-        .settings = settings_,
-        .legend = [](UiContext& context,
-                     QWidget* parent) { (new Legend(context, parent))->show(); },
-        .options = [this](UiContext& context,
-                          QWidget* parent) { return AskOptions(context, parent); },
-        .openSource =
-            [this](UiContext& context, const std::string& path, uint32_t line) {
-              return OpenSource(context, settings_.Editor(), path, line);
-            },
-        .readsOtherwise = [this](UiContext& context,
-                                 const std::string& path) { return ReadsOtherwise(context, path); }};
+    return {.host = host,
+            .messages = messages_,
+            .boxes = boxes_,
+            .fileDialogs = fileDialogs_,
+            .posted = posted_,
+            .version = version_,
+            .language = language_,
+            .adjust = [this](UiContext& context, StkFunction& function,
+                             QWidget* parent) { return Adjust(context, function, parent); },
+            .functionLists =
+                [this](UiContext& context, FrameOperations& frame, QWidget* parent) {
+                  FunctionListsDialog(context, frame, ShowHelp(), parent).exec();
+                },
+            .about = [](UiContext& context, const VersionTexts& version,
+                        QWidget* parent) { AboutBox(context, version, parent).exec(); },
+            .showHelp = ShowHelp(),
+            .closed = [] { QCoreApplication::exit(0); },
+            .settings = settings_,
+            .legend = [](UiContext& context,
+                         QWidget* parent) { (new Legend(context, parent))->show(); },
+            .options = [this](UiContext& context,
+                              QWidget* parent) { return AskOptions(context, parent); },
+            .openSource =
+                [this](UiContext& context, const std::string& path, uint32_t line) {
+                  return OpenSource(context, settings_.Editor(), path, line);
+                },
+            .readsOtherwise =
+                [this](UiContext& context, const std::string& path) {
+                  return ReadsOtherwise(context, path);
+                }};
   }
 
   AdjustAnswer Adjust(UiContext& context, StkFunction& function, QWidget* parent) {

@@ -19,7 +19,6 @@ CommandLine EditorCommandLine(const QString& command, const QString& file, uint3
 
 // Opens the file of the analysis, a path of the project or of this host, with the command; an empty
 // one: with what the desktop has for it. False when there is no such file, or nothing opens it.
-bool OpenSource(UiContext& context, const QString& command, const std::string& path,
-                uint32_t line);
+bool OpenSource(UiContext& context, const QString& command, const std::string& path, uint32_t line);
 
 }  // namespace velkor::ui

@@ -12,7 +12,8 @@ namespace velkor::ui {
 template <typename Item, typename Less>
 class StepSorter {
  public:
-  StepSorter(std::vector<Item> items, Less less) : less_(std::move(less)), items_(std::move(items)) {}
+  StepSorter(std::vector<Item> items, Less less)
+      : less_(std::move(less)), items_(std::move(items)) {}
 
   // False once the order is there; then it is in Take.
   bool Step() {
@@ -42,8 +43,8 @@ class StepSorter {
       if (left_ == leftEnd_ && right_ == rightEnd_) {
         BeginPair(rightEnd_);
       }
-      const bool takeLeft = right_ == rightEnd_ ||
-                            (left_ < leftEnd_ && less_(items_[left_], items_[right_]));
+      const bool takeLeft =
+          right_ == rightEnd_ || (left_ < leftEnd_ && less_(items_[left_], items_[right_]));
       merged_.push_back(items_[takeLeft ? left_++ : right_++]);
     }
     if (merged_.size() == items_.size()) {
@@ -63,7 +64,7 @@ class StepSorter {
 
   Less less_;
   std::vector<Item> items_;
-  std::vector<Item> merged_;  // of items_, as far as this round has come
+  std::vector<Item> merged_;        // of items_, as far as this round has come
   size_t runSize_ = kFirstRunSize;  // items_ consists of sorted runs of this size
   size_t sorted_ = 0;               // of items_, into runs of the first size
   // The two runs that are being merged: from where on, and where each ends.

@@ -10,7 +10,7 @@ namespace velkor::ui {
 
 // How files of one input are to be read, as the user has said in a dialog.
 struct ProjectSettings {
-  QString codePage;       // empty: that of the locale
+  QString codePage;      // empty: that of the locale
   QStringList mappings;  // 'C:\work=/home/me/work'
 
   bool IsEmpty() const { return codePage.isEmpty() && mappings.isEmpty(); }

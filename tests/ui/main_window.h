@@ -97,7 +97,7 @@ class MainWindow : public ::testing::Test {
   AdjustAnswer adjustAnswer;
   std::vector<std::string> adjusted;  // the functions for which the dialog was asked for
   int closedCount = 0;
-  WindowSettings settings;           // of this run alone
+  WindowSettings settings;          // of this run alone
   std::vector<std::string> opened;  // sources, each with its line
   Event reached{Event::Reset::kManual};
   Event released{Event::Reset::kManual};

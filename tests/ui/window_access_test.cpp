@@ -33,8 +33,8 @@ TEST(WindowSigns, AreSeenOnEveryBackgroundWithoutTheirColours) {
   for (const QColor background : {QColor(Qt::white), QColor(0xEFEFEF), QColor(0x2B2B2B),
                                   QColor(0x1B1E20), QColor(Qt::black)}) {
     const SignColors colors = SignColorsOn(background);
-    for (const QColor& color : {colors.ink, colors.note, colors.warning, colors.error,
-                                colors.accent, colors.good}) {
+    for (const QColor& color :
+         {colors.ink, colors.note, colors.warning, colors.error, colors.accent, colors.good}) {
       EXPECT_GE(Contrast(color, background), 4.5)
           << color.name().toStdString() << " on " << background.name().toStdString();
     }
@@ -43,8 +43,7 @@ TEST(WindowSigns, AreSeenOnEveryBackgroundWithoutTheirColours) {
   for (int kind = 0; kind < 5; ++kind) {
     const QColor ink = InkOn(KindColor(kind));
     EXPECT_GE(Contrast(ink, KindColor(kind)), 4.5) << kind;
-    const QImage inside =
-        TreeIcon(kind).pixmap(QSize(64, 64)).toImage().copy(14, 14, 36, 36);
+    const QImage inside = TreeIcon(kind).pixmap(QSize(64, 64)).toImage().copy(14, 14, 36, 36);
     signs.insert(Shape(inside, ink));
   }
   EXPECT_EQ(signs.size(), 5U);
@@ -62,9 +61,9 @@ TEST_F(MainWindow, EverythingWithTheKeyboardHasAName) {
                           static_cast<QWidget*>(&options)}) {
     for (QWidget* widget : window->findChildren<QWidget*>()) {
       QAccessibleInterface* told = QAccessible::queryAccessibleInterface(widget);
-      const bool takesKeys =
-          widget->focusPolicy() != Qt::NoFocus && !widget->objectName().startsWith("qt_") &&
-          !widget->focusProxy() && widget->window() == window;
+      const bool takesKeys = widget->focusPolicy() != Qt::NoFocus &&
+                             !widget->objectName().startsWith("qt_") && !widget->focusProxy() &&
+                             widget->window() == window;
       if (takesKeys) {
         EXPECT_TRUE(told && !told->text(QAccessible::Name).isEmpty())
             << widget->metaObject()->className() << " "

@@ -94,8 +94,8 @@ TEST_F(MainWindow, OptionsThatCannotBeUsedAreRefused) {
   EXPECT_EQ(dialog.Project(), good);
   dialog.accept();
   EXPECT_EQ(dialog.result(), QDialog::Accepted);
-  for (const ProjectSettings& bad : {ProjectSettings{"no-such-set", {}},
-                                     ProjectSettings{"", {"C:\\work=/ok", "C:\\work"}}}) {
+  for (const ProjectSettings& bad :
+       {ProjectSettings{"no-such-set", {}}, ProjectSettings{"", {"C:\\work=/ok", "C:\\work"}}}) {
     OptionsDialog refusing(app->Context(), true, bad, "", nullptr);
     refusing.accept();
     EXPECT_EQ(refusing.result(), QDialog::Rejected);

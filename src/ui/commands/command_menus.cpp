@@ -13,12 +13,18 @@ MenuItem Separator() {
 }
 
 Items FileItems() {
-  return {Command::kOpenProject,      Command::kOpenFolder,
-          MenuItem(MenuItem::Kind::kRecent), Separator(),
-          Command::kSaveMaximumChain, Command::kSaveAllChains,
-          Command::kSavePage,         Separator(),
-          Command::kLoadSpecFile,     Command::kSaveSpecFile,
-          Separator(),                Command::kExit};
+  return {Command::kOpenProject,
+          Command::kOpenFolder,
+          MenuItem(MenuItem::Kind::kRecent),
+          Separator(),
+          Command::kSaveMaximumChain,
+          Command::kSaveAllChains,
+          Command::kSavePage,
+          Separator(),
+          Command::kLoadSpecFile,
+          Command::kSaveSpecFile,
+          Separator(),
+          Command::kExit};
 }
 
 Items ViewItems() {
@@ -38,8 +44,12 @@ Items ViewItems() {
 }
 
 Items OptionItems() {
-  return {Command::kFunctionLists, Command::kAdjustStackSize,   Command::kResetFunction,
-          Command::kResetAllFunctions, Separator(), Command::kProjectOptions};
+  return {Command::kFunctionLists,
+          Command::kAdjustStackSize,
+          Command::kResetFunction,
+          Command::kResetAllFunctions,
+          Separator(),
+          Command::kProjectOptions};
 }
 
 Items SearchItems() {

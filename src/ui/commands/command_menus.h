@@ -22,7 +22,7 @@ struct MenuItem {
 
   Kind kind;
   Command command{};
-  uint32_t textKey = 0;         // of a submenu
+  uint32_t textKey = 0;           // of a submenu
   std::vector<MenuItem> items{};  // likewise
 };
 

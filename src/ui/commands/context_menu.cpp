@@ -26,8 +26,7 @@ class AllItemsStyle : public QProxyStyle {
 QString ItemText(Command command, const UiContext& context) {
   const QList<QKeySequence> keys = KeysOf(command);
   const QString text = context.Text(kMenuTextKey + static_cast<uint32_t>(command));
-  return keys.isEmpty() ? text
-                        : text + u'\t' + keys.front().toString(QKeySequence::NativeText);
+  return keys.isEmpty() ? text : text + u'\t' + keys.front().toString(QKeySequence::NativeText);
 }
 
 }  // namespace

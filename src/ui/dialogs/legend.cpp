@@ -15,7 +15,7 @@ constexpr uint32_t kLegendTitle = kDialogTextKey * 503;
 constexpr uint32_t kLegendClose = kLegendTitle + 1;
 // The meanings of the marks, in their order.
 constexpr uint32_t kFirstMeaning = kLegendTitle + 10;
-constexpr const char16_t* kMarks[] = {u"f*", u"f&", u"[f]", u"file.c#f",
+constexpr const char16_t* kMarks[] = {u"f*", u"f&",       u"[f]",  u"file.c#f",
                                       u"?",  u"SIZEOVER", u"≥100", u"10 *3"};
 
 void AddRow(QGridLayout& rows, QLabel* sign, const QString& meaning) {

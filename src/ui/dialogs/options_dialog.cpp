@@ -29,8 +29,7 @@ std::string TypedText(const QString& text) {
 }  // namespace
 
 OptionsDialog::OptionsDialog(const UiContext& context, bool hasProject,
-                             const ProjectSettings& project, const QString& editor,
-                             QWidget* parent)
+                             const ProjectSettings& project, const QString& editor, QWidget* parent)
     : QDialog(parent),
       context_(context),
       codePage_(new QComboBox(this)),

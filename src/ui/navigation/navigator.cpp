@@ -22,11 +22,9 @@ WayHistory::Way Indices(const StkFunctionList& functions) {
 
 Navigator::Navigator(UiContext& context, CStkTreeView& tree, FrameOperations& frame,
                      std::function<void(const QString&)> tell)
-    : context_(context),
-      tree_(tree),
-      frame_(frame),
-      tell_(std::move(tell)),
-      work_([this] { return context_.document.BelongsToJob(); }) {
+    : context_(context), tree_(tree), frame_(frame), tell_(std::move(tell)), work_([this] {
+        return context_.document.BelongsToJob();
+      }) {
   context_.document.AddView(*this);
 }
 

@@ -366,8 +366,8 @@ void AllFunctionsView::ShowMenu(const QPoint& position) {
   menu->setAttribute(Qt::WA_DeleteOnClose);
   AddCommands(
       *menu, context_,
-      {Command::kShowInTree, Command::kShowCallers, Command::kGoToSource,
-       Command::kAdjustStackSize, Command::kCopy, Command::kCopyAsCsv},
+      {Command::kShowInTree, Command::kShowCallers, Command::kGoToSource, Command::kAdjustStackSize,
+       Command::kCopy, Command::kCopyAsCsv},
       [this](Command command) { return StateOf(command).value_or(CommandState()); },
       [this](Command command) { Execute(command); });
   QMenu* sorts = menu->addMenu(context_.Text(kSortMenu));

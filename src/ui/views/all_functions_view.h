@@ -78,9 +78,9 @@ class AllFunctionsView : public QWidget, public View, public CommandTarget {
   bool isStale_ = true;          // what is shown is not of the analysis as it is
   std::vector<uint32_t> order_;  // all functions, as they are sorted
   bool isOrdered_ = false;
-  std::optional<uint32_t> kept_;  // the function to be selected in new rows
+  std::optional<uint32_t> kept_;   // the function to be selected in new rows
   std::optional<uint32_t> shown_;  // the function that was last shown in the call tree
-  std::function<void()> then_;    // once the rows are there
+  std::function<void()> then_;     // once the rows are there
   SlicedWork work_;
   SlicedWork copying_;
 };

@@ -51,10 +51,9 @@ bool FunctionFilter::Fits(const StkFunction& function, Word& word) const {
   if (word.under && HasTotal(function) && function.totalStackSize < *word.under) {
     return true;
   }
-  if (word.number &&
-      ((HasTotal(function) && function.totalStackSize == *word.number) ||
-       (function.Is(FN_DEFINED) && function.frameSize == *word.number) ||
-       function.Place().line == *word.number)) {
+  if (word.number && ((HasTotal(function) && function.totalStackSize == *word.number) ||
+                      (function.Is(FN_DEFINED) && function.frameSize == *word.number) ||
+                      function.Place().line == *word.number)) {
     return true;
   }
   const QString name = word.isOfWholeName

@@ -24,10 +24,10 @@ class FunctionFilter {
  private:
   struct Word {
     QString text;
-    std::optional<uint32_t> number;   // the text is one
-    std::optional<uint32_t> over;     // it is ">" and one
-    std::optional<uint32_t> under;    // it is "<" and one
-    bool isOfWholeName = false;       // it has signs that only stand around names
+    std::optional<uint32_t> number;  // the text is one
+    std::optional<uint32_t> over;    // it is ">" and one
+    std::optional<uint32_t> under;   // it is "<" and one
+    bool isOfWholeName = false;      // it has signs that only stand around names
     std::unordered_map<const StkFileEntry*, bool> files;  // whether it is a part of the path
   };
 

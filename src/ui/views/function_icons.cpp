@@ -46,8 +46,7 @@ void DrawNothing(QPainter&) {}
 
 // What tells the kinds apart beside their colours.
 using Sign = void (*)(QPainter&);
-constexpr std::array<Sign, 5> kSigns = {DrawMaximum, DrawPlus, DrawRing, DrawQuestion,
-                                        DrawNothing};
+constexpr std::array<Sign, 5> kSigns = {DrawMaximum, DrawPlus, DrawRing, DrawQuestion, DrawNothing};
 
 // Of square cells side by side, the one that holds the box.
 QIcon SquareIcon(int kind, int cells, int cell) {

@@ -53,7 +53,7 @@ class FunctionOrdering {
   const StkFunctionTable& functions_;
   const StkBounds* bounds_;
   const FunctionOrderBy by_;
-  uint32_t next_ = 0;  // function to be looked at
+  uint32_t next_ = 0;                                         // function to be looked at
   std::unordered_map<const StkFileEntry*, uint64_t> places_;  // of files in their order, from 1
   std::vector<const StkFileEntry*> files_;
   std::optional<StepSorter<const StkFileEntry*, IsPathBefore>> fileSorter_;

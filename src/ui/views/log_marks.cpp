@@ -33,8 +33,8 @@ void PaintLogSign(QPainter& painter, const QRectF& square, LogLevel level,
       break;
     case LogLevel::kWarning:
       painter.setPen(QPen(colors.warning, 1.2));
-      painter.drawPolygon(QPolygonF({square.bottomLeft(), square.bottomRight(),
-                                     {square.center().x(), square.top()}}));
+      painter.drawPolygon(QPolygonF(
+          {square.bottomLeft(), square.bottomRight(), {square.center().x(), square.top()}}));
       PaintLetter(painter, square.adjusted(0, square.height() * 0.25, 0, 0), "!");
       break;
     case LogLevel::kError:

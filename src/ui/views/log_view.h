@@ -47,7 +47,7 @@ class CStkLogView : public QPlainTextEdit, public LogView, public CommandTarget 
   void ShowFrom(LogLevel least);
   // A place that a line is about, and the line has.
   struct Place {
-    std::string file;  // a path of the analysis, in bytes of the code page; empty: none
+    std::string file;   // a path of the analysis, in bytes of the code page; empty: none
     uint32_t line = 0;  // from 1; 0: none
   };
   Place CurrentPlace() const;
@@ -78,8 +78,8 @@ class CStkLogView : public QPlainTextEdit, public LogView, public CommandTarget 
 
   UiContext& context_;
   FrameOperations& frame_;
-  const bool joinLines_;      // no blank where a message breaks its line
-  Margin* margin_;            // owned by the Qt parent
+  const bool joinLines_;  // no blank where a message breaks its line
+  Margin* margin_;        // owned by the Qt parent
   LogLevel least_ = LogLevel::kLine;
   std::deque<Line> pending_;  // not yet in the text
   QTimer showLater_;
