@@ -3,8 +3,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
-#include <QFileInfo>
-#include <QMimeData>
 #include <QScreen>
 #include <QShortcut>
 #include <QToolBar>
@@ -16,6 +14,7 @@
 #include "ui/commands/context_menu.h"
 #include "ui/commands/recent_menu.h"
 #include "ui/commands/toolbar_icons.h"
+#include "ui/dropped_input.h"
 #include "ui/wait_cursor.h"
 
 namespace velkor::ui {
@@ -36,21 +35,6 @@ constexpr int kTreeWidth = 200;
 constexpr int kListHeight = 300;
 constexpr int kLogHeight = 50;
 constexpr int kToldMilliseconds = 6000;
-
-// The one input that is being dragged, a file or a folder, or nothing.
-QString DraggedProject(const QMimeData& data) {
-  const QList<QUrl> urls = data.urls();
-  const QString path = urls.size() == 1 ? urls.front().toLocalFile() : QString();
-  const bool isInput = path.endsWith(".prj", Qt::CaseInsensitive) || path.endsWith(".toml") ||
-                       QFileInfo(path).isDir();
-  return isInput ? path : QString();
-}
-
-// What a source proposes may be a move: it would then delete the file.
-void AcceptAsCopy(QDropEvent& event) {
-  event.setDropAction(Qt::CopyAction);
-  event.accept();
-}
 
 }  // namespace
 

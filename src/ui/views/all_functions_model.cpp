@@ -1,6 +1,7 @@
 #include "ui/views/all_functions_model.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "ui/views/function_icons.h"
 
@@ -48,6 +49,20 @@ StkFunction* AllFunctionsModel::FunctionAt(int row) const {
 int AllFunctionsModel::RowOf(const StkFunction& function) const {
   const auto found = std::ranges::find(rows_, function.index);
   return found == rows_.end() ? -1 : static_cast<int>(found - rows_.begin());
+}
+
+std::vector<uint32_t> AllFunctionsModel::Functions(const QItemSelection& rows) const {
+  std::vector<std::pair<int, int>> ranges;
+  ranges.reserve(static_cast<size_t>(rows.size()));
+  for (const QItemSelectionRange& range : rows) {
+    ranges.emplace_back(range.top(), range.bottom());
+  }
+  std::ranges::sort(ranges);
+  std::vector<uint32_t> functions;
+  for (const auto& [top, bottom] : ranges) {
+    functions.insert(functions.end(), rows_.begin() + top, rows_.begin() + bottom + 1);
+  }
+  return functions;
 }
 
 int AllFunctionsModel::rowCount(const QModelIndex& parent) const {

@@ -3,6 +3,7 @@
 #include <QAbstractTableModel>
 #include <QHash>
 #include <QIcon>
+#include <QItemSelection>
 #include <array>
 #include <functional>
 #include <vector>
@@ -27,7 +28,8 @@ class AllFunctionsModel : public QAbstractTableModel {
   StkFunction* FunctionAt(int row) const;
   // -1: no row shows it.
   int RowOf(const StkFunction& function) const;
-  const std::vector<uint32_t>& Rows() const { return rows_; }
+  // Those of the rows, in the order of the table.
+  std::vector<uint32_t> Functions(const QItemSelection& rows) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;

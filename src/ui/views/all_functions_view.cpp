@@ -299,23 +299,10 @@ void AllFunctionsView::Copy(RowTexts::Form form) {
   if (!context_.document.FunctionTable()) {
     return;
   }
-  const auto texts = std::make_shared<RowTexts>(context_, SelectedRows(), form);
+  const auto texts = std::make_shared<RowTexts>(
+      context_, model_->Functions(table_->selectionModel()->selection()), form);
   copying_.Start([texts] { return texts->Step(); },
                  [texts] { QGuiApplication::clipboard()->setText(texts->Take()); });
-}
-
-// In the order of the table.
-std::vector<uint32_t> AllFunctionsView::SelectedRows() const {
-  std::vector<std::pair<int, int>> ranges;
-  for (const QItemSelectionRange& range : table_->selectionModel()->selection()) {
-    ranges.emplace_back(range.top(), range.bottom());
-  }
-  std::ranges::sort(ranges);
-  std::vector<uint32_t> rows;
-  for (const auto& [top, bottom] : ranges) {
-    rows.insert(rows.end(), model_->Rows().begin() + top, model_->Rows().begin() + bottom + 1);
-  }
-  return rows;
 }
 
 bool AllFunctionsView::eventFilter(QObject* watched, QEvent* event) {

@@ -62,7 +62,6 @@ class AllFunctionsView : public QWidget, public View, public CommandTarget {
   void Go();
   void ShowSelected();
   void Copy(RowTexts::Form form);
-  std::vector<uint32_t> SelectedRows() const;
   bool OnTextKey(const QKeyEvent& press);
   bool OnTableKey(const QKeyEvent& press);
   void ShowMenu(const QPoint& position);

@@ -9,6 +9,7 @@
 #include "ui/commands/context_menu.h"
 #include "ui/commands/function_commands.h"
 #include "ui/views/accessible_texts.h"
+#include "ui/views/branch_lines.h"
 #include "ui/views/call_tree_model.h"
 #include "ui/views/function_icons.h"
 #include "ui/wait_cursor.h"
@@ -198,30 +199,11 @@ void CStkTreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option
   QTreeView::drawRow(painter, row, index);
 }
 
-// The lines between the nodes, which not every style draws, below the style's expand buttons.
 void CStkTreeView::drawBranches(QPainter* painter, const QRect& rect,
                                 const QModelIndex& index) const {
   painter->save();
   painter->setPen(QPen(palette().color(QPalette::Mid), 1, Qt::DotLine));
-  QRect cell(rect.right() + 1 - indentation(), rect.top(), indentation(), rect.height());
-  QModelIndex node = index;
-  for (bool own = true; node.isValid() && cell.right() >= 0; own = false) {
-    const QModelIndex parent = node.parent();
-    const bool goesOn = node.row() + 1 < model_->rowCount(parent);
-    const bool comesFromAbove = parent.isValid() || node.row() > 0;
-    const QPoint center = cell.center();
-    if (own && comesFromAbove) {
-      painter->drawLine(center.x(), cell.top(), center.x(), center.y());
-    }
-    if (own) {
-      painter->drawLine(center.x(), center.y(), cell.right(), center.y());
-    }
-    if (goesOn) {
-      painter->drawLine(center.x(), own ? center.y() : cell.top(), center.x(), cell.bottom());
-    }
-    cell.translate(-indentation(), 0);
-    node = parent;
-  }
+  DrawBranchLines(*painter, rect, index, indentation());
   painter->restore();
   QTreeView::drawBranches(painter, rect, index);
 }
