@@ -105,6 +105,8 @@ class WindowBench {
       application_.Start(project);
       Finish();
     });
+    Measure("summary and picture", [&] { AwaitAnswer(); });
+    ShowAnswer();
     ShowViews();
     Adjustments();
     WhileAnalysing();
@@ -149,6 +151,28 @@ class WindowBench {
       adjustment.SetCallees({callee_}, context.host.codePage);
     }
     return {true, adjustment};
+  }
+
+  void AwaitAnswer() {
+    while (!application_.Frame().Answers().Picture().HasPicture()) {
+      QTest::qWait(5);
+    }
+  }
+
+  void ShowAnswer() {
+    PictureView& picture = application_.Frame().Answers().Picture();
+    Measure("open the maximum chain", [&] { Choose(Command::kOpenMaximumChain); });
+    Measure("order the tree by size", [&] { Choose(Command::kTreeBySize); });
+    Measure("order the tree by module", [&] { Choose(Command::kTreeByModule); });
+    Measure("show the picture", [&] { Choose(Command::kShowPicture); });
+    Measure("zoom into the picture", [&] {
+      for (int i = 0; i < 10; ++i) {
+        QTest::keyClick(&picture, Qt::Key_Plus);
+        QTest::qWait(5);
+      }
+    });
+    Measure("go down the picture", [&] { QTest::keyClick(&picture, Qt::Key_End); });
+    Choose(Command::kShowSummary);
   }
 
   void ShowViews() {

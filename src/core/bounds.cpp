@@ -64,7 +64,7 @@ void StkBounds::Update() {
     if (changes.structure || component_.size() != table_.Count()) {
       FindStructure();
       ComputeAll();
-    } else {
+    } else if (!changes.functions.empty()) {
       ComputeChanged(changes.functions);
     }
   } catch (...) {

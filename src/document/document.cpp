@@ -5,6 +5,7 @@
 
 #include "core/adjustments.h"
 #include "core/function_text.h"
+#include "document/table_reading.h"
 #include "platform/limits.h"
 #include "readers/open_input.h"
 
@@ -78,6 +79,7 @@ void CStkDoc::MakeTables() {
 }
 
 void CStkDoc::DiscardTables() {
+  StopReadings();
   unsaved_.clear();
   if (functionTable_ && functionTable_->Count() > kDestroyedAtOnce) {
     disposal_.Dispose({std::move(bounds_), std::move(rootList_), std::move(functionTable_),
@@ -185,6 +187,7 @@ bool CStkDoc::LoadSpecFile(std::string_view path, bool saveAfter) {
 }
 
 void CStkDoc::StartReading(std::vector<std::unique_ptr<StkSpecReader>> sources) {
+  StopReadings();
   jobs_.Start(std::make_unique<StkSpecReadJob>(std::move(sources), *functionTable_, *rootList_,
                                                *bounds_, reporter_, mainWindow_));
 }
@@ -306,7 +309,14 @@ bool CStkDoc::StartChange() {
     return false;
   }
   EndSpecWrite();
+  StopReadings();
   return true;
+}
+
+void CStkDoc::StopReadings() {
+  for (StkTableReading* reading : readings_) {
+    reading->Stop();
+  }
 }
 
 void CStkDoc::ChangeEnded(bool calleesChanged) {
@@ -340,6 +350,7 @@ void CStkDoc::Finish(JobKind kind) {
 }
 
 void CStkDoc::StopAllJobs() {
+  StopReadings();
   Stop(JobKind::kAnalysis);
   Stop(JobKind::kSpecRead);
   Stop(JobKind::kChainSave);

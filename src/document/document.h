@@ -25,6 +25,8 @@
 
 namespace velkor {
 
+class StkTableReading;
+
 enum ViewHint : int {
   HINT_CLEAR = 1,      // the analysis is discarded
   HINT_RESULTS = 2,    // it is complete
@@ -67,6 +69,9 @@ class CStkDoc {
 
   void AddView(View& view);
   void RemoveView(View& view);
+  // To be stopped before the tables change.
+  void AddReading(StkTableReading& reading) { readings_.push_back(&reading); }
+  void RemoveReading(StkTableReading& reading) { std::erase(readings_, &reading); }
   // Every view but the sender is told.
   void UpdateAllViews(View* sender, ViewHint hint);
 
@@ -174,6 +179,7 @@ class CStkDoc {
   void ChainSaveStopped() { jobs_.Empty(JobKind::kChainSave); }
   void ChainSaveFinished();
   void StopAllJobs();
+  void StopReadings();
   void MakeTables();
   void DiscardTables();
   bool StartChange();
@@ -198,6 +204,7 @@ class CStkDoc {
   StkReporter& reporter_;
   MessageTarget& mainWindow_;
   std::vector<View*> views_;
+  std::vector<StkTableReading*> readings_;
   std::string pathName_;
   std::unique_ptr<ProgramInput> input_;
   std::unique_ptr<StkFileTable> fileTable_;

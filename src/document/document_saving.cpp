@@ -164,6 +164,7 @@ void CStkDoc::TakeChangedSystemFile(const ChangedSystemFile& changed) {
   if (StkJob* report = jobs_.Get(JobKind::kChainSave)) {
     report->Wait();  // it works on the functions
   }
+  StopReadings();
   SystemFileMerge merge;
   if (changed.text) {
     merge = MergeSystemFile(*changed.text, input_->SystemFilePath(), unsaved_, *functionTable_,

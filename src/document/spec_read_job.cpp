@@ -49,7 +49,11 @@ WorkEnd StkSpecReadJob::Run() {
   if (Stopped()) {
     return WorkEnd::kStopped;
   }
-  bounds_.Update();  // here it keeps nobody waiting
+  // Here they keep nobody waiting.
+  bounds_.Update();
+  if (functions_.Count() != 0) {
+    functions_.Callers(0);
+  }
   PostEnd(WM_STK_SPECREAD_END);
   return WorkEnd::kCompleted;
 }

@@ -18,6 +18,7 @@
 
 namespace velkor::embedded {
 extern const std::string_view pageStyle;
+extern const std::string_view icicleStyle;
 extern const std::string_view pageScript;
 }  // namespace velkor::embedded
 
@@ -42,9 +43,9 @@ class PageOutput {
         "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
         "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; "
         "style-src 'unsafe-inline'; script-src 'unsafe-inline'; img-src data:\">\n"
-        "<link rel=\"icon\" href=\"data:,\">\n<title>{}</title>\n<style>\n{}</style>\n</head>\n"
+        "<link rel=\"icon\" href=\"data:,\">\n<title>{}</title>\n<style>\n{}{}</style>\n</head>\n"
         "<body>\n",
-        HtmlText(title), embedded::pageStyle));
+        HtmlText(title), embedded::pageStyle, embedded::icicleStyle));
     WriteHeader(title);
     output_.Write("<main>\n");
     WritePicture();
@@ -91,12 +92,13 @@ class PageOutput {
     }
     std::vector<IcicleEntry> entries;
     for (const std::span<const uint32_t> functions : largest_) {
-      entries.push_back({functions, std::nullopt});
+      entries.push_back({functions});
     }
     output_.Write(
         "<section>\n<h2>Where the stack goes</h2>\n<figure>\n<div class=\"scroll\" "
         "tabindex=\"0\" role=\"region\" aria-label=\"Picture of the largest numbers\">\n");
-    WriteIcicleSvg(LayOutIcicle(result_, entries), WhyId, output_);
+    const Icicle icicle = TakeIcicle(result_, entries);
+    WriteIcicleSvg(IcicleLayout(result_, icicle), WhyId, output_);
     output_.Write(
         "</div>\n<figcaption>Each column is a largest number and the functions that share it; "
         "each box a call on the path that takes the most bytes, as high as its bytes. "

@@ -1,6 +1,7 @@
 #include "reports/take_result.h"
 
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 #include <unordered_map>
@@ -16,6 +17,7 @@ namespace velkor::reports {
 namespace {
 
 constexpr size_t kLongestName = 500;
+constexpr uint32_t kFunctionsBetweenCheckpoints = 4096;
 
 std::vector<std::string> Utf8(const std::vector<std::string>& texts, const CodePage& codePage) {
   std::vector<std::string> converted;
@@ -69,12 +71,17 @@ class FunctionTaking {
         bounds_(analysis.bounds),
         codePage_(table_.GetCodePage()),
         specNames_(table_),
+        checkpoint_(analysis.checkpoint),
         result_(result) {}
 
   void Run() {
     TakeLists();  // before the rest has its room: sorting takes room for a while
+    Checkpoint();
     Reserve();
     for (const StkFunction* function : table_.Functions()) {
+      if (function->index % kFunctionsBetweenCheckpoints == 0) {
+        Checkpoint();
+      }
       TakeTexts(*function);
       TakeValues(*function);
       TakeFewValues(*function);
@@ -87,6 +94,12 @@ class FunctionTaking {
     std::vector<uint32_t> FunctionsByName::*list;
     bool (*holds)(const StkFunction&);
   };
+
+  void Checkpoint() const {
+    if (checkpoint_) {
+      checkpoint_();
+    }
+  }
 
   // Vectors that grow leave holes as large as themselves.
   void Reserve() {
@@ -219,6 +232,7 @@ class FunctionTaking {
   const StkBounds& bounds_;
   const CodePage& codePage_;
   SpecNames specNames_;
+  const std::function<void()>& checkpoint_;
   std::unordered_map<std::string, uint32_t> countOfName_;    // spec names that may not be the only
   std::unordered_map<const StkFileEntry*, uint32_t> files_;  // to their numbers in the result
   AnalysisResult& result_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -24,6 +25,8 @@ struct ComputedAnalysis {
   const StkFunctionTable& functions;
   const StkFunctionList& roots;
   const StkBounds& bounds;  // up to date
+  // Called every few functions, where there is one. What it throws ends the taking.
+  std::function<void()> checkpoint = {};
 };
 
 // The analysis as it stands now, as a value of its own. Linear in functions and calls, but for the

@@ -7,6 +7,7 @@
 #include <QShortcut>
 #include <QToolBar>
 #include <algorithm>
+#include <span>
 
 #include "core/function_text.h"
 #include "files/chain_report.h"
@@ -30,11 +31,20 @@ constexpr uint32_t kNotSavedTitle = kNames + 1007;
 constexpr uint32_t kNotSavedPrompt = kNames + 1008;
 constexpr auto kSourceNotOpened = static_cast<MessageKey>(kDialogTextKey * 502 + 22);
 
-constexpr QSize kInitialSize(1024, 640);
+constexpr QSize kInitialSize(1200, 860);
 constexpr int kTreeWidth = 200;
 constexpr int kListHeight = 300;
 constexpr int kLogHeight = 50;
 constexpr int kToldMilliseconds = 6000;
+
+// Of one view, whichever has the focus.
+constexpr Command kListCommands[] = {Command::kShowBoundColumn, Command::kShowMarkColumn};
+constexpr Command kTreeCommands[] = {Command::kShowTotals, Command::kTreeByModule,
+                                     Command::kTreeBySize, Command::kOpenMaximumChain};
+
+bool IsOneOf(Command command, std::span<const Command> commands) {
+  return std::ranges::find(commands, command) != commands.end();
+}
 
 }  // namespace
 
@@ -44,8 +54,10 @@ CMainFrame::CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts
       parts_(std::move(parts)),
       actions_(*this, context, parts_.productName, [this](Command command) { Route(command); }),
       statusBar_(new CStkStatusBar(context.Text(kProgressName), this)),
+      keeper_(context),
       notes_(context),
-      stackNotes_(context, [this](const QString& text) { statusBar_->SetStacksText(text); }),
+      stackNotes_(context, keeper_,
+                  [this](const QString& text) { statusBar_->SetStacksText(text); }),
       monitor_(context.document, *statusBar_),
       commands_(context, posted, parts_, monitor_, *this),
       windowCommands_(*this, parts_, [this](int step) { GoToPane(step); }) {
@@ -118,6 +130,9 @@ void CMainFrame::CreateViews() {
   navigator_ = std::make_unique<Navigator>(
       context_, *treeView_, *this,
       [this](const QString& text) { statusBar_->showMessage(text, kToldMilliseconds); });
+  answers_ = std::make_unique<AnswerPanels>(context_, keeper_, *this, *treeView_, *this, [this] {
+    return parts_.fileDialogs.PictureToSave(context_, DialogParent());
+  });
   activeView_ = treeView_;
   treeView_->setFocus();
 }
@@ -171,7 +186,9 @@ std::vector<CMainFrame::Pane> CMainFrame::Panes() {
           {listView_, listView_},
           {logView_, logView_},
           {&panels_->AllFunctions(), &panels_->AllFunctions()},
-          {&panels_->Callers(), &panels_->Callers()}};
+          {&panels_->Callers(), &panels_->Callers()},
+          {&answers_->Summary(), &answers_->Summary()},
+          {&answers_->Picture(), &answers_->Picture()}};
 }
 
 // Only those that are seen.
@@ -279,16 +296,17 @@ void CMainFrame::UpdateCommands() {
 }
 
 std::vector<CommandTarget*> CMainFrame::Targets(Command command) {
-  std::vector<CommandTarget*> targets;
-  if (std::ranges::find(kSortCommands, command) != std::end(kSortCommands)) {
-    targets.push_back(listView_);
+  if (IsOneOf(command, kSortCommands) || IsOneOf(command, kListCommands)) {
+    return {listView_, activeView_, &commands_, &parts_.application};
   }
-  if (std::ranges::find(kLogCommands, command) != std::end(kLogCommands)) {
-    targets.push_back(logView_);
+  if (IsOneOf(command, kTreeCommands)) {
+    return {treeView_};
   }
-  targets.insert(targets.end(), {activeView_, panels_.get(), navigator_.get(), &commands_,
-                                 &windowCommands_, &parts_.application});
-  return targets;
+  if (IsOneOf(command, kLogCommands)) {
+    return {logView_};
+  }
+  return {activeView_, panels_.get(),    navigator_.get(),   answers_.get(),
+          &commands_,  &windowCommands_, &parts_.application};
 }
 
 CommandState CMainFrame::RoutedState(Command command) {

@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "document/job_monitor.h"
+#include "ui/answer/answer_keeper.h"
+#include "ui/answer_panels.h"
 #include "ui/commands/command_actions.h"
 #include "ui/commands/command_target.h"
 #include "ui/commands/frame_operations.h"
@@ -58,6 +60,7 @@ class CMainFrame : public QMainWindow, public FrameOperations, public View {
   CStkListView& ListView() { return *listView_; }
   CStkLogView& GetLogView() { return *logView_; }
   FunctionPanels& Panels() { return *panels_; }
+  AnswerPanels& Answers() { return *answers_; }
   const CommandActions& Actions() const { return actions_; }
 
  protected:
@@ -104,6 +107,8 @@ class CMainFrame : public QMainWindow, public FrameOperations, public View {
   CommandTarget* activeView_ = nullptr;
   std::unique_ptr<FunctionPanels> panels_;  // once the views are there
   std::unique_ptr<Navigator> navigator_;    // likewise
+  AnswerKeeper keeper_;
+  std::unique_ptr<AnswerPanels> answers_;
   AnalysisNotes notes_;
   StackNotes stackNotes_;
   StkJobMonitor monitor_;

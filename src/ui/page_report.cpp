@@ -9,29 +9,11 @@
 #include "reports/page_output.h"
 #include "reports/result_file.h"
 #include "reports/take_result.h"
+#include "ui/analysis_inputs.h"
 
 namespace velkor::ui {
 
 namespace {
-
-reports::AnalysisInputs InputsOf(CStkDoc& document) {
-  reports::AnalysisInputs inputs;
-  const std::vector<ModuleOutcome>& outcomes = document.ModuleOutcomes();
-  for (size_t i = 0; i < outcomes.size(); ++i) {
-    const std::string& module = document.Input()->Modules()[i];
-    switch (outcomes[i]) {
-      case ModuleOutcome::kRead:
-        ++inputs.read;
-        break;
-      case ModuleOutcome::kMissing:
-        inputs.missing.push_back(module);
-        break;
-      default:
-        inputs.notWhole.push_back(module);
-    }
-  }
-  return inputs;
-}
 
 std::vector<StkNote> NotesOf(UiContext& context, const StkBounds& bounds) {
   std::vector<StkNote> notes = context.document.InputNotes();

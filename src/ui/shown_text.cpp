@@ -24,8 +24,11 @@ std::string CutToRow(std::string text, const CodePage& codePage) {
 }
 
 QString ForScreen(std::string_view bytes, const CodePage& codePage) {
-  const std::string utf8 = codePage.ToUtf8(bytes);
-  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
+  return FromUtf8(codePage.ToUtf8(bytes));
+}
+
+QString FromUtf8(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 }  // namespace velkor::ui

@@ -16,6 +16,9 @@ std::string RowName(const StkFunction& function, const CodePage& codePage);
 // character, and "...".
 std::string CutToRow(std::string text, const CodePage& codePage);
 
+// Of a text that reports made.
+QString FromUtf8(std::string_view text);
+
 // For the screen; undecodable bytes show as U+FFFD.
 QString ForScreen(std::string_view bytes, const CodePage& codePage);
 

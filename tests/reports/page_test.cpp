@@ -1,10 +1,9 @@
 #include <gtest/gtest.h>
 #include <regex>
 
-#include "core/bound_arithmetic.h"
 #include "reports/analysis.h"
 #include "reports/html_text.h"
-#include "reports/icicle.h"
+#include "reports/icicle_svg.h"
 #include "reports/page_output.h"
 
 namespace velkor::reports {
@@ -19,35 +18,51 @@ std::string Page(Analysis& analysis) {
   });
 }
 
-IcicleColumn ColumnOf(const AnalysisResult& result, uint32_t function,
-                      std::optional<uint64_t> stackSize = std::nullopt) {
-  const IcicleEntry entry{std::span(&function, 1), stackSize};
-  const Icicle icicle = LayOutIcicle(result, std::span(&entry, 1));
-  for (const IcicleBox& box : icicle.columns[0].boxes) {
-    EXPECT_LE(box.top + box.height, icicle.height);
+// The picture of one number.
+struct Drawn {
+  Drawn(const AnalysisResult& result, uint32_t function,
+        std::optional<uint64_t> stackSize = std::nullopt)
+      : icicle(Take(result, function, stackSize)), layout(result, icicle), boxes(layout.Boxes(0)) {
+    double bottom = layout.TopOf(0);
+    for (const IcicleBox& box : boxes) {
+      EXPECT_DOUBLE_EQ(box.top, bottom);
+      bottom = box.top + box.height;
+    }
+    EXPECT_LE(bottom, layout.Height());
   }
-  return icicle.columns[0];
-}
+  static Icicle Take(const AnalysisResult& result, uint32_t function,
+                     std::optional<uint64_t> stackSize) {
+    const IcicleEntry entry{.functions = std::span(&function, 1), .stackSize = stackSize};
+    return TakeIcicle(result, std::span(&entry, 1));
+  }
+  uint64_t Bytes() const {
+    uint64_t bytes = 0;
+    for (const IcicleBox& box : boxes) {
+      bytes += box.bytes;
+    }
+    return bytes;
+  }
 
-uint64_t BytesOf(const IcicleColumn& column) {
-  uint64_t bytes = 0;
-  for (const IcicleBox& box : column.boxes) {
-    bytes = AddBounded(bytes, box.bytes);
-  }
-  return bytes;
-}
+  Icicle icicle;
+  IcicleLayout layout;
+  std::vector<IcicleBox> boxes;
+};
 
 TEST(Icicle, BoxesHangBelowEachOtherAsHighAsTheirBytes) {
   Analysis analysis("main 100 -> a\na 200 -> b\nb 100 -> x\n? x\n");
   const AnalysisResult result = analysis.Result();
-  const IcicleColumn column = ColumnOf(result, 0, 800);
-  EXPECT_EQ(BytesOf(column), result.functions[0].known);
-  ASSERT_EQ(column.boxes.size(), 4U);
-  EXPECT_DOUBLE_EQ(column.boxes[1].height, 2 * column.boxes[0].height);
-  EXPECT_DOUBLE_EQ(column.boxes[1].top, column.boxes[0].top + column.boxes[0].height);
-  EXPECT_EQ(column.boxes[3].kind, IcicleKind::kMissing);
-  EXPECT_EQ(column.boxes[3].text, "not known: unknown: [x]");
-  EXPECT_DOUBLE_EQ(*column.stackLine - column.boxes[0].top, 8 * column.boxes[0].height);
+  const Drawn drawn(result, 0, 800);
+  EXPECT_EQ(drawn.Bytes(), result.functions[0].known);
+  ASSERT_EQ(drawn.boxes.size(), 4U);
+  EXPECT_DOUBLE_EQ(drawn.boxes[1].height, 2 * drawn.boxes[0].height);
+  EXPECT_EQ(drawn.boxes[3].kind, IcicleKind::kMissing);
+  EXPECT_EQ(drawn.layout.Text(0, drawn.boxes[3]), "not known: unknown: [x]");
+  EXPECT_DOUBLE_EQ(*drawn.layout.StackLine(0) - drawn.boxes[0].top, 8 * drawn.boxes[0].height);
+  const std::string file =
+      Written([&](ResultOutput& output) { WriteIcicleFile(drawn.layout, output); });
+  EXPECT_NE(file.find(">200 a</text>"), std::string::npos);
+  EXPECT_NE(file.find("class=\"stack\""), std::string::npos);
+  EXPECT_EQ(file.find("var("), std::string::npos) << "not every drawing program knows it";
 }
 
 // A group is one box with its activations; what is too small for a box shares one.
@@ -60,13 +75,25 @@ TEST(Icicle, GroupsAndSmallFunctionsAreOneBoxEach) {
   analysis.Adjust(analysis.graph["a"], kNoMargin, 4);
   analysis.Compute();
   const AnalysisResult result = analysis.Result();
-  const IcicleColumn column = ColumnOf(result, 0);
-  EXPECT_EQ(BytesOf(column), 1000U + 4 * 150 + 30 + 500);
-  ASSERT_EQ(column.boxes.size(), 4U);
-  EXPECT_EQ(column.boxes[1].kind, IcicleKind::kRecursion);
-  EXPECT_EQ(column.boxes[1].lines, std::vector<std::string>{"600 ×4 a"});
-  EXPECT_EQ(column.boxes[2].kind, IcicleKind::kSmall);
-  EXPECT_EQ(column.boxes[2].lines, std::vector<std::string>{"30 30 functions"});
+  const Drawn drawn(result, 0);
+  const std::vector<IcicleBox>& boxes = drawn.boxes;
+  EXPECT_EQ(drawn.Bytes(), 1000U + 4 * 150 + 30 + 500);
+  ASSERT_EQ(boxes.size(), 4U);
+  EXPECT_EQ(boxes[1].kind, IcicleKind::kRecursion);
+  EXPECT_EQ(drawn.layout.Lines(0, boxes[1]), std::vector<std::string>{"600 ×4 a"});
+  EXPECT_EQ(boxes[2].kind, IcicleKind::kSmall);
+  EXPECT_EQ(drawn.layout.Lines(0, boxes[2]), std::vector<std::string>{"30 30 functions"});
+
+  // Looked at through a window, each box is the one of the whole.
+  const double inside = boxes[2].top + boxes[2].height / 2;
+  const auto seen = drawn.layout.BoxesBetween(0, inside, inside + 1);
+  ASSERT_EQ(seen.size(), 1U);
+  EXPECT_DOUBLE_EQ(seen[0].top, boxes[2].top);
+  EXPECT_EQ(seen[0].count, 30U);
+
+  // Each is on its own where there is room for it.
+  const IcicleLayout larger(result, drawn.icicle, {.boxesHeight = 100000});
+  EXPECT_EQ(larger.Boxes(0).size(), 33U);
 }
 
 TEST(Page, ShowsNamesAndObeysNone) {

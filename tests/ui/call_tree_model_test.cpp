@@ -6,6 +6,7 @@
 
 #include "support/computed_graph.h"
 #include "ui/views/function_icons.h"
+#include "ui/views/name_delegate.h"
 
 namespace velkor::ui {
 namespace {
@@ -80,6 +81,23 @@ TEST_F(CallTree, ShowsCalleesThenExtraCalleesWithKindsAndMaximumMarks) {
   graph.Adjust("target", 100);
   model->RefreshMarks();
   EXPECT_EQ(Text(), "main&:0+[also:4 big:4 f:4 [memcpy]:1 [x]:3 target:0] lone.c#lone:4");
+}
+
+TEST_F(CallTree, OrdersEachLevelBySizeAndFindsTheMaximumChain) {
+  ComputedGraph graph("a 1\nmain 5 -> b c d\nb 10\nc 30 -> e\nd 30\ne 1\nz 1");
+  Show(graph);
+  model->SetOrder(TreeOrder::kSize);
+  model->SetBehindName(
+      [](const StkFunction& function) { return QString::number(function.totalStackSize); });
+  model->Fill(graph.roots.Functions());
+  Open({0});
+  EXPECT_EQ(Text(), "main:0+[c:0+ d:4 b:4] a:4 z:4");
+  EXPECT_EQ(Open({0}).data(NameDelegate::kBehindNameRole).toString(), "36");
+  EXPECT_EQ(model->RowOf(graph["z"]), 2);
+  EXPECT_EQ(model->RowOf(graph["b"]), -1) << "not of the top level";
+  EXPECT_EQ(model->MaximumChild(Open({0})), 0);
+  EXPECT_EQ(model->ChildOf(Open({0}), graph["b"]), 2);
+  EXPECT_EQ(model->MaximumChild(Open({1})), -1) << "nothing below";
 }
 
 TEST_F(CallTree, TouchesNoFunctionWhileAJobChangesThem) {

@@ -3,6 +3,7 @@
 #include <QTest>
 
 #include "main_window.h"
+#include "ui/views/name_delegate.h"
 
 namespace velkor::ui {
 namespace {
@@ -84,6 +85,27 @@ TEST_F(CallTreeView, MarksFollowAnAdjustmentAndBranchesStayOpen) {
   EXPECT_TRUE(Document().CancelAllAdjustments());
   Finish();
   EXPECT_EQ(TreeText(), "main <\n  a\n  b\n    c\n  spin*\nother\ng\n");
+}
+
+// main calls a and b, which take as much; b is the second.
+TEST_F(CallTreeView, OpensTheMaximumChainAndOrdersBySize) {
+  StartAndFinish();
+  Choose(Command::kTreeBySize);
+  EXPECT_EQ(TreeText(), "main <\nother\ng\n");
+  Choose(Command::kOpenMaximumChain);
+  EXPECT_TRUE(WaitUntil([this] { return TreeText().find("    c\n") != std::string::npos; }));
+  EXPECT_EQ(TreeText(), "main <\n  a\n    c\n  b\n  spin*\nother\ng\n");
+  Choose(Command::kTreeByModule);
+  EXPECT_EQ(TreeText(), "main <\n  a\n    c\n  b\n  spin*\nother\ng\n") << "all stays open";
+
+  const auto behind = [this](const QString& name) {
+    return Node(name).data(NameDelegate::kBehindNameRole).toString();
+  };
+  EXPECT_EQ(behind("a"), "25");
+  EXPECT_EQ(behind("spin*"), "≥3") << "a recursion without a depth";
+  EXPECT_EQ(behind("main"), "≥35");
+  Choose(Command::kShowTotals);
+  EXPECT_EQ(behind("a"), "");
 }
 
 TEST_F(CallTreeView, TheViewWithTheFocusIsTheTarget) {

@@ -15,8 +15,12 @@ class FunctionList : public ::testing::Test {
  protected:
   void Show(ComputedGraph& graph, std::string_view cName, bool repeated = false) {
     model = std::make_unique<FunctionListModel>(
-        graph.codePage, std::array<QString, 5>{"a", "b", "c", "d", "e"},
-        KindDescriptions{"max", "lib", "ring", "?", "known"});
+        graph.codePage, std::array<QString, 7>{"a", "b", "c", "d", "e", "f", "g"},
+        KindDescriptions{"max", "lib", "ring", "?", "known"}, [](const StkFunction& function) {
+          const uint32_t missing = function.IsUnknown() ? 1 : 0;
+          return FunctionListModel::Need{QString::number(function.frameSize),
+                                         missing ? "open" : "", function.frameSize, missing};
+        });
     new QAbstractItemModelTester(model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal,
                                  model.get());
     model->Fill({&graph[cName], true, repeated}, kSizeLimit, {}, false);
@@ -50,15 +54,15 @@ TEST_F(FunctionList, ShowsTheFunctionItsCalleesAndItsExtraCallees) {
   graph.Adjust("self", 1, 3);
   Show(graph, "main");
   EXPECT_EQ(Text(),
-            "max|main&|60|10||C:\\p\\main.c\n"
-            " max|also|50|50||C:\\p\\also.c\n"
-            " max|big|50|50||C:\\p\\big.c\n"
-            " lib|[lib]|8|?|8|\n"
-            " lib|self*|18|5|1 *3|C:\\p\\self.c\n"
-            " ?|[x]|?|?||\n"
-            " known|target|7|7||C:\\p\\target.c\n");
+            "max|main&|60|10||C:\\p\\main.c|10|\n"
+            " max|also|50|50||C:\\p\\also.c|50|\n"
+            " max|big|50|50||C:\\p\\big.c|50|\n"
+            " lib|[lib]|8|?|8||0|\n"
+            " lib|self*|18|5|1 *3|C:\\p\\self.c|5|\n"
+            " ?|[x]|?|?|||0|open\n"
+            " known|target|7|7||C:\\p\\target.c|7|\n");
   Show(graph, "self", true);
-  EXPECT_EQ(Text(), "max|self*|18|5|1 *3|C:\\p\\self.c\n") << "a repeated node shows itself only";
+  EXPECT_EQ(Text(), "max|self*|18|5|1 *3|C:\\p\\self.c|5|\n") << "a repeated node shows itself only";
 
   Show(graph, "main");
   const QPersistentModelIndex self = model->index(4, 0);
@@ -68,6 +72,10 @@ TEST_F(FunctionList, ShowsTheFunctionItsCalleesAndItsExtraCallees) {
   EXPECT_EQ(self.data().toString(), "self*");
   EXPECT_EQ(lib.data().toString(), "[lib]");
   EXPECT_EQ(model->FunctionAt(self.row()), &graph["self"]);
+  model->Sort(SortKey::kMark, true);
+  EXPECT_EQ(model->FunctionAt(1), &graph["x"]) << "what misses something";
+  model->Sort(SortKey::kBound, true);
+  EXPECT_EQ(model->FunctionAt(1), &graph["big"]);
   graph.Adjust("x", 900);
   EXPECT_EQ(Text().find("900"), std::string::npos) << "the values of when it was filled";
 }

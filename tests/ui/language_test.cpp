@@ -39,7 +39,7 @@ std::map<uint32_t, std::string> Texts(const std::string& file) {
 
 // The code, the arguments in the order in which they are taken, and whatever else both sets need.
 std::string Shape(const std::string& text) {
-  static const std::regex parts(R"(^[EIW]\d{4} |%(\.0)?s|%lu|%c|%|\\n|&|\||\.\.\.$)");
+  static const std::regex parts(R"(^[EIW]\d{4} |%(\.0)?s|%lu|%c|%|\{\}|\\n|&|\||\.\.\.$)");
   std::string taken;
   std::string rest;
   for (std::sregex_iterator i(text.begin(), text.end(), parts), end; i != end; ++i) {

@@ -26,6 +26,7 @@ class PreparedDialogs : public FileDialogs {
   std::optional<std::string> SpecFileToSave(UiContext&, QWidget*) override { return Next(); }
   std::optional<std::string> ReportToSave(UiContext&, QWidget*) override { return Next(); }
   std::optional<std::string> PageToSave(UiContext&, QWidget*) override { return Next(); }
+  std::optional<std::string> PictureToSave(UiContext&, QWidget*) override { return Next(); }
 
   std::deque<std::optional<std::string>> answers;
 

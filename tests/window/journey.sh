@@ -11,7 +11,7 @@ trap 'trap - ERR; echo "lines ${BASH_LINENO[*]}: $BASH_COMMAND, before the windo
 
 # All that is awaited has to have come by then.
 readonly kEnd=$((SECONDS + 600))
-readonly kTree=170x500+5+80 kList=780x250+215+80
+readonly kTree=170x230+5+330 kList=780x150+215+330
 readonly kMain="app.prj - velkor" kBox="velkor"
 
 is_patient() { ((SECONDS < kEnd)); }
@@ -89,7 +89,7 @@ open_project() {
 select_expand_and_sort() {
   local before
   before=$(steady "$kList")
-  xdotool getactivewindow mousemove --window %1 100 140 click 1
+  xdotool getactivewindow mousemove --window %1 100 380 click 1
   await changed "$kList" "$before"
   select_function "lua.c#pm"
   before=$(steady "$kTree")

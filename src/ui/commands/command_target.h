@@ -8,7 +8,7 @@ namespace velkor::ui {
 
 struct CommandState {
   bool enabled = false;
-  bool radioMark = false;  // the item is the chosen one of its group
+  bool radioMark = false;  // the item is the chosen one of its group, or what it names is shown
 };
 
 // An object on the way of a command: the active view, the main frame, the application. The first

@@ -46,6 +46,15 @@ enum class Command : uint32_t {
   kProjectOptions = 32827,
   kNextPane = 32828,
   kPreviousPane = 32829,
+  kShowTotals = 32800,
+  kTreeByModule = 32801,
+  kTreeBySize = 32802,
+  kOpenMaximumChain = 32803,
+  kShowBoundColumn = 32804,
+  kShowMarkColumn = 32805,
+  kShowSummary = 32806,
+  kShowPicture = 32807,
+  kSavePicture = 32808,
   kClearLog = 57633,
   kCopy = 57634,
   kAbout = 57664,
@@ -55,8 +64,9 @@ enum class Command : uint32_t {
 
 // Texts of the window beside prompts and messages, by their catalogue keys:
 //   kMenuTextKey + command          menu item, with "&" mnemonics and "%s" for the product name
-//   kMenuTextKey + 1 to 4           the menus File, View, Option, Help; + 5 the submenu "Sort &List
-//   by"; + 11 the menu Search; + 12 the submenu of the log; + 13 that of the recent inputs
+//   kMenuTextKey + 1 to 4           the menus File, View, Option, Help; + 5 and 6 the submenus "Sort
+//   &List by" and "&Order Tree by"; + 11 the menu Search; + 12 the submenu of the log; + 13 that of
+//   the recent inputs
 //   kDialogTextKey * dialog + item  texts of a dialog's item; item 0 is the title
 constexpr uint32_t kMenuTextKey = 1000000;
 constexpr uint32_t kDialogTextKey = 100000;

@@ -17,6 +17,13 @@ constexpr Command kSortCommands[] = {Command::kSortByName,   Command::kSortByIco
 constexpr Command kLogCommands[] = {Command::kLogAll, Command::kLogNotes, Command::kLogWarnings};
 constexpr uint32_t kSortMenuText = kMenuTextKey + 5;
 
+// How the tree is ordered, and what of the window is shown: those that bear a mark.
+constexpr Command kTreeOrderCommands[] = {Command::kTreeByModule, Command::kTreeBySize};
+constexpr uint32_t kTreeOrderMenuText = kMenuTextKey + 6;
+constexpr Command kShowCommands[] = {Command::kShowTotals, Command::kShowBoundColumn,
+                                     Command::kShowMarkColumn, Command::kShowSummary,
+                                     Command::kShowPicture};
+
 using CommandStateQuery = std::function<CommandState(Command)>;
 using CommandAction = std::function<void(Command)>;
 

@@ -14,6 +14,7 @@ namespace {
 constexpr uint32_t kSpecFileFilter = 35006;
 constexpr uint32_t kReportFilter = 35007;
 constexpr uint32_t kPageFilter = 35008;
+constexpr uint32_t kPictureFilter = 35009;
 // One text of several, one a line; the fourth is the name of the filter, the fifth its extension.
 constexpr uint32_t kProjectType = 128;
 constexpr int kFilterLine = 3;
@@ -68,6 +69,13 @@ std::optional<std::string> WindowFileDialogs::ReportToSave(UiContext& context, Q
 std::optional<std::string> WindowFileDialogs::PageToSave(UiContext& context, QWidget* parent) {
   CFileSaveDlg dialog(context, parent);
   dialog.SetFilter(context.Text(kPageFilter));
+  return Ask(dialog, context);
+}
+
+std::optional<std::string> WindowFileDialogs::PictureToSave(UiContext& context, QWidget* parent) {
+  CFileSaveDlg dialog(context, parent);
+  dialog.SetFilter(context.Text(kPictureFilter));
+  dialog.setDefaultSuffix("svg");
   return Ask(dialog, context);
 }
 

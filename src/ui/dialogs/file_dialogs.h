@@ -19,6 +19,7 @@ class FileDialogs {
   virtual std::optional<std::string> SpecFileToSave(UiContext& context, QWidget* parent) = 0;
   virtual std::optional<std::string> ReportToSave(UiContext& context, QWidget* parent) = 0;
   virtual std::optional<std::string> PageToSave(UiContext& context, QWidget* parent) = 0;
+  virtual std::optional<std::string> PictureToSave(UiContext& context, QWidget* parent) = 0;
 };
 
 class CFileDialogEx;
@@ -33,6 +34,7 @@ class WindowFileDialogs : public FileDialogs {
   std::optional<std::string> SpecFileToSave(UiContext& context, QWidget* parent) override;
   std::optional<std::string> ReportToSave(UiContext& context, QWidget* parent) override;
   std::optional<std::string> PageToSave(UiContext& context, QWidget* parent) override;
+  std::optional<std::string> PictureToSave(UiContext& context, QWidget* parent) override;
 
  private:
   std::optional<std::string> Ask(CFileDialogEx& dialog, UiContext& context);

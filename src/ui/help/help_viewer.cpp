@@ -56,10 +56,6 @@ std::optional<std::string> ReadPage(const std::string& path, FileSystem& files) 
   return page;
 }
 
-QString FromUtf8(std::string_view text) {
-  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 }  // namespace
 
 // Finds every page, also those that a page refers to: in the folder of the language beside the

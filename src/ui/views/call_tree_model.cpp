@@ -1,5 +1,7 @@
 #include "ui/views/call_tree_model.h"
 
+#include <algorithm>
+#include <functional>
 #include <unordered_set>
 
 #include "core/function_text.h"
@@ -7,6 +9,7 @@
 #include "ui/views/function_cells.h"
 #include "ui/views/function_icons.h"
 #include "ui/views/largest_total.h"
+#include "ui/views/name_delegate.h"
 #include "ui/wait_cursor.h"
 
 namespace velkor::ui {
@@ -28,6 +31,11 @@ CallTreeModel::CallTreeModel(const CodePage& codePage, KindDescriptions kinds,
   for (size_t kind = 0; kind < icons_.size(); ++kind) {
     icons_[kind] = TreeIcon(static_cast<int>(kind));
   }
+}
+
+void CallTreeModel::SetBehindName(BehindName behindName) {
+  behindName_ = std::move(behindName);
+  shown_.clear();
 }
 
 void CallTreeModel::Clear() {
@@ -184,6 +192,7 @@ QVariant CallTreeModel::data(const QModelIndex& index, int role) const {
     return WholeName(FunctionOf(index), codePage_);
   }
   if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::DecorationRole &&
+                           role != NameDelegate::kBehindNameRole &&
                            role != Qt::AccessibleDescriptionRole)) {
     return {};
   }
@@ -203,9 +212,16 @@ QVariant CallTreeModel::data(const QModelIndex& index, int role) const {
   }
   const Looks& looks = shown->second;
   const auto icon = static_cast<size_t>(looks.icon);
-  return role == Qt::DisplayRole      ? QVariant(looks.text)
-         : role == Qt::DecorationRole ? QVariant(icons_[icon])
-                                      : QVariant(kinds_[icon]);
+  switch (role) {
+    case Qt::DisplayRole:
+      return looks.text;
+    case Qt::DecorationRole:
+      return icons_[icon];
+    case NameDelegate::kBehindNameRole:
+      return looks.behind;
+    default:
+      return looks.behind.isEmpty() ? kinds_[icon] : kinds_[icon] + ", " + looks.behind;
+  }
 }
 
 CallTreeModel::Node& CallTreeModel::NodeOf(const QModelIndex& index) {
@@ -216,11 +232,15 @@ QModelIndex CallTreeModel::IndexOf(const Node& node) const {
   return createIndex(node.row, 0, &node);
 }
 
-CallTreeModel::Level CallTreeModel::MakeLevel(Node* parent, StkFunctionSpan functions, StkFunctionSpan more) const {
-  const uint32_t largest = std::max(LargestTotal(functions), LargestTotal(more));
-  Level level(functions.size() + more.size());
+CallTreeModel::Level CallTreeModel::MakeLevel(Node* parent, StkFunctionSpan functions,
+                                              StkFunctionSpan more) const {
+  StkFunctionList all(functions.begin(), functions.end());
+  all.insert(all.end(), more.begin(), more.end());
+  const uint32_t largest = LargestTotal(all);
+  Order(all);
+  Level level(all.size());
   for (size_t i = 0; i < level.size(); ++i) {
-    StkFunction* function = i < functions.size() ? functions[i] : more[i - functions.size()];
+    StkFunction* function = all[i];
     level[i].record.function = function;
     level[i].record.onMaximumChain = function->totalStackSize == largest;
     level[i].parent = parent;
@@ -228,6 +248,35 @@ CallTreeModel::Level CallTreeModel::MakeLevel(Node* parent, StkFunctionSpan func
     level[i].row = static_cast<int>(i);
   }
   return level;
+}
+
+void CallTreeModel::Order(StkFunctionList& functions) const {
+  if (order_ == TreeOrder::kSize) {
+    std::ranges::stable_sort(functions, std::greater(), &StkFunction::totalStackSize);
+  }
+}
+
+template <typename Holds>
+int CallTreeModel::FirstChild(const QModelIndex& node, Holds holds) const {
+  const uint32_t level = node.isValid() ? NodeOf(node).children : 0;
+  if (levels_.empty() || (node.isValid() && level == kNoLevel)) {
+    return -1;
+  }
+  const auto found = std::ranges::find_if(levels_[level], holds);
+  return found == levels_[level].end() ? -1 : found->row;
+}
+
+int CallTreeModel::RowOf(const StkFunction& root) const {
+  return ChildOf({}, root);
+}
+
+int CallTreeModel::MaximumChild(const QModelIndex& node) const {
+  return FirstChild(node, [](const Node& child) { return child.record.onMaximumChain; });
+}
+
+int CallTreeModel::ChildOf(const QModelIndex& node, const StkFunction& function) const {
+  return FirstChild(node,
+                    [&function](const Node& child) { return child.record.function == &function; });
 }
 
 void CallTreeModel::AddTopLevel(const StkFunctionList& roots) {
@@ -262,6 +311,7 @@ bool CallTreeModel::HasChildren(const Node& node) const {
 CallTreeModel::Looks CallTreeModel::LooksOf(const Node& node) const {
   const NodeRecord& record = node.record;
   return {ForScreen(RowName(*record.function, codePage_), codePage_),
+          behindName_ ? behindName_(*record.function) : QString(),
           IconIndex(*record.function, record.onMaximumChain),
           node.children != kNoLevel || HasChildren(node)};
 }

@@ -13,6 +13,12 @@
 
 namespace velkor::ui {
 
+// How the nodes of one level follow each other.
+enum class TreeOrder {
+  kModule,  // as the lists of the analysis have them: by module at the top, else by name
+  kSize,    // the largest total first, equal ones as above
+};
+
 // The call graph as a tree: the top-level functions, under each node the functions that its
 // function calls. Nodes are made a level at a time, when their parent is first expanded; a
 // recursive function that stands on one of its own ancestors has no children, which closes every
@@ -24,6 +30,12 @@ class CallTreeModel : public QAbstractItemModel {
   // isBusy: whether a job is changing the functions. Meanwhile no function is touched: no node is
   // made, and nodes that were shown before keep their looks.
   CallTreeModel(const CodePage& codePage, KindDescriptions kinds, std::function<bool()> isBusy);
+
+  // What stands behind the name of a function (NameDelegate); none: nothing does.
+  using BehindName = std::function<QString(const StkFunction&)>;
+  void SetBehindName(BehindName behindName);
+  // Of the levels that are made from now on.
+  void SetOrder(TreeOrder order) { order_ = order; }
 
   void Clear();
   void Fill(const StkFunctionList& roots);
@@ -39,6 +51,13 @@ class CallTreeModel : public QAbstractItemModel {
   };
   // A new tree with the nodes that the saved paths need.
   Restored Rebuild(const StkFunctionList& roots, const CallTreePaths& saved);
+
+  // Of the top level, or -1.
+  int RowOf(const StkFunction& root) const;
+  // Below a node whose children are made: the row of the first that is on the maximum chain, or
+  // that is the function; -1: there is none.
+  int MaximumChild(const QModelIndex& node) const;
+  int ChildOf(const QModelIndex& node, const StkFunction& function) const;
 
   // With its repeated mark as it is now. Stays valid as long as the node.
   const NodeRecord& RecordOf(const QModelIndex& index) const;
@@ -69,6 +88,7 @@ class CallTreeModel : public QAbstractItemModel {
   using Level = std::vector<Node>;
   struct Looks {
     QString text;
+    QString behind;
     int icon = 0;
     bool hasChildren = false;
   };
@@ -76,6 +96,9 @@ class CallTreeModel : public QAbstractItemModel {
   static Node& NodeOf(const QModelIndex& index);
   QModelIndex IndexOf(const Node& node) const;
   Level MakeLevel(Node* parent, StkFunctionSpan functions, StkFunctionSpan more) const;
+  void Order(StkFunctionList& functions) const;
+  template <typename Holds>
+  int FirstChild(const QModelIndex& node, Holds holds) const;
   void AddTopLevel(const StkFunctionList& roots);
   void AddChildren(Node& node);
   bool IsRepeated(const Node& node) const;
@@ -86,6 +109,8 @@ class CallTreeModel : public QAbstractItemModel {
   const CodePage& codePage_;
   KindDescriptions kinds_;
   std::function<bool()> isBusy_;
+  BehindName behindName_;
+  TreeOrder order_ = TreeOrder::kModule;
   std::array<QIcon, 5> icons_;
   std::vector<Level> levels_;  // the top level first, every level after that of its parent
   mutable std::unordered_map<const Node*, Looks> shown_;  // for when the functions are busy

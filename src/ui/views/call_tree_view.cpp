@@ -10,8 +10,8 @@
 #include "ui/commands/function_commands.h"
 #include "ui/views/accessible_texts.h"
 #include "ui/views/branch_lines.h"
-#include "ui/views/call_tree_model.h"
 #include "ui/views/function_icons.h"
+#include "ui/views/name_delegate.h"
 #include "ui/wait_cursor.h"
 
 namespace velkor::ui {
@@ -32,7 +32,9 @@ CStkTreeView::CStkTreeView(UiContext& context, FrameOperations& frame, QWidget* 
       context_(context),
       frame_(frame),
       model_(new CallTreeModel(context.host.codePage, KindsFrom(context),
-                               [this] { return IsBusy(); })) {
+                               [this] { return IsBusy(); })),
+      opening_(new ChainOpening(*this)),
+      needs_(context) {
   model_->setParent(this);
   SetUp();
   context_.document.AddView(*this);
@@ -44,6 +46,8 @@ CStkTreeView::~CStkTreeView() {
 
 void CStkTreeView::SetUp() {
   setModel(model_);
+  setItemDelegate(new NameDelegate(this));
+  ShowTotals(totalsShown_);
   setHeaderHidden(true);
   setUniformRowHeights(true);
   setSelectionMode(SingleSelection);
@@ -56,7 +60,7 @@ void CStkTreeView::SetUp() {
   connect(this, &QTreeView::collapsed, this,
           [this](const QModelIndex& index) { SelectVisibleAncestor(index); });
   connect(this, &QTreeView::expanded, this, [this](const QModelIndex& index) {
-    if (!rebuilding_) {
+    if (!rebuilding_ && !opening_->IsRunning()) {
       ScrollToChildren(index);
       GrowColumn();
     }
@@ -111,6 +115,9 @@ bool CStkTreeView::ShowWay(const StkFunctionList& way) {
 
 void CStkTreeView::OnUpdate(ViewHint hint) {
   const WaitCursor waiting;
+  if (hint == HINT_CLEAR || hint == HINT_RESULTS || hint == HINT_STRUCTURE) {
+    opening_->Stop();
+  }
   switch (hint) {
     case HINT_CLEAR:
       return Clear();
@@ -127,10 +134,17 @@ void CStkTreeView::OnUpdate(ViewHint hint) {
 }
 
 std::optional<CommandState> CStkTreeView::StateOf(Command command) {
+  if (const std::optional<CommandState> state = StateOfTree(command)) {
+    return state;
+  }
   return FunctionCommandState(command, TakeTarget(), context_.document);
 }
 
 void CStkTreeView::Execute(Command command) {
+  if (StateOfTree(command)) {
+    ExecuteOfTree(command);
+    return;
+  }
   ExecuteFunctionCommand(command, TakeTarget(), frame_);
 }
 
@@ -242,9 +256,9 @@ void CStkTreeView::Fill() {
   const bool wasSelected = SelectedIndex().isValid();
   header()->setMinimumSectionSize(0);
   model_->Fill(Roots());
-  const QModelIndex first = model_->index(0, 0);
-  if (first.isValid()) {
-    Select(first);
+  const QModelIndex largest = LargestEntry();
+  if (largest.isValid()) {
+    Select(largest);
     AnnounceSelection();
   } else if (wasSelected) {
     AnnounceSelection();

@@ -4,20 +4,23 @@
 #include <QTimer>
 #include <QTreeView>
 #include <optional>
+#include <vector>
 
 #include "document/document.h"
 #include "ui/commands/command_target.h"
 #include "ui/commands/frame_operations.h"
 #include "ui/ui_context.h"
+#include "ui/views/call_tree_model.h"
+#include "ui/views/chain_opening.h"
+#include "ui/views/need_text.h"
 #include "ui/views/node_record.h"
 
 namespace velkor::ui {
 
-class CallTreeModel;
-
 // The call graph below the top-level functions of the document. Its selection drives the function
 // list: every change sets the document's current selection and then tells all other views with
-// HINT_SELECTION. A right click selects nothing, but the command chosen from its menu acts on the
+// HINT_SELECTION. Behind the names stand totals, and what of the bounds they do not say. After an
+// analysis the entry that takes the most is selected. A right click selects nothing, but the command chosen from its menu acts on the
 // node under the pointer, which looks selected as long as the menu is open. Told of the document's
 // changes from its creation to its destruction.
 class CStkTreeView : public QTreeView, public View, public CommandTarget {
@@ -34,6 +37,10 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
   // such node, or it stands deeper than kDeepest.
   bool ShowWay(const StkFunctionList& way);
   static constexpr size_t kDeepest = 4096;
+  // Selects a node for the function. Of the top level; or below it, along a path of callees from
+  // there, which is opened as far as the tree has it. Nothing while a job has the functions.
+  void ShowEntry(const StkFunction& function);
+  void ShowPath(std::vector<const StkFunction*> path);
 
   void OnUpdate(ViewHint hint) override;
   // Both take the target: after either, the node of the last right click is forgotten.
@@ -64,6 +71,14 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
   void Fill();
   void RefreshMarks();
   void Rebuild();
+  QModelIndex LargestEntry() const;
+  QString BehindName(const StkFunction& function) const;
+  std::optional<CommandState> StateOfTree(Command command) const;
+  void ExecuteOfTree(Command command);
+  void ShowTotals(bool shown);
+  void SetOrder(TreeOrder order);
+  void OpenMaximumChain();
+  void ScrollToChain(const QModelIndex& first, const QModelIndex& last);
   void Select(const QModelIndex& index);
   void AnnounceSelection();
   void SelectVisibleAncestor(const QModelIndex& collapsed);
@@ -75,7 +90,11 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
 
   UiContext& context_;
   FrameOperations& frame_;
-  CallTreeModel* model_;  // owned by the Qt parent
+  CallTreeModel* model_;   // owned by the Qt parent, as is the next
+  ChainOpening* opening_;
+  NeedTexts needs_;
+  TreeOrder order_ = TreeOrder::kModule;
+  bool totalsShown_ = true;
   QPersistentModelIndex rightClickNode_;
   QPersistentModelIndex menuNode_;  // of the menu that is open
   bool rebuilding_ = false;         // selections on the way are not announced

@@ -16,10 +16,11 @@ constexpr int kKindCount = 5;
 
 FunctionListModel::FunctionListModel(const CodePage& codePage,
                                      std::array<QString, kColumnCount> headers,
-                                     KindDescriptions kinds)
+                                     KindDescriptions kinds, NeedOf needOf)
     : codePage_(codePage),
       headers_(std::move(headers)),
       kinds_(std::move(kinds)),
+      needOf_(std::move(needOf)),
       icons_(kCalleeRow + kKindCount) {
   for (int kind = 0; kind < kKindCount; ++kind) {
     icons_[static_cast<size_t>(kind)] = ListIcon(kind);
@@ -91,9 +92,7 @@ QVariant FunctionListModel::data(const QModelIndex& index, int role) const {
   const int icon = sortValues_[row].icon;
   switch (role) {
     case Qt::DisplayRole:
-      return ForScreen(index.column() == kFunction ? CutToRow(rows_[row].name, codePage_)
-                                                   : std::string(Text(row, index.column())),
-                       codePage_);
+      return Text(row, index.column());
     case Qt::ToolTipRole:
       return index.column() == kFunction ? QVariant(ForScreen(rows_[row].name, codePage_))
                                          : data(index, Qt::DisplayRole);
@@ -117,7 +116,7 @@ QVariant FunctionListModel::headerData(int section, Qt::Orientation orientation,
     return headers_[static_cast<size_t>(section)];
   }
   if (role == Qt::TextAlignmentRole) {
-    const bool isText = section == kFunction || section == kFile;
+    const bool isText = section == kFunction || section == kFile || section == kMark;
     return QVariant(Qt::AlignVCenter | (isText ? Qt::AlignLeft : Qt::AlignRight));
   }
   return {};
@@ -125,8 +124,16 @@ QVariant FunctionListModel::headerData(int section, Qt::Orientation orientation,
 
 void FunctionListModel::Append(StkFunction& function, int icon, uint32_t sizeLimit) {
   rows_.push_back({&function, FunctionDisplayName(function, codePage_), TotalSizeText(function),
-                   FrameSizeText(function), AdjustmentInfoText(function, AdjustmentStyle::kList)});
+                   FrameSizeText(function), AdjustmentInfoText(function, AdjustmentStyle::kList),
+                   QString(), QString()});
   sortValues_.push_back(SortValuesOf(function, icon, sizeLimit));
+  if (needOf_) {
+    Need need = needOf_(function);
+    rows_.back().bound = std::move(need.bound);
+    rows_.back().mark = std::move(need.mark);
+    sortValues_.back().known = need.known;
+    sortValues_.back().missing = need.missing;
+  }
 }
 
 void FunctionListModel::Arrange(const std::vector<uint32_t>& positions) {
@@ -142,7 +149,20 @@ void FunctionListModel::Arrange(const std::vector<uint32_t>& positions) {
   sortValues_ = std::move(sortValues);
 }
 
-std::string_view FunctionListModel::Text(size_t row, int column) const {
+QString FunctionListModel::Text(size_t row, int column) const {
+  switch (column) {
+    case kFunction:
+      return ForScreen(CutToRow(rows_[row].name, codePage_), codePage_);
+    case kBound:
+      return rows_[row].bound;
+    case kMark:
+      return rows_[row].mark;
+    default:
+      return ForScreen(Bytes(row, column), codePage_);
+  }
+}
+
+std::string_view FunctionListModel::Bytes(size_t row, int column) const {
   switch (column) {
     case kFunction:
       return rows_[row].name;

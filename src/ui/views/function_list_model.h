@@ -3,6 +3,7 @@
 #include <QAbstractTableModel>
 #include <QIcon>
 #include <array>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -18,10 +19,19 @@ namespace velkor::ui {
 // it before they go. User-interface thread.
 class FunctionListModel : public QAbstractTableModel {
  public:
-  enum Column { kFunction, kTotal, kFrame, kMargin, kFile, kColumnCount };
+  enum Column { kFunction, kTotal, kFrame, kMargin, kFile, kBound, kMark, kColumnCount };
+
+  // What the columns kBound and kMark say of a function.
+  struct Need {
+    QString bound;
+    QString mark;
+    uint64_t known = 0;
+    uint32_t missing = 0;  // by this they are sorted
+  };
+  using NeedOf = std::function<Need(const StkFunction&)>;
 
   FunctionListModel(const CodePage& codePage, std::array<QString, kColumnCount> headers,
-                    KindDescriptions kinds);
+                    KindDescriptions kinds, NeedOf needOf = {});
 
   void Clear();
   // The function's row first; below it, unless the node is a repeated one, its callees, then its
@@ -45,15 +55,19 @@ class FunctionListModel : public QAbstractTableModel {
     std::string total;
     std::string frame;
     std::string margin;
+    QString bound;
+    QString mark;
   };
 
   void Append(StkFunction& function, int icon, uint32_t sizeLimit);
   void Arrange(const std::vector<uint32_t>& positions);
-  std::string_view Text(size_t row, int column) const;
+  QString Text(size_t row, int column) const;
+  std::string_view Bytes(size_t row, int column) const;
 
   const CodePage& codePage_;
   std::array<QString, kColumnCount> headers_;
   KindDescriptions kinds_;
+  NeedOf needOf_;
   std::vector<QIcon> icons_;  // by icon index
   std::vector<Row> rows_;
   std::vector<SortValues> sortValues_;  // of the rows

@@ -8,7 +8,6 @@
 #include "ui/views/accessible_texts.h"
 #include "ui/views/arrow_header.h"
 #include "ui/views/function_icons.h"
-#include "ui/views/function_list_model.h"
 #include "ui/views/row_selection.h"
 #include "ui/wait_cursor.h"
 
@@ -17,7 +16,8 @@ namespace velkor::ui {
 namespace {
 
 constexpr uint32_t kHeaderTextKey = 35000;
-constexpr int kColumnWidths[] = {100, 80, 80, 80, 300};
+constexpr uint32_t kBoundHeaderKey = kDialogTextKey * 510 + 11;  // the last two, one after the other
+constexpr int kColumnWidths[] = {100, 80, 80, 80, 300, 80, 160};
 // What the column of the paths gives up to that of the names where there is little room, down to
 // as many average characters.
 constexpr int kPathLength = 12;
@@ -42,14 +42,41 @@ std::optional<SortKey> SortKeyOf(Command command) {
   return std::nullopt;
 }
 
+struct ColumnKey {
+  int column;
+  SortKey key;
+};
+
+// A click on the header of a column sorts by its key.
+constexpr ColumnKey kColumnKeys[] = {
+    {FunctionListModel::kFunction, SortKey::kName}, {FunctionListModel::kTotal, SortKey::kTotal},
+    {FunctionListModel::kFrame, SortKey::kFrame},   {FunctionListModel::kMargin, SortKey::kMargin},
+    {FunctionListModel::kFile, SortKey::kFile},     {FunctionListModel::kBound, SortKey::kBound},
+    {FunctionListModel::kMark, SortKey::kMark},
+};
+
 int ArrowColumn(SortKey key) {
-  return key == SortKey::kIcon ? 0 : static_cast<int>(key);
+  const auto* const found = std::ranges::find(kColumnKeys, key, &ColumnKey::key);
+  return found == std::end(kColumnKeys) ? 0 : found->column;
+}
+
+std::optional<int> ShownColumnOf(Command command) {
+  switch (command) {
+    case Command::kShowBoundColumn:
+      return FunctionListModel::kBound;
+    case Command::kShowMarkColumn:
+      return FunctionListModel::kMark;
+    default:
+      return std::nullopt;
+  }
 }
 
 std::array<QString, FunctionListModel::kColumnCount> Headers(const UiContext& context) {
   std::array<QString, FunctionListModel::kColumnCount> headers;
-  for (size_t column = 0; column < headers.size(); ++column) {
-    headers[column] = context.Text(kHeaderTextKey + static_cast<uint32_t>(column));
+  for (uint32_t column = 0; column < headers.size(); ++column) {
+    headers[column] = context.Text(column < FunctionListModel::kBound
+                                       ? kHeaderTextKey + column
+                                       : kBoundHeaderKey + column - FunctionListModel::kBound);
   }
   return headers;
 }
@@ -62,7 +89,10 @@ CStkListView::CStkListView(UiContext& context, FrameOperations& frame,
       context_(context),
       frame_(frame),
       selectedRecord_(std::move(selectedRecord)),
-      model_(new FunctionListModel(context.host.codePage, Headers(context), KindsFrom(context))),
+      needs_(context),
+      model_(new FunctionListModel(
+          context.host.codePage, Headers(context), KindsFrom(context),
+          [this](const StkFunction& function) { return NeedOf(function); })),
       header_(new ArrowHeader(this)) {
   model_->setParent(this);
   SetUp();
@@ -110,7 +140,7 @@ void CStkListView::SetUp() {
           [this](const QPoint& position) { ShowMenu(header_->mapToGlobal(position)); });
   connect(header_, &QHeaderView::sectionClicked, this, [this](int column) {
     if (CanSort()) {
-      SortBy(static_cast<SortKey>(column));
+      SortBy(std::ranges::find(kColumnKeys, column, &ColumnKey::column)->key);
     }
   });
 }
@@ -142,6 +172,9 @@ std::optional<CommandState> CStkListView::StateOf(Command command) {
   if (const std::optional<SortKey> key = SortKeyOf(command)) {
     return CommandState{CanSort(), sortKey_ == key};
   }
+  if (const std::optional<int> column = ShownColumnOf(command)) {
+    return CommandState{true, !isColumnHidden(*column)};
+  }
   return FunctionCommandState(command, SelectedFunction(), context_.document);
 }
 
@@ -152,7 +185,23 @@ void CStkListView::Execute(Command command) {
     }
     return;
   }
+  if (const std::optional<int> column = ShownColumnOf(command)) {
+    setColumnHidden(*column, !isColumnHidden(*column));
+    if (namesFollow_) {
+      FitNames();
+    }
+    return;
+  }
   ExecuteFunctionCommand(command, SelectedFunction(), frame_);
+}
+
+FunctionListModel::Need CStkListView::NeedOf(const StkFunction& function) const {
+  const StkBounds* bounds = context_.document.Bounds();
+  if (!bounds) {
+    return {};
+  }
+  return {NeedTexts::Need(function, *bounds), needs_.Mark(function, *bounds),
+          bounds->Known(function), NeedTexts::MarkRank(function, *bounds)};
 }
 
 void CStkListView::keyboardSearch(const QString& search) {

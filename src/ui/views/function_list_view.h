@@ -8,16 +8,17 @@
 #include "ui/commands/command_target.h"
 #include "ui/commands/frame_operations.h"
 #include "ui/ui_context.h"
+#include "ui/views/function_list_model.h"
 #include "ui/views/function_order.h"
+#include "ui/views/need_text.h"
 #include "ui/views/node_record.h"
 
 namespace velkor::ui {
 
 class ArrowHeader;
-class FunctionListModel;
 
 // The function that is selected in the call tree and the functions that it calls, as a table that
-// can be sorted by any column. Refills itself on HINT_SELECTION, empties on HINT_CLEAR, ignores
+// can be sorted by any column. The last two columns, of the bound, can be hidden. Refills itself on HINT_SELECTION, empties on HINT_CLEAR, ignores
 // every other hint. Told of the document's changes from its creation to its destruction.
 class CStkListView : public QTreeView, public View, public CommandTarget {
  public:
@@ -49,6 +50,7 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
  private:
   void SetUp();
   void Enter(const QModelIndex& index);
+  FunctionListModel::Need NeedOf(const StkFunction& function) const;
   void FitNames();
   void ShowMenu(const QPoint& position);
   void Clear();
@@ -60,6 +62,7 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
   UiContext& context_;
   FrameOperations& frame_;
   std::function<const NodeRecord*()> selectedRecord_;
+  NeedTexts needs_;
   FunctionListModel* model_;  // owned by the Qt parent, as is the header
   ArrowHeader* header_;
   std::optional<SortKey> sortKey_;

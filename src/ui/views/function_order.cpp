@@ -47,6 +47,8 @@ std::vector<uint64_t> Numbers(const std::vector<SortValues>& rows, SortKey key,
   }
   std::transform(rows.begin(), rows.end(), numbers.begin(), [&](const SortValues& row) {
     return key == SortKey::kTotal    ? row.total
+           : key == SortKey::kBound  ? row.known
+           : key == SortKey::kMark   ? row.missing
            : key == SortKey::kFrame  ? row.frame
            : key == SortKey::kMargin ? row.margin
                                      : static_cast<uint64_t>(row.icon);

@@ -8,9 +8,8 @@
 
 namespace velkor::ui {
 
-// By what the function list can be sorted. The number of a key is the column that carries its
-// arrow, except for kIcon, whose arrow stands on column 0.
-enum class SortKey { kName, kTotal, kFrame, kMargin, kFile, kIcon };
+// By what the function list can be sorted.
+enum class SortKey { kName, kTotal, kFrame, kMargin, kFile, kIcon, kBound, kMark };
 
 // What a function's row is sorted by, as it stood when the row was made: sorting reads no function
 // that a job may be changing. Refers to the function's name and file, which stay.
@@ -22,6 +21,8 @@ struct SortValues {
   uint64_t frame = 0;
   uint64_t margin = 0;  // what the adjustment, or else the library size, adds to the stack
   int icon = 0;
+  uint64_t known = 0;    // the bound, or what is known of it
+  uint32_t missing = 0;  // 0: the total can be taken for the bound
   uint32_t tableIndex = 0;  // decides between equal rows, in both directions
 };
 

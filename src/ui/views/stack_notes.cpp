@@ -2,9 +2,8 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
-#include "reports/gate/input_gate.h"
-#include "reports/take_result.h"
 #include "ui/commands/commands.h"
 
 namespace velkor::ui {
@@ -18,16 +17,12 @@ constexpr auto kNotChecked = static_cast<MessageKey>(kStackTexts + 6);
 constexpr auto kMoreFindings = static_cast<MessageKey>(kStackTexts + 7);
 constexpr auto kSummary = static_cast<MessageKey>(kStackTexts + 8);
 
-bool StatesStacks(CStkDoc& document) {
-  const Configuration* settings =
-      document.Input() != nullptr ? document.Input()->Settings() : nullptr;
-  return settings != nullptr && !settings->stacks.empty();
-}
-
 }  // namespace
 
-StackNotes::StackNotes(UiContext& context, Show show) : context_(context), show_(std::move(show)) {
+StackNotes::StackNotes(UiContext& context, AnswerKeeper& keeper, Show show)
+    : context_(context), show_(std::move(show)) {
   context_.document.AddView(*this);
+  keeper.AddListener([this](const AnswerKeeper::Answer& answer) { Take(answer); });
 }
 
 StackNotes::~StackNotes() {
@@ -35,40 +30,22 @@ StackNotes::~StackNotes() {
 }
 
 void StackNotes::OnUpdate(ViewHint hint) {
-  const bool isResult = hint == HINT_RESULTS || hint == HINT_STRUCTURE || hint == HINT_SIZES;
-  if (hint == HINT_CLEAR || !isResult) {
-    if (hint == HINT_CLEAR) {
-      show_({});
-    }
-    return;
-  }
-  if (!StatesStacks(context_.document) || context_.document.Bounds() == nullptr) {
-    return;
-  }
-  const reports::GateOutcome outcome = Ask();
   if (hint == HINT_RESULTS) {
-    Log(outcome);
+    logsNext_ = true;
+  } else if (hint == HINT_CLEAR) {
+    logsNext_ = false;
   }
-  show_(Summary(outcome));
 }
 
-// What was not read is noted anyway.
-reports::GateOutcome StackNotes::Ask() const {
-  CStkDoc& document = context_.document;
-  const ProgramInput& input = *document.Input();
-  const std::vector<StkMessage> noLog;
-  const reports::AnalysisResult result =
-      reports::TakeResult({.project = document.PathName(),
-                           .compilerName = input.GeneratorName(),
-                           .compilerVersion = input.GeneratorVersion(),
-                           .inputs = {},
-                           .log = noLog,
-                           .notes = {},
-                           .functions = *document.FunctionTable(),
-                           .roots = document.RootList()->Functions(),
-                           .bounds = *document.Bounds()});
-  return reports::InputGate(input, *document.FunctionTable(), result, context_.host.files)
-      .Check({}, nullptr);
+void StackNotes::Take(const AnswerKeeper::Answer& answer) {
+  if (!answer || !answer->gate) {
+    show_({});
+    return;
+  }
+  if (std::exchange(logsNext_, false)) {
+    Log(*answer->gate);
+  }
+  show_(Summary(*answer->gate));
 }
 
 void StackNotes::Log(const reports::GateOutcome& outcome) const {

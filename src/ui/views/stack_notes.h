@@ -5,6 +5,7 @@
 
 #include "document/document.h"
 #include "reports/gate/gate.h"
+#include "ui/answer/answer_keeper.h"
 #include "ui/ui_context.h"
 
 namespace velkor::ui {
@@ -16,7 +17,8 @@ class StackNotes : public View {
  public:
   using Show = std::function<void(const QString& summary)>;
 
-  StackNotes(UiContext& context, Show show);
+  // The keeper outlives it.
+  StackNotes(UiContext& context, AnswerKeeper& keeper, Show show);
   ~StackNotes() override;
   StackNotes(const StackNotes&) = delete;
   StackNotes& operator=(const StackNotes&) = delete;
@@ -24,13 +26,14 @@ class StackNotes : public View {
   void OnUpdate(ViewHint hint) override;
 
  private:
-  reports::GateOutcome Ask() const;
+  void Take(const AnswerKeeper::Answer& answer);
   void Log(const reports::GateOutcome& outcome) const;
   void LogStack(const reports::GateStack& stack) const;
   QString Summary(const reports::GateOutcome& outcome) const;
 
   UiContext& context_;
   const Show show_;
+  bool logsNext_ = false;  // an analysis, or a reading, has ended that the log has no line of yet
 };
 
 }  // namespace velkor::ui
