@@ -133,6 +133,13 @@ void CMainFrame::CreateViews() {
   answers_ = std::make_unique<AnswerPanels>(context_, keeper_, *this, *treeView_, *this, [this] {
     return parts_.fileDialogs.PictureToSave(context_, DialogParent());
   });
+  panes_.Add(*treeView_);
+  panes_.Add(*listView_);
+  panes_.Add(*logView_);
+  panes_.Add(panels_->AllFunctions());
+  panes_.Add(panels_->Callers());
+  panes_.Add(answers_->Summary());
+  panes_.Add(answers_->Picture());
   activeView_ = treeView_;
   treeView_->setFocus();
 }
@@ -173,37 +180,15 @@ void CMainFrame::FollowFocus(QWidget* focused) {
   if (!focused) {
     return;
   }
-  for (const Pane& pane : Panes()) {
-    if (pane.widget == focused || pane.widget->isAncestorOf(focused)) {
-      activeView_ = pane.target;
-    }
+  if (CommandTarget* holder = panes_.Holder(*focused)) {
+    activeView_ = holder;
   }
   UpdateCommands();
 }
 
-std::vector<CMainFrame::Pane> CMainFrame::Panes() {
-  return {{treeView_, treeView_},
-          {listView_, listView_},
-          {logView_, logView_},
-          {&panels_->AllFunctions(), &panels_->AllFunctions()},
-          {&panels_->Callers(), &panels_->Callers()},
-          {&answers_->Summary(), &answers_->Summary()},
-          {&answers_->Picture(), &answers_->Picture()}};
-}
-
-// Only those that are seen.
 void CMainFrame::GoToPane(int step) {
-  const std::vector<Pane> panes = Panes();
-  const auto count = static_cast<int>(panes.size());
-  const auto active = std::ranges::find(panes, activeView_, &Pane::target);
-  int at = active == panes.end() ? 0 : static_cast<int>(active - panes.begin());
-  for (int turns = 0; turns < count; ++turns) {
-    at = (at + step + count) % count;
-    QWidget& pane = *panes[static_cast<size_t>(at)].widget;
-    if (!pane.visibleRegion().isEmpty()) {
-      pane.setFocus(Qt::ShortcutFocusReason);
-      return;
-    }
+  if (QWidget* pane = panes_.Next(activeView_, step)) {
+    pane->setFocus(Qt::ShortcutFocusReason);
   }
 }
 
@@ -277,20 +262,13 @@ QWidget* CMainFrame::DialogParent() {
   return modal ? modal : this;
 }
 
-// What is not seen is not acted on.
-void CMainFrame::LeaveHiddenPane() {
-  for (const Pane& pane : Panes()) {
-    if (pane.target == activeView_ && !pane.widget->isVisibleTo(this)) {
-      activeView_ = treeView_;
-      treeView_->setFocus();
-      return;
-    }
-  }
-}
-
 void CMainFrame::UpdateCommands() {
   if (activeView_) {
-    LeaveHiddenPane();
+    // What is not seen is not acted on.
+    if (panes_.IsHidden(activeView_, *this)) {
+      activeView_ = treeView_;
+      treeView_->setFocus();
+    }
     actions_.Update([this](Command command) { return RoutedState(command); });
   }
 }

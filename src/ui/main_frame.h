@@ -17,6 +17,7 @@
 #include "ui/function_panels.h"
 #include "ui/navigation/navigator.h"
 #include "ui/notification_queue.h"
+#include "ui/pane_ring.h"
 #include "ui/status_bar.h"
 #include "ui/ui_context.h"
 #include "ui/views/analysis_notes.h"
@@ -73,14 +74,7 @@ class CMainFrame : public QMainWindow, public FrameOperations, public View {
   void CreateBars();
   void CreateViews();
   void SetInitialSizes();
-  // What has the keyboard by turns, and acts on commands while it has.
-  struct Pane {
-    QWidget* widget;
-    CommandTarget* target;
-  };
-  std::vector<Pane> Panes();
   void GoToPane(int step);
-  void LeaveHiddenPane();
   void FollowFocus(QWidget* focused);
   RememberedWindow Remembered();
   std::vector<CommandTarget*> Targets(Command command);
@@ -104,6 +98,7 @@ class CMainFrame : public QMainWindow, public FrameOperations, public View {
   CStkTreeView* treeView_ = nullptr;
   CStkListView* listView_ = nullptr;
   CStkLogView* logView_ = nullptr;
+  PaneRing panes_;
   CommandTarget* activeView_ = nullptr;
   std::unique_ptr<FunctionPanels> panels_;  // once the views are there
   std::unique_ptr<Navigator> navigator_;    // likewise
