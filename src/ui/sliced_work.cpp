@@ -7,7 +7,7 @@ namespace velkor::ui {
 
 namespace {
 
-constexpr qint64 kSliceMilliseconds = 8;
+constexpr qint64 kWorkMilliseconds = 8;
 constexpr int kWaitMilliseconds = 50;
 
 }  // namespace
@@ -36,7 +36,7 @@ void SlicedWork::DoSlice() {
   timer_.start(0);
   QElapsedTimer slice;
   slice.start();
-  while (slice.elapsed() < kSliceMilliseconds) {
+  while (slice.elapsed() < kWorkMilliseconds) {
     if (!step_()) {
       const std::function<void()> done = std::exchange(done_, {});
       Stop();
