@@ -3,8 +3,6 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDockWidget>
-#include <QFileInfo>
-#include <QMimeData>
 #include <QScreen>
 #include <QShortcut>
 #include <QToolBar>
@@ -15,7 +13,9 @@
 #include "files/chain_report.h"
 #include "files/paths.h"
 #include "ui/commands/context_menu.h"
+#include "ui/commands/recent_menu.h"
 #include "ui/commands/toolbar_icons.h"
+#include "ui/dropped_input.h"
 #include "ui/wait_cursor.h"
 
 namespace velkor::ui {
@@ -29,11 +29,13 @@ constexpr uint32_t kToolBarName = kNames + 1005;
 constexpr uint32_t kUntitled = kNames + 1006;
 constexpr uint32_t kNotSavedTitle = kNames + 1007;
 constexpr uint32_t kNotSavedPrompt = kNames + 1008;
+constexpr auto kSourceNotOpened = static_cast<MessageKey>(kDialogTextKey * 502 + 22);
 
 constexpr QSize kInitialSize(1200, 860);
 constexpr int kTreeWidth = 200;
 constexpr int kListHeight = 300;
 constexpr int kLogHeight = 50;
+constexpr int kToldMilliseconds = 6000;
 
 // Of one view, whichever has the focus.
 constexpr Command kListCommands[] = {Command::kShowBoundColumn, Command::kShowMarkColumn};
@@ -42,21 +44,6 @@ constexpr Command kTreeCommands[] = {Command::kShowTotals, Command::kTreeByModul
 
 bool IsOneOf(Command command, std::span<const Command> commands) {
   return std::ranges::find(commands, command) != commands.end();
-}
-
-// The one input that is being dragged, a file or a folder, or nothing.
-QString DraggedProject(const QMimeData& data) {
-  const QList<QUrl> urls = data.urls();
-  const QString path = urls.size() == 1 ? urls.front().toLocalFile() : QString();
-  const bool isInput = path.endsWith(".prj", Qt::CaseInsensitive) || path.endsWith(".toml") ||
-                       QFileInfo(path).isDir();
-  return isInput ? path : QString();
-}
-
-// What a source proposes may be a move: it would then delete the file.
-void AcceptAsCopy(QDropEvent& event) {
-  event.setDropAction(Qt::CopyAction);
-  event.accept();
 }
 
 }  // namespace
@@ -69,15 +56,18 @@ CMainFrame::CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts
       statusBar_(new CStkStatusBar(context.Text(kProgressName), this)),
       keeper_(context),
       notes_(context),
-      stackNotes_(context, keeper_, [this](const QString& text) { statusBar_->SetStacksText(text); }),
+      stackNotes_(context, keeper_,
+                  [this](const QString& text) { statusBar_->SetStacksText(text); }),
       monitor_(context.document, *statusBar_),
-      commands_(context, posted, parts_, monitor_, *this) {
+      commands_(context, posted, parts_, monitor_, *this),
+      windowCommands_(*this, parts_, [this](int step) { GoToPane(step); }) {
   context_.document.AddView(*this);
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
   CreateBars();
   CreateViews();
   SetInitialSizes();
+  RestoreWindow(Remembered(), parts_.settings);
   connect(qApp, &QApplication::focusChanged, this,
           [this](QWidget*, QWidget* focused) { FollowFocus(focused); });
   posted_.SetHandlers(
@@ -91,6 +81,7 @@ CMainFrame::~CMainFrame() {
   posted_.ClearHandlers();
   disconnect(qApp, nullptr, this, nullptr);
   activeView_ = nullptr;
+  navigator_.reset();
   // The views tell this frame of changes while they go.
   qDeleteAll(findChildren<QDockWidget*>());
   delete takeCentralWidget();
@@ -98,11 +89,17 @@ CMainFrame::~CMainFrame() {
 }
 
 void CMainFrame::CreateBars() {
-  actions_.FillMenuBar(*menuBar(), context_, [this] { UpdateCommands(); });
+  actions_.FillMenuBar(
+      *menuBar(), context_, [this] { UpdateCommands(); },
+      [this](QMenu& menu) {
+        ShowRecentInputs(menu, context_, parts_.settings,
+                         [this](const QString& path) { parts_.openProject(path); });
+      });
   connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this,
           [this] { menuBar()->setActiveAction(menuBar()->actions().front()); });
   auto* toolBar = new QToolBar(context_.Text(kToolBarName), this);
   toolBar->setAccessibleName(context_.Text(kToolBarName));
+  toolBar->setObjectName("toolBar");
   toolBar->setIconSize(kToolbarIconSize);
   toolBar->setAllowedAreas(Qt::AllToolBarAreas);
   actions_.FillToolBar(*toolBar);
@@ -126,10 +123,23 @@ void CMainFrame::CreateViews() {
   rightSplitter_->setStretchFactor(0, 0);
   rightSplitter_->setStretchFactor(1, 1);
   rightSplitter_->setChildrenCollapsible(false);
+  outerSplitter_->setObjectName("outer");
+  rightSplitter_->setObjectName("right");
   setCentralWidget(outerSplitter_);
-  answers_ = std::make_unique<AnswerPanels>(
-      context_, keeper_, *this, *treeView_, *this,
-      [this] { return parts_.fileDialogs.PictureToSave(context_, DialogParent()); });
+  panels_ = std::make_unique<FunctionPanels>(context_, *this, *this);
+  navigator_ = std::make_unique<Navigator>(
+      context_, *treeView_, *this,
+      [this](const QString& text) { statusBar_->showMessage(text, kToldMilliseconds); });
+  answers_ = std::make_unique<AnswerPanels>(context_, keeper_, *this, *treeView_, *this, [this] {
+    return parts_.fileDialogs.PictureToSave(context_, DialogParent());
+  });
+  panes_.Add(*treeView_);
+  panes_.Add(*listView_);
+  panes_.Add(*logView_);
+  panes_.Add(panels_->AllFunctions());
+  panes_.Add(panels_->Callers());
+  panes_.Add(answers_->Summary());
+  panes_.Add(answers_->Picture());
   activeView_ = treeView_;
   treeView_->setFocus();
 }
@@ -170,21 +180,20 @@ void CMainFrame::FollowFocus(QWidget* focused) {
   if (!focused) {
     return;
   }
-  const auto holds = [focused](QWidget* view) {
-    return view == focused || view->isAncestorOf(focused);
-  };
-  if (holds(treeView_)) {
-    activeView_ = treeView_;
-  } else if (holds(listView_)) {
-    activeView_ = listView_;
-  } else if (holds(logView_)) {
-    activeView_ = logView_;
-  } else if (holds(&answers_->Summary())) {
-    activeView_ = &answers_->Summary();
-  } else if (holds(&answers_->Picture())) {
-    activeView_ = &answers_->Picture();
+  if (CommandTarget* holder = panes_.Holder(*focused)) {
+    activeView_ = holder;
   }
   UpdateCommands();
+}
+
+void CMainFrame::GoToPane(int step) {
+  if (QWidget* pane = panes_.Next(activeView_, step)) {
+    pane->setFocus(Qt::ShortcutFocusReason);
+  }
+}
+
+RememberedWindow CMainFrame::Remembered() {
+  return {*this, *listView_, panels_->AllFunctions(), *logView_};
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {
@@ -202,6 +211,7 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
     LetGoOfDocument();
   }
   closed_ = true;
+  RememberWindow(Remembered(), parts_.settings);
   if (parts_.closed) {
     parts_.closed();
   }
@@ -254,6 +264,11 @@ QWidget* CMainFrame::DialogParent() {
 
 void CMainFrame::UpdateCommands() {
   if (activeView_) {
+    // What is not seen is not acted on.
+    if (panes_.IsHidden(activeView_, *this)) {
+      activeView_ = treeView_;
+      treeView_->setFocus();
+    }
     actions_.Update([this](Command command) { return RoutedState(command); });
   }
 }
@@ -265,7 +280,11 @@ std::vector<CommandTarget*> CMainFrame::Targets(Command command) {
   if (IsOneOf(command, kTreeCommands)) {
     return {treeView_};
   }
-  return {activeView_, answers_.get(), &commands_, &parts_.application};
+  if (IsOneOf(command, kLogCommands)) {
+    return {logView_};
+  }
+  return {activeView_, panels_.get(),    navigator_.get(),   answers_.get(),
+          &commands_,  &windowCommands_, &parts_.application};
 }
 
 CommandState CMainFrame::RoutedState(Command command) {
@@ -332,6 +351,35 @@ void CMainFrame::ResetFunction(StkFunction& function) {
     const WaitCursor waiting;
     document.CancelAdjustment(function);
     UpdateCommands();
+  }
+}
+
+void CMainFrame::ShowInTree(StkFunction& function) {
+  navigator_->ShowInTree(function);
+}
+
+void CMainFrame::ShowCallee(StkFunction& function) {
+  navigator_->ShowCallee(function);
+}
+
+void CMainFrame::ShowCallers(StkFunction& function) {
+  panels_->ShowCallers(function);
+}
+
+void CMainFrame::GoToSource(StkFunction& function) {
+  const SourceLine place = function.Place();
+  if (place.file) {
+    GoToPlace(place.file->name, place.line);
+  } else if (function.file) {
+    GoToPlace(function.file->name, 0);
+  }
+}
+
+void CMainFrame::GoToPlace(const std::string& path, uint32_t line) {
+  if (!parts_.openSource(path, line)) {
+    statusBar_->showMessage(
+        context_.Decoded(context_.messages.FormatMessageText(kSourceNotOpened, {path})),
+        kToldMilliseconds);
   }
 }
 

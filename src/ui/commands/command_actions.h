@@ -1,17 +1,19 @@
 #pragma once
 
 #include <QAction>
+#include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
 #include <functional>
 #include <map>
-#include <span>
 #include <string_view>
 
 #include "ui/commands/command_target.h"
 #include "ui/ui_context.h"
 
 namespace velkor::ui {
+
+using FillMenu = std::function<void(QMenu&)>;
 
 // One action for every command of the window, with its texts, its keys and its image; the menu
 // bar and the toolbar made of them. Choosing one is handed to the frame.
@@ -25,16 +27,12 @@ class CommandActions {
   // Takes over what stateOf answers for each command.
   void Update(const std::function<CommandState(Command)>& stateOf) const;
 
-  // opening: before a menu is shown.
+  // opening: before a menu is shown. fillRecent: given the menu of the recent inputs.
   void FillMenuBar(QMenuBar& menuBar, const UiContext& context,
-                   const std::function<void()>& opening) const;
+                   const std::function<void()>& opening, const FillMenu& fillRecent) const;
   void FillToolBar(QToolBar& toolBar) const;
 
  private:
-  // At most one of them bears a mark.
-  void MakeGroup(std::span<const Command> commands, QWidget& window) const;
-  void FillViewMenu(QMenu& menu, const UiContext& context) const;
-
   std::map<Command, QAction*> actions_;
 };
 

@@ -31,6 +31,12 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
   // Of the selected node, or none. Valid until the selection changes next.
   const NodeRecord* SelectedRecord() const;
 
+  // The functions from the top level down to the selected node; empty: none is selected.
+  StkFunctionList SelectedWay() const;
+  // Selects the node to which the way leads, opening the branches above it. False when there is no
+  // such node, or it stands deeper than kDeepest.
+  bool ShowWay(const StkFunctionList& way);
+  static constexpr size_t kDeepest = 4096;
   // Selects a node for the function. Of the top level; or below it, along a path of callees from
   // there, which is opened as far as the tree has it. Nothing while a job has the functions.
   void ShowEntry(const StkFunction& function);

@@ -93,6 +93,9 @@ QVariant FunctionListModel::data(const QModelIndex& index, int role) const {
   switch (role) {
     case Qt::DisplayRole:
       return Text(row, index.column());
+    case Qt::ToolTipRole:
+      return index.column() == kFunction ? QVariant(ForScreen(rows_[row].name, codePage_))
+                                         : data(index, Qt::DisplayRole);
     case Qt::DecorationRole:
       return index.column() == kFunction ? icons_[static_cast<size_t>(icon)] : QVariant();
     case Qt::AccessibleDescriptionRole:
@@ -120,7 +123,7 @@ QVariant FunctionListModel::headerData(int section, Qt::Orientation orientation,
 }
 
 void FunctionListModel::Append(StkFunction& function, int icon, uint32_t sizeLimit) {
-  rows_.push_back({&function, RowName(function, codePage_), TotalSizeText(function),
+  rows_.push_back({&function, FunctionDisplayName(function, codePage_), TotalSizeText(function),
                    FrameSizeText(function), AdjustmentInfoText(function, AdjustmentStyle::kList),
                    QString(), QString()});
   sortValues_.push_back(SortValuesOf(function, icon, sizeLimit));
@@ -148,6 +151,8 @@ void FunctionListModel::Arrange(const std::vector<uint32_t>& positions) {
 
 QString FunctionListModel::Text(size_t row, int column) const {
   switch (column) {
+    case kFunction:
+      return ForScreen(CutToRow(rows_[row].name, codePage_), codePage_);
     case kBound:
       return rows_[row].bound;
     case kMark:
