@@ -8,7 +8,7 @@ trap 'rm -rf "$folder"' EXIT
 cp -r examples/lua "$folder/lua"
 cp -r build/release/dattarn "$folder/dattarn"
 openbox &
-build/release/bin/velkor --data "$folder/dattarn" "$folder/lua/app.prj" &
+build/release/bin/velkor --no-settings --data "$folder/dattarn" "$folder/lua/app.prj" &
 program=$!
 window=$(xdotool search --sync --onlyvisible --name velkor | head -1)
 xdotool windowsize --sync "$window" 1270 690

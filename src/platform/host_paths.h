@@ -30,6 +30,9 @@ class PathHost {
   // meant as projects state paths; every other is a host path, in which "\" is no separator. The
   // path itself, as a text, when there is no full path name.
   virtual std::string GivenPath(std::string_view typed) const = 0;
+  // The name by which other programs of this host find the file that a project states: bytes as
+  // the operating system takes them.
+  virtual std::string HostName(std::string_view path) const = 0;
   // Of the running program, symbolic links resolved.
   virtual std::string ExecutablePath() const = 0;
   // Paths follow the project that is being loaded: the directory that its file states, and the
@@ -67,6 +70,9 @@ class HostPaths : public PathHost {
 
   std::optional<std::string> FullPathName(std::string_view path) const override;
   std::string GivenPath(std::string_view typed) const override;
+  std::string HostName(std::string_view path) const override {
+    return ToHost(path, Spelling::kOfProject).Bytes();
+  }
   std::string ExecutablePath() const override;
 
  private:

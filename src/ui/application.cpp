@@ -29,6 +29,11 @@ FrameParts CStkApp::MakeFrameParts() {
       .functionLists = [this](QWidget* parent) { parts_.functionLists(context_, frame_, parent); },
       .showHelp = parts_.showHelp,
       .openProject = [this](const QString& path) { OpenDropped(path); },
+      .settings = parts_.settings,
+      .legend = [this](QWidget* parent) { parts_.legend(context_, parent); },
+      .options = [this](QWidget* parent) { ShowOptions(parent); },
+      .openSource = [this](const std::string& path,
+                           uint32_t line) { return parts_.openSource(context_, path, line); },
       .closed = parts_.closed};
 }
 
@@ -48,6 +53,7 @@ bool CStkApp::OpenDocumentFile(std::string_view path) {
   const bool opened = document_.OnOpenDocument(path);
   if (opened) {
     document_.StartAnalysis();
+    parts_.settings.AddRecent(context_.Decoded(path));
   }
   frame_.DocumentChanged();
   return opened;
@@ -85,16 +91,33 @@ void CStkApp::Execute(Command command) {
 void CStkApp::OpenChosen(ChoosePath choose) {
   reporter_.SetOpenedFromCommandLine(false);
   const auto path = (parts_.fileDialogs.*choose)(context_, &frame_);
-  if (path && frame_.MayDiscardAnalysis()) {
-    OpenDocumentFile(*path);
+  if (path) {
+    Open(*path);
   }
 }
 
 void CStkApp::OpenDropped(const QString& path) {
   reporter_.SetOpenedFromCommandLine(false);
   const auto name = NameToOpen(path, context_);
-  if (name && frame_.MayDiscardAnalysis()) {
-    OpenDocumentFile(*name);
+  if (name) {
+    Open(*name);
+  }
+}
+
+void CStkApp::Open(const std::string& path) {
+  if (!frame_.MayDiscardAnalysis()) {
+    return;
+  }
+  if (parts_.readsOtherwise(context_, path)) {
+    frame_.close();
+  } else {
+    OpenDocumentFile(path);
+  }
+}
+
+void CStkApp::ShowOptions(QWidget* parent) {
+  if (parts_.options(context_, parent)) {
+    Open(document_.PathName());
   }
 }
 

@@ -34,6 +34,14 @@ struct ApplicationParts {
   std::function<void(UiContext&, const VersionTexts&, QWidget* parent)> about;
   std::function<void(int topic)> showHelp;
   std::function<void()> closed;  // the main window has closed
+  WindowSettings& settings;
+  std::function<void(UiContext&, QWidget* parent)> legend;
+  // True: the open project is to be opened anew, with the options that have changed.
+  std::function<bool(UiContext&, QWidget* parent)> options;
+  std::function<bool(UiContext&, const std::string& path, uint32_t line)> openSource;
+  // Whether the input is to be read in another way than this run does: then it is opened by one
+  // that does, once the window has closed.
+  std::function<bool(UiContext&, const std::string& path)> readsOtherwise;
 };
 
 // The program: the one document, its main window and the channels between them; opens projects.
@@ -59,6 +67,8 @@ class CStkApp : public CommandTarget {
   using ChoosePath = std::optional<std::string> (FileDialogs::*)(UiContext&, QWidget*);
   void OpenChosen(ChoosePath choose);
   void OpenDropped(const QString& path);
+  void Open(const std::string& path);
+  void ShowOptions(QWidget* parent);
 
   ApplicationParts parts_;
   HoldingBoxes boxes_;

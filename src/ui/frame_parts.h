@@ -11,6 +11,7 @@
 #include "ui/commands/command_target.h"
 #include "ui/dialogs/file_dialogs.h"
 #include "ui/language.h"
+#include "ui/window_settings.h"
 
 namespace velkor::ui {
 
@@ -30,8 +31,14 @@ struct FrameParts {
   std::function<AdjustAnswer(StkFunction&, QWidget* parent)> adjust;
   std::function<void(QWidget* parent)> functionLists;
   std::function<void(int topic)> showHelp;
-  // A project file that was dropped on the window.
+  // An input that was dropped on the window, or a recent one.
   std::function<void(const QString& path)> openProject;
+  WindowSettings& settings;
+  std::function<void(QWidget* parent)> legend;
+  // What it changes is in force when it returns, or as soon as the window has been opened anew.
+  std::function<void(QWidget* parent)> options;
+  // A path of the analysis and a line in it, 0: none. False when it cannot be opened.
+  std::function<bool(const std::string& path, uint32_t line)> openSource;
   // The window has closed.
   std::function<void()> closed;
 };

@@ -2,8 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFileInfo>
-#include <QMimeData>
+#include <QDockWidget>
 #include <QScreen>
 #include <QShortcut>
 #include <QToolBar>
@@ -13,7 +12,9 @@
 #include "files/chain_report.h"
 #include "files/paths.h"
 #include "ui/commands/context_menu.h"
+#include "ui/commands/recent_menu.h"
 #include "ui/commands/toolbar_icons.h"
+#include "ui/dropped_input.h"
 #include "ui/wait_cursor.h"
 
 namespace velkor::ui {
@@ -27,26 +28,13 @@ constexpr uint32_t kToolBarName = kNames + 1005;
 constexpr uint32_t kUntitled = kNames + 1006;
 constexpr uint32_t kNotSavedTitle = kNames + 1007;
 constexpr uint32_t kNotSavedPrompt = kNames + 1008;
+constexpr auto kSourceNotOpened = static_cast<MessageKey>(kDialogTextKey * 502 + 22);
 
 constexpr QSize kInitialSize(1024, 640);
 constexpr int kTreeWidth = 200;
 constexpr int kListHeight = 300;
 constexpr int kLogHeight = 50;
-
-// The one input that is being dragged, a file or a folder, or nothing.
-QString DraggedProject(const QMimeData& data) {
-  const QList<QUrl> urls = data.urls();
-  const QString path = urls.size() == 1 ? urls.front().toLocalFile() : QString();
-  const bool isInput = path.endsWith(".prj", Qt::CaseInsensitive) || path.endsWith(".toml") ||
-                       QFileInfo(path).isDir();
-  return isInput ? path : QString();
-}
-
-// What a source proposes may be a move: it would then delete the file.
-void AcceptAsCopy(QDropEvent& event) {
-  event.setDropAction(Qt::CopyAction);
-  event.accept();
-}
+constexpr int kToldMilliseconds = 6000;
 
 }  // namespace
 
@@ -59,13 +47,15 @@ CMainFrame::CMainFrame(UiContext& context, NotificationQueue& posted, FrameParts
       notes_(context),
       stackNotes_(context, [this](const QString& text) { statusBar_->SetStacksText(text); }),
       monitor_(context.document, *statusBar_),
-      commands_(context, posted, parts_, monitor_, *this) {
+      commands_(context, posted, parts_, monitor_, *this),
+      windowCommands_(*this, parts_, [this](int step) { GoToPane(step); }) {
   context_.document.AddView(*this);
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
   CreateBars();
   CreateViews();
   SetInitialSizes();
+  RestoreWindow(Remembered(), parts_.settings);
   connect(qApp, &QApplication::focusChanged, this,
           [this](QWidget*, QWidget* focused) { FollowFocus(focused); });
   posted_.SetHandlers(
@@ -79,17 +69,25 @@ CMainFrame::~CMainFrame() {
   posted_.ClearHandlers();
   disconnect(qApp, nullptr, this, nullptr);
   activeView_ = nullptr;
+  navigator_.reset();
   // The views tell this frame of changes while they go.
+  qDeleteAll(findChildren<QDockWidget*>());
   delete takeCentralWidget();
   logView_ = nullptr;
 }
 
 void CMainFrame::CreateBars() {
-  actions_.FillMenuBar(*menuBar(), context_, [this] { UpdateCommands(); });
+  actions_.FillMenuBar(
+      *menuBar(), context_, [this] { UpdateCommands(); },
+      [this](QMenu& menu) {
+        ShowRecentInputs(menu, context_, parts_.settings,
+                         [this](const QString& path) { parts_.openProject(path); });
+      });
   connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this,
           [this] { menuBar()->setActiveAction(menuBar()->actions().front()); });
   auto* toolBar = new QToolBar(context_.Text(kToolBarName), this);
   toolBar->setAccessibleName(context_.Text(kToolBarName));
+  toolBar->setObjectName("toolBar");
   toolBar->setIconSize(kToolbarIconSize);
   toolBar->setAllowedAreas(Qt::AllToolBarAreas);
   actions_.FillToolBar(*toolBar);
@@ -113,7 +111,13 @@ void CMainFrame::CreateViews() {
   rightSplitter_->setStretchFactor(0, 0);
   rightSplitter_->setStretchFactor(1, 1);
   rightSplitter_->setChildrenCollapsible(false);
+  outerSplitter_->setObjectName("outer");
+  rightSplitter_->setObjectName("right");
   setCentralWidget(outerSplitter_);
+  panels_ = std::make_unique<FunctionPanels>(context_, *this, *this);
+  navigator_ = std::make_unique<Navigator>(
+      context_, *treeView_, *this,
+      [this](const QString& text) { statusBar_->showMessage(text, kToldMilliseconds); });
   activeView_ = treeView_;
   treeView_->setFocus();
 }
@@ -154,17 +158,40 @@ void CMainFrame::FollowFocus(QWidget* focused) {
   if (!focused) {
     return;
   }
-  const auto holds = [focused](QWidget* view) {
-    return view == focused || view->isAncestorOf(focused);
-  };
-  if (holds(treeView_)) {
-    activeView_ = treeView_;
-  } else if (holds(listView_)) {
-    activeView_ = listView_;
-  } else if (holds(logView_)) {
-    activeView_ = logView_;
+  for (const Pane& pane : Panes()) {
+    if (pane.widget == focused || pane.widget->isAncestorOf(focused)) {
+      activeView_ = pane.target;
+    }
   }
   UpdateCommands();
+}
+
+std::vector<CMainFrame::Pane> CMainFrame::Panes() {
+  return {{treeView_, treeView_},
+          {listView_, listView_},
+          {logView_, logView_},
+          {&panels_->AllFunctions(), &panels_->AllFunctions()},
+          {&panels_->Callers(), &panels_->Callers()}};
+}
+
+// Only those that are seen.
+void CMainFrame::GoToPane(int step) {
+  const std::vector<Pane> panes = Panes();
+  const auto count = static_cast<int>(panes.size());
+  const auto active = std::ranges::find(panes, activeView_, &Pane::target);
+  int at = active == panes.end() ? 0 : static_cast<int>(active - panes.begin());
+  for (int turns = 0; turns < count; ++turns) {
+    at = (at + step + count) % count;
+    QWidget& pane = *panes[static_cast<size_t>(at)].widget;
+    if (!pane.visibleRegion().isEmpty()) {
+      pane.setFocus(Qt::ShortcutFocusReason);
+      return;
+    }
+  }
+}
+
+RememberedWindow CMainFrame::Remembered() {
+  return {*this, *listView_, panels_->AllFunctions(), *logView_};
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {
@@ -182,6 +209,7 @@ void CMainFrame::closeEvent(QCloseEvent* event) {
     LetGoOfDocument();
   }
   closed_ = true;
+  RememberWindow(Remembered(), parts_.settings);
   if (parts_.closed) {
     parts_.closed();
   }
@@ -232,8 +260,20 @@ QWidget* CMainFrame::DialogParent() {
   return modal ? modal : this;
 }
 
+// What is not seen is not acted on.
+void CMainFrame::LeaveHiddenPane() {
+  for (const Pane& pane : Panes()) {
+    if (pane.target == activeView_ && !pane.widget->isVisibleTo(this)) {
+      activeView_ = treeView_;
+      treeView_->setFocus();
+      return;
+    }
+  }
+}
+
 void CMainFrame::UpdateCommands() {
   if (activeView_) {
+    LeaveHiddenPane();
     actions_.Update([this](Command command) { return RoutedState(command); });
   }
 }
@@ -243,7 +283,11 @@ std::vector<CommandTarget*> CMainFrame::Targets(Command command) {
   if (std::ranges::find(kSortCommands, command) != std::end(kSortCommands)) {
     targets.push_back(listView_);
   }
-  targets.insert(targets.end(), {activeView_, &commands_, &parts_.application});
+  if (std::ranges::find(kLogCommands, command) != std::end(kLogCommands)) {
+    targets.push_back(logView_);
+  }
+  targets.insert(targets.end(), {activeView_, panels_.get(), navigator_.get(), &commands_,
+                                 &windowCommands_, &parts_.application});
   return targets;
 }
 
@@ -311,6 +355,35 @@ void CMainFrame::ResetFunction(StkFunction& function) {
     const WaitCursor waiting;
     document.CancelAdjustment(function);
     UpdateCommands();
+  }
+}
+
+void CMainFrame::ShowInTree(StkFunction& function) {
+  navigator_->ShowInTree(function);
+}
+
+void CMainFrame::ShowCallee(StkFunction& function) {
+  navigator_->ShowCallee(function);
+}
+
+void CMainFrame::ShowCallers(StkFunction& function) {
+  panels_->ShowCallers(function);
+}
+
+void CMainFrame::GoToSource(StkFunction& function) {
+  const SourceLine place = function.Place();
+  if (place.file) {
+    GoToPlace(place.file->name, place.line);
+  } else if (function.file) {
+    GoToPlace(function.file->name, 0);
+  }
+}
+
+void CMainFrame::GoToPlace(const std::string& path, uint32_t line) {
+  if (!parts_.openSource(path, line)) {
+    statusBar_->showMessage(
+        context_.Decoded(context_.messages.FormatMessageText(kSourceNotOpened, {path})),
+        kToldMilliseconds);
   }
 }
 

@@ -12,6 +12,8 @@
 #include "ui/commands/frame_operations.h"
 #include "ui/frame_commands.h"
 #include "ui/frame_parts.h"
+#include "ui/function_panels.h"
+#include "ui/navigation/navigator.h"
 #include "ui/notification_queue.h"
 #include "ui/status_bar.h"
 #include "ui/ui_context.h"
@@ -20,6 +22,8 @@
 #include "ui/views/function_list_view.h"
 #include "ui/views/log_view.h"
 #include "ui/views/stack_notes.h"
+#include "ui/window_commands.h"
+#include "ui/window_memory.h"
 
 namespace velkor::ui {
 
@@ -42,12 +46,18 @@ class CMainFrame : public QMainWindow, public FrameOperations, public View {
   void SaveCallChain(StkFunction& function, bool allChains) override;
   bool AdjustStackSize(StkFunction& function) override;
   void ResetFunction(StkFunction& function) override;
+  void ShowInTree(StkFunction& function) override;
+  void ShowCallee(StkFunction& function) override;
+  void ShowCallers(StkFunction& function) override;
+  void GoToSource(StkFunction& function) override;
+  void GoToPlace(const std::string& path, uint32_t line) override;
   void UpdateCommands() override;
   void OnUpdate(ViewHint hint) override;
 
   CStkTreeView& TreeView() { return *treeView_; }
   CStkListView& ListView() { return *listView_; }
   CStkLogView& GetLogView() { return *logView_; }
+  FunctionPanels& Panels() { return *panels_; }
   const CommandActions& Actions() const { return actions_; }
 
  protected:
@@ -60,7 +70,16 @@ class CMainFrame : public QMainWindow, public FrameOperations, public View {
   void CreateBars();
   void CreateViews();
   void SetInitialSizes();
+  // What has the keyboard by turns, and acts on commands while it has.
+  struct Pane {
+    QWidget* widget;
+    CommandTarget* target;
+  };
+  std::vector<Pane> Panes();
+  void GoToPane(int step);
+  void LeaveHiddenPane();
   void FollowFocus(QWidget* focused);
+  RememberedWindow Remembered();
   std::vector<CommandTarget*> Targets(Command command);
   // A command on its whole way.
   CommandState RoutedState(Command command);
@@ -83,10 +102,13 @@ class CMainFrame : public QMainWindow, public FrameOperations, public View {
   CStkListView* listView_ = nullptr;
   CStkLogView* logView_ = nullptr;
   CommandTarget* activeView_ = nullptr;
+  std::unique_ptr<FunctionPanels> panels_;  // once the views are there
+  std::unique_ptr<Navigator> navigator_;    // likewise
   AnalysisNotes notes_;
   StackNotes stackNotes_;
   StkJobMonitor monitor_;
   FrameCommands commands_;
+  WindowCommands windowCommands_;
   bool closed_ = false;
 };
 

@@ -11,6 +11,8 @@ void AddWindowOptions(CLI::App& app, WindowOptions& options) {
   app.description("How much stack can each function of a firmware program use at most?");
   app.add_option("PROJECT", options.project,
                  "project file (.prj), velkor.toml or folder with call graph files to open");
+  app.add_flag("!--no-settings", options.settings,
+               "read nothing of the last run, and keep nothing for the next");
   AddMachineOptions(app, options.machine);
 }
 

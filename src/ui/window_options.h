@@ -15,6 +15,8 @@ namespace velkor::ui {
 struct WindowOptions {
   std::optional<std::string> project;
   MachineOptions machine;
+  bool settings =
+      true;  // what the window is like is taken from the last run, and kept for the next
 };
 
 struct WindowArguments {

@@ -43,12 +43,17 @@ std::optional<std::string> PreparedDialogs::Next() {
 }
 
 MainWindow::MainWindow(const std::vector<std::string>& functions, Language language)
-    : messages(WindowMessages(host.codePage, language)) {
+    : messages(WindowMessages(host.codePage, language)), language_(language) {
   host.files.AddDirectory("C:\\p");
   host.files.Put(kProject, "[ProjectManager]\nPath=C:\\p\n[SrcFile]\nSource1=a.c\nSource2=b.c\n");
   host.files.Put("C:\\p\\a.asm", testing::ModuleText("a.c", functions));
   host.files.Put(kModuleB, testing::ModuleText("b.c", {"g 5"}));
   host.files.Put("C:\\data\\ltr.txt", "# none\n");
+  MakeApp();
+}
+
+void MainWindow::MakeApp() {
+  app.reset();
   app = std::make_unique<CStkApp>(
       ApplicationParts{.host = host.host,
                        .messages = messages,
@@ -56,7 +61,7 @@ MainWindow::MainWindow(const std::vector<std::string>& functions, Language langu
                        .fileDialogs = dialogs,
                        .posted = posted,
                        .version = {"velkor", "1.0.0 (date)"},
-                       .language = language,
+                       .language = language_,
                        .adjust =
                            [this](UiContext&, StkFunction& function, QWidget*) {
                              adjusted.emplace_back(function.name);
@@ -65,7 +70,16 @@ MainWindow::MainWindow(const std::vector<std::string>& functions, Language langu
                        .functionLists = [](UiContext&, FrameOperations&, QWidget*) {},
                        .about = [](UiContext&, const VersionTexts&, QWidget*) {},
                        .showHelp = [](int) {},
-                       .closed = [this] { ++closedCount; }});
+                       .closed = [this] { ++closedCount; },
+                       .settings = settings,
+                       .legend = [](UiContext&, QWidget*) {},
+                       .options = [](UiContext&, QWidget*) { return false; },
+                       .openSource =
+                           [this](UiContext&, const std::string& path, uint32_t line) {
+                             opened.push_back(path + ":" + std::to_string(line));
+                             return true;
+                           },
+                       .readsOtherwise = [](UiContext&, const std::string&) { return false; }});
 }
 
 MainWindow::~MainWindow() {

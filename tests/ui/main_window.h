@@ -42,6 +42,8 @@ class MainWindow : public ::testing::Test {
                       Language language = Language::kEnglish);
   ~MainWindow() override;
 
+  // Another run with the settings of the one before.
+  void MakeApp();
   void Start(const std::optional<std::string>& project);
   void StartAndFinish() {
     Start(kProject);
@@ -95,10 +97,15 @@ class MainWindow : public ::testing::Test {
   AdjustAnswer adjustAnswer;
   std::vector<std::string> adjusted;  // the functions for which the dialog was asked for
   int closedCount = 0;
+  WindowSettings settings;          // of this run alone
+  std::vector<std::string> opened;  // sources, each with its line
   Event reached{Event::Reset::kManual};
   Event released{Event::Reset::kManual};
   NotificationQueue posted;
   std::unique_ptr<CStkApp> app;
+
+ private:
+  const Language language_;
 };
 
 }  // namespace velkor::ui

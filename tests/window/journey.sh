@@ -29,6 +29,7 @@ is_ended() { ! [ -e "/proc/$1/exe" ]; }
 
 picture() { import -window root -crop "$1" rgb:- | md5sum; }
 changed() { [ "$(picture "$1")" != "$2" ]; }
+is_picture() { ! changed "$1" "$2"; }
 is_steady() { local before; before=$(picture "$1"); sleep 0.3; ! changed "$1" "$before"; }
 steady() { await is_steady "$1"; picture "$1"; }
 
@@ -69,7 +70,7 @@ start() {
   openbox --sm-disable >"$folder/openbox.log" 2>&1 &
   children+=($!)
   await has_desktops
-  "$velkor" >"$folder/window.log" 2>&1 &
+  "$velkor" --no-settings >"$folder/window.log" 2>&1 &
   window=$!
   children+=("$window")
   await is_titled "Untitled - velkor"
@@ -116,6 +117,18 @@ save_chains() {
   await are_equal "$3" "cli-$3"
 }
 
+# find FUNCTION: by its name, wherever it is; and back to where the tree was.
+find_function() {
+  local before
+  before=$(steady "$kTree")
+  press ctrl+f
+  xdotool type --delay 15 "$1"
+  press Return
+  save_chains m "$1" found.txt
+  press alt+Left ctrl+shift+f
+  await is_picture "$kTree" "$before"
+}
+
 load_specification_with_errors() {
   printf 'luaL_unref, ADD=5\nnobody, ADD=1\nluaL_loadstring, ADD=x\n' >"$folder/spec.txt"
   give_file spec.txt alt+f n
@@ -136,7 +149,7 @@ reset_all() {
 
 # The toolkit's own dialogs speak the user's language, too.
 ask_in_japanese() {
-  LC_ALL=ja_JP.UTF-8 "$velkor" "$folder/app.prj" >"$folder/japanese.log" 2>&1 &
+  LC_ALL=ja_JP.UTF-8 "$velkor" --no-settings "$folder/app.prj" >"$folder/japanese.log" 2>&1 &
   children+=("$!")
   await is_titled "$kMain"
   open_by ctrl+o
@@ -149,6 +162,7 @@ open_project
 select_expand_and_sort
 adjust_selected
 save_chains m "lua.c#pmain" max.txt
+find_function luaV_finishset
 select_function "lua_rawgetp"
 save_chains s lua_rawgetp all.csv --all
 load_specification_with_errors

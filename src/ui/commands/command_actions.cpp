@@ -2,18 +2,15 @@
 
 #include <QActionGroup>
 #include <QMenu>
-#include <array>
-#include <optional>
 #include <vector>
 
+#include "ui/commands/command_menus.h"
 #include "ui/commands/context_menu.h"
 #include "ui/commands/toolbar_icons.h"
 
 namespace velkor::ui {
 
 namespace {
-
-using Items = std::vector<std::optional<Command>>;  // none: a separator
 
 constexpr Command kAllCommands[] = {
     Command::kOpenProject,
@@ -40,55 +37,49 @@ constexpr Command kAllCommands[] = {
     Command::kAbout,
     Command::kExit,
     Command::kHelp,
+    Command::kFind,
+    Command::kFindNext,
+    Command::kFindPrevious,
+    Command::kShowInTree,
+    Command::kShowCallers,
+    Command::kGoToSource,
+    Command::kGoBack,
+    Command::kGoForward,
+    Command::kAllFunctions,
+    Command::kCopyAsCsv,
+    Command::kLogAll,
+    Command::kLogNotes,
+    Command::kLogWarnings,
+    Command::kZoomIn,
+    Command::kZoomOut,
+    Command::kZoomReset,
+    Command::kLegend,
+    Command::kProjectOptions,
+    Command::kNextPane,
+    Command::kPreviousPane,
 };
 
-const std::array<Items, 4>& Menus() {
-  static const std::array<Items, 4> kMenus = {
-      Items{Command::kOpenProject, Command::kOpenFolder, std::nullopt, Command::kSaveMaximumChain,
-            Command::kSaveAllChains, Command::kSavePage, std::nullopt, Command::kLoadSpecFile,
-            Command::kSaveSpecFile, std::nullopt, Command::kExit},
-      Items{Command::kRecalculate, Command::kStop},
-      Items{Command::kFunctionLists, Command::kAdjustStackSize, Command::kResetFunction,
-            Command::kResetAllFunctions},
-      Items{Command::kHelp, std::nullopt, Command::kAbout}};
-  return kMenus;
-}
-
-constexpr size_t kViewMenu = 1;
-
-const Items& ToolBarItems() {
-  static const Items kItems = {Command::kSaveMaximumChain,
-                               std::nullopt,
-                               Command::kRecalculate,
-                               std::nullopt,
-                               Command::kStop,
-                               std::nullopt,
-                               Command::kAdjustStackSize,
-                               std::nullopt,
-                               Command::kHelp};
-  return kItems;
-}
-
-QList<QKeySequence> KeysOf(Command command) {
-  switch (command) {
-    case Command::kCopy:
-      return {QKeySequence("Ctrl+C"), QKeySequence("Ctrl+Ins")};
-    case Command::kOpenProject:
-      return {QKeySequence("Ctrl+O")};
-    case Command::kHelp:
-      return {QKeySequence("F1")};
-    default:
-      return {};
-  }
-}
-
-template <typename Bar>
-void AddItems(Bar& bar, const Items& items, const CommandActions& actions) {
-  for (const std::optional<Command>& command : items) {
-    if (command) {
-      bar.addAction(&actions.Of(*command));
-    } else {
-      bar.addSeparator();
+void AddMenuItems(QMenu& menu, const std::vector<MenuItem>& items, const UiContext& context,
+                  const CommandActions& actions, const FillMenu& fillRecent) {
+  for (const MenuItem& item : items) {
+    switch (item.kind) {
+      case MenuItem::Kind::kCommand:
+        menu.addAction(&actions.Of(item.command));
+        break;
+      case MenuItem::Kind::kSeparator:
+        menu.addSeparator();
+        break;
+      case MenuItem::Kind::kRecent:
+        fillRecent(*menu.addMenu(context.Text(kRecentMenuText)));
+        break;
+      case MenuItem::Kind::kSubmenu: {
+        QMenu* submenu = menu.addMenu(context.Text(item.textKey));
+        PointAtDisabledItems(*submenu);
+        for (const MenuItem& inner : item.items) {
+          submenu->addAction(&actions.Of(inner.command));
+        }
+        break;
+      }
     }
   }
 }
@@ -115,11 +106,13 @@ CommandActions::CommandActions(QWidget& window, const UiContext& context,
     window.addAction(action);
     actions_.emplace(command, action);
   }
-  auto* sorts = new QActionGroup(&window);
-  sorts->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
-  for (const Command command : kSortCommands) {
-    Of(command).setCheckable(true);
-    Of(command).setActionGroup(sorts);
+  for (const std::vector<Command>& commands : MarkedGroups()) {
+    auto* group = new QActionGroup(&window);
+    group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
+    for (const Command command : commands) {
+      Of(command).setCheckable(true);
+      Of(command).setActionGroup(group);
+    }
   }
 }
 
@@ -134,23 +127,24 @@ void CommandActions::Update(const std::function<CommandState(Command)>& stateOf)
 }
 
 void CommandActions::FillMenuBar(QMenuBar& menuBar, const UiContext& context,
-                                 const std::function<void()>& opening) const {
-  for (size_t i = 0; i < Menus().size(); ++i) {
-    const auto number = static_cast<uint32_t>(i + 1);
-    QMenu* menu = menuBar.addMenu(context.Text(kMenuTextKey + number));
+                                 const std::function<void()>& opening,
+                                 const FillMenu& fillRecent) const {
+  for (const MenuOfBar& ofBar : BarMenus()) {
+    QMenu* menu = menuBar.addMenu(context.Text(ofBar.textKey));
     PointAtDisabledItems(*menu);
-    AddItems(*menu, Menus()[i], *this);
-    if (i == kViewMenu) {
-      QMenu* sorts = menu->addMenu(context.Text(kSortMenuText));
-      PointAtDisabledItems(*sorts);
-      AddItems(*sorts, {std::begin(kSortCommands), std::end(kSortCommands)}, *this);
-    }
+    AddMenuItems(*menu, ofBar.items, context, *this, fillRecent);
     QObject::connect(menu, &QMenu::aboutToShow, &menuBar, opening);
   }
 }
 
 void CommandActions::FillToolBar(QToolBar& toolBar) const {
-  AddItems(toolBar, ToolBarItems(), *this);
+  for (const MenuItem& item : ToolBarItems()) {
+    if (item.kind == MenuItem::Kind::kCommand) {
+      toolBar.addAction(&Of(item.command));
+    } else {
+      toolBar.addSeparator();
+    }
+  }
 }
 
 }  // namespace velkor::ui

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QAction>
+#include <QMenu>
 #include <QMenuBar>
 #include <QToolBar>
 #include <functional>
@@ -11,6 +12,8 @@
 #include "ui/ui_context.h"
 
 namespace velkor::ui {
+
+using FillMenu = std::function<void(QMenu&)>;
 
 // One action for every command of the window, with its texts, its keys and its image; the menu
 // bar and the toolbar made of them. Choosing one is handed to the frame.
@@ -24,9 +27,9 @@ class CommandActions {
   // Takes over what stateOf answers for each command.
   void Update(const std::function<CommandState(Command)>& stateOf) const;
 
-  // opening: before a menu is shown.
+  // opening: before a menu is shown. fillRecent: given the menu of the recent inputs.
   void FillMenuBar(QMenuBar& menuBar, const UiContext& context,
-                   const std::function<void()>& opening) const;
+                   const std::function<void()>& opening, const FillMenu& fillRecent) const;
   void FillToolBar(QToolBar& toolBar) const;
 
  private:

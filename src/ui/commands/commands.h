@@ -26,6 +26,26 @@ enum class Command : uint32_t {
   kResetFunction = 32786,
   kResetAllFunctions = 32787,
   kSavePage = 32788,
+  kFind = 32810,
+  kFindNext = 32811,
+  kFindPrevious = 32812,
+  kShowInTree = 32813,
+  kShowCallers = 32814,
+  kGoBack = 32815,
+  kGoForward = 32816,
+  kGoToSource = 32817,
+  kAllFunctions = 32818,
+  kCopyAsCsv = 32819,
+  kLogAll = 32820,
+  kLogNotes = 32821,
+  kLogWarnings = 32822,
+  kZoomIn = 32823,
+  kZoomOut = 32824,
+  kZoomReset = 32825,
+  kLegend = 32826,
+  kProjectOptions = 32827,
+  kNextPane = 32828,
+  kPreviousPane = 32829,
   kClearLog = 57633,
   kCopy = 57634,
   kAbout = 57664,
@@ -36,7 +56,8 @@ enum class Command : uint32_t {
 // Texts of the window beside prompts and messages, by their catalogue keys:
 //   kMenuTextKey + command          menu item, with "&" mnemonics and "%s" for the product name
 //   kMenuTextKey + 1 to 4           the menus File, View, Option, Help; + 5 the submenu "Sort &List
-//   by" kDialogTextKey * dialog + item  texts of a dialog's item; item 0 is the title
+//   by"; + 11 the menu Search; + 12 the submenu of the log; + 13 that of the recent inputs
+//   kDialogTextKey * dialog + item  texts of a dialog's item; item 0 is the title
 constexpr uint32_t kMenuTextKey = 1000000;
 constexpr uint32_t kDialogTextKey = 100000;
 

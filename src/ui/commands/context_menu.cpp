@@ -6,6 +6,8 @@
 #include <QProxyStyle>
 #include <QStatusTipEvent>
 
+#include "ui/commands/command_menus.h"
+
 namespace velkor::ui {
 
 namespace {
@@ -20,6 +22,13 @@ class AllItemsStyle : public QProxyStyle {
   }
 };
 
+// With the keys as a text: as keys of their own they would be ambiguous with the window's.
+QString ItemText(Command command, const UiContext& context) {
+  const QList<QKeySequence> keys = KeysOf(command);
+  const QString text = context.Text(kMenuTextKey + static_cast<uint32_t>(command));
+  return keys.isEmpty() ? text : text + u'\t' + keys.front().toString(QKeySequence::NativeText);
+}
+
 }  // namespace
 
 void AddCommands(QMenu& menu, const UiContext& context, const std::vector<Command>& commands,
@@ -29,7 +38,7 @@ void AddCommands(QMenu& menu, const UiContext& context, const std::vector<Comman
   group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
   for (const Command command : commands) {
     const CommandState state = stateOf(command);
-    QAction* action = menu.addAction(context.Text(kMenuTextKey + static_cast<uint32_t>(command)));
+    QAction* action = menu.addAction(ItemText(command, context));
     action->setActionGroup(group);
     action->setCheckable(state.radioMark);
     action->setChecked(state.radioMark);

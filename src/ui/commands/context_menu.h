@@ -13,6 +13,8 @@ namespace velkor::ui {
 constexpr Command kSortCommands[] = {Command::kSortByName,   Command::kSortByIcon,
                                      Command::kSortByTotal,  Command::kSortByFrame,
                                      Command::kSortByMargin, Command::kSortByFile};
+// What the log shows, the most of it first.
+constexpr Command kLogCommands[] = {Command::kLogAll, Command::kLogNotes, Command::kLogWarnings};
 constexpr uint32_t kSortMenuText = kMenuTextKey + 5;
 
 using CommandStateQuery = std::function<CommandState(Command)>;

@@ -11,6 +11,12 @@ std::optional<CommandState> FunctionCommandState(Command command, const StkFunct
       return CommandState{function && document.CanChangeAnalysis()};
     case Command::kResetFunction:
       return CommandState{function && document.CanChangeAnalysis() && function->adjustment};
+    case Command::kShowInTree:
+    case Command::kShowCallers:
+      return CommandState{function && !document.BelongsToJob()};
+    case Command::kGoToSource:
+      return CommandState{function && !document.BelongsToJob() &&
+                          (function->file || function->Place().file)};
     default:
       return std::nullopt;
   }
@@ -32,6 +38,15 @@ void ExecuteFunctionCommand(Command command, StkFunction* function, FrameOperati
       if (function->adjustment) {
         frame.ResetFunction(*function);
       }
+      break;
+    case Command::kShowInTree:
+      frame.ShowInTree(*function);
+      break;
+    case Command::kShowCallers:
+      frame.ShowCallers(*function);
+      break;
+    case Command::kGoToSource:
+      frame.GoToSource(*function);
       break;
     default:
       break;

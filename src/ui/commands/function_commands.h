@@ -8,7 +8,7 @@
 
 namespace velkor::ui {
 
-// The four commands that act on one function of the call tree or the function list.
+// The commands that act on one function of a view.
 
 // None for any other command. function: what the view would act on, or none. A command that would
 // change the analysis, or read it while a job changes it, is disabled while that job runs.

@@ -1,80 +1,83 @@
 #include "ui/commands/toolbar_icons.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 
 #include "ui/drawn_icon.h"
+#include "ui/sign_colors.h"
 
 namespace velkor::ui {
 
 namespace {
 
-constexpr QRgb kInk = 0xFF3A4A5A;
-constexpr QRgb kBlue = 0xFF2A6FBB;
-constexpr QRgb kRed = 0xFFC83232;
-constexpr QRgb kGreen = 0xFF2E8B57;
-constexpr QRgb kYellow = 0xFFE8B020;
+constexpr QColor kYellow(0xE8, 0xB0, 0x20);
+constexpr QColor kCyan(0x20, 0xD0, 0xE0);
 
 using Drawing = void (*)(QPainter&);
 
-QPen Line(QRgb color, double width) {
-  return {QColor::fromRgb(color), width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
+SignColors Colors() {
+  return SignColorsOn(QGuiApplication::palette().color(QPalette::Button));
 }
 
-void DrawBox(QPainter& painter, double x, double y, QRgb color) {
-  painter.setPen(Line(kInk, 1));
-  painter.setBrush(QColor::fromRgb(color));
+QPen Line(const QColor& color, double width) {
+  return {color, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin};
+}
+
+void DrawBox(QPainter& painter, double x, double y, const QColor& color) {
+  painter.setPen(Line(Colors().ink, 1));
+  painter.setBrush(color);
   painter.drawRect(QRectF(x, y, 5, 4));
 }
 
 // Three boxes, each called by the one above, and an arrow out.
 void DrawChain(QPainter& painter) {
-  painter.setPen(Line(kInk, 1));
+  painter.setPen(Line(Colors().ink, 1));
   painter.drawPolyline(QPolygonF({{3.5, 5}, {3.5, 8.5}, {6, 8.5}}));
   painter.drawPolyline(QPolygonF({{8.5, 10}, {8.5, 13.5}, {11, 13.5}}));
-  DrawBox(painter, 1, 1.5, kRed);
-  DrawBox(painter, 6, 6.5, kRed);
-  DrawBox(painter, 11, 11.5, kRed);
-  painter.setPen(Line(kBlue, 1.8));
+  DrawBox(painter, 1, 1.5, Colors().error);
+  DrawBox(painter, 6, 6.5, Colors().error);
+  DrawBox(painter, 11, 11.5, Colors().error);
+  painter.setPen(Line(Colors().accent, 1.8));
   painter.drawLine(QPointF(15.5, 1.5), QPointF(15.5, 7));
   painter.drawPolyline(QPolygonF({{12.8, 5}, {15.5, 8}, {18.2, 5}}));
 }
 
 // An arrow round in a circle.
 void DrawRecalculate(QPainter& painter) {
-  painter.setPen(Line(kGreen, 2));
+  painter.setPen(Line(Colors().good, 2));
   painter.drawArc(QRectF(4.5, 3, 11, 11), 60 * 16, 290 * 16);
   painter.setPen(Qt::NoPen);
-  painter.setBrush(QColor::fromRgb(kGreen));
+  painter.setBrush(Colors().good);
   painter.drawPolygon(QPolygonF({{12, 0.5}, {17.5, 4.5}, {11.2, 7}}));
 }
 
 void DrawStop(QPainter& painter) {
   painter.setPen(Qt::NoPen);
-  painter.setBrush(QColor::fromRgb(kRed));
+  painter.setBrush(Colors().error);
   painter.drawPolygon(QPolygonF(
       {{7, 1.5}, {13, 1.5}, {17, 5.5}, {17, 11.5}, {13, 15.5}, {7, 15.5}, {3, 11.5}, {3, 5.5}}));
-  painter.setPen(Line(0xFFFFFFFF, 2));
+  painter.setPen(Line(InkOn(Colors().error), 2));
   painter.drawLine(QPointF(7.5, 6), QPointF(12.5, 11));
   painter.drawLine(QPointF(12.5, 6), QPointF(7.5, 11));
 }
 
 // Two sliders.
 void DrawAdjust(QPainter& painter) {
-  painter.setPen(Line(kInk, 1.6));
+  painter.setPen(Line(Colors().ink, 1.6));
   painter.drawLine(QPointF(2, 5), QPointF(18, 5));
   painter.drawLine(QPointF(2, 12), QPointF(18, 12));
-  painter.setPen(Line(kInk, 1));
-  painter.setBrush(QColor::fromRgb(0xFF20D0E0));
+  painter.setPen(Line(Colors().ink, 1));
+  painter.setBrush(kCyan);
   painter.drawRoundedRect(QRectF(10.5, 2, 4, 6), 1, 1);
   painter.drawRoundedRect(QRectF(5, 9, 4, 6), 1, 1);
 }
 
 void DrawHelp(QPainter& painter) {
   painter.setPen(Qt::NoPen);
-  painter.setBrush(QColor::fromRgb(kBlue));
+  painter.setBrush(Colors().accent);
   painter.drawEllipse(QPointF(10, 8.5), 7.5, 7.5);
-  painter.setPen(Line(0xFFFFFFFF, 1.8));
+  painter.setPen(Line(InkOn(Colors().accent), 1.8));
   QPainterPath mark(QPointF(7.7, 6.2));
   mark.cubicTo(7.9, 3, 12.6, 3, 12.4, 6.2);
   mark.cubicTo(12.3, 8, 10, 8, 10, 9.8);
@@ -85,10 +88,10 @@ void DrawHelp(QPainter& painter) {
 
 // Frames on top of each other, the highest one over the limit.
 void DrawProgram(QPainter& painter) {
-  constexpr QRgb kFrames[] = {kRed, kYellow, kGreen, kBlue};
-  painter.setPen(Line(kInk, 0.8));
+  const QColor frames[] = {Colors().error, kYellow, Colors().good, Colors().accent};
+  painter.setPen(Line(Colors().ink, 0.8));
   for (int i = 0; i < 4; ++i) {
-    painter.setBrush(QColor::fromRgb(kFrames[i]));
+    painter.setBrush(frames[i]);
     painter.drawRoundedRect(QRectF(2, 1 + 3.5 * i, 12, 3), 0.6, 0.6);
   }
 }

@@ -170,7 +170,7 @@ void FunctionListBox::SetFunctions(StkFunctionList functions, size_t firstAdded)
 void FunctionListBox::SetFunctionsByName(StkFunctionList functions) {
   const bool isShort = functions.size() <= kSortedAtOnce;
   SetFunctions({}, 0);
-  sorter_ = std::make_unique<NameSorter>(std::move(functions), codePage_);
+  sorter_ = std::make_unique<NameSorter>(std::move(functions), IsBeforeByName(codePage_));
   if (isShort) {
     while (sorter_->Step()) {
     }

@@ -1,38 +1,26 @@
 #pragma once
 
-#include <cstddef>
-
-#include "core/function_list.h"
+#include "core/function.h"
 #include "platform/code_page.h"
+#include "ui/step_sorter.h"
 
 namespace velkor::ui {
 
-// Brings functions into the order of SortByName in steps of a few milliseconds each, between which
-// the window can answer the user. Refers to the functions, whose names must not change meanwhile.
-class NameSorter {
+// The order of SortByName.
+class IsBeforeByName {
  public:
-  NameSorter(StkFunctionList functions, const CodePage& codePage);
+  explicit IsBeforeByName(const CodePage& codePage) : codePage_(&codePage) {}
 
-  // False once the order is there; then it is in Take.
-  bool Step();
-  StkFunctionList Take() { return std::move(functions_); }
+  bool operator()(const StkFunction* left, const StkFunction* right) const {
+    const int order = codePage_->Compare(left->name, right->name);
+    return order != 0 ? order < 0 : left->index < right->index;
+  }
 
  private:
-  bool IsBefore(const StkFunction& left, const StkFunction& right) const;
-  void SortRun();
-  void Merge();
-  void BeginPair(size_t start);
-
-  const CodePage& codePage_;
-  StkFunctionList functions_;
-  StkFunctionList merged_;  // of functions_, as far as this round has come
-  size_t runSize_ = 0;      // functions_ consists of sorted runs of this size
-  size_t sorted_ = 0;       // of functions_, into runs of the first size
-  // The two runs that are being merged: from where on, and where each ends.
-  size_t left_ = 0;
-  size_t leftEnd_ = 0;
-  size_t right_ = 0;
-  size_t rightEnd_ = 0;
+  const CodePage* codePage_;
 };
+
+// Refers to the functions, whose names must not change meanwhile.
+using NameSorter = StepSorter<StkFunction*, IsBeforeByName>;
 
 }  // namespace velkor::ui

@@ -4,6 +4,7 @@
 
 #include "core/function_text.h"
 #include "ui/shown_text.h"
+#include "ui/views/function_cells.h"
 #include "ui/views/function_icons.h"
 #include "ui/views/largest_total.h"
 #include "ui/wait_cursor.h"
@@ -106,6 +107,18 @@ StkFunction& CallTreeModel::FunctionOf(const QModelIndex& index) const {
   return *NodeOf(index).record.function;
 }
 
+QModelIndex CallTreeModel::ChildFor(const StkFunction& function, const QModelIndex& parent) {
+  fetchMore(parent);
+  const int count = rowCount(parent);
+  for (int row = 0; row < count; ++row) {
+    const QModelIndex child = index(row, 0, parent);
+    if (&FunctionOf(child) == &function) {
+      return child;
+    }
+  }
+  return {};
+}
+
 QModelIndex CallTreeModel::index(int row, int column, const QModelIndex& parent) const {
   if (row < 0 || column != 0 || row >= rowCount(parent)) {
     return {};
@@ -167,6 +180,9 @@ void CallTreeModel::fetchMore(const QModelIndex& parent) {
 }
 
 QVariant CallTreeModel::data(const QModelIndex& index, int role) const {
+  if (index.isValid() && role == Qt::ToolTipRole && !isBusy_()) {
+    return WholeName(FunctionOf(index), codePage_);
+  }
   if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::DecorationRole &&
                            role != Qt::AccessibleDescriptionRole)) {
     return {};

@@ -43,6 +43,8 @@ class CallTreeModel : public QAbstractItemModel {
   // With its repeated mark as it is now. Stays valid as long as the node.
   const NodeRecord& RecordOf(const QModelIndex& index) const;
   StkFunction& FunctionOf(const QModelIndex& index) const;
+  // The first child with the function, made if it has to be; invalid: there is none.
+  QModelIndex ChildFor(const StkFunction& function, const QModelIndex& parent);
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& index) const override;

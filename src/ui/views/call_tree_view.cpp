@@ -9,6 +9,7 @@
 #include "ui/commands/context_menu.h"
 #include "ui/commands/function_commands.h"
 #include "ui/views/accessible_texts.h"
+#include "ui/views/branch_lines.h"
 #include "ui/views/call_tree_model.h"
 #include "ui/views/function_icons.h"
 #include "ui/wait_cursor.h"
@@ -69,6 +70,43 @@ void CStkTreeView::SetUp() {
 const NodeRecord* CStkTreeView::SelectedRecord() const {
   const QModelIndex index = SelectedIndex();
   return index.isValid() ? &model_->RecordOf(index) : nullptr;
+}
+
+StkFunctionList CStkTreeView::SelectedWay() const {
+  StkFunctionList way;
+  for (QModelIndex index = SelectedIndex(); index.isValid(); index = index.parent()) {
+    way.push_back(&model_->FunctionOf(index));
+  }
+  std::reverse(way.begin(), way.end());
+  return way;
+}
+
+// The toolkit lays opened branches out by recursion, hence a deepest one; all of them at once,
+// hence the delay.
+bool CStkTreeView::ShowWay(const StkFunctionList& way) {
+  if (way.empty() || way.size() > kDeepest || IsBusy()) {
+    return false;
+  }
+  const WaitCursor waiting;
+  QModelIndexList nodes;
+  nodes.reserve(static_cast<qsizetype>(way.size()));
+  for (const StkFunction* function : way) {
+    nodes.push_back(model_->ChildFor(*function, nodes.empty() ? QModelIndex() : nodes.back()));
+    if (!nodes.back().isValid()) {
+      return false;
+    }
+  }
+  const QModelIndex last = nodes.takeLast();
+  rebuilding_ = true;
+  scheduleDelayedItemsLayout();
+  for (const QModelIndex& node : nodes) {
+    expand(node);
+  }
+  executeDelayedItemsLayout();
+  rebuilding_ = false;
+  setCurrentIndex(last);
+  scrollTo(last);
+  return true;
 }
 
 void CStkTreeView::OnUpdate(ViewHint hint) {
@@ -161,30 +199,11 @@ void CStkTreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option
   QTreeView::drawRow(painter, row, index);
 }
 
-// The lines between the nodes, which not every style draws, below the style's expand buttons.
 void CStkTreeView::drawBranches(QPainter* painter, const QRect& rect,
                                 const QModelIndex& index) const {
   painter->save();
   painter->setPen(QPen(palette().color(QPalette::Mid), 1, Qt::DotLine));
-  QRect cell(rect.right() + 1 - indentation(), rect.top(), indentation(), rect.height());
-  QModelIndex node = index;
-  for (bool own = true; node.isValid() && cell.right() >= 0; own = false) {
-    const QModelIndex parent = node.parent();
-    const bool goesOn = node.row() + 1 < model_->rowCount(parent);
-    const bool comesFromAbove = parent.isValid() || node.row() > 0;
-    const QPoint center = cell.center();
-    if (own && comesFromAbove) {
-      painter->drawLine(center.x(), cell.top(), center.x(), center.y());
-    }
-    if (own) {
-      painter->drawLine(center.x(), center.y(), cell.right(), center.y());
-    }
-    if (goesOn) {
-      painter->drawLine(center.x(), own ? center.y() : cell.top(), center.x(), cell.bottom());
-    }
-    cell.translate(-indentation(), 0);
-    node = parent;
-  }
+  DrawBranchLines(*painter, rect, index, indentation());
   painter->restore();
   QTreeView::drawBranches(painter, rect, index);
 }

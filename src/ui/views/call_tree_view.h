@@ -28,6 +28,13 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
   // Of the selected node, or none. Valid until the selection changes next.
   const NodeRecord* SelectedRecord() const;
 
+  // The functions from the top level down to the selected node; empty: none is selected.
+  StkFunctionList SelectedWay() const;
+  // Selects the node to which the way leads, opening the branches above it. False when there is no
+  // such node, or it stands deeper than kDeepest.
+  bool ShowWay(const StkFunctionList& way);
+  static constexpr size_t kDeepest = 4096;
+
   void OnUpdate(ViewHint hint) override;
   // Both take the target: after either, the node of the last right click is forgotten.
   std::optional<CommandState> StateOf(Command command) override;

@@ -1,9 +1,12 @@
 #include "ui/views/function_icons.h"
 
+#include <QGuiApplication>
 #include <QPainter>
+#include <QPainterPath>
 #include <array>
 
 #include "ui/drawn_icon.h"
+#include "ui/sign_colors.h"
 
 namespace velkor::ui {
 
@@ -15,18 +18,58 @@ constexpr int kCell = 16;
 constexpr std::array<QRgb, 5> kColors = {0xFFE02020, 0xFF20D0E0, 0xFF30B030, 0xFFFFE020,
                                          0xFFFFFFFF};
 
+// An arrow down.
+void DrawMaximum(QPainter& painter) {
+  painter.drawLine(QPointF(8, 5), QPointF(8, 11));
+  painter.drawPolyline(QPolygonF({{5.6, 8.6}, {8, 11}, {10.4, 8.6}}));
+}
+
+void DrawPlus(QPainter& painter) {
+  painter.drawLine(QPointF(8, 5), QPointF(8, 11));
+  painter.drawLine(QPointF(5, 8), QPointF(11, 8));
+}
+
+// A ring that is not closed.
+void DrawRing(QPainter& painter) {
+  painter.drawArc(QRectF(5.2, 5.2, 5.6, 5.6), 60 * 16, 300 * 16);
+}
+
+void DrawQuestion(QPainter& painter) {
+  QPainterPath mark(QPointF(6.2, 6.6));
+  mark.cubicTo(6.4, 4.2, 9.9, 4.2, 9.8, 6.5);
+  mark.cubicTo(9.7, 7.7, 8, 7.6, 8, 9.2);
+  painter.drawPath(mark);
+  painter.drawPoint(QPointF(8, 11.2));
+}
+
+void DrawNothing(QPainter&) {}
+
+// What tells the kinds apart beside their colours.
+using Sign = void (*)(QPainter&);
+constexpr std::array<Sign, 5> kSigns = {DrawMaximum, DrawPlus, DrawRing, DrawQuestion, DrawNothing};
+
 // Of square cells side by side, the one that holds the box.
 QIcon SquareIcon(int kind, int cells, int cell) {
-  const QRgb color = kColors.at(static_cast<size_t>(kind));
-  const auto draw = [color, cell](QPainter& painter) {
-    painter.setPen(QPen(QColor(64, 64, 64), 1));
-    painter.setBrush(QColor::fromRgb(color));
-    painter.drawRect(QRectF(kCell * cell + 3, 3, kCell - 6, kCell - 6));
+  const QColor color = KindColor(kind);
+  const Sign sign = kSigns.at(static_cast<size_t>(kind));
+  const auto draw = [color, sign, cell](QPainter& painter) {
+    const QColor base = QGuiApplication::palette().color(QPalette::Base);
+    painter.translate(kCell * cell, 0);
+    painter.setPen(QPen(SignColorsOn(base).ink, 1));
+    painter.setBrush(color);
+    painter.drawRect(QRectF(2.5, 2.5, kCell - 5, kCell - 5));
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(InkOn(color), 1.3, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    sign(painter);
   };
   return DrawnIcon(draw, QSize(kCell * cells, kCell));
 }
 
 }  // namespace
+
+QColor KindColor(int iconIndex) {
+  return QColor::fromRgb(kColors.at(static_cast<size_t>(iconIndex)));
+}
 
 int IconIndex(const StkFunction& function, bool onMaximumChain) {
   if (onMaximumChain) {

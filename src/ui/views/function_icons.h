@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QIcon>
 #include <QRect>
 
@@ -15,7 +16,11 @@ namespace velkor::ui {
 // largest among its siblings.
 int IconIndex(const StkFunction& function, bool onMaximumChain);
 
-// 16 x 16: a box in the colour of the function's kind; icon index 0 to 4.
+// Of the box of a kind, by icon index 0 to 4.
+QColor KindColor(int iconIndex);
+
+// 16 x 16: a box in the colour of the function's kind, with a sign of the kind in it; icon index 0
+// to 4.
 QIcon TreeIcon(int iconIndex);
 // 32 x 16: the box in the left half for the first row (0 to 4), in the right half for a callee row
 // (10 to 14).

@@ -91,7 +91,12 @@ QVariant FunctionListModel::data(const QModelIndex& index, int role) const {
   const int icon = sortValues_[row].icon;
   switch (role) {
     case Qt::DisplayRole:
-      return ForScreen(Text(row, index.column()), codePage_);
+      return ForScreen(index.column() == kFunction ? CutToRow(rows_[row].name, codePage_)
+                                                   : std::string(Text(row, index.column())),
+                       codePage_);
+    case Qt::ToolTipRole:
+      return index.column() == kFunction ? QVariant(ForScreen(rows_[row].name, codePage_))
+                                         : data(index, Qt::DisplayRole);
     case Qt::DecorationRole:
       return index.column() == kFunction ? icons_[static_cast<size_t>(icon)] : QVariant();
     case Qt::AccessibleDescriptionRole:
@@ -119,7 +124,7 @@ QVariant FunctionListModel::headerData(int section, Qt::Orientation orientation,
 }
 
 void FunctionListModel::Append(StkFunction& function, int icon, uint32_t sizeLimit) {
-  rows_.push_back({&function, RowName(function, codePage_), TotalSizeText(function),
+  rows_.push_back({&function, FunctionDisplayName(function, codePage_), TotalSizeText(function),
                    FrameSizeText(function), AdjustmentInfoText(function, AdjustmentStyle::kList)});
   sortValues_.push_back(SortValuesOf(function, icon, sizeLimit));
 }

@@ -18,8 +18,9 @@ namespace {
 
 constexpr uint32_t kHeaderTextKey = 35000;
 constexpr int kColumnWidths[] = {100, 80, 80, 80, 300};
-// As long a name as the Function column grows for by itself, in average characters.
-constexpr int kNameLength = 40;
+// What the column of the paths gives up to that of the names where there is little room, down to
+// as many average characters.
+constexpr int kPathLength = 12;
 
 struct SortCommand {
   Command command;
@@ -95,10 +96,15 @@ void CStkListView::SetUp() {
     setColumnWidth(column, std::max(kColumnWidths[column], header_->sectionSizeHint(column)));
   }
   connect(header_, &QHeaderView::sectionResized, this, [this](int column) {
-    if (column == FunctionListModel::kFunction && !fitting_) {
+    const bool isFitted =
+        column == FunctionListModel::kFunction || column == FunctionListModel::kFile;
+    if (isFitted && !fitting_) {
       namesFollow_ = false;
     }
   });
+  setTextElideMode(Qt::ElideMiddle);
+  connect(this, &QAbstractItemView::doubleClicked, this,
+          [this](const QModelIndex& index) { Enter(index); });
   header_->setContextMenuPolicy(Qt::CustomContextMenu);
   connect(header_, &QWidget::customContextMenuRequested, this,
           [this](const QPoint& position) { ShowMenu(header_->mapToGlobal(position)); });
@@ -107,6 +113,16 @@ void CStkListView::SetUp() {
       SortBy(static_cast<SortKey>(column));
     }
   });
+}
+
+QByteArray CStkListView::OwnColumns() const {
+  return namesFollow_ ? QByteArray() : header_->saveState();
+}
+
+void CStkListView::SetOwnColumns(const QByteArray& columns) {
+  if (!columns.isEmpty() && header_->restoreState(columns)) {
+    namesFollow_ = false;
+  }
 }
 
 StkFunction* CStkListView::SelectedFunction() const {
@@ -147,7 +163,21 @@ void CStkListView::keyboardSearch(const QString& search) {
   QTreeView::keyboardSearch(search);
 }
 
+// The first row is the node that is selected in the tree anyway.
+void CStkListView::Enter(const QModelIndex& index) {
+  if (index.row() > 0 && !context_.document.BelongsToJob()) {
+    frame_.ShowCallee(*model_->FunctionAt(index.row()));
+  }
+}
+
 void CStkListView::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    if (SelectedFunction()) {
+      Enter(selectionModel()->selectedRows().front());
+    }
+    event->accept();
+    return;
+  }
   if (!SelectCurrent(*this, *event)) {
     QTreeView::keyPressEvent(event);
   }
@@ -187,14 +217,21 @@ void CStkListView::resizeEvent(QResizeEvent* event) {
   }
 }
 
-// Names get the width that the other columns leave over, until the user gives them another.
+// Names get the width that the other columns leave over, until the user gives a column another. In
+// a narrow list the paths, which a tooltip shows whole, are cut before the names; in one that
+// scrolls sideways anyway names take up to half of it.
 void CStkListView::FitNames() {
-  const int column = FunctionListModel::kFunction;
-  const int leftOver = viewport()->width() - header_->length() + columnWidth(column);
-  const int most = kListIconSize.width() + fontMetrics().averageCharWidth() * kNameLength;
+  const int names = FunctionListModel::kFunction;
+  const int paths = FunctionListModel::kFile;
+  const int others = header_->length() - columnWidth(names) - columnWidth(paths);
+  const int free = viewport()->width() - others;
+  const int leastPaths = fontMetrics().averageCharWidth() * kPathLength;
+  const int wanted = std::max(kColumnWidths[names], sizeHintForColumn(names));
+  const int forPaths = std::clamp(free - wanted, leastPaths, kColumnWidths[paths]);
+  const int forNames = std::min(wanted, std::max(kColumnWidths[names], viewport()->width() / 2));
   fitting_ = true;
-  setColumnWidth(
-      column, std::clamp(leftOver, kColumnWidths[column], std::max(most, kColumnWidths[column])));
+  setColumnWidth(paths, forPaths);
+  setColumnWidth(names, std::max(forNames, free - forPaths));
   fitting_ = false;
 }
 
@@ -221,6 +258,9 @@ void CStkListView::Fill() {
     model_->Fill(*record, functions->SizeLimit(), sortKey_, descending_);
   } else {
     model_->Clear();
+  }
+  if (namesFollow_) {
+    FitNames();
   }
   frame_.UpdateCommands();
 }

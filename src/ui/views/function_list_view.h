@@ -28,6 +28,9 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
 
   // Of the selected row, or none.
   StkFunction* SelectedFunction() const;
+  // The widths that the user has given to columns, to be given again; empty: none.
+  QByteArray OwnColumns() const;
+  void SetOwnColumns(const QByteArray& columns);
 
   void OnUpdate(ViewHint hint) override;
   std::optional<CommandState> StateOf(Command command) override;
@@ -45,6 +48,7 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
 
  private:
   void SetUp();
+  void Enter(const QModelIndex& index);
   void FitNames();
   void ShowMenu(const QPoint& position);
   void Clear();
