@@ -117,16 +117,16 @@ save_chains() {
   await are_equal "$3" "cli-$3"
 }
 
-# find FUNCTION: by its name, wherever it is; and back to where the tree was.
+# find_function FUNCTION: by its name, wherever it is; and back to what was selected in the tree.
 find_function() {
   local before
-  before=$(steady "$kTree")
+  before=$(steady "$kList")
   press ctrl+f
   xdotool type --delay 15 "$1"
   press Return
   save_chains m "$1" found.txt
   press alt+Left ctrl+shift+f
-  await is_picture "$kTree" "$before"
+  await is_picture "$kList" "$before"
 }
 
 load_specification_with_errors() {
