@@ -97,7 +97,12 @@ class WindowBench {
                  },
              .about = [](UiContext&, const VersionTexts&, QWidget*) {},
              .showHelp = [](int) {},
-             .closed = [] {}}) {}
+             .closed = [] {},
+             .settings = settings_,
+             .legend = [](UiContext&, QWidget*) {},
+             .options = [](UiContext&, QWidget*) { return false; },
+             .openSource = [](UiContext&, const std::string&, uint32_t) { return false; },
+             .readsOtherwise = [](UiContext&, const std::string&) { return false; }}) {}
 
   void Run(const std::string& project) {
     std::printf("%-40s %14s %14s %10s\n", "step", "stands still", "of it work", "takes");
@@ -244,6 +249,7 @@ class WindowBench {
   static constexpr int kDialogMilliseconds = 4000;
 
   const StkMessages messages_;
+  WindowSettings settings_;
   NoBoxes boxes_;
   WindowFileDialogs fileDialogs_;
   bool shows_ = false;

@@ -1,28 +1,8 @@
 #include "ui/text_colors.h"
 
-#include <algorithm>
-#include <cmath>
+#include "ui/sign_colors.h"
 
 namespace velkor::ui {
-
-namespace {
-
-double Linear(float part) {
-  const auto value = static_cast<double>(part);
-  return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-}
-
-double Luminance(const QColor& color) {
-  return 0.2126 * Linear(color.redF()) + 0.7152 * Linear(color.greenF()) +
-         0.0722 * Linear(color.blueF());
-}
-
-}  // namespace
-
-double Contrast(const QColor& one, const QColor& other) {
-  const auto [darker, lighter] = std::minmax({Luminance(one), Luminance(other)});
-  return (lighter + 0.05) / (darker + 0.05);
-}
 
 QColor PaleText(const QPalette& palette, QPalette::ColorGroup group) {
   constexpr float kText = 0.7F;

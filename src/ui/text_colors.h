@@ -8,9 +8,6 @@ namespace velkor::ui {
 // The least contrast of a text with its ground.
 constexpr double kReadable = 4.5;
 
-// From 1, for equal ones, to 21: (lighter + 0.05) / (darker + 0.05), of relative luminances.
-double Contrast(const QColor& one, const QColor& other);
-
 // Between text and ground, for what stands beside the main thing; read on either theme.
 QColor PaleText(const QPalette& palette, QPalette::ColorGroup group = QPalette::Active);
 // The palette's own where it can be read.

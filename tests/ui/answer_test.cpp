@@ -3,6 +3,7 @@
 
 #include "main_window.h"
 #include "ui/picture/picture_colors.h"
+#include "ui/sign_colors.h"
 #include "ui/text_colors.h"
 
 namespace velkor::ui {

@@ -4,6 +4,7 @@
 #include <QVBoxLayout>
 
 #include "platform/host_paths.h"
+#include "ui/commands/commands.h"
 #include "ui/dialogs/dialog_controls.h"
 
 namespace velkor::ui {
