@@ -67,7 +67,7 @@ reports::GateOutcome StackNotes::Ask() const {
                            .functions = *document.FunctionTable(),
                            .roots = document.RootList()->Functions(),
                            .bounds = *document.Bounds()});
-  return reports::InputGate(input, *document.FunctionTable(), result, context_.host.files)
+  return reports::InputGate(input, *document.FunctionTable(), result, context_.host)
       .Check({}, nullptr);
 }
 
