@@ -5,11 +5,22 @@ function(velkor_compile_at_once target)
     UNITY_BUILD ${VELKOR_ROOM_AT_ONCE} UNITY_BUILD_BATCH_SIZE 20)
 endfunction()
 
+# velkor_sources(VARIABLE): all .cpp files of the current folder and of the folders in it, but of
+# posix/ and windows/ those of the host alone.
+function(velkor_sources variable)
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  set(others windows)
+  if(WIN32)
+    set(others posix)
+  endif()
+  list(FILTER sources EXCLUDE REGEX "^${CMAKE_CURRENT_SOURCE_DIR}/${others}/")
+  set(${variable} ${sources} PARENT_SCOPE)
+endfunction()
+
 # velkor_room(NAME DEPENDS rooms...): the library target of one folder of src/.
-# All .cpp files of the folder, and of the folders in it, belong to it.
 function(velkor_room name)
   cmake_parse_arguments(ROOM "" "" "DEPENDS" ${ARGN})
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  velkor_sources(sources)
   add_library(velkor_${name} STATIC ${sources})
   velkor_compile_at_once(velkor_${name})
   target_link_libraries(velkor_${name} PUBLIC velkor_compile)
@@ -25,7 +36,7 @@ set(VELKOR_TEST_HEADERS <gtest/gtest.h> <map> <memory> <random> <string> <string
 # the folders in it.
 function(velkor_test name)
   cmake_parse_arguments(TEST "" "" "DEPENDS;LABELS" ${ARGN})
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  velkor_sources(sources)
   add_executable(${name}_test ${sources})
   velkor_compile_at_once(${name}_test)
   set_target_properties(${name}_test PROPERTIES VELKOR_IS_TEST ON)

@@ -63,3 +63,17 @@ build() {
   fi
   rm -f "$log"
 }
+
+# install_wine: answers the program that runs programs for Windows; fails where there is none.
+install_wine() {
+  install_missing scripts/packages_wine.txt >&2 || return 1
+  PATH=$PATH:/usr/lib/wine command -v wine64 || PATH=$PATH:/usr/lib/wine command -v wine
+}
+
+# use_wine: wine keeps its files in the build folder and says nothing of its own from here on.
+use_wine() {
+  mkdir -p build
+  export WINEPREFIX=$PWD/build/wine WINEDEBUG=-all WINEDLLOVERRIDES="mscoree=;mshtml=;winemenubuilder.exe="
+  wine64=/usr/lib/wine/wine64
+  [ -e "$WINEPREFIX/system.reg" ] || "$wine64" wineboot --init >/dev/null 2>&1
+}

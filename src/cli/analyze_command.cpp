@@ -15,7 +15,7 @@ namespace {
 
 reports::InputGate GateOf(Application& application, const reports::AnalysisResult& result) {
   return {*application.Document().Input(), *application.Document().FunctionTable(), result,
-          application.GetHost().files};
+          application.GetHost()};
 }
 
 // The numbers of functions know nothing of interrupts.

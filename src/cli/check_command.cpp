@@ -2,9 +2,12 @@
 
 #include <fmt/format.h>
 #include <optional>
+#include <string_view>
+#include <vector>
 
 #include "cli/command_output.h"
 #include "files/whole_text.h"
+#include "platform/path_text.h"
 #include "reports/gate/gate_json.h"
 #include "reports/gate/gate_text.h"
 #include "reports/gate/github_output.h"
@@ -44,7 +47,7 @@ class CheckRun {
         options_(options),
         result_(application.Result()),
         gate_(*application.Document().Input(), *application.Document().FunctionTable(), result_,
-              application.GetHost().files) {}
+              application.GetHost()) {}
 
   ExitStatus Run() {
     if (!gate_.IsConfigured() && options_.check.limits.empty()) {
@@ -170,18 +173,16 @@ class CheckRun {
 
   // "fw" of fw/velkor.toml and of fw.toml.
   std::string Name() const {
-    const std::string& path = ConfigurationPath();
-    const size_t start = path.rfind('/') + 1;
-    std::string stem = path.substr(start, path.rfind('.') - start);
-    if (stem != "velkor") {
-      return stem;
-    }
-    const size_t folder = start < 2 ? 0 : path.rfind('/', start - 2) + 1;
-    return path.substr(folder, start < 2 ? 0 : start - 1 - folder);
+    const std::vector<std::string_view> steps =
+        PathSteps(ConfigurationPath(), application_.GetCodePage());
+    const std::string_view stem = steps.back().substr(0, steps.back().rfind('.'));
+    const std::string_view folder = steps.size() < 2 ? std::string_view() : steps[steps.size() - 2];
+    return std::string(stem != "velkor" ? stem : folder);
   }
 
   std::string Commit() {
-    return reports::CommitOf(application_.GetHost().files, gate_.Sources().Root());
+    return reports::CommitOf(application_.GetHost().files, application_.GetCodePage(),
+                             gate_.Sources().Root());
   }
 
   Application& application_;

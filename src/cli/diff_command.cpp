@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "cli/command_output.h"
+#include "platform/host_program.h"
 #include "reports/analysis_reader.h"
 #include "reports/comparison_json.h"
 #include "reports/comparison_output.h"
@@ -30,7 +31,7 @@ File OpenJson(const std::string& given) {
   if (given == "-") {
     return File(stdin);
   }
-  File file(std::fopen(given.c_str(), "rb"));
+  File file(OpenStdioFile(given, "rb"));
   int first = ' ';
   while (file != nullptr && (first == ' ' || first == '\t' || first == '\r' || first == '\n')) {
     first = std::fgetc(file.get());

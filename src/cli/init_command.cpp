@@ -4,16 +4,16 @@
 #include <vector>
 
 #include "files/output_target.h"
-#include "platform/host_path.h"
+#include "platform/path_text.h"
 #include "reports/gate/init_text.h"
 
 namespace velkor::cli {
 namespace {
 
 // As a file in that folder names it.
-std::string RelativeTo(std::string_view path, std::string_view file) {
-  const std::vector<std::string_view> parts = HostPathSteps(path);
-  std::vector<std::string_view> folder = HostPathSteps(file);
+std::string RelativeTo(std::string_view path, std::string_view file, const CodePage& codePage) {
+  const std::vector<std::string_view> parts = PathSteps(path, codePage);
+  std::vector<std::string_view> folder = PathSteps(file, codePage);
   folder.pop_back();
   const auto [from, to] = std::ranges::mismatch(folder, parts);
   std::string relative;
@@ -90,7 +90,8 @@ class InitRun {
 
   std::string Relative(const std::string& path) const {
     const std::string absolute = application_.AbsolutePath(path);
-    return application_.GetCodePage().ToUtf8(RelativeTo(absolute, path_));
+    const CodePage& codePage = application_.GetCodePage();
+    return codePage.ToUtf8(RelativeTo(absolute, path_, codePage));
   }
   std::string Named(const std::string& path) const { return reports::TomlText(Relative(path)); }
 

@@ -1,6 +1,10 @@
+#include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <iterator>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "cli/analyze_command.h"
 #include "cli/application.h"
@@ -11,6 +15,7 @@
 #include "cli/output_commands.h"
 #include "messages/product_version.h"
 #include "platform/heap.h"
+#include "platform/host_program.h"
 #include "platform/terminal.h"
 #include "reports/terminal_text.h"
 
@@ -53,8 +58,11 @@ ExitStatus RunCommand(Application& application, const Options& options) {
   return kWrongUsage;
 }
 
-int Run(int argc, const char* const* argv) {
-  const ParsedArguments arguments = ParseArguments(argc, argv, VersionLine(embedded::commit));
+int Run(const std::vector<std::string>& given) {
+  std::vector<const char*> texts;
+  std::ranges::transform(given, std::back_inserter(texts), &std::string::c_str);
+  const ParsedArguments arguments = ParseArguments(static_cast<int>(texts.size()), texts.data(),
+                                                   VersionLine(embedded::commit));
   if (!arguments.options) {
     return arguments.status;
   }
@@ -74,7 +82,7 @@ int main(int argc, char** argv) {
   velkor::PrepareHeapForOneRun();
   velkor::PrepareStandardStreams();
   try {
-    return velkor::cli::Run(argc, argv);
+    return velkor::cli::Run(velkor::ProgramArguments(argc, argv));
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "velkor-cli: %s\n", failure.what());
     return velkor::cli::kOutputFailed;

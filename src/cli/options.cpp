@@ -349,6 +349,7 @@ std::string ExitStatusHelp() {
 void AddCommands(CLI::App& app, Options& options) {
   app.name("velkor-cli");
   app.description("How much stack can each function of a firmware program use at most?");
+  app.allow_windows_style_options(false);  // "/x" is a path on every host
   app.require_subcommand(1);
   for (void (*add)(CLI::App&, Options&) :
        {AddAnalyze, AddExplain, AddTodo, AddReport, AddDiff, AddCheck, AddInit, AddChains, AddNames,

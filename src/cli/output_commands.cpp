@@ -62,7 +62,7 @@ ExitStatus Report(Application& application, const Options& options) {
     const reports::AnalysisResult result = application.Result();
     const StkFunctionTable& functions = *application.Document().FunctionTable();
     reports::InputGate gate(*application.Document().Input(), functions, result,
-                            application.GetHost().files);
+                            application.GetHost());
     reports::WritePage(result, PlanStatements(functions, *application.Document().Bounds()),
                        gate.Stacks(), output);
   });

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <system_error>
 
+#include "platform/host_program.h"
+
 namespace velkor {
 
 namespace {
@@ -10,7 +12,7 @@ namespace {
 constexpr size_t kModulesPerThread = 2;
 
 size_t ThreadCount(size_t wanted) {
-  return wanted == 0 ? WorkerThread::MostAtOnce() : wanted;
+  return wanted == 0 ? ProcessorsOfProgram() : wanted;
 }
 
 }  // namespace

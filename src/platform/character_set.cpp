@@ -2,10 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
-#include <cstdlib>
 #include <initializer_list>
-#include <langinfo.h>
-#include <locale.h>
 #include <utility>
 #include <vector>
 
@@ -90,34 +87,6 @@ std::string UpperCaseBytes(const std::u16string& unicode) {
   return upper;
 }
 
-std::string LocaleName() {
-  for (const char* variable : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-    // NOLINTNEXTLINE(concurrency-mt-unsafe): at the start, when there is one thread
-    const char* const value = std::getenv(variable);
-    if (value != nullptr && *value != '\0') {
-      return value;
-    }
-  }
-  return "";
-}
-
-std::string CharacterSetOf(const std::string& localeName) {
-  const size_t dot = localeName.find('.');
-  if (dot != std::string::npos) {
-    return localeName.substr(dot + 1, localeName.find('@', dot) - dot - 1);
-  }
-  if (IsOneOf(localeName, {"", "C", "POSIX"})) {
-    return "";
-  }
-  const locale_t locale = newlocale(LC_CTYPE_MASK, localeName.c_str(), nullptr);
-  if (locale == nullptr) {
-    return "";
-  }
-  std::string set = nl_langinfo_l(CODESET, locale);
-  freelocale(locale);
-  return set;
-}
-
 }  // namespace
 
 std::optional<KnownSet> KnownSetOf(std::string_view name) {
@@ -151,10 +120,6 @@ SingleByteSet Latin1Set() {
   }
   set.upper = UpperCaseBytes(set.unicode);
   return set;
-}
-
-std::string CharacterSetOfLocale() {
-  return CharacterSetOf(LocaleName());
 }
 
 }  // namespace velkor

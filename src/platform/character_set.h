@@ -21,7 +21,5 @@ std::optional<KnownSet> KnownSetOf(std::string_view name);
 // As the host knows it; none where it knows none, or one of another kind.
 std::optional<SingleByteSet> FindSingleByteSet(std::string_view name);
 SingleByteSet Latin1Set();
-// The name of the set of the environment's locale (LC_ALL, LC_CTYPE, LANG); empty: none.
-std::string CharacterSetOfLocale();
 
 }  // namespace velkor

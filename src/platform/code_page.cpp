@@ -7,6 +7,7 @@
 #include "platform/characters.h"
 #include "platform/charset_converter.h"
 #include "platform/code_page_conversion.h"
+#include "platform/host_locale.h"
 #include "platform/letter_case.h"
 
 namespace velkor {
@@ -90,6 +91,11 @@ std::optional<CodePage> CodePage::FromName(std::string_view name) {
 
 CodePage CodePage::FromLocale() {
   const std::optional<CodePage> page = FromName(CharacterSetOfLocale());
+  return page ? *page : Utf8();
+}
+
+CodePage CodePage::OfHost() {
+  const std::optional<CodePage> page = FromName(CharacterSetOfHost());
   return page ? *page : Utf8();
 }
 

@@ -23,8 +23,9 @@ class CodePage {
   // "utf-8", "932", "shift-jis", "cp1252", "iso-8859-1", ..., ignoring letter case, blanks, "-"
   // and "_"; none for a set that this host cannot convert or that is of another kind.
   static std::optional<CodePage> FromName(std::string_view name);
-  // The set of the environment's locale (LC_ALL, LC_CTYPE, LANG); UTF-8 where it names none.
+  // See CharacterSetOfLocale and CharacterSetOfHost; UTF-8 where they name none that is usable.
   static CodePage FromLocale();
+  static CodePage OfHost();
   static CodePage Utf8();
   static CodePage ShiftJis();
   static CodePage Latin1();

@@ -3,7 +3,6 @@
 #include <chrono>
 
 #include "platform/file_system.h"
-#include "platform/host_file.h"
 #include "platform/host_paths.h"
 
 namespace velkor {

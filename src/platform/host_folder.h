@@ -5,6 +5,8 @@
 
 namespace velkor {
 
+// Whether the host has something of exactly this name, a dangling symbolic link included.
+bool IsThere(const HostPath& path);
 FolderListing ListHostFolder(const HostPath& path);
 
 }  // namespace velkor

@@ -20,8 +20,8 @@ class HostNames {
 
   // What was typed on this host.
   std::string Typed(std::string_view bytes) const { return ToText(bytes, false); }
-  // Of a whole path. A "\" of it is a character like any other, and no separator of the text.
-  std::string Text(const HostPath& path) const { return ToText(path.Bytes(), true); }
+  // Of a whole path. A "\" of it that is no separator on this host is none in the text.
+  std::string Text(const HostPath& path) const { return ToText(path.Bytes(), !HostHasDrives()); }
   // The name on this host of one component of a text. Bytes that are no character stay.
   std::string Name(std::string_view component) const;
   // Whether a name found on this host is the component, ignoring letter case: as it is here, in

@@ -3,12 +3,12 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace velkor {
 
-// A path name as the operating system takes it: bytes of its own, of which "/" alone separates. It
-// is no text of a project, and never stepped in a project's code page. Empty: no path. A value.
+// A path name as the operating system takes it: bytes in the host's encoding, of which "/" alone
+// separates, or "\" too where there are drives. It is no text of a project, and never stepped in a
+// project's code page. Empty: no path. A value.
 class HostPath {
  public:
   HostPath() = default;
@@ -29,8 +29,8 @@ class HostPath {
   std::string bytes_;
 };
 
-// The names in the bytes of a host path: without ".", and without ".." as far as a name before it
-// stands for the folder that it leads back from. Refers to the path.
-std::vector<std::string_view> HostPathSteps(std::string_view path);
+// Whether this host's paths have drive letters and shares, and "\" for a separator: then a path with
+// a drive letter is a place of this host.
+bool HostHasDrives();
 
 }  // namespace velkor

@@ -1,9 +1,10 @@
 #include "platform/host_paths.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
 #include <utility>
+
+#include "platform/host_folder.h"
+#include "platform/host_program.h"
 
 namespace velkor {
 namespace {
@@ -37,6 +38,22 @@ bool IsOfThisHost(std::string_view typed) {
   return typed.starts_with('/') || (!BeginsWithDrive(typed) && typed.find('\\') == typed.npos);
 }
 
+bool IsSeparator(char character) {
+  return character == '/' || character == '\\';
+}
+
+// A path that begins with a separator, where there are drives: two of them lead to a share, one to
+// the drive of the current folder.
+std::string WithDrive(std::string path, const std::string& currentFolder) {
+  if (path.empty() || !IsSeparator(path[0])) {
+    return path;
+  }
+  if (path.size() > 1 && IsSeparator(path[1])) {
+    return path.replace(0, 2, "\\\\");
+  }
+  return BeginsWithDrive(currentFolder) ? currentFolder.substr(0, 2) + path : path;
+}
+
 }  // namespace
 
 bool HostPaths::AddMapping(std::string_view mapping) {
@@ -64,10 +81,11 @@ bool HostPaths::AddMappings(std::string_view mappings) {
 void HostPaths::SetProject(std::string_view projectDirectory, std::string_view projectPath) {
   std::optional<Project> project;
   PathText directory = PathText::Split(projectDirectory, codePage_);
-  if (!directory.root.empty() && !directory.IsHostPath()) {
+  if (!directory.root.empty() && !directory.IsHostPath() &&
+      !(HostHasDrives() && IsThere(Join(Locate(directory, std::nullopt))))) {
     directory.ResolveSteps();
     const Place file = Locate(PathText::Split(projectPath, codePage_), std::nullopt);
-    project = {std::move(directory), JoinBelow(file.folder, file.components, names_).Folder()};
+    project = {std::move(directory), Join(file).Folder()};
   }
   folders_.Forget();
   const std::lock_guard lock(mutex_);
@@ -84,7 +102,7 @@ HostPath HostPaths::ToHost(std::string_view path, Spelling spelling) const {
   const bool endsWithSeparator = text.endsWithSeparator;
   const Place place = Locate(std::move(text), project);
   const HostPath found = spelling == Spelling::kExact
-                             ? JoinBelow(place.folder, place.components, names_)
+                             ? Join(place)
                              : FindBelow(place.folder, place.components, names_, folders_);
   return endsWithSeparator ? found.Below("") : found;
 }
@@ -100,14 +118,33 @@ HostPaths::Place HostPaths::Locate(PathText path, const std::optional<Project>& 
     return {mapping->target, Rest(path, mapping->prefix.components.size())};
   }
   if (project) {
-    if (auto steps = StepsFromProject(path, project->directory, codePage_)) {
+    auto steps = StepsFromProject(path, project->directory, codePage_);
+    if (steps && !(HostHasDrives() && IsFolderThere(path))) {
       return {project->folder, *std::move(steps)};
     }
   }
-  if (path.HasDrive()) {
-    path.components.insert(path.components.begin(), path.root.substr(0, 2));
+  return Unmapped(std::move(path));
+}
+
+HostPaths::Place HostPaths::Unmapped(PathText path) const {
+  if (!HostHasDrives()) {
+    if (path.HasDrive()) {
+      path.components.insert(path.components.begin(), path.root.substr(0, 2));
+    }
+    return {HostPath(), std::move(path.components)};
   }
-  return {HostPath(), std::move(path.components)};
+  const std::vector<std::string> share(
+      path.components.begin(), path.components.begin() + static_cast<std::ptrdiff_t>(path.fixed));
+  return {JoinBelow(HostPath(path.root), share, names_), Rest(path, path.fixed)};
+}
+
+// Of the path itself where it is a drive's or share's own.
+bool HostPaths::IsFolderThere(const PathText& path) const {
+  PathText folder = path;
+  if (folder.components.size() > folder.fixed) {
+    folder.components.pop_back();
+  }
+  return IsThere(Join(Unmapped(std::move(folder))));
 }
 
 const HostPaths::Mapping* HostPaths::FindMapping(const PathText& path) const {
@@ -128,12 +165,11 @@ std::optional<std::string> HostPaths::FullPathName(std::string_view path) const 
   }
   PathText text = PathText::Split(path, codePage_);
   if (text.root.empty()) {
-    std::error_code error;
-    const HostPath folder(std::filesystem::current_path(error).string());
-    if (error) {
+    const std::optional<HostPath> folder = CurrentFolder();
+    if (!folder) {
       return std::nullopt;
     }
-    text = PathText::Split(names_.Text(folder) + '/' + std::string(path), codePage_);
+    text = PathText::Split(names_.Text(*folder) + '/' + std::string(path), codePage_);
   }
   text.ResolveSteps();
   text.endsWithSeparator = text.endsWithSeparator && !text.components.empty();
@@ -145,15 +181,18 @@ std::optional<std::string> HostPaths::FullPathName(std::string_view path) const 
 }
 
 std::string HostPaths::GivenPath(std::string_view typed) const {
-  std::string path = IsOfThisHost(typed) ? names_.Text(HostPath(std::string(typed))) : Typed(typed);
+  std::string path;
+  if (HostHasDrives()) {
+    path = WithDrive(Typed(typed), names_.Text(CurrentFolder().value_or(HostPath())));
+  } else {
+    path = IsOfThisHost(typed) ? names_.Text(HostPath(std::string(typed))) : Typed(typed);
+  }
   std::optional<std::string> full = FullPathName(path);
   return full ? *std::move(full) : path;
 }
 
 std::string HostPaths::ExecutablePath() const {
-  std::error_code error;
-  const std::filesystem::path path = std::filesystem::read_symlink("/proc/self/exe", error);
-  return error ? std::string() : names_.Text(HostPath(path.string()));
+  return names_.Text(ExecutableOfProgram());
 }
 
 }  // namespace velkor

@@ -27,8 +27,9 @@ class PathHost {
   virtual std::optional<std::string> FullPathName(std::string_view path) const = 0;
   // The full path name of what the user gives here: bytes of the host's encoding, as they are
   // typed. A path with a drive letter, or one that does not begin with "/" and holds a "\", is
-  // meant as projects state paths; every other is a host path, in which "\" is no separator. The
-  // path itself, as a text, when there is no full path name.
+  // meant as projects state paths; every other is a host path, in which "\" is no separator. Where
+  // the host has drives, one without is on the current one. The path itself, as a text, when there
+  // is no full path name.
   virtual std::string GivenPath(std::string_view typed) const = 0;
   // The name by which other programs of this host find the file that a project states: bytes as
   // the operating system takes them.
@@ -51,6 +52,8 @@ class PathHost {
 // - of a path that a project states, a component that does not exist as spelt is looked up ignoring
 //   letter case, and in the bytes of the project; when there are several, none is taken. What a
 //   folder holds is asked once from one SetProject to the next.
+// On a host with drives a path that names one is its own place there: the folder of the project file
+// counts only where neither the project directory nor the folder of the path exists.
 // May be used from several threads; SetProject only while no file is in use.
 class HostPaths : public PathHost {
  public:
@@ -92,6 +95,11 @@ class HostPaths : public PathHost {
   };
 
   Place Locate(PathText path, const std::optional<Project>& project) const;
+  Place Unmapped(PathText path) const;
+  HostPath Join(const Place& place) const {
+    return JoinBelow(place.folder, place.components, names_);
+  }
+  bool IsFolderThere(const PathText& path) const;
   const Mapping* FindMapping(const PathText& path) const;
 
   const CodePage& codePage_;

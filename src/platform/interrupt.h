@@ -1,9 +1,7 @@
 #pragma once
 
-#include <atomic>
 #include <functional>
 #include <memory>
-#include <thread>
 
 namespace velkor {
 
@@ -20,14 +18,9 @@ class Interrupt {
   Interrupt& operator=(const Interrupt&) = delete;
 
  private:
-  struct SignalMasks;
+  class Watch;
 
-  void WaitForRequests();
-
-  std::function<void()> action_;
-  std::unique_ptr<SignalMasks> masks_;
-  std::atomic<bool> finished_{false};
-  std::thread thread_;
+  std::unique_ptr<Watch> watch_;
 };
 
 }  // namespace velkor

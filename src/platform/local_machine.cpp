@@ -1,6 +1,8 @@
 #include "platform/local_machine.h"
 
-#include <cstdlib>
+#include <utility>
+
+#include "platform/host_program.h"
 
 namespace velkor {
 
@@ -22,10 +24,9 @@ LocalMachine::LocalMachine(CodePage codePage, const MachineOptions& options)
             options.dataFolder.empty() ? "" : AbsolutePath(options.dataFolder)} {}
 
 bool LocalMachine::AddMappings(const MachineOptions& options, std::string& error) {
-  // NOLINTNEXTLINE(concurrency-mt-unsafe): at the start, when there is one thread
-  const char* environment = std::getenv("VELKOR_MAP");
-  if (environment != nullptr && *environment != '\0' && !paths_.AddMappings(environment)) {
-    error = std::string("VELKOR_MAP: not of the form C:\\work=/home/me/work;...: ") + environment;
+  const std::string environment = EnvironmentVariable("VELKOR_MAP");
+  if (!paths_.AddMappings(environment)) {
+    error = "VELKOR_MAP: not of the form C:\\work=/home/me/work;...: " + environment;
     return false;
   }
   for (const std::string& mapping : options.mappings) {

@@ -29,7 +29,7 @@ class LocalMachine {
   bool AddMappings(const MachineOptions& options, std::string& error);
 
   const CodePage codePage_;
-  HostPaths paths_{codePage_, CodePage::FromLocale()};
+  HostPaths paths_{codePage_, CodePage::OfHost()};
   HostFileSystem files_{paths_};
   BuiltInResources resources_;
   Host host_;

@@ -1,7 +1,6 @@
 #include "platform/name_lookup.h"
 
 #include <algorithm>
-#include <sys/stat.h>
 #include <utility>
 
 #include "platform/host_folder.h"
@@ -72,11 +71,6 @@ FolderNames::Listing FolderNames::List(const HostPath& folder, const HostNames& 
     listing.entries.push_back(std::move(entry.name));
   }
   return listing;
-}
-
-bool IsThere(const HostPath& path) {
-  struct stat status {};
-  return path.IsUsable() && lstat(path.Text(), &status) == 0;
 }
 
 HostPath JoinBelow(HostPath folder, const std::vector<std::string>& components,

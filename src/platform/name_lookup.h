@@ -35,9 +35,6 @@ class FolderNames {
   std::unordered_map<std::string, std::shared_ptr<const Listing>> listings_;  // by folder
 };
 
-// Whether the host has something of exactly this name, a dangling symbolic link included.
-bool IsThere(const HostPath& path);
-
 // The components of a text below a folder (empty: the current one), exactly as spelt.
 HostPath JoinBelow(HostPath folder, const std::vector<std::string>& components,
                    const HostNames& names);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/host_path.h"
+
 namespace velkor {
 namespace {
 
@@ -43,6 +45,39 @@ bool SwallowsBackslash(std::string_view component, const CodePage& codePage) {
 bool BeginsWithDrive(std::string_view path) {
   return path.size() >= 2 && path[1] == ':' &&
          ((path[0] >= 'A' && path[0] <= 'Z') || (path[0] >= 'a' && path[0] <= 'z'));
+}
+
+bool IsRootedOnHost(std::string_view path) {
+  return path.starts_with('/') ||
+         (HostHasDrives() && (path.starts_with('\\') || BeginsWithDrive(path)));
+}
+
+std::string_view FolderPart(std::string_view path, const CodePage& codePage) {
+  size_t end = 0;
+  for (size_t position = 0; position < path.size();) {
+    const bool separates = IsSeparator(path, position);
+    position += codePage.CharLength(path, position);
+    end = separates ? position : end;
+  }
+  return path.substr(0, end);
+}
+
+std::vector<std::string_view> PathSteps(std::string_view path, const CodePage& codePage) {
+  std::vector<std::string_view> steps;
+  for (size_t start = 0; start < path.size();) {
+    size_t end = start;
+    while (end < path.size() && !IsSeparator(path, end)) {
+      end += codePage.CharLength(path, end);
+    }
+    const std::string_view step = path.substr(start, end - start);
+    start = end + 1;
+    if (step == ".." && !steps.empty() && steps.back() != "..") {
+      steps.pop_back();
+    } else if (!step.empty() && step != ".") {
+      steps.push_back(step);
+    }
+  }
+  return steps;
 }
 
 PathText PathText::Split(std::string_view path, const CodePage& codePage) {

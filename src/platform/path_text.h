@@ -11,6 +11,16 @@ namespace velkor {
 
 // "C:", with or without more after it.
 bool BeginsWithDrive(std::string_view path);
+// Begins with "/"; where the host has drives, with one or with "\" too.
+bool IsRootedOnHost(std::string_view path);
+
+// In the texts of paths "\" and "/" separate, those of this host included.
+
+// Up to and including the last separator; empty when there is none.
+std::string_view FolderPart(std::string_view path, const CodePage& codePage);
+// The names in it: without ".", and without ".." as far as a name before it stands for the folder
+// that it leads back from. Refers to the path.
+std::vector<std::string_view> PathSteps(std::string_view path, const CodePage& codePage);
 
 // A path name taken apart, without asking whether anything of that name exists. Both "\" and "/"
 // separate; the second byte of a double-byte character never does. A value; any thread.

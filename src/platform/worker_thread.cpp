@@ -1,7 +1,5 @@
 #include "platform/worker_thread.h"
 
-#include <algorithm>
-#include <sched.h>
 #include <utility>
 
 namespace velkor {
@@ -30,16 +28,6 @@ void WorkerThread::Wait() {
   if (thread_.joinable()) {
     thread_.join();
   }
-}
-
-size_t WorkerThread::MostAtOnce() {
-  cpu_set_t allowed;
-  CPU_ZERO(&allowed);
-  // Fails on a machine with more processors than the set has room for.
-  const int count = sched_getaffinity(0, sizeof allowed, &allowed) == 0
-                        ? CPU_COUNT(&allowed)
-                        : static_cast<int>(std::thread::hardware_concurrency());
-  return static_cast<size_t>(std::max(count, 1));
 }
 
 }  // namespace velkor

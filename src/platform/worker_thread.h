@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <functional>
 #include <memory>
 #include <thread>
@@ -23,9 +22,6 @@ class WorkerThread {
   void Resume();
   // Without time-out, until the work has ended. Must have been resumed.
   void Wait();
-
-  // How many threads this host runs at once for this program; at least 1.
-  static size_t MostAtOnce();
 
  private:
   std::function<void()> work_;

@@ -1,5 +1,6 @@
 #include "readers/configured_input.h"
 
+#include "platform/path_text.h"
 #include "readers/library_statements.h"
 
 namespace velkor {
@@ -61,7 +62,7 @@ StkStringList ConfiguredInput::RelatedFiles() const {
   StkStringList files = input_->RelatedFiles();
   for (const std::string& file : configuration_.load) {
     if (!IsStatementTable(file)) {
-      files.Add(PathBeside(path_, file));
+      files.Add(PathBeside(path_, file, host_.codePage));
     }
   }
   return files;
@@ -77,17 +78,17 @@ std::vector<std::unique_ptr<StkSpecReader>> ConfiguredInput::BuildSpecSources() 
       sources.push_back(std::make_unique<LibraryStatements>(file, *text, host_, reporter_));
     } else {
       sources.push_back(
-          std::make_unique<StkInputFileReader>(PathBeside(path_, file), host_, reporter_));
+          std::make_unique<StkInputFileReader>(PathBeside(path_, file, host_.codePage), host_, reporter_));
     }
   }
   return sources;
 }
 
-std::string PathBeside(std::string_view file, std::string_view path) {
-  if (path.starts_with('/')) {
+std::string PathBeside(std::string_view file, std::string_view path, const CodePage& codePage) {
+  if (IsRootedOnHost(path)) {
     return std::string(path);
   }
-  return std::string(file.substr(0, file.rfind('/') + 1)).append(path);
+  return std::string(FolderPart(file, codePage)).append(path);
 }
 
 }  // namespace velkor

@@ -53,6 +53,6 @@ class ConfiguredInput : public ProgramInput {
 };
 
 // A path that a file of the host states, from the folder of that file.
-std::string PathBeside(std::string_view file, std::string_view path);
+std::string PathBeside(std::string_view file, std::string_view path, const CodePage& codePage);
 
 }  // namespace velkor

@@ -41,14 +41,14 @@ std::unique_ptr<ProgramInput> OpenConfigured(std::string_view path, Host& host,
   }
   std::unique_ptr<ProgramInput> input;
   if (configuration->input.size() == 1 && IsProject(configuration->input.front())) {
-    input = TarnInput::Open(PathBeside(path, configuration->input.front()), host, reporter);
+    input = TarnInput::Open(PathBeside(path, configuration->input.front(), host.codePage), host, reporter);
   } else {
     GccSettings settings;
     for (const std::string& folder : configuration->input) {
-      settings.folders.push_back(PathBeside(path, folder));
+      settings.folders.push_back(PathBeside(path, folder, host.codePage));
     }
     settings.exclude = configuration->exclude;
-    settings.elf = configuration->elf.empty() ? "" : PathBeside(path, configuration->elf);
+    settings.elf = configuration->elf.empty() ? "" : PathBeside(path, configuration->elf, host.codePage);
     settings.vectors = configuration->vectors;
     for (const Configuration::Call& call : configuration->calls) {
       if (!call.table.empty()) {

@@ -48,7 +48,7 @@ void WritePageReport(UiContext& context, const std::string& path) {
   const StatementPlan plan = PlanStatements(*context.document.FunctionTable(), bounds);
   const std::vector<reports::GateStack> stacks =
       reports::InputGate(*context.document.Input(), *context.document.FunctionTable(), result,
-                         context.host.files)
+                         context.host)
           .Stacks();
   reports::WriteResultFile(
       path, context.host, context.reporter,

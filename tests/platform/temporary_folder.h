@@ -4,8 +4,9 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
-#include <stdlib.h>
 #include <string>
+
+#include "platform/temporary_name.h"
 
 namespace velkor::testing {
 
@@ -13,9 +14,10 @@ namespace velkor::testing {
 class TemporaryFolder {
  public:
   TemporaryFolder() : before_(std::filesystem::current_path()) {
-    std::string name = (std::filesystem::temp_directory_path() / "velkor_XXXXXX").string();
-    EXPECT_NE(mkdtemp(name.data()), nullptr);
-    path_ = std::filesystem::canonical(name).string();
+    const auto folder =
+        std::filesystem::canonical(std::filesystem::temp_directory_path()) / ("velkor" + TemporaryTail());
+    EXPECT_TRUE(std::filesystem::create_directory(folder));
+    path_ = folder.string();
     std::filesystem::current_path(path_);
   }
   ~TemporaryFolder() {
@@ -26,7 +28,7 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   const std::string& Path() const { return path_; }
-  std::string operator/(const std::string& name) const { return path_ + '/' + name; }
+  std::string operator/(const std::string& name) const { return (std::filesystem::path(path_) / name).string(); }
   void Put(const std::string& name, const std::string& bytes) const {
     std::filesystem::create_directories(std::filesystem::path(*this / name).parent_path());
     std::ofstream(*this / name, std::ios::binary) << bytes;

@@ -3,6 +3,8 @@
 #include <optional>
 #include <utility>
 
+#include "platform/host_path.h"
+#include "platform/path_text.h"
 #include "readers/gcc/link_time_sets.h"
 #include "readers/gcc/unit_recorder.h"
 
@@ -13,21 +15,22 @@ namespace {
 // the call graph or one above it, the same for all sources of one unit.
 class SourceFinder {
  public:
-  SourceFinder(FileSystem& files, const std::string& graphPath)
-      : files_(files), folder_(graphPath.substr(0, graphPath.rfind('/') + 1)) {}
+  SourceFinder(const Host& host, std::string_view graphPath)
+      : files_(host.files), codePage_(host.codePage), folder_(FolderPart(graphPath, codePage_)) {}
 
   std::optional<int64_t> ModifiedAt(std::string_view source) {
-    if (source.starts_with('/')) {
+    if (IsRootedOnHost(source)) {
       return files_.ModifiedAt(source);
     }
-    if (source.empty() || source.front() == '<' || source.find('\\') != source.npos) {
+    const bool isForeign = !HostHasDrives() && source.find('\\') != source.npos;
+    if (source.empty() || source.front() == '<' || isForeign) {
       return std::nullopt;
     }
     if (isFound_) {
       return files_.ModifiedAt(std::string(folder_).append(source));
     }
     for (std::string folder = folder_; !folder.empty();
-         folder.resize(folder.substr(0, folder.size() - 1).rfind('/') + 1)) {
+         folder.resize(FolderPart(folder.substr(0, folder.size() - 1), codePage_).size())) {
       if (const auto time = files_.ModifiedAt(std::string(folder).append(source))) {
         isFound_ = true;
         folder_ = folder;
@@ -39,6 +42,7 @@ class SourceFinder {
 
  private:
   FileSystem& files_;
+  const CodePage& codePage_;
   std::string folder_;
   bool isFound_ = false;
 };
@@ -98,7 +102,7 @@ void GccModuleReader::NoteNewerSource() {
   if (!written) {
     return;
   }
-  SourceFinder sources(host_.files, path_);
+  SourceFinder sources(host_, path_);
   const auto isNewer = [&](std::string_view source) {
     const std::optional<int64_t> changed = sources.ModifiedAt(source);
     return changed && *changed > *written;

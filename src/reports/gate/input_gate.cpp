@@ -9,13 +9,13 @@ namespace velkor::reports {
 namespace {
 
 // Where the compiler may have been started.
-std::vector<std::string> BuildFolders(const ProgramInput& input) {
+std::vector<std::string> BuildFolders(const ProgramInput& input, const CodePage& codePage) {
   if (input.Settings() == nullptr) {
     return {input.Path()};
   }
   std::vector<std::string> folders;
   for (const std::string& folder : input.Settings()->input) {
-    folders.push_back(PathBeside(input.Path(), folder));
+    folders.push_back(PathBeside(input.Path(), folder, codePage));
   }
   return folders;
 }
@@ -23,11 +23,11 @@ std::vector<std::string> BuildFolders(const ProgramInput& input) {
 }  // namespace
 
 InputGate::InputGate(const ProgramInput& input, const StkFunctionTable& functions,
-                     const AnalysisResult& result, FileSystem& files)
+                     const AnalysisResult& result, const Host& host)
     : input_(input),
       functions_(functions),
       result_(result),
-      sources_(files, input.Path(), BuildFolders(input)) {}
+      sources_(host.files, host.codePage, input.Path(), BuildFolders(input, host.codePage)) {}
 
 GateOutcome InputGate::Check(const std::vector<StackLimit>& limits, const Baseline* baseline) {
   static const Configuration kNone;

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "core/function_table.h"
-#include "platform/file_system.h"
+#include "platform/host.h"
 #include "readers/program_input.h"
 #include "reports/gate/gate.h"
 
@@ -14,7 +14,7 @@ namespace velkor::reports {
 class InputGate {
  public:
   InputGate(const ProgramInput& input, const StkFunctionTable& functions,
-            const AnalysisResult& result, FileSystem& files);
+            const AnalysisResult& result, const Host& host);
 
   // There is a velkor.toml.
   bool IsConfigured() const { return input_.Settings() != nullptr; }

@@ -2,9 +2,10 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <utility>
 
 #include "files/whole_text.h"
-#include "platform/host_path.h"
+#include "platform/path_text.h"
 
 namespace velkor::reports {
 namespace {
@@ -20,12 +21,14 @@ bool IsRepository(FileSystem& files, const std::string& folder) {
   return files.Exists(folder + "/.git/HEAD") || files.Exists(folder + "/.git");
 }
 
-// Without "." and "..", as far as they lead back to what was named before.
-std::string Normal(std::string_view path) {
-  const bool isRooted = path.starts_with('/');
+// With "/" alone between its names, and without "." and "..", as far as they lead back to what was
+// named before.
+std::string Normal(std::string_view path, const CodePage& codePage) {
+  constexpr std::string_view kShare = "\\\\";
+  std::string_view lead = path.starts_with(kShare) ? kShare : path.substr(0, path.starts_with('/'));
   std::string normal;
-  for (const std::string_view step : HostPathSteps(path)) {
-    normal.append(normal.empty() && !isRooted ? "" : "/").append(step);
+  for (const std::string_view step : PathSteps(path, codePage)) {
+    normal.append(std::exchange(lead, "/")).append(step);
   }
   return normal;
 }
@@ -39,7 +42,7 @@ bool IsCommit(std::string_view text) {
 }
 
 // "gitdir: PATH" in a working copy beside others.
-std::string GitFolder(FileSystem& files, const std::string& root) {
+std::string GitFolder(FileSystem& files, const CodePage& codePage, const std::string& root) {
   std::string git = root + "/.git";
   const std::string line = FirstLine(ReadWholeText(files, git, kMostBytes));
   constexpr std::string_view kLead = "gitdir: ";
@@ -47,7 +50,7 @@ std::string GitFolder(FileSystem& files, const std::string& root) {
     return git;
   }
   const std::string path = line.substr(kLead.size());
-  return path.starts_with('/') ? path : Normal(root + "/" + path);
+  return IsRootedOnHost(path) ? path : Normal(root + "/" + path, codePage);
 }
 
 // "HASH NAME" lines.
@@ -61,10 +64,10 @@ std::string PackedCommit(const std::string& packed, const std::string& name) {
 
 }  // namespace
 
-SourcePlaces::SourcePlaces(FileSystem& files, std::string_view configuration,
-                           std::vector<std::string> folders)
-    : files_(files), folders_(std::move(folders)) {
-  const std::string path = Normal(configuration);
+SourcePlaces::SourcePlaces(FileSystem& files, const CodePage& codePage,
+                           std::string_view configuration, const std::vector<std::string>& folders)
+    : files_(files), codePage_(codePage) {
+  const std::string path = Normal(configuration, codePage);
   const std::string own(FolderOf(path));
   std::string root = own;
   while (!root.empty() && !IsRepository(files_, root)) {
@@ -72,7 +75,10 @@ SourcePlaces::SourcePlaces(FileSystem& files, std::string_view configuration,
   }
   root_ = root.empty() ? own : root;
   configuration_ = path.substr(std::min(root_.size() + 1, path.size()));
-  folders_.insert(folders_.begin(), own);
+  folders_.push_back(own);
+  for (const std::string& folder : folders) {
+    folders_.push_back(Normal(folder, codePage));
+  }
 }
 
 std::optional<std::string> SourcePlaces::Find(std::string_view file) {
@@ -84,23 +90,22 @@ std::optional<std::string> SourcePlaces::Find(std::string_view file) {
 }
 
 std::optional<std::string> SourcePlaces::Search(std::string_view file) {
-  std::string path(file);
-  std::ranges::replace(path, '\\', '/');
-  if (path.starts_with('/')) {
-    if (auto found = InRoot(Normal(path))) {
+  const std::string path = Normal(file, codePage_);
+  if (path.starts_with('/') || IsRootedOnHost(file)) {
+    if (auto found = InRoot(path)) {
       return found;
     }
   } else {
     for (const std::string& folder : folders_) {
       for (std::string_view base = folder; !base.empty() && base.size() >= root_.size();
            base = FolderOf(base)) {
-        if (auto found = InRoot(Normal(std::string(base) + "/" + path))) {
+        if (auto found = InRoot(Normal(std::string(base) + "/" + path, codePage_))) {
           return found;
         }
       }
     }
   }
-  std::string tail = Normal(path);
+  std::string tail = path;
   for (size_t next = tail.find('/'); next != tail.npos; next = tail.find('/')) {
     tail.erase(0, next + 1);
     for (const std::string& base : {folders_.front(), root_}) {
@@ -120,8 +125,8 @@ std::optional<std::string> SourcePlaces::InRoot(std::string_view path) {
              : std::nullopt;
 }
 
-std::string CommitOf(FileSystem& files, std::string_view root) {
-  const std::string folder = GitFolder(files, std::string(root));
+std::string CommitOf(FileSystem& files, const CodePage& codePage, std::string_view root) {
+  const std::string folder = GitFolder(files, codePage, std::string(root));
   const std::string head = FirstLine(ReadWholeText(files, folder + "/HEAD", kMostBytes));
   constexpr std::string_view kLead = "ref: ";
   if (!head.starts_with(kLead)) {
@@ -130,9 +135,9 @@ std::string CommitOf(FileSystem& files, std::string_view root) {
   const std::string name = head.substr(kLead.size());
   // Of a working copy beside others, the references stand with the first one.
   const std::string common = FirstLine(ReadWholeText(files, folder + "/commondir", kMostBytes));
-  const std::string shared = common.empty()            ? folder
-                             : common.starts_with('/') ? common
-                                                       : Normal(folder + "/" + common);
+  const std::string shared = common.empty()           ? folder
+                             : IsRootedOnHost(common) ? common
+                                                      : Normal(folder + "/" + common, codePage);
   for (const std::string& each : {folder, shared}) {
     std::string commit =
         FirstLine(ReadWholeText(files, fmt::format("{}/{}", each, name), kMostBytes));

@@ -6,18 +6,20 @@
 #include <unordered_map>
 #include <vector>
 
+#include "platform/code_page.h"
 #include "platform/file_system.h"
 
 namespace velkor::reports {
 
 // Finds the files that an analysis names in the repository that its configuration stands in: what
 // shows findings beside the sources knows paths of the repository alone. Asks the file system for
-// each name once. Paths of the host.
+// each name once. Paths of the host; here "/" alone separates in them, also where the host has "\\".
 class SourcePlaces {
  public:
   // configuration: its path, or that of the input where there is none. folders: where the compiler
   // may have been started.
-  SourcePlaces(FileSystem& files, std::string_view configuration, std::vector<std::string> folders);
+  SourcePlaces(FileSystem& files, const CodePage& codePage, std::string_view configuration,
+               const std::vector<std::string>& folders);
 
   // The folder with the repository; that of the configuration where there is none.
   const std::string& Root() const { return root_; }
@@ -32,6 +34,7 @@ class SourcePlaces {
   std::optional<std::string> InRoot(std::string_view path);
 
   FileSystem& files_;
+  const CodePage& codePage_;
   std::string root_;
   std::string configuration_;
   std::vector<std::string> folders_;
@@ -39,6 +42,6 @@ class SourcePlaces {
 };
 
 // The commit that the working copy with this root stands at; empty where that is not known.
-std::string CommitOf(FileSystem& files, std::string_view root);
+std::string CommitOf(FileSystem& files, const CodePage& codePage, std::string_view root);
 
 }  // namespace velkor::reports

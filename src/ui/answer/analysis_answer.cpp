@@ -25,7 +25,7 @@ constexpr PlanningEffort kPlanning = {
 // What the document says in its own thread; the rest is read in another one.
 struct Parts {
   const StkMessages& messages;
-  FileSystem& files;
+  const Host& host;
   const ProgramInput& input;
   const StkFunctionTable& functions;
   const StkRootList& roots;
@@ -120,7 +120,7 @@ std::shared_ptr<const AnalysisAnswer> Make(const Parts& parts,
   checkpoint();
   if (StatesStacks(parts.input)) {
     answer->gate =
-        reports::InputGate(parts.input, parts.functions, answer->result, parts.files).Check({}, nullptr);
+        reports::InputGate(parts.input, parts.functions, answer->result, parts.host).Check({}, nullptr);
     checkpoint();
   }
   RankEntries(*answer);
@@ -136,7 +136,7 @@ AnswerMaking AnswerOf(UiContext& context) {
     return nullptr;
   }
   auto parts = std::make_shared<Parts>(Parts{.messages = context.messages,
-                                             .files = context.host.files,
+                                             .host = context.host,
                                              .input = *document.Input(),
                                              .functions = *document.FunctionTable(),
                                              .roots = *document.RootList(),

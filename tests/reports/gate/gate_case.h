@@ -48,7 +48,8 @@ struct GateCase {
     const reports::NameMeanings names =
         reports::MeaningsOf(configuration, entries, analysis.graph.functions);
     result = analysis.Result();
-    reports::SourcePlaces sources(files, kPath, {});
+    const CodePage page = CodePage::Utf8();
+    reports::SourcePlaces sources(files, page, kPath, {});
     return reports::CheckGate({.result = *result,
                                .configuration = configuration,
                                .facts = facts,

@@ -285,7 +285,8 @@ TEST(Gate, WhatWasNotReadIsFound) {
                   {"stale-input", "It is old.", "a.ci", 0, 0, {}, false},
                   {"hidden-call", "It is counted.", "a.ci", 0, 0, {}, false},
                   {"folder-not-read", "It is closed.", "/x", 0, 0, {}, true}};
-  SourcePlaces sources(program.files, GateCase::kPath, {});
+  const CodePage page = CodePage::Utf8();
+  SourcePlaces sources(program.files, page, GateCase::kPath, {});
   const Configuration configuration;
   const NameMeanings names = MeaningsOf(configuration, {"main"}, program.analysis.graph.functions);
   const GateOutcome outcome = CheckGate({.result = result,
@@ -328,7 +329,8 @@ TEST(SourcePlaces, FindsFilesOfTheRepositoryAlone) {
   for (const char* path : {"/home/me/r/fw/src/a.c", "/home/me/r/lib/b.c", "/home/me/out/c.c"}) {
     files.Put(path, "");
   }
-  SourcePlaces places(files, "/home/me/r/fw/velkor.toml", {"/home/me/r/fw/build/obj"});
+  const CodePage page = CodePage::Utf8();
+  SourcePlaces places(files, page, "/home/me/r/fw/velkor.toml", {"/home/me/r/fw/build/obj"});
   EXPECT_EQ(places.Root(), "/home/me/r");
   EXPECT_EQ(places.Configuration(), "fw/velkor.toml");
   EXPECT_EQ(places.Find("/home/me/r/lib/b.c"), "lib/b.c");
@@ -338,10 +340,10 @@ TEST(SourcePlaces, FindsFilesOfTheRepositoryAlone) {
   EXPECT_EQ(places.Find("C:\\work\\lib\\b.c"), "lib/b.c");
   EXPECT_EQ(places.Find("/home/me/out/c.c"), std::nullopt);
   EXPECT_EQ(places.Find("../../../../../../../home/me/out/c.c"), std::nullopt);
-  EXPECT_EQ(CommitOf(files, places.Root()), "0123456789abcdef0123456789abcdef01234567");
+  EXPECT_EQ(CommitOf(files, page, places.Root()), "0123456789abcdef0123456789abcdef01234567");
   files.Put("/home/me/r/.git/HEAD", "0123456789abcdef0123456789abcdef01234567");
-  EXPECT_EQ(CommitOf(files, places.Root()), "0123456789abcdef0123456789abcdef01234567");
-  EXPECT_EQ(CommitOf(files, "/home"), "");
+  EXPECT_EQ(CommitOf(files, page, places.Root()), "0123456789abcdef0123456789abcdef01234567");
+  EXPECT_EQ(CommitOf(files, page, "/home"), "");
 }
 
 // What is written is read again, and says what the program shows and what is open.

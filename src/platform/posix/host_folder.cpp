@@ -42,6 +42,11 @@ FolderEntry EntryOf(int folder, const dirent& found) {
 
 }  // namespace
 
+bool IsThere(const HostPath& path) {
+  struct stat status {};
+  return path.IsUsable() && lstat(path.Text(), &status) == 0;
+}
+
 FolderListing ListHostFolder(const HostPath& path) {
   FolderListing listing;
   const std::unique_ptr<DIR, CloseHostFolder> folder(path.IsUsable() ? opendir(path.Text())

@@ -11,9 +11,9 @@
 #include <unistd.h>
 #include <utility>
 
-#include "platform/host_file.h"
 #include "platform/host_folder.h"
-#include "platform/name_lookup.h"
+#include "platform/patience.h"
+#include "platform/posix/host_file.h"
 #include "platform/standard_streams.h"
 #include "platform/temporary_name.h"
 

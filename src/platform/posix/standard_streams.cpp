@@ -1,30 +1,15 @@
 #include "platform/standard_streams.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <string>
 #include <unistd.h>
 #include <utility>
 
+#include "platform/taken_input.h"
+
 namespace velkor {
 namespace {
-
-class TakenInput : public InputFile {
- public:
-  explicit TakenInput(std::string bytes) : bytes_(std::move(bytes)) {}
-
-  size_t Read(char* buffer, size_t size) override {
-    const size_t read = bytes_.copy(buffer, size, position_);
-    position_ += read;
-    return read;
-  }
-  uint64_t Length() const override { return bytes_.size(); }
-
- private:
-  const std::string bytes_;
-  size_t position_ = 0;
-};
 
 class StandardOutput : public OutputFile {
  public:
@@ -49,7 +34,6 @@ class StandardOutput : public OutputFile {
 }  // namespace
 
 std::unique_ptr<InputFile> OpenStandardInput() {
-  constexpr size_t kMostBytes = size_t{256} << 20;
   std::array<char, 65536> buffer{};
   std::string bytes;
   for (;;) {
@@ -57,7 +41,7 @@ std::unique_ptr<InputFile> OpenStandardInput() {
     if (taken == 0) {
       return std::make_unique<TakenInput>(std::move(bytes));
     }
-    if (taken < 0 ? errno != EINTR : bytes.size() > kMostBytes) {
+    if (taken < 0 ? errno != EINTR : bytes.size() > TakenInput::kMostBytes) {
       return nullptr;
     }
     bytes.append(buffer.data(), taken < 0 ? 0 : static_cast<size_t>(taken));

@@ -1,4 +1,4 @@
-#include "platform/host_file.h"
+#include "platform/posix/host_file.h"
 
 #include <cerrno>
 #include <fcntl.h>
@@ -10,7 +10,6 @@ namespace velkor {
 namespace {
 
 constexpr mode_t kNewFileMode = 0666;
-constexpr std::chrono::milliseconds kBetweenTries{5};
 
 // 0 or why it is not locked.
 int TryLock(int descriptor, bool exclusively) {
@@ -55,7 +54,7 @@ struct stat HostFile::Status() const {
 bool HostFile::Lock(bool exclusively, const Patience& patience) const {
   int failure = TryLock(descriptor_, exclusively);
   while (failure == EWOULDBLOCK && !patience.IsOver()) {
-    std::this_thread::sleep_for(kBetweenTries);
+    std::this_thread::sleep_for(Patience::kPause);
     failure = TryLock(descriptor_, exclusively);
   }
   return failure != EWOULDBLOCK;

@@ -1,30 +1,13 @@
 #pragma once
 
-#include <chrono>
 #include <sys/stat.h>
 #include <utility>
 
 #include "platform/file_system.h"
 #include "platform/host_path.h"
+#include "platform/patience.h"
 
 namespace velkor {
-
-// How long a lock of another is waited for: not at all, or for a time that begins now, unless
-// somebody gives up before.
-class Patience {
- public:
-  Patience() = default;
-  Patience(std::chrono::milliseconds time, const FileSystem::GiveUp& giveUp)
-      : until_(std::chrono::steady_clock::now() + time), giveUp_(giveUp) {}
-
-  bool IsOver() const {
-    return std::chrono::steady_clock::now() >= until_ || (giveUp_ && giveUp_());
-  }
-
- private:
-  std::chrono::steady_clock::time_point until_;
-  FileSystem::GiveUp giveUp_;
-};
 
 // An open file descriptor of the host, closed by its destructor. Never inherited by other programs.
 class HostFile {

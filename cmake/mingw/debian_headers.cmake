@@ -1,0 +1,15 @@
+# velkor_debian_headers(TARGET NAME): an imported target that offers the folder NAME of this machine's
+# /usr/include, and nothing else of it.
+function(velkor_debian_headers target name)
+  if(TARGET ${target})
+    return()
+  endif()
+  if(NOT EXISTS /usr/include/${name})
+    message(FATAL_ERROR "/usr/include/${name} is missing (see scripts/packages.txt)")
+  endif()
+  set(folder ${CMAKE_BINARY_DIR}/debian-headers)
+  file(MAKE_DIRECTORY ${folder})
+  file(CREATE_LINK /usr/include/${name} ${folder}/${name} SYMBOLIC)
+  add_library(${target} INTERFACE IMPORTED)
+  target_include_directories(${target} SYSTEM INTERFACE ${folder})
+endfunction()

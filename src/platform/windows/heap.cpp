@@ -1,0 +1,8 @@
+#include "platform/heap.h"
+
+namespace velkor {
+
+// The system's heap takes no such advice.
+void PrepareHeapForOneRun() {}
+
+}  // namespace velkor
