@@ -154,4 +154,8 @@ void WriteIcicleFile(const IcicleLayout& layout, ResultOutput& output) {
   output.Write("</svg>\n");
 }
 
+std::string_view IcicleStyle() {
+  return embedded::icicleStyle;
+}
+
 }  // namespace velkor::reports

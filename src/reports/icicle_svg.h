@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "reports/icicle_layout.h"
 #include "reports/result_output.h"
@@ -15,5 +16,8 @@ void WriteIcicleSvg(const IcicleLayout& layout, const std::function<std::string(
 
 // The same as a file of its own, on white.
 void WriteIcicleFile(const IcicleLayout& layout, ResultOutput& output);
+
+// How its parts look, as a style sheet.
+std::string_view IcicleStyle();
 
 }  // namespace velkor::reports

@@ -19,7 +19,6 @@
 
 namespace velkor::embedded {
 extern const std::string_view pageStyle;
-extern const std::string_view icicleStyle;
 extern const std::string_view pageScript;
 }  // namespace velkor::embedded
 
@@ -51,7 +50,7 @@ class PageOutput {
         "style-src 'unsafe-inline'; script-src 'unsafe-inline'; img-src data:\">\n"
         "<link rel=\"icon\" href=\"data:,\">\n<title>{}</title>\n<style>\n{}{}</style>\n</head>\n"
         "<body>\n",
-        HtmlText(title), embedded::pageStyle, embedded::icicleStyle));
+        HtmlText(title), embedded::pageStyle, IcicleStyle()));
     WriteHeader(title);
     output_.Write("<main>\n");
     WriteStacks();

@@ -24,7 +24,8 @@ std::string CutToRow(std::string text, const CodePage& codePage) {
 }
 
 QString ForScreen(std::string_view bytes, const CodePage& codePage) {
-  return FromUtf8(codePage.ToUtf8(bytes));
+  const std::string utf8 = codePage.ToUtf8(bytes);
+  return FromUtf8(utf8);
 }
 
 QString FromUtf8(std::string_view text) {

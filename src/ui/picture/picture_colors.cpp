@@ -1,5 +1,6 @@
 #include "ui/picture/picture_colors.h"
 
+#include "ui/sign_colors.h"
 #include "ui/text_colors.h"
 
 namespace velkor::ui {
@@ -50,7 +51,7 @@ Qt::PenStyle PictureColors::Frame(IcicleKind kind) const {
 PictureColors PictureColorsOf(const QPalette& palette) {
   PictureColors colors;
   colors.ground = palette.color(QPalette::Base);
-  colors.isDark = colors.ground.lightnessF() < 0.5F;
+  colors.isDark = IsDark(colors.ground);
   colors.ink = palette.color(QPalette::Text);
   colors.quiet = PaleText(palette);
   colors.frame = colors.isDark ? QColor(0x9a, 0xa8, 0xb8) : QColor(0x54, 0x61, 0x6f);

@@ -84,8 +84,9 @@ SummaryTable::SummaryTable(std::array<QString, SummaryModel::kColumnCount> heade
   setMouseTracking(true);
   setIndentation(14);
   header()->setStretchLastSection(true);
-  connect(header(), &QHeaderView::sectionResized, this, [this] {
-    widthsFollow_ = widthsFollow_ && fitting_;
+  connect(header(), &QHeaderView::sectionResized, this, [this](int column) {
+    // The last one takes what the others leave.
+    widthsFollow_ = widthsFollow_ && (fitting_ || column + 1 == SummaryModel::kColumnCount);
   });
 }
 

@@ -36,7 +36,7 @@ void AllFunctionsModel::Refresh() {
   shown_.clear();
   bounds_ = context_.document.Bounds();
   if (!rows_.empty()) {
-    emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+    emit dataChanged(this->index(0, 0), this->index(rowCount() - 1, columnCount() - 1));
   }
 }
 

@@ -63,8 +63,8 @@ uint32_t NeedTexts::MarkRank(const StkFunction& function, const StkBounds& bound
 }
 
 QString NeedTexts::TotalAndNeed(const StkFunction& function, const StkBounds& bounds) const {
-  const QString total = QString::fromStdString(TotalSizeText(function));
-  const QString need = Need(function, bounds);
+  QString total = QString::fromStdString(TotalSizeText(function));
+  QString need = Need(function, bounds);
   if (bounds.IsComplete(function)) {
     return total;
   }
