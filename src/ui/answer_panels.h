@@ -29,9 +29,6 @@ class AnswerPanels : public CommandTarget {
   SummaryPane& Summary() { return *summary_; }
   PictureView& Picture() { return *picture_; }
 
-  // Its height in a window of that height.
-  int SetInitialHeight(int ofWindow);
-
   std::optional<CommandState> StateOf(Command command) override;
   void Execute(Command command) override;
 

@@ -151,8 +151,7 @@ void CMainFrame::SetInitialSizes() {
       kInitialSize.boundedTo(available - QSize(available.width() / 20, available.height() / 10)));
   const int bars = menuBar()->sizeHint().height() + kToolbarIconSize.height() * 2 +
                    statusBar_->sizeHint().height();
-  const int views =
-      std::max(height() - bars - answers_->SetInitialHeight(height()), 2 * kLogHeight);
+  const int views = std::max(height() - bars, 2 * kLogHeight);
   const int list = std::min(kListHeight, views * 3 / 5);
   rightSplitter_->setSizes({list, views - list});
   outerSplitter_->setSizes({kTreeWidth, std::max(width() - kTreeWidth, kTreeWidth)});

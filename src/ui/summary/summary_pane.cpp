@@ -40,7 +40,6 @@ SummaryPane::SummaryPane(UiContext& context, AnswerKeeper& keeper, FrameOperatio
   setAccessibleName(context.Text(kSummaryName));
   needs_->setAccessibleName(context.Text(kNeedsName));
   wanted_->setAccessibleName(context.Text(kWantedName));
-  setFocusProxy(needs_);
   lead_->setTextFormat(Qt::PlainText);
   lead_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   lead_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
