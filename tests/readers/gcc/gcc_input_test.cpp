@@ -376,7 +376,7 @@ TEST(GccInput, LinksWhatTheCompilersOfThisMachineWrite) {
     BuildFolder bare;
     for (const auto& entry : fs::directory_iterator(folder.Path())) {
       if (entry.path().extension() == ".ci") {
-        bare.Put(entry.path().filename(), folder.Get(entry.path().filename()));
+        bare.Put(entry.path().filename().string(), folder.Get(entry.path().filename().string()));
       }
     }
     ASSERT_TRUE(bare.Analyse());
