@@ -25,6 +25,8 @@ class AnswerPanels : public CommandTarget {
   using AskPath = std::function<std::optional<std::string>()>;
   AnswerPanels(UiContext& context, AnswerKeeper& keeper, FrameOperations& frame,
                CStkTreeView& tree, QMainWindow& window, AskPath askPath);
+  AnswerPanels(const AnswerPanels&) = delete;
+  AnswerPanels& operator=(const AnswerPanels&) = delete;
 
   SummaryPane& Summary() { return *summary_; }
   PictureView& Picture() { return *picture_; }

@@ -19,6 +19,8 @@ namespace velkor::ui {
 class FunctionPanels : public CommandTarget {
  public:
   FunctionPanels(UiContext& context, FrameOperations& frame, QMainWindow& window);
+  FunctionPanels(const FunctionPanels&) = delete;
+  FunctionPanels& operator=(const FunctionPanels&) = delete;
 
   void ShowCallers(StkFunction& function);
   AllFunctionsView& AllFunctions() { return *all_; }

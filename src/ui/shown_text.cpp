@@ -25,7 +25,7 @@ std::string CutToRow(std::string text, const CodePage& codePage) {
 
 QString ForScreen(std::string_view bytes, const CodePage& codePage) {
   const std::string utf8 = codePage.ToUtf8(bytes);
-  return FromUtf8(utf8);
+  return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
 }
 
 QString FromUtf8(std::string_view text) {
