@@ -144,9 +144,30 @@ void Bounds(benchmark::State& state, Generator generate) {
   }
 }
 
-double Milliseconds(const std::vector<double>& sorted, size_t percent) {
-  return 1000 * sorted[(sorted.size() - 1) * percent / 100];
-}
+// The time of each of many like operations, told as counters.
+class Times {
+ public:
+  template <typename Operation>
+  void Take(Operation operation) {
+    const auto start = std::chrono::steady_clock::now();
+    operation();
+    const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
+    milliseconds_.push_back(took.count());
+  }
+  void Tell(benchmark::State& state) {
+    std::ranges::sort(milliseconds_);
+    state.counters["median_ms"] = At(50);
+    state.counters["p99_ms"] = At(99);
+    state.counters["most_ms"] = At(100);
+  }
+
+ private:
+  double At(size_t percent) const {
+    return milliseconds_[(milliseconds_.size() - 1) * percent / 100];
+  }
+
+  std::vector<double> milliseconds_;
+};
 
 // One adjustment after another, each of any function. shown: as the window does it, with the
 // warnings about what is over the limit and the bounds; else only the totals.
@@ -158,26 +179,23 @@ void OneMargin(benchmark::State& state, Generator generate, bool shown) {
   StkBounds bounds(database->functions);
   bounds.Update();
   std::mt19937 random(3);
-  std::vector<double> seconds;
+  Times times;
   for (auto _ : state) {
     StkAdjustment adjustment;
     adjustment.margin = static_cast<uint32_t>(random() % 100);
     StkFunction& function = *database->functions.Functions()[random() % count];
-    const auto start = std::chrono::steady_clock::now();
-    if (shown) {
-      AdjustFunction(database->functions, database->roots, function, adjustment,
-                     database->reporter);
-      bounds.Update();
-    } else {
-      database->functions.SetPendingAdjustment(function, std::move(adjustment));
-      database->Compute(false);
-    }
-    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-    seconds.push_back(took.count());
+    times.Take([&] {
+      if (shown) {
+        AdjustFunction(database->functions, database->roots, function, adjustment,
+                       database->reporter);
+        bounds.Update();
+      } else {
+        database->functions.SetPendingAdjustment(function, std::move(adjustment));
+        database->Compute(false);
+      }
+    });
   }
-  std::ranges::sort(seconds);
-  state.counters["median_ms"] = Milliseconds(seconds, 50);
-  state.counters["p99_ms"] = Milliseconds(seconds, 99);
+  times.Tell(state);
 }
 
 // A callee is stated of any function, and taken away again, as the window does it.
@@ -192,29 +210,24 @@ void OneCallee(benchmark::State& state, Generator generate) {
   const StkFunctionList& functions = database->functions.Functions();
   std::mt19937 random(4);
   StkFunction* adjusted = nullptr;
-  std::vector<double> seconds;
+  Times times;
   for (auto _ : state) {
     StkAdjustment adjustment;
-    StkFunction* callee = functions[random() % count];
+    adjustment.SetCallees({functions[random() % count]}, database->codePage);
     StkFunction* caller = functions[random() % count];
-    adjustment.SetCallees({callee}, database->codePage);
-    const auto start = std::chrono::steady_clock::now();
-    if (adjusted == nullptr) {
-      adjusted = caller;
-      AdjustFunction(database->functions, database->roots, *caller, adjustment,
-                     database->reporter);
-    } else {
-      CancelAdjustment(database->functions, database->roots, *adjusted, database->reporter);
-      adjusted = nullptr;
-    }
-    bounds.Update();
-    const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
-    seconds.push_back(took.count());
+    times.Take([&] {
+      if (adjusted == nullptr) {
+        adjusted = caller;
+        AdjustFunction(database->functions, database->roots, *caller, adjustment,
+                       database->reporter);
+      } else {
+        CancelAdjustment(database->functions, database->roots, *adjusted, database->reporter);
+        adjusted = nullptr;
+      }
+      bounds.Update();
+    });
   }
-  std::ranges::sort(seconds);
-  state.counters["median_ms"] = Milliseconds(seconds, 50);
-  state.counters["p99_ms"] = Milliseconds(seconds, 99);
-  state.counters["most_ms"] = Milliseconds(seconds, 100);
+  times.Tell(state);
 }
 
 // From the collected call names to linked functions.

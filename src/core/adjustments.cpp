@@ -27,7 +27,7 @@ void SetExtraCallees(StkFunction& function, StkFunctionList callees, CalleeChang
 void RecomputeAfter(const CalleeChanges& changes, bool rebuild, StkFunctionTable& table,
                     StkRootList& roots, StkReporter& reporter) {
   const bool isFollowed = CalleeUpdate(table, roots).Follow(changes);
-  if (!isFollowed && !changes.empty()) {
+  if (!changes.empty() && !isFollowed) {
     table.NoteRearrangedCallees();
   }
   Recompute(table, roots, rebuild && !isFollowed, nullptr, nullptr, reporter);

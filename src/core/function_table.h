@@ -252,7 +252,7 @@ class StkFunctionTable {
   // Kept from one computation to the next of the same graph:
   ComputationOrder order_;  // empty when not known
   uint32_t overLimitRoots_ = 0;
-  std::vector<bool> leadsToRecursion_;  // by index, a recursive one included
+  std::vector<bool> leadsToRecursion_;  // by index, a recursive one included; empty: not asked yet
   bool keepsTopLevel_ = false;          // a rebuilding of the same graph would mark the same
 };
 

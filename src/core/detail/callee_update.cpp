@@ -39,18 +39,37 @@ StkFunctionList Without(const StkFunctionList& list, const StkFunctionList& adde
 }  // namespace
 
 bool CalleeUpdate::Follow(std::span<const CalleeChange> changes) {
-  return CanFollow() && std::ranges::all_of(changes, [this](const CalleeChange& change) {
-           return Follow(change);
-         });
+  if (changes.empty() || !CanFollow()) {
+    return false;
+  }
+  if (table_.leadsToRecursion_.empty()) {
+    FindWhatLeadsToRecursion();
+  }
+  return std::ranges::all_of(changes,
+                             [this](const CalleeChange& change) { return Follow(change); });
 }
 
 // Callees that are read and not yet in force come into the graph with the next rebuilding.
 bool CalleeUpdate::CanFollow() const {
   return table_.keepsTopLevel_ && table_.order_.size() == table_.Count() &&
-         table_.leadsToRecursion_.size() == table_.Count() &&
          std::ranges::all_of(table_.touched_, [](const StkFunction* function) {
            return function->pendingAdjustment == nullptr;
          });
+}
+
+// A callee comes before its caller, unless both are recursive, or it is new: then what it leads to
+// decides whether the change is followed at all.
+void CalleeUpdate::FindWhatLeadsToRecursion() {
+  std::vector<bool> leads(table_.Count(), false);
+  for (size_t position = 0; position < table_.order_.size(); ++position) {
+    const StkFunction& function = *table_.Functions()[table_.order_.At(position)];
+    bool leadsThere = function.Is(FN_RECURSIVE);
+    for (const StkFunction* callee : AllCallees(function)) {
+      leadsThere = leadsThere || leads[table_.IndexOf(*callee)];
+    }
+    leads[function.index] = leadsThere;
+  }
+  table_.leadsToRecursion_ = std::move(leads);
 }
 
 bool CalleeUpdate::Follow(const CalleeChange& change) {

@@ -12,20 +12,6 @@ namespace velkor {
 
 namespace {
 
-// Callees first, as components are numbered.
-std::vector<bool> LeadingToRecursion(const CallGraph& graph, const Components& components) {
-  std::vector<bool> ofComponent = components.recursive;
-  std::vector<bool> leads(graph.Count(), false);
-  for (const uint32_t function : components.members) {
-    const uint32_t component = components.of[function];
-    for (const uint32_t callee : graph.Callees(function)) {
-      ofComponent[component] = ofComponent[component] || ofComponent[components.of[callee]];
-    }
-    leads[function] = ofComponent[component];
-  }
-  return leads;
-}
-
 bool HasPending(const StkFunction* function) {
   return function->pendingAdjustment != nullptr;
 }
@@ -40,13 +26,11 @@ void StkComputation::Rebuild() {
   const std::vector<uint32_t> uncalled = graph_->UncalledFunctions();
   Components components = FindComponents(*graph_, uncalled);
   MarkRecursion(components);
-  table_.leadsToRecursion_ = LeadingToRecursion(*graph_, components);
   const std::vector<uint32_t> topLevel =
       WithEntries(DecideTopLevel(*graph_, components, uncalled, marked));
-  // With these marks the next rebuilding may decide otherwise where recursions are top-level.
-  table_.keepsTopLevel_ =
-      components.belowStarts == components.Count() ||
-      WithEntries(DecideTopLevel(*graph_, components, uncalled, topLevel)) == topLevel;
+  table_.leadsToRecursion_.clear();
+  // Where a recursion can be top-level, the next rebuilding may decide otherwise with these marks.
+  table_.keepsTopLevel_ = components.belowStarts == components.Count();
   MarkTopLevel(topLevel);
   // Both walks begin alike, up to the first top-level function that something calls.
   const auto [root, start] = std::ranges::mismatch(topLevel, uncalled);

@@ -14,7 +14,8 @@ namespace {
 // One component as a graph of its own, whose functions are the places among its members.
 class ComponentCut {
  public:
-  // places: one for each function of the graph, of which this writes and reads those of its members.
+  // places: one for each function of the graph, of which this writes and reads those of its
+  // members.
   ComponentCut(const CallGraph& graph, const Components& components, uint32_t component,
                const std::vector<bool>& preferred, std::vector<uint32_t>& places)
       : members_(components.Members(component).begin(), components.Members(component).end()) {
