@@ -10,14 +10,31 @@ namespace {
 
 std::optional<HostPath> FindComponent(const HostPath& folder, const std::string& component,
                                       const HostNames& names, FolderNames& folders) {
-  for (const std::string& spelling : {names.Name(component), component}) {
-    HostPath path = folder.Below(spelling);
-    if (IsThere(path)) {
-      return path;
-    }
+  HostPath path = folder.Below(names.Name(component));
+  if (IsThere(path)) {
+    return path;
+  }
+  HostPath asStated = folder.Below(component);
+  if (asStated.Bytes() != path.Bytes() && IsThere(asStated)) {
+    return asStated;
   }
   const std::optional<std::string> found = folders.Find(folder, component, names);
   return found ? std::optional(folder.Below(*found)) : std::nullopt;
+}
+
+std::vector<std::string> First(const std::vector<std::string>& components, size_t count) {
+  return {components.begin(), components.begin() + static_cast<std::ptrdiff_t>(count)};
+}
+
+// How many of the components, of which not all are, are there as they are spelt. Often all but the
+// last: looking from the end asks for the fewest.
+size_t CountAsSpelt(const HostPath& folder, const std::vector<std::string>& components,
+                    const HostNames& names) {
+  size_t count = components.size() - std::min<size_t>(components.size(), 1);
+  while (count != 0 && !IsThere(JoinBelow(folder, First(components, count), names))) {
+    --count;
+  }
+  return count;
 }
 
 }  // namespace
@@ -87,7 +104,9 @@ HostPath FindBelow(HostPath folder, const std::vector<std::string>& components,
   if (IsThere(asSpelt)) {
     return asSpelt;
   }
-  for (size_t i = 0; i < components.size(); ++i) {
+  const size_t asSpeltCount = CountAsSpelt(folder, components, names);
+  folder = JoinBelow(std::move(folder), First(components, asSpeltCount), names);
+  for (size_t i = asSpeltCount; i < components.size(); ++i) {
     std::optional<HostPath> found = FindComponent(folder, components[i], names, folders);
     if (!found) {
       const auto rest = components.begin() + static_cast<std::ptrdiff_t>(i);

@@ -244,8 +244,11 @@ bool HostFileSystem::IsDirectory(std::string_view path, Spelling spelling) {
 
 bool HostFileSystem::IsSameFile(std::string_view path, std::string_view input) {
   const std::optional<struct stat> first = StatusOf(paths_.ToHost(path, Spelling::kExact));
+  if (!first) {
+    return false;
+  }
   const std::optional<struct stat> second = StatusOf(paths_.ToHost(input, Spelling::kOfProject));
-  return first && second && IsSame(*first, *second);
+  return second && IsSame(*first, *second);
 }
 
 bool HostFileSystem::Replace(std::string_view from, std::string_view to,
