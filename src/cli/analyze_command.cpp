@@ -55,9 +55,9 @@ void WriteAnalysis(Application& application, const Options& options, const StkFu
     case OutputFormat::kText:
       return WriteAnalysisText(application, options, function, output);
     case OutputFormat::kJson:
-      return reports::WriteJson(application.Result(), output);
+      return reports::WriteJson(application.Result(), output, application.GetHost().threads);
     case OutputFormat::kCsv:
-      return reports::WriteCsv(application.Result(), output);
+      return reports::WriteCsv(application.Result(), output, application.GetHost().threads);
     case OutputFormat::kMarkdown:
       break;
   }

@@ -138,7 +138,8 @@ reports::AnalysisResult Application::Result() {
                               .notes = Notes(),
                               .functions = *document_.FunctionTable(),
                               .roots = document_.RootList()->Functions(),
-                              .bounds = *document_.Bounds()});
+                              .bounds = *document_.Bounds(),
+                              .threads = machine_->GetHost().threads});
 }
 
 std::vector<StkNote> Application::Notes() {

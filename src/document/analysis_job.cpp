@@ -52,7 +52,7 @@ bool StkAnalysisJob::AnyModuleExists() {
 }
 
 bool StkAnalysisJob::ReadModules() {
-  ModuleReadAhead modules(parts_.input, parts_.host.readingThreads, stopEvent_);
+  ModuleReadAhead modules(parts_.input, parts_.host.threads, stopEvent_);
   for (size_t i = 0; i < parts_.input.Modules().size(); ++i) {
     // The reading looks at the stop event every 100 lines only: many short modules must not keep
     // a stop waiting.

@@ -19,8 +19,8 @@ struct Host {
   const ResourceStore& resources;
   // Folder of the system library table files; empty: that of the installation.
   std::string dataFolder;
-  // How many threads may read modules at once; 0: as many as run at once on this machine.
-  size_t readingThreads = 0;
+  // How many threads may work at once for one job; 0: as many as run at once on this machine.
+  size_t threads = 0;
 };
 
 }  // namespace velkor

@@ -1,8 +1,31 @@
 #include "reports/analysis_result.h"
 
+#include <array>
+
 #include "reports/terminal_text.h"
 
 namespace velkor::reports {
+namespace {
+
+constexpr std::array kTextsOfFew = {
+    &AnalysedTexts::shownNames,   &AnalysedTexts::specNames,       &AnalysedTexts::statements,
+    &AnalysedTexts::cutSpecNames, &AnalysedTexts::cutDisplayNames, &AnalysedTexts::symbolsToTell};
+
+}  // namespace
+
+void AnalysedTexts::Append(const AnalysedTexts& texts) {
+  names.Append(texts.names);
+  for (TextsOfFew AnalysedTexts::*const few : kTextsOfFew) {
+    (this->*few).Append(texts.*few);
+  }
+}
+
+void AnalysedTexts::Clear() {
+  names.Clear();
+  for (TextsOfFew AnalysedTexts::*const few : kTextsOfFew) {
+    (this->*few).Clear();
+  }
+}
 
 std::string_view AnalysisResult::SpecName(uint32_t function) const {
   if (const auto name = texts.specNames.Of(function)) {

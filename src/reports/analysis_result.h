@@ -101,6 +101,10 @@ struct AnalysedTexts {
   TextsOfFew cutSpecNames;  // what a line shows of those that are too long for it
   TextsOfFew cutDisplayNames;
   TextsOfFew symbolsToTell;  // where several functions have one spec name
+
+  // Those of functions that come later.
+  void Append(const AnalysedTexts& texts);
+  void Clear();
 };
 
 // A finished analysis as a value: all that the outputs write, and nothing of what computed it, so

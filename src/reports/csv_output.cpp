@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "reports/function_parts.h"
 #include "reports/terminal_text.h"
 
 namespace velkor::reports {
@@ -72,14 +73,18 @@ std::string CsvField(std::string_view text) {
   return quoted + '"';
 }
 
-void WriteCsv(const AnalysisResult& result, ResultOutput& output) {
+void WriteCsv(const AnalysisResult& result, ResultOutput& output, size_t threads) {
   output.Write("name,total,frame,adjustment,file,top-level,complete,bound,state,known\n");
-  std::string row;
-  for (uint32_t function = 0; function < result.functions.size(); ++function) {
-    row.clear();
-    AppendRow(result, function, row);
-    output.Write(row);
-  }
+  FunctionParts{.functions = result.functions.size(),
+                .threads = threads,
+                .make =
+                    [&](uint32_t first, uint32_t end, std::string& rows) {
+                      for (uint32_t function = first; function < end; ++function) {
+                        AppendRow(result, function, rows);
+                      }
+                    },
+                .take = [&](std::string_view rows) { output.Write(rows); }}
+      .Run();
 }
 
 }  // namespace velkor::reports

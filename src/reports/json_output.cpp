@@ -1,6 +1,7 @@
 #include "reports/json_output.h"
 
 #include "messages/product_version.h"
+#include "reports/function_parts.h"
 #include "reports/json_writer.h"
 
 namespace velkor::reports {
@@ -10,7 +11,7 @@ class JsonOutput {
  public:
   JsonOutput(const AnalysisResult& result, ResultOutput& output) : result_(result), json_(output) {}
 
-  void Write() {
+  void Write(size_t threads) {
     json_.StartObject();
     WriteHead();
     WriteInputs();
@@ -23,14 +24,35 @@ class JsonOutput {
     json_.Indices("roots", result_.roots);
     WriteGroups();
     json_.StartArray("functions");
-    for (uint32_t function = 0; function < result_.functions.size(); ++function) {
-      WriteFunction(function);
-    }
+    FunctionParts{.functions = result_.functions.size(),
+                  .threads = threads,
+                  .make = [this](uint32_t first, uint32_t end,
+                                 std::string& text) { AppendFunctions(result_, first, end, text); },
+                  .take = [this](std::string_view text) { json_.Elements(text); }}
+        .Run();
     json_.EndArray();
     json_.EndObject();
   }
 
  private:
+  // As they stand in the array of functions: what leads to its first element is taken away.
+  static void AppendFunctions(const AnalysisResult& result, uint32_t first, uint32_t end,
+                              std::string& text) {
+    ResultOutput output([&](std::string_view written) {
+      text += written;
+      return true;
+    });
+    JsonOutput functions(result, output);
+    functions.json_.StartObject();
+    functions.json_.StartArray("functions");
+    output.Finish();
+    text = first == 0 ? std::string_view() : JsonWriter::kBetweenElements;
+    for (uint32_t function = first; function < end; ++function) {
+      functions.WriteFunction(function);
+    }
+    output.Finish();
+  }
+
   void WriteHead() {
     json_.Number("schema", kJsonSchema);
     json_.Text("generator", ProductNameAndVersion());
@@ -217,8 +239,8 @@ class JsonOutput {
 
 }  // namespace
 
-void WriteJson(const AnalysisResult& result, ResultOutput& output) {
-  JsonOutput(result, output).Write();
+void WriteJson(const AnalysisResult& result, ResultOutput& output, size_t threads) {
+  JsonOutput(result, output).Write(threads);
   output.Write("\n");
 }
 

@@ -15,7 +15,7 @@ namespace velkor::reports {
 // Writes one JSON value in UTF-8, a member a line, arrays of anything but objects on one line.
 class JsonWriter {
  public:
-  explicit JsonWriter(ResultOutput& output) : json_(output) {
+  explicit JsonWriter(ResultOutput& output) : output_(output), json_(output) {
     json_.SetIndent(' ', 1);
     json_.SetFormatOptions(rapidjson::kFormatSingleLineArray);
   }
@@ -77,6 +77,11 @@ class JsonWriter {
     json_.Null();
   }
 
+  // Elements of the array that was started last, which gets no others, as another writer has
+  // written them there; with kBetweenElements before all but the first.
+  static constexpr std::string_view kBetweenElements = ", ";
+  void Elements(std::string_view text) { output_.Write(text); }
+
   void Texts(const char* key, const std::vector<std::string>& texts) {
     StartArray(key);
     for (const std::string& text : texts) {
@@ -93,6 +98,7 @@ class JsonWriter {
   }
 
  private:
+  ResultOutput& output_;
   rapidjson::PrettyWriter<ResultOutput> json_;
 };
 

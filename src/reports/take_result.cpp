@@ -1,8 +1,11 @@
 #include "reports/take_result.h"
 
+#include <algorithm>
 #include <array>
 #include <functional>
+#include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <unordered_map>
 #include <utility>
@@ -11,13 +14,13 @@
 #include "core/call_range.h"
 #include "core/function_sorting.h"
 #include "core/function_text.h"
-#include "files/spec_names.h"
+#include "platform/ordered_work.h"
+#include "reports/function_texts.h"
 
 namespace velkor::reports {
 namespace {
 
-constexpr size_t kLongestName = 500;
-constexpr uint32_t kFunctionsBetweenCheckpoints = 4096;
+constexpr size_t kPartSize = 4096;  // functions
 
 std::vector<std::string> Utf8(const std::vector<std::string>& texts, const CodePage& codePage) {
   std::vector<std::string> converted;
@@ -70,23 +73,39 @@ class FunctionTaking {
       : table_(analysis.functions),
         bounds_(analysis.bounds),
         codePage_(table_.GetCodePage()),
-        specNames_(table_),
         checkpoint_(analysis.checkpoint),
         result_(result) {}
 
-  void Run() {
-    TakeLists();  // before the rest has its room: sorting takes room for a while
+  // What does not depend on the rest, and the texts of a few functions each, by several threads.
+  void Run(size_t threads) {
+    const std::array<std::function<void()>, 3> wholes = {
+        [this] { TakeLists(); }, [this] { result_.explanations = Explanations(table_, bounds_); },
+        [this] { result_.witnesses = ReasonWitnesses(table_, bounds_); }};
     Checkpoint();
     Reserve();
-    for (const StkFunction* function : table_.Functions()) {
-      if (function->index % kFunctionsBetweenCheckpoints == 0) {
-        Checkpoint();
-      }
-      TakeTexts(*function);
-      TakeValues(*function);
-      TakeFewValues(*function);
-      TakeCalls(*function);
+    OrderedWork work{.parts = wholes.size() + (table_.Count() + kPartSize - 1) / kPartSize,
+                     .threads = threads,
+                     .make = {},
+                     .take = {}};
+    std::vector<std::unique_ptr<FunctionTexts>> texts(work.Slots());
+    for (std::unique_ptr<FunctionTexts>& some : texts) {
+      some = std::make_unique<FunctionTexts>(table_, countOfName_);
     }
+    work.make = [&](size_t part, size_t slot) {
+      if (part < wholes.size()) {
+        wholes[part]();
+      } else {
+        texts[slot]->Make(FunctionsOf(part - wholes.size()));
+      }
+    };
+    work.take = [&](size_t part, size_t slot) {
+      Checkpoint();
+      if (part >= wholes.size()) {
+        result_.texts.Append(texts[slot]->Texts());
+        TakeFunctions(FunctionsOf(part - wholes.size()));
+      }
+    };
+    work.Run();
   }
 
  private:
@@ -94,6 +113,20 @@ class FunctionTaking {
     std::vector<uint32_t> FunctionsByName::*list;
     bool (*holds)(const StkFunction&);
   };
+
+  std::span<StkFunction* const> FunctionsOf(size_t part) const {
+    const std::span<StkFunction* const> all = table_.Functions();
+    const size_t first = part * kPartSize;
+    return all.subspan(first, std::min(kPartSize, all.size() - first));
+  }
+
+  void TakeFunctions(std::span<StkFunction* const> functions) {
+    for (const StkFunction* function : functions) {
+      TakeValues(*function);
+      TakeFewValues(*function);
+      TakeCalls(*function);
+    }
+  }
 
   void Checkpoint() const {
     if (checkpoint_) {
@@ -115,34 +148,6 @@ class FunctionTaking {
     result_.functions.reserve(table_.Count());
     result_.calls.reserve(calls);
     result_.texts.names.Reserve(table_.Count(), bytes);
-  }
-
-  void TakeTexts(const StkFunction& function) {
-    AnalysedTexts& texts = result_.texts;
-    texts.names.Add(codePage_.ToUtf8(function.name));
-    if (!function.ShownName().empty()) {
-      texts.shownNames.Add(function.index, codePage_.ToUtf8(function.ShownName()));
-    }
-    const std::string specName = FunctionSpecName(function, codePage_);
-    if (specName != CName(function)) {
-      texts.specNames.Add(function.index, codePage_.ToUtf8(specName));
-    }
-    const std::string statement = specNames_.Statement(function).value_or("");
-    if (statement != specName) {
-      texts.statements.Add(function.index, codePage_.ToUtf8(statement));
-    }
-    if (table_.SharesShownName(function) && countOfName_.at(specName) > 1) {
-      texts.symbolsToTell.Add(function.index, codePage_.ToUtf8(function.name));
-    }
-    TakeCutName(function, specName, texts.cutSpecNames);
-    TakeCutName(function, specName + DisplayMarks(function.flags), texts.cutDisplayNames);
-  }
-
-  void TakeCutName(const StkFunction& function, std::string_view name, TextsOfFew& cutNames) {
-    if (name.size() > kLongestName) {
-      const size_t kept = codePage_.CutLength(name, kLongestName);
-      cutNames.Add(function.index, codePage_.ToUtf8(name.substr(0, kept)) + "...");
-    }
   }
 
   uint32_t File(const StkFileEntry* file) {
@@ -231,9 +236,8 @@ class FunctionTaking {
   const StkFunctionTable& table_;
   const StkBounds& bounds_;
   const CodePage& codePage_;
-  SpecNames specNames_;
   const std::function<void()>& checkpoint_;
-  std::unordered_map<std::string, uint32_t> countOfName_;    // spec names that may not be the only
+  SpecNameCounts countOfName_;
   std::unordered_map<const StkFileEntry*, uint32_t> files_;  // to their numbers in the result
   AnalysisResult& result_;
 };
@@ -260,10 +264,8 @@ AnalysisResult TakeResult(const ComputedAnalysis& analysis) {
   result.overflow = table.Overflow();
   result.roots = Indices(analysis.roots);
   result.groups = analysis.bounds.Groups();
-  result.explanations = Explanations(table, analysis.bounds);
-  result.witnesses = ReasonWitnesses(table, analysis.bounds);
   result.atLeast = codePage.FromUtf8("≥") ? "≥" : ">=";
-  FunctionTaking(analysis, result).Run();
+  FunctionTaking(analysis, result).Run(analysis.threads);
   return result;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string>
@@ -27,10 +28,11 @@ struct ComputedAnalysis {
   const StkBounds& bounds;  // up to date
   // Called every few functions, where there is one. What it throws ends the taking.
   std::function<void()> checkpoint = {};
+  size_t threads = 1;  // how many take it; 0: as many as run at once
 };
 
 // The analysis as it stands now, as a value of its own. Linear in functions and calls, but for the
-// lists, which are sorted. In the thread that owns the tables.
+// lists, which are sorted. In the thread that owns the tables, with the help of others.
 AnalysisResult TakeResult(const ComputedAnalysis& analysis);
 
 }  // namespace velkor::reports

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,6 +24,18 @@ class TextList {
     bytes_ += text;
     ends_.push_back(bytes_.size());
   }
+  // Behind its own.
+  void Append(const TextList& texts) {
+    const size_t start = bytes_.size();
+    bytes_ += texts.bytes_;
+    std::ranges::transform(texts.ends_, std::back_inserter(ends_),
+                           [start](size_t end) { return start + end; });
+  }
+  // Keeps the memory.
+  void Clear() {
+    bytes_.clear();
+    ends_.clear();
+  }
   size_t size() const { return ends_.size(); }
   // Valid until the next Add.
   std::string_view operator[](size_t number) const {
@@ -40,6 +53,11 @@ class TextList {
 class PlacesOfFew {
  public:
   void Add(uint32_t function) { functions_.push_back(function); }
+  // Of functions that come later.
+  void Append(const PlacesOfFew& places) {
+    functions_.insert(functions_.end(), places.functions_.begin(), places.functions_.end());
+  }
+  void Clear() { functions_.clear(); }
   std::optional<size_t> Of(uint32_t function) const {
     const auto found = std::ranges::lower_bound(functions_, function);
     if (found == functions_.end() || *found != function) {
@@ -77,6 +95,15 @@ class TextsOfFew {
   void Add(uint32_t function, std::string_view text) {
     places_.Add(function);
     texts_.Add(text);
+  }
+  // Of functions that come later.
+  void Append(const TextsOfFew& texts) {
+    places_.Append(texts.places_);
+    texts_.Append(texts.texts_);
+  }
+  void Clear() {
+    places_.Clear();
+    texts_.Clear();
   }
   std::optional<std::string_view> Of(uint32_t function) const {
     const std::optional<size_t> place = places_.Of(function);

@@ -13,7 +13,7 @@ using AnalysisUnderTest = testing::Stoppable<StkAnalysisJob>;
 class AnalysisJobTest : public DocumentHost {
  protected:
   // One thread reads nothing before its turn, so that a test can count on what has been read.
-  AnalysisJobTest() { host.host.readingThreads = 1; }
+  AnalysisJobTest() { host.host.threads = 1; }
   void RunJob() {
     window.monitor = nullptr;
     input = OpenInput(kProject, host.host, recorder.reporter);
@@ -131,7 +131,7 @@ class ReadingThreads : public DocumentHost {
     PutProject(sources);
   }
   std::string Analyse(size_t threads) {
-    host.host.readingThreads = threads;
+    host.host.threads = threads;
     recorder.log.lines.clear();
     window.handled.clear();
     OpenAndFinish();

@@ -50,7 +50,7 @@ TEST_F(DocumentTest, AJobThatRanOutOfMemoryIsKnownUntilTheNextAnalysis) {
         throw std::bad_alloc();
       }
     });
-    host.host.readingThreads = threads;
+    host.host.threads = threads;
     recorder.log.lines.clear();
     OpenAndFinish();
     EXPECT_TRUE(document.AnyJobFailed());

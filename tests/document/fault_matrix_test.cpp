@@ -121,7 +121,7 @@ class FaultMatrix : public DocumentHost,
     host.files.Put("C:\\data\\lt.txt", "strlen, ADD=6\n" + std::string(11000, '\n'));
     host.files.Put(kSystemFile, "f, ADD=5\r\n");
     host.files.Put(kUserFile, "g, ADD=7\r\nmain, ADD=3\r\n");
-    host.host.readingThreads = Case().job == Job::kAnalysisByThreads ? 3 : 1;
+    host.host.threads = Case().job == Job::kAnalysisByThreads ? 3 : 1;
     if (!IsAnalysis()) {
       OpenAndFinish();
     }

@@ -30,7 +30,7 @@ class AnalysisRun {
       : answer_(answer), host_(codePage), reporter_(MessagesIn(codePage), boxes_, [this] {
           queue_.Post([this] { reporter_.HandleRequest(); });
         }) {
-    host_.host.readingThreads = readingThreads;
+    host_.host.threads = readingThreads;
     boxes_.answerWith = [answer](const RecordingBoxes::Box& box) {
       return box.buttons == BoxButtons::kOk ? BoxAnswer::kOk : answer;
     };

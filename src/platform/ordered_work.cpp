@@ -1,0 +1,137 @@
+#include "platform/ordered_work.h"
+
+#include <algorithm>
+#include <condition_variable>
+#include <exception>
+#include <memory>
+#include <mutex>
+#include <system_error>
+#include <vector>
+
+#include "platform/host_program.h"
+#include "platform/worker_thread.h"
+
+namespace velkor {
+namespace {
+
+constexpr size_t kSlotsPerThread = 2;
+
+class OrderedRun {
+ public:
+  explicit OrderedRun(const OrderedWork& work) : work_(work), slots_(work.Slots()) {}
+  OrderedRun(const OrderedRun&) = delete;
+  OrderedRun& operator=(const OrderedRun&) = delete;
+  ~OrderedRun() {
+    {
+      const std::lock_guard lock(mutex_);
+      ended_ = true;
+    }
+    changed_.notify_all();
+    threads_.clear();
+  }
+
+  void Run() {
+    StartThreads(slots_.size() / kSlotsPerThread);
+    for (; taken_ < work_.parts; Advance()) {
+      WaitForCurrent();
+      Slot& slot = slots_[taken_ % slots_.size()];
+      if (slot.failure) {
+        std::rethrow_exception(slot.failure);
+      }
+      work_.take(taken_, taken_ % slots_.size());
+    }
+  }
+
+ private:
+  struct Slot {
+    bool made = false;
+    std::exception_ptr failure;
+  };
+
+  // None runs before all are there: one that runs is not joined when this fails.
+  void StartThreads(size_t count) {
+    try {
+      while (threads_.size() + 1 < count) {
+        threads_.push_back(std::make_unique<WorkerThread>([this] { Work(); }));
+      }
+    } catch (const std::system_error&) {
+      // Fewer threads do the same.
+    }
+    for (const auto& thread : threads_) {
+      thread->Resume();
+    }
+  }
+
+  void Work() {
+    std::unique_lock lock(mutex_);
+    while (!ended_ && next_ < work_.parts) {
+      if (MayBeMade()) {
+        MakeNext(lock);
+      } else {
+        changed_.wait(lock);
+      }
+    }
+  }
+
+  void WaitForCurrent() {
+    std::unique_lock lock(mutex_);
+    const Slot& slot = slots_[taken_ % slots_.size()];
+    while (!slot.made) {
+      if (MayBeMade()) {
+        MakeNext(lock);
+      } else {
+        changed_.wait(lock);
+      }
+    }
+  }
+
+  // Under the mutex.
+  bool MayBeMade() const { return next_ < work_.parts && next_ < taken_ + slots_.size(); }
+
+  void MakeNext(std::unique_lock<std::mutex>& lock) {
+    const size_t part = next_++;
+    Slot& slot = slots_[part % slots_.size()];
+    lock.unlock();
+    try {
+      work_.make(part, part % slots_.size());
+    } catch (...) {
+      slot.failure = std::current_exception();
+    }
+    lock.lock();
+    slot.made = true;
+    changed_.notify_all();
+  }
+
+  void Advance() {
+    {
+      const std::lock_guard lock(mutex_);
+      slots_[taken_ % slots_.size()].made = false;
+      ++taken_;
+    }
+    changed_.notify_all();
+  }
+
+  const OrderedWork& work_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::vector<Slot> slots_;
+  size_t next_ = 0;   // the first part that nobody makes yet
+  size_t taken_ = 0;  // as many parts have been taken
+  bool ended_ = false;
+  std::vector<std::unique_ptr<WorkerThread>> threads_;
+};
+
+}  // namespace
+
+size_t OrderedWork::Slots() const {
+  const size_t wanted = threads == 0 ? ProcessorsOfProgram() : threads;
+  return std::min(wanted, parts) * kSlotsPerThread;
+}
+
+void OrderedWork::Run() const {
+  if (parts != 0) {
+    OrderedRun(*this).Run();
+  }
+}
+
+}  // namespace velkor
