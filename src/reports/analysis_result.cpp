@@ -7,9 +7,9 @@
 namespace velkor::reports {
 namespace {
 
-constexpr std::array kTextsOfFew = {
-    &AnalysedTexts::shownNames,   &AnalysedTexts::specNames,       &AnalysedTexts::statements,
-    &AnalysedTexts::cutSpecNames, &AnalysedTexts::cutDisplayNames, &AnalysedTexts::symbolsToTell};
+constexpr std::array kTextsOfFew = {&AnalysedTexts::shownNames,      &AnalysedTexts::specNames,
+                                    &AnalysedTexts::statements,      &AnalysedTexts::cutSpecNames,
+                                    &AnalysedTexts::cutDisplayNames, &AnalysedTexts::symbolsToTell};
 
 }  // namespace
 

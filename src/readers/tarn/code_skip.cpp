@@ -48,6 +48,31 @@ size_t SkipWord(std::string_view line, size_t position) {
   return position;
 }
 
+// Of the lines of a text, block by block: whether a blank, any byte and an "s" stand in it. Where
+// they do not, its second word is no segment directive.
+class SecondLetters {
+ public:
+  void EnterBlock(const char* block) {
+    const BlanksAndLetters found = FindBlanksAndLetters(block, 's');
+    ahead_ = ahead_ || left_ != 0;
+    left_ = (found.blanks << 2 | before_) & found.letters;
+    before_ = found.blanks >> (kByteBlock - 2);
+  }
+  // Of the line that ends at this bit of the block.
+  bool TakeLine(int end) {
+    const uint64_t inLine = left_ & ((uint64_t{2} << end) - 1);
+    const bool has = ahead_ || inLine != 0;
+    ahead_ = false;
+    left_ ^= inLine;
+    return has;
+  }
+
+ private:
+  uint64_t left_ = 0;    // the block's, but for lines taken
+  uint64_t before_ = 0;  // what the blanks at the end of the block before add
+  bool ahead_ = false;   // one in the line's part in blocks before
+};
+
 // What a call that is not passed over names: a runtime helper or a bank switch stub.
 bool IsStoredTarget(std::string_view target) {
   return target.starts_with('[') || target.starts_with("!_@") || target.starts_with("!@") ||
@@ -107,6 +132,16 @@ Plainness PlainnessOf(std::string_view line, size_t& target) {
   return PlainnessFrom(line, word, wordEnd, second);
 }
 
+constexpr CharacterSet kSecondOfCallOrStub{"arsS"};
+constexpr CharacterSet kToBeLookedAt{"_BCDbc; \t\n\r"};
+
+// Of a line with its line end, no segment directive: an instruction that calls nothing.
+bool IsPlainInstruction(const char* line) {
+  const char* const word = line + (line[0] == '\t' ? 1 : 0);
+  return !kToBeLookedAt.Has(word[0]) ||
+         (kCallOrStub.Has(word[0]) && !kSecondOfCallOrStub.Has(word[1]));
+}
+
 std::string_view CalledAt(std::string_view line, size_t target) {
   line.remove_suffix(line.ends_with('\r') ? 1 : 0);
   return CalledSymbol(line.substr(0, SkipWord(line, target)).substr(target + 1));
@@ -128,12 +163,17 @@ void SkipPlainCode(std::string_view text, uint32_t maxLines, size_t maxLength,
     return plainness != Plainness::kOther;
   };
   bool skips = true;
+  SecondLetters seconds;
   for (size_t block = 0; skips && block + kByteBlock <= text.size(); block += kByteBlock) {
     uint64_t lineEnds = FindInBlock(text.data() + block, '\n');
+    seconds.EnterBlock(text.data() + block);
     for (; lineEnds != 0; lineEnds &= lineEnds - 1) {
-      const size_t end = block + static_cast<size_t>(std::countr_zero(lineEnds));
-      const std::string_view line = text.substr(bytes, end - bytes);
-      skips = lines < maxLines && line.size() <= maxLength && skipLine(line);
+      const int endInBlock = std::countr_zero(lineEnds);
+      const size_t end = block + static_cast<size_t>(endInBlock);
+      const std::string_view line(text.data() + bytes, end - bytes);
+      const bool mayBeSegment = seconds.TakeLine(endInBlock);
+      skips = lines < maxLines && line.size() <= maxLength &&
+              ((!mayBeSegment && IsPlainInstruction(line.data())) || skipLine(line));
       if (!skips) {
         break;
       }

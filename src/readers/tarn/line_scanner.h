@@ -1,7 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstring>
 #include <string_view>
 
 #include "files/text_line.h"
@@ -15,12 +17,21 @@ class CharacterSet {
   constexpr explicit CharacterSet(std::string_view members) {
     for (const char member : members) {
       has_[static_cast<unsigned char>(member)] = true;
+      hasOrBeginsLonger_[static_cast<unsigned char>(member)] = true;
+    }
+    for (size_t byte = 0x80; byte < hasOrBeginsLonger_.size(); ++byte) {
+      hasOrBeginsLonger_[byte] = true;
     }
   }
   constexpr bool Has(char character) const { return has_[static_cast<unsigned char>(character)]; }
+  // Whether it is one of them, or may begin a character of several bytes.
+  constexpr bool HasOrBeginsLonger(char character) const {
+    return hasOrBeginsLonger_[static_cast<unsigned char>(character)];
+  }
 
  private:
   std::array<bool, 256> has_{};
+  std::array<bool, 256> hasOrBeginsLonger_{};
 };
 
 constexpr char kLineEnd = '\n';
@@ -59,7 +70,20 @@ class StkLineScanner {
     return true;
   }
   // On a difference the cursor stays; when the text ends first it moves to the end.
-  bool Match(std::string_view literal);
+  template <size_t kSize>
+  bool Match(const char (&literal)[kSize]) {
+    constexpr size_t kLength = kSize - 1;
+    const size_t start = std::min(cursor_, text_.size());
+    const size_t left = text_.size() - start;
+    if (left >= kLength && std::memcmp(text_.data() + start, literal, kLength) == 0) {
+      cursor_ += kLength;
+      return true;
+    }
+    if (!hasLineEnd_ && left < kLength && std::memcmp(text_.data() + start, literal, left) == 0) {
+      cursor_ = End();
+    }
+    return false;
+  }
   // What stands before the first character of ends, on which the cursor stops. When the text
   // holds none, fails with the rest of it, the line-end mark left out, and the cursor at the end.
   bool Token(const CharacterSet& ends, std::string_view& token);
@@ -69,7 +93,15 @@ class StkLineScanner {
     return cursor_ < End();
   }
   // Up to the next comma, which is not consumed.
-  bool SeekComma();
+  bool SeekComma() {
+    size_t comma = cursor_;
+    while (comma < text_.size() && text_[comma] != ',') {
+      ++comma;
+    }
+    const bool found = comma < text_.size();
+    cursor_ = found ? comma : cursor_;
+    return found;
+  }
 
  private:
   size_t End() const { return text_.size() + (hasLineEnd_ ? 1 : 0); }

@@ -88,11 +88,12 @@ TEST(CodeLine, WhatALineHolds) {
       << "the second byte of the character is a bracket's";
 }
 
-// On every way of putting up to six pieces together that the generator meets.
+// On every way of putting up to six pieces together that the generator meets, wherever the line
+// stands in the blocks of bytes that are looked at together.
 TEST(CodeLine, NoLineThatHoldsSomethingIsSkipped) {
   std::vector<std::string> pieces = {" ", "\t", " ", "\t", " ", "\xE3", std::string(1, '\0')};
   std::istringstream words(
-      "CSEG DSEG bsEg BsEg cseg C SEG ; : _ @ b bs_F bs_ S call f t br ! [ ] @@ _@ f mov a,#1 "
+      "CSEG DSEG bsEg BsEg cseg cSeg C SEG ; : _ @ b bs_F bs_ S call f t br ! [ ] @@ _@ f mov a,#1 "
       "bcall bcals *");
   for (std::string word; words >> word;) {
     pieces.push_back(word);
@@ -109,9 +110,11 @@ TEST(CodeLine, NoLineThatHoldsSomethingIsSkipped) {
       text += pieces[random() % pieces.size()];
     }
     const std::string holds = Found(text);
-    const std::string code = text + "\n" + std::string(64, ';');
-    SkipPlainCode(code, 1, 100, passed);
-    const bool plain = passed.lines == 1;
+    const std::string before = "\tnop " + std::string(random() % 140, 'a') + "\n";
+    const std::string code = before + text + "\n" + std::string(64, ';');
+    SkipPlainCode(code, 2, 200, passed);
+    ASSERT_GE(passed.lines, 1U);
+    const bool plain = passed.lines == 2;
     const std::string symbol =
         passed.calls.empty() ? "" : "symbol " + std::string(passed.calls[0].name);
     ASSERT_FALSE(plain && (holds != symbol || IsInformationHeading({text, text.size()}))) << text;
