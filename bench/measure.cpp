@@ -1,6 +1,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -10,6 +11,7 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace velkor::bench {
@@ -26,8 +28,7 @@ int64_t Microseconds(const timeval& time) {
 }
 
 struct Order {
-  int repeat = 5;
-  int status = 0;  // what the command is to end with
+  int status = 0;  // what it is to end with
   std::string output = "/dev/null";
   std::vector<std::string> command;
 };
@@ -68,33 +69,85 @@ std::optional<Cost> RunOnce(Order& order) {
               Microseconds(usage.ru_utime) + Microseconds(usage.ru_stime), usage.ru_maxrss};
 }
 
-Cost Least(const Cost& one, const Cost& other) {
-  return {std::min(one.elapsed, other.elapsed), std::min(one.processor, other.processor),
-          std::min(one.peak, other.peak)};
+// The one in the middle; of an even count the lower one.
+template <typename Number>
+Number Median(std::vector<Number> numbers) {
+  const auto middle = numbers.begin() + static_cast<std::ptrdiff_t>((numbers.size() - 1) / 2);
+  std::nth_element(numbers.begin(), middle, numbers.end());
+  return *middle;
+}
+
+int64_t MedianOf(const std::vector<Cost>& costs, int64_t Cost::*part) {
+  std::vector<int64_t> numbers;
+  for (const Cost& cost : costs) {
+    numbers.push_back(cost.*part);
+  }
+  return Median(std::move(numbers));
+}
+
+// Of the ratios of runs that followed each other.
+double MedianRatio(const std::vector<Cost>& costs, const std::vector<Cost>& references,
+                   int64_t Cost::*part) {
+  std::vector<double> ratios;
+  for (size_t i = 0; i < costs.size(); ++i) {
+    ratios.push_back(static_cast<double>(costs[i].*part) /
+                     static_cast<double>(std::max<int64_t>(references[i].*part, 1)));
+  }
+  return Median(std::move(ratios));
+}
+
+// Of words in which "---" stands between two commands. A command may begin with where its output
+// goes, ">FILE", and with what it is to end with, "=STATUS".
+std::vector<Order> OrdersIn(const std::vector<std::string>& words) {
+  std::vector<Order> orders(1);
+  for (const std::string& word : words) {
+    if (word == "---") {
+      orders.emplace_back();
+    } else if (orders.back().command.empty() && word.starts_with('>')) {
+      orders.back().output = word.substr(1);
+    } else if (orders.back().command.empty() && word.starts_with('=')) {
+      orders.back().status = std::atoi(word.c_str() + 1);
+    } else {
+      orders.back().command.push_back(word);
+    }
+  }
+  return orders;
 }
 
 int Run(int argc, char** argv) {
   CLI::App application(
-      "Runs a command several times, and prints the least of all runs: "
-      "microseconds elapsed, microseconds of processor time, kilobytes of memory at most.");
-  Order order;
-  application.add_option("--repeat", order.repeat, "How often")->check(CLI::Range(1, 1000));
-  application.add_option("--status", order.status, "What the command is to end with");
-  application.add_option("--output", order.output, "Where its standard output goes");
-  application.add_option("COMMAND", order.command)->required();
+      "Runs commands in turn, several times, and prints a line for each: the medians of "
+      "microseconds elapsed, microseconds of processor time and kilobytes of memory at most, then "
+      "how often the first two hold those of the first command in the same turn, as the median of "
+      "all turns.");
+  int repeat = 7;
+  std::vector<std::string> words;
+  application.add_option("--repeat", repeat, "How many turns")->check(CLI::Range(1, 1000));
+  application
+      .add_option("COMMAND", words,
+                  "[>OUTPUT] [=STATUS] WORD..., several of them with --- between them")
+      ->required();
   application.positionals_at_end();
   CLI11_PARSE(application, argc, argv);
 
-  std::optional<Cost> best;
-  for (int run = 0; run < order.repeat; ++run) {
-    const std::optional<Cost> cost = RunOnce(order);
-    if (!cost) {
-      return 1;
+  std::vector<Order> orders = OrdersIn(words);
+  std::vector<std::vector<Cost>> costs(orders.size());
+  for (int turn = 0; turn < repeat; ++turn) {
+    for (size_t i = 0; i < orders.size(); ++i) {
+      const std::optional<Cost> cost = RunOnce(orders[i]);
+      if (!cost) {
+        return 1;
+      }
+      costs[i].push_back(*cost);
     }
-    best = best ? Least(*best, *cost) : *cost;
   }
-  std::printf("%lld %lld %lld\n", static_cast<long long>(best->elapsed),
-              static_cast<long long>(best->processor), static_cast<long long>(best->peak));
+  for (const std::vector<Cost>& some : costs) {
+    std::printf(
+        "%lld %lld %lld %.4f %.4f\n", static_cast<long long>(MedianOf(some, &Cost::elapsed)),
+        static_cast<long long>(MedianOf(some, &Cost::processor)),
+        static_cast<long long>(MedianOf(some, &Cost::peak)),
+        MedianRatio(some, costs[0], &Cost::elapsed), MedianRatio(some, costs[0], &Cost::processor));
+  }
   return 0;
 }
 

@@ -27,12 +27,17 @@ input() {
   echo "$folder"
 }
 
-# fastest OPTION... -- COMMAND...: sets elapsed, processor and peak (kilobytes), each to the least
-# of several runs.
-fastest() {
-  local costs
-  costs=$("$programs/measure" "$@")
-  read -r elapsed processor peak <<<"$costs"
+# pair COMMAND... --- COMMAND...: runs them in turn, seven times unless turns says otherwise, and
+# sets for each, in arrays, the medians of elapsed, processor and peak (kilobytes), and how often it
+# holds the first one's time in the same turn: elapsed_ratio and processor_ratio.
+pair() {
+  local costs line
+  costs=$("$programs/measure" --repeat "${turns:-7}" -- "$@")
+  elapsed=() processor=() peak=() elapsed_ratio=() processor_ratio=()
+  while read -r -a line; do
+    elapsed+=("${line[0]}") processor+=("${line[1]}") peak+=("${line[2]}")
+    elapsed_ratio+=("${line[3]}") processor_ratio+=("${line[4]}")
+  done <<<"$costs"
 }
 
 calculate() {
@@ -66,17 +71,16 @@ print_heading() {
   print_row what measured processor reference ratio target result
 }
 
-# ratio_row WHAT MEASURED PROCESSOR REFERENCE-NAME REFERENCE [LIMIT]: two times and how often the
+# ratio_row WHAT MEASURED PROCESSOR REFERENCE-NAME REFERENCE RATIO [LIMIT]: two times and how often the
 # one holds the other.
 ratio_row() {
-  local ratio target=- result=-
-  ratio=$(calculate "$2 / ($5 > 0 ? $5 : 1)")
-  if [ -n "${6:-}" ]; then
-    target="<= $6 x"
-    result=$(verdict "$ratio" "$6")
+  local target=- result=-
+  if [ -n "${7:-}" ]; then
+    target="<= $7 x"
+    result=$(verdict "$6" "$7")
   fi
   print_row "$1" "$(seconds "$2")" "$(seconds "$3")" "$(seconds "$5") $4" \
-    "$(printf '%.2f' "$ratio")" "$target" "$result"
+    "$(printf '%.2f' "$6")" "$target" "$result"
 }
 
 # limit_row WHAT MEASURED PROCESSOR LIMIT: a time that is not to be passed.
