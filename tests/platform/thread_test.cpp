@@ -1,12 +1,15 @@
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <gtest/gtest.h>
 #include <memory>
+#include <stdexcept>
 #include <thread>
 #include <vector>
 
 #include "platform/event.h"
 #include "platform/message_target.h"
+#include "platform/ordered_work.h"
 #include "platform/worker_thread.h"
 
 namespace velkor {
@@ -147,6 +150,45 @@ TEST(MessageQueueTest, WaitingTakesNoProcessorTime) {
     return finished;
   });
   EXPECT_LE(questions, 4);
+}
+
+TEST(OrderedWork, PartsAreTakenInOrderByAnyNumberOfThreads) {
+  for (const size_t threads : {1U, 2U, 8U}) {
+    for (const size_t parts : {0U, 1U, 3U, 1000U}) {
+      OrderedWork work{.parts = parts, .threads = threads, .make = {}, .take = {}};
+      std::vector<size_t> made(work.Slots());
+      std::vector<size_t> taken;
+      work.make = [&](size_t part, size_t slot) { made[slot] = part; };
+      work.take = [&](size_t part, size_t slot) {
+        EXPECT_EQ(made[slot], part);
+        taken.push_back(part);
+      };
+      work.Run();
+      ASSERT_EQ(taken.size(), parts);
+      EXPECT_TRUE(std::ranges::is_sorted(taken));
+    }
+  }
+}
+
+TEST(OrderedWork, WhatAStepThrowsComesOutInItsTurn) {
+  for (const bool inMake : {true, false}) {
+    std::vector<size_t> taken;
+    const auto fail = [](size_t part) {
+      if (part == 70) {
+        throw std::runtime_error("70");
+      }
+    };
+    const OrderedWork work{.parts = 1000,
+                           .threads = 3,
+                           .make = [&](size_t part, size_t) { inMake ? fail(part) : void(); },
+                           .take =
+                               [&](size_t part, size_t) {
+                                 inMake ? void() : fail(part);
+                                 taken.push_back(part);
+                               }};
+    EXPECT_THROW(work.Run(), std::runtime_error);
+    EXPECT_EQ(taken.size(), 70U);
+  }
 }
 
 }  // namespace

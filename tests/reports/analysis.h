@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdio>
 #include <functional>
 #include <gtest/gtest.h>
@@ -43,7 +44,7 @@ struct Analysis {
     bounds.Update();
   }
 
-  reports::AnalysisResult Result() {
+  reports::AnalysisResult Result(size_t threads = 1) {
     return reports::TakeResult({.project = "app.prj",
                                 .compilerName = "CCTarn",
                                 .compilerVersion = "3.70",
@@ -52,7 +53,8 @@ struct Analysis {
                                 .notes = BoundNotes(graph.functions, bounds, recorder.messages),
                                 .functions = graph.functions,
                                 .roots = roots.Functions(),
-                                .bounds = bounds});
+                                .bounds = bounds,
+                                .threads = threads});
   }
 
   Graph graph;

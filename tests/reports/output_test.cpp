@@ -1,4 +1,6 @@
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <rapidjson/document.h>
 #include <utility>
 
 #include "reports/analysis.h"
@@ -78,6 +80,37 @@ TEST(Outputs, AResultOutlivesWhatComputedIt) {
   const std::string text =
       Written([&](ResultOutput& output) { WriteAllText(result, false, output); });
   EXPECT_NE(text.find("10        10         4  main\n"), std::string::npos) << text;
+}
+
+// Enough functions for several parts, of which some have what most have not.
+TEST(Outputs, TheSameBytesByAnyNumberOfThreads) {
+  std::string lines;
+  for (int i = 0; i < 9000; ++i) {
+    const std::string number = std::to_string(i);
+    lines += "f" + number + " 8 -> f" + std::to_string(i * 7 % 9000) +
+             (i % 5 == 0 ? " => f" + std::to_string(i / 2) : "") + "\n";
+  }
+  Analysis analysis(lines);
+  std::string csv;
+  std::string json;
+  for (const size_t threads : {1U, 2U, 8U}) {
+    const AnalysisResult result = analysis.Result(threads);
+    const std::string rows =
+        Written([&](ResultOutput& output) { WriteCsv(result, output, threads); });
+    const std::string object =
+        Written([&](ResultOutput& output) { WriteJson(result, output, threads); });
+    EXPECT_TRUE(csv.empty() || (rows == csv && object == json)) << threads;
+    csv = rows;
+    json = object;
+  }
+  EXPECT_EQ(std::ranges::count(csv, '\n'), 9001);
+  rapidjson::Document parsed;
+  parsed.Parse(json.c_str());
+  ASSERT_FALSE(parsed.HasParseError());
+  ASSERT_EQ(parsed["functions"].Size(), 9000U);
+  for (unsigned i = 0; i < 9000; ++i) {
+    ASSERT_EQ(parsed["functions"][i]["name"].GetString(), "_f" + std::to_string(i));
+  }
 }
 
 // What is too long for a line is cut between characters of the project's set, two bytes each here.
