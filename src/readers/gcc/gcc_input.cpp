@@ -72,7 +72,9 @@ std::string_view GccInput::ModuleKindName() const {
   return reporter_.Messages().Text(MessageKey::kCallGraphFile);
 }
 
+// The program takes the longest: it is begun before the first module.
 std::unique_ptr<ModuleReader> GccInput::MakeReader() {
+  BeginProgram();
   GccUnits& units = *this;
   return std::make_unique<GccModuleReader>(units, host_, reporter_);
 }
@@ -100,7 +102,7 @@ void GccInput::AddUnit(size_t module, const UnitRecording& recording, StkFunctio
 void GccInput::ResolveCalls(FunctionDatabase database) {
   PostNotesOfFolders();
   ReadLooseObjects(database.functions);
-  const std::unique_ptr<LinkedProgram> read = ReadProgram();
+  const std::unique_ptr<LinkedProgram> read = TakeProgram();
   const LinkedProgram* const program = read.get();
   machine_ = program != nullptr ? program->Machine() : machine_;
   PostNotesOfObjects();
@@ -170,20 +172,25 @@ void GccInput::ReadLooseObject(const std::string& path, StkFunctionTable& functi
   link_.Add(recording, path, functions);
 }
 
-std::unique_ptr<LinkedProgram> GccInput::ReadProgram() {
-  if (settings_.elf.empty()) {
+void GccInput::BeginProgram() {
+  if (program_ == nullptr && !settings_.elf.empty()) {
+    program_ = std::make_unique<ProgramAhead>(host_, settings_.elf);
+  }
+}
+
+std::unique_ptr<LinkedProgram> GccInput::TakeProgram() {
+  BeginProgram();
+  if (program_ == nullptr) {
     return nullptr;
   }
   const StkMessages& messages = reporter_.Messages();
-  const OpenResult<InputFile> opened = host_.files.OpenForRead(settings_.elf);
-  if (!opened.file) {
+  auto [isOpened, isCutShort, program] = program_->Take();
+  program_ = nullptr;
+  if (!isOpened) {
     PostNote("program-not-read", std::string(messages.Text(MessageKey::kNoteNotRead)),
              settings_.elf, true);
     return nullptr;
   }
-  WholeFile file(*opened.file);
-  const bool isCutShort = file.IsCutShort();
-  auto program = std::make_unique<LinkedProgram>(std::move(file));
   const BinaryFaults faults = program->Faults();
   for (const BinaryFaults::Entry& entry : faults.Entries()) {
     PostNote("program-not-read",
@@ -203,7 +210,7 @@ std::unique_ptr<LinkedProgram> GccInput::ReadProgram() {
         program->HasSymbols() ? MessageKey::kNoteMachineNotRead : MessageKey::kNoteProgramStripped;
     PostNote("code-not-read", std::string(messages.Text(why)), settings_.elf);
   }
-  return program;
+  return std::move(program);
 }
 
 void GccInput::PostNote(std::string_view rule, std::string text, std::string_view file,

@@ -11,6 +11,7 @@
 #include "readers/gcc/folder_search.h"
 #include "readers/gcc/gcc_module_reader.h"
 #include "readers/gcc/path_pattern.h"
+#include "readers/gcc/program_ahead.h"
 #include "readers/gcc/program_link.h"
 #include "readers/gcc/table_call.h"
 #include "readers/program_input.h"
@@ -60,7 +61,8 @@ class GccInput : public ProgramInput, private GccUnits {
   void AddUnit(size_t module, const UnitRecording& recording, StkFunctionTable& functions) override;
   void ReadLooseObjects(StkFunctionTable& functions);
   void ReadLooseObject(const std::string& path, StkFunctionTable& functions);
-  std::unique_ptr<LinkedProgram> ReadProgram();
+  void BeginProgram();
+  std::unique_ptr<LinkedProgram> TakeProgram();
   void PostNote(std::string_view rule, std::string text, std::string_view file,
                 bool incomplete = false);
   void PostNotesOfObjects();
@@ -86,6 +88,7 @@ class GccInput : public ProgramInput, private GccUnits {
   std::string firstForLinking_;
   size_t withoutGraph_ = 0;
   ProgramFacts facts_;
+  std::unique_ptr<ProgramAhead> program_;  // while it is read
 };
 
 }  // namespace velkor

@@ -14,12 +14,12 @@ constexpr uint64_t kMostVectors = 1024;
 
 }  // namespace
 
-LinkedProgram::LinkedProgram(WholeFile file)
+LinkedProgram::LinkedProgram(WholeFile file, const std::stop_token& unwanted)
     : file_(std::move(file)),
       elf_(file_.Bytes()),
       facts_(elf_),
       frames_(elf_),
-      code_(elf_, facts_, frames_) {
+      code_(elf_, facts_, frames_, unwanted) {
   const std::vector<ObjectFunction>& functions = facts_.Functions();
   byName_.resize(functions.size());
   std::iota(byName_.begin(), byName_.end(), 0U);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,7 +23,8 @@ namespace velkor {
 // entered, how large its objects are. Read once, then used by any number of threads.
 class LinkedProgram {
  public:
-  explicit LinkedProgram(WholeFile file);
+  // unwanted: when it is asked to stop, what has not been read of the code is left out.
+  explicit LinkedProgram(WholeFile file, const std::stop_token& unwanted = {});
 
   bool IsElf() const { return elf_.IsElf(); }
   uint16_t Machine() const { return elf_.Machine(); }

@@ -17,7 +17,8 @@ bool IsVeneer(std::string_view name) {
 
 }  // namespace
 
-ProgramCode::ProgramCode(const ElfFile& elf, const ObjectFacts& facts, const CallFrames& frames)
+ProgramCode::ProgramCode(const ElfFile& elf, const ObjectFacts& facts, const CallFrames& frames,
+                         const std::stop_token& unwanted)
     : facts_(facts) {
   const auto decoder = MakeInstructionDecoder(elf);
   if (decoder == nullptr || elf.IsRelocatable()) {
@@ -25,7 +26,10 @@ ProgramCode::ProgramCode(const ElfFile& elf, const ObjectFacts& facts, const Cal
   }
   isKnownMachine_ = true;
   ProgramReading reading(elf, facts, *decoder);
-  reading.Read();
+  reading.Read(unwanted);
+  if (unwanted.stop_requested()) {
+    return;
+  }
   std::vector<uint64_t> starts;
   for (const ProgramReading::Function& read : reading.Functions()) {
     const FunctionFrame* frame = frames.Find(0, read.address);

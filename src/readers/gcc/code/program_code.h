@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <stop_token>
 #include <string_view>
 #include <vector>
 
@@ -26,7 +27,9 @@ class ProgramCode {
     FunctionCode code;
   };
 
-  ProgramCode(const ElfFile& elf, const ObjectFacts& facts, const CallFrames& frames);
+  // unwanted: when it is asked to stop, functions are left out.
+  ProgramCode(const ElfFile& elf, const ObjectFacts& facts, const CallFrames& frames,
+              const std::stop_token& unwanted = {});
 
   // False: how its machine works is not known here, and there are no functions.
   bool IsKnownMachine() const { return isKnownMachine_; }

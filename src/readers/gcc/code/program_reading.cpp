@@ -253,11 +253,11 @@ bool ProgramReading::TakeBlocks(int64_t count) {
   return isLeft;
 }
 
-void ProgramReading::Read() {
+void ProgramReading::Read(const std::stop_token& unwanted) {
   for (uint32_t i = 0; i < namedAddresses_.size(); ++i) {
     if (!functions_[i].isStarted) {
       ready_.push_back(i);
-      ReadReady();
+      ReadReady(unwanted);
     }
   }
   // Those that are left wait for one another: none of them comes back, as far as is known.
@@ -267,7 +267,7 @@ void ProgramReading::Read() {
       if (functions_[i].walk->Returns() && functions_[i].returns == Answer::kNotKnown) {
         Announce(i, true);
       }
-      ReadReady();
+      ReadReady(unwanted);
     }
   }
   for (uint32_t i = 0; i < functions_.size(); ++i) {
@@ -277,8 +277,8 @@ void ProgramReading::Read() {
   }
 }
 
-void ProgramReading::ReadReady() {
-  while (!ready_.empty()) {
+void ProgramReading::ReadReady(const std::stop_token& unwanted) {
+  while (!ready_.empty() && !unwanted.stop_requested()) {
     const uint32_t function = ready_.back();
     ready_.pop_back();
     Continue(function);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <stop_token>
 #include <string_view>
 #include <vector>
 
@@ -37,7 +38,8 @@ class ProgramReading final : public CodeSurroundings {
 
   ProgramReading(const ElfFile& elf, const ObjectFacts& facts, InstructionDecoder& decoder);
 
-  void Read();
+  // unwanted: when it is asked to stop, the rest is left out.
+  void Read(const std::stop_token& unwanted);
   // Those with names first, ordered by address.
   const std::vector<Function>& Functions() const { return functions_; }
 
@@ -57,7 +59,7 @@ class ProgramReading final : public CodeSurroundings {
   void FindParts(Function& function) const;
   bool IsThumbAt(uint64_t address) const;
   void FindBounds(Function& function) const;
-  void ReadReady();
+  void ReadReady(const std::stop_token& unwanted);
   void Continue(uint32_t function);
   void WaitFor(uint32_t caller, uint32_t callee);
   void Announce(uint32_t function, bool returns);
