@@ -1,7 +1,6 @@
 #include "document/module_read_ahead.h"
 
 #include <algorithm>
-#include <system_error>
 
 #include "platform/host_program.h"
 
@@ -25,7 +24,8 @@ ModuleReadAhead::ModuleReadAhead(ProgramInput& input, size_t threads, Event& sto
   for (Slot& slot : slots_) {
     slot.reader = input.MakeReader();
   }
-  StartThreads(std::min(ThreadCount(threads), paths_.size()));
+  const size_t readers = slots_.size() / kModulesPerThread;
+  threads_ = StartWorkers(readers - std::min<size_t>(readers, 1), [this] { Work(); });
 }
 
 ModuleReadAhead::~ModuleReadAhead() {
@@ -35,21 +35,6 @@ ModuleReadAhead::~ModuleReadAhead() {
   }
   changed_.notify_all();
   threads_.clear();
-}
-
-// The owner's thread is one of them. None runs before all are there: one that runs is not joined
-// when the constructor fails.
-void ModuleReadAhead::StartThreads(size_t count) {
-  try {
-    while (threads_.size() + 1 < count) {
-      threads_.push_back(std::make_unique<WorkerThread>([this] { Work(); }));
-    }
-  } catch (const std::system_error&) {
-    // Fewer threads read the same.
-  }
-  for (const auto& thread : threads_) {
-    thread->Resume();
-  }
 }
 
 void ModuleReadAhead::Work() {

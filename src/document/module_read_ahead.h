@@ -47,7 +47,6 @@ class ModuleReadAhead {
     std::exception_ptr failure;
   };
 
-  void StartThreads(size_t count);
   void Work();
   // Under the mutex, of the next module that nobody reads yet: whether its turn is near enough,
   // making it the caller's to read, and reading it, the mutex released meanwhile.

@@ -5,7 +5,6 @@
 #include <exception>
 #include <memory>
 #include <mutex>
-#include <system_error>
 #include <vector>
 
 #include "platform/host_program.h"
@@ -31,7 +30,7 @@ class OrderedRun {
   }
 
   void Run() {
-    StartThreads(slots_.size() / kSlotsPerThread);
+    threads_ = StartWorkers(slots_.size() / kSlotsPerThread - 1, [this] { Work(); });
     for (; taken_ < work_.parts; Advance()) {
       WaitForCurrent();
       Slot& slot = slots_[taken_ % slots_.size()];
@@ -47,20 +46,6 @@ class OrderedRun {
     bool made = false;
     std::exception_ptr failure;
   };
-
-  // None runs before all are there: one that runs is not joined when this fails.
-  void StartThreads(size_t count) {
-    try {
-      while (threads_.size() + 1 < count) {
-        threads_.push_back(std::make_unique<WorkerThread>([this] { Work(); }));
-      }
-    } catch (const std::system_error&) {
-      // Fewer threads do the same.
-    }
-    for (const auto& thread : threads_) {
-      thread->Resume();
-    }
-  }
 
   void Work() {
     std::unique_lock lock(mutex_);

@@ -1,5 +1,6 @@
 #include "platform/worker_thread.h"
 
+#include <system_error>
 #include <utility>
 
 namespace velkor {
@@ -28,6 +29,22 @@ void WorkerThread::Wait() {
   if (thread_.joinable()) {
     thread_.join();
   }
+}
+
+std::vector<std::unique_ptr<WorkerThread>> StartWorkers(size_t count,
+                                                        const std::function<void()>& work) {
+  std::vector<std::unique_ptr<WorkerThread>> workers;
+  try {
+    while (workers.size() < count) {
+      workers.push_back(std::make_unique<WorkerThread>(work));
+    }
+  } catch (const std::system_error&) {
+    // Fewer do the same.
+  }
+  for (const auto& worker : workers) {
+    worker->Resume();
+  }
+  return workers;
 }
 
 }  // namespace velkor

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <thread>
+#include <vector>
 
 #include "platform/event.h"
 
@@ -29,5 +31,10 @@ class WorkerThread {
   bool abandoned_ = false;
   std::thread thread_;
 };
+
+// Threads that all do this work, at most so many: fewer where the system has no more. None runs
+// before all are there.
+std::vector<std::unique_ptr<WorkerThread>> StartWorkers(size_t count,
+                                                        const std::function<void()>& work);
 
 }  // namespace velkor

@@ -1,6 +1,5 @@
 #include "readers/gcc/program_ahead.h"
 
-#include <system_error>
 #include <utility>
 
 #include "readers/gcc/whole_file.h"
@@ -8,15 +7,7 @@
 namespace velkor {
 
 ProgramAhead::ProgramAhead(Host& host, std::string path) : host_(host), path_(std::move(path)) {
-  if (host_.threads == 1) {
-    return;
-  }
-  try {
-    thread_ = std::make_unique<WorkerThread>([this] { Read(); });
-    thread_->Resume();
-  } catch (const std::system_error&) {
-    // It is read when it is asked for.
-  }
+  thread_ = StartWorkers(host_.threads == 1 ? 0 : 1, [this] { Read(); });
 }
 
 ProgramAhead::~ProgramAhead() {
@@ -24,11 +15,10 @@ ProgramAhead::~ProgramAhead() {
 }
 
 ProgramAhead::Result ProgramAhead::Take() {
-  if (thread_ != nullptr) {
-    thread_->Wait();
-  } else {
+  if (thread_.empty()) {
     Read();
   }
+  thread_.clear();
   if (failure_) {
     std::rethrow_exception(failure_);
   }

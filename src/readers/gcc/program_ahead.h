@@ -4,6 +4,7 @@
 #include <memory>
 #include <stop_token>
 #include <string>
+#include <vector>
 
 #include "platform/host.h"
 #include "platform/worker_thread.h"
@@ -39,7 +40,7 @@ class ProgramAhead {
   std::stop_source unwanted_;
   Result result_;
   std::exception_ptr failure_;
-  std::unique_ptr<WorkerThread> thread_;
+  std::vector<std::unique_ptr<WorkerThread>> thread_;  // or none
 };
 
 }  // namespace velkor
