@@ -88,7 +88,8 @@ void AllFunctionsView::SetUpTable() {
   }
   const auto fitted = [&header](FunctionCell cell) {
     const auto column = static_cast<int>(cell);
-    return FittedColumns::Column{.index = column, .usual = header.sectionSize(column)};
+    return FittedColumns::Column{column, header.sectionSize(column),
+                                 cell == FunctionCell::kFunction};
   };
   columns_ = new FittedColumns(*table_, header, fitted(FunctionCell::kFunction),
                                {fitted(FunctionCell::kFile)});
@@ -239,6 +240,7 @@ void AllFunctionsView::TakeRows(std::vector<uint32_t> rows) {
     }
   }
   kept_.reset();
+  columns_->Fit();
   if (HasText() && !SelectedFunction() && model_->rowCount() > 0) {
     Select(0);
   }

@@ -50,7 +50,7 @@ void CallersView::SetUp() {
     setColumnWidth(column, std::max(width, header()->sectionSizeHint(column)));
   }
   columns_ =
-      new FittedColumns(*this, *header(), {CallersModel::kName, columnWidth(CallersModel::kName)},
+      new FittedColumns(*this, *header(), {CallersModel::kName, columnWidth(CallersModel::kName), true},
                         {{CallersModel::kFile, columnWidth(CallersModel::kFile)}});
   connect(this, &QAbstractItemView::doubleClicked, this, [this] { Go(); });
 }

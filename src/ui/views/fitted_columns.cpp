@@ -1,5 +1,6 @@
 #include "ui/views/fitted_columns.h"
 
+#include <QApplication>
 #include <QEvent>
 #include <algorithm>
 #include <cmath>
@@ -12,8 +13,9 @@ namespace {
 // Of a column that has yielded all it can, in average characters.
 constexpr int kLeastCharacters = 12;
 
-double TextWidth(const QHeaderView& header) {
-  return QFontMetricsF(header.font()).horizontalAdvance(QStringLiteral("Function 0123456789"));
+// That of the program: a table has another until it is shown.
+double TextWidth() {
+  return QFontMetricsF(QApplication::font()).horizontalAdvance("Function 0123456789");
 }
 
 }  // namespace
@@ -25,8 +27,10 @@ FittedColumns::FittedColumns(QAbstractItemView& view, QHeaderView& header, Colum
       header_(header),
       names_(names),
       yielding_(std::move(yielding)),
-      firstTextWidth_(TextWidth(header)),
+      firstTextWidth_(TextWidth()),
       textWidth_(firstTextWidth_) {
+  // The widest of all texts would take too long to find: of those that are seen.
+  header_.setResizeContentsPrecision(0);
   header_.installEventFilter(this);
   view_.viewport()->installEventFilter(this);
   connect(&header_, &QHeaderView::sectionResized, this, [this](int, int before, int after) {
@@ -53,7 +57,7 @@ void FittedColumns::Fit() {
   }
   fitting_ = true;
   const int all = view_.viewport()->width();
-  const int least = view_.fontMetrics().averageCharWidth() * kLeastCharacters;
+  const int leastText = view_.fontMetrics().averageCharWidth() * kLeastCharacters;
   const int wantedNames = Wanted(names_);
   std::vector<int> widths;
   widths.reserve(yielding_.size());
@@ -64,6 +68,7 @@ void FittedColumns::Fit() {
   }
   int free = all - OfOthers();
   for (size_t i = 0; i < widths.size(); ++i) {
+    const int least = std::max(leastText, header_.sectionSizeHint(yielding_[i].index));
     const int given = std::clamp(missing, 0, std::max(0, widths[i] - least));
     missing -= given;
     free -= widths[i] - given;
@@ -104,7 +109,7 @@ bool FittedColumns::eventFilter(QObject* watched, QEvent* event) {
     Zoom();
     // Once all parts of the table have the new font.
     QMetaObject::invokeMethod(
-        this, [this] { Fit(); }, Qt::QueuedConnection);
+        this, [this] { ShowHeaders(); }, Qt::QueuedConnection);
   } else if (watched != &header_ && event->type() == QEvent::Resize) {
     Fit();
   }
@@ -112,16 +117,31 @@ bool FittedColumns::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void FittedColumns::Zoom() {
-  const double before = std::exchange(textWidth_, TextWidth(header_));
+  const double before = std::exchange(textWidth_, TextWidth());
   fitting_ = true;
   for (int column = 0; column < header_.count(); ++column) {
     const auto width =
         static_cast<int>(std::lround(header_.sectionSize(column) * textWidth_ / before));
     if (!header_.isSectionHidden(column)) {
-      header_.resizeSection(column, std::max(width, header_.sectionSizeHint(column)));
+      header_.resizeSection(column, width);
     }
   }
   fitting_ = false;
+}
+
+void FittedColumns::ShowHeaders() {
+  if (isOwn_) {
+    return;
+  }
+  fitting_ = true;
+  for (int column = 0; column < header_.count(); ++column) {
+    if (!header_.isSectionHidden(column)) {
+      header_.resizeSection(column,
+                            std::max(header_.sectionSize(column), header_.sectionSizeHint(column)));
+    }
+  }
+  fitting_ = false;
+  Fit();
 }
 
 }  // namespace velkor::ui

@@ -16,7 +16,7 @@ class FittedColumns : public QObject {
   struct Column {
     int index;
     int usual;               // where there is room
-    bool byContent = false;  // wider where its texts are
+    bool byContent = false;  // wider where the texts that are seen need it
   };
 
   // yielding: in the order in which they yield.
@@ -35,6 +35,7 @@ class FittedColumns : public QObject {
 
  private:
   void Zoom();
+  void ShowHeaders();
   // As wide as it is wanted.
   int Wanted(const Column& column) const;
   int Usual(const Column& column) const;
