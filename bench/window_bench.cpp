@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QHeaderView>
 #include <QMenu>
 #include <QTest>
 #include <QTimer>
@@ -113,6 +114,7 @@ class WindowBench {
     Measure("summary and picture", [&] { AwaitAnswer(); });
     ShowAnswer();
     ShowViews();
+    FindFunctions();
     Adjustments();
     WhileAnalysing();
   }
@@ -182,6 +184,7 @@ class WindowBench {
 
   void ShowViews() {
     CStkTreeView& tree = application_.Frame().TreeView();
+    tree.setFocus();
     Measure("expand a node with many callees", [&] { tree.expand(tree.model()->index(0, 0)); });
     Measure("select it, filling the list", [&] {
       tree.setCurrentIndex(tree.model()->index(1, 0));
@@ -201,7 +204,66 @@ class WindowBench {
     tree.setCurrentIndex(tree.model()->index(0, 0));
   }
 
+  void Await(AllFunctionsView& all) {
+    do {
+      QTest::qWait(5);
+    } while (all.IsWorking());
+  }
+  void FindFunctions() {
+    AllFunctionsView& all = application_.Frame().Panels().AllFunctions();
+    QTableView& table = all.Table();
+    Measure("find: all functions for the first time", [&] {
+      Choose(Command::kFind);
+      Await(all);
+    });
+    Measure("find: a name, letter by letter", [&] {
+      for (const char letter : std::string("driver_77_")) {
+        QTest::keyClick(&all.Text(), letter);
+        QTest::qWait(5);
+      }
+      Await(all);
+    });
+    Measure("find: the way to it in the tree", [&] {
+      QTest::keyClick(&all.Text(), Qt::Key_Return);
+      AwaitWay();
+    });
+    Measure("find: the next one", [&] {
+      Choose(Command::kFindNext);
+      AwaitWay();
+    });
+    Measure("callers of it", [&] {
+      Choose(Command::kShowCallers);
+      QTest::qWait(kDialogMilliseconds);
+    });
+    Measure("back", [&] { Choose(Command::kGoBack); });
+    Choose(Command::kFind);
+    Measure("find: everything again", [&] {
+      all.Text().clear();
+      Await(all);
+    });
+    for (int column = 0; column < table.model()->columnCount(); ++column) {
+      const QString title = table.model()->headerData(column, Qt::Horizontal).toString();
+      Measure(("sort all functions by " + title.toLower()).toUtf8().constData(), [&] {
+        emit table.horizontalHeader()->sectionClicked(column);
+        Await(all);
+      });
+    }
+    Measure("copy them all", [&] {
+      table.setFocus();
+      table.selectAll();
+      Choose(Command::kCopy);
+      Await(all);
+    });
+    Choose(Command::kAllFunctions);
+    application_.Frame().TreeView().setFocus();
+  }
+  void AwaitWay() {
+    QTest::qWait(kWayMilliseconds);
+  }
+
   void Adjustments() {
+    CStkTreeView& tree = application_.Frame().TreeView();
+    tree.setCurrentIndex(tree.model()->index(0, 0));
     Measure("adjust: margin", [&] {
       Choose(Command::kAdjustStackSize);
       Finish();
@@ -247,6 +309,7 @@ class WindowBench {
   }
 
   static constexpr int kDialogMilliseconds = 4000;
+  static constexpr int kWayMilliseconds = 3000;
 
   const StkMessages messages_;
   WindowSettings settings_;

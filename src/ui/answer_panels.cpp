@@ -37,12 +37,16 @@ AnswerPanels::AnswerPanels(UiContext& context, AnswerKeeper& keeper, FrameOperat
       picturePanel_(AddPanel(kPictureName, "picture", PictureWithLegend())) {
   window_.tabifyDockWidget(summaryPanel_, picturePanel_);
   summaryPanel_->raise();
-  window_.resizeDocks({summaryPanel_}, {static_cast<int>(window_.height() * kSummaryPart)},
-                      Qt::Vertical);
   for (QDockWidget* panel : {summaryPanel_, picturePanel_}) {
     QObject::connect(panel, &QDockWidget::visibilityChanged, &window,
                      [&frame] { frame.UpdateCommands(); });
   }
+}
+
+int AnswerPanels::SetInitialHeight(int ofWindow) {
+  const int height = static_cast<int>(ofWindow * kSummaryPart);
+  window_.resizeDocks({summaryPanel_}, {height}, Qt::Vertical);
+  return height;
 }
 
 QDockWidget* AnswerPanels::AddPanel(uint32_t title, const char* name, QWidget* view) {

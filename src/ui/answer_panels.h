@@ -23,13 +23,16 @@ class AnswerPanels : public CommandTarget {
   // askPath: where the picture is to be saved. All outlive the panels but their widgets, which
   // belong to the window.
   using AskPath = std::function<std::optional<std::string>()>;
-  AnswerPanels(UiContext& context, AnswerKeeper& keeper, FrameOperations& frame,
-               CStkTreeView& tree, QMainWindow& window, AskPath askPath);
+  AnswerPanels(UiContext& context, AnswerKeeper& keeper, FrameOperations& frame, CStkTreeView& tree,
+               QMainWindow& window, AskPath askPath);
   AnswerPanels(const AnswerPanels&) = delete;
   AnswerPanels& operator=(const AnswerPanels&) = delete;
 
   SummaryPane& Summary() { return *summary_; }
   PictureView& Picture() { return *picture_; }
+
+  // Of the summary, in a window of that height; answers it.
+  int SetInitialHeight(int ofWindow);
 
   std::optional<CommandState> StateOf(Command command) override;
   void Execute(Command command) override;

@@ -109,7 +109,9 @@ void CStkApp::Open(const std::string& path) {
     return;
   }
   if (parts_.readsOtherwise(context_, path)) {
-    frame_.close();
+    if (!frame_.close()) {
+      parts_.staysOpen();
+    }
   } else {
     OpenDocumentFile(path);
   }

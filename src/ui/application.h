@@ -42,6 +42,7 @@ struct ApplicationParts {
   // Whether the input is to be read in another way than this run does: then it is opened by one
   // that does, once the window has closed.
   std::function<bool(UiContext&, const std::string& path)> readsOtherwise;
+  std::function<void()> staysOpen;  // the window has not closed: nothing is to be opened after it
 };
 
 // The program: the one document, its main window and the channels between them; opens projects.

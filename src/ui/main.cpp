@@ -106,7 +106,8 @@ class Program {
             .readsOtherwise =
                 [this](UiContext& context, const std::string& path) {
                   return ReadsOtherwise(context, path);
-                }};
+                },
+            .staysOpen = [this] { next_.reset(); }};
   }
 
   AdjustAnswer Adjust(UiContext& context, StkFunction& function, QWidget* parent) {

@@ -113,6 +113,9 @@ void CMainFrame::CreateViews() {
   treeView_ = new CStkTreeView(context_, *this);
   listView_ = new CStkListView(context_, *this, [this] { return treeView_->SelectedRecord(); });
   logView_ = new CStkLogView(context_, *this, parts_.language);
+  for (QWidget* view : std::initializer_list<QWidget*>{treeView_, listView_, logView_}) {
+    view->setMinimumHeight(kLeastViewHeight);
+  }
   outerSplitter_->insertWidget(0, treeView_);
   outerSplitter_->setStretchFactor(0, 0);
   outerSplitter_->setStretchFactor(1, 1);
@@ -151,7 +154,8 @@ void CMainFrame::SetInitialSizes() {
       kInitialSize.boundedTo(available - QSize(available.width() / 20, available.height() / 10)));
   const int bars = menuBar()->sizeHint().height() + kToolbarIconSize.height() * 2 +
                    statusBar_->sizeHint().height();
-  const int views = std::max(height() - bars, 2 * kLogHeight);
+  const int views =
+      std::max(height() - bars - answers_->SetInitialHeight(height()), 2 * kLogHeight);
   const int list = std::min(kListHeight, views * 3 / 5);
   rightSplitter_->setSizes({list, views - list});
   outerSplitter_->setSizes({kTreeWidth, std::max(width() - kTreeWidth, kTreeWidth)});
@@ -193,7 +197,7 @@ void CMainFrame::GoToPane(int step) {
 }
 
 RememberedWindow CMainFrame::Remembered() {
-  return {*this, *listView_, panels_->AllFunctions(), *logView_};
+  return {*this, *treeView_, *listView_, panels_->AllFunctions(), panels_->Callers(), *logView_};
 }
 
 void CMainFrame::closeEvent(QCloseEvent* event) {

@@ -7,6 +7,10 @@
 
 namespace velkor::ui {
 
+// Of a table, tree or text: the panes that a small screen holds together leave each little more
+// than a row below its header.
+constexpr int kLeastViewHeight = 48;
+
 // The parts of a window that have the keyboard by turns, each of which acts on commands while it
 // has. Refers to them. User-interface thread.
 class PaneRing {

@@ -22,4 +22,10 @@ QColor LinkText(const QPalette& palette) {
   return base.lightnessF() < 0.5F ? QColor(0x7a, 0xb8, 0xff) : QColor(0x0b, 0x4f, 0x8a);
 }
 
+void SetHintColor(QWidget& field) {
+  QPalette own;
+  own.setColor(QPalette::PlaceholderText, PaleText(field.palette()));
+  field.setPalette(own);
+}
+
 }  // namespace velkor::ui

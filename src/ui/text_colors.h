@@ -2,6 +2,7 @@
 
 #include <QColor>
 #include <QPalette>
+#include <QWidget>
 
 namespace velkor::ui {
 
@@ -12,5 +13,7 @@ constexpr double kReadable = 4.5;
 QColor PaleText(const QPalette& palette, QPalette::ColorGroup group = QPalette::Active);
 // The palette's own where it can be read.
 QColor LinkText(const QPalette& palette);
+// What an empty field says of itself is pale text: not every dark theme gives it a color.
+void SetHintColor(QWidget& field);
 
 }  // namespace velkor::ui

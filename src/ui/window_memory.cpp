@@ -1,8 +1,9 @@
 #include "ui/window_memory.h"
 
-#include <QHeaderView>
 #include <QSplitter>
 #include <algorithm>
+#include <optional>
+#include <span>
 
 namespace velkor::ui {
 
@@ -13,7 +14,39 @@ constexpr const char* kState = "window/state";
 constexpr const char* kSplitter = "window/splitter/";
 constexpr const char* kListColumns = "window/listColumns";
 constexpr const char* kAllColumns = "window/allColumns";
+constexpr const char* kCallerColumns = "window/callerColumns";
 constexpr const char* kLogShows = "window/logShows";
+
+struct KeptMark {
+  Command command;
+  const char* key;
+};
+constexpr KeptMark kTreeMarks[] = {{Command::kShowTotals, "window/treeTotals"},
+                                   {Command::kTreeBySize, "window/treeBySize"}};
+constexpr KeptMark kListMarks[] = {{Command::kShowBoundColumn, "window/listBounds"},
+                                   {Command::kShowMarkColumn, "window/listMarks"}};
+
+bool IsMarked(CommandTarget& target, Command command) {
+  const std::optional<CommandState> state = target.StateOf(command);
+  return state && state->radioMark;
+}
+
+void RestoreMarks(CommandTarget& target, std::span<const KeptMark> marks,
+                  const WindowSettings& settings) {
+  for (const KeptMark& mark : marks) {
+    const QVariant kept = settings.Value(mark.key);
+    if (kept.isValid() && kept.toBool() != IsMarked(target, mark.command)) {
+      target.Execute(mark.command);
+    }
+  }
+}
+
+void RememberMarks(CommandTarget& target, std::span<const KeptMark> marks,
+                   WindowSettings& settings) {
+  for (const KeptMark& mark : marks) {
+    settings.SetValue(mark.key, IsMarked(target, mark.command));
+  }
+}
 
 QList<QSplitter*> NamedSplitters(QMainWindow& window) {
   QList<QSplitter*> splitters = window.findChildren<QSplitter*>();
@@ -30,8 +63,11 @@ void RestoreWindow(const RememberedWindow& remembered, const WindowSettings& set
   for (QSplitter* splitter : NamedSplitters(remembered.window)) {
     splitter->restoreState(bytes(kSplitter + splitter->objectName()));
   }
-  remembered.list.SetOwnColumns(bytes(kListColumns));
-  remembered.all.Table().horizontalHeader()->restoreState(bytes(kAllColumns));
+  remembered.list.Columns().SetOwn(bytes(kListColumns));
+  RestoreMarks(remembered.list, kListMarks, settings);
+  RestoreMarks(remembered.tree, kTreeMarks, settings);
+  remembered.all.Columns().SetOwn(bytes(kAllColumns));
+  remembered.callers.Columns().SetOwn(bytes(kCallerColumns));
   const int least = settings.Value(kLogShows).toInt();
   remembered.log.ShowFrom(static_cast<LogLevel>(
       std::clamp(least, static_cast<int>(LogLevel::kLine), static_cast<int>(LogLevel::kWarning))));
@@ -43,8 +79,11 @@ void RememberWindow(const RememberedWindow& remembered, WindowSettings& settings
   for (const QSplitter* splitter : NamedSplitters(remembered.window)) {
     settings.SetValue(kSplitter + splitter->objectName(), splitter->saveState());
   }
-  settings.SetValue(kListColumns, remembered.list.OwnColumns());
-  settings.SetValue(kAllColumns, remembered.all.Table().horizontalHeader()->saveState());
+  settings.SetValue(kListColumns, remembered.list.Columns().Own());
+  RememberMarks(remembered.list, kListMarks, settings);
+  RememberMarks(remembered.tree, kTreeMarks, settings);
+  settings.SetValue(kAllColumns, remembered.all.Columns().Own());
+  settings.SetValue(kCallerColumns, remembered.callers.Columns().Own());
   settings.SetValue(kLogShows, static_cast<int>(remembered.log.Least()));
 }
 

@@ -3,6 +3,8 @@
 #include <QMainWindow>
 
 #include "ui/views/all_functions_view.h"
+#include "ui/views/call_tree_view.h"
+#include "ui/views/callers_view.h"
 #include "ui/views/function_list_view.h"
 #include "ui/views/log_view.h"
 #include "ui/window_settings.h"
@@ -10,11 +12,14 @@
 namespace velkor::ui {
 
 // What of a main window is as the user has left it the last time: its place and size, its bars and
-// panels, the splitters that have an object name, the columns of its tables, what the log shows.
+// panels, the splitters that have an object name, the columns of its tables, what tree and log
+// show.
 struct RememberedWindow {
   QMainWindow& window;
+  CStkTreeView& tree;
   CStkListView& list;
   AllFunctionsView& all;
+  CallersView& callers;
   CStkLogView& log;
 };
 

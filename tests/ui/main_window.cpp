@@ -79,7 +79,8 @@ void MainWindow::MakeApp() {
                              opened.push_back(path + ":" + std::to_string(line));
                              return true;
                            },
-                       .readsOtherwise = [](UiContext&, const std::string&) { return false; }});
+                       .readsOtherwise = [](UiContext&, const std::string&) { return false; },
+                       .staysOpen = [] {}});
 }
 
 MainWindow::~MainWindow() {

@@ -1,10 +1,10 @@
 #include <QAccessible>
 #include <QAction>
 #include <QDockWidget>
-#include <QTabBar>
 #include <QImage>
 #include <QMenuBar>
 #include <QPixmap>
+#include <QTabBar>
 #include <set>
 
 #include "main_window.h"

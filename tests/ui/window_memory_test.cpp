@@ -19,10 +19,14 @@ TEST_F(MainWindow, TheNextWindowIsAsTheLastOneWasLeft) {
   app->Frame().resize(901, 555);
   outer()->setSizes({333, 500});
   const QList<int> sizes = outer()->sizes();
-  List().setColumnWidth(0, 222);
   Choose(Command::kAllFunctions);
   Choose(Command::kZoomIn);
   Choose(Command::kZoomIn);
+  HandleEvents();
+  List().setColumnWidth(0, 222);
+  Choose(Command::kShowBoundColumn);
+  Choose(Command::kShowTotals);
+  Choose(Command::kTreeBySize);
   Choose(Command::kLogWarnings);
   EXPECT_NEAR(QApplication::font().pointSizeF(), normal * 1.2, 0.1);
   HandleEvents();
@@ -34,6 +38,10 @@ TEST_F(MainWindow, TheNextWindowIsAsTheLastOneWasLeft) {
   EXPECT_EQ(app->Frame().size(), QSize(901, 555));
   EXPECT_EQ(outer()->sizes(), sizes);
   EXPECT_EQ(List().columnWidth(0), 222);
+  EXPECT_TRUE(List().isColumnHidden(FunctionListModel::kBound));
+  EXPECT_FALSE(List().isColumnHidden(FunctionListModel::kMark));
+  EXPECT_FALSE(app->Frame().Actions().Of(Command::kShowTotals).isChecked());
+  EXPECT_TRUE(app->Frame().Actions().Of(Command::kTreeBySize).isChecked());
   EXPECT_TRUE(app->Frame().findChild<QDockWidget*>("allFunctions")->isVisible());
   EXPECT_EQ(app->Frame().GetLogView().Least(), LogLevel::kWarning);
   Choose(Command::kZoomReset);

@@ -116,8 +116,10 @@ CommandActions::CommandActions(QWidget& window, const UiContext& context,
     actions_.emplace(command, action);
   }
   for (const std::vector<Command>& commands : MarkedGroups()) {
-    auto* group = new QActionGroup(&window);
-    group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
+    auto* group = commands.size() > 1 ? new QActionGroup(&window) : nullptr;
+    if (group) {
+      group->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
+    }
     for (const Command command : commands) {
       Of(command).setCheckable(true);
       Of(command).setActionGroup(group);

@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPalette>
 
 #include "ui/drawn_icon.h"
 #include "ui/sign_colors.h"

@@ -6,6 +6,7 @@
 #include "platform/host_paths.h"
 #include "ui/commands/commands.h"
 #include "ui/dialogs/dialog_controls.h"
+#include "ui/text_colors.h"
 
 namespace velkor::ui {
 
@@ -43,10 +44,12 @@ OptionsDialog::OptionsDialog(const UiContext& context, bool hasProject,
   codePage_->setCurrentText(project.codePage);
   mappings_->setPlainText(project.mappings.join(u'\n'));
   mappings_->setPlaceholderText(context.Text(kMappingsHint));
+  SetHintColor(*mappings_);
   mappings_->setTabChangesFocus(true);
   mappings_->setFixedHeight(fontMetrics().lineSpacing() * (kMappingLines + 1));
   editor_->setText(editor);
   editor_->setPlaceholderText(context.Text(kEditorHint));
+  SetHintColor(*editor_);
   editor_->setMinimumWidth(fontMetrics().averageCharWidth() * 60);
   complaint_->setWordWrap(true);
   complaint_->hide();

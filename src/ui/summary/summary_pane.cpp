@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "ui/commands/function_commands.h"
+#include "ui/pane_ring.h"
 #include "ui/summary/summary_texts.h"
 
 namespace velkor::ui {
@@ -40,6 +41,7 @@ SummaryPane::SummaryPane(UiContext& context, AnswerKeeper& keeper, FrameOperatio
   setAccessibleName(context.Text(kSummaryName));
   needs_->setAccessibleName(context.Text(kNeedsName));
   wanted_->setAccessibleName(context.Text(kWantedName));
+  setFocusProxy(needs_);
   lead_->setTextFormat(Qt::PlainText);
   lead_->setTextInteractionFlags(Qt::TextSelectableByMouse);
   lead_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
@@ -49,12 +51,14 @@ SummaryPane::SummaryPane(UiContext& context, AnswerKeeper& keeper, FrameOperatio
   tables_->addWidget(needs_);
   tables_->addWidget(wanted_);
   tables_->setChildrenCollapsible(false);
+  tables_->setObjectName("summaryTables");
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(4, 4, 4, 0);
   layout->setSpacing(4);
   layout->addWidget(lead_);
   layout->addWidget(tables_, 1);
   for (SummaryTable* table : {needs_, wanted_}) {
+    table->setMinimumHeight(kLeastViewHeight);
     connect(table->selectionModel(), &QItemSelectionModel::currentChanged, this,
             [this] { frame_.UpdateCommands(); });
   }

@@ -14,14 +14,14 @@ namespace velkor::ui {
 
 namespace {
 
-constexpr int kBarWidth = 90;
+constexpr int kNarrowestBar = 24;
 constexpr int kBarGap = 4;
 
 // Links are underlined; a budget is a bar before its text.
 class SummaryDelegate : public QStyledItemDelegate {
  public:
-  SummaryDelegate(const SummaryModel& model, QObject* parent)
-      : QStyledItemDelegate(parent), model_(model) {}
+  SummaryDelegate(const SummaryModel& model, const int& barWidth, QObject* parent)
+      : QStyledItemDelegate(parent), model_(model), barWidth_(barWidth) {}
 
   void paint(QPainter* painter, const QStyleOptionViewItem& option,
              const QModelIndex& index) const override {
@@ -36,7 +36,7 @@ class SummaryDelegate : public QStyledItemDelegate {
     const QStyle& style = *bare.widget->style();
     style.drawControl(QStyle::CE_ItemViewItem, &bare, painter, bare.widget);
     const int height = std::min(option.fontMetrics.height() - 2, option.rect.height() - 4);
-    const QRect bar(option.rect.left() + kBarGap, option.rect.center().y() - height / 2, kBarWidth,
+    const QRect bar(option.rect.left() + kBarGap, option.rect.center().y() - height / 2, barWidth_,
                     height);
     PaintBudget(*painter, bar, budget.value<StackBudget>(), option.palette);
     QStyleOptionViewItem text = option;
@@ -49,7 +49,7 @@ class SummaryDelegate : public QStyledItemDelegate {
     // All rows are as high as the first one, which has no mark.
     size.setHeight(std::max(size.height(), option.decorationSize.height() + 2));
     if (index.data(SummaryModel::kBudgetRole).isValid()) {
-      size.rwidth() += kBarWidth + 2 * kBarGap;
+      size.rwidth() += barWidth_ + 2 * kBarGap;
     }
     return size;
   }
@@ -66,18 +66,17 @@ class SummaryDelegate : public QStyledItemDelegate {
 
  private:
   const SummaryModel& model_;
+  const int& barWidth_;  // the table's
 };
 
 }  // namespace
 
 SummaryTable::SummaryTable(std::array<QString, SummaryModel::kColumnCount> headers, Follow follow,
                            QWidget* parent)
-    : QTreeView(parent),
-      model_(new SummaryModel(std::move(headers))),
-      follow_(std::move(follow)) {
+    : QTreeView(parent), model_(new SummaryModel(std::move(headers))), follow_(std::move(follow)) {
   model_->setParent(this);
   setModel(model_);
-  setItemDelegate(new SummaryDelegate(*model_, this));
+  setItemDelegate(new SummaryDelegate(*model_, barWidth_, this));
   setUniformRowHeights(true);
   setAllColumnsShowFocus(true);
   setEditTriggers(NoEditTriggers);
@@ -113,7 +112,7 @@ int SummaryTable::SecondWidth() const {
     const QModelIndex title = model_->index(group, 0);
     for (int row = 0; row < model_->rowCount(title); ++row) {
       const QModelIndex cell = model_->index(row, 1, title);
-      const int bar = cell.data(SummaryModel::kBudgetRole).isValid() ? kBarWidth + 2 * kBarGap : 0;
+      const int bar = cell.data(SummaryModel::kBudgetRole).isValid() ? kWidestBar + 2 * kBarGap : 0;
       widest = std::max(widest, bar + metrics.horizontalAdvance(cell.data().toString()) +
                                     2 * metrics.averageCharWidth());
     }
@@ -163,13 +162,28 @@ void SummaryTable::resizeEvent(QResizeEvent* event) {
   FitColumns();
 }
 
-// The second as wide as its texts, the others share the rest.
+// Once all parts of the table have the new font.
+void SummaryTable::changeEvent(QEvent* event) {
+  QTreeView::changeEvent(event);
+  if (event->type() == QEvent::FontChange) {
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+          secondWidth_ = SecondWidth();
+          FitColumns();
+        },
+        Qt::QueuedConnection);
+  }
+}
+
+// The second as wide as its texts, for which its bars become narrower; the others share the rest.
 void SummaryTable::FitColumns() {
   if (!widthsFollow_) {
     return;
   }
   fitting_ = true;
-  const int second = std::min(secondWidth_, viewport()->width() / 3);
+  const int second = std::min(secondWidth_, viewport()->width() * 2 / 5);
+  barWidth_ = std::clamp(kWidestBar - (secondWidth_ - second), kNarrowestBar, kWidestBar);
   const int rest = std::max(0, viewport()->width() - second);
   header()->resizeSection(1, second);
   header()->resizeSection(0, rest / 2);

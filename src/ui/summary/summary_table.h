@@ -8,8 +8,8 @@
 
 namespace velkor::ui {
 
-// One half of the summary: groups of rows, all of them open at first. A row of a function is a link,
-// taken with a click on its first column or with Enter.
+// One half of the summary: groups of rows, all of them open at first. A row of a function is a
+// link, taken with a click on its first column or with Enter.
 class SummaryTable : public QTreeView {
  public:
   using Follow = std::function<void(const SummaryRow&)>;
@@ -27,8 +27,11 @@ class SummaryTable : public QTreeView {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
+  static constexpr int kWidestBar = 90;
+
   const SummaryRow* LinkAt(const QModelIndex& index) const;
   // Of the texts of the second column.
   int SecondWidth() const;
@@ -37,6 +40,7 @@ class SummaryTable : public QTreeView {
   SummaryModel* model_;  // owned by the Qt parent
   Follow follow_;
   int secondWidth_ = 0;
+  int barWidth_ = kWidestBar;
   bool fitting_ = false;
   bool widthsFollow_ = true;  // those of the columns, until the user gives them others
 };

@@ -11,6 +11,8 @@
 
 #include "ui/commands/context_menu.h"
 #include "ui/commands/function_commands.h"
+#include "ui/pane_ring.h"
+#include "ui/text_colors.h"
 #include "ui/views/all_functions_model.h"
 #include "ui/views/function_icons.h"
 
@@ -47,6 +49,7 @@ AllFunctionsView::AllFunctionsView(UiContext& context, FrameOperations& frame, Q
   layout->addLayout(head);
   layout->addWidget(table_, 1);
   text_->setPlaceholderText(context_.Text(kFilterHint));
+  SetHintColor(*text_);
   text_->setAccessibleName(context_.Text(kFilterName));
   text_->setClearButtonEnabled(true);
   text_->installEventFilter(this);
@@ -63,6 +66,7 @@ AllFunctionsView::~AllFunctionsView() {
 void AllFunctionsView::SetUpTable() {
   table_->setModel(model_);
   table_->setAccessibleName(context_.Text(kTableName));
+  table_->setMinimumHeight(kLeastViewHeight);
   table_->setShowGrid(false);
   table_->setWordWrap(false);
   table_->setTextElideMode(Qt::ElideMiddle);
@@ -82,8 +86,13 @@ void AllFunctionsView::SetUpTable() {
     const int width = fontMetrics().averageCharWidth() * kColumnCharacters[column];
     header.resizeSection(column, std::max(width, header.sectionSizeHint(column)));
   }
-  // Names take what is free.
-  header.setSectionResizeMode(static_cast<int>(FunctionCell::kFunction), QHeaderView::Stretch);
+  const auto fitted = [&header](FunctionCell cell) {
+    const auto column = static_cast<int>(cell);
+    return FittedColumns::Column{column, header.sectionSize(column),
+                                 cell == FunctionCell::kFunction};
+  };
+  columns_ = new FittedColumns(*table_, header, fitted(FunctionCell::kFunction),
+                               {fitted(FunctionCell::kFile)});
   FitRows();
   table_->installEventFilter(this);
   table_->setContextMenuPolicy(Qt::CustomContextMenu);
@@ -231,6 +240,7 @@ void AllFunctionsView::TakeRows(std::vector<uint32_t> rows) {
     }
   }
   kept_.reset();
+  columns_->Fit();
   if (HasText() && !SelectedFunction() && model_->rowCount() > 0) {
     Select(0);
   }

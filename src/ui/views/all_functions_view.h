@@ -10,6 +10,7 @@
 #include "ui/commands/frame_operations.h"
 #include "ui/sliced_work.h"
 #include "ui/ui_context.h"
+#include "ui/views/fitted_columns.h"
 #include "ui/views/function_ordering.h"
 #include "ui/views/row_texts.h"
 
@@ -40,6 +41,7 @@ class AllFunctionsView : public QWidget, public View, public CommandTarget {
   void Execute(Command command) override;
 
   QTableView& Table() { return *table_; }
+  FittedColumns& Columns() { return *columns_; }
   QLineEdit& Text() { return *text_; }
   // Rows that are still being sorted or filtered, or texts being copied.
   bool IsWorking() const { return work_.IsRunning() || copying_.IsRunning(); }
@@ -73,6 +75,7 @@ class AllFunctionsView : public QWidget, public View, public CommandTarget {
   QLabel* count_;
   QTableView* table_;
   AllFunctionsModel* model_;
+  FittedColumns* columns_ = nullptr;
   FunctionOrderBy by_;
   bool isStale_ = true;          // what is shown is not of the analysis as it is
   std::vector<uint32_t> order_;  // all functions, as they are sorted

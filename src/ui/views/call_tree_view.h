@@ -20,9 +20,9 @@ namespace velkor::ui {
 // The call graph below the top-level functions of the document. Its selection drives the function
 // list: every change sets the document's current selection and then tells all other views with
 // HINT_SELECTION. Behind the names stand totals, and what of the bounds they do not say. After an
-// analysis the entry that takes the most is selected. A right click selects nothing, but the command chosen from its menu acts on the
-// node under the pointer, which looks selected as long as the menu is open. Told of the document's
-// changes from its creation to its destruction.
+// analysis the entry that takes the most is selected. A right click selects nothing, but the
+// command chosen from its menu acts on the node under the pointer, which looks selected as long as
+// the menu is open. Told of the document's changes from its creation to its destruction.
 class CStkTreeView : public QTreeView, public View, public CommandTarget {
  public:
   CStkTreeView(UiContext& context, FrameOperations& frame, QWidget* parent = nullptr);
@@ -54,6 +54,7 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
@@ -90,7 +91,7 @@ class CStkTreeView : public QTreeView, public View, public CommandTarget {
 
   UiContext& context_;
   FrameOperations& frame_;
-  CallTreeModel* model_;   // owned by the Qt parent, as is the next
+  CallTreeModel* model_;  // owned by the Qt parent, as is the next
   ChainOpening* opening_;
   NeedTexts needs_;
   TreeOrder order_ = TreeOrder::kModule;

@@ -8,6 +8,7 @@
 
 #include "ui/commands/context_menu.h"
 #include "ui/commands/function_commands.h"
+#include "ui/pane_ring.h"
 #include "ui/views/callers_model.h"
 #include "ui/views/function_icons.h"
 
@@ -42,11 +43,15 @@ void CallersView::SetUp() {
   setIconSize(kTreeIconSize);
   setTextElideMode(Qt::ElideMiddle);
   setExpandsOnDoubleClick(false);
-  header()->setStretchLastSection(true);
+  setMinimumHeight(kLeastViewHeight);
+  header()->setStretchLastSection(false);
   for (int column = 0; column < CallersModel::kColumnCount; ++column) {
     const int width = fontMetrics().averageCharWidth() * kCallerCharacters[column];
     setColumnWidth(column, std::max(width, header()->sectionSizeHint(column)));
   }
+  columns_ =
+      new FittedColumns(*this, *header(), {CallersModel::kName, columnWidth(CallersModel::kName), true},
+                        {{CallersModel::kFile, columnWidth(CallersModel::kFile)}});
   connect(this, &QAbstractItemView::doubleClicked, this, [this] { Go(); });
 }
 

@@ -10,6 +10,7 @@
 #include "ui/navigation/caller_index.h"
 #include "ui/sliced_work.h"
 #include "ui/ui_context.h"
+#include "ui/views/fitted_columns.h"
 
 namespace velkor::ui {
 
@@ -26,6 +27,8 @@ class CallersView : public QTreeView, public View, public CommandTarget {
   void Show(StkFunction& function);
   // Of the selected row, or none.
   StkFunction* SelectedFunction() const;
+
+  FittedColumns& Columns() { return *columns_; }
 
   void OnUpdate(ViewHint hint) override;
   std::optional<CommandState> StateOf(Command command) override;
@@ -45,7 +48,8 @@ class CallersView : public QTreeView, public View, public CommandTarget {
 
   UiContext& context_;
   FrameOperations& frame_;
-  CallersModel* model_;  // owned by the Qt parent
+  CallersModel* model_;               // owned by the Qt parent
+  FittedColumns* columns_ = nullptr;  // owned by the header
   std::unique_ptr<CallerIndex> callers_;
   bool callersAreKnown_ = false;
   StkFunction* shown_ = nullptr;  // at the top, as soon as the callers are known

@@ -16,11 +16,9 @@ namespace velkor::ui {
 namespace {
 
 constexpr uint32_t kHeaderTextKey = 35000;
-constexpr uint32_t kBoundHeaderKey = kDialogTextKey * 510 + 11;  // the last two, one after the other
+constexpr uint32_t kBoundHeaderKey =
+    kDialogTextKey * 510 + 11;  // the last two, one after the other
 constexpr int kColumnWidths[] = {100, 80, 80, 80, 300, 80, 160};
-// What the column of the paths gives up to that of the names where there is little room, down to
-// as many average characters.
-constexpr int kPathLength = 12;
 
 struct SortCommand {
   Command command;
@@ -90,9 +88,9 @@ CStkListView::CStkListView(UiContext& context, FrameOperations& frame,
       frame_(frame),
       selectedRecord_(std::move(selectedRecord)),
       needs_(context),
-      model_(new FunctionListModel(
-          context.host.codePage, Headers(context), KindsFrom(context),
-          [this](const StkFunction& function) { return NeedOf(function); })),
+      model_(
+          new FunctionListModel(context.host.codePage, Headers(context), KindsFrom(context),
+                                [this](const StkFunction& function) { return NeedOf(function); })),
       header_(new ArrowHeader(this)) {
   model_->setParent(this);
   SetUp();
@@ -125,13 +123,12 @@ void CStkListView::SetUp() {
   for (int column = 0; column < FunctionListModel::kColumnCount; ++column) {
     setColumnWidth(column, std::max(kColumnWidths[column], header_->sectionSizeHint(column)));
   }
-  connect(header_, &QHeaderView::sectionResized, this, [this](int column) {
-    const bool isFitted =
-        column == FunctionListModel::kFunction || column == FunctionListModel::kFile;
-    if (isFitted && !fitting_) {
-      namesFollow_ = false;
-    }
-  });
+  const auto fitted = [](int index, bool byContent = false) {
+    return FittedColumns::Column{index, kColumnWidths[index], byContent};
+  };
+  columns_ =
+      new FittedColumns(*this, *header_, fitted(FunctionListModel::kFunction, true),
+                        {fitted(FunctionListModel::kFile), fitted(FunctionListModel::kMark, true)});
   setTextElideMode(Qt::ElideMiddle);
   connect(this, &QAbstractItemView::doubleClicked, this,
           [this](const QModelIndex& index) { Enter(index); });
@@ -143,16 +140,6 @@ void CStkListView::SetUp() {
       SortBy(std::ranges::find(kColumnKeys, column, &ColumnKey::column)->key);
     }
   });
-}
-
-QByteArray CStkListView::OwnColumns() const {
-  return namesFollow_ ? QByteArray() : header_->saveState();
-}
-
-void CStkListView::SetOwnColumns(const QByteArray& columns) {
-  if (!columns.isEmpty() && header_->restoreState(columns)) {
-    namesFollow_ = false;
-  }
 }
 
 StkFunction* CStkListView::SelectedFunction() const {
@@ -187,9 +174,7 @@ void CStkListView::Execute(Command command) {
   }
   if (const std::optional<int> column = ShownColumnOf(command)) {
     setColumnHidden(*column, !isColumnHidden(*column));
-    if (namesFollow_) {
-      FitNames();
-    }
+    columns_->Fit();
     return;
   }
   ExecuteFunctionCommand(command, SelectedFunction(), frame_);
@@ -259,31 +244,6 @@ void CStkListView::ShowMenu(const QPoint& position) {
   menu->popup(position);
 }
 
-void CStkListView::resizeEvent(QResizeEvent* event) {
-  QTreeView::resizeEvent(event);
-  if (namesFollow_) {
-    FitNames();
-  }
-}
-
-// Names get the width that the other columns leave over, until the user gives a column another. In
-// a narrow list the paths, which a tooltip shows whole, are cut before the names; in one that
-// scrolls sideways anyway names take up to half of it.
-void CStkListView::FitNames() {
-  const int names = FunctionListModel::kFunction;
-  const int paths = FunctionListModel::kFile;
-  const int others = header_->length() - columnWidth(names) - columnWidth(paths);
-  const int free = viewport()->width() - others;
-  const int leastPaths = fontMetrics().averageCharWidth() * kPathLength;
-  const int wanted = std::max(kColumnWidths[names], sizeHintForColumn(names));
-  const int forPaths = std::clamp(free - wanted, leastPaths, kColumnWidths[paths]);
-  const int forNames = std::min(wanted, std::max(kColumnWidths[names], viewport()->width() / 2));
-  fitting_ = true;
-  setColumnWidth(paths, forPaths);
-  setColumnWidth(names, std::max(forNames, free - forPaths));
-  fitting_ = false;
-}
-
 void CStkListView::selectionChanged(const QItemSelection& selected,
                                     const QItemSelection& deselected) {
   QTreeView::selectionChanged(selected, deselected);
@@ -308,9 +268,7 @@ void CStkListView::Fill() {
   } else {
     model_->Clear();
   }
-  if (namesFollow_) {
-    FitNames();
-  }
+  columns_->Fit();
   frame_.UpdateCommands();
 }
 

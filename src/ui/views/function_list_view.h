@@ -8,6 +8,7 @@
 #include "ui/commands/command_target.h"
 #include "ui/commands/frame_operations.h"
 #include "ui/ui_context.h"
+#include "ui/views/fitted_columns.h"
 #include "ui/views/function_list_model.h"
 #include "ui/views/function_order.h"
 #include "ui/views/need_text.h"
@@ -18,8 +19,9 @@ namespace velkor::ui {
 class ArrowHeader;
 
 // The function that is selected in the call tree and the functions that it calls, as a table that
-// can be sorted by any column. The last two columns, of the bound, can be hidden. Refills itself on HINT_SELECTION, empties on HINT_CLEAR, ignores
-// every other hint. Told of the document's changes from its creation to its destruction.
+// can be sorted by any column. The last two columns, of the bound, can be hidden. Refills itself on
+// HINT_SELECTION, empties on HINT_CLEAR, ignores every other hint. Told of the document's changes
+// from its creation to its destruction.
 class CStkListView : public QTreeView, public View, public CommandTarget {
  public:
   // selectedRecord: the call tree's record of its selected node, or none.
@@ -29,9 +31,7 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
 
   // Of the selected row, or none.
   StkFunction* SelectedFunction() const;
-  // The widths that the user has given to columns, to be given again; empty: none.
-  QByteArray OwnColumns() const;
-  void SetOwnColumns(const QByteArray& columns);
+  FittedColumns& Columns() { return *columns_; }
 
   void OnUpdate(ViewHint hint) override;
   std::optional<CommandState> StateOf(Command command) override;
@@ -43,7 +43,6 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
   void keyPressEvent(QKeyEvent* event) override;
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
-  void resizeEvent(QResizeEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
@@ -51,7 +50,6 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
   void SetUp();
   void Enter(const QModelIndex& index);
   FunctionListModel::Need NeedOf(const StkFunction& function) const;
-  void FitNames();
   void ShowMenu(const QPoint& position);
   void Clear();
   void Fill();
@@ -65,10 +63,9 @@ class CStkListView : public QTreeView, public View, public CommandTarget {
   NeedTexts needs_;
   FunctionListModel* model_;  // owned by the Qt parent, as is the header
   ArrowHeader* header_;
+  FittedColumns* columns_ = nullptr;  // owned by the header
   std::optional<SortKey> sortKey_;
   bool descending_ = false;
-  bool namesFollow_ = true;  // the width of their column follows that of the view
-  bool fitting_ = false;
 };
 
 }  // namespace velkor::ui
