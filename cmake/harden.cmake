@@ -3,6 +3,7 @@
 if(VELKOR_HARDEN AND WIN32)
   # Where the program is loaded, and that its data does not run, is the linker's default.
   target_compile_options(velkor_compile INTERFACE -D_GLIBCXX_ASSERTIONS -fstack-protector-strong)
+  target_link_options(velkor_compile INTERFACE -fstack-protector-strong)  # for the function it calls
 elseif(VELKOR_HARDEN)
   target_compile_options(velkor_compile INTERFACE
     -fPIE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -D_GLIBCXX_ASSERTIONS

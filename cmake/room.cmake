@@ -6,14 +6,14 @@ function(velkor_compile_at_once target)
 endfunction()
 
 # velkor_sources(VARIABLE): all .cpp files of the current folder and of the folders in it, but of
-# posix/ and windows/ those of the host alone.
+# folders posix and windows those of the host alone.
 function(velkor_sources variable)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
   set(others windows)
   if(WIN32)
     set(others posix)
   endif()
-  list(FILTER sources EXCLUDE REGEX "^${CMAKE_CURRENT_SOURCE_DIR}/${others}/")
+  list(FILTER sources EXCLUDE REGEX "^${CMAKE_CURRENT_SOURCE_DIR}/(.*/)?${others}/")
   set(${variable} ${sources} PARENT_SCOPE)
 endfunction()
 

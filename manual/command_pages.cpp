@@ -38,8 +38,8 @@ const char* const kEnvironment =
 
 const char* const kFiles =
     ".TP\n.I ../dattarn/\n.TQ\n.I ../share/velkor/\n"
-    "Tables of the stack sizes of library functions, beside the folder of the program; the first\n"
-    "that is there counts. Without them the tables within the program serve.\n"
+    "Tables of the stack sizes of library functions, beside the folder of the program; the\n"
+    "first that is there counts. Without them the tables within the program serve.\n"
     ".TP\n.I velkor.toml\nWhat a program's stacks are; see\n.BR velkor.toml (5).\n"
     ".TP\n.I velkor.baseline.json\nWhat the stacks needed before, beside it.\n"
     ".TP\n.IR project .psg\nWhat was stated about the functions of\n.IR project .prj.\n";
@@ -55,7 +55,7 @@ std::string ExitStatusSection() {
 ManualPage ProgramPage(const CLI::App& app) {
   ManualPage page(kProgram, "tell how much stack the functions of a firmware program use at most");
   page.AddCalling(app);
-  page.AddSection("DESCRIPTION", Roff(app.get_description()) + "\n.PP\n" + kManners);
+  page.AddSection("DESCRIPTION", Lines(app.get_description()) + "\n.PP\n" + kManners);
   std::string commands;
   std::vector<std::string> pages = {"velkor(1)", "velkor.toml(5)"};
   for (const CLI::App* command : app.get_subcommands({})) {
@@ -75,7 +75,7 @@ ManualPage ProgramPage(const CLI::App& app) {
 ManualPage CommandPage(const CLI::App& command) {
   ManualPage page(kProgram + " " + command.get_name(), command.get_description());
   page.AddCalling(command);
-  page.AddSection("DESCRIPTION", Roff(Sentence(command.get_description())) +
+  page.AddSection("DESCRIPTION", Lines(Sentence(command.get_description())) +
                                      "\n.PP\nExit status, environment and files:\n.BR " +
                                      Roff(kProgram) + " (1).\n");
   page.AddArguments(command);

@@ -46,7 +46,7 @@ std::string Upper(std::string text) {
 }  // namespace
 
 std::string Tagged(const std::string& tag, const std::string& text) {
-  return ".TP\n" + tag + "\n" + Roff(Sentence(text)) + "\n";
+  return ".TP\n" + tag + "\n" + Lines(Sentence(text)) + "\n";
 }
 
 ManualPage::ManualPage(const std::string& caption, const std::string& text)

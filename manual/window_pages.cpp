@@ -25,10 +25,11 @@ void WritePage(const std::string& folder) {
   ManualPage page("velkor", "show how much stack the functions of a firmware program use at most");
   page.AddCalling(app);
   page.AddSection("DESCRIPTION",
-                  Roff(app.get_description()) +
-                      "\n.PP\nThe window shows the calls below each function, with what each takes, "
-                      "and keeps what you state about functions with the project. F1 shows the "
-                      "help of the window that is in front.\n");
+                  Lines(app.get_description()) + "\n.PP\n" +
+                      Lines("The window shows the calls below each function, with what each takes, "
+                            "and keeps what you state about functions with the project. F1 shows "
+                            "the help of the window that is in front.") +
+                      "\n");
   page.AddArguments(app);
   page.AddSeeAlso({"velkor-cli(1)", "velkor.toml(5)"});
   WriteFile(folder + "/velkor.1", page.Text());

@@ -17,10 +17,15 @@ compared=0
 put_inputs() {
   rm -rf "$scratch/in"
   mkdir "$scratch/in"
-  cp -r "$root/examples/lua" "$root/examples/firmware" "$scratch/in"
+  cp -a "$root/examples/lua" "$root/examples/firmware" "$scratch/in"
   for folder in "$corpus"/gcc/lua/arm "$corpus"/gcc/micro/basic-arm; do
-    [ ! -d "$folder" ] || cp -r "$folder" "$scratch/in/$(basename "$folder")"
+    [ ! -d "$folder" ] || cp -a "$folder" "$scratch/in/$(basename "$folder")"
   done
+}
+
+# The sum and the name of each file in that folder.
+sums() {
+  (cd "$scratch/in" && find . -type f -print0 | LC_ALL=C sort -z | xargs -0 md5sum)
 }
 
 # A project whose analysis takes a while: many names of one long module.
@@ -43,16 +48,28 @@ as_here() {
     sed "s|${windows%/bin/*}/|BUILD/|g; s|${here%/bin/*}/|BUILD/|g"
 }
 
+# What became of the files: those that are gone, those that are new or changed.
+say_files() {
+  sums >"$scratch/left"
+  if cmp -s "$scratch/inputs" "$scratch/left"; then
+    return
+  fi
+  LC_ALL=C comm -23 <(cut -c35- "$scratch/inputs") <(cut -c35- "$scratch/left") | sed 's/^/gone: /'
+  LC_ALL=C comm -13 <(LC_ALL=C sort "$scratch/inputs") <(LC_ALL=C sort "$scratch/left") |
+    cut -c35- | LC_ALL=C sort | while read -r file; do
+      echo "left: $file"
+      as_here "$scratch/in/$file"
+    done
+  put_inputs
+}
+
 run() {  # NAME COMMAND...
   local name=$1 status=0
   shift
-  put_inputs
   (cd "$scratch/in" && "$@") >"$scratch/$name.out" 2>"$scratch/$name.err" </dev/null || status=$?
   as_here "$scratch/$name.out" >"$scratch/$name.said"
   as_here "$scratch/$name.err" | sed '/^wine: /d' >>"$scratch/$name.said"  # its services share it
-  (cd "$scratch/in" && find . -type f | LC_ALL=C sort | while read -r file; do
-    as_here "$file" | md5sum | sed "s|-|$file|"
-  done) >>"$scratch/$name.said"
+  say_files >>"$scratch/$name.said"
   echo "status $status" >>"$scratch/$name.said"
 }
 
@@ -63,12 +80,14 @@ compare() {  # ARGUMENT...
   if ! cmp -s "$scratch/here.said" "$scratch/windows.said"; then
     failed=1
     echo "velkor-cli $*"
-    diff "$scratch/here.said" "$scratch/windows.said" | head -20
+    diff "$scratch/here.said" "$scratch/windows.said" | head -20 || true
   fi
 }
 
 export LC_ALL=C.UTF-8 VELKOR_MAP=
 page=(--codepage utf-8)
+put_inputs
+sums >"$scratch/inputs"
 for input in lua/app.prj firmware/app.prj arm basic-arm; do
   if [ ! -e "$root/examples/$input" ] && [ ! -d "$corpus/gcc/lua/arm" ]; then
     echo "no corpus: $input is left out" >&2

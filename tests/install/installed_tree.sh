@@ -56,7 +56,7 @@ for key in $(grep -oE '\{"[a-z]+", &ConfigurationReader' "$source/src/readers/co
 done
 if command -v mandoc >/dev/null; then
   for file in "$tree"/share/man/man*/*.gz; do
-    zcat "$file" | mandoc -T lint -W error || fail "$file"
+    zcat "$file" | mandoc -T lint -W warning || fail "$file"
   done
 fi
 

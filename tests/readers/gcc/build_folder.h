@@ -32,7 +32,7 @@ struct BuildFolder {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
       if (entry.is_regular_file()) {
         std::ifstream file(entry.path(), std::ios::binary);
-        Put(std::filesystem::relative(entry.path(), folder).string(),
+        Put(std::filesystem::relative(entry.path(), folder).generic_string(),
             {std::istreambuf_iterator<char>(file), {}});
       }
     }

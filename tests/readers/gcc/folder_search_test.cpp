@@ -1,16 +1,11 @@
 #include "readers/gcc/folder_search.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
 
-#include "platform/host_file_system.h"
-#include "platform/temporary_folder.h"
 #include "support/memory_files.h"
 
 namespace velkor {
 namespace {
-
-namespace fs = std::filesystem;
 
 using Paths = std::vector<std::string>;
 
@@ -78,32 +73,6 @@ TEST(FolderSearch, LeavesOutWhatIsNoBuildOfTheUser) {
   files.Refuse("b/deep/er");
   EXPECT_EQ(SearchFolder(files, "b", {}).unreadable, Paths{"b/deep/er"});
   EXPECT_EQ(SearchFolder(files, "c", {}).unreadable, Paths{"c"});
-}
-
-// On the host: the same whatever order files were made in, each folder once, links followed.
-TEST(FolderSearch, OfTheHost) {
-  const testing::TemporaryFolder folder;
-  const CodePage codePage = CodePage::Utf8();
-  const HostPaths paths{codePage};
-  HostFileSystem files{paths};
-  const std::string build = folder / "build";
-  for (const char* name : {"z/f.ci", "a/f.ci", "a-b/f.ci", "m.ci", "outside/n.ci"}) {
-    folder.Put(name == std::string_view("outside/n.ci") ? name : std::string("build/") + name, "");
-  }
-  fs::create_directory_symlink(build, build + "/a/circle");
-  fs::create_directory_symlink("z", build + "/first");  // has its own name
-  fs::create_directory_symlink(folder / "outside", build + "/there");
-  fs::create_symlink("nothing", build + "/gone.ci");
-  fs::create_symlink("m.ci", build + "/n.ci");
-  fs::create_directory(build + "/named.ci");
-  const Paths expected = {build + "/a-b/f.ci", build + "/a/f.ci", build + "/gone.ci",
-                          build + "/m.ci",     build + "/n.ci",   build + "/there/n.ci",
-                          build + "/z/f.ci"};
-  const FolderContents found = SearchFolder(files, build, {});
-  EXPECT_EQ(found.callGraphs, expected);
-  EXPECT_TRUE(found.unreadable.empty());
-  EXPECT_EQ(SearchFolder(files, build + "/m.ci", {}).unreadable, Paths{build + "/m.ci"});
-  EXPECT_TRUE(SearchFolder(files, build + "/named.ci", {}).unreadable.empty());
 }
 
 }  // namespace

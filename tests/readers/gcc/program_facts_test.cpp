@@ -1,7 +1,5 @@
-#include <cstdlib>
 #include <gtest/gtest.h>
 
-#include "platform/temporary_folder.h"
 #include "readers/gcc/build_folder.h"
 #include "readers/gcc/elf_image.h"
 #include "readers/gcc/program_target.h"
@@ -187,39 +185,6 @@ TEST(ProgramFacts, HandlersOfAvrAreKnownByTheirNames) {
   ASSERT_EQ(facts.handlers.size(), 2U);
   EXPECT_EQ(facts.handlers[0].names, Texts{"__vector_2"});
   EXPECT_EQ(facts.handlers[1].names, Texts{"__vector_11"});
-}
-
-TEST(ProgramFacts, WhatIsHandedToACreatorOfTasksMayBeOne) {
-  int compiled = 0;
-  for (const std::string compiler : {"gcc -O1 -fno-pic", "gcc -O1 -fPIC -ffunction-sections",
-                                     "arm-none-eabi-gcc -Os -mcpu=cortex-m4 -mthumb",
-                                     "arm-none-eabi-gcc -O2 -mcpu=cortex-m33 -mthumb"}) {
-    const testing::TemporaryFolder folder;
-    folder.Put("a.c",
-               "void xTaskCreate(void (*task)(void*), int* stack);\n"
-               "void call(void (*callback)(void*));\nvoid other(void*);\nextern int data[];\n"
-               "static void task(void* p) { data[1] = 1; }\n"
-               "static void callback(void* p) { data[2] = 1; }\n"
-               "void start(void) { xTaskCreate(task, data); xTaskCreate(other, data); }\n"
-               "void register_it(void) { call(callback); }\n");
-    folder.Put("b.c", "void other(void* p) {}\n");
-    const std::string command = "cd " + folder.Path() + " && for f in a b; do " + compiler +
-                                " -fcallgraph-info=su,da -c $f.c 2>/dev/null || exit 1; done";
-    if (std::system(command.c_str()) != 0) {  // NOLINT(concurrency-mt-unsafe): one thread
-      continue;
-    }
-    ++compiled;
-    BuildFolder build;
-    build.PutAll(folder.Path());
-    ASSERT_TRUE(build.Analyse());
-    Texts tasks;
-    for (const ProgramFacts::Task& task : build.input->Facts().tasks) {
-      tasks.push_back(build.NameOf(*build.functions->Functions()[task.function]) + " by " +
-                      task.creator);
-    }
-    EXPECT_EQ(tasks, (Texts{"a.c#task by start", "other by start"})) << compiler;
-  }
-  EXPECT_GT(compiled, 0);
 }
 
 }  // namespace
