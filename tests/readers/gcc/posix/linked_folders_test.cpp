@@ -26,14 +26,14 @@ TEST(FolderSearch, FollowsLinksOfTheHost) {
   fs::create_symlink("nothing", build + "/gone.ci");
   fs::create_symlink("m.ci", build + "/n.ci");
   fs::create_directory(build + "/named.ci");
-  using Paths = std::vector<std::string>;
-  const Paths expected = {build + "/a-b/f.ci", build + "/a/f.ci", build + "/gone.ci",
+  using Texts = std::vector<std::string>;
+  const Texts expected = {build + "/a-b/f.ci", build + "/a/f.ci", build + "/gone.ci",
                           build + "/m.ci",     build + "/n.ci",   build + "/there/n.ci",
                           build + "/z/f.ci"};
   const FolderContents found = SearchFolder(files, build, {});
   EXPECT_EQ(found.callGraphs, expected);
   EXPECT_TRUE(found.unreadable.empty());
-  EXPECT_EQ(SearchFolder(files, build + "/m.ci", {}).unreadable, Paths{build + "/m.ci"});
+  EXPECT_EQ(SearchFolder(files, build + "/m.ci", {}).unreadable, Texts{build + "/m.ci"});
   EXPECT_TRUE(SearchFolder(files, build + "/named.ci", {}).unreadable.empty());
 }
 
