@@ -103,7 +103,8 @@ class WindowBench {
              .legend = [](UiContext&, QWidget*) {},
              .options = [](UiContext&, QWidget*) { return false; },
              .openSource = [](UiContext&, const std::string&, uint32_t) { return false; },
-             .readsOtherwise = [](UiContext&, const std::string&) { return false; }}) {}
+             .readsOtherwise = [](UiContext&, const std::string&) { return false; },
+             .staysOpen = [] {}}) {}
 
   void Run(const std::string& project) {
     std::printf("%-40s %14s %14s %10s\n", "step", "stands still", "of it work", "takes");
