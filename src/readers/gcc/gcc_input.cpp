@@ -184,13 +184,14 @@ std::unique_ptr<LinkedProgram> GccInput::TakeProgram() {
     return nullptr;
   }
   const StkMessages& messages = reporter_.Messages();
-  auto [isOpened, isCutShort, program] = program_->Take();
+  ProgramAhead::Result read = program_->Take();
   program_ = nullptr;
-  if (!isOpened) {
+  if (!read.isOpened) {
     PostNote("program-not-read", std::string(messages.Text(MessageKey::kNoteNotRead)),
              settings_.elf, true);
     return nullptr;
   }
+  const LinkedProgram* const program = read.program.get();
   const BinaryFaults faults = program->Faults();
   for (const BinaryFaults::Entry& entry : faults.Entries()) {
     PostNote("program-not-read",
@@ -202,7 +203,7 @@ std::unique_ptr<LinkedProgram> GccInput::TakeProgram() {
              messages.FormatMessageText(MessageKey::kNoteNoVectors, {settings_.vectors}),
              settings_.elf, true);
   }
-  if (!program->IsElf() || isCutShort) {
+  if (!program->IsElf() || read.isCutShort) {
     return nullptr;
   }
   if (!program->Code().IsKnownMachine() || !program->HasSymbols()) {
@@ -210,7 +211,7 @@ std::unique_ptr<LinkedProgram> GccInput::TakeProgram() {
         program->HasSymbols() ? MessageKey::kNoteMachineNotRead : MessageKey::kNoteProgramStripped;
     PostNote("code-not-read", std::string(messages.Text(why)), settings_.elf);
   }
-  return std::move(program);
+  return std::move(read.program);
 }
 
 void GccInput::PostNote(std::string_view rule, std::string text, std::string_view file,
