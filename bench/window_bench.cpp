@@ -258,9 +258,7 @@ class WindowBench {
     Choose(Command::kAllFunctions);
     application_.Frame().TreeView().setFocus();
   }
-  void AwaitWay() {
-    QTest::qWait(kWayMilliseconds);
-  }
+  void AwaitWay() { QTest::qWait(kWayMilliseconds); }
 
   void Adjustments() {
     CStkTreeView& tree = application_.Frame().TreeView();

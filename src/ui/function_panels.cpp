@@ -1,40 +1,53 @@
 #include "ui/function_panels.h"
 
+#include <utility>
+
 namespace velkor::ui {
 
 namespace {
 
 constexpr uint32_t kAllTitle = kDialogTextKey * 502 + 10;
 constexpr uint32_t kCallersTitle = kDialogTextKey * 502 + 15;
+constexpr double kPartOfWindow = 0.3;
 
 }  // namespace
 
 FunctionPanels::FunctionPanels(UiContext& context, FrameOperations& frame, QMainWindow& window)
     : context_(context),
       frame_(frame),
+      window_(window),
       all_(new AllFunctionsView(context, frame)),
       callers_(new CallersView(context, frame)),
-      allPanel_(AddPanel(window, kAllTitle, "allFunctions", all_)),
-      callersPanel_(AddPanel(window, kCallersTitle, "callers", callers_)) {
+      allPanel_(AddPanel(kAllTitle, "allFunctions", all_)),
+      callersPanel_(AddPanel(kCallersTitle, "callers", callers_)) {
   window.tabifyDockWidget(allPanel_, callersPanel_);
   allPanel_->hide();
   callersPanel_->hide();
 }
 
-QDockWidget* FunctionPanels::AddPanel(QMainWindow& window, uint32_t title, const char* name,
-                                      QWidget* view) {
-  auto* panel = new QDockWidget(context_.Text(title), &window);
+QDockWidget* FunctionPanels::AddPanel(uint32_t title, const char* name, QWidget* view) {
+  auto* panel = new QDockWidget(context_.Text(title), &window_);
   panel->setObjectName(name);
   panel->setWidget(view);
-  window.addDockWidget(Qt::BottomDockWidgetArea, panel);
+  window_.addDockWidget(Qt::BottomDockWidgetArea, panel);
   QObject::connect(panel, &QDockWidget::visibilityChanged, panel,
                    [this] { frame_.UpdateCommands(); });
   return panel;
 }
 
+// The views above keep most of the window when the first of them opens.
+void FunctionPanels::Open(QDockWidget& panel) {
+  const bool isFirst = allPanel_->isHidden() && callersPanel_->isHidden();
+  panel.show();
+  panel.raise();
+  if (isFirst && !std::exchange(hasHeight_, true) && !panel.isFloating()) {
+    window_.resizeDocks({&panel}, {static_cast<int>(window_.height() * kPartOfWindow)},
+                        Qt::Vertical);
+  }
+}
+
 void FunctionPanels::ShowCallers(StkFunction& function) {
-  callersPanel_->show();
-  callersPanel_->raise();
+  Open(*callersPanel_);
   callers_->Show(function);
   callers_->setFocus();
 }
@@ -56,8 +69,7 @@ std::optional<CommandState> FunctionPanels::StateOf(Command command) {
 void FunctionPanels::Execute(Command command) {
   switch (command) {
     case Command::kFind:
-      allPanel_->show();
-      allPanel_->raise();
+      Open(*allPanel_);
       all_->StartFind();
       return;
     case Command::kFindNext:
@@ -73,12 +85,12 @@ void FunctionPanels::Execute(Command command) {
 
 // One that another panel covers is not what the user wants hidden.
 void FunctionPanels::ToggleAll() {
-  const bool isSeen = !all_->visibleRegion().isEmpty();
-  allPanel_->setVisible(!isSeen);
-  if (!isSeen) {
-    allPanel_->raise();
-    all_->Table().setFocus();
+  if (!all_->visibleRegion().isEmpty()) {
+    allPanel_->hide();
+    return;
   }
+  Open(*allPanel_);
+  all_->Table().setFocus();
 }
 
 // Without anything to look for, it is asked for.
@@ -86,8 +98,7 @@ void FunctionPanels::GoOn(int step) {
   if (!all_->HasText()) {
     return Execute(Command::kFind);
   }
-  allPanel_->show();
-  allPanel_->raise();
+  Open(*allPanel_);
   all_->GoOn(step);
 }
 

@@ -30,12 +30,15 @@ class FunctionPanels : public CommandTarget {
   void Execute(Command command) override;
 
  private:
-  QDockWidget* AddPanel(QMainWindow& window, uint32_t title, const char* name, QWidget* view);
+  QDockWidget* AddPanel(uint32_t title, const char* name, QWidget* view);
+  void Open(QDockWidget& panel);
   void ToggleAll();
   void GoOn(int step);
 
   UiContext& context_;
   FrameOperations& frame_;
+  QMainWindow& window_;
+  bool hasHeight_ = false;  // which the user may have changed since
   // Owned by the window.
   AllFunctionsView* all_;
   CallersView* callers_;

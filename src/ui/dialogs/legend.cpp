@@ -2,8 +2,10 @@
 
 #include <QGridLayout>
 #include <QLabel>
+#include <utility>
 
 #include "ui/dialogs/dialog_controls.h"
+#include "ui/summary/summary_marks.h"
 #include "ui/views/accessible_texts.h"
 #include "ui/views/function_icons.h"
 
@@ -17,6 +19,13 @@ constexpr uint32_t kLegendClose = kLegendTitle + 1;
 constexpr uint32_t kFirstMeaning = kLegendTitle + 10;
 constexpr const char16_t* kMarks[] = {u"f*", u"f&",       u"[f]",  u"file.c#f",
                                       u"?",  u"SIZEOVER", u"≥100", u"10 *3"};
+
+// Those of the summary, with their meanings.
+constexpr std::pair<SummaryMark, uint32_t> kSummaryMarks[] = {
+    {SummaryMark::kFine, kLegendTitle + 20},
+    {SummaryMark::kOpen, kLegendTitle + 21},
+    {SummaryMark::kBad, kLegendTitle + 22},
+    {SummaryMark::kNote, kLegendTitle + 23}};
 
 void AddRow(QGridLayout& rows, QLabel* sign, const QString& meaning) {
   auto* text = new QLabel(meaning, rows.parentWidget());
@@ -32,12 +41,18 @@ Legend::Legend(const UiContext& context, QWidget* parent) : QDialog(parent) {
   setAttribute(Qt::WA_DeleteOnClose);
   setWindowTitle(context.Text(kLegendTitle));
   auto* rows = new QGridLayout(this);
+  const auto addIcon = [&](const QIcon& icon, const QString& meaning) {
+    auto* sign = new QLabel(this);
+    sign->setPixmap(icon.pixmap(kTreeIconSize, devicePixelRatioF()));
+    sign->setAccessibleName(meaning);
+    AddRow(*rows, sign, meaning);
+  };
   const KindDescriptions kinds = KindsFrom(context);
   for (size_t kind = 0; kind < kinds.size(); ++kind) {
-    auto* icon = new QLabel(this);
-    icon->setPixmap(TreeIcon(static_cast<int>(kind)).pixmap(kTreeIconSize, devicePixelRatioF()));
-    icon->setAccessibleName(kinds[kind]);
-    AddRow(*rows, icon, kinds[kind]);
+    addIcon(TreeIcon(static_cast<int>(kind)), kinds[kind]);
+  }
+  for (const auto& [mark, meaning] : kSummaryMarks) {
+    addIcon(SummaryMarkIcon(mark), context.Text(meaning));
   }
   uint32_t meaning = kFirstMeaning;
   for (const char16_t* mark : kMarks) {

@@ -148,12 +148,12 @@ std::vector<SummaryGroup> SummaryRows::Wanted(const AnalysisAnswer& answer) cons
   for (const PlannedStep& step : answer.plan.steps) {
     wanted += step.statements.size();
   }
+  AddGroup(kWantedGroup, wanted, WantedRows(answer), groups);
   if (answer.gate) {
     std::vector<SummaryRow> findings = FindingRows(*answer.gate);
     const size_t count = findings.size();
     AddGroup(kFindingsGroup, count, std::move(findings), groups);
   }
-  AddGroup(kWantedGroup, wanted, WantedRows(answer), groups);
   AddGroup(kNotesGroup, answer.result.notes.size(), NoteRows(answer), groups);
   return groups;
 }

@@ -90,6 +90,8 @@ SummaryTable::SummaryTable(std::array<QString, SummaryModel::kColumnCount> heade
 }
 
 void SummaryTable::SetGroups(std::vector<SummaryGroup> groups) {
+  const QModelIndex current = currentIndex();
+  const QModelIndex groupOfCurrent = current.parent();
   model_->SetGroups(std::move(groups));
   for (int group = 0; group < model_->rowCount(); ++group) {
     const QModelIndex title = model_->index(group, 0);
@@ -101,8 +103,18 @@ void SummaryTable::SetGroups(std::vector<SummaryGroup> groups) {
       }
     }
   }
+  if (groupOfCurrent.isValid()) {
+    SelectInGroup(groupOfCurrent.row(), current.row());
+  }
   secondWidth_ = SecondWidth();
   FitColumns();
+}
+
+// What has come to the place of the row before, so that one after the other can be taken.
+void SummaryTable::SelectInGroup(int group, int row) {
+  const QModelIndex title = model_->index(group, 0);
+  const int last = title.isValid() ? model_->rowCount(title) - 1 : -1;
+  setCurrentIndex(model_->index(std::min(row, last), 0, title));
 }
 
 int SummaryTable::SecondWidth() const {

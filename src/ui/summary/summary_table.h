@@ -33,6 +33,7 @@ class SummaryTable : public QTreeView {
   static constexpr int kWidestBar = 90;
 
   const SummaryRow* LinkAt(const QModelIndex& index) const;
+  void SelectInGroup(int group, int row);
   // Of the texts of the second column.
   int SecondWidth() const;
   void FitColumns();

@@ -117,14 +117,7 @@ StkFunction& CallTreeModel::FunctionOf(const QModelIndex& index) const {
 
 QModelIndex CallTreeModel::ChildFor(const StkFunction& function, const QModelIndex& parent) {
   fetchMore(parent);
-  const int count = rowCount(parent);
-  for (int row = 0; row < count; ++row) {
-    const QModelIndex child = index(row, 0, parent);
-    if (&FunctionOf(child) == &function) {
-      return child;
-    }
-  }
-  return {};
+  return index(ChildOf(parent, function), 0, parent);
 }
 
 QModelIndex CallTreeModel::index(int row, int column, const QModelIndex& parent) const {

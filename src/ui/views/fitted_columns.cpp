@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QTimer>
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -108,8 +109,7 @@ bool FittedColumns::eventFilter(QObject* watched, QEvent* event) {
   if (watched == &header_ && event->type() == QEvent::FontChange) {
     Zoom();
     // Once all parts of the table have the new font.
-    QMetaObject::invokeMethod(
-        this, [this] { ShowHeaders(); }, Qt::QueuedConnection);
+    QTimer::singleShot(0, this, [this] { ShowHeaders(); });
   } else if (watched != &header_ && event->type() == QEvent::Resize) {
     Fit();
   }
