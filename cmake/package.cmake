@@ -15,6 +15,10 @@ file(MAKE_DIRECTORY ${folder})
 velkor_compress(${PROJECT_SOURCE_DIR}/CHANGELOG.md changelog)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${documents}/velkor-cli COMPONENT cli
         FILES_MATCHING PATTERN "*.md" PATTERN architecture.md EXCLUDE)
+foreach(example firmware gcc cmake)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/${example} COMPONENT cli
+          DESTINATION ${documents}/velkor-cli/examples PATTERN build EXCLUDE)
+endforeach()
 # The words of those whose libraries are linked in.
 foreach(library libcli11-dev libfmt-dev rapidjson-dev libtomlplusplus-dev libcapstone-dev)
   if(EXISTS /usr/share/doc/${library}/copyright)

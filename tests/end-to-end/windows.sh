@@ -68,7 +68,7 @@ run() {  # NAME COMMAND...
   shift
   (cd "$scratch/in" && "$@") >"$scratch/$name.out" 2>"$scratch/$name.err" </dev/null || status=$?
   as_here "$scratch/$name.out" >"$scratch/$name.said"
-  as_here "$scratch/$name.err" | sed '/^wine: /d' >>"$scratch/$name.said"  # its services share it
+  as_here "$scratch/$name.err" | sed '/^wine[ :]/d' >>"$scratch/$name.said"  # shared with wine
   say_files >>"$scratch/$name.said"
   echo "status $status" >>"$scratch/$name.said"
 }
