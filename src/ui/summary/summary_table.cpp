@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
+#include <QTimer>
 #include <algorithm>
 
 #include "ui/summary/summary_marks.h"
@@ -178,13 +179,10 @@ void SummaryTable::resizeEvent(QResizeEvent* event) {
 void SummaryTable::changeEvent(QEvent* event) {
   QTreeView::changeEvent(event);
   if (event->type() == QEvent::FontChange) {
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-          secondWidth_ = SecondWidth();
-          FitColumns();
-        },
-        Qt::QueuedConnection);
+    QTimer::singleShot(0, this, [this] {
+      secondWidth_ = SecondWidth();
+      FitColumns();
+    });
   }
 }
 

@@ -1,4 +1,5 @@
 #include <QHeaderView>
+#include <QResizeEvent>
 #include <algorithm>
 #include <utility>
 
@@ -96,6 +97,17 @@ void CStkTreeView::ScrollToChain(const QModelIndex& first, const QModelIndex& la
     scrollTo(first);
   }
   GrowColumn();
+}
+
+// A pane or a scroll bar that takes some of its height does not hide what is selected.
+void CStkTreeView::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  const QModelIndex selected = SelectedIndex();
+  const QRect row = selected.isValid() ? visualRect(selected) : QRect();
+  if (row.isValid() && row.top() >= 0 && row.top() < event->oldSize().height() &&
+      row.bottom() >= viewport()->height()) {
+    QTreeView::scrollTo(selected);
+  }
 }
 
 // That reports name first: of those not only reached through pointers the one that takes the most,

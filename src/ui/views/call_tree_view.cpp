@@ -362,17 +362,6 @@ void CStkTreeView::GrowColumnTo(int width) {
   }
 }
 
-// A pane or a scroll bar that takes some of its height does not hide what is selected.
-void CStkTreeView::resizeEvent(QResizeEvent* event) {
-  QTreeView::resizeEvent(event);
-  const QModelIndex selected = SelectedIndex();
-  const QRect row = selected.isValid() ? visualRect(selected) : QRect();
-  if (row.isValid() && row.top() >= 0 && row.top() < event->oldSize().height() &&
-      row.bottom() >= viewport()->height()) {
-    QTreeView::scrollTo(selected);
-  }
-}
-
 void CStkTreeView::ShowMenu(const QModelIndex& index, const QPoint& position) {
   if (!index.isValid()) {
     return;
