@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <memory>
 #include <utility>
 
 #include "core/call_range.h"
@@ -100,9 +99,7 @@ bool StkBounds::IsComplete(const StkFunction& function) const {
 }
 
 void StkBounds::FindStructure() {
-  const std::unique_ptr<Components> found = std::move(table_.components_);
-  Components components =
-      found != nullptr ? std::move(*found) : FindComponents(CallGraph::OfBounds(table_));
+  Components components = FindComponents(CallGraph::OfBounds(table_));
   component_ = std::move(components.of);
   members_ = std::move(components.members);
   firstMember_ = std::move(components.firstMember);

@@ -6,7 +6,6 @@
 #include <string>
 #include <utility>
 
-#include "core/detail/components.h"
 #include "core/detail/function_name_index.h"
 #include "core/function_sorting.h"
 
@@ -393,7 +392,6 @@ void StkFunctionTable::Clear() {
   NoteRearrangedCallees();
   overLimitRoots_ = 0;
   leadsToRecursion_.clear();
-  components_.reset();
 }
 
 }  // namespace velkor

@@ -23,7 +23,6 @@
 namespace velkor {
 
 class FunctionNameIndex;
-struct Components;
 
 // What the functions of an input have in common.
 struct FunctionRules {
@@ -255,9 +254,6 @@ class StkFunctionTable {
   uint32_t overLimitRoots_ = 0;
   std::vector<bool> leadsToRecursion_;  // by index, a recursive one included; empty: not asked yet
   bool keepsTopLevel_ = false;          // a rebuilding of the same graph would mark the same
-  // Of the last rebuilding, for the bounds to take; none when they depend on other calls, or calls
-  // have changed since.
-  std::unique_ptr<Components> components_;
 };
 
 }  // namespace velkor

@@ -94,7 +94,6 @@ bool CalleeUpdate::Follow(const CalleeChange& change) {
     TakeCall(*callee, caller);
   }
   table_.order_.NoteOtherCalls();
-  table_.components_.reset();
   table_.Touch(caller);
   return true;
 }

@@ -39,9 +39,6 @@ void StkComputation::Rebuild() {
                                         : std::next(std::ranges::find(order, *std::prev(start))),
               order.end());
   FindOrder(std::move(order), static_cast<size_t>(root - topLevel.begin()));
-  table_.components_ = table_.broughtTotals_.empty()
-                           ? std::make_unique<Components>(std::move(components))
-                           : nullptr;
 }
 
 // One pass over the records does all that needs one. Answers the functions marked FN_ROOT.
