@@ -11,7 +11,7 @@ namespace {
 
 constexpr size_t kRowsAtOnce = 256;
 // Characters. A text that is not moved when it grows takes no long pause for that.
-constexpr size_t kUsualRow = 96;
+constexpr qsizetype kUsualRow = 96;
 
 QString FieldOf(const QString& cell, RowTexts::Form form) {
   if (form == RowTexts::Form::kTabs) {
@@ -27,7 +27,7 @@ RowTexts::RowTexts(UiContext& context, std::vector<uint32_t> functions, Form for
       functions_(std::move(functions)),
       form_(form),
       bounds_(context.document.Bounds()) {
-  text_.reserve(static_cast<qsizetype>(functions_.size() * kUsualRow));
+  text_.reserve(static_cast<qsizetype>(functions_.size()) * kUsualRow);
   if (form_ == Form::kCsv) {
     Append(CellHeaders(context_));
   }
