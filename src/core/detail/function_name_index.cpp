@@ -178,7 +178,8 @@ bool FunctionNameIndex::VisitFew(uint32_t last, Visit visit) const {
   return false;
 }
 
-FunctionNameIndex::Crowd& FunctionNameIndex::CrowdOf(uint32_t last) {
+const FunctionNameIndex::Crowd& FunctionNameIndex::CrowdOf(uint32_t last) {
+  const std::lock_guard lock(crowdsMutex_);
   Crowd& crowd = crowds_.try_emplace(next_[last], codePage_).first->second;
   uint32_t i = crowd.last == kNone ? last : crowd.last;
   for (bool more = crowd.last != last; more; more = i != last) {

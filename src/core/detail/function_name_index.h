@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <mutex>
 #include <span>
 #include <string_view>
 #include <unordered_map>
@@ -16,7 +17,8 @@ namespace velkor {
 // the table's NameTable.
 //
 // A record's flags may still change between its insertion and the next lookup of its name, so
-// they are read by lookups only. That is also why lookups are not const.
+// they are read by lookups only. That is also why lookups are not const. Several threads may look
+// up at once while nothing else is done.
 class FunctionNameIndex {
  public:
   FunctionNameIndex(const CodePage& codePage, const StkFunctionList& functions)
@@ -79,7 +81,8 @@ class FunctionNameIndex {
   // The records of the name; none when they are a crowd.
   template <typename Visit>
   bool VisitFew(uint32_t last, Visit visit) const;
-  Crowd& CrowdOf(uint32_t last);
+  // As far as the name's records go now; made when it is first asked for, by any thread.
+  const Crowd& CrowdOf(uint32_t last);
   template <typename Fits>
   StkFunction* FindShown(uint32_t name, Fits fits) const;
   bool IsStaticIn(const StkFunction& function, std::string_view fileBaseName) const;
@@ -90,7 +93,8 @@ class FunctionNameIndex {
   std::vector<uint32_t> lastOfName_;  // by name
   std::vector<uint32_t> next_;        // of the same name, by record; the last: the first
   std::unordered_map<uint32_t, std::vector<uint32_t>> shown_;  // records by their shown name
-  std::unordered_map<uint32_t, Crowd> crowds_;                 // by the first record of their name
+  std::mutex crowdsMutex_;
+  std::unordered_map<uint32_t, Crowd> crowds_;  // by the first record of their name
 };
 
 }  // namespace velkor
