@@ -1,6 +1,10 @@
 #include "core/function_sorting.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <numeric>
+#include <vector>
 
 #include "core/function.h"
 
@@ -10,6 +14,7 @@ namespace {
 
 // From here on a list is worth the keys.
 constexpr size_t kLongList = 64;
+constexpr size_t kVeryLongList = 4096;
 
 int CompareNames(const StkFunction& left, const StkFunction& right, const CodePage& codePage) {
   const int order = codePage.Compare(left.name, right.name);
@@ -19,8 +24,8 @@ int CompareNames(const StkFunction& left, const StkFunction& right, const CodePa
 // A function with the bytes of its name, as a number, that follow what all names of the list begin
 // with: where these differ, neither the functions nor the names need to be read.
 struct KeyedFunction {
-  uint64_t key;
-  StkFunction* function;
+  uint64_t key = 0;
+  StkFunction* function = nullptr;
 };
 
 size_t CommonPrefix(std::string_view left, std::string_view right) {
@@ -46,6 +51,32 @@ uint64_t KeyOf(std::string_view name, size_t prefix) {
   return key;
 }
 
+// Equal keys stay in their order. Byte after byte from the last, those left out that all keys
+// share: a fraction of the time of comparisons where there are very many.
+void SortByKey(std::vector<KeyedFunction>& keyed) {
+  std::array<std::array<uint32_t, 256>, sizeof(uint64_t)> counts{};
+  const auto byteOf = [](const KeyedFunction& each, size_t byte) {
+    return static_cast<uint8_t>(each.key >> 8 * byte);
+  };
+  for (const KeyedFunction& each : keyed) {
+    for (size_t byte = 0; byte < counts.size(); ++byte) {
+      ++counts[byte][byteOf(each, byte)];
+    }
+  }
+  std::vector<KeyedFunction> sorted(keyed.size());
+  for (size_t byte = 0; byte < counts.size(); ++byte) {
+    auto& places = counts[byte];
+    if (places[byteOf(keyed.front(), byte)] == keyed.size()) {
+      continue;
+    }
+    std::exclusive_scan(places.begin(), places.end(), places.begin(), uint32_t{0});
+    for (const KeyedFunction& each : keyed) {
+      sorted[places[byteOf(each, byte)]++] = each;
+    }
+    keyed.swap(sorted);
+  }
+}
+
 // For code pages whose character order is the order of the bytes.
 void SortByKeys(std::span<StkFunction*> list, const CodePage& codePage) {
   const size_t prefix = CommonPrefix(list);
@@ -54,10 +85,21 @@ void SortByKeys(std::span<StkFunction*> list, const CodePage& codePage) {
   for (StkFunction* function : list) {
     keyed.push_back({KeyOf(function->name, prefix), function});
   }
-  std::ranges::sort(keyed, [&codePage](const KeyedFunction& left, const KeyedFunction& right) {
-    return left.key != right.key ? left.key < right.key
-                                 : CompareNames(*left.function, *right.function, codePage) < 0;
-  });
+  if (list.size() >= kVeryLongList) {
+    SortByKey(keyed);
+  } else {
+    std::ranges::sort(keyed, {}, &KeyedFunction::key);
+  }
+  for (auto run = keyed.begin(); run != keyed.end();) {
+    const auto end = std::find_if(
+        run, keyed.end(), [&run](const KeyedFunction& each) { return each.key != run->key; });
+    if (end - run > 1) {
+      std::sort(run, end, [&codePage](const KeyedFunction& left, const KeyedFunction& right) {
+        return CompareNames(*left.function, *right.function, codePage) < 0;
+      });
+    }
+    run = end;
+  }
   std::ranges::transform(keyed, list.begin(), &KeyedFunction::function);
 }
 
