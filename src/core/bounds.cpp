@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <memory>
 #include <utility>
 
 #include "core/call_range.h"
@@ -99,7 +100,10 @@ bool StkBounds::IsComplete(const StkFunction& function) const {
 }
 
 void StkBounds::FindStructure() {
-  Components components = FindComponents(CallGraph::OfBounds(table_));
+  const std::unique_ptr<Components> found = std::move(table_.boundComponents_);
+  Components components = found && found->of.size() == table_.Count()
+                              ? std::move(*found)
+                              : FindComponents(CallGraph::OfBounds(table_));
   component_ = std::move(components.of);
   members_ = std::move(components.members);
   firstMember_ = std::move(components.firstMember);

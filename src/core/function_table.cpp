@@ -6,20 +6,26 @@
 #include <string>
 #include <utility>
 
+#include "core/detail/components.h"
 #include "core/detail/function_name_index.h"
 #include "core/function_sorting.h"
+#include "platform/fetch.h"
+#include "platform/ordered_work.h"
 
 namespace velkor {
 
 namespace {
 
 constexpr size_t kFetchedTogether = 16;  // names of calls
+constexpr uint32_t kCallersTogether = 8;
+constexpr uint32_t kNotFound = 0xFFFFFFFF;
 
 }  // namespace
 
-StkFunctionTable::StkFunctionTable(const CodePage& codePage, FunctionRules rules)
+StkFunctionTable::StkFunctionTable(const CodePage& codePage, FunctionRules rules, size_t threads)
     : codePage_(codePage),
       rules_(rules),
+      threads_(threads),
       nameIndex_(std::make_unique<FunctionNameIndex>(codePage, functions_)) {}
 
 StkFunctionTable::~StkFunctionTable() = default;
@@ -81,39 +87,71 @@ void StkFunctionTable::ResolveAllCalls() {
 
 ResolvedCalls StkFunctionTable::ResolveCallees() {
   ResolvedCalls calls;
-  calls.callees.reserve(callNames_.Count());
-  calls.ends.reserve(functions_.size());
+  const uint32_t callers = Count();
+  calls.ends.reserve(callers);
+  uint32_t count = 0;
+  for (uint32_t caller = 0; caller < callers; ++caller) {
+    count += static_cast<uint32_t>(callNames_.Of(caller).size());
+    calls.ends.push_back(count);
+  }
+  calls.callees.resize(count);
+  ForEachRange(callers, threads_,
+               [&](uint32_t first, uint32_t end) { FindCallees(first, end, calls); });
+  for (uint32_t caller = 0, call = 0; caller < callers; ++caller) {
+    for (const uint32_t name : callNames_.Of(caller)) {
+      uint32_t& callee = calls.callees[call++];
+      callee = callee == kNotFound ? ResolveCall(*functions_[caller], name).index : callee;
+    }
+  }
+  calls.ends.resize(Count(), count);  // unknown functions, which call nothing, were appended
+  return calls;
+}
+
+void StkFunctionTable::FindCallees(uint32_t firstCaller, uint32_t endCaller,
+                                   ResolvedCalls& calls) const {
+  uint32_t call = calls.StartOf(firstCaller);
   std::span<const uint32_t> fetched;
-  // Unknown functions, which call nothing, are appended on the way.
-  for (size_t i = 0; i < functions_.size(); ++i) {  // NOLINT(modernize-loop-convert): it grows
-    const StkFunction& caller = *functions_[i];
-    for (const uint32_t& name : callNames_.Of(caller.index)) {
+  for (uint32_t caller = firstCaller; caller < endCaller; ++caller) {
+    for (const uint32_t& name : callNames_.Of(caller)) {
       if (fetched.empty() || &name < &fetched.front() || &name > &fetched.back()) {
         fetched = callNames_.From(name, kFetchedTogether);
         nameIndex_->FetchCallees(fetched);
       }
-      calls.callees.push_back(ResolveCall(caller, name).index);
+      const StkFunction* callee = nameIndex_->FindCallee(name, functions_[caller]->file);
+      calls.callees[call++] = callee != nullptr ? callee->index : kNotFound;
     }
-    calls.ends.push_back(static_cast<uint32_t>(calls.callees.size()));
   }
-  return calls;
 }
 
 void StkFunctionTable::SetAllCalls(const ResolvedCalls& calls) {
-  callees_.clear();
-  callees_.reserve(calls.callees.size());
-  for (const uint32_t callee : calls.callees) {
-    callees_.push_back(&blocks_.At(callee));
-  }
+  callees_.resize(calls.callees.size());
+  ForEachRange(calls.ends.size(), threads_, [&](uint32_t first, uint32_t end) {
+    for (uint32_t caller = first; caller < end; caller += kCallersTogether) {
+      SetCalls(caller, std::min(caller + kCallersTogether, end), calls);
+    }
+  });
+  callers_.reset();
+}
+
+// Each step asks for what the next one reads.
+void StkFunctionTable::SetCalls(uint32_t firstCaller, uint32_t endCaller,
+                                const ResolvedCalls& calls) {
   const std::span<StkFunction*> all(callees_);
-  size_t start = 0;
-  for (uint32_t caller = 0; caller < calls.ends.size(); ++caller) {
-    const std::span<StkFunction*> callees = all.subspan(start, calls.ends[caller] - start);
+  const uint32_t start = calls.StartOf(firstCaller);
+  const std::span<StkFunction*> together = all.subspan(start, calls.ends[endCaller - 1] - start);
+  for (size_t i = 0; i < together.size(); ++i) {
+    together[i] = &blocks_.At(calls.callees[start + i]);
+    Fetch(&together[i]->name);
+  }
+  for (const StkFunction* callee : together) {
+    Fetch(callee->name.data());
+  }
+  for (uint32_t caller = firstCaller; caller < endCaller; ++caller) {
+    const uint32_t first = calls.StartOf(caller);
+    const std::span<StkFunction*> callees = all.subspan(first, calls.ends[caller] - first);
     SortByName(callees, codePage_);
     functions_[caller]->callees = callees;
-    start = calls.ends[caller];
   }
-  callers_.reset();
 }
 
 std::span<const uint32_t> StkFunctionTable::Callers(uint32_t function) const {
@@ -381,6 +419,7 @@ void StkFunctionTable::Clear() {
   extraCallers_ = {};
   touched_.clear();
   changes_ = {};
+  boundComponents_.reset();
   blocks_.Clear();
   names_ = NameTable();
   brought_.clear();

@@ -23,6 +23,7 @@
 namespace velkor {
 
 class FunctionNameIndex;
+struct Components;
 
 // What the functions of an input have in common.
 struct FunctionRules {
@@ -56,13 +57,17 @@ struct KeptStatement {
 };
 
 // All functions of one analysis: owns the records, keeps their insertion order and finds them by
-// name. Records are never removed one by one. Not locked: one thread at a time.
+// name. Records are never removed one by one. Not locked: one thread at a time, which takes others
+// to help it where it does something for all functions.
 //
 // A lookup answers the first match in insertion order among the records of exactly that name, in
 // constant time on average, also where one name stands in very many files.
 class StkFunctionTable {
  public:
-  explicit StkFunctionTable(const CodePage& codePage, FunctionRules rules = {});
+  // threads: how many may work at once on what is done for all functions together; 0: as many as
+  // run at once. Nothing depends on it but the time.
+  explicit StkFunctionTable(const CodePage& codePage, FunctionRules rules = {},
+                            size_t threads = 1);
   ~StkFunctionTable();
   StkFunctionTable(const StkFunctionTable&) = delete;
   StkFunctionTable& operator=(const StkFunctionTable&) = delete;
@@ -225,9 +230,12 @@ class StkFunctionTable {
   StkFunction& Insert(uint32_t name, const StkFileEntry* file, uint32_t flags);
   StkFunction& ResolveCall(const StkFunction& caller, uint32_t calleeName);
   ResolvedCalls ResolveCallees();
+  void FindCallees(uint32_t firstCaller, uint32_t endCaller, ResolvedCalls& calls) const;
+  void SetCalls(uint32_t firstCaller, uint32_t endCaller, const ResolvedCalls& calls);
 
   const CodePage& codePage_;
   const FunctionRules rules_;
+  const size_t threads_;
   NameTable names_;  // of functions and of calls
   CallNameLists callNames_;
   FunctionBlocks blocks_;
@@ -251,6 +259,8 @@ class StkFunctionTable {
   uint32_t adjustedCount_ = 0;
   // Kept from one computation to the next of the same graph:
   ComputationOrder order_;  // empty when not known
+  // Those that the bounds go by, of the calls as they are; none: to be found.
+  std::unique_ptr<Components> boundComponents_;
   uint32_t overLimitRoots_ = 0;
   std::vector<bool> leadsToRecursion_;  // by index, a recursive one included; empty: not asked yet
   bool keepsTopLevel_ = false;          // a rebuilding of the same graph would mark the same

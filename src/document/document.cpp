@@ -73,7 +73,8 @@ void CStkDoc::DeleteContents() {
 
 void CStkDoc::MakeTables() {
   fileTable_ = std::make_unique<StkFileTable>(host_.codePage);
-  functionTable_ = std::make_unique<StkFunctionTable>(host_.codePage, input_->Rules());
+  functionTable_ =
+      std::make_unique<StkFunctionTable>(host_.codePage, input_->Rules(), host_.threads);
   rootList_ = std::make_unique<StkRootList>();
   bounds_ = std::make_unique<StkBounds>(*functionTable_);
 }

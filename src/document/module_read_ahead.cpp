@@ -2,17 +2,12 @@
 
 #include <algorithm>
 
-#include "platform/host_program.h"
 
 namespace velkor {
 
 namespace {
 
 constexpr size_t kModulesPerThread = 2;
-
-size_t ThreadCount(size_t wanted) {
-  return wanted == 0 ? ProcessorsOfProgram() : wanted;
-}
 
 }  // namespace
 

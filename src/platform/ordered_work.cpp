@@ -7,13 +7,13 @@
 #include <mutex>
 #include <vector>
 
-#include "platform/host_program.h"
 #include "platform/worker_thread.h"
 
 namespace velkor {
 namespace {
 
 constexpr size_t kSlotsPerThread = 2;
+constexpr size_t kRangeSize = 4096;
 
 class OrderedRun {
  public:
@@ -109,14 +109,27 @@ class OrderedRun {
 }  // namespace
 
 size_t OrderedWork::Slots() const {
-  const size_t wanted = threads == 0 ? ProcessorsOfProgram() : threads;
-  return std::min(wanted, parts) * kSlotsPerThread;
+  return std::min(ThreadCount(threads), parts) * kSlotsPerThread;
 }
 
 void OrderedWork::Run() const {
   if (parts != 0) {
     OrderedRun(*this).Run();
   }
+}
+
+void ForEachRange(size_t count, size_t threads,
+                  const std::function<void(uint32_t first, uint32_t end)>& work) {
+  OrderedWork{.parts = (count + kRangeSize - 1) / kRangeSize,
+              .threads = threads,
+              .make =
+                  [&](size_t part, size_t) {
+                    const size_t first = part * kRangeSize;
+                    work(static_cast<uint32_t>(first),
+                         static_cast<uint32_t>(std::min(count, first + kRangeSize)));
+                  },
+              .take = [](size_t, size_t) {}}
+      .Run();
 }
 
 }  // namespace velkor

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 
 namespace velkor {
@@ -23,5 +24,11 @@ struct OrderedWork {
   // part's turn having come; no step runs any more then.
   void Run() const;
 };
+
+// The numbers from 0 up to the one before count, in ranges of some thousands, each of which is
+// done by any of several threads, at most so many, 0: as many as run at once. Returns when all
+// ranges are done. What a range throws comes out in the caller's thread.
+void ForEachRange(size_t count, size_t threads,
+                  const std::function<void(uint32_t first, uint32_t end)>& work);
 
 }  // namespace velkor

@@ -3,6 +3,8 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/host_program.h"
+
 namespace velkor {
 
 WorkerThread::WorkerThread(std::function<void()> work)
@@ -29,6 +31,10 @@ void WorkerThread::Wait() {
   if (thread_.joinable()) {
     thread_.join();
   }
+}
+
+size_t ThreadCount(size_t wanted) {
+  return wanted == 0 ? ProcessorsOfProgram() : wanted;
 }
 
 std::vector<std::unique_ptr<WorkerThread>> StartWorkers(size_t count,

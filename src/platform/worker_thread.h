@@ -32,6 +32,9 @@ class WorkerThread {
   std::thread thread_;
 };
 
+// How many threads are meant: 0 is as many as run at once.
+size_t ThreadCount(size_t wanted);
+
 // Threads that all do this work, at most so many: fewer where the system has no more. None runs
 // before all are there.
 std::vector<std::unique_ptr<WorkerThread>> StartWorkers(size_t count,

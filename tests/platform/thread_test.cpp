@@ -170,6 +170,20 @@ TEST(OrderedWork, PartsAreTakenInOrderByAnyNumberOfThreads) {
   }
 }
 
+TEST(ForEachRange, EachNumberIsInOneRange) {
+  for (const size_t threads : {1U, 2U, 8U}) {
+    for (const size_t count : {0U, 1U, 4096U, 100000U}) {
+      std::vector<int> times(count, 0);
+      ForEachRange(count, threads, [&](uint32_t first, uint32_t end) {
+        for (uint32_t number = first; number < end; ++number) {
+          ++times[number];
+        }
+      });
+      EXPECT_EQ(std::ranges::count(times, 1), count);
+    }
+  }
+}
+
 TEST(OrderedWork, WhatAStepThrowsComesOutInItsTurn) {
   for (const bool inMake : {true, false}) {
     std::vector<size_t> taken;

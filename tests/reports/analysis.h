@@ -20,8 +20,8 @@ namespace velkor::testing {
 
 // A graph with its totals and bounds, as an analysis would leave it.
 struct Analysis {
-  explicit Analysis(std::string_view text, CodePage codePage = CodePage::Utf8())
-      : graph(text, std::move(codePage)) {
+  explicit Analysis(std::string_view text, CodePage codePage = CodePage::Utf8(), size_t threads = 1)
+      : graph(text, std::move(codePage), threads) {
     for (StkFunction* function : graph.functions.Functions()) {
       if (function->adjustment) {
         StkAdjustment pending;

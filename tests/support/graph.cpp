@@ -49,7 +49,8 @@ Line ReadLine(Graph& graph, std::istringstream& words) {
 
 }  // namespace
 
-Graph::Graph(std::string_view text, CodePage page) : codePage(std::move(page)) {
+Graph::Graph(std::string_view text, CodePage page, size_t threads)
+    : codePage(std::move(page)), functions(codePage, {}, threads) {
   std::istringstream lines{std::string(text)};
   std::string lineText;
   std::vector<Line> read;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -17,14 +18,14 @@ namespace velkor::testing {
 // callers linked as after ResolveAllCalls, extra callers as before the first computation. A function with "=>" is adjusted
 // (without margin and depth).
 struct Graph {
-  explicit Graph(std::string_view text, CodePage page = CodePage::Utf8());
+  explicit Graph(std::string_view text, CodePage page = CodePage::Utf8(), size_t threads = 1);
 
   // By C name; fails the test when there is none.
   StkFunction& operator[](std::string_view cName);
 
   CodePage codePage;
   StkFileTable files{codePage};
-  StkFunctionTable functions{codePage};
+  StkFunctionTable functions;
 };
 
 }  // namespace velkor::testing

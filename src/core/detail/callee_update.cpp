@@ -94,6 +94,7 @@ bool CalleeUpdate::Follow(const CalleeChange& change) {
     TakeCall(*callee, caller);
   }
   table_.order_.NoteOtherCalls();
+  table_.boundComponents_.reset();
   table_.Touch(caller);
   return true;
 }

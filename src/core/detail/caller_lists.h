@@ -10,6 +10,8 @@ namespace velkor {
 struct ResolvedCalls {
   std::vector<uint32_t> callees;  // by caller, no two equal ones of one caller
   std::vector<uint32_t> ends;     // in callees, by caller
+
+  uint32_t StartOf(uint32_t caller) const { return caller == 0 ? 0 : ends[caller - 1]; }
 };
 
 // The same calls from the other side: for each function those that call it, ascending. Callers are

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <utility>
 
+#include "core/detail/components_ahead.h"
 #include "core/detail/top_level.h"
 #include "core/detail/totals.h"
 #include "core/detail/totals_update.h"
@@ -22,7 +23,13 @@ void StkComputation::Rebuild() {
   roots_.Clear();
   table_.NoteRearrangedCallees();
   table_.NoteStructureChange();
+  table_.boundComponents_.reset();
   const std::vector<uint32_t> marked = ReadCalls();
+  std::optional<CallGraph> boundCalls;
+  if (!table_.broughtTotals_.empty()) {
+    boundCalls = CallGraph::OfBounds(table_);
+  }
+  ComponentsAhead boundComponents(boundCalls ? *boundCalls : *graph_, table_.threads_);
   const std::vector<uint32_t> uncalled = graph_->UncalledFunctions();
   Components components = FindComponents(*graph_, uncalled);
   MarkRecursion(components);
@@ -39,6 +46,7 @@ void StkComputation::Rebuild() {
                                         : std::next(std::ranges::find(order, *std::prev(start))),
               order.end());
   FindOrder(std::move(order), static_cast<size_t>(root - topLevel.begin()));
+  table_.boundComponents_ = boundComponents.Take();
 }
 
 // One pass over the records does all that needs one. Answers the functions marked FN_ROOT.
