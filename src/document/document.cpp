@@ -190,7 +190,8 @@ bool CStkDoc::LoadSpecFile(std::string_view path, bool saveAfter) {
 void CStkDoc::StartReading(std::vector<std::unique_ptr<StkSpecReader>> sources) {
   StopReadings();
   jobs_.Start(std::make_unique<StkSpecReadJob>(std::move(sources), *functionTable_, *rootList_,
-                                               *bounds_, reporter_, mainWindow_));
+                                               *bounds_, !readings_.empty(), reporter_,
+                                               mainWindow_));
 }
 
 void CStkDoc::SpecReadStopped() {

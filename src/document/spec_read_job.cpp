@@ -22,12 +22,13 @@ constexpr uint32_t kSpecLinesPerStopTest = 10;
 
 StkSpecReadJob::StkSpecReadJob(std::vector<std::unique_ptr<StkSpecReader>> sources,
                                StkFunctionTable& functions, StkRootList& roots, StkBounds& bounds,
-                               StkReporter& reporter, MessageTarget& mainWindow)
+                               bool findsCallers, StkReporter& reporter, MessageTarget& mainWindow)
     : StkJob(Event::Reset::kManual, mainWindow),
       sources_(std::move(sources)),
       functions_(functions),
       roots_(roots),
       bounds_(bounds),
+      findsCallers_(findsCallers),
       reporter_(reporter) {}
 
 StkSpecReadJob::~StkSpecReadJob() {
@@ -51,7 +52,7 @@ WorkEnd StkSpecReadJob::Run() {
   }
   // Here they keep nobody waiting.
   bounds_.Update();
-  if (functions_.Count() != 0) {
+  if (findsCallers_ && functions_.Count() != 0) {
     functions_.Callers(0);
   }
   PostEnd(WM_STK_SPECREAD_END);

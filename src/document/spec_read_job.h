@@ -17,12 +17,13 @@ namespace velkor {
 // Reads an ordered list of specification sources, which it owns, and computes the totals after
 // each. The totals are computed at least once, also when the job is stopped or when no source can
 // be opened, with which it counts as completed. Completed, it has brought the bounds up to date.
+// findsCallers: somebody will ask the table for them, and is not to wait then.
 class StkSpecReadJob : public StkJob {
  public:
   static constexpr JobKind kKind = JobKind::kSpecRead;
 
   StkSpecReadJob(std::vector<std::unique_ptr<StkSpecReader>> sources, StkFunctionTable& functions,
-                 StkRootList& roots, StkBounds& bounds, StkReporter& reporter,
+                 StkRootList& roots, StkBounds& bounds, bool findsCallers, StkReporter& reporter,
                  MessageTarget& mainWindow);
   ~StkSpecReadJob() override;
 
@@ -65,6 +66,7 @@ class StkSpecReadJob : public StkJob {
   StkFunctionTable& functions_;
   StkRootList& roots_;
   StkBounds& bounds_;
+  const bool findsCallers_;
   StkReporter& reporter_;
   bool cutShort_ = false;    // the current source
   uint32_t statements_ = 0;  // lines of the current source that state something

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "core/detail/call_name_lists.h"
 #include "core/file_table.h"
@@ -103,6 +106,25 @@ TEST(CallNameLists, HoldNoDuplicatesInWhateverOrderNamesCome) {
   }
   lists.Clear();
   EXPECT_TRUE(lists.Of(0).empty());
+}
+
+// More than are looked through one by one; 2 comes again and again to both.
+TEST(CallNameLists, HoldNoDuplicatesOfManyNames) {
+  CallNameLists lists;
+  for (const uint32_t first : {0U, 40U}) {
+    for (uint32_t i = first; i < first + 40; ++i) {
+      for (const uint32_t function : {0U, 1U}) {
+        lists.Add(function, i);
+        lists.Add(function, i / 2);
+        lists.Add(function, 2);
+      }
+    }
+  }
+  for (const uint32_t function : {0U, 1U}) {
+    const auto names = lists.Of(function);
+    EXPECT_EQ(names.size(), 80U);
+    EXPECT_EQ(std::set<uint32_t>(names.begin(), names.end()).size(), 80U);
+  }
 }
 
 }  // namespace

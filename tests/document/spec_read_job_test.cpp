@@ -32,7 +32,7 @@ class SpecReadJobTest : public ::testing::Test {
   }
   SpecReadUnderTest& Make() {
     job = std::make_unique<SpecReadUnderTest>(std::move(sources), graph.functions, roots, bounds,
-                                recorder.reporter, window);
+                                              true, recorder.reporter, window);
     return *job;
   }
   void Run() {

@@ -6,10 +6,7 @@ void CallNameLists::Add(uint32_t function, uint32_t name) {
   if (function != last_) {
     MoveToEnd(function);
   }
-  if (name >= latestRun_.size()) {
-    latestRun_.resize(name + size_t{1}, kNone);
-  }
-  if (latestRun_[name] != runs_[function].first) {
+  if (!HasLast(name)) {
     Append(name);
   }
 }
@@ -38,11 +35,31 @@ void CallNameLists::MoveToEnd(uint32_t function) {
   }
 }
 
+bool CallNameLists::HasLast(uint32_t name) const {
+  const std::span<const uint32_t> run = Of(last_);
+  if (run.size() <= kFew) {
+    return std::ranges::find(run, name) != run.end();
+  }
+  return name < latestRun_.size() && latestRun_[name] == runs_[last_].first;
+}
+
 void CallNameLists::Append(uint32_t name) {
   Run& run = runs_[last_];
-  latestRun_[name] = run.first;
   names_.push_back(name);
   ++run.count;
+  if (run.count > kFew) {
+    const std::span<const uint32_t> names = Of(last_);
+    for (const uint32_t each : run.count == kFew + 1 ? names : names.last(1)) {
+      Mark(each);
+    }
+  }
+}
+
+void CallNameLists::Mark(uint32_t name) {
+  if (name >= latestRun_.size()) {
+    latestRun_.resize(name + size_t{1}, kNone);
+  }
+  latestRun_[name] = runs_[last_].first;
 }
 
 }  // namespace velkor

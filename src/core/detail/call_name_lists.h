@@ -37,14 +37,20 @@ class CallNameLists {
   };
 
   static constexpr uint32_t kNone = 0xFFFFFFFF;
+  // So many names of one function are looked through, which no cache lacks.
+  static constexpr uint32_t kFew = 16;
 
   void MoveToEnd(uint32_t function);
+  // Whether the run at the end has it.
+  bool HasLast(uint32_t name) const;
   void Append(uint32_t name);
+  void Mark(uint32_t name);
 
   std::vector<Run> runs_;  // in names_, by function
   std::vector<uint32_t> names_;
   uint32_t last_ = kNone;            // the function whose names stand at the end
-  std::vector<uint32_t> latestRun_;  // by name: where the latest run that has it begins
+  // By name: where the latest run of more than a few names that has it begins.
+  std::vector<uint32_t> latestRun_;
 };
 
 }  // namespace velkor
