@@ -23,15 +23,12 @@ void MakeInputOptional(CLI::App& command) {
   input->description(input->get_description() + " (default: the velkor.toml of this folder)");
 }
 
-CLI::App& AddCommand(CLI::App& app, Options& options, Options::Command command,
-                     const std::string& name, const std::string& help) {
-  CLI::App& added = *app.add_subcommand(name, help);
-  added
+void AddInput(CLI::App& command, Options& options, Options::Command number) {
+  command
       .add_option("INPUT", options.project,
                   "project file (.prj), folder with call graph files (*.ci), or velkor.toml")
       ->required();
-  added.callback([&options, command] { options.command = command; });
-  return added;
+  command.callback([&options, number] { options.command = number; });
 }
 
 void AddRunOptions(CLI::App& command, Options& options) {
@@ -111,9 +108,8 @@ void AddTextOptions(CLI::App& command, Options& options) {
   }
 }
 
-void AddAnalyze(CLI::App& app, Options& options) {
-  CLI::App& command = AddCommand(app, options, Options::Command::kAnalyze, "analyze",
-                                 "print how much stack is used, and what is not known");
+void AddAnalyze(CLI::App& command, Options& options) {
+  AddInput(command, options, Options::Command::kAnalyze);
   MakeInputOptional(command);
   AddLoadOption(command, options);
   AddFormat(
@@ -132,29 +128,24 @@ void AddAnalyze(CLI::App& app, Options& options) {
   });
 }
 
-void AddExplain(CLI::App& app, Options& options) {
-  CLI::App& command = AddCommand(app, options, Options::Command::kExplain, "explain",
-                                 "take the bound of a function apart, into rows that add up to it");
+void AddExplain(CLI::App& command, Options& options) {
+  AddInput(command, options, Options::Command::kExplain);
   command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
   AddLoadOption(command, options);
   AddFormat(command, options, {{"text", OutputFormat::kText}, {"json", OutputFormat::kJson}});
   AddRunOptions(command, options);
 }
 
-void AddTodo(CLI::App& app, Options& options) {
-  CLI::App& command =
-      AddCommand(app, options, Options::Command::kTodo, "todo",
-                 "write what to state so that more functions have a bound, what frees most first, "
-                 "as a specification file to fill in");
+void AddTodo(CLI::App& command, Options& options) {
+  AddInput(command, options, Options::Command::kTodo);
   MakeInputOptional(command);
   AddLoadOption(command, options);
   AddOutputOption(command, options);
   AddRunOptions(command, options);
 }
 
-void AddReport(CLI::App& app, Options& options) {
-  CLI::App& command = AddCommand(app, options, Options::Command::kReport, "report",
-                                 "write the analysis as one page of HTML with a picture");
+void AddReport(CLI::App& command, Options& options) {
+  AddInput(command, options, Options::Command::kReport);
   MakeInputOptional(command);
   AddLoadOption(command, options);
   command.add_option("--output", options.output, "where to write; - is standard output")
@@ -163,9 +154,7 @@ void AddReport(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
-void AddDiff(CLI::App& app, Options& options) {
-  CLI::App& command =
-      *app.add_subcommand("diff", "compare two analyses, each JSON of analyze or an INPUT");
+void AddDiff(CLI::App& command, Options& options) {
   command.add_option("OLD", options.project, "JSON of analyze (- for standard input), or an INPUT")
       ->required();
   command.add_option("NEW", options.newer, "likewise")->required();
@@ -223,9 +212,7 @@ void AddCheckOptions(CLI::App& command, Options::Check& check) {
                         "how to print (default: text)");
 }
 
-void AddCheck(CLI::App& app, Options& options) {
-  CLI::App& command = *app.add_subcommand(
-      "check", "hold the stacks that velkor.toml states against what they need");
+void AddCheck(CLI::App& command, Options& options) {
   command.add_option("INPUT", options.project,
                      "velkor.toml, with --limit also a project file or a folder");
   MakeInputOptional(command);
@@ -236,9 +223,8 @@ void AddCheck(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
-void AddInit(CLI::App& app, Options& options) {
-  CLI::App& command = AddCommand(app, options, Options::Command::kInit, "init",
-                                 "write a velkor.toml with what the input shows");
+void AddInit(CLI::App& command, Options& options) {
+  AddInput(command, options, Options::Command::kInit);
   command.add_option("--elf", options.elf, "the linked program, which tells more")
       ->option_text("FILE");
   command.add_option("--output", options.output, "where to write (default: velkor.toml)")
@@ -246,9 +232,8 @@ void AddInit(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
-void AddChains(CLI::App& app, Options& options) {
-  CLI::App& command = AddCommand(app, options, Options::Command::kChains, "chains",
-                                 "write the call chains of a function");
+void AddChains(CLI::App& command, Options& options) {
+  AddInput(command, options, Options::Command::kChains);
   command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
   AddLoadOption(command, options);
   command.add_flag("--all", options.all, "all call chains, not only those with the maximum stack");
@@ -260,10 +245,8 @@ void AddChains(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
-void AddAdjust(CLI::App& app, Options& options) {
-  CLI::App& command = AddCommand(
-      app, options, Options::Command::kAdjust, "adjust",
-      "state the margin, recursion depth or indirect callees of a function, and save it");
+void AddAdjust(CLI::App& command, Options& options) {
+  AddInput(command, options, Options::Command::kAdjust);
   command.add_option("FUNCTION", options.function, kFunctionHelp)->required();
   command.add_option("--margin", options.margin, "bytes to add; '' takes the margin away")
       ->option_text("N");
@@ -290,9 +273,8 @@ void AddAdjust(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
-void AddReset(CLI::App& app, Options& options) {
-  CLI::App& command = AddCommand(app, options, Options::Command::kReset, "reset",
-                                 "take the adjustments of a function, or of all functions, away");
+void AddReset(CLI::App& command, Options& options) {
+  AddInput(command, options, Options::Command::kReset);
   CLI::Option* function = command.add_option("FUNCTION", options.function, kFunctionHelp);
   command.add_flag("--all", options.all, "every function")->excludes(function);
   command.callback([&options] {
@@ -305,9 +287,8 @@ void AddReset(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
-void AddLoad(CLI::App& app, Options& options) {
-  CLI::App& command = AddCommand(app, options, Options::Command::kLoad, "load",
-                                 "apply a stack size specification file, and save it");
+void AddLoad(CLI::App& command, Options& options) {
+  AddInput(command, options, Options::Command::kLoad);
   command
       .add_option("FILE", options.specification,
                   "stack size specification file (- for standard input)")
@@ -316,10 +297,8 @@ void AddLoad(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
-void AddSave(CLI::App& app, Options& options) {
-  CLI::App& command =
-      AddCommand(app, options, Options::Command::kSave, "save",
-                 "write all adjustments and the unknown functions as a specification file");
+void AddSave(CLI::App& command, Options& options) {
+  AddInput(command, options, Options::Command::kSave);
   AddLoadOption(command, options);
   command.add_option("--output", options.output, "where to write (- for standard output)")
       ->required()
@@ -327,13 +306,37 @@ void AddSave(CLI::App& app, Options& options) {
   AddRunOptions(command, options);
 }
 
-void AddNames(CLI::App& app, Options& options) {
-  CLI::App& command =
-      AddCommand(app, options, Options::Command::kNames, "names",
-                 "print what names each function in a specification file, one a line");
+void AddNames(CLI::App& command, Options& options) {
+  AddInput(command, options, Options::Command::kNames);
   AddLoadOption(command, options);
   AddRunOptions(command, options);
 }
+
+struct CommandForm {
+  const char* name;
+  const char* help;
+  void (*addOptions)(CLI::App& command, Options& options);
+};
+
+constexpr CommandForm kCommandForms[] = {
+    {"analyze", "print how much stack is used, and what is not known", AddAnalyze},
+    {"explain", "take the bound of a function apart, into rows that add up to it", AddExplain},
+    {"todo",
+     "write what to state so that more functions have a bound, what frees most first, as a "
+     "specification file to fill in",
+     AddTodo},
+    {"report", "write the analysis as one page of HTML with a picture", AddReport},
+    {"diff", "compare two analyses, each JSON of analyze or an INPUT", AddDiff},
+    {"check", "hold the stacks that velkor.toml states against what they need", AddCheck},
+    {"init", "write a velkor.toml with what the input shows", AddInit},
+    {"chains", "write the call chains of a function", AddChains},
+    {"names", "print what names each function in a specification file, one a line", AddNames},
+    {"adjust", "state the margin, recursion depth or indirect callees of a function, and save it",
+     AddAdjust},
+    {"reset", "take the adjustments of a function, or of all functions, away", AddReset},
+    {"load", "apply a stack size specification file, and save it", AddLoad},
+    {"save", "write all adjustments and the unknown functions as a specification file", AddSave},
+};
 
 std::string ExitStatusHelp() {
   std::string help = "Exit status:\n";
@@ -344,29 +347,29 @@ std::string ExitStatusHelp() {
   return help;
 }
 
-}  // namespace
-
-void AddCommands(CLI::App& app, Options& options) {
+// What a command takes is only made for the one that is given.
+void AddCommands(CLI::App& app, Options& options, const std::string& version) {
   app.name("velkor-cli");
   app.description("How much stack can each function of a firmware program use at most?");
   app.allow_windows_style_options(false);  // "/x" is a path on every host
   app.require_subcommand(1);
-  for (void (*add)(CLI::App&, Options&) :
-       {AddAnalyze, AddExplain, AddTodo, AddReport, AddDiff, AddCheck, AddInit, AddChains, AddNames,
-        AddAdjust, AddReset, AddLoad, AddSave}) {
-    add(app, options);
+  app.set_version_flag("--version", version);
+  for (const CommandForm& form : kCommandForms) {
+    CLI::App* const command = app.add_subcommand(form.name, form.help);
+    command->preparse_callback([&form, command, &options, version](size_t) {
+      form.addOptions(*command, options);
+      command->set_version_flag("--version", version);
+    });
   }
   app.footer(ExitStatusHelp());
 }
 
+}  // namespace
+
 ParsedArguments ParseArguments(int argc, const char* const* argv, const std::string& version) {
   Options options;
   CLI::App app;
-  AddCommands(app, options);
-  app.set_version_flag("--version", version);
-  for (CLI::App* command : app.get_subcommands({})) {
-    command->set_version_flag("--version", version);
-  }
+  AddCommands(app, options, version);
   try {
     app.parse(argc, argv);
     RefuseLoadOption(options);

@@ -9,10 +9,6 @@
 #include "platform/machine_options.h"
 #include "reports/gate/gate_input.h"
 
-namespace CLI {
-class App;
-}
-
 namespace velkor::cli {
 
 // What is read where no INPUT is given.
@@ -80,9 +76,6 @@ struct ParsedArguments {
   std::optional<Options> options;  // none: the program ends here, with status
   int status = 0;
 };
-
-// Teaches a parser all commands and what each takes, into options, which outlives it.
-void AddCommands(CLI::App& app, Options& options);
 
 // Prints help on standard output and what is wrong on standard error. version: the line that
 // --version prints.

@@ -19,8 +19,18 @@ uint32_t NameTable::Intern(std::string_view text, uint32_t hash) {
   if (const uint32_t* found = FindPlace(text, hash); found != nullptr) {
     return *found;
   }
+  return Add(Keep(text), hash);
+}
+
+uint32_t NameTable::InternLasting(std::string_view text) {
+  const uint32_t hash = HashExactText(text);
+  const uint32_t* found = FindPlace(text, hash);
+  return found != nullptr ? *found : Add(text, hash);
+}
+
+uint32_t NameTable::Add(std::string_view text, uint32_t hash) {
   const auto added = static_cast<uint32_t>(entries_.size());
-  entries_.push_back({Keep(text).data(), static_cast<uint32_t>(text.size()), hash});
+  entries_.push_back({text.data(), static_cast<uint32_t>(text.size()), hash});
   index_.Insert(added, hash);
   return added;
 }
@@ -62,6 +72,11 @@ void NameTable::FetchAhead(std::span<const Entry> wanted) const {
 uint32_t NameTable::Find(std::string_view text) const {
   const uint32_t* found = FindPlace(text, HashExactText(text));
   return found != nullptr ? *found : kNone;
+}
+
+void NameTable::Reserve(size_t count) {
+  entries_.reserve(count);
+  index_.Reserve(count);
 }
 
 void NameTable::Clear() {

@@ -18,6 +18,12 @@ class NameTable {
   static constexpr uint32_t kNone = 0xFFFFFFFF;
 
   uint32_t Intern(std::string_view text) { return Intern(text, HashExactText(text)); }
+  // The same of a text of another table, without another look at all of it.
+  uint32_t InternFrom(const NameTable& other, uint32_t name) {
+    return Intern(other[name], other.entries_[name].hash);
+  }
+  // The same without a copy: the text stays where it is until the table is cleared.
+  uint32_t InternLasting(std::string_view text);
   // The numbers here of all texts of the other table, by their numbers there. Sooner done than one
   // by one: the memory that a text needs is asked for while others are looked up.
   std::vector<uint32_t> InternAll(const NameTable& other);
@@ -27,6 +33,8 @@ class NameTable {
     return {entries_[name].start, entries_[name].size};
   }
   uint32_t size() const { return static_cast<uint32_t>(entries_.size()); }
+  // Room for so many texts.
+  void Reserve(size_t count);
   // Keeps the memory of the index for texts to come.
   void Clear();
 
@@ -38,6 +46,7 @@ class NameTable {
   };
 
   uint32_t Intern(std::string_view text, uint32_t hash);
+  uint32_t Add(std::string_view text, uint32_t hash);
   void FetchAhead(std::span<const Entry> wanted) const;
   const uint32_t* FindPlace(std::string_view text, uint32_t hash) const;
   std::string_view Keep(std::string_view text);

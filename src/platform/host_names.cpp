@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/byte_escape.h"
+#include "platform/characters.h"
 
 namespace velkor {
 namespace {
@@ -50,6 +51,9 @@ std::string HostNames::CharacterToText(std::string_view character) const {
 }
 
 std::string HostNames::Name(std::string_view component) const {
+  if (IsAscii(component) && component.find(ByteEscape::kSubstitute) == component.npos) {
+    return std::string(component);
+  }
   std::string name;
   for (size_t position = 0, length = 0; position < component.size(); position += length) {
     if (const std::optional<char> byte = ByteEscape::At(component, position)) {

@@ -161,6 +161,12 @@ bool MemoryFileSystem::IsThere(std::string_view path) const {
   return entries_.contains(path) || directories_.contains(path);
 }
 
+bool MemoryFileSystem::HasFilesBelow(std::string_view folder) const {
+  const std::string start = std::string(folder) + '/';
+  const auto first = entries_.lower_bound(start);
+  return first != entries_.end() && first->first.starts_with(start);
+}
+
 bool MemoryFileSystem::IsClosedTo(std::string_view path) const {
   return refused_.contains(path) || directories_.contains(path) || held_.contains(path);
 }
@@ -240,7 +246,8 @@ bool MemoryFileSystem::Exists(std::string_view path, Spelling /*spelling*/) {
 
 bool MemoryFileSystem::IsDirectory(std::string_view path, Spelling /*spelling*/) {
   const std::lock_guard lock(mutex_);
-  return !Fails(FileOperation::kIsDirectory, path) && directories_.contains(path);
+  return !Fails(FileOperation::kIsDirectory, path) &&
+         (directories_.contains(path) || HasFilesBelow(path));
 }
 
 bool MemoryFileSystem::IsSameFile(std::string_view path, std::string_view input) {

@@ -100,6 +100,7 @@ class MemoryFileSystem : public FileSystem {
 
   // Under the mutex.
   bool IsThere(std::string_view path) const;
+  bool HasFilesBelow(std::string_view folder) const;
   bool IsClosedTo(std::string_view path) const;
   // Not under the mutex. Does not wait where nobody could give up.
   void WaitWhileHeld(std::string_view path, const GiveUp& giveUp) const;

@@ -47,10 +47,21 @@ class SlotIndex {
     }
   }
 
+  // Room for so many values.
+  void Reserve(size_t count) {
+    if (!FitIn(count, slots_.size())) {
+      size_t size = kFirstSlots;
+      while (!FitIn(count, size)) {
+        size *= 2;
+      }
+      Resize(size);
+    }
+  }
+
   // A value that equals none that is there.
   void Insert(uint32_t value, uint32_t hash) {
-    if ((used_ + 1) * size_t{4} > slots_.size() * 3) {
-      Grow();
+    if (!FitIn(used_ + size_t{1}, slots_.size())) {
+      Resize(slots_.empty() ? kFirstSlots : slots_.size() * 2);
     }
     Place({value, hash});
     ++used_;
@@ -89,8 +100,10 @@ class SlotIndex {
     slots_[slot] = added;
   }
 
-  void Grow() {
-    std::vector<Slot> old(slots_.empty() ? kFirstSlots : slots_.size() * 2);
+  static bool FitIn(size_t count, size_t slots) { return count * 4 <= slots * 3; }
+
+  void Resize(size_t size) {
+    std::vector<Slot> old(size);
     old.swap(slots_);
     for (const Slot& slot : old) {
       if (slot.value != kFree) {

@@ -24,8 +24,15 @@ std::optional<std::string_view> TakeUntil(std::string_view& text, std::string_vi
 
 bool IsQualified(const CallGraphFile& file, std::string_view title) {
   const std::string_view own = file.title;
-  return !own.empty() && title.size() > own.size() && title.starts_with(own) &&
-         title[own.size()] == ':';
+  return !own.empty() && title.size() > own.size() && title[own.size()] == ':' &&
+         title.starts_with(own);
+}
+
+std::string_view SymbolOfTitle(const CallGraphFile& file, std::string_view title,
+                               bool isQualified) {
+  title.remove_prefix(isQualified ? file.title.size() + 1 : 0);
+  TakePrefix(title, "*");
+  return title;
 }
 
 class CallGraphReader {
@@ -56,6 +63,7 @@ class CallGraphReader {
 
  private:
   using Shape = CallGraphNode::Shape;
+  static constexpr char kTargetMark[] = "\" targetname: \"";
 
   struct LineForm {
     std::string_view start;
@@ -102,8 +110,8 @@ class CallGraphReader {
       return false;
     }
     node.title = *title;
-    node.symbol = SymbolOf(file_, *title);
     node.isQualified = IsQualified(file_, *title);
+    node.symbol = SymbolOfTitle(file_, *title, node.isQualified);
     if (!ReadNodeLabel(rest, node, file_.dynamicObjects)) {
       AddFault(node.frame == CallGraphNode::Frame::kMissing ? CallGraphFault::kUnknownLine
                                                             : CallGraphFault::kDynamicCount,
@@ -133,25 +141,36 @@ class CallGraphReader {
   }
 
   bool HandleEdge(std::string_view rest) {
-    const std::optional<std::string_view> source = TakeUntil(rest, "\" targetname: \"");
-    if (!source || !TakeSuffix(rest, "\" }")) {
+    CallGraphEdge edge;
+    edge.textLine = line_;
+    if (!TakeSource(rest, edge) || !TakeSuffix(rest, "\" }")) {
       return false;
     }
-    CallGraphEdge& edge = file_.edges.emplace_back();
-    edge.source = *source;
-    edge.textLine = line_;
     const std::optional<std::string_view> target = TakeUntil(rest, "\" label: \"");
     edge.target = target ? *target : rest;
-    if (target) {
-      edge.place = ReadSourcePlace(rest);
+    edge.place = target ? rest : std::string_view();
+    if (edge.sourceNode == CallGraphEdge::kNoNode) {
+      otherSources_.push_back(static_cast<uint32_t>(file_.edges.size()));
     }
-    // Edges follow their function's node.
-    if (source_ != CallGraphEdge::kNoNode && file_.nodes[source_].title == edge.source) {
-      edge.sourceNode = source_;
-    } else {
-      otherSources_.push_back(static_cast<uint32_t>(file_.edges.size() - 1));
-    }
+    file_.edges.push_back(edge);
     return true;
+  }
+
+  // Edges follow their function's node.
+  bool TakeSource(std::string_view& rest, CallGraphEdge& edge) const {
+    if (source_ != CallGraphEdge::kNoNode) {
+      const std::string_view title = file_.nodes[source_].title;
+      std::string_view behind = rest;
+      if (TakePrefix(behind, title) && TakePrefix(behind, kTargetMark)) {
+        edge.source = title;
+        edge.sourceNode = source_;
+        rest = behind;
+        return true;
+      }
+    }
+    const std::optional<std::string_view> source = TakeUntil(rest, kTargetMark);
+    edge.source = source.value_or(std::string_view());
+    return source.has_value();
   }
 
   bool HandleEnd(std::string_view rest) {
@@ -213,9 +232,7 @@ CallGraphFile ReadCallGraph(std::string_view bytes) {
 }
 
 std::string_view SymbolOf(const CallGraphFile& file, std::string_view title) {
-  title.remove_prefix(IsQualified(file, title) ? file.title.size() + 1 : 0);
-  TakePrefix(title, "*");
-  return title;
+  return SymbolOfTitle(file, title, IsQualified(file, title));
 }
 
 std::string_view TextOf(CallGraphFault fault) {

@@ -13,7 +13,7 @@ struct CallGraphEdge {
 
   std::string_view source;
   std::string_view target;
-  SourcePlace place;              // no file where the call has no place
+  std::string_view place;         // as written: for ReadSourcePlace; empty where it has none
   uint32_t sourceNode = kNoNode;  // the function or triangle of that title
   uint32_t textLine = 0;
 };

@@ -19,24 +19,25 @@ constexpr std::string_view kPartEnd = "\\n";
 template <typename Number>
 std::optional<Number> TakeNumber(std::string_view& text) {
   using Limits = std::numeric_limits<Number>;
-  Number number = 0;
-  Number scale = 1;
-  bool fits = true;
   size_t start = text.size();
-  for (; start > 0 && text[start - 1] >= '0' && text[start - 1] <= '9'; --start) {
-    const auto digit = static_cast<Number>(text[start - 1] - '0');
-    if (text.size() - start < size_t{Limits::digits10}) {
-      number += digit * scale;
-      scale *= 10;
-    } else {
-      fits = fits && digit == 0;
-    }
+  while (start > 0 && text[start - 1] >= '0' && text[start - 1] <= '9') {
+    --start;
   }
   if (start == text.size()) {
     return std::nullopt;
   }
-  text = text.substr(0, start);
-  return fits ? number : Limits::max();
+  std::string_view digits = text.substr(start);
+  text.remove_suffix(digits.size());
+  for (; digits.size() > size_t{Limits::digits10}; digits.remove_prefix(1)) {
+    if (digits.front() != '0') {
+      return Limits::max();
+    }
+  }
+  Number number = 0;
+  for (const char digit : digits) {
+    number = static_cast<Number>(number * 10 + static_cast<Number>(digit - '0'));
+  }
+  return number;
 }
 
 // " VARIABLE FILE:LINE:COLUMN" each, every one behind a part end.

@@ -3,51 +3,10 @@
 #include <optional>
 #include <utility>
 
-#include "platform/host_path.h"
-#include "platform/path_text.h"
 #include "readers/gcc/link_time_sets.h"
 #include "readers/gcc/unit_recorder.h"
 
 namespace velkor {
-namespace {
-
-// Finds the sources that a compiler was told relative to the folder in which it ran: the folder of
-// the call graph or one above it, the same for all sources of one unit.
-class SourceFinder {
- public:
-  SourceFinder(const Host& host, std::string_view graphPath)
-      : files_(host.files), codePage_(host.codePage), folder_(FolderPart(graphPath, codePage_)) {}
-
-  std::optional<int64_t> ModifiedAt(std::string_view source) {
-    if (IsRootedOnHost(source)) {
-      return files_.ModifiedAt(source);
-    }
-    const bool isForeign = !HostHasDrives() && source.find('\\') != source.npos;
-    if (source.empty() || source.front() == '<' || isForeign) {
-      return std::nullopt;
-    }
-    if (isFound_) {
-      return files_.ModifiedAt(std::string(folder_).append(source));
-    }
-    for (std::string folder = folder_; !folder.empty();
-         folder.resize(FolderPart(folder.substr(0, folder.size() - 1), codePage_).size())) {
-      if (const auto time = files_.ModifiedAt(std::string(folder).append(source))) {
-        isFound_ = true;
-        folder_ = folder;
-        return time;
-      }
-    }
-    return std::nullopt;
-  }
-
- private:
-  FileSystem& files_;
-  const CodePage& codePage_;
-  std::string folder_;
-  bool isFound_ = false;
-};
-
-}  // namespace
 
 FileFailure GccModuleReader::Open(size_t module) {
   module_ = module;
@@ -102,9 +61,9 @@ void GccModuleReader::NoteNewerSource() {
   if (!written) {
     return;
   }
-  SourceFinder sources(host_, path_);
+  sources_.BeginUnit(path_);
   const auto isNewer = [&](std::string_view source) {
-    const std::optional<int64_t> changed = sources.ModifiedAt(source);
+    const std::optional<int64_t> changed = sources_.ModifiedAt(source);
     return changed && *changed > *written;
   };
   std::string_view newer;

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "readers/gcc/source_finder.h"
 #include "readers/gcc/unit_recording.h"
 #include "readers/gcc/whole_file.h"
 #include "readers/program_input.h"
@@ -27,7 +28,7 @@ class GccUnits {
 class GccModuleReader : public ModuleReader {
  public:
   GccModuleReader(GccUnits& units, Host& host, StkReporter& reporter)
-      : units_(units), host_(host), reporter_(reporter) {}
+      : units_(units), host_(host), reporter_(reporter), sources_(host) {}
 
   FileFailure Open(size_t module) override;
   void Read(Event& stopEvent) override;
@@ -42,6 +43,7 @@ class GccModuleReader : public ModuleReader {
   StkReporter& reporter_;
   size_t module_ = 0;
   std::string path_;
+  SourceFinder sources_;
   std::unique_ptr<InputFile> file_;
   WholeFile graph_;  // kept for the next module's
   WholeFile object_;

@@ -52,6 +52,7 @@ class ProgramLink {
     bool hasLinkTimeCode = false;
     bool hasMachine = false;
     uint32_t firstPart = 0;
+    size_t nextCall = 0;  // while calls are linked
     std::vector<UnitRecording::Function> functions;  // names by the table's numbers
     std::vector<UnitRecording::Call> calls;          // likewise, by caller
     std::vector<UnitRecording::IndirectSite> sites;
@@ -120,6 +121,7 @@ class ProgramLink {
   // What they call (program_link_calls.cpp).
   void LinkCalls();
   void LinkCallsOfPart(uint32_t entity, uint32_t part);
+  static size_t FirstCallOf(const Unit& unit, uint32_t function);
   void AddCalleesByName(uint32_t caller, uint32_t name);
   void AddCallee(uint32_t caller, uint32_t callee);
   uint32_t OutsideOf(uint32_t name);

@@ -47,19 +47,21 @@ void ProgramLink::LinkCalls() {
 }
 
 void ProgramLink::LinkCallsOfPart(uint32_t entity, uint32_t part) {
-  const Unit& unit = UnitOf(part);
+  Unit& unit = units_[unitOfPart_[part]];
   const uint32_t function = part - unit.firstPart;
   const bool isAlias = unit.functions[function].isAlias;
-  auto call = std::ranges::lower_bound(unit.calls, function, {}, &UnitRecording::Call::caller);
-  for (; call != unit.calls.end() && call->caller == function; ++call) {
-    if (!call->isLocal) {
-      AddCalleesByName(entity, call->target);
+  size_t& next = unit.nextCall;
+  for (next = FirstCallOf(unit, function);
+       next < unit.calls.size() && unit.calls[next].caller == function; ++next) {
+    const UnitRecording::Call& call = unit.calls[next];
+    if (!call.isLocal) {
+      AddCalleesByName(entity, call.target);
       continue;
     }
-    const UnitRecording::Function& target = unit.functions[call->target];
+    const UnitRecording::Function& target = unit.functions[call.target];
     // The code of an alias is that of its own object.
     if (isAlias || target.reach == Reach::kLocal) {
-      AddCallee(entity, entityOfPart_[unit.firstPart + call->target]);
+      AddCallee(entity, entityOfPart_[unit.firstPart + call.target]);
       if (target.mayBeWeak && strongOfName_[target.name] != kNone) {
         AddCallee(entity, strongOfName_[target.name]);  // which would replace a weak one
       }
@@ -67,6 +69,18 @@ void ProgramLink::LinkCallsOfPart(uint32_t entity, uint32_t part) {
       AddCalleesByName(entity, target.name);
     }
   }
+}
+
+// The parts of a unit mostly come in their order: then where the calls of the one before end.
+size_t ProgramLink::FirstCallOf(const Unit& unit, uint32_t function) {
+  const std::vector<UnitRecording::Call>& calls = unit.calls;
+  const size_t next = unit.nextCall;
+  const bool isBehind = next == 0 || calls[next - 1].caller < function;
+  if (isBehind && (next == calls.size() || calls[next].caller >= function)) {
+    return next;
+  }
+  const auto first = std::ranges::lower_bound(calls, function, {}, &UnitRecording::Call::caller);
+  return static_cast<size_t>(first - calls.begin());
 }
 
 void ProgramLink::AddCalleesByName(uint32_t caller, uint32_t name) {

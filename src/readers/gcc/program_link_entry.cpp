@@ -46,9 +46,10 @@ void ProgramLink::NameModules() {
 
 // A partition of a link has functions of many sources.
 const StkFileEntry& ProgramLink::ModuleFile(uint32_t part) {
-  const uint32_t file = FunctionOf(part).file;
-  if (!UnitOf(part).isLinkTime || file == kNone) {
-    return *moduleFiles_[unitOfPart_[part]];
+  const uint32_t unit = unitOfPart_[part];
+  const uint32_t file = units_[unit].isLinkTime ? FunctionOf(part).file : kNone;
+  if (file == kNone) {
+    return *moduleFiles_[unit];
   }
   const StkFileEntry*& entry = linkTimeFiles_[file];
   if (entry == nullptr) {

@@ -47,6 +47,9 @@ std::vector<uint32_t> ProgramLink::CalleesOfTable(uint32_t name) {
 }
 
 bool ProgramLink::CallsThroughTable(uint32_t entity) {
+  if (tableOf_.empty()) {
+    return false;
+  }
   const uint32_t name = FunctionOf(entities_[entity].firstPart).name;
   return tableOf_.contains(name) && EntityNamed(name) == entity;
 }

@@ -44,11 +44,13 @@ bool TakeOffset(std::string_view& text) {
 
 // ".isra.0" from its end, unless nothing stands before it.
 bool TakeCloneMark(std::string_view& symbol) {
-  const size_t number = symbol.find_last_not_of("0123456789");
-  if (number == std::string_view::npos || number + 1 == symbol.size()) {
+  std::string_view rest = symbol;
+  while (!rest.empty() && rest.back() >= '0' && rest.back() <= '9') {
+    rest.remove_suffix(1);
+  }
+  if (rest.size() == symbol.size() || !rest.ends_with('.')) {
     return false;
   }
-  std::string_view rest = symbol.substr(0, number + 1);
   for (const std::string_view mark : {".part.", ".isra.", ".constprop.", ".lto_priv."}) {
     if (rest.size() > mark.size() && TakeSuffix(rest, mark)) {
       symbol = rest;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+#include <cstring>
 #include <string_view>
 
 namespace velkor {
@@ -11,10 +13,28 @@ inline bool TakePrefix(std::string_view& text, std::string_view prefix) {
   return found;
 }
 
+// The same with a length that the compiler knows.
+template <size_t kSize>
+bool TakePrefix(std::string_view& text, const char (&prefix)[kSize]) {
+  constexpr size_t kLength = kSize - 1;
+  const bool found = text.size() >= kLength && std::memcmp(text.data(), prefix, kLength) == 0;
+  text.remove_prefix(found ? kLength : 0);
+  return found;
+}
+
 // The same for its end.
 inline bool TakeSuffix(std::string_view& text, std::string_view suffix) {
   const bool found = text.ends_with(suffix);
   text.remove_suffix(found ? suffix.size() : 0);
+  return found;
+}
+
+template <size_t kSize>
+bool TakeSuffix(std::string_view& text, const char (&suffix)[kSize]) {
+  constexpr size_t kLength = kSize - 1;
+  const bool found = text.size() >= kLength &&
+                     std::memcmp(text.data() + (text.size() - kLength), suffix, kLength) == 0;
+  text.remove_suffix(found ? kLength : 0);
   return found;
 }
 

@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "readers/gcc/call_graph_file.h"
+#include "readers/gcc/call_graph_label.h"
 #include "readers/gcc/object_match.h"
 #include "readers/gcc/object_recorder.h"
 #include "readers/gcc/symbol_name.h"
@@ -60,6 +62,12 @@ class UnitRecorder {
   using Reach = UnitRecording::Reach;
   static constexpr uint32_t kNone = UnitRecording::kNone;
 
+  struct TitleFacts {
+    uint32_t function = kNone;    // where it is recorded
+    uint32_t name = kNone;        // where it is called and not recorded
+    uint32_t lastCaller = kNone;  // the latest function with such a call
+  };
+
   void Note(std::string_view rule, std::string text, std::string_view file, uint32_t line,
             uint32_t function = kNone) {
     recording_.notes.push_back(
@@ -89,29 +97,40 @@ class UnitRecorder {
     }
   }
 
-  // The number of a title, and what it stands for where that is recorded.
+  // The number of a title that lies in the graph or in the names of the recording.
   uint32_t TitleOf(std::string_view title) {
-    const uint32_t number = titles_.Intern(title);
-    if (number >= functionOfTitle_.size()) {
-      functionOfTitle_.resize(number + size_t{1}, kNone);
-      nameOfTitle_.resize(number + size_t{1}, kNone);
-      lastCaller_.resize(number + size_t{1}, kNone);
+    const uint32_t number = titles_.InternLasting(title);
+    if (number == titleFacts_.size()) {
+      titleFacts_.emplace_back();
     }
     return number;
   }
 
+  uint32_t& FunctionOfTitle(std::string_view title) {
+    return titleFacts_[TitleOf(title)].function;
+  }
+
+  // Where the symbol is the whole title, as it mostly is.
+  uint32_t NameOf(std::string_view symbol, uint32_t title) {
+    return symbol.size() == titles_[title].size() ? recording_.names.InternFrom(titles_, title)
+                                                  : recording_.names.Intern(symbol);
+  }
+
   void RecordNodes() {
     functionOfNode_.assign(graph_.nodes.size(), kNone);
+    titles_.Reserve(graph_.nodes.size());
+    titleFacts_.reserve(graph_.nodes.size());
     recording_.functions.reserve(graph_.nodes.size());
     for (uint32_t i = 0; i < graph_.nodes.size(); ++i) {
       const CallGraphNode& node = graph_.nodes[i];
       if (node.shape == CallGraphNode::Shape::kEllipse) {
         continue;
       }
-      uint32_t& function = functionOfTitle_[TitleOf(node.title)];
+      const uint32_t title = TitleOf(node.title);
+      uint32_t& function = titleFacts_[title].function;
       if (function == kNone) {
         function = static_cast<uint32_t>(recording_.functions.size());
-        recording_.functions.push_back(FunctionOfNode(node));
+        recording_.functions.push_back(FunctionOfNode(node, title));
       }
       functionOfNode_[i] = function;
       RecordFrame(node, recording_.functions[function]);
@@ -121,9 +140,9 @@ class UnitRecorder {
     }
   }
 
-  UnitRecording::Function FunctionOfNode(const CallGraphNode& node) {
+  UnitRecording::Function FunctionOfNode(const CallGraphNode& node, uint32_t title) {
     UnitRecording::Function function;
-    function.name = recording_.names.Intern(node.symbol);
+    function.name = NameOf(node.symbol, title);
     if (const std::string shown = DemangledName(node.symbol); !shown.empty()) {
       function.shownName = recording_.names.Intern(shown);
     }
@@ -182,19 +201,13 @@ class UnitRecorder {
     const auto firstOther = static_cast<uint32_t>(recording_.functions.size());
     NoteUnknown(object, object.RecordOthers());
     for (uint32_t i = firstOther; i < recording_.functions.size(); ++i) {
-      const std::string name(recording_.names[recording_.functions[i].name]);
-      uint32_t& function = functionOfTitle_[TitleOf(KeptTitle(name))];
+      uint32_t& function = FunctionOfTitle(recording_.names[recording_.functions[i].name]);
       function = function == kNone ? i : function;
     }
     if (!object.Facts().KnowsCalls()) {
       Note("calls-not-looked-for", std::string(messages_.Text(MessageKey::kNoteUnknownMachine)),
            files_.objectPath, 0);
     }
-  }
-
-  // Titles are views; this one lies in the names of the recording, which stay.
-  std::string_view KeptTitle(std::string_view name) const {
-    return recording_.names[recording_.names.Find(name)];
   }
 
   void NoteUnknown(const ObjectRecorder& object, const std::vector<uint32_t>& unknown) {
@@ -214,42 +227,47 @@ class UnitRecorder {
 
   void RecordEdges() {
     recording_.calls.reserve(recording_.calls.size() + graph_.edges.size());
+    std::string_view lastTarget;  // calls of one function often stand together
+    uint32_t title = kNone;
     for (const CallGraphEdge& edge : graph_.edges) {
       if (edge.sourceNode == CallGraphEdge::kNoNode) {
         continue;  // noted as a fault
       }
       const uint32_t caller = functionOfNode_[edge.sourceNode];
       if (edge.target == CallGraphFile::kIndirectCall) {
-        UnitRecording::IndirectSite site{caller, kNone, edge.place.line, edge.place.column};
-        if (!edge.place.file.empty()) {
-          site.file = FileOf(edge.place.file);
-        }
-        recording_.indirectSites.push_back(site);
+        RecordSite(caller, ReadSourcePlace(edge.place));
         continue;
       }
-      const uint32_t title = TitleOf(edge.target);
-      if (lastCaller_[title] == caller) {
-        continue;
+      if (title == kNone || edge.target != lastTarget) {
+        title = TitleOf(edge.target);
+        lastTarget = edge.target;
       }
-      lastCaller_[title] = caller;
-      RecordEdge(caller, title, edge.target);
+      if (std::exchange(titleFacts_[title].lastCaller, caller) != caller) {
+        RecordEdge(caller, title, edge.target);
+      }
     }
   }
 
+  void RecordSite(uint32_t caller, const SourcePlace& place) {
+    const uint32_t file = place.file.empty() ? kNone : FileOf(place.file);
+    recording_.indirectSites.push_back({caller, file, place.line, place.column});
+  }
+
   void RecordEdge(uint32_t caller, uint32_t title, std::string_view target) {
-    uint32_t local = functionOfTitle_[title];
+    uint32_t local = titleFacts_[title].function;
     if (local == kNone && SymbolOf(graph_, target).size() != target.size()) {
       // By its symbol alone: what only the object shows.
-      local = functionOfTitle_[TitleOf(SymbolOf(graph_, target))];
+      local = FunctionOfTitle(SymbolOf(graph_, target));
     }
     if (local != kNone) {
       recording_.calls.push_back({.caller = caller, .target = local, .isLocal = true});
       return;
     }
-    if (nameOfTitle_[title] == kNone) {
-      nameOfTitle_[title] = recording_.names.Intern(SymbolOf(graph_, target));
+    uint32_t& name = titleFacts_[title].name;
+    if (name == kNone) {
+      name = NameOf(SymbolOf(graph_, target), title);
     }
-    recording_.calls.push_back({.caller = caller, .target = nameOfTitle_[title], .isLocal = false});
+    recording_.calls.push_back({.caller = caller, .target = name, .isLocal = false});
   }
 
   void RecordHiddenCalls(ObjectRecorder& object) {
@@ -312,9 +330,7 @@ class UnitRecorder {
   const CallGraphFile graph_;
   ObjectMatch match_;
   NameTable titles_;
-  std::vector<uint32_t> functionOfTitle_;
-  std::vector<uint32_t> nameOfTitle_;  // of those that are called and not recorded
-  std::vector<uint32_t> lastCaller_;   // by title: the latest function with such a call
+  std::vector<TitleFacts> titleFacts_;  // by title
   std::vector<uint32_t> functionOfNode_;
   std::string_view lastFileText_;
   uint32_t lastFile_ = kNone;

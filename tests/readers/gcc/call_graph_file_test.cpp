@@ -63,8 +63,8 @@ TEST(CallGraphFile, NodesAndEdges) {
   EXPECT_EQ(file.nodes[5].shape, Shape::kTriangle);
 
   ASSERT_EQ(file.edges.size(), 5U);
-  EXPECT_EQ(Text(file.edges[0].place), "lib/ring.c:12:3");
-  EXPECT_TRUE(file.edges[1].target == "memcpy" && file.edges[1].place.file.empty());
+  EXPECT_EQ(file.edges[0].place, "lib/ring.c:12:3");
+  EXPECT_TRUE(file.edges[1].target == "memcpy" && file.edges[1].place.empty());
   EXPECT_EQ(file.edges[2].sourceNode, 1U);
   EXPECT_EQ(file.edges[3].sourceNode, 0U);  // its node is not the last one
   EXPECT_EQ(file.edges[4].sourceNode, 5U);
@@ -131,7 +131,7 @@ TEST(CallGraphFile, TitlesMayHoldBlanksAndQuotes) {
   EXPECT_EQ(file.nodes.at(0).symbol, "f g");
   EXPECT_TRUE(file.nodes[0].isQualified);
   EXPECT_EQ(file.edges.at(0).target, "a\"b");
-  EXPECT_EQ(Text(file.edges[0].place), "my \"own\" d.c:2:3");
+  EXPECT_EQ(file.edges[0].place, "my \"own\" d.c:2:3");
   EXPECT_EQ(SymbolOf(file, "my \"own\" d.c:*x"), "x");
   EXPECT_EQ(SymbolOf(file, "your d.c:x"), "your d.c:x");
 }
