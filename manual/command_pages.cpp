@@ -93,7 +93,7 @@ void WriteCompletion(const CLI::App& app, const std::string& source, const std::
 void WriteAll(const std::string& source, const std::string& folder) {
   cli::Options options;
   CLI::App app;
-  cli::AddCommands(app, options);
+  cli::AddCommands(app, options, cli::OptionsMade::kOfAllCommands);
   app.set_version_flag("--version", "");
   std::vector<ManualPage> pages = {ProgramPage(app)};
   for (const CLI::App* command : app.get_subcommands({})) {

@@ -347,29 +347,32 @@ std::string ExitStatusHelp() {
   return help;
 }
 
-// What a command takes is only made for the one that is given.
-void AddCommands(CLI::App& app, Options& options, const std::string& version) {
+}  // namespace
+
+void AddCommands(CLI::App& app, Options& options, OptionsMade made) {
   app.name("velkor-cli");
   app.description("How much stack can each function of a firmware program use at most?");
   app.allow_windows_style_options(false);  // "/x" is a path on every host
   app.require_subcommand(1);
-  app.set_version_flag("--version", version);
   for (const CommandForm& form : kCommandForms) {
     CLI::App* const command = app.add_subcommand(form.name, form.help);
-    command->preparse_callback([&form, command, &options, version](size_t) {
+    if (made == OptionsMade::kOfAllCommands) {
       form.addOptions(*command, options);
-      command->set_version_flag("--version", version);
-    });
+    } else {
+      command->preparse_callback([&form, command, &options](size_t) {
+        form.addOptions(*command, options);
+        command->set_version_flag("--version", command->get_parent()->version());
+      });
+    }
   }
   app.footer(ExitStatusHelp());
 }
 
-}  // namespace
-
 ParsedArguments ParseArguments(int argc, const char* const* argv, const std::string& version) {
   Options options;
   CLI::App app;
-  AddCommands(app, options, version);
+  AddCommands(app, options, OptionsMade::kOfGivenCommand);
+  app.set_version_flag("--version", version);
   try {
     app.parse(argc, argv);
     RefuseLoadOption(options);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -8,6 +9,10 @@
 #include "messages/stop_question.h"
 #include "platform/machine_options.h"
 #include "reports/gate/gate_input.h"
+
+namespace CLI {
+class App;
+}
 
 namespace velkor::cli {
 
@@ -76,6 +81,13 @@ struct ParsedArguments {
   std::optional<Options> options;  // none: the program ends here, with status
   int status = 0;
 };
+
+// Making the options of all commands takes longer than a short run.
+enum class OptionsMade : uint8_t { kOfAllCommands, kOfGivenCommand };
+
+// Teaches a parser all commands and what each takes, into options, which outlives it; what it takes
+// at once, or when the parser meets the command.
+void AddCommands(CLI::App& app, Options& options, OptionsMade made);
 
 // Prints help on standard output and what is wrong on standard error. version: the line that
 // --version prints.

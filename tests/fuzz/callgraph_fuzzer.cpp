@@ -5,6 +5,7 @@
 #include "fuzz/fuzzers.h"
 #include "fuzz/require.h"
 #include "readers/gcc/call_graph_file.h"
+#include "readers/gcc/call_graph_label.h"
 
 namespace velkor::testing {
 
@@ -39,7 +40,8 @@ std::string Written(const CallGraphFile& file, const CallGraphNode& node) {
 std::string Written(const CallGraphEdge& edge) {
   return "edge: { sourcename: \"" + std::string(edge.source) + "\" targetname: \"" +
          std::string(edge.target) +
-         (edge.place.file.data() != nullptr ? "\" label: \"" + Written(edge.place) : "") + "\" }\n";
+         (edge.place.empty() ? "" : "\" label: \"" + Written(ReadSourcePlace(edge.place))) +
+         "\" }\n";
 }
 
 // All that was read, in the form of the file and in its order.

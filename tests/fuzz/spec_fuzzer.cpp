@@ -72,7 +72,8 @@ class SpecRun {
     std::vector<std::unique_ptr<StkSpecReader>> sources;
     sources.push_back(Reader(kind));
     StkBounds bounds(graph.functions);
-    StkSpecReadJob job(std::move(sources), graph.functions, roots, bounds, host.reporter, window_);
+    StkSpecReadJob job(std::move(sources), graph.functions, roots, bounds, true, host.reporter,
+                       window_);
     job.Start();
     job.Wait();
     Require(job.End() == WorkEnd::kCompleted, "a reading ends by itself");

@@ -100,7 +100,7 @@ class SlotIndex {
     slots_[slot] = added;
   }
 
-  static bool FitIn(size_t count, size_t slots) { return count * 4 <= slots * 3; }
+  static bool FitIn(size_t count, size_t places) { return count * 4 <= places * 3; }
 
   void Resize(size_t size) {
     std::vector<Slot> old(size);
