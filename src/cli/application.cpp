@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "core/bound_notes.h"
+#include "document/notifications.h"
 #include "platform/standard_streams.h"
 #include "platform/terminal.h"
 #include "reports/function_lookup.h"
@@ -180,7 +181,11 @@ StkFunction* Application::FindFunction(const std::string& name) {
   return found.front();
 }
 
+// Nobody is woken for a progress that is not shown.
 void Application::Post(uint32_t message, uint64_t parameter) {
+  if (IsOnlyProgress(message) && !progress_.IsShown()) {
+    return;
+  }
   queue_.Post([this, message, parameter] { monitor_.Handle(message, parameter); });
 }
 

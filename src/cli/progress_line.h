@@ -19,6 +19,7 @@ class ProgressLine : public ProgressBar {
   ProgressLine(bool shown, size_t width, std::chrono::milliseconds delay = kDelay)
       : shown_(shown), width_(width), from_(std::chrono::steady_clock::now() + delay) {}
 
+  bool IsShown() const { return shown_; }
   void SetPosition(uint64_t position) override;
   void SetRange(uint64_t range) override;
   void StepIt() override;

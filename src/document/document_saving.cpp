@@ -217,7 +217,7 @@ std::vector<std::string> CStkDoc::ProtectedPaths(bool withSystemFile) {
   if (withSystemFile) {
     const std::string systemFile = input_->SystemFilePath();
     paths.push_back(systemFile);
-    add(StkSystemFileKeeper::CopyPaths(systemFile));
+    add(StkSystemFileKeeper::PossibleCopies(systemFile, host_));
   }
   return paths;
 }

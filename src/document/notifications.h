@@ -22,4 +22,11 @@ constexpr uint32_t WM_STK_CHAINSAVE_START = WM_USER + 21;     // expected lines
 constexpr uint32_t WM_STK_CHAINSAVE_END = WM_USER + 22;
 constexpr uint32_t WM_STK_CHAINSAVE_PROGRESS = WM_USER + 23;  // lines written
 
+// It moves the progress bar and does nothing else.
+constexpr bool IsOnlyProgress(uint32_t message) {
+  return message == WM_STK_ANALYSIS_STEP || message == WM_STK_SPECREAD_FILE ||
+         message == WM_STK_SPECREAD_FILE_END || message == WM_STK_SPECREAD_PROGRESS ||
+         message == WM_STK_SPECWRITE_PROGRESS || message == WM_STK_CHAINSAVE_PROGRESS;
+}
+
 }  // namespace velkor

@@ -1,8 +1,10 @@
 #include "document/system_file_keeper.h"
 
+#include <algorithm>
 #include <array>
 
 #include "files/fingerprint.h"
+#include "files/paths.h"
 
 namespace velkor {
 
@@ -31,6 +33,16 @@ std::optional<ChangedSystemFile> Content(InputFile& file) {
   const bool isKept = length <= kMaxTextSize;
   return ChangedSystemFile{fingerprint.Value(),
                            isKept ? std::optional(std::move(text)) : std::nullopt};
+}
+
+// In any letter case, as a host may tell names apart.
+bool MayBeCopy(std::string_view name) {
+  constexpr std::string_view kEnding = ".bak";
+  const auto isSame = [](char left, char right) {
+    return left == right || (left >= 'A' && left <= 'Z' && left - 'A' + 'a' == right);
+  };
+  return std::search(name.begin(), name.end(), kEnding.begin(), kEnding.end(), isSame) !=
+         name.end();
 }
 
 }  // namespace
@@ -71,6 +83,17 @@ std::vector<std::string> StkSystemFileKeeper::CopyPaths(const std::string& path)
     paths.push_back(path + ".bak" + (number == 1 ? "" : std::to_string(number)));
   }
   return paths;
+}
+
+// One look at the folder instead of one for each of them.
+std::vector<std::string> StkSystemFileKeeper::PossibleCopies(const std::string& path,
+                                                             const Host& host) {
+  const FolderListing folder = host.files.ListFolder(DirectoryPart(path, host.codePage));
+  const bool mayBeThere =
+      !folder.isWhole || std::ranges::any_of(folder.entries, [&](const FolderEntry& entry) {
+        return MayBeCopy(entry.name);
+      });
+  return mayBeThere ? CopyPaths(path) : std::vector<std::string>();
 }
 
 bool StkSystemFileKeeper::Copy(uint64_t fingerprint) {

@@ -48,6 +48,8 @@ class StkSystemFileKeeper {
 
   // Where copies of the file are, or would be.
   static std::vector<std::string> CopyPaths(const std::string& path);
+  // The same, without those that are certainly not there.
+  static std::vector<std::string> PossibleCopies(const std::string& path, const Host& host);
   // A copy that was made is logged.
   State Keep();
   // After Keep, about the file that stands there now: nothing of it would be lost.

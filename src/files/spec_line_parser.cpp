@@ -52,8 +52,7 @@ bool SpecLineParser::ParseFunction() {
   if (function_ == nullptr) {
     clones_ = FindClones(name);
     if (clones_.empty()) {
-      missing_ = name.written;
-      return Fail(MessageKey::kW9410, name.written);
+      return FailMissing(MessageKey::kW9410, name.written);
     }
     function_ = clones_.front();
     return true;
@@ -130,8 +129,7 @@ bool SpecLineParser::ReadCallee() {
   StkFunction* callee = Find(name);
   const StkFunctionList callees = callee != nullptr ? StkFunctionList{callee} : FindClones(name);
   if (callees.empty()) {
-    missing_ = name.written;
-    return Fail(MessageKey::kW9418);
+    return FailMissing(MessageKey::kW9418, name.written);
   }
   for (StkFunction* each : callees) {
     AddCallee(*each);
@@ -235,6 +233,16 @@ bool SpecLineParser::Fail(MessageKey key, std::string_view argument) {
   error_ = context_.messages.MakeMessage(
       key, {argument, MessageFile{context_.path}, MessageLine{context_.lineNumber}});
   return false;
+}
+
+// Only a file of the user is expected to know the program, and tells what is not in it.
+bool SpecLineParser::FailMissing(MessageKey key, std::string_view name) {
+  missing_ = name;
+  if (context_.kind != SpecificationKind::kUserFile) {
+    error_.key = key;
+    return false;
+  }
+  return key == MessageKey::kW9410 ? Fail(key, name) : Fail(key);
 }
 
 MessageKey SpecLineParser::FormatError() const {

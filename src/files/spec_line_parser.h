@@ -35,6 +35,7 @@ class SpecLineParser {
   // False when the line has an error.
   bool Parse();
 
+  // Without text where the line names a function that is not there and no user is told.
   const StkMessage& Error() const { return error_; }
 
   // The name, as written, for which an error found no function; else empty.
@@ -78,6 +79,7 @@ class SpecLineParser {
 
   bool Fail(MessageKey key);
   bool Fail(MessageKey key, std::string_view argument);
+  bool FailMissing(MessageKey key, std::string_view name);
   MessageKey FormatError() const;
 
   const Context context_;

@@ -138,7 +138,7 @@ bool SpecNames::IsAmbiguous(const SpecName& name, const StkFunction& found) {
 
 std::optional<std::string> SpecNames::Statement(const StkFunction& function) {
   std::string plain = FunctionSpecName(function, codePage_);
-  if (IsOwnWord(plain, function) || Means(plain, function)) {
+  if (IsStatement(plain, function)) {
     return plain;
   }
   // A C name that begins with "_" is also the symbol of another C name, which a reader prefers.

@@ -42,6 +42,10 @@ class SpecNames {
   // What names this function, and no other, at the start of a line and after "CALL=": in the
   // plain form where that does. None where nothing does.
   std::optional<std::string> Statement(const StkFunction& function);
+  // Whether that is this text, which is its name in the plain form.
+  bool IsStatement(std::string_view plain, const StkFunction& function) {
+    return IsOwnWord(plain, function) || Means(plain, function);
+  }
   // The same; where nothing does, the name in the plain form.
   std::string Shown(const StkFunction& function);
 

@@ -156,15 +156,14 @@ uint32_t CodePage::HashIgnoreCase(std::string_view text) const {
 }
 
 bool CodePage::IsBlank(std::string_view text, size_t position) const {
-  const size_t length = CharLength(text, position);
-  if (length == 0) {
+  if (position >= text.size()) {
     return false;
   }
-  const std::string_view character = text.substr(position, length);
-  if (length == 1) {
-    const unsigned char byte = ByteAt(character, 0);
+  const unsigned char byte = ByteAt(text, position);
+  if (byte < 0x80) {
     return byte == ' ' || (byte >= '\t' && byte <= '\r');
   }
+  const std::string_view character = text.substr(position, CharLength(text, position));
   return character == (kind_ == Kind::kUtf8 ? "\xE3\x80\x80" : "\x81\x40");
 }
 

@@ -1,6 +1,9 @@
 #include "reports/csv_output.h"
 
 #include <algorithm>
+#include <iterator>
+#include <string>
+#include <vector>
 
 #include "reports/function_parts.h"
 #include "reports/terminal_text.h"
@@ -33,13 +36,18 @@ void AppendField(std::string_view text, std::string& row) {
   row += ',';
 }
 
-void AppendRow(const AnalysisResult& result, uint32_t index, std::string& row) {
+// files: their fields, by number.
+void AppendRow(const AnalysisResult& result, uint32_t index, const std::vector<std::string>& files,
+               std::string& row) {
   const AnalysedFunction& function = result.functions[index];
   AppendField(result.SpecName(index), row);
-  AppendField(result.TotalText(index), row);
-  AppendField(result.FrameText(index), row);
+  row += result.TotalText(index);
+  row += ',';
+  row += result.FrameText(index);
+  row += ',';
   AppendField(result.AdjustmentText(index, AdjustmentStyle::kList), row);
-  AppendField(result.File(function.file), row);
+  row += function.file == kNoFile ? std::string_view() : files[function.file];
+  row += ',';
   row += YesOrNo(function.Is(FN_ROOT));
   row += ',';
   row += YesOrNo(function.complete);
@@ -75,12 +83,15 @@ std::string CsvField(std::string_view text) {
 
 void WriteCsv(const AnalysisResult& result, ResultOutput& output, size_t threads) {
   output.Write("name,total,frame,adjustment,file,top-level,complete,bound,state,known\n");
+  std::vector<std::string> files;
+  files.reserve(result.files.size());
+  std::ranges::transform(result.files, std::back_inserter(files), CsvField);
   FunctionParts{.functions = result.functions.size(),
                 .threads = threads,
                 .make =
                     [&](uint32_t first, uint32_t end, std::string& rows) {
                       for (uint32_t function = first; function < end; ++function) {
-                        AppendRow(result, function, rows);
+                        AppendRow(result, function, files, rows);
                       }
                     },
                 .take = [&](std::string_view rows) { output.Write(rows); }}

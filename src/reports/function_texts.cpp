@@ -6,6 +6,7 @@ namespace velkor::reports {
 namespace {
 
 constexpr size_t kLongestName = 500;
+constexpr size_t kLongestMarks = 2;
 
 }  // namespace
 
@@ -21,19 +22,32 @@ void FunctionTexts::Add(const StkFunction& function) {
   if (!function.ShownName().empty()) {
     texts_.shownNames.Add(function.index, codePage_.ToUtf8(function.ShownName()));
   }
-  const std::string specName = FunctionSpecName(function, codePage_);
-  if (specName != CName(function)) {
-    texts_.specNames.Add(function.index, codePage_.ToUtf8(specName));
+  if (function.Is(FN_DEFINED) && !function.IsStatic()) {
+    AddSpecName(function, CName(function));
+  } else {
+    const std::string specName = FunctionSpecName(function, codePage_);
+    if (specName != CName(function)) {
+      texts_.specNames.Add(function.index, codePage_.ToUtf8(specName));
+    }
+    AddSpecName(function, specName);
   }
-  const std::string statement = specNames_.Statement(function).value_or("");
-  if (statement != specName) {
-    texts_.statements.Add(function.index, codePage_.ToUtf8(statement));
+}
+
+void FunctionTexts::AddSpecName(const StkFunction& function, std::string_view specName) {
+  if (!specNames_.IsStatement(specName, function)) {
+    const std::string statement = specNames_.Statement(function).value_or("");
+    if (statement != specName) {
+      texts_.statements.Add(function.index, codePage_.ToUtf8(statement));
+    }
   }
-  if (table_.SharesShownName(function) && countOfName_.at(specName) > 1) {
+  if (table_.SharesShownName(function) && countOfName_.at(std::string(specName)) > 1) {
     texts_.symbolsToTell.Add(function.index, codePage_.ToUtf8(function.name));
   }
-  AddCutName(function, specName, texts_.cutSpecNames);
-  AddCutName(function, specName + DisplayMarks(function.flags), texts_.cutDisplayNames);
+  if (specName.size() + kLongestMarks > kLongestName) {
+    AddCutName(function, specName, texts_.cutSpecNames);
+    AddCutName(function, std::string(specName) + DisplayMarks(function.flags),
+               texts_.cutDisplayNames);
+  }
 }
 
 void FunctionTexts::AddCutName(const StkFunction& function, std::string_view name,

@@ -32,6 +32,8 @@ class FunctionTexts {
 
  private:
   void Add(const StkFunction& function);
+  // Of its name in the plain form.
+  void AddSpecName(const StkFunction& function, std::string_view specName);
   void AddCutName(const StkFunction& function, std::string_view name, TextsOfFew& cutNames) const;
 
   const StkFunctionTable& table_;

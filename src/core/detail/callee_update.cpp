@@ -7,6 +7,7 @@
 
 #include "core/call_range.h"
 #include "core/detail/calls_between.h"
+#include "core/detail/components.h"
 
 namespace velkor {
 

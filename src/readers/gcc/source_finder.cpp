@@ -23,10 +23,10 @@ std::optional<int64_t> SourceFinder::ModifiedAt(std::string_view source) {
   if (isFound_) {
     return files_.ModifiedAt(std::string(folder_).append(source));
   }
-  const size_t top = source.find('/');
+  const size_t end = source.rfind('/');
   const bool mayStepBack = source.find("..") != source.npos;
-  return top == source.npos || mayStepBack ? Search(FoldersUpwards(), source)
-                                           : Search(FoldersWith(source.substr(0, top)), source);
+  return end == source.npos || mayStepBack ? Search(FoldersUpwards(), source)
+                                           : Search(FoldersWith(source.substr(0, end)), source);
 }
 
 std::optional<int64_t> SourceFinder::Search(const std::vector<std::string>& folders,
@@ -41,15 +41,15 @@ std::optional<int64_t> SourceFinder::Search(const std::vector<std::string>& fold
   return std::nullopt;
 }
 
-const std::vector<std::string>& SourceFinder::FoldersWith(std::string_view top) {
-  key_.assign(folder_).append(top);  // no separator in top: no other pair reads the same
+const std::vector<std::string>& SourceFinder::FoldersWith(std::string_view below) {
+  key_.assign(folder_).append(1, '\0').append(below);
   const auto known = foldersWith_.find(key_);
   if (known != foldersWith_.end()) {
     return known->second;
   }
   std::vector<std::string> folders = FoldersUpwards();
   std::erase_if(folders, [&](const std::string& folder) {
-    return !files_.IsDirectory(std::string(folder).append(top));
+    return !files_.IsDirectory(std::string(folder).append(below));
   });
   return foldersWith_.emplace(key_, std::move(folders)).first->second;
 }

@@ -25,14 +25,14 @@ class SourceFinder {
 
  private:
   std::optional<int64_t> Search(const std::vector<std::string>& folders, std::string_view source);
-  const std::vector<std::string>& FoldersWith(std::string_view top);
+  const std::vector<std::string>& FoldersWith(std::string_view below);
   std::vector<std::string> FoldersUpwards() const;
 
   FileSystem& files_;
   const CodePage& codePage_;
   std::string folder_;
   bool isFound_ = false;
-  std::string key_;
+  std::string key_;  // of both, kept for its memory
   std::unordered_map<std::string, std::vector<std::string>> foldersWith_;
 };
 
