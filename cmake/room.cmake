@@ -1,8 +1,8 @@
-# velkor_compile_at_once(TARGET): with VELKOR_ROOM_AT_ONCE, few compilations read the headers for all
+# velkor_compile_at_once(TARGET): with VELKOR_ROOM_AT_ONCE, one compilation reads the headers for all
 # files of the target.
 function(velkor_compile_at_once target)
   set_target_properties(${target} PROPERTIES
-    UNITY_BUILD ${VELKOR_ROOM_AT_ONCE} UNITY_BUILD_BATCH_SIZE 20)
+    UNITY_BUILD ${VELKOR_ROOM_AT_ONCE} UNITY_BUILD_BATCH_SIZE 0)
 endfunction()
 
 # velkor_sources(VARIABLE): all .cpp files of the current folder and of the folders in it, but of

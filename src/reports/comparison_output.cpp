@@ -11,7 +11,7 @@
 namespace velkor::reports {
 namespace {
 
-constexpr size_t kMostRows = 60;
+constexpr size_t kMostEntries = 60;
 constexpr size_t kMostCauses = 30;
 
 // Calls write for each of as many items as are shown; how many are left.
@@ -49,7 +49,7 @@ void WriteFolded(const Comparison& comparison, const ComparisonTexts& texts, Res
   }
   output.Write(fmt::format("\n<details><summary>{} unchanged</summary>\n\n", unchanged.size()));
   output.Write("| Function | Bytes |\n|---|---:|\n");
-  const size_t left = ForFirst(unchanged, kMostRows, [&](const ComparedEntry& entry) {
+  const size_t left = ForFirst(unchanged, kMostEntries, [&](const ComparedEntry& entry) {
     output.Write(fmt::format("| {} | {} |\n", Cell(texts.Name(entry)), texts.After(entry)));
   });
   if (left != 0) {
@@ -69,7 +69,7 @@ void WriteComparisonText(const Comparison& comparison, const ComparedAnalysis& b
     return;
   }
   output.Write("\n" + TableLine({"Before", "After", "Change"}, 0, "Function"));
-  const size_t left = ForFirst(changed, kMostRows, [&](const ComparedEntry& entry) {
+  const size_t left = ForFirst(changed, kMostEntries, [&](const ComparedEntry& entry) {
     output.Write(
         TableLine({texts.Before(entry), texts.After(entry), ComparisonTexts::Difference(entry)}, 0,
                   fmt::format("{}: {}", texts.Name(entry), texts.Change(entry))));
@@ -95,7 +95,7 @@ void WriteComparisonMarkdown(const Comparison& comparison, const ComparedAnalysi
     return;
   }
   output.Write("\n| State | Function | Before | After | Change |\n|---|---|---:|---:|---:|\n");
-  const size_t left = ForFirst(changed, kMostRows, [&](const ComparedEntry& entry) {
+  const size_t left = ForFirst(changed, kMostEntries, [&](const ComparedEntry& entry) {
     output.Write(TableRow(texts, entry));
   });
   output.Write(left == 0 ? "" : fmt::format("\nand {} more\n", left));

@@ -209,7 +209,7 @@ class FunctionTaking {
 
   // One pass: reading the records of a large program takes longer than asking of each all there is.
   void TakeLists() {
-    constexpr std::array<ListRule, 5> kRules = {{
+    constexpr std::array<ListRule, 5> kListRules = {{
         {&FunctionsByName::unknown,
          [](const StkFunction& function) { return function.IsUnknown() && !IsAdjusted(function); }},
         {&FunctionsByName::recursive,
@@ -219,17 +219,17 @@ class FunctionTaking {
         {&FunctionsByName::adjusted, IsAdjusted},
         {&FunctionsByName::library, IsSystemLibrary},
     }};
-    std::array<StkFunctionList, kRules.size()> lists;
+    std::array<StkFunctionList, kListRules.size()> lists;
     for (StkFunction* function : table_.Functions()) {
-      for (size_t i = 0; i < kRules.size(); ++i) {
-        if (kRules[i].holds(*function)) {
+      for (size_t i = 0; i < kListRules.size(); ++i) {
+        if (kListRules[i].holds(*function)) {
           lists[i].push_back(function);
         }
       }
     }
-    for (size_t i = 0; i < kRules.size(); ++i) {
+    for (size_t i = 0; i < kListRules.size(); ++i) {
       SortByName(lists[i], codePage_);
-      result_.lists.*kRules[i].list = Indices(lists[i]);
+      result_.lists.*kListRules[i].list = Indices(lists[i]);
     }
   }
 

@@ -8,7 +8,7 @@
 namespace velkor::reports {
 namespace {
 
-constexpr size_t kMostRows = 12;
+constexpr size_t kMostShownRows = 12;
 constexpr size_t kMostFlow = 1000;
 constexpr std::ptrdiff_t kNamedAtStart = 2;
 constexpr std::ptrdiff_t kNamedAtEnd = 3;
@@ -165,8 +165,8 @@ std::vector<bool> ShownRows(const std::vector<StackRow>& rows) {
     const bool isOtherFigure = rows[right].part != StackRow::Part::kPath;
     return isFigure != isOtherFigure ? isFigure : rows[left].bytes > rows[right].bytes;
   });
-  std::vector<bool> shown(rows.size(), rows.size() <= kMostRows);
-  for (size_t i = 0; i < std::min(order.size(), kMostRows); ++i) {
+  std::vector<bool> shown(rows.size(), rows.size() <= kMostShownRows);
+  for (size_t i = 0; i < std::min(order.size(), kMostShownRows); ++i) {
     shown[order[i]] = true;
   }
   return shown;
