@@ -6,7 +6,7 @@ if(VELKOR_HARDEN AND WIN32)
   target_link_options(velkor_compile INTERFACE -fstack-protector-strong)  # for the function it calls
 elseif(VELKOR_HARDEN)
   target_compile_options(velkor_compile INTERFACE
-    -fPIE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=3 -D_GLIBCXX_ASSERTIONS
+    -fPIE -U_FORTIFY_SOURCE $<$<NOT:${quickly}>:-D_FORTIFY_SOURCE=3> -D_GLIBCXX_ASSERTIONS
     -fstack-protector-strong -fstack-clash-protection)
   target_link_options(velkor_compile INTERFACE
     $<$<NOT:$<BOOL:${VELKOR_STATIC}>>:-pie> -Wl,-z,relro,-z,now)

@@ -39,7 +39,7 @@ function(velkor_test name)
   velkor_sources(sources)
   add_executable(${name}_test ${sources})
   velkor_compile_at_once(${name}_test)
-  set_target_properties(${name}_test PROPERTIES VELKOR_IS_TEST ON)
+  velkor_compile_quickly(${name}_test)
   target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   if("ui" IN_LIST TEST_DEPENDS)  # the toolkit has options of its own
     target_precompile_headers(${name}_test PRIVATE ${VELKOR_TEST_HEADERS})
