@@ -20,7 +20,11 @@ foreach(example firmware gcc cmake)
           DESTINATION ${documents}/velkor-cli/examples PATTERN build EXCLUDE)
 endforeach()
 # The words of those whose libraries are linked in.
-foreach(library libcli11-dev libfmt-dev rapidjson-dev libtomlplusplus-dev libcapstone-dev)
+set(linked libcli11-dev libfmt-dev rapidjson-dev libtomlplusplus-dev libcapstone-dev libstdc++6)
+if(VELKOR_STATIC)
+  list(APPEND linked libc6)
+endif()
+foreach(library ${linked})
   if(EXISTS /usr/share/doc/${library}/copyright)
     install(FILES /usr/share/doc/${library}/copyright RENAME ${library}
             DESTINATION ${documents}/velkor-cli/third-party COMPONENT cli)
