@@ -88,12 +88,17 @@ void TakeDefaultInput(const CLI::App& app, Options& options) {
   }
 }
 
+std::string CheckCount(const std::string& text) {
+  const bool isCount = text.find_first_not_of("0123456789") == std::string::npos;
+  return isCount ? "" : "\"" + text + "\" is no number.";
+}
+
 // Of analyze as text.
 void AddTextOptions(CLI::App& command, Options& options) {
   CLI::Option* top =
       command.add_option("--top", options.top, "text: how many numbers (default: 10)")
           ->option_text("N")
-          ->check(CLI::NonNegativeNumber);
+          ->check(CheckCount);
   CLI::Option* function =
       command
           .add_option("--function", options.function, "text: this function, not the largest ones")
