@@ -19,6 +19,7 @@ constexpr std::string_view kPartEnd = "\\n";
 template <typename Number>
 std::optional<Number> TakeNumber(std::string_view& text) {
   using Limits = std::numeric_limits<Number>;
+  constexpr size_t kDigitsThatFit = Limits::digits10;
   size_t start = text.size();
   while (start > 0 && text[start - 1] >= '0' && text[start - 1] <= '9') {
     --start;
@@ -28,7 +29,7 @@ std::optional<Number> TakeNumber(std::string_view& text) {
   }
   std::string_view digits = text.substr(start);
   text.remove_suffix(digits.size());
-  for (; digits.size() > size_t{Limits::digits10}; digits.remove_prefix(1)) {
+  for (; digits.size() > kDigitsThatFit; digits.remove_prefix(1)) {
     if (digits.front() != '0') {
       return Limits::max();
     }
