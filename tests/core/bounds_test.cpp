@@ -45,6 +45,31 @@ struct Bounded : ComputedGraph {
   StkBounds bounds{functions};
 };
 
+// So many functions that a second thread finds their components, before the bounds are asked for.
+TEST(Bounds, WhatASecondThreadHasFoundIsForgottenWithTheCalls) {
+  std::string lines = "main 10 -> f0\n";
+  for (int i = 0; i < 5000; ++i) {
+    lines += "f" + std::to_string(i) + " 8 -> leaf\n";
+  }
+  lines += "leaf 20\nheavy 900\nother 5 -> ring\nring 30 -> back\nback 40 -> ring\n";
+  for (const size_t threads : {1U, 2U}) {
+    Bounded graph(lines, CodePage::Utf8(), threads);
+    StkAdjustment stated;
+    stated.callees = StkFunctionList{&graph["heavy"]};
+    AdjustFunction(graph.functions, graph.roots, graph["leaf"], stated, graph.recorder.reporter);
+    EXPECT_EQ(graph.Of("main"), "bounded 938");
+    EXPECT_EQ(graph.Of("ring"), "unbounded 40 recursion");
+    for (const bool known : {false, true}) {
+      stated.callees = StkFunctionList{&graph["f1"]};  // a recursion comes about
+      if (known) {
+        stated.callees = StkFunctionList();
+      }
+      AdjustFunction(graph.functions, graph.roots, graph["leaf"], stated, graph.recorder.reporter);
+      EXPECT_EQ(graph.Of("main"), known ? "bounded 38" : "unbounded 38 recursion");
+    }
+  }
+}
+
 TEST(Bounds, ARingOfTwoEntriesHasTheSameBoundsInEveryOrder) {
   for (const char* text : {"main 10 -> a\na 100 -> b\nb 20 -> a\nisr 5 -> b\n",
                            "isr 5 -> b\nb 20 -> a\na 100 -> b\nmain 10 -> a\n"}) {

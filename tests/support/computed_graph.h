@@ -10,8 +10,9 @@ namespace velkor::testing {
 
 // A graph from text with its totals, recursion marks and top-level functions.
 struct ComputedGraph : Graph {
-  explicit ComputedGraph(std::string_view text, CodePage page = CodePage::Utf8())
-      : Graph(text, std::move(page)), recorder(codePage) {
+  explicit ComputedGraph(std::string_view text, CodePage page = CodePage::Utf8(),
+                         size_t threads = 1)
+      : Graph(text, std::move(page), threads), recorder(codePage) {
     Recompute(functions, roots, true, nullptr, nullptr, recorder.reporter);
   }
   void Adjust(std::string_view cName, uint32_t margin, uint32_t depth = kNoDepth) {
